@@ -1,0 +1,49 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+/// The files of an index: the database and one marked-up text per module, all in the current project folder.
+namespace quillmate::codedb {
+
+inline constexpr std::string_view kDatabaseFile = "Quillmate.mdb";
+inline constexpr std::string_view kTemplateFile = "mask_Quillmate.mdb";
+
+struct PrepareResult {
+  bool ok = false;
+  /// The German text to show with a critical-error icon when the template is missing (UTF-8, CR LF); else empty.
+  std::string message;
+};
+
+/// Copies the template over `folder`/Quillmate.mdb, replacing an earlier file (and what the database engine left
+/// beside it). False with a message when the template is missing, false without one on any other error.
+PrepareResult PrepareCodeDatabase(const std::filesystem::path& folder, const std::filesystem::path& templateFile);
+
+/// The folder's database file.
+std::filesystem::path DatabasePath(const std::filesystem::path& folder);
+/// `folder` + "M" + number + ".txt".
+std::filesystem::path ModuleTextPath(const std::filesystem::path& folder, int moduleNumber);
+
+/// Writes a module's marked-up text as a line-printing write does: the text and one CR LF. Throws
+/// std::runtime_error (UTF-8, names the file) when the file can't be written whole.
+void WriteModuleText(const std::filesystem::path& folder, int moduleNumber, std::string_view markedText);
+/// The file's bytes. Throws std::runtime_error (UTF-8, names the file).
+std::string ReadModuleText(const std::filesystem::path& folder, int moduleNumber);
+
+/// Any file's bytes, and any bytes into a file; failures as above.
+std::string ReadWholeFile(const std::filesystem::path& file);
+void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
+
+/// Deletes the files directly in `folder`, provided that the path names the scratch root "TempDateien". Errors are
+/// ignored, symbolic links are removed, never followed; sub-folders stay.
+void DeleteScratchFiles(const std::filesystem::path& folder) noexcept;
+
+/// A path as UTF-8 text, for messages, and the way back.
+std::string PathText(const std::filesystem::path& path);
+std::filesystem::path PathFromText(std::string_view utf8);
+
+/// The message for an index that can't be opened: "Projekt in " + folder + CR LF + "ist nicht mehr intakt". UTF-8.
+std::string BrokenProjectMessage(const std::filesystem::path& folder);
+
+}  // namespace quillmate::codedb

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+/// The object model of a running Office host, as far as the program reads it. Nothing here ever starts a host, writes
+/// to it or runs a macro. Names and code are Windows-1252, file names UTF-8, messages (what()) UTF-8.
+namespace quillmate::host {
+
+/// A call that the host refused or that came too late (project closed, component gone, file vanished).
+class HostError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Kind of a component as the host's editor numbers it.
+enum ComponentType : int { kStdModule = 1, kClassModule = 2, kMSForm = 3, kHostDocument = 100 };
+
+struct HostProject {
+  std::string name;
+  /// Full path as the host gives it; nothing for a project that was never saved.
+  std::optional<std::string> fileName;
+  /// A locked project can't be read.
+  bool locked = false;
+};
+
+struct HostComponent {
+  std::string name;
+  int type = 0;
+  int lineCount = 0;
+  /// Full path of the module's own file, UTF-8; empty when the code does not lie in one.
+  std::string file;
+};
+
+/// Projects and components are counted from 1, as in the object model.
+class HostAutomation {
+ public:
+  virtual ~HostAutomation() = default;
+
+  /// Gets hold of the running host; false when there is none or access is refused. Never throws.
+  virtual bool Attach() = 0;
+  virtual void Release() noexcept = 0;
+  /// The numeric value of the host's version; 0 when not attached.
+  virtual float Version() const noexcept = 0;
+
+  virtual int ProjectCount() = 0;
+  virtual HostProject Project(int project) = 0;
+  virtual int ComponentCount(int project) = 0;
+  virtual HostComponent Component(int project, int component) = 0;
+
+  /// Type and line count of a component as they are now, by its name as listed. Throws HostError when it is gone.
+  /// `position` is where it was listed; it decides where a source holds several components of one name.
+  virtual HostComponent ComponentByName(int project, const std::string& name, int position) = 0;
+  /// The first `count` lines of a component, separated by CR LF, without a trailing line break.
+  virtual std::string Lines(int project, const std::string& name, int position, int count) = 0;
+};
+
+}  // namespace quillmate::host

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include <quillmate/analysis/scanner.h>
+#include <quillmate/codedb/code_database.h>
+#include <quillmate/host/host_automation.h>
+#include <quillmate/host/host_tree.h>
+
+namespace quillmate::host {
+
+struct ReadRequest {
+  /// The folder that gets the index; its scratch files are deleted first.
+  std::filesystem::path folder;
+  std::filesystem::path templateFile;
+  analysis::ScanOptions options;
+  /// Called with each status text (UTF-8): "Erzeuge Projekt", "Modul: " + name.
+  std::function<void(const std::string&)> progress;
+};
+
+enum class ReadOutcome {
+  kDone,
+  kNothingChecked,  // message: "Bitte wählen Sie erst etwas aus"
+  kNotAttached,     // no message
+  kNoTemplate,      // message of codedb::PrepareCodeDatabase, critical icon; empty on another error of preparing
+  kFailed           // message: the error text of a failed read; no half index is left behind
+};
+
+struct ReadReport {
+  ReadOutcome outcome = ReadOutcome::kFailed;
+  /// German text for the user, UTF-8 with CR LF.
+  std::string message;
+  /// What went wrong in detail, UTF-8, one line (file and reason); empty when unknown.
+  std::string detail;
+  /// The text of the last ticked project node, Windows-1252, for the window's caption.
+  std::string projectText;
+  int modules = 0;
+};
+
+/// Reads the ticked modules through the host: closes the database, empties the folder, copies the template, indexes
+/// each ticked module of each ticked project in tree order, closes the database. All rows are one transaction.
+ReadReport ReadCheckedModules(HostAutomation& host, const HostTree& tree, codedb::CodeDatabase& database,
+                              const ReadRequest& request);
+
+/// The same for the ticked modules' own files ("VB Einlesen"): the kind comes from the node's image, the name from its
+/// text. A ticked module without a file fails the read.
+ReadReport ReadModuleFiles(const HostTree& tree, codedb::CodeDatabase& database, const ReadRequest& request);
+
+}  // namespace quillmate::host

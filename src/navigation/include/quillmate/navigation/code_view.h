@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillmate::navigation {
+
+/// How a stretch of code is shown.
+enum class Span : std::uint8_t { kPlain, kKeyword, kComment, kString };
+
+/// A stretch of one kind inside a line. Offsets are 0-based characters of the view's text.
+struct StyleRun {
+  std::size_t start = 0;
+  std::size_t length = 0;
+  Span span = Span::kPlain;
+  bool headerLine = false;  // header or end line of a routine: bold when the option says so
+};
+
+/// A module's text as the user sees it, with how it is to be coloured.
+struct PlainModule {
+  /// Without markers, Windows-1252, line breaks CR LF.
+  std::string text;
+  /// In text order; what no run covers is plain.
+  std::vector<StyleRun> runs;
+};
+
+/// Takes the markers out of a marked-up text. A keyword, comment or string runs to its closer or, without one, to the
+/// end of the text, as in the RTF.
+PlainModule StripMarkers(std::string_view markedText);
+
+/// State of one code view `rtbHaupt`: text, caret and selection. Positions are 0-based offsets in the text, where a
+/// line break counts as two characters (CR LF).
+class CodeView {
+ public:
+  CodeView() = default;
+  explicit CodeView(std::string text);
+
+  const std::string& Text() const noexcept { return text_; }
+  std::size_t Length() const noexcept { return text_.size(); }
+
+  /// 0-based line that holds the character at an offset; the offset may be the text's length.
+  std::size_t LineFromChar(std::size_t offset) const noexcept;
+  std::size_t LineCount() const noexcept { return lineStarts_.size(); }
+  /// Offset of the first character of a 0-based line that exists.
+  std::size_t LineStart(std::size_t line) const noexcept { return lineStarts_[line]; }
+
+  /// Start of the selection, which is the caret when nothing is selected.
+  std::size_t SelStart() const noexcept { return selStart_; }
+  std::size_t SelLength() const noexcept { return selLength_; }
+  std::string_view SelText() const noexcept;
+  void Select(std::size_t start, std::size_t length) noexcept;
+
+  /// Moves to the start of a line by bisection and selects its first word. `line` is a 1-based line of the stored
+  /// text. A line behind the end leaves the caret at the end of the text.
+  void GoToLine(long line);
+  /// Moves the caret back to the start of its line and selects up to the first blank.
+  void SelectFirstWordOfLine();
+
+ private:
+  std::string text_;
+  std::vector<std::size_t> lineStarts_{0};
+  std::size_t selStart_ = 0;
+  std::size_t selLength_ = 0;
+};
+
+}  // namespace quillmate::navigation

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include <quillmate/navigation/code_view.h>
+
+namespace quillmate::navigation {
+
+/// The array of code views `rtbHaupt`: index i (0-based) shows the module whose `mod_num` is i + 1. A module's text is
+/// read when its view is first looked at. There is always at least one view, empty while no project is loaded.
+class CodeViews {
+ public:
+  CodeViews();
+
+  /// Makes one view per module of the project in `folder`. Throws std::runtime_error (UTF-8) when one of the module
+  /// text files is missing; the views are those of before then.
+  void Load(const std::filesystem::path& folder, int moduleCount);
+  /// One empty view, current index 0.
+  void Reset();
+
+  int Count() const noexcept;
+  /// Index of the visible view.
+  int Current() const noexcept { return current_; }
+  void SetCurrent(int index) noexcept { current_ = index; }
+
+  /// The view, its text read at the first call. Throws std::runtime_error when the file can't be read.
+  CodeView& View(int index);
+  /// The colouring of that view's text.
+  const std::vector<StyleRun>& Runs(int index);
+  /// True when the view's text has been read.
+  bool IsRead(int index) const noexcept;
+
+ private:
+  struct Slot {
+    CodeView view;
+    std::vector<StyleRun> runs;
+    bool read = false;
+  };
+  Slot& Read(int index);
+
+  std::filesystem::path folder_;
+  std::vector<std::unique_ptr<Slot>> slots_;
+  int current_ = 0;
+};
+
+}  // namespace quillmate::navigation

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quillmate::settings {
+
+/// Place of the main window in twips (1440 to the inch); fractions are kept.
+struct WindowPlace {
+  double left = 0;
+  double top = 0;
+  double width = 0;
+  double height = 0;
+};
+
+/// The stored display size: "max", or Left;Top;Width;Height.
+struct DisplaySize {
+  bool maximized = false;
+  WindowPlace place;
+};
+
+/// Nothing when the text is no display size (fewer than four parts, a part that is no number). "max" in any case.
+std::optional<DisplaySize> ParseDisplaySize(std::string_view bis);
+std::string FormatDisplaySize(const DisplaySize& size);
+
+}  // namespace quillmate::settings

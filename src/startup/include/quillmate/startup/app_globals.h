@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include <quillmate/codedb/code_database.h>
+#include <quillmate/settings/options.h>
+
+namespace quillmate::startup {
+
+/// The process-wide start-up state. Texts are UTF-8.
+struct AppGlobals {
+  int hostSelector = 0;
+  std::string HostName;
+  std::string EditionCode;
+  std::string SettingsRoot;
+  std::string AppTitle;
+  /// Folder of the executable, or the user's data folder for an installed program that may not write there.
+  std::filesystem::path ProgramFolder;
+  /// mask_Quillmate.mdb.
+  std::filesystem::path TemplatePath;
+  /// Current project folder: the scratch root during start, then this run's folder, then that of a saved project.
+  std::filesystem::path TempFolder;
+  /// This run's own scratch folder; empty until it is made.
+  std::filesystem::path RunTempFolder;
+  std::string LastProjectFolder;
+  std::string DefaultFolder;
+  settings::Options Options;
+  codedb::CodeDatabase CodeDb;
+};
+
+}  // namespace quillmate::startup

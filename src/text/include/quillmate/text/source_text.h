@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quillmate::text {
+
+/// The bytes of a module file, or of code from anywhere, as code text: Windows-1252 with CR LF line breaks.
+///
+/// A byte order mark (UTF-8, UTF-16 little or big endian) decides first; without one, well-formed UTF-8 with at least
+/// one multi-byte sequence is taken as UTF-8; everything else is Windows-1252. A character without a code becomes "?".
+/// LF alone and CR alone become CR LF.
+std::string DecodeSourceText(std::string_view bytes);
+
+/// LF alone and CR alone turned into CR LF.
+std::string NormalizeLineBreaks(std::string_view text);
+
+}  // namespace quillmate::text

@@ -1,0 +1,146 @@
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include <quillmate/text/windows1252.h>
+
+namespace quillmate::text {
+namespace {
+
+constexpr std::array<char16_t, 32> kUpperControls = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                                     0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                                     0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                                     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+void AppendUtf8(std::string& out, char16_t c) {
+  if (c < 0x80) {
+    out += static_cast<char>(c);
+  } else if (c < 0x800) {
+    out += static_cast<char>(0xC0 | (c >> 6));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  } else {
+    out += static_cast<char>(0xE0 | (c >> 12));
+    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  }
+}
+
+/// Length of the run of ASCII bytes at the start.
+std::size_t AsciiRun(std::string_view bytes) noexcept {
+  std::size_t i = 0;
+  while (i + 8 <= bytes.size()) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes.data() + i, 8);
+    if ((word & 0x8080808080808080ULL) != 0) break;
+    i += 8;
+  }
+  while (i < bytes.size() && static_cast<unsigned char>(bytes[i]) < 0x80) ++i;
+  return i;
+}
+
+struct Sequence {
+  char32_t character;
+  std::size_t length;  // 0: malformed
+};
+
+/// The multi-byte sequence at the start of `bytes`, which must not be empty.
+Sequence ReadSequence(std::string_view bytes) noexcept {
+  constexpr Sequence kMalformed{0, 0};
+  const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+  const unsigned char first = at(0);
+  std::size_t length = 0;
+  char32_t character = 0;
+  char32_t smallest = 0;
+  if (first >= 0xC2 && first <= 0xDF) {
+    length = 2, character = first & 0x1FU, smallest = 0x80;
+  } else if (first >= 0xE0 && first <= 0xEF) {
+    length = 3, character = first & 0x0FU, smallest = 0x800;
+  } else if (first >= 0xF0 && first <= 0xF4) {
+    length = 4, character = first & 0x07U, smallest = 0x10000;
+  } else {
+    return kMalformed;
+  }
+  if (bytes.size() < length) return kMalformed;
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((at(i) & 0xC0) != 0x80) return kMalformed;
+    character = (character << 6) | (at(i) & 0x3FU);
+  }
+  const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
+  if (character < smallest || character > 0x10FFFF || surrogate) return kMalformed;
+  return {character, length};
+}
+
+}  // namespace
+
+char16_t ToUnicode(unsigned char code) noexcept {
+  return code >= 0x80 && code < 0xA0 ? kUpperControls[code - 0x80] : static_cast<char16_t>(code);
+}
+
+std::optional<unsigned char> FromUnicode(char32_t character) noexcept {
+  if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) return static_cast<unsigned char>(character);
+  const auto* found = std::find(kUpperControls.begin(), kUpperControls.end(), character);
+  if (found == kUpperControls.end()) return std::nullopt;
+  return static_cast<unsigned char>(0x80 + (found - kUpperControls.begin()));
+}
+
+std::string Utf8FromCode(std::string_view code) {
+  std::string out;
+  out.reserve(code.size() + code.size() / 16);
+  while (!code.empty()) {
+    const std::size_t ascii = AsciiRun(code);
+    out.append(code.substr(0, ascii));
+    code.remove_prefix(ascii);
+    if (code.empty()) break;
+    AppendUtf8(out, ToUnicode(static_cast<unsigned char>(code.front())));
+    code.remove_prefix(1);
+  }
+  return out;
+}
+
+std::string CodeFromUtf8(std::string_view utf8) {
+  std::string out;
+  out.reserve(utf8.size());
+  while (!utf8.empty()) {
+    const std::size_t ascii = AsciiRun(utf8);
+    out.append(utf8.substr(0, ascii));
+    utf8.remove_prefix(ascii);
+    if (utf8.empty()) break;
+    const Sequence sequence = ReadSequence(utf8);
+    const auto code = sequence.length == 0 ? std::nullopt : FromUnicode(sequence.character);
+    out += static_cast<char>(code.value_or('?'));
+    utf8.remove_prefix(std::max<std::size_t>(sequence.length, 1));
+  }
+  return out;
+}
+
+std::u16string Utf16FromCode(std::string_view code) {
+  std::u16string out(code.size(), u'\0');
+  std::transform(code.begin(), code.end(), out.begin(),
+                 [](char c) { return ToUnicode(static_cast<unsigned char>(c)); });
+  return out;
+}
+
+std::string CodeFromUtf16(std::u16string_view utf16) {
+  std::string out;
+  out.reserve(utf16.size());
+  for (std::size_t i = 0; i < utf16.size(); ++i) {
+    const char16_t c = utf16[i];
+    const bool pair =
+        c >= 0xD800 && c < 0xDC00 && i + 1 < utf16.size() && utf16[i + 1] >= 0xDC00 && utf16[i + 1] < 0xE000;
+    if (pair) ++i;
+    out += static_cast<char>(pair ? '?' : FromUnicode(c).value_or('?'));
+  }
+  return out;
+}
+
+bool IsValidUtf8(std::string_view bytes) noexcept {
+  while (true) {
+    bytes.remove_prefix(AsciiRun(bytes));
+    if (bytes.empty()) return true;
+    const Sequence sequence = ReadSequence(bytes);
+    if (sequence.length == 0) return false;
+    bytes.remove_prefix(sequence.length);
+  }
+}
+
+}  // namespace quillmate::text
