@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quillmate::settings {
+
+/// True when `a` stands before `b`: bytewise, but runs of digits compare by their value; of two that differ in leading
+/// zeros alone the shorter stands first.
+bool KeyBefore(std::string_view a, std::string_view b) noexcept;
+
+struct KeyOrder {
+  using is_transparent = void;
+  bool operator()(std::string_view a, std::string_view b) const noexcept { return KeyBefore(a, b); }
+};
+
+/// A name that the storage takes as one step of its key path, and the way back.
+std::string EncodeName(std::string_view name);
+std::string DecodeName(std::string_view stored);
+
+}  // namespace quillmate::settings

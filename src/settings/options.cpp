@@ -1,0 +1,110 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <type_traits>
+#include <variant>
+
+#include <quillmate/settings/options.h>
+#include <quillmate/text/operations.h>
+
+namespace quillmate::settings {
+namespace {
+
+/// Where a key's value lives; its type is the kind of the key. The font's one text fills two members.
+struct FontField {};
+using Field =
+    std::variant<std::int32_t Options::*, std::int16_t Options::*, bool Options::*, std::string Options::*, FontField>;
+
+struct OptionKey {
+  std::string_view key;
+  Field field;
+};
+
+/// In the order in which they are read.
+constexpr std::array<OptionKey, 16> kOptionKeys = {{
+    {"fkey", &Options::fkey},
+    {"fkom", &Options::fkom},
+    {"fstr", &Options::fstr},
+    {"einr", &Options::einr},
+    {"rouf", &Options::rouf},
+    {"vor", &Options::vor},
+    {"rer", &Options::rer},
+    {"rle", &Options::rle},
+    {"bis", &Options::bis},
+    {"meld", &Options::meld},
+    {"usb", &Options::usb},
+    {"stapro", &Options::stapro},
+    {"aufk", &Options::aufk},
+    {"leer", &Options::leer},
+    {"tab", &Options::tab},
+    {"font", FontField{}},
+}};
+
+/// In the order in which they are written.
+constexpr std::array<std::string_view, 15> kSavedKeys = {"fkey", "fkom", "fstr", "rouf",   "aufk", "leer", "vor", "rer",
+                                                         "rle",  "meld", "einr", "stapro", "tab",  "font", "usb"};
+
+const OptionKey* FindKey(std::string_view key) {
+  const auto* found =
+      std::find_if(kOptionKeys.begin(), kOptionKeys.end(), [key](const OptionKey& k) { return k.key == key; });
+  return found == kOptionKeys.end() ? nullptr : found;
+}
+
+/// The text's leading number as an integer, halves to the even neighbour. A number beyond the type leaves `target`.
+template <typename Integer>
+void SetRounded(Integer& target, std::string_view text) {
+  const double rounded = std::nearbyint(text::LeadingNumber(text));
+  const bool fits = rounded >= std::numeric_limits<Integer>::min() && rounded <= std::numeric_limits<Integer>::max();
+  if (fits) target = static_cast<Integer>(rounded);
+}
+
+void SetField(Options& options, std::int32_t Options::*field, std::string_view text) {
+  SetRounded(options.*field, text);
+}
+void SetField(Options& options, std::int16_t Options::*field, std::string_view text) {
+  SetRounded(options.*field, text);
+}
+void SetField(Options& options, bool Options::*field, std::string_view text) {
+  options.*field = text::LeadingNumber(text) != 0;
+}
+void SetField(Options& options, std::string Options::*field, std::string_view text) { options.*field = text; }
+void SetField(Options& options, FontField, std::string_view text) {
+  options.fontName = text::TextBefore(text, ",");
+  SetRounded(options.fontSize, text::TextAfterLast(text, ","));
+}
+
+std::string FieldText(const Options& options, std::int32_t Options::*field) { return std::to_string(options.*field); }
+std::string FieldText(const Options& options, std::int16_t Options::*field) { return std::to_string(options.*field); }
+std::string FieldText(const Options& options, bool Options::*field) { return options.*field ? "-1" : "0"; }
+std::string FieldText(const Options& options, std::string Options::*field) { return options.*field; }
+std::string FieldText(const Options& options, FontField) {
+  return options.fontName + "," + std::to_string(options.fontSize);
+}
+
+void SetKey(Options& options, const OptionKey& key, std::string_view text) {
+  if (text.empty()) return;
+  std::visit([&](auto field) { SetField(options, field, text); }, key.field);
+}
+
+}  // namespace
+
+void LoadOptions(const SettingsStore& store, Options& options) {
+  for (const OptionKey& key : kOptionKeys) SetKey(options, key, store.ReadSetting(kOptionsSection, key.key));
+}
+
+void SaveOptions(SettingsStore& store, const Options& options) {
+  for (const std::string_view name : kSavedKeys) {
+    const Field& field = FindKey(name)->field;
+    store.WriteSetting(kOptionsSection, name, std::visit([&](auto f) { return FieldText(options, f); }, field));
+  }
+}
+
+bool SetOption(Options& options, std::string_view key, std::string_view text) {
+  const OptionKey* found = FindKey(key);
+  if (found) SetKey(options, *found, text);
+  return found != nullptr;
+}
+
+}  // namespace quillmate::settings
