@@ -15,4 +15,11 @@ struct Edition {
 /// Both texts are empty for a selector that stands for no host.
 Edition EditionOf(int selector);
 
+/// Application path of the edition's settings, known before anything else: "Qm_Quillmate\Qm_Quill_" and the host's
+/// name.
+std::string SettingsRootOf(int selector);
+
+/// Major version, ".", minor version.
+std::string ProgramVersion();
+
 }  // namespace quillmate::startup

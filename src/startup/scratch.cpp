@@ -1,0 +1,112 @@
+#include <optional>
+#include <random>
+#include <vector>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/startup/session.h>
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
+namespace quillmate::startup {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kLastRunNumber = 300000;
+/// Draws of a run number; all of them taken means that nearly all numbers are.
+constexpr int kMostDraws = 2000;
+
+bool IsScratchPath(const fs::path& path) {
+  return path.native().find(fs::path(kScratchRoot).native()) != fs::path::string_type::npos;
+}
+
+/// A folder itself, no link and no other place mounted in its stead.
+bool IsRealFolder(const fs::path& path) {
+#ifdef _WIN32
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 &&
+         (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
+#else
+  std::error_code ignored;
+  return fs::is_directory(fs::symlink_status(path, ignored));
+#endif
+}
+
+std::vector<fs::path> Entries(const fs::path& folder) {
+  std::vector<fs::path> entries;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    entries.push_back(entry->path());
+  }
+  return entries;
+}
+
+/// The folder with its files; one with sub-folders stays.
+void RemoveScratchFolder(const fs::path& folder) {
+  if (!IsRealFolder(folder) || !IsScratchPath(folder)) return;
+  codedb::DeleteScratchFiles(folder);
+  std::error_code ignored;
+  fs::remove(folder, ignored);
+}
+
+void RemoveScratchFile(const fs::path& file) {
+  std::error_code ignored;
+  if (file.filename() != kInstanceFile && IsScratchPath(file)) fs::remove(file, ignored);
+}
+
+/// A new folder `prefix` + random number; nothing when none can be made. Making it is what finds the name free, so that
+/// two runs never share one.
+std::optional<fs::path> MakeNumberedFolder(const fs::path& parent, const std::string& prefix) {
+  std::random_device seed;
+  std::uniform_int_distribution<int> number(1, kLastRunNumber);
+  for (int draw = 0; draw < kMostDraws; ++draw) {
+    const fs::path candidate = parent / (prefix + std::to_string(number(seed)));
+    std::error_code error;
+    if (fs::create_directory(candidate, error)) return candidate;
+    if (error && error != std::errc::file_exists && error != std::errc::not_a_directory) break;
+  }
+  return std::nullopt;
+}
+
+std::optional<fs::path> MakePrivateFolder() {
+  std::error_code error;
+  const fs::path parent = fs::temp_directory_path(error);
+  if (error) return std::nullopt;
+  std::optional<fs::path> folder = MakeNumberedFolder(parent, std::string(kScratchRoot) + "_");
+  if (folder) fs::permissions(*folder, fs::perms::owner_all, error);
+  return folder;
+}
+
+}  // namespace
+
+void CleanScratchRoot(const fs::path& scratchRoot) noexcept try {
+  if (!IsRealFolder(scratchRoot)) return;
+  const std::vector<fs::path> entries = Entries(scratchRoot);
+  for (const fs::path& entry : entries) {
+    if (!IsRealFolder(entry)) RemoveScratchFile(entry);
+  }
+  for (const fs::path& entry : entries) RemoveScratchFolder(entry);
+} catch (...) {
+  // What can't be listed stays for the next lone start.
+}
+
+void MakeRunFolder(AppGlobals& globals, InstanceMark& mark, const settings::SettingsStore& store) {
+  if (mark.IsAlone()) CleanScratchRoot(globals.TempFolder);
+  mark.AdmitOthers();
+  settings::LoadOptions(store, globals.Options);
+  std::optional<fs::path> folder = MakeNumberedFolder(globals.TempFolder, "T_");
+  if (!folder) folder = MakePrivateFolder();
+  if (folder) globals.TempFolder = globals.RunTempFolder = *folder;
+}
+
+void EndRun(AppGlobals& globals) noexcept try {
+  globals.CodeDb.Close();
+  globals.TempFolder = globals.RunTempFolder;
+  RemoveScratchFolder(globals.TempFolder);
+} catch (...) {
+  // The next lone start removes what is left.
+}
+
+}  // namespace quillmate::startup
