@@ -9,27 +9,37 @@
 
 namespace quillmate::host {
 
-/// A source that could not be read when it was listed.
+/// A source, or a file of one, that could not be read when it was listed.
 struct SourceProblem {
-  std::string source;  // UTF-8 path
+  std::string source;  // full path of the source or of a file in it, UTF-8
   std::string reason;  // German, UTF-8, one line
 };
 
-/// Module files, folders of module files and VB project files as the open projects of a running host: one project a
-/// source. It attaches when at least one source is known.
+/// Module files, folders of module files and VB project files as the open projects of a running host. It attaches when
+/// at least one source is known; a source that holds no readable module is a problem, not a project.
 ///
-/// Folder: every module file in it, then those of its sub-folders, each level in the byte order of its names; symbolic
-/// links to folders are not followed. VB project file: the modules of its Module, Class, Form, UserControl,
-/// PropertyPage, UserDocument and Designer lines, paths relative to the file, with backslashes.
-/// Names that occur twice in one project are kept as they are; the position tells the components apart.
+/// * Module file: a project of its own, named after the file's stem.
+/// * Folder: named after the folder. Every module file in it, then those of its sub-folders, each level in the byte
+///   order of its names; symbolic links to folders are not followed. A VB project file in it does not count.
+/// * VB project file (.vbp): the modules of its Module, Class, Form, UserControl, PropertyPage, UserDocument and
+/// Designer
+///   lines in the file's order, paths relative to the file, with backslashes, in any case. Its Name line names the
+///   project, otherwise the file's stem.
+///
+/// A module is named as the project file names it, else by its own VB_Name, else after its file. Names that occur twice
+/// in one project are kept as they are; the position tells the components apart.
+///
+/// ProjectCount looks through the sources anew, as the first step of a listing; all positions belong to that listing,
+/// also those of a later read. What is read is the file as it is then; a file that is gone, or that holds a module of
+/// another name by then, is a HostError, whose text names the file.
 class DocumentHost : public HostAutomation {
  public:
   DocumentHost();
   ~DocumentHost() override;
 
-  /// The sources, in the order in which they are listed. Takes effect at the next Attach.
+  /// The sources, in the order in which they are listed. Takes effect at the next listing.
   void SetSources(std::vector<std::filesystem::path> sources);
-  /// Sources or files that the last Attach could not list.
+  /// Sources and files that the last listing had to leave out.
   const std::vector<SourceProblem>& Problems() const noexcept;
 
   bool Attach() override;

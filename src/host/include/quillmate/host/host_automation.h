@@ -14,8 +14,9 @@ class HostError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Kind of a component as the host's editor numbers it.
-enum ComponentType : int { kStdModule = 1, kClassModule = 2, kMSForm = 3, kHostDocument = 100 };
+/// Kind of a component as the host's editor numbers it. kOtherComponent stands for every further number (user controls,
+/// property pages, user documents, designers).
+enum ComponentType : int { kStdModule = 1, kClassModule = 2, kMSForm = 3, kOtherComponent = 11, kHostDocument = 100 };
 
 struct HostProject {
   std::string name;

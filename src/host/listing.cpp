@@ -1,0 +1,174 @@
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
+
+#include "listing_p.h"
+#include "source_file_p.h"
+#include "vb_project_p.h"
+
+namespace quillmate::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string CodeOfPath(const fs::path& path) { return text::CodeFromUtf8(codedb::PathText(path)); }
+std::string ExtensionOf(const fs::path& file) { return codedb::PathText(file.extension()); }
+
+/// The names of a folder, files apart from sub-folders, each in byte order.
+struct FolderContent {
+  std::vector<fs::path> files;
+  std::vector<fs::path> folders;
+};
+
+void SortByBytes(std::vector<fs::path>& paths) {
+  std::sort(paths.begin(), paths.end(),
+            [](const fs::path& a, const fs::path& b) { return a.filename().u8string() < b.filename().u8string(); });
+}
+
+void TakeEntry(const fs::directory_entry& entry, FolderContent& content) {
+  std::error_code error;
+  if (entry.is_directory(error)) {
+    // A linked folder may lie above this one.
+    if (!entry.is_symlink(error)) content.folders.push_back(entry.path());
+  } else if (IsModuleFileExtension(ExtensionOf(entry.path()))) {
+    content.files.push_back(entry.path());
+  }
+}
+
+std::error_code ReadFolder(const fs::path& folder, FolderContent& content) {
+  std::error_code error;
+  for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) TakeEntry(*it, content);
+  SortByBytes(content.files);
+  SortByBytes(content.folders);
+  return error;
+}
+
+/// Full path without "." and "..", and without a separator at its end.
+fs::path FullPath(const fs::path& source) {
+  std::error_code error;
+  const fs::path full = fs::absolute(source, error).lexically_normal();
+  return full.has_filename() || full == full.root_path() ? full : full.parent_path();
+}
+
+class Lister {
+ public:
+  void ListSource(const fs::path& source);
+  Listing Take() { return std::move(listing_); }
+
+ private:
+  void ListFolder(const fs::path& folder);
+  void ListVbProject(const fs::path& file);
+  void ListModuleFile(const fs::path& file);
+
+  void AddFolder(const fs::path& folder, ListedProject& project);
+  void AddModule(ListedModule module, ListedProject& project);
+  void AddProject(ListedProject project);
+  void AddProblem(const fs::path& path, std::string reason);
+
+  Listing listing_;
+  std::string buffer_;
+};
+
+void Lister::ListSource(const fs::path& source) {
+  const fs::path full = FullPath(source);
+  const std::string extension = ExtensionOf(full);
+  std::error_code error;
+  if (fs::is_directory(full, error)) {
+    ListFolder(full);
+  } else if (!fs::exists(full, error)) {
+    AddProblem(full, ProblemOfPath(full));
+  } else if (text::EqualsIgnoreCase(extension, ".vbp")) {
+    ListVbProject(full);
+  } else if (IsModuleFileExtension(extension)) {
+    ListModuleFile(full);
+  } else {
+    AddProblem(full, "Diese Dateiart kann nicht eingelesen werden");
+  }
+}
+
+void Lister::ListFolder(const fs::path& folder) {
+  const std::size_t problems = listing_.problems.size();
+  ListedProject project;
+  project.project.name = CodeOfPath(folder.has_filename() ? folder.filename() : folder);
+  project.project.fileName = codedb::PathText(folder);
+  AddFolder(folder, project);
+  if (project.modules.empty() && listing_.problems.size() == problems)
+    AddProblem(folder, "Ordner enthält keine Module");
+  AddProject(std::move(project));
+}
+
+void Lister::ListVbProject(const fs::path& file) {
+  const SourceBytes content = ReadSourceFile(file, buffer_);
+  if (!content.problem.empty()) return AddProblem(file, content.problem);
+  const VbProject vbProject = ParseVbProject(content.bytes);
+  if (vbProject.modules.empty()) return AddProblem(file, "Projektdatei nennt keine Module");
+
+  ListedProject project;
+  project.project.name = vbProject.name.empty() ? CodeOfPath(file.stem()) : text::CodeFromUtf8(vbProject.name);
+  project.project.fileName = codedb::PathText(file);
+  ProjectPaths paths(file.parent_path());
+  for (const VbProjectModule& entry : vbProject.modules) {
+    ListedModule module;
+    module.path = paths.Resolve(entry.file);
+    module.extension = entry.extension;
+    module.givenName = text::CodeFromUtf8(entry.name);
+    AddModule(std::move(module), project);
+  }
+  AddProject(std::move(project));
+}
+
+void Lister::ListModuleFile(const fs::path& file) {
+  ListedProject project;
+  project.project.name = CodeOfPath(file.stem());
+  project.project.fileName = codedb::PathText(file);
+  AddModule({{}, file, ExtensionOf(file), {}}, project);
+  AddProject(std::move(project));
+}
+
+void Lister::AddFolder(const fs::path& folder, ListedProject& project) {
+  FolderContent content;
+  if (ReadFolder(folder, content)) AddProblem(folder, "Ordner kann nicht gelesen werden");
+  for (const fs::path& file : content.files) AddModule({{}, file, ExtensionOf(file), {}}, project);
+  for (const fs::path& inner : content.folders) AddFolder(inner, project);
+}
+
+void Lister::AddModule(ListedModule module, ListedProject& project) {
+  const SourceBytes content = ReadSourceFile(module.path, buffer_);
+  if (!content.problem.empty()) return AddProblem(module.path, content.problem);
+  const ModuleFile file = SummarizeModuleFile(content.bytes, module.extension);
+  module.component = {NameOf(module, file), file.type, file.lineCount, codedb::PathText(module.path)};
+  project.modules.push_back(std::move(module));
+}
+
+void Lister::AddProject(ListedProject project) {
+  if (!project.modules.empty()) listing_.projects.push_back(std::move(project));
+}
+
+void Lister::AddProblem(const fs::path& path, std::string reason) {
+  listing_.problems.push_back({codedb::PathText(path), std::move(reason)});
+}
+
+}  // namespace
+
+Listing ListSources(const std::vector<fs::path>& sources) {
+  Lister lister;
+  for (const fs::path& source : sources) lister.ListSource(source);
+  return lister.Take();
+}
+
+std::string NameOf(const ListedModule& module, const ModuleFile& file) {
+  if (!module.givenName.empty()) return module.givenName;
+  return file.name.empty() ? CodeOfPath(module.path.stem()) : file.name;
+}
+
+ModuleFile LoadModule(const ListedModule& module, std::string& buffer) {
+  const SourceBytes content = ReadSourceFile(module.path, buffer);
+  if (!content.problem.empty()) throw HostError(content.problem);
+  return ParseModuleFile(content.bytes, module.extension);
+}
+
+}  // namespace quillmate::host

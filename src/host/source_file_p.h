@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace quillmate::host {
+
+/// A source file's bytes, or why there are none.
+struct SourceBytes {
+  /// Points into the buffer of the call.
+  std::string_view bytes;
+  /// German, UTF-8, one line; empty when the file could be read.
+  std::string problem;
+};
+
+/// Reads a file that should hold text. Empty files, files with NUL bytes and files far beyond what a module can hold
+/// are problems too. `buffer` is grown as needed and kept between calls. Only regular files are opened: a pipe would
+/// make the program wait for ever.
+SourceBytes ReadSourceFile(const std::filesystem::path& file, std::string& buffer);
+
+/// Why a path is of no use: missing, dead or circular link, not readable. German, UTF-8, one line.
+std::string ProblemOfPath(const std::filesystem::path& path);
+
+}  // namespace quillmate::host
