@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string_view>
+
+/// How the index compares text: one order for equality, grouping and sorting.
+///
+/// German order at secondary strength: the case of letters is ignored, umlauts count as their own letters that sort
+/// right behind their base letter ("Apfel" < "Äpfel" = "äpfel" < "Apfelmus" < "Ast"), "ß" equals "ss". Control
+/// characters don't count at all.
+namespace quillmate::codedb {
+
+/// Below 0, 0 or above 0 as `a` sorts before, equal to or behind `b`. Both are UTF-8.
+int CompareText(std::string_view a, std::string_view b) noexcept;
+
+}  // namespace quillmate::codedb

@@ -1,0 +1,174 @@
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fstream>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include <quillmate/codedb/codes.h>
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/text/markers.h>
+#include <quillmate/text/operations.h>
+
+namespace quillmate::codedb {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kScratchRoot = "TempDateien";
+
+/// What the database engine may have left beside a file.
+constexpr std::array<const char*, 3> kCompanions = {"-journal", "-wal", "-shm"};
+
+constexpr std::array<std::pair<int, const char*>, 13> kReasons = {{
+    {ENOSPC, "auf dem Datenträger ist kein Platz mehr"},
+    {ENOENT, "die Datei oder ihr Ordner existiert nicht"},
+    {ENOTDIR, "der Ordner existiert nicht"},
+    {EACCES, "der Zugriff ist nicht erlaubt"},
+    {EPERM, "der Zugriff ist nicht erlaubt"},
+    {EROFS, "der Datenträger ist schreibgeschützt"},
+    {EISDIR, "unter diesem Namen gibt es einen Ordner"},
+    {EFBIG, "die Datei würde zu groß"},
+    {EIO, "der Datenträger meldet einen Fehler"},
+    {EMFILE, "zu viele Dateien sind geöffnet"},
+    {ENFILE, "zu viele Dateien sind geöffnet"},
+    {ENAMETOOLONG, "der Name ist zu lang"},
+    {EINVAL, "der Name ist nicht erlaubt"},
+}};
+
+std::string ReasonText(int code) {
+  for (const auto& [known, text] : kReasons) {
+    if (known == code) return text;
+  }
+  return code == 0 ? "der Grund ist unbekannt" : std::generic_category().message(code);
+}
+
+[[noreturn]] void Fail(const fs::path& file, const char* what, int code) {
+  throw std::runtime_error("Die Datei " + PathText(file) + " kann nicht " + what + " werden: " + ReasonText(code) +
+                           ".");
+}
+
+/// Writes the pieces one behind the other. A file that could not be written whole is removed: half a file would pass
+/// for a whole one.
+void WritePieces(const fs::path& file, std::initializer_list<std::string_view> pieces) {
+  errno = 0;
+  std::ofstream out(file, std::ios::binary | std::ios::trunc);
+  if (!out) Fail(file, "geschrieben", errno);
+  for (const std::string_view piece : pieces) out.write(piece.data(), static_cast<std::streamsize>(piece.size()));
+  out.close();
+  if (out) return;
+  const int code = errno;
+  std::error_code ignored;
+  if (fs::is_regular_file(file, ignored)) fs::remove(file, ignored);
+  Fail(file, "geschrieben", code);
+}
+
+bool HasScratchRoot(const fs::path& path) {
+  return std::any_of(path.begin(), path.end(), [](const fs::path& part) { return part == kScratchRoot; });
+}
+
+/// True when the folder lies in the scratch root, by its name and in truth: neither ".." nor a link leads out of it.
+bool IsScratchFolder(const fs::path& folder) {
+  const fs::path plain = fs::absolute(folder).lexically_normal();
+  const fs::path named = plain.has_filename() ? plain : plain.parent_path();
+  return fs::is_directory(fs::symlink_status(named)) && HasScratchRoot(named) && HasScratchRoot(fs::canonical(named));
+}
+
+std::vector<fs::path> FilesIn(const fs::path& folder) {
+  std::vector<fs::path> files;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    if (!fs::is_directory(entry.symlink_status())) files.push_back(entry.path());
+  }
+  return files;
+}
+
+std::string MissingTemplateMessage(const fs::path& templateFile) {
+  fs::path native = templateFile;
+  return "Die notwendige Datenbank\r\n" + PathText(native.make_preferred()) +
+         "\r\nexistiert nicht !!!\r\nBitte kopieren Sie diese wieder an diese Stelle";
+}
+
+/// The earlier file goes first: a link is not written through, and the copy does not inherit a write protection.
+void ReplaceByCopy(const fs::path& source, const fs::path& target) {
+  const std::string bytes = ReadWholeFile(source);
+  fs::remove(target);
+  for (const char* const companion : kCompanions) fs::remove(fs::path(target) += companion);
+  WriteWholeFile(target, bytes);
+}
+
+}  // namespace
+
+PrepareResult PrepareCodeDatabase(const fs::path& folder, const fs::path& templateFile) {
+  std::error_code error;
+  const fs::file_status status = fs::status(templateFile, error);
+  if (status.type() == fs::file_type::not_found) return {false, MissingTemplateMessage(templateFile)};
+  try {
+    ReplaceByCopy(templateFile, DatabasePath(folder));
+    return {true, {}};
+  } catch (const std::exception&) {
+    return {};
+  }
+}
+
+fs::path DatabasePath(const fs::path& folder) { return folder / kDatabaseFile; }
+
+fs::path ModuleTextPath(const fs::path& folder, int moduleNumber) {
+  return folder / (ModuleKey(moduleNumber) + ".txt");
+}
+
+void WriteModuleText(const fs::path& folder, int moduleNumber, std::string_view markedText) {
+  WritePieces(ModuleTextPath(folder, moduleNumber), {markedText, text::kLineBreak});
+}
+
+std::string ReadModuleText(const fs::path& folder, int moduleNumber) {
+  return ReadWholeFile(ModuleTextPath(folder, moduleNumber));
+}
+
+std::string ReadWholeFile(const fs::path& file) {
+  std::error_code error;
+  if (fs::is_directory(file, error)) Fail(file, "gelesen", EISDIR);
+  errno = 0;
+  std::ifstream in(file, std::ios::binary);
+  if (!in) Fail(file, "gelesen", errno);
+  std::string bytes;
+  const std::uintmax_t size = fs::is_regular_file(file, error) ? fs::file_size(file, error) : 0;
+  if (!error) bytes.resize(static_cast<std::size_t>(size));
+  in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(in.gcount()));
+  // A pipe has no size, and a file may have grown since.
+  std::array<char, 65536> buffer{};
+  while (in.read(buffer.data(), buffer.size()), in.gcount() > 0) {
+    bytes.append(buffer.data(), static_cast<std::size_t>(in.gcount()));
+  }
+  if (in.bad()) Fail(file, "gelesen", errno);
+  return bytes;
+}
+
+void WriteWholeFile(const fs::path& file, std::string_view bytes) { WritePieces(file, {bytes}); }
+
+void DeleteScratchFiles(const fs::path& folder) noexcept {
+  try {
+    if (!IsScratchFolder(folder)) return;
+    for (const fs::path& file : FilesIn(folder)) {
+      std::error_code ignored;
+      fs::remove(file, ignored);
+    }
+  } catch (const std::exception&) {
+    // What can't be listed stays; the next start cleans up.
+  }
+}
+
+std::string PathText(const fs::path& path) {
+  const std::u8string utf8 = path.u8string();
+  return {utf8.begin(), utf8.end()};
+}
+
+fs::path PathFromText(std::string_view utf8) { return fs::path(std::u8string(utf8.begin(), utf8.end())); }
+
+std::string BrokenProjectMessage(const fs::path& folder) {
+  return "Projekt in " + text::EnsureBackslash(PathText(folder)) + "\r\nist nicht mehr intakt";
+}
+
+}  // namespace quillmate::codedb
