@@ -1,0 +1,47 @@
+#include <quillmate/export/rtf.h>
+#include <quillmate/text/markers.h>
+#include <quillmate/text/operations.h>
+
+namespace quillmate::output {
+namespace {
+
+constexpr std::string_view kFontTable =
+    "{\\rtf1\\ansi\\deff0\\deftab720{\\fonttbl{\\f0\\fswiss MS Sans Serif;}\r\n"
+    "{\\f1\\froman\\fcharset2 Symbol;}{\\f2\\fswiss MS Sans Serif;}{\\f3\\fswiss Arial;}{\\f4\\fswiss\\fprq2 System;}}"
+    "\r\n";
+constexpr std::string_view kFontPlace = "Arial";
+
+std::string TabStops(int millimetres) {
+  const auto twips = static_cast<long long>(millimetres / 10.0 * 567);
+  std::string stops;
+  for (int k = 1; k <= 10; ++k) stops += "\\tx" + std::to_string(twips * k);
+  return stops;
+}
+
+}  // namespace
+
+std::string ColourEntry(std::int32_t colour) {
+  return "\\red" + std::to_string(colour % 256) + "\\green" + std::to_string(colour / 256 % 256) + "\\blue" +
+         std::to_string(colour / 65536) + ";";
+}
+
+std::string DocumentHead(const RtfOptions& options) {
+  std::string head = text::ReplaceAll(kFontTable, kFontPlace, options.fontName);
+  head += "{\\colortbl\\red0\\green0\\blue0;";
+  head += ColourEntry(options.keywordColour) + ColourEntry(options.commentColour) + ColourEntry(options.stringColour);
+  head += "}";
+  head += text::kLineBreak;
+  head += "\\deflang1031\\pard\\li105" + TabStops(options.tabWidth);
+  head += "\\plain\\f3\\fs" + std::to_string(2LL * options.fontSize) + " ";
+  return head;
+}
+
+std::string WrapDocument(std::string_view body, const RtfOptions& options) {
+  return DocumentHead(options).append(body).append(kDocumentEnd);
+}
+
+std::string RtfDocument(std::string_view markedText, const RtfOptions& options) {
+  return WrapDocument(ColourBody(markedText, options.boldRoutines), options);
+}
+
+}  // namespace quillmate::output
