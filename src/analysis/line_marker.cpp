@@ -1,0 +1,311 @@
+#include "line_marker.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include <quillmate/text/markers.h>
+#include <quillmate/text/operations.h>
+
+#include "keywords.h"
+
+namespace quillmate::analysis {
+namespace {
+
+using text::CommentOpen;
+using text::KeywordOpen;
+using text::kLineBreak;
+using text::SpanClose;
+using text::StringOpen;
+
+/// What a byte means between strings and comments.
+enum ByteClass : std::uint8_t { kWordByte, kSeparator, kQuote, kApostrophe, kReturn };
+
+constexpr std::array<std::uint8_t, 256> MakeClasses() {
+  std::array<std::uint8_t, 256> classes{};
+  for (const unsigned char c : {' ', '\t', '(', ')', ','}) classes[c] = kSeparator;
+  classes['"'] = kQuote;
+  classes['\''] = kApostrophe;
+  classes['\r'] = kReturn;
+  return classes;
+}
+
+constexpr auto kClasses = MakeClasses();
+
+ByteClass ClassOf(char c) noexcept { return static_cast<ByteClass>(kClasses[static_cast<unsigned char>(c)]); }
+
+/// The most that a line can grow: a stand-in or a pair of markers for a byte or two.
+constexpr std::size_t kGrowth = 4;
+constexpr std::size_t kSlack = 64;
+
+const char* FindByte(const char* from, const char* end, char byte) noexcept {
+  const void* found = std::memchr(from, byte, static_cast<std::size_t>(end - from));
+  return found == nullptr ? end : static_cast<const char*>(found);
+}
+
+/// The CR of the line break that ends the statement line at `from`; `end` when the code ends first. A line break behind
+/// "_" continues the line.
+const char* FindStatementEnd(const char* from, const char* end) noexcept {
+  for (const char* p = from; (p = FindByte(p, end, '\n')) != end; ++p) {
+    const bool isBreak = p > from && p[-1] == '\r';
+    if (isBreak && !(p - 1 > from && p[-2] == '_')) return p - 1;
+  }
+  return end;
+}
+
+/// Marks one statement line after the other into a buffer.
+template <bool Guarded>
+class LineMarker {
+ public:
+  explicit LineMarker(MarkBuffer& out) : out_(out) {}
+
+  /// Marks the line from `begin` to `end`, returns the flags of its marked words. `closed` tells whether a line break
+  /// follows.
+  std::uint16_t Mark(const char* begin, const char* end, bool closed) {
+    closed_ = closed;
+    begin_ = flushed_ = begin;
+    end_ = end;
+    flags_ = 0;
+    lastEnd_ = nullptr;
+    out_.Ensure(kGrowth * static_cast<std::size_t>(end - begin) + kSlack);
+    MarkFrom(begin);
+    Flush(end_);
+    return flags_;
+  }
+
+ private:
+  void MarkFrom(const char* p) {
+    bool separated = true;  // a blank, or what counts as one, stands in front of p
+    while (p != end_) {
+      switch (ClassOf(*p)) {
+        case kSeparator:
+          ++p;
+          separated = true;
+          break;
+        case kWordByte:
+          p = MarkWord(p, separated);
+          separated = false;
+          break;
+        case kReturn:
+          separated = IsBreak(p);
+          p += separated ? 2 : 1;
+          break;
+        case kQuote:
+          p = MarkQuote(p);
+          separated = false;
+          break;
+        case kApostrophe:
+          MarkComment(p);
+          return;
+      }
+    }
+  }
+
+  bool IsBreak(const char* p) const noexcept { return p + 1 != end_ && p[1] == '\n'; }
+
+  /// A run of word bytes; a CR that does not begin a line break belongs to it.
+  const char* WordEnd(const char* p) const noexcept {
+    while (p != end_ && (ClassOf(*p) == kWordByte || (*p == '\r' && !IsBreak(p)))) ++p;
+    return p;
+  }
+
+  bool SeparatorAt(const char* p) const noexcept {
+    return p == end_ || ClassOf(*p) == kSeparator || (*p == '"' && closed_ && LosesString(p));
+  }
+
+  /// A string without its closing quote is lost when the line holds an apostrophe; what stood in front of it then
+  /// stands at the end of the line.
+  bool LosesString(const char* quote) const noexcept {
+    const bool doubled = quote + 1 != end_ && quote[1] == '"';
+    return !doubled && ClosingQuote(quote + 1) == end_ && FindByte(begin_, end_, '\'') != end_;
+  }
+
+  const char* MarkWord(const char* p, bool separated) {
+    const char* wordEnd = WordEnd(p);
+    if (!separated || !SeparatorAt(wordEnd)) return wordEnd;
+    const std::string_view word(p, static_cast<std::size_t>(wordEnd - p));
+    if (word == kPhraseStart) return MarkPhrase(p, wordEnd);
+    const Keyword* keyword = FindKeyword(word);
+    if (keyword == nullptr || SharesBlank(p, keyword)) return wordEnd;
+    Flush(p);
+    AppendKeyword(word);
+    Taken(keyword, wordEnd);
+    return wordEnd;
+  }
+
+  /// Marks every word of the phrase that begins at `p`, if one does.
+  const char* MarkPhrase(const char* p, const char* wordEnd) {
+    const std::string_view rest(p, static_cast<std::size_t>(end_ - p));
+    for (const Keyword& phrase : kPhrases) {
+      if (!rest.starts_with(phrase.word) || !SeparatorAt(p + phrase.word.size())) continue;
+      if (SharesBlank(p, &phrase)) break;
+      Flush(p);
+      const char* separator = "";
+      for (const std::string_view word : text::Split(phrase.word, " ")) {
+        out_.Append(separator);
+        AppendKeyword(word);
+        separator = " ";
+      }
+      Taken(&phrase, p + phrase.word.size());
+      return flushed_;
+    }
+    return wordEnd;
+  }
+
+  /// Each marked word takes the blank on both sides. Of two equal words with one blank between them the second finds
+  /// its blank taken and stays unmarked.
+  bool SharesBlank(const char* p, const Keyword* keyword) const noexcept {
+    return keyword == lastKeyword_ && lastEnd_ != nullptr && p == lastEnd_ + 1 && *lastEnd_ == ' ';
+  }
+
+  void Taken(const Keyword* keyword, const char* end) noexcept {
+    flags_ = static_cast<std::uint16_t>(flags_ | keyword->flags);
+    lastKeyword_ = keyword;
+    lastEnd_ = flushed_ = end;
+  }
+
+  void AppendKeyword(std::string_view word) noexcept {
+    out_.Append(KeywordOpen);
+    out_.Append(word);
+    out_.Append(SpanClose);
+  }
+
+  /// A doubled quote stands for itself; a single one opens a string.
+  const char* MarkQuote(const char* p) {
+    if (p + 1 != end_ && p[1] == '"') return p + 2;
+    const char* closing = ClosingQuote(p + 1);
+    Flush(p);
+    if (closing == end_) return MarkOpenString(p);
+    out_.Append(StringOpen);
+    Flush(closing + 1);
+    out_.Append(SpanClose);
+    if (!Guarded && closing + 1 != end_ && closing[1] == '?') {
+      // The closer and the question mark together read like a stand-in for byte 159 and are turned back as one.
+      out_.CutTo(out_.Size() - 1);
+      ++flushed_;
+    }
+    return flushed_;
+  }
+
+  const char* ClosingQuote(const char* p) const noexcept {
+    while ((p = FindByte(p, end_, '"')) != end_ && p + 1 != end_ && p[1] == '"') p += 2;
+    return p;
+  }
+
+  /// A string without its closing quote: kept to the end of the line, or lost.
+  const char* MarkOpenString(const char* quote) {
+    if (!LosesString(quote)) {
+      out_.Append(StringOpen);
+      Flush(end_);
+    }
+    flushed_ = end_;
+    return end_;
+  }
+
+  void MarkComment(const char* p) {
+    Flush(p);
+    out_.Append(CommentOpen);
+    Flush(end_);
+    out_.Append(SpanClose);
+  }
+
+  /// Copies what lies before `p` and has not been copied.
+  void Flush(const char* p) {
+    if constexpr (Guarded) {
+      AppendGuarded(flushed_, p);
+    } else {
+      out_.Append(flushed_, static_cast<std::size_t>(p - flushed_));
+    }
+    flushed_ = p;
+  }
+
+  void AppendGuarded(const char* p, const char* end) {
+    while (p != end) {
+      if (*p == text::kMarkerByte) {
+        out_.Append(kChar159Guard);
+        ++p;
+      } else if (*p == '"' && p + 1 != end && p[1] == '"') {
+        out_.Append(kQuoteGuard);
+        p += 2;
+      } else if (*p == '_' && end - p >= 3 && p[1] == '\r' && p[2] == '\n') {
+        out_.Append(kContinuationGuard);
+        p += 3;
+      } else {
+        out_.Append(p++, 1);
+      }
+    }
+  }
+
+  MarkBuffer& out_;
+  bool closed_ = true;
+  const char* begin_ = nullptr;
+  const char* end_ = nullptr;
+  const char* flushed_ = nullptr;
+  std::uint16_t flags_ = 0;
+  const Keyword* lastKeyword_ = nullptr;
+  const char* lastEnd_ = nullptr;
+};
+
+template <bool Guarded>
+void MarkAll(std::string_view code, bool wantLineStarts, MarkedCode& marked) {
+  constexpr std::uint16_t kRoutineWords = kHasSub | kHasFunction | kHasProperty;
+  LineMarker<Guarded> marker(marked.text);
+  marked.text.Ensure(code.size() + code.size() / 2 + kSlack);
+  const char* const begin = code.data();
+  const char* const end = begin + code.size();
+  const char* p = begin;
+  while (p != end) {
+    const char* lineEnd = FindStatementEnd(p, end);
+    const std::size_t start = marked.text.Size();
+    if (wantLineStarts) marked.lineStarts.push_back(start);
+    const std::uint16_t flags = marker.Mark(p, lineEnd, lineEnd != end);
+    if ((flags & kRoutineWords) != 0 && (flags & kHasExit) == 0) {
+      marked.candidates.push_back({start, marked.text.Size(), static_cast<std::size_t>(p - begin),
+                                   static_cast<std::size_t>(lineEnd - begin), flags});
+    }
+    if (lineEnd == end) return;
+    marked.text.Append(kLineBreak);
+    p = lineEnd + kLineBreak.size();
+  }
+  if (wantLineStarts) marked.lineStarts.push_back(marked.text.Size());
+}
+
+}  // namespace
+
+void MarkBuffer::Ensure(std::size_t more) {
+  if (size_ + more <= capacity_) return;
+  capacity_ = std::max(size_ + more, capacity_ * 2);
+  auto grown = std::make_unique_for_overwrite<char[]>(capacity_);
+  if (size_ > 0) std::memcpy(grown.get(), data_.get(), size_);
+  data_ = std::move(grown);
+}
+
+void MarkBuffer::Append(const char* bytes, std::size_t length) noexcept {
+  std::memcpy(data_.get() + size_, bytes, length);
+  size_ += length;
+}
+
+MarkedCode MarkLines(std::string_view code, bool guarded, bool wantLineStarts) {
+  MarkedCode marked;
+  if (guarded) {
+    MarkAll<true>(code, wantLineStarts, marked);
+  } else {
+    MarkAll<false>(code, wantLineStarts, marked);
+  }
+  return marked;
+}
+
+std::string MarkLineGuarded(std::string_view statementLine, bool closed) {
+  MarkBuffer buffer;
+  buffer.Ensure(kSlack);
+  LineMarker<true>(buffer).Mark(statementLine.data(), statementLine.data() + statementLine.size(), closed);
+  return std::string(buffer.View());
+}
+
+std::string RestoreGuards(std::string_view guarded) {
+  const std::string characters = text::ReplaceAll(guarded, kChar159Guard, std::string_view(&text::kMarkerByte, 1));
+  const std::string lines = text::ReplaceAll(characters, kContinuationGuard, "_\r\n");
+  return text::ReplaceAll(lines, kQuoteGuard, "\"\"");
+}
+
+}  // namespace quillmate::analysis

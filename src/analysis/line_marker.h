@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// First half of a scan: puts the markers of keywords, strings and comments into the code, in one pass.
+///
+/// The unit is the statement line: a line of code with all its continuation lines ("_" and a line break).
+namespace quillmate::analysis {
+
+/// Stand-ins that keep parts of the code out of the way while a scan looks at it. Byte 159 of the code itself must not
+/// be taken for part of a marker; a doubled quote is no end of a string; a continued line is one line.
+inline constexpr std::string_view kChar159Guard = "\237|?";
+inline constexpr std::string_view kQuoteGuard = "|\237d|";
+inline constexpr std::string_view kContinuationGuard = "|\237u| ";
+
+/// A statement line that holds a word that may begin or end a routine.
+struct RoutineCandidate {
+  /// Where it lies in the marked-up text, without its closing line break.
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  /// Where it lies in the code.
+  std::size_t codeBegin = 0;
+  std::size_t codeEnd = 0;
+  std::uint16_t flags = 0;
+};
+
+/// A growing byte buffer whose room is not cleared before it is written.
+class MarkBuffer {
+ public:
+  /// Makes room for `more` bytes behind the end.
+  void Ensure(std::size_t more);
+  void Append(const char* bytes, std::size_t length) noexcept;
+  void Append(std::string_view bytes) noexcept { Append(bytes.data(), bytes.size()); }
+  void CutTo(std::size_t size) noexcept { size_ = size; }
+  std::size_t Size() const noexcept { return size_; }
+  std::string_view View() const noexcept { return {data_.get(), size_}; }
+
+ private:
+  std::unique_ptr<char[]> data_;
+  std::size_t size_ = 0;
+  std::size_t capacity_ = 0;
+};
+
+struct MarkedCode {
+  MarkBuffer text;
+  std::vector<RoutineCandidate> candidates;
+  /// Starts of all statement lines in the text, an empty one behind the last line break included; filled only on
+  /// request.
+  std::vector<std::size_t> lineStarts;
+};
+
+/// Marks up code whose last line is closed by CR LF. With `guarded` the stand-ins remain in the text (see
+/// RestoreGuards), otherwise the text is as it will be stored.
+MarkedCode MarkLines(std::string_view code, bool guarded, bool wantLineStarts);
+
+/// One statement line (without its closing line break) marked up, with stand-ins. `closed` tells whether it has one.
+std::string MarkLineGuarded(std::string_view statementLine, bool closed);
+
+/// The stand-ins turned back into what they stand for.
+std::string RestoreGuards(std::string_view guarded);
+
+}  // namespace quillmate::analysis
