@@ -14,6 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* kPrivatePrefix = "quillmate_";
 constexpr int kLastRunNumber = 300000;
 /// Draws of a run number; all of them taken means that nearly all numbers are.
 constexpr int kMostDraws = 2000;
@@ -70,13 +71,24 @@ std::optional<fs::path> MakeNumberedFolder(const fs::path& parent, const std::st
   return std::nullopt;
 }
 
+/// A scratch folder where other users can't reach in: "TempDateien" in a private folder below the system's temporary
+/// one.
 std::optional<fs::path> MakePrivateFolder() {
   std::error_code error;
-  const fs::path parent = fs::temp_directory_path(error);
+  const fs::path temporary = fs::temp_directory_path(error);
   if (error) return std::nullopt;
-  std::optional<fs::path> folder = MakeNumberedFolder(parent, std::string(kScratchRoot) + "_");
-  if (folder) fs::permissions(*folder, fs::perms::owner_all, error);
-  return folder;
+  const std::optional<fs::path> parent = MakeNumberedFolder(temporary, kPrivatePrefix);
+  if (!parent) return std::nullopt;
+  fs::permissions(*parent, fs::perms::owner_all, error);
+  const fs::path folder = *parent / kScratchRoot;
+  return fs::create_directory(folder, error) ? std::optional(folder) : std::nullopt;
+}
+
+/// The run's folder, and the private one around it.
+void RemoveRunFolder(const fs::path& folder) {
+  RemoveScratchFolder(folder);
+  std::error_code ignored;
+  if (folder.filename() == kScratchRoot) fs::remove(folder.parent_path(), ignored);
 }
 
 }  // namespace
@@ -104,7 +116,7 @@ void MakeRunFolder(AppGlobals& globals, InstanceMark& mark, const settings::Sett
 void EndRun(AppGlobals& globals) noexcept try {
   globals.CodeDb.Close();
   globals.TempFolder = globals.RunTempFolder;
-  RemoveScratchFolder(globals.TempFolder);
+  RemoveRunFolder(globals.TempFolder);
 } catch (...) {
   // The next lone start removes what is left.
 }

@@ -131,11 +131,12 @@ TEST(Session, WithoutAScratchRootTheRunUsesTheSystemsTemporaryFolder) {
   MakeRunFolder(globals, mark, *store);
   const fs::path run = globals.RunTempFolder;
   EXPECT_EQ(globals.TempFolder, run);
-  EXPECT_TRUE(fs::equivalent(run.parent_path(), fs::temp_directory_path()));
+  EXPECT_TRUE(fs::equivalent(run.parent_path().parent_path(), fs::temp_directory_path()));
+  EXPECT_EQ(fs::status(run.parent_path()).permissions(), fs::perms::owner_all);
   EXPECT_TRUE(fs::is_directory(run));
   Write(run / "M1.txt");
   EndRun(globals);
-  EXPECT_FALSE(fs::exists(run));
+  EXPECT_FALSE(fs::exists(run.parent_path()));
 }
 
 TEST(Session, CleaningStaysInsideTheRoot) {

@@ -66,8 +66,8 @@ void CleanScratchRoot(const std::filesystem::path& scratchRoot) noexcept;
 
 /// Second part of the start, while the main window loads: cleans the root when the mark is alone and admits the
 /// others, loads the options, makes this run's scratch folder ("T_" and a number from 1 to 300000). When the root
-/// can't be written, the folder lies in the system's temporary folder, its name beginning with "TempDateien_". When
-/// that fails too, `RunTempFolder` stays empty and exports will report their errors.
+/// can't be written, the folder is "TempDateien" in a private folder below the system's temporary one. When that fails
+/// too, `RunTempFolder` stays empty and exports will report their errors.
 void MakeRunFolder(AppGlobals& globals, InstanceMark& mark, const settings::SettingsStore& store);
 
 /// End of the run: closes the database and removes the run's scratch folder, never that of a saved project. Errors are
