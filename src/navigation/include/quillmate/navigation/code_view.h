@@ -11,7 +11,8 @@ namespace quillmate::navigation {
 /// How a stretch of code is shown.
 enum class Span : std::uint8_t { kPlain, kKeyword, kComment, kString };
 
-/// A stretch of one kind inside a line. Offsets are 0-based characters of the view's text.
+/// A stretch of one look inside a line, never empty, line breaks left out. Offsets are 0-based characters of the view's
+/// text.
 struct StyleRun {
   std::size_t start = 0;
   std::size_t length = 0;
@@ -23,12 +24,14 @@ struct StyleRun {
 struct PlainModule {
   /// Without markers, Windows-1252, line breaks CR LF.
   std::string text;
-  /// In text order; what no run covers is plain.
+  /// In text order, neighbours differ; what no run covers is plain. The plain stretches of a header line have runs,
+  /// too.
   std::vector<StyleRun> runs;
 };
 
 /// Takes the markers out of a marked-up text. A keyword, comment or string runs to its closer or, without one, to the
-/// end of the text, as in the RTF.
+/// end of the text, as in the RTF; markers that overlap count as there. A line that was wrapped in header markers twice
+/// is a header line up to its first closing marker. Linear; a run for about every 25 bytes of real code.
 PlainModule StripMarkers(std::string_view markedText);
 
 /// State of one code view `rtbHaupt`: text, caret and selection. Positions are 0-based offsets in the text, where a
@@ -53,10 +56,12 @@ class CodeView {
   std::string_view SelText() const noexcept;
   void Select(std::size_t start, std::size_t length) noexcept;
 
-  /// Moves to the start of a line by bisection and selects its first word. `line` is a 1-based line of the stored
-  /// text. A line behind the end leaves the caret at the end of the text.
+  /// Moves to the start of a line and selects its first word, with the result of a bisection over the characters.
+  /// `line` is a 1-based line of the stored text; 0 counts as 1. A line behind the end, or below 0, leaves the caret at
+  /// the end of the text with nothing selected.
   void GoToLine(long line);
-  /// Moves the caret back to the start of its line and selects up to the first blank.
+  /// Moves the caret back to the start of its line and selects up to the first blank, also beyond the line's end when
+  /// the line has none: up to the end of the text at the worst.
   void SelectFirstWordOfLine();
 
  private:

@@ -36,12 +36,11 @@ class CodeViews {
   struct Slot {
     CodeView view;
     std::vector<StyleRun> runs;
-    bool read = false;
   };
   Slot& Read(int index);
 
   std::filesystem::path folder_;
-  std::vector<std::unique_ptr<Slot>> slots_;
+  std::vector<std::unique_ptr<Slot>> slots_;  // null until the text has been read
   int current_ = 0;
 };
 

@@ -1,0 +1,118 @@
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <quillmate/codedb/code_database.h>
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/navigation/code_views.h>
+#include <quillmate/navigation/project_tree.h>
+
+namespace quillmate::navigation {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A fresh folder that goes away with the test.
+class Project : public testing::Test {
+ protected:
+  Project() {
+    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+    folder_ = fs::path(testing::TempDir()) / (std::string("quillmate_") + test->name());
+    fs::remove_all(folder_);
+    fs::create_directories(folder_);
+  }
+  ~Project() override { fs::remove_all(folder_); }
+
+  codedb::CodeDatabase& Database() {
+    codedb::PrepareCodeDatabase(folder_, fs::path(QUILLMATE_BIN_DIR) / codedb::kTemplateFile);
+    database_.Open(codedb::DatabasePath(folder_));
+    return database_;
+  }
+
+  fs::path folder_;
+  codedb::CodeDatabase database_;
+};
+
+void AddModule(codedb::CodeDatabase& database, const std::string& number, const std::string& name,
+               const std::string& kind) {
+  database.ExecuteSql("INSERT INTO td_mod(mod_num,mod_name,mod_typ,mod_zeilen) SELECT '" + number + "' AS AX1, '" +
+                      name + "' AS AX2, '" + kind + "' AS AX3, '9' AS AX4");
+}
+
+void AddRoutine(codedb::CodeDatabase& database, const std::string& number, const std::string& module,
+                const std::string& name, const std::string& codes) {
+  database.ExecuteSql(
+      "INSERT INTO td_rout(rou_typ,rou_open,anz_dec_zeilen,rou_name,rou_num,mod_num) "
+      "SELECT " +
+      codes + "'1' AS AX3, '" + name + "' AS AX4, '" + number + "' AS AX5, '" + module + "' AS AX6");
+}
+
+std::string Describe(const ProjectTree& tree) {
+  std::string lines;
+  for (const TreeNode& node : tree.nodes) {
+    lines += node.key + " " + node.text + " " + node.image + " " + std::to_string(node.parent) + "\n";
+  }
+  return lines;
+}
+
+TEST_F(Project, TreeOfModulesAndRoutines) {
+  codedb::CodeDatabase& database = Database();
+  ProjectTree tree;
+  FillModuleNodes(database, tree);
+  FillRoutineNodes(database, tree);
+  EXPECT_EQ(Describe(tree) + std::to_string(tree.moduleCount), "0");
+
+  AddModule(database, "1", "A", "2");
+  AddModule(database, "2", "B", "1");
+  AddModule(database, "3", "\304rger", "2");
+  AddRoutine(database, "1", "1", "Zebra", "'1' AS AX1, '2' AS AX2, ");
+  AddRoutine(database, "2", "1", "adler", "'12' AS AX1, '1' AS AX2, ");
+  AddRoutine(database, "3", "2", "F", "'4' AS AX1, '3' AS AX2, ");
+  database.ExecuteSql("UPDATE td_rout SET td_rout.rou_start =5 WHERE (([rou_num]=1));");
+  FillModuleNodes(database, tree);
+  FillRoutineNodes(database, tree);
+  EXPECT_EQ(Describe(tree),
+            "M2 B M1 -1\nM1 A M2 -1\nM3 \304rger M2 -1\n"
+            "R2 adler R12O1 1\nR1 Zebra R1O2 1\nR3 F R4O3 0\n");
+  EXPECT_EQ(tree.moduleCount, 3);
+  EXPECT_EQ(tree.Find("R1"), 4);
+  EXPECT_EQ(tree.Find("R9"), -1);
+  EXPECT_EQ(RoutineStartLine(database, 1), 5);
+  EXPECT_EQ(RoutineStartLine(database, 2), 0);  // no line yet
+  EXPECT_EQ(RoutineStartLine(database, 9), 0);
+
+  AddRoutine(database, "4", "7", "Lost", "'1' AS AX1, '1' AS AX2, ");
+  FillModuleNodes(database, tree);
+  EXPECT_THROW(FillRoutineNodes(database, tree), codedb::DatabaseError);
+}
+
+TEST_F(Project, ViewsAreReadWhenLookedAt) {
+  CodeViews views;
+  EXPECT_EQ(views.Count(), 1);
+  EXPECT_EQ(views.View(0).Text(), "");
+  codedb::WriteModuleText(folder_, 1, "|\237f|Sub|n\237| A\r\n");
+  codedb::WriteModuleText(folder_, 2, "x");
+  views.Load(folder_, 2);
+  views.SetCurrent(1);
+  EXPECT_EQ(views.Count(), 2);
+  EXPECT_FALSE(views.IsRead(0));
+  EXPECT_EQ(views.View(0).Text(), "Sub A\r\n\r\n");
+  EXPECT_EQ(views.Runs(0).size(), 1U);
+  EXPECT_TRUE(views.IsRead(0));
+  EXPECT_FALSE(views.IsRead(1));
+
+  EXPECT_THROW(views.Load(folder_, 3), std::runtime_error);
+  EXPECT_EQ(views.Count(), 2);
+  EXPECT_EQ(views.Current(), 1);
+  EXPECT_EQ(views.View(1).Text(), "x\r\n");
+  EXPECT_FALSE(views.IsRead(2) || views.IsRead(-1));
+
+  views.Load(folder_, 0);
+  EXPECT_EQ(views.Count(), 1);
+  EXPECT_EQ(views.Current(), 0);
+  EXPECT_EQ(views.View(0).Text(), "");
+}
+
+}  // namespace
+}  // namespace quillmate::navigation
