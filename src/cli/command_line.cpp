@@ -1,0 +1,165 @@
+#include "command_line.h"
+
+#include <algorithm>
+#include <array>
+
+#include <quillmate/settings/options.h>
+#include <quillmate/startup/edition.h>
+#include <quillmate/text/operations.h>
+
+#include "commands.h"
+#include "messages.h"
+
+namespace quillmate::cli {
+namespace {
+
+constexpr std::array kEditions{startup::kExcel, startup::kWord, startup::kAccess, startup::kPowerPoint,
+                               startup::kVisualBasic};
+
+void TakeSetting(Invocation& invocation, std::string_view value) {
+  const std::size_t equals = value.find('=');
+  if (equals == std::string_view::npos) {
+    throw UsageError("--option erwartet SCHLÜSSEL=WERT statt " + Quoted(value));
+  }
+  std::string key(value.substr(0, equals));
+  settings::Options probe;
+  if (!settings::SetOption(probe, key, value.substr(equals + 1))) {
+    throw UsageError("Unbekannter Schlüssel " + Quoted(key) + " in --option");
+  }
+  invocation.settings.emplace_back(std::move(key), value.substr(equals + 1));
+}
+
+void TakeEdition(Invocation& invocation, std::string_view value) {
+  for (const int edition : kEditions) {
+    if (text::EqualsIgnoreCase(startup::EditionOf(edition).hostName, value)) {
+      invocation.edition = edition;
+      return;
+    }
+  }
+  throw UsageError("Unbekannte Edition " + Quoted(value));
+}
+
+void TakeOutput(Invocation& invocation, std::string_view value) {
+  if (value.empty()) {
+    throw UsageError("Das Ziel hinter -o ist leer");
+  }
+  invocation.output = value;
+}
+
+constexpr std::array kOptions{
+    OptionSpec{"-o", "ZIEL", "schreibt in die Datei (index: in den Ordner); - ist die Standardausgabe", kTakesOutput,
+               TakeOutput},
+    OptionSpec{"--force", "", "überschreibt einen vorhandenen Projektordner", kTakesForce,
+               [](Invocation& i, std::string_view) { i.force = true; }},
+    OptionSpec{"--module", "NAME", "nur dieses Modul", kTakesModule,
+               [](Invocation& i, std::string_view value) { i.module = value; }},
+    OptionSpec{"--json", "", "JSON statt einer Tabelle", kTakesJson,
+               [](Invocation& i, std::string_view) { i.json = true; }},
+    OptionSpec{"--option", "SCHLÜSSEL=WERT", "setzt eine Einstellung, z.B. einr=-1; mehrfach möglich", kAnyCommand,
+               TakeSetting},
+    OptionSpec{"--user-settings", "", "geht von den gespeicherten Einstellungen aus", kAnyCommand,
+               [](Invocation& i, std::string_view) { i.userSettings = true; }},
+    OptionSpec{"--edition", "NAME", "excel (Vorgabe), word, access, powerpoint oder visualbasic", kAnyCommand,
+               TakeEdition},
+    OptionSpec{"--help", "", "zeigt diese Hilfe, hinter einem Befehl die des Befehls", kAnyCommand,
+               [](Invocation& i, std::string_view) { i.help = true; }},
+    OptionSpec{"--version", "", "zeigt die Version", kAnyCommand,
+               [](Invocation& i, std::string_view) { i.version = true; }},
+};
+
+/// Walks the arguments and keeps which options were met, because whether they are allowed is known only when the
+/// command is, and that may stand behind them.
+class Parser {
+ public:
+  Parser(std::span<const std::string> arguments, Invocation& invocation)
+      : arguments_(arguments), invocation_(invocation) {}
+
+  void Run() {
+    for (bool optionsEnded = false; next_ < arguments_.size();) {
+      const std::string& argument = arguments_[next_++];
+      if (!optionsEnded && argument == "--") {
+        optionsEnded = true;
+      } else if (!optionsEnded && argument.size() > 1 && argument[0] == '-') {
+        TakeOption(argument);
+      } else {
+        TakeOperand(argument);
+      }
+    }
+    CheckAllowed();
+  }
+
+ private:
+  /// "--name", "--name=value", "--name value", "-o value" or "-ovalue".
+  void TakeOption(std::string_view argument) {
+    const bool isLong = argument.starts_with("--");
+    const std::size_t end = isLong ? std::min(argument.find('='), argument.size()) : 2;
+    const std::string_view name = argument.substr(0, end);
+    const auto* const option = std::ranges::find(kOptions, name, &OptionSpec::name);
+    if (option == kOptions.end()) {
+      throw UsageError("Unbekannte Option " + Quoted(name));
+    }
+    std::string_view value;
+    if (!option->value.empty()) {
+      value = end < argument.size() ? argument.substr(isLong ? end + 1 : end) : NextValue(*option);
+    } else if (end < argument.size()) {
+      throw UsageError("Die Option " + std::string(name) + " hat keinen Wert");
+    }
+    option->take(invocation_, value);
+    met_.push_back(option);
+  }
+
+  std::string_view NextValue(const OptionSpec& option) {
+    if (next_ == arguments_.size()) {
+      throw UsageError("Der Option " + std::string(option.name) + " fehlt der Wert " + std::string(option.value));
+    }
+    return arguments_[next_++];
+  }
+
+  void TakeOperand(const std::string& operand) {
+    if (invocation_.command != nullptr) {
+      invocation_.inputs.push_back(operand);
+      return;
+    }
+    invocation_.command = FindCommand(operand);
+    if (invocation_.command == nullptr) {
+      throw UsageError("Unbekannter Befehl " + Quoted(operand));
+    }
+  }
+
+  void CheckAllowed() const {
+    if (invocation_.help || invocation_.version) {
+      return;
+    }
+    if (invocation_.command == nullptr) {
+      throw UsageError("Es fehlt der Befehl");
+    }
+    for (const OptionSpec* const option : met_) {
+      if ((option->bit & (invocation_.command->options | kAnyCommand)) == 0) {
+        throw UsageError("Der Befehl " + std::string(invocation_.command->name) + " kennt die Option " +
+                         std::string(option->name) + " nicht");
+      }
+    }
+    if (invocation_.inputs.size() < invocation_.command->minInputs) {
+      throw UsageError("Es fehlt die Eingabe");
+    }
+    if (std::ranges::any_of(invocation_.inputs, &std::string::empty)) {
+      throw UsageError("Eine Eingabe ist leer");
+    }
+  }
+
+  std::span<const std::string> arguments_;
+  Invocation& invocation_;
+  std::size_t next_ = 0;
+  std::vector<const OptionSpec*> met_;
+};
+
+}  // namespace
+
+std::span<const OptionSpec> AllOptions() { return kOptions; }
+
+void ParseCommandLine(std::span<const std::string> arguments, Invocation& invocation) {
+  invocation.edition = startup::kExcel;
+  Parser(arguments, invocation).Run();
+}
+
+}  // namespace quillmate::cli

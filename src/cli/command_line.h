@@ -1,0 +1,60 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+/// The command line: COMMAND [options] INPUT..., options and inputs in any order, "--" ends the options.
+namespace quillmate::cli {
+
+struct Command;
+
+/// One call of the program as parsed. Texts are as the caller wrote them, UTF-8 as a rule.
+struct Invocation {
+  /// Nothing only when help or the version is asked for.
+  const Command* command = nullptr;
+  std::vector<std::string> inputs;
+  bool help = false;
+  bool version = false;
+  std::optional<std::string> output;
+  std::optional<std::string> module;
+  bool force = false;
+  bool json = false;
+  bool userSettings = false;
+  /// Host selector of the edition.
+  int edition = 0;
+  /// Settings keys with their texts, in the order given.
+  std::vector<std::pair<std::string, std::string>> settings;
+};
+
+/// Bits that say which options a command takes.
+enum OptionSet : unsigned {
+  kNoOption = 0,
+  kAnyCommand = 1U << 0U,
+  kTakesOutput = 1U << 1U,
+  kTakesForce = 1U << 2U,
+  kTakesModule = 1U << 3U,
+  kTakesJson = 1U << 4U
+};
+
+struct OptionSpec {
+  std::string_view name;
+  /// As usage texts show the value; empty for an option without one.
+  std::string_view value;
+  /// German.
+  std::string_view help;
+  /// One bit: the option is allowed where the command's set holds it.
+  unsigned bit;
+  /// Takes the option over; throws UsageError when the value makes no sense.
+  void (*take)(Invocation&, std::string_view value);
+};
+
+std::span<const OptionSpec> AllOptions();
+
+/// `arguments` without the program's name. Throws UsageError; `invocation` then holds what was understood so far.
+void ParseCommandLine(std::span<const std::string> arguments, Invocation& invocation);
+
+}  // namespace quillmate::cli

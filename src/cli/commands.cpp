@@ -1,0 +1,96 @@
+#include "commands.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "messages.h"
+
+namespace quillmate::cli {
+namespace {
+
+constexpr std::array kCommands{
+    Command{"index", "-o ORDNER [--force] EINGABE...", "schreibt einen Projektordner, den das Fenster öffnet",
+            kTakesOutput | kTakesForce, 1, RunIndex},
+    Command{"modules", "[--json] [-o DATEI] EINGABE...", "Module und Routinen mit allen Feldern des Index",
+            kTakesJson | kTakesOutput, 1, RunModules},
+    Command{"outline", "[-o DATEI] EINGABE...", "die Struktur: jedes Modul mit seinen Routinen", kTakesOutput, 1,
+            RunOutline},
+    Command{"text", "[--module NAME] [-o DATEI] EINGABE...", "der Code eines Moduls oder des Projekts",
+            kTakesModule | kTakesOutput, 1, RunText},
+    Command{"rtf", "[--module NAME] [-o DATEI] EINGABE...", "ein Modul oder das Projekt als RTF",
+            kTakesModule | kTakesOutput, 1, RunRtf},
+};
+
+constexpr std::size_t kTextColumn = 28;
+
+std::size_t CharactersIn(std::string_view utf8) {
+  const auto starts = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; };
+  return static_cast<std::size_t>(std::ranges::count_if(utf8, starts));
+}
+
+/// "  name   text", with the texts of a list below each other.
+std::string ListLine(const std::string& name, std::string_view text) {
+  std::string line = "  " + name + "  ";
+  const std::size_t width = CharactersIn(line);
+  line.append(width < kTextColumn ? kTextColumn - width : 0, ' ');
+  return line.append(text) + "\n";
+}
+
+std::string CommandList() {
+  std::string text = "\nBefehle:\n";
+  for (const Command& command : kCommands) {
+    text += ListLine(std::string(command.name), command.summary);
+  }
+  return text;
+}
+
+std::string OptionList(unsigned allowed) {
+  std::string text = "\nOptionen:\n";
+  for (const OptionSpec& option : AllOptions()) {
+    if ((option.bit & allowed) != 0) {
+      const std::string value = option.value.empty() ? "" : " " + std::string(option.value);
+      text += ListLine(std::string(option.name) + value, option.help);
+    }
+  }
+  return text;
+}
+
+constexpr std::string_view kInputHelp =
+    "\nEINGABE ist ein gespeicherter Projektordner (mit der Datei Quillmate.mdb) oder beliebig viele\n"
+    "Quellen, die in der angegebenen Reihenfolge gelesen werden: Moduldateien (.bas, .cls, .frm, ...),\n"
+    "Ordner mit Moduldateien, VB-Projektdateien. Module mit höchstens zwei Zeilen werden nicht gelesen.\n";
+
+constexpr std::string_view kEncodingHelp =
+    "\ntext und rtf schreiben Windows-1252, alles andere ist UTF-8.\n"
+    "\nRückgabewert: 0 erledigt, 1 Eingabe nicht lesbar, Ausgabe nicht schreibbar oder Gesuchtes nicht\n"
+    "gefunden, 2 falscher Aufruf.\n";
+
+}  // namespace
+
+std::span<const Command> AllCommands() { return kCommands; }
+
+const Command* FindCommand(std::string_view name) {
+  const auto* const found = std::ranges::find(kCommands, name, &Command::name);
+  return found == kCommands.end() ? nullptr : found;
+}
+
+std::string UsageLine(const Command* command) {
+  std::string line = "Aufruf: " + std::string(kProgramName) + " ";
+  if (command == nullptr) {
+    return line + "BEFEHL [Optionen] EINGABE...";
+  }
+  return line.append(command->name).append(" ").append(command->arguments);
+}
+
+std::string HelpText(const Command* command) {
+  std::string text = UsageLine(command) + "\n";
+  if (command != nullptr) {
+    text.append("\n").append(command->name).append(": ").append(command->summary).append("\n");
+    return text + OptionList(command->options | kAnyCommand) + std::string(kInputHelp);
+  }
+  text += "\nDokumentiert den Makrocode von Office-Dateien und VB-Projekten ohne Fenster.\n";
+  return text.append(CommandList()).append(OptionList(~0U)).append(kInputHelp).append(kEncodingHelp);
+}
+
+}  // namespace quillmate::cli

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "command_line.h"
+
+/// The commands of the program, one function each. They throw CommandFailure, UsageError, ReaderGone or any other
+/// std::exception; the caller turns these into messages and exit statuses.
+namespace quillmate::cli {
+
+struct Command {
+  std::string_view name;
+  /// What follows the name in the usage line.
+  std::string_view arguments;
+  /// German.
+  std::string_view summary;
+  /// OptionSet bits besides kAnyCommand.
+  unsigned options;
+  std::size_t minInputs;
+  void (*run)(const Invocation&);
+};
+
+std::span<const Command> AllCommands();
+/// Nothing when there is no such command.
+const Command* FindCommand(std::string_view name);
+
+/// "Aufruf: quillmate-cli ..." for one command or, without one, for the program. One line without line break.
+std::string UsageLine(const Command* command);
+/// The whole help text, ending with a line break.
+std::string HelpText(const Command* command);
+
+void RunIndex(const Invocation& invocation);
+void RunModules(const Invocation& invocation);
+void RunOutline(const Invocation& invocation);
+void RunText(const Invocation& invocation);
+void RunRtf(const Invocation& invocation);
+
+}  // namespace quillmate::cli

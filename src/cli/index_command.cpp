@@ -1,0 +1,56 @@
+#include <system_error>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/records.h>
+
+#include "commands.h"
+#include "messages.h"
+#include "project_folder.h"
+#include "project_input.h"
+#include "run_options.h"
+
+namespace quillmate::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+void CopyFile(const fs::path& from, const fs::path& to) {
+  std::error_code error;
+  if (fs::copy_file(from, to, error)) {
+    // A project on a read-only medium has files that nobody may write.
+    fs::permissions(to, fs::perms::owner_write, fs::perm_options::add, error);
+  }
+  if (error) {
+    throw CommandFailure(codedb::PathText(from) + " kann nicht kopiert werden: " + error.message());
+  }
+}
+
+/// The database and the texts of the modules that it lists.
+void CopyProject(const fs::path& from, const fs::path& to) {
+  codedb::CodeDatabase database;
+  OpenIndex(database, from);
+  for (const codedb::ModuleRecord& module : codedb::ReadIndex(database)) {
+    const int number = static_cast<int>(module.number);
+    CopyFile(codedb::ModuleTextPath(from, number), codedb::ModuleTextPath(to, number));
+  }
+  CopyFile(codedb::DatabasePath(from), codedb::DatabasePath(to));
+}
+
+}  // namespace
+
+void RunIndex(const Invocation& invocation) {
+  if (!invocation.output || *invocation.output == "-") {
+    throw UsageError("Es fehlt der Ordner hinter -o");
+  }
+  const bool saved = IsSavedProject(invocation.inputs);
+  NewProjectFolder target(*invocation.output, invocation.force);
+  if (saved) {
+    CopyProject(codedb::PathFromText(invocation.inputs.front()), target.Path());
+  } else {
+    codedb::CodeDatabase database;
+    ReadSources(invocation, RunOptions(invocation), target.Path(), database);
+  }
+  target.Finish();
+}
+
+}  // namespace quillmate::cli

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+/// What the program says on standard error, and the failures that end a command. Texts are German, UTF-8.
+namespace quillmate::cli {
+
+inline constexpr std::string_view kProgramName = "quillmate-cli";
+
+/// Exit statuses of the program.
+enum ExitStatus : int {
+  kExitDone = 0,
+  kExitFailed = 1,  // the input can't be read, the output can't be written, something asked for by name is not there
+  kExitUsage = 2
+};
+
+/// Ends the command with status 1.
+class CommandFailure : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Ends the program with status 2, before anything was read or written.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Text on one line: each line break and each other control character becomes a blank (a run of them one blank).
+std::string OneLine(std::string_view text);
+
+/// Writes "quillmate-cli: " + text as one line to standard error. Errors in doing so are ignored. Says nothing any
+/// more once a signal is ending the run.
+void Complain(std::string_view text) noexcept;
+
+/// A name in quotation marks as messages show it.
+std::string Quoted(std::string_view name);
+
+/// The reason of a failed system call: the system's text for an `errno` value.
+std::string SystemReason(int code);
+
+}  // namespace quillmate::cli

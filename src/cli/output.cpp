@@ -1,0 +1,126 @@
+#include "output.h"
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include <quillmate/codedb/index_files.h>
+
+#include "messages.h"
+#include "platform.h"
+
+namespace quillmate::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Large pieces pass by the buffer, so this only gathers the small ones.
+constexpr std::size_t kBufferSize = std::size_t{1} << 16U;
+
+/// The file itself when the target is a symbolic link to one.
+fs::path FollowLinks(const fs::path& target) {
+  std::error_code error;
+  fs::path real = fs::canonical(target, error);
+  return error ? target : real;
+}
+
+fs::path TemporaryName(const fs::path& target) {
+  return target.parent_path() / ("." + target.filename().string() + ".quillmate-" + std::to_string(ProcessNumber()));
+}
+
+}  // namespace
+
+Output::Output(const std::optional<std::string>& target) {
+  if (!target || *target == "-") {
+    name_ = "Standardausgabe";
+    stream_ = stdout;
+  } else {
+    name_ = *target;
+    OpenFile(*target);
+  }
+  std::setvbuf(stream_, nullptr, _IOFBF, kBufferSize);
+}
+
+Output::~Output() {
+  if (stream_ != nullptr && stream_ != stdout) {
+    std::fclose(stream_);
+  }
+}
+
+void Output::OpenFile(const std::string& target) {
+  target_ = FollowLinks(codedb::PathFromText(target));
+  std::error_code ignored;
+  const fs::file_status status = fs::status(target_, ignored);
+  if (fs::is_directory(status)) {
+    Fail(EISDIR);
+  }
+  if (fs::exists(status) && !fs::is_regular_file(status)) {
+    stream_ = OpenStream(target_, "wb");
+    return stream_ == nullptr ? Fail(errno) : void();
+  }
+  if (fs::exists(status)) {
+    CheckWritable();
+  }
+  OpenTemporary();
+  if (fs::exists(status)) {
+    fs::permissions(temporary_->Path(), status.permissions(), ignored);
+  }
+}
+
+/// A write-protected file stays, although the folder would let another take its place.
+void Output::CheckWritable() const {
+  std::FILE* const probe = OpenStream(target_, "r+b");
+  if (probe == nullptr) {
+    Fail(errno);
+  }
+  std::fclose(probe);
+}
+
+void Output::OpenTemporary() {
+  int reason = 0;
+  temporary_ = std::make_unique<Leftover>([&] {
+    fs::path path = TemporaryName(target_);
+    stream_ = OpenStream(path, "wbx");
+    reason = errno;
+    return stream_ == nullptr ? fs::path() : path;
+  });
+  if (stream_ == nullptr) {
+    Fail(reason);
+  }
+}
+
+void Output::Write(std::string_view bytes) {
+  if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size()) {
+    Fail(errno);
+  }
+}
+
+void Output::Finish() {
+  if (std::fflush(stream_) != 0) {
+    Fail(errno);
+  }
+  if (stream_ == stdout) {
+    return;
+  }
+  if (std::fclose(std::exchange(stream_, nullptr)) != 0) {
+    Fail(errno);
+  }
+  if (temporary_) {
+    const RunLock lock;
+    std::error_code error;
+    fs::rename(temporary_->Path(), target_, error);
+    if (error) {
+      Fail(error.value());
+    }
+    temporary_->Release(lock);
+  }
+}
+
+void Output::Fail(int code) const {
+  if (code == EPIPE) {
+    throw ReaderGone();
+  }
+  throw CommandFailure(name_ + " kann nicht geschrieben werden: " + SystemReason(code));
+}
+
+}  // namespace quillmate::cli

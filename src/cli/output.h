@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "interruption.h"
+
+namespace quillmate::cli {
+
+/// The reader of standard output has had enough. Ends the program quietly.
+class ReaderGone : public std::exception {};
+
+/// Where the result of a command goes: standard output, or a file.
+///
+/// A file is written under a temporary name beside its target and takes the target's place in Finish; until then, and
+/// whenever something fails, a file that was there stays as it was. A target that is no plain file (a device, a pipe)
+/// is written to directly. Failures throw CommandFailure, which names the file.
+class Output {
+ public:
+  /// `target` is a UTF-8 path; none or "-" is standard output.
+  explicit Output(const std::optional<std::string>& target);
+  ~Output();
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+
+  void Write(std::string_view bytes);
+  /// Writes what is still held back and puts the file in place. Without it a file is dropped.
+  void Finish();
+
+ private:
+  void OpenFile(const std::string& target);
+  void CheckWritable() const;
+  void OpenTemporary();
+  [[noreturn]] void Fail(int code) const;
+
+  /// As messages name it.
+  std::string name_;
+  std::filesystem::path target_;
+  std::FILE* stream_ = nullptr;
+  /// Set while the file has its temporary name.
+  std::unique_ptr<Leftover> temporary_;
+};
+
+}  // namespace quillmate::cli

@@ -1,0 +1,157 @@
+#include "project_folder.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include <quillmate/codedb/index_files.h>
+
+#include "messages.h"
+#include "platform.h"
+
+namespace quillmate::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void Fail(const fs::path& path, std::string_view what) {
+  throw CommandFailure(codedb::PathText(path) + ": " + std::string(what));
+}
+
+/// Absolute, symbolic links resolved, without a separator at its end.
+fs::path ResolveTarget(const std::string& target) {
+  std::error_code error;
+  fs::path path = fs::weakly_canonical(fs::absolute(codedb::PathFromText(target)), error);
+  if (error) {
+    throw CommandFailure(target + ": " + error.message());
+  }
+  return path.has_filename() ? path : path.parent_path();
+}
+
+/// A new hidden folder beside the target. Its name holds "TempDateien", without which the program deletes nothing.
+fs::path MakeFolderBeside(const fs::path& target) {
+  const std::string stem =
+      "." + codedb::PathText(target.filename()) + ".TempDateien-" + std::to_string(ProcessNumber()) + "-";
+  for (int number = 1;; ++number) {
+    fs::path folder = target.parent_path() / codedb::PathFromText(stem + std::to_string(number));
+    std::error_code error;
+    if (fs::create_directory(folder, error)) {
+      return folder;
+    }
+    if (error) {
+      Fail(target, "Der Ordner kann nicht angelegt werden: " + error.message());
+    }
+  }
+}
+
+/// Puts `fresh` where `old` is and gives the path at which the old folder lies then.
+fs::path SwapIn(const fs::path& fresh, const fs::path& old) {
+  if (ExchangeFolders(fresh, old)) {
+    return fresh;
+  }
+  fs::path aside = fresh;
+  aside += ".alt";
+  fs::rename(old, aside);
+  std::error_code error;
+  fs::rename(fresh, old, error);
+  if (error) {
+    fs::rename(aside, old);
+    throw fs::filesystem_error("rename", fresh, old, error);
+  }
+  return aside;
+}
+
+bool BelongsToOldProject(const fs::directory_entry& entry) {
+  const bool isFolder = !entry.is_symlink() && entry.is_directory();
+  return !isFolder && IsProjectFile(entry.path().filename());
+}
+
+/// Moves all that is not the old project's own from its folder to the new one, then removes the rest with the folder.
+void ClearOldFolder(const fs::path& old, const fs::path& target) try {
+  std::vector<fs::directory_entry> entries;
+  for (const fs::directory_entry& entry : fs::directory_iterator(old)) {
+    entries.push_back(entry);
+  }
+  const auto others = std::ranges::partition(entries, BelongsToOldProject);
+  for (const fs::directory_entry& entry : others) {
+    fs::rename(entry.path(), target / entry.path().filename());
+  }
+  for (const fs::directory_entry& entry : std::ranges::subrange(entries.begin(), others.begin())) {
+    fs::remove(entry.path());
+  }
+  fs::remove(old);
+} catch (const fs::filesystem_error& error) {
+  Fail(target, "Das neue Projekt ist geschrieben, in " + codedb::PathText(old) +
+                   " liegen noch Dateien von vorher: " + error.code().message());
+}
+
+bool IsNumberBetween(std::string_view name, std::string_view before, std::string_view behind) {
+  if (name.size() <= before.size() + behind.size() || !name.starts_with(before) || !name.ends_with(behind)) {
+    return false;
+  }
+  name.remove_prefix(before.size());
+  name.remove_suffix(behind.size());
+  return std::ranges::all_of(name, [](char c) { return c >= '0' && c <= '9'; });
+}
+
+}  // namespace
+
+bool IsProjectFile(const fs::path& name) {
+  constexpr std::array<std::string_view, 4> kEngineSuffixes{"", "-journal", "-wal", "-shm"};
+  const std::string text = codedb::PathText(name);
+  const std::string database(codedb::kDatabaseFile);
+  return std::ranges::any_of(kEngineSuffixes, [&](std::string_view s) { return text == database + std::string(s); }) ||
+         IsNumberBetween(text, "M", ".txt");
+}
+
+NewProjectFolder::NewProjectFolder(const std::string& target, bool overwrite) : target_(ResolveTarget(target)) {
+  CheckTarget(overwrite);
+  replaces_ = fs::exists(target_);
+  folder_ = std::make_unique<Leftover>([this] { return MakeFolderBeside(target_); });
+}
+
+void NewProjectFolder::CheckTarget(bool overwrite) const {
+  std::error_code error;
+  const fs::file_status status = fs::status(target_, error);
+  if (!fs::exists(status)) {
+    return;
+  }
+  if (!fs::is_directory(status)) {
+    Fail(target_, "Das ist kein Ordner");
+  }
+  if (!overwrite) {
+    Fail(target_, "Der Ordner existiert schon; --force überschreibt ein Projekt");
+  }
+  const bool isProject = fs::exists(codedb::DatabasePath(target_), error);
+  if (!isProject && !fs::is_empty(target_, error)) {
+    Fail(target_, "Der Ordner ist kein Projekt und nicht leer; er wird nicht überschrieben");
+  }
+}
+
+void NewProjectFolder::Finish() try {
+  if (replaces_) {
+    Replace();
+  } else {
+    PutInPlace();
+  }
+} catch (const fs::filesystem_error& error) {
+  Fail(target_, "Das Projekt kann nicht an seinen Platz gebracht werden: " + error.code().message());
+}
+
+void NewProjectFolder::PutInPlace() {
+  const RunLock lock;
+  fs::rename(folder_->Path(), target_);
+  folder_->Release(lock);
+}
+
+void NewProjectFolder::Replace() {
+  fs::permissions(folder_->Path(), fs::status(target_).permissions());
+  const RunLock lock;
+  const fs::path old = SwapIn(folder_->Path(), target_);
+  folder_->Release(lock);
+  ClearOldFolder(old, target_);
+}
+
+}  // namespace quillmate::cli

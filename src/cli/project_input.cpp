@@ -1,0 +1,130 @@
+#include "project_input.h"
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/host/document_host.h>
+#include <quillmate/host/host_tree.h>
+#include <quillmate/host/project_reader.h>
+#include <quillmate/startup/edition.h>
+#include <quillmate/startup/session.h>
+#include <quillmate/text/windows1252.h>
+
+#include "messages.h"
+#include "platform.h"
+#include "progress_line.h"
+#include "run_options.h"
+
+namespace quillmate::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<fs::path> SourcePaths(const std::vector<std::string>& inputs) {
+  std::vector<fs::path> paths;
+  paths.reserve(inputs.size());
+  for (const std::string& input : inputs) {
+    paths.push_back(codedb::PathFromText(input));
+  }
+  return paths;
+}
+
+void TickAll(host::HostTree& tree) {
+  for (host::HostProjectNode& project : tree.projects) {
+    project.checked = true;
+    for (host::HostModuleNode& module : project.modules) {
+      module.checked = true;
+    }
+  }
+}
+
+bool HasModules(const host::HostTree& tree) {
+  for (const host::HostProjectNode& project : tree.projects) {
+    if (!project.modules.empty()) {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// A locked project can't be read and is not in the tree.
+void NameLockedProjects(host::HostAutomation& host, const host::HostTree& tree) {
+  const int projects = static_cast<int>(tree.projects.size()) + tree.lockedProjects;
+  for (int i = 1; i <= projects; ++i) {
+    const host::HostProject project = host.Project(i);
+    if (project.locked) {
+      Complain(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": Das Projekt ist gesperrt");
+    }
+  }
+}
+
+host::HostTree ListSources(host::DocumentHost& host, bool accessEdition) {
+  host::HostTree tree;
+  host::ListHostProjects(host, accessEdition, tree);
+  for (const host::SourceProblem& problem : host.Problems()) {
+    Complain(problem.source + ": " + problem.reason);
+  }
+  if (tree.lockedProjects > 0) {
+    NameLockedProjects(host, tree);
+  }
+  if (!HasModules(tree)) {
+    throw CommandFailure("Die Eingabe enthält kein lesbares Modul mit mehr als zwei Zeilen");
+  }
+  TickAll(tree);
+  return tree;
+}
+
+[[noreturn]] void FailRead(const host::ReadReport& report) {
+  if (report.outcome == host::ReadOutcome::kFailed && !report.detail.empty()) {
+    throw CommandFailure("Fehler beim Einlesen: " + report.detail);
+  }
+  throw CommandFailure(report.message.empty() ? "Fehler beim Einlesen" : report.message);
+}
+
+}  // namespace
+
+bool IsSavedProject(const std::vector<std::string>& inputs) {
+  for (const std::string& input : inputs) {
+    std::error_code ignored;
+    if (fs::exists(codedb::DatabasePath(codedb::PathFromText(input)), ignored)) {
+      if (inputs.size() > 1) {
+        throw UsageError(input + " ist ein gespeichertes Projekt und muss die einzige Eingabe sein");
+      }
+      return true;
+    }
+  }
+  return false;
+}
+
+void ReadSources(const Invocation& invocation, const settings::Options& options, const fs::path& folder,
+                 codedb::CodeDatabase& database) {
+  host::DocumentHost host;
+  host.SetSources(SourcePaths(invocation.inputs));
+  const host::HostTree tree = ListSources(host, invocation.edition == startup::kAccess);
+  ProgressLine progress;
+  const host::ReadRequest request{.folder = folder,
+                                  .templateFile = startup::FindProgramPlaces(ExecutableFolder()).templateFile,
+                                  .options = ScanOptionsOf(options),
+                                  .progress = [&](const std::string& text) { progress.Show(text); }};
+  const host::ReadReport report = host::ReadCheckedModules(host, tree, database, request);
+  if (report.outcome != host::ReadOutcome::kDone) {
+    FailRead(report);
+  }
+}
+
+void OpenIndex(codedb::CodeDatabase& database, const fs::path& folder) try {
+  database.Open(codedb::DatabasePath(folder));
+} catch (const codedb::DatabaseError& error) {
+  throw CommandFailure(codedb::BrokenProjectMessage(folder) + ": " + error.what());
+}
+
+ProjectInput::ProjectInput(const Invocation& invocation, const settings::Options& options) {
+  if (IsSavedProject(invocation.inputs)) {
+    folder_ = codedb::PathFromText(invocation.inputs.front());
+  } else {
+    scratch_.emplace();
+    folder_ = scratch_->Path();
+    ReadSources(invocation, options, folder_, database_);
+  }
+  OpenIndex(database_, folder_);
+}
+
+}  // namespace quillmate::cli

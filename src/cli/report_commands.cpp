@@ -1,0 +1,49 @@
+#include <quillmate/codedb/records.h>
+#include <quillmate/export/outline.h>
+#include <quillmate/navigation/project_tree.h>
+#include <quillmate/text/markers.h>
+#include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
+
+#include "commands.h"
+#include "module_list.h"
+#include "output.h"
+#include "project_input.h"
+#include "run_options.h"
+
+namespace quillmate::cli {
+namespace {
+
+void WriteResult(const Invocation& invocation, const std::string& text) {
+  Output output(invocation.output);
+  output.Write(text);
+  output.Finish();
+}
+
+std::vector<output::OutlineNode> OutlineNodes(codedb::CodeDatabase& database) {
+  navigation::ProjectTree tree;
+  navigation::FillModuleNodes(database, tree);
+  navigation::FillRoutineNodes(database, tree);
+  std::vector<output::OutlineNode> nodes;
+  nodes.reserve(tree.nodes.size());
+  for (navigation::TreeNode& node : tree.nodes) {
+    nodes.push_back({std::move(node.text), node.parent});
+  }
+  return nodes;
+}
+
+}  // namespace
+
+void RunModules(const Invocation& invocation) {
+  ProjectInput input(invocation, RunOptions(invocation));
+  const auto modules = codedb::ReadIndex(input.Database());
+  WriteResult(invocation, invocation.json ? ModuleJson(modules) : ModuleTable(modules));
+}
+
+void RunOutline(const Invocation& invocation) {
+  ProjectInput input(invocation, RunOptions(invocation));
+  const std::string outline = output::BuildOutline(OutlineNodes(input.Database()));
+  WriteResult(invocation, text::Utf8FromCode(text::ReplaceAll(outline, text::kLineBreak, "\n")));
+}
+
+}  // namespace quillmate::cli

@@ -1,0 +1,24 @@
+#include "scratch_folder.h"
+
+#include <quillmate/codedb/index_files.h>
+
+#include "messages.h"
+#include "platform.h"
+
+namespace quillmate::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path MakeScratchFolder() try {
+  return MakePrivateFolder(fs::temp_directory_path(), "Quillmate-TempDateien-");
+} catch (const fs::filesystem_error& error) {
+  throw CommandFailure("Im Ordner für temporäre Dateien " + codedb::PathText(error.path1()) +
+                       " lässt sich kein Ordner anlegen: " + error.code().message());
+}
+
+}  // namespace
+
+ScratchFolder::ScratchFolder() : folder_(MakeScratchFolder) {}
+
+}  // namespace quillmate::cli
