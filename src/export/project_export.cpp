@@ -1,0 +1,64 @@
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/export/module_header.h>
+#include <quillmate/export/plain_text.h>
+#include <quillmate/export/project_export.h>
+
+#include "file_target_p.h"
+
+namespace quillmate::output {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kModules = "SELECT mod_num, mod_name, mod_typ FROM td_mod ORDER BY mod_num;";
+
+/// Hands every module's marked-up text to `convert`, a header block separately: it ends at a line's end.
+template <typename Converter>
+void ForEachText(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers, Converter convert) {
+  for (const ModuleEntry& module : modules) {
+    if (headers) convert(HeaderBlock(module.name, module.imageKey));
+    convert(codedb::ReadModuleText(folder, module.number));
+  }
+}
+
+}  // namespace
+
+std::vector<ModuleEntry> ReadModules(codedb::CodeDatabase& database) {
+  codedb::Recordset records = database.OpenRecordset(kModules);
+  std::vector<ModuleEntry> modules;
+  while (records.Next()) {
+    modules.push_back({static_cast<int>(records.Number(0).value_or(0)), records.Text(1), "M" + records.Text(2)});
+  }
+  return modules;
+}
+
+void ModuleRtf(const fs::path& folder, int moduleNumber, const RtfOptions& options, const Sink& sink) {
+  ProjectRtf(folder, {{moduleNumber, {}, {}}}, false, options, sink);
+}
+
+void ProjectRtf(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
+                const RtfOptions& options, const Sink& sink) {
+  sink(DocumentHead(options));
+  ForEachText(folder, modules, headers,
+              [&](std::string_view marked) { ColourBody(marked, options.boldRoutines, sink); });
+  sink(kDocumentEnd);
+}
+
+void ModuleText(const fs::path& folder, int moduleNumber, const Sink& sink) {
+  PlainText(codedb::ReadModuleText(folder, moduleNumber), sink);
+}
+
+void ProjectText(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers, const Sink& sink) {
+  ForEachText(folder, modules, headers, [&](std::string_view marked) { PlainText(marked, sink); });
+}
+
+void ExportModuleRtf(const fs::path& folder, int moduleNumber, const RtfOptions& options, const fs::path& target) {
+  WriteFile(target, [&](const Sink& sink) { ModuleRtf(folder, moduleNumber, options, sink); });
+}
+
+void ExportProjectRtf(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
+                      const RtfOptions& options, const fs::path& target) {
+  WriteFile(target, [&](const Sink& sink) { ProjectRtf(folder, modules, headers, options, sink); });
+}
+
+}  // namespace quillmate::output

@@ -1,0 +1,91 @@
+#include <algorithm>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/export/module_header.h>
+#include <quillmate/export/plain_text.h>
+#include <quillmate/export/project_export.h>
+
+namespace quillmate::output {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kFirst = "|\237x||\237f|Sub|n\237| A()|y\237|\r\n\t{}\r\n";
+constexpr std::string_view kSecond = "|\237k|' \344|n\237|";
+
+/// An index folder with two modules; it goes away with the test.
+class ProjectExport : public testing::Test {
+ protected:
+  ProjectExport() {
+    folder_ = fs::path(testing::TempDir()) / testing::UnitTest::GetInstance()->current_test_info()->name();
+    fs::remove_all(folder_);
+    fs::create_directories(folder_);
+    codedb::WriteModuleText(folder_, 1, kFirst);
+    codedb::WriteModuleText(folder_, 2, kSecond);
+  }
+  ~ProjectExport() override { fs::remove_all(folder_); }
+
+  std::vector<std::string> Files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder_)) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  fs::path folder_;
+  const std::vector<ModuleEntry> modules_ = {{1, "mdlA", "M2"}, {2, "Tabelle1", "M5"}};
+};
+
+std::string Collect(const auto& produce) {
+  std::string all;
+  produce([&](std::string_view bytes) { all += bytes; });
+  return all;
+}
+
+TEST_F(ProjectExport, OneFrameAroundAllModules) {
+  const std::string first = std::string(kFirst) + "\r\n";
+  const std::string second = std::string(kSecond) + "\r\n";
+  for (const bool headers : {false, true}) {
+    const std::string marked =
+        (headers ? HeaderBlock("mdlA", "M2") : "") + first + (headers ? HeaderBlock("Tabelle1", "M5") : "") + second;
+    const RtfOptions options;
+    EXPECT_EQ(Collect([&](const Sink& sink) { ProjectRtf(folder_, modules_, headers, options, sink); }),
+              RtfDocument(marked, options));
+    EXPECT_EQ(Collect([&](const Sink& sink) { ProjectText(folder_, modules_, headers, sink); }), PlainText(marked));
+  }
+  EXPECT_EQ(Collect([&](const Sink& sink) { ModuleText(folder_, 2, sink); }), "' \344\r\n");
+}
+
+TEST_F(ProjectExport, FilesAreReplacedWholeOrNotAtAll) {
+  const RtfOptions options;
+  const fs::path target = folder_ / "projekt.RTF";
+  ExportModuleRtf(folder_, 1, options, target);
+  const std::string module = RtfDocument(std::string(kFirst) + "\r\n", options);
+  EXPECT_EQ(codedb::ReadWholeFile(target), module);
+  EXPECT_THROW(ExportProjectRtf(folder_, {modules_[0], {3, "weg", "M2"}}, true, options, target), std::runtime_error);
+  EXPECT_THROW(ExportModuleRtf(folder_, 1, options, folder_ / "fehlt" / "a.RTF"), std::runtime_error);
+  EXPECT_THROW(ExportModuleRtf(folder_, 1, options, folder_), std::runtime_error);
+  EXPECT_EQ(codedb::ReadWholeFile(target), module);
+  EXPECT_EQ(Files(), (std::vector<std::string>{"M1.txt", "M2.txt", "projekt.RTF"}));
+}
+
+TEST_F(ProjectExport, ModulesByNumber) {
+  codedb::PrepareCodeDatabase(folder_, fs::path(QUILLMATE_BIN_DIR) / codedb::kTemplateFile);
+  codedb::CodeDatabase database;
+  database.Open(codedb::DatabasePath(folder_));
+  for (const std::string_view values :
+       {"'10' AS AX1, 'a' AS AX2, '32' AS AX3", "'9' AS AX1, '\304' AS AX2, '1' AS AX3"}) {
+    database.ExecuteSql("INSERT INTO td_mod(mod_num,mod_name,mod_typ) SELECT " + std::string(values));
+  }
+  std::string found;
+  for (const ModuleEntry& module : ReadModules(database)) {
+    found += std::to_string(module.number) + module.name + module.imageKey + ";";
+  }
+  EXPECT_EQ(found, "9\304M1;10aM32;");
+}
+
+}  // namespace
+}  // namespace quillmate::output
