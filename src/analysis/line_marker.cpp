@@ -302,10 +302,14 @@ std::string MarkLineGuarded(std::string_view statementLine, bool closed) {
   return std::string(buffer.View());
 }
 
-std::string RestoreGuards(std::string_view guarded) {
-  const std::string characters = text::ReplaceAll(guarded, kChar159Guard, std::string_view(&text::kMarkerByte, 1));
-  const std::string lines = text::ReplaceAll(characters, kContinuationGuard, "_\r\n");
-  return text::ReplaceAll(lines, kQuoteGuard, "\"\"");
+std::string RestoreChar159(std::string_view guarded) {
+  return text::ReplaceAll(guarded, kChar159Guard, std::string_view(&text::kMarkerByte, 1));
 }
+
+std::string RestoreLinesAndQuotes(std::string_view guarded) {
+  return text::ReplaceAll(text::ReplaceAll(guarded, kContinuationGuard, "_\r\n"), kQuoteGuard, "\"\"");
+}
+
+std::string RestoreGuards(std::string_view guarded) { return RestoreLinesAndQuotes(RestoreChar159(guarded)); }
 
 }  // namespace quillmate::analysis

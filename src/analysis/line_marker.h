@@ -60,7 +60,11 @@ MarkedCode MarkLines(std::string_view code, bool guarded, bool wantLineStarts);
 /// One statement line (without its closing line break) marked up, with stand-ins. `closed` tells whether it has one.
 std::string MarkLineGuarded(std::string_view statementLine, bool closed);
 
-/// The stand-ins turned back into what they stand for.
+/// The stand-ins turned back into what they stand for: byte 159 first, as for an index. What the code itself holds may
+/// then read like one of the other stand-ins and is turned back as well.
 std::string RestoreGuards(std::string_view guarded);
+/// The two steps on their own, for the other order.
+std::string RestoreChar159(std::string_view guarded);
+std::string RestoreLinesAndQuotes(std::string_view guarded);
 
 }  // namespace quillmate::analysis

@@ -146,11 +146,14 @@ ScanResult ScanForIndex(std::string_view code, const ScanOptions& options, std::
 std::string ScanForDisplay(std::string_view code, const ScanOptions& options) {
   const std::string prepared = PrepareCode(code, options);
   const WalkSettings settings = SettingsFor(options, false);
-  const MarkedCode marked = MarkLines(prepared, false, settings.bodyTabs);
-  const RoutineWalk walk(prepared, marked, false, settings, 0);
+  // A last line that is continued has no line break behind it, so that the closing cut may go into a stand-in.
+  const bool guarded = prepared.ends_with("_\r\n");
+  const MarkedCode marked = MarkLines(prepared, guarded, settings.bodyTabs);
+  const RoutineWalk walk(prepared, marked, guarded, settings, 0);
   std::string text = Assembler(marked, walk, false, settings).Run().markedText;
+  if (guarded) text = RestoreLinesAndQuotes(text);
   text.resize(text.size() - std::min(text.size(), kLineBreak.size()));
-  return text;
+  return guarded ? RestoreChar159(text) : text;
 }
 
 }  // namespace quillmate::analysis

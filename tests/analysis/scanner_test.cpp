@@ -115,6 +115,8 @@ TEST(Scanner, AgreesWithTheLiteralOneOnAwkwardModules) {
       "\"abc\"\237u| x\r\n|\237d\"abc\"\r\n|\237d\"\"",
       "Option Explicit Option Explicit Explicit Explicit\r\nOption Base 1 Option Base 1\r\nOption Private Module "
       "Private",
+      "\"a\"?\"offen '_",
+      "\237\"offen '_",
       std::string(70000, ' ') + "Sub A()",
       std::string(70000, '"'),
       std::string(70001, '"') + "'",
