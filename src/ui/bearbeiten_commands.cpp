@@ -1,0 +1,103 @@
+#include <functional>
+#include <stdexcept>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/host/project_reader.h>
+
+#include "commands.h"
+#include "host_list.h"
+#include "project_view.h"
+#include "qt_text.h"
+#include "shell.h"
+
+namespace quillmate::ui {
+namespace {
+
+using Reader = std::function<host::ReadReport(const host::ReadRequest&)>;
+
+host::ReadRequest RequestOf(Shell& shell) {
+  const startup::AppGlobals& globals = shell.Globals();
+  host::ReadRequest request;
+  request.folder = globals.RunTempFolder;
+  request.templateFile = globals.TemplatePath;
+  request.options.indent = globals.Options.einr;
+  request.options.indentBodies = globals.Options.rer;
+  request.options.removeEmptyLines = globals.Options.leer;
+  request.options.emptyLineBeforeRoutines = globals.Options.rle;
+  request.progress = [&shell](const std::string& text) { shell.ShowProgress(text); };
+  return request;
+}
+
+std::string NoDatabaseMessage(const std::filesystem::path& folder) {
+  return "Die Projektdatenbank konnte nicht angelegt werden in\r\n" + codedb::PathText(folder);
+}
+
+/// What happens after a read that did not succeed.
+void TellFailure(Shell& shell, const host::ReadReport& report) {
+  switch (report.outcome) {
+    case host::ReadOutcome::kNothingChecked:
+      shell.Show(report.message, MessageIcon::kInformation);
+      return;
+    case host::ReadOutcome::kNoTemplate:
+      shell.Show(report.message.empty() ? NoDatabaseMessage(shell.Globals().RunTempFolder) : report.message,
+                 MessageIcon::kCritical);
+      return;
+    case host::ReadOutcome::kFailed:
+      shell.Show(report.message, MessageIcon::kExclamation, Buttons::kOk, report.detail);
+      break;
+    default:
+      break;
+  }
+  RefreshKeepingTicks(shell);
+}
+
+/// Reads the ticked modules and shows the project. A project on screen gives way first: the read empties the scratch
+/// folder that its modules may lie in.
+void ReadProject(Shell& shell, const Reader& read) {
+  startup::AppGlobals& globals = shell.Globals();
+  if (globals.RunTempFolder.empty()) throw std::runtime_error("Der Arbeitsordner konnte nicht angelegt werden.");
+  if (shell.mode != 0 && shell.hostModel->Tree().AnyChecked()) {
+    if (!ConfirmUnsaved(shell)) return;
+    ResetProject(shell);
+  }
+  host::ReadReport report;
+  {
+    const Working working(shell);
+    report = read(RequestOf(shell));
+  }
+  if (report.outcome != host::ReadOutcome::kDone) {
+    TellFailure(shell, report);
+    return;
+  }
+  globals.TempFolder = globals.RunTempFolder;
+  shell.SetCaption(QStringLiteral(" Projekt: ") + FromCode(report.projectText) +
+                   QStringLiteral(" [nicht gespeichert !!!]"));
+  if (!ReloadProject(shell)) shell.SetCaption();
+}
+
+}  // namespace
+
+void ReadCode(Shell& shell) {
+  ReadProject(shell, [&shell](const host::ReadRequest& request) {
+    return host::ReadCheckedModules(shell.around.host, shell.hostModel->Tree(), shell.Globals().CodeDb, request);
+  });
+}
+
+void ReadVbFiles(Shell& shell) {
+  ReadProject(shell, [&shell](const host::ReadRequest& request) {
+    return host::ReadModuleFiles(shell.hostModel->Tree(), shell.Globals().CodeDb, request);
+  });
+}
+
+void CopyModule(Shell& shell) {
+  shell.rtbHaupt->selectAll();
+  shell.rtbHaupt->setFocus();
+  shell.rtbHaupt->copy();
+}
+
+void CopySelection(Shell& shell) {
+  shell.rtbHaupt->setFocus();
+  shell.rtbHaupt->copy();
+}
+
+}  // namespace quillmate::ui

@@ -1,0 +1,157 @@
+#include "code_editor.h"
+
+#include <QScrollBar>
+#include <QTextBlock>
+#include <algorithm>
+
+#include <quillmate/ui/platform.h>
+
+#include "code_clip.h"
+#include "code_document.h"
+
+namespace quillmate::ui {
+namespace {
+
+/// Documents kept for modules looked at before. A line of a document costs more than ten times its text.
+constexpr std::size_t kKeptDocuments = 20;
+constexpr std::size_t kKeptLines = 60000;
+
+/// The user's colours are made for dark on light; the code keeps them readable on a dark desktop, too.
+QPalette PaperPalette(QPalette palette) {
+  palette.setColor(QPalette::Base, Qt::white);
+  palette.setColor(QPalette::Text, Qt::black);
+  palette.setColor(QPalette::Highlight, QColor(0x9c, 0xc8, 0xf5));
+  palette.setColor(QPalette::HighlightedText, Qt::black);
+  return palette;
+}
+
+}  // namespace
+
+struct CodeEditor::Page {
+  int index = -1;
+  std::unique_ptr<QTextDocument> document;
+  int scrollX = 0;
+  int scrollY = 0;
+};
+
+CodeEditor::CodeEditor(QWidget* parent) : QPlainTextEdit(parent) {
+  setReadOnly(true);
+  setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  setLineWrapMode(QPlainTextEdit::NoWrap);
+  setPalette(PaperPalette(palette()));
+  setContextMenuPolicy(Qt::CustomContextMenu);
+  // Files dropped on the code are for the window.
+  setAcceptDrops(false);
+  viewport()->setAcceptDrops(false);
+  setMinimumWidth(1);
+  connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] { StoreSelection(); });
+  connect(this, &QPlainTextEdit::selectionChanged, this, [this] { StoreSelection(); });
+}
+
+CodeEditor::~CodeEditor() { Forget(); }
+
+void CodeEditor::SetStyle(CodeStyle style) {
+  style_ = std::move(style);
+  setFont(style_.font);
+  if (view_ == nullptr) return;
+  const int index = pages_.front().index;
+  navigation::CodeView* view = view_;
+  const std::vector<navigation::StyleRun>* runs = runs_;
+  Forget();
+  ShowView(index, *view, *runs);
+}
+
+void CodeEditor::ShowView(int index, navigation::CodeView& view, const std::vector<navigation::StyleRun>& runs) {
+  if (view_ == &view) return;
+  StoreScroll();
+  following_ = false;
+  view_ = &view;
+  runs_ = &runs;
+  const Page& page = PageOf(index);
+  setDocument(page.document.get());
+  PlaceCursor();
+  verticalScrollBar()->setValue(page.scrollY);
+  horizontalScrollBar()->setValue(page.scrollX);
+  following_ = true;
+  Trim();
+}
+
+void CodeEditor::ShowSelection() {
+  if (view_ == nullptr) return;
+  following_ = false;
+  PlaceCursor();
+  verticalScrollBar()->setValue(static_cast<int>(view_->LineFromChar(view_->SelStart())));
+  horizontalScrollBar()->setValue(0);
+  following_ = true;
+}
+
+void CodeEditor::Forget() {
+  following_ = false;
+  view_ = nullptr;
+  runs_ = nullptr;
+  setDocument(nullptr);
+  pages_.clear();
+}
+
+CodeEditor::Page& CodeEditor::PageOf(int index) {
+  auto page = std::find_if(pages_.begin(), pages_.end(), [index](const Page& p) { return p.index == index; });
+  if (page != pages_.end()) {
+    pages_.splice(pages_.begin(), pages_, page);
+    return pages_.front();
+  }
+  pages_.push_front({index, BuildDocument(*view_, *runs_, style_), 0, 0});
+  return pages_.front();
+}
+
+void CodeEditor::Trim() {
+  std::size_t kept = 0;
+  std::size_t lines = 0;
+  const auto fits = [&](const Page& page) {
+    lines += static_cast<std::size_t>(page.document->blockCount());
+    return ++kept == 1 || (kept <= kKeptDocuments && lines <= kKeptLines);
+  };
+  pages_.erase(std::find_if_not(pages_.begin(), pages_.end(), fits), pages_.end());
+}
+
+void CodeEditor::StoreScroll() {
+  if (view_ == nullptr) return;
+  pages_.front().scrollX = horizontalScrollBar()->value();
+  pages_.front().scrollY = verticalScrollBar()->value();
+}
+
+void CodeEditor::StoreSelection() {
+  if (!following_) return;
+  const QTextCursor cursor = textCursor();
+  const std::size_t start = OffsetOf(cursor.selectionStart());
+  view_->Select(start, OffsetOf(cursor.selectionEnd()) - start);
+}
+
+void CodeEditor::PlaceCursor() {
+  QTextCursor cursor(document());
+  cursor.setPosition(PositionOf(view_->SelStart()));
+  cursor.setPosition(PositionOf(view_->SelStart() + view_->SelLength()), QTextCursor::KeepAnchor);
+  setTextCursor(cursor);
+}
+
+int CodeEditor::PositionOf(std::size_t offset) const {
+  const std::size_t line = view_->LineFromChar(offset);
+  const QTextBlock block = document()->findBlockByNumber(static_cast<int>(line));
+  const int column = static_cast<int>(offset - view_->LineStart(line));
+  return block.position() + std::min(column, block.length() - 1);
+}
+
+std::size_t CodeEditor::OffsetOf(int position) const {
+  const QTextBlock block = document()->findBlock(position);
+  return view_->LineStart(static_cast<std::size_t>(block.blockNumber())) +
+         static_cast<std::size_t>(position - block.position());
+}
+
+QMimeData* CodeEditor::createMimeDataFromSelection() const {
+  if (view_ == nullptr) return QPlainTextEdit::createMimeDataFromSelection();
+  const QTextCursor cursor = textCursor();
+  const std::size_t start = OffsetOf(cursor.selectionStart());
+  const std::size_t length = OffsetOf(cursor.selectionEnd()) - start;
+  return MakeMimeData(ClipOf({view_->Text(), *runs_, start, length}, style_)).release();
+}
+
+}  // namespace quillmate::ui

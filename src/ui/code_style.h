@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+
+#include <quillmate/export/rtf.h>
+#include <quillmate/settings/options.h>
+
+namespace quillmate::ui {
+
+/// How code looks on screen and on the clipboard, made of the user's options.
+struct CodeStyle {
+  QFont font;
+  /// Distance of the tab stops in pixels.
+  double tabStop = 0;
+  QColor keyword;
+  QColor comment;
+  QColor string;
+  bool boldRoutines = true;
+  /// The same for RTF.
+  output::RtfOptions rtf;
+};
+
+/// `dpi`: logical dots per inch of the screen. A font that is not installed is replaced by the desktop's font with
+/// fixed pitch; the RTF names the user's font all the same.
+CodeStyle StyleOf(const settings::Options& options, double dpi);
+
+}  // namespace quillmate::ui

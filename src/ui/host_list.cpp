@@ -1,0 +1,191 @@
+#include "host_list.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <algorithm>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/host/host_tree.h>
+#include <quillmate/settings/sources.h>
+#include <quillmate/startup/edition.h>
+
+#include "project_view.h"
+#include "qt_text.h"
+#include "shell.h"
+
+namespace quillmate::ui {
+namespace {
+
+/// Problems named in one message; the others are counted.
+constexpr std::size_t kNamedProblems = 8;
+
+using Paths = std::vector<std::string>;
+
+bool Contains(const Paths& paths, const std::string& path) {
+  return std::find(paths.begin(), paths.end(), path) != paths.end();
+}
+
+/// Project text, module text and file: what tells a module apart from one listing to the next.
+std::string Mark(const host::HostProjectNode& project, const host::HostModuleNode& module) {
+  return project.text + '\n' + module.text + '\n' + module.file;
+}
+
+std::set<std::string> TickedModules(const host::HostTree& tree) {
+  std::set<std::string> ticked;
+  for (const host::HostProjectNode& project : tree.projects) {
+    for (const host::HostModuleNode& module : project.modules) {
+      if (module.checked) ticked.insert(Mark(project, module));
+    }
+  }
+  return ticked;
+}
+
+void Tick(host::HostTree& tree, const std::set<std::string>& ticked) {
+  for (host::HostProjectNode& project : tree.projects) {
+    for (host::HostModuleNode& module : project.modules) {
+      module.checked = ticked.contains(Mark(project, module));
+      project.checked = project.checked || module.checked;
+    }
+  }
+}
+
+std::string LockedText(int locked) {
+  if (locked == 0) return {};
+  return locked == 1 ? "1 gesperrtes Projekt ausgelassen" : std::to_string(locked) + " gesperrte Projekte ausgelassen";
+}
+
+host::ListResult List(Shell& shell, bool keepTicks) {
+  host::HostTree tree;
+  const host::ListResult result =
+      host::ListHostProjects(shell.around.host, shell.Globals().hostSelector == startup::kAccess, tree);
+  if (keepTicks) Tick(tree, TickedModules(shell.hostModel->Tree()));
+  const std::string locked = LockedText(tree.lockedProjects);
+  const UpdateLock lock(*shell.treApp);
+  shell.hostModel->SetTree(std::move(tree));
+  shell.treApp->expandAll();
+  shell.staBar->SetText(StatusPanels::kProgress, FromUtf8(locked));
+  return result;
+}
+
+std::string ProblemText(const std::vector<host::SourceProblem>& problems) {
+  if (problems.empty()) return {};
+  std::string text = "Folgendes konnte nicht gelesen werden:\r\n";
+  const std::size_t named = std::min(problems.size(), kNamedProblems);
+  for (std::size_t i = 0; i < named; ++i) text += "\r\n" + problems[i].source + ": " + problems[i].reason;
+  if (problems.size() > named) text += "\r\n... und " + std::to_string(problems.size() - named) + " weitere";
+  return text;
+}
+
+/// One message about a listing: what the host says, and what of the sources could not be read.
+void Tell(Shell& shell, const host::ListResult& result) {
+  const std::string text = host::RefreshMessage(result, shell.hostModel->Tree(), shell.Globals().HostName);
+  const std::string problems = ProblemText(shell.around.documents.Problems());
+  if (!text.empty()) {
+    shell.Show(text, MessageIcon::kInformation, Buttons::kOk, problems);
+  } else if (!problems.empty()) {
+    shell.Show(problems, MessageIcon::kExclamation);
+  }
+}
+
+void UseSources(Shell& shell, const Paths& sources) {
+  std::vector<std::filesystem::path> paths;
+  for (const std::string& source : sources) paths.push_back(codedb::PathFromText(source));
+  shell.around.documents.SetSources(std::move(paths));
+}
+
+void Remember(Shell& shell, const Paths& sources) {
+  settings::SaveSources(shell.around.settings, sources);
+  UseSources(shell, sources);
+}
+
+/// Offers to forget sources that are gone: nothing in the tree stands for them any more.
+void OfferToForgetLost(Shell& shell) {
+  const Paths sources = settings::LoadSources(shell.around.settings);
+  Paths kept;
+  std::string lost;
+  for (const std::string& source : sources) {
+    if (QFileInfo::exists(FromUtf8(source))) {
+      kept.push_back(source);
+    } else {
+      lost += "\r\n" + source;
+    }
+  }
+  if (lost.empty()) return;
+  const Answer answer = shell.Show("Diese Quellen gibt es nicht mehr:\r\n" + lost + "\r\n\r\nAus der Liste entfernen ?",
+                                   MessageIcon::kQuestion, Buttons::kYesNo);
+  if (answer == Answer::kYes) Remember(shell, kept);
+}
+
+void Refresh(Shell& shell, bool keepTicks) {
+  host::ListResult result;
+  {
+    const Working working(shell);
+    result = List(shell, keepTicks);
+  }
+  Tell(shell, result);
+  OfferToForgetLost(shell);
+}
+
+std::string Normalized(const QString& path) {
+  return ToUtf8(QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(path).absoluteFilePath())));
+}
+
+/// Without what the listing could not use.
+Paths Usable(const Paths& added, const std::vector<host::SourceProblem>& problems) {
+  Paths usable;
+  std::copy_if(added.begin(), added.end(), std::back_inserter(usable), [&](const std::string& path) {
+    return std::none_of(problems.begin(), problems.end(),
+                        [&path](const host::SourceProblem& problem) { return problem.source == path; });
+  });
+  return usable;
+}
+
+Paths Joined(Paths first, const Paths& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+}  // namespace
+
+void RefreshHostProjects(Shell& shell) { Refresh(shell, false); }
+
+void RefreshKeepingTicks(Shell& shell) { Refresh(shell, true); }
+
+void LoadUserSources(Shell& shell) { UseSources(shell, settings::LoadSources(shell.around.settings)); }
+
+void AddSources(Shell& shell, const QStringList& paths) {
+  if (shell.mode != 0) {
+    if (!ConfirmUnsaved(shell)) return;
+    ResetProject(shell);
+  }
+  const Paths known = settings::LoadSources(shell.around.settings);
+  Paths added;
+  for (const QString& path : paths) {
+    std::string source = Normalized(path);
+    if (!Contains(known, source) && !Contains(added, source)) added.push_back(std::move(source));
+  }
+  UseSources(shell, Joined(known, added));
+  host::ListResult result;
+  {
+    const Working working(shell);
+    result = List(shell, true);
+  }
+  Remember(shell, Joined(known, Usable(added, shell.around.documents.Problems())));
+  shell.treApp->scrollToBottom();
+  Tell(shell, result);
+}
+
+void RemoveSourceOf(Shell& shell, int project) {
+  const std::string& key = shell.hostModel->Tree().projects[static_cast<std::size_t>(project)].key;
+  const std::string source = shell.around.documents.Project(host::ProjectIndex(key)).fileName.value_or(std::string());
+  Paths sources = settings::LoadSources(shell.around.settings);
+  std::erase(sources, source);
+  Remember(shell, sources);
+  List(shell, true);
+}
+
+}  // namespace quillmate::ui

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QAbstractItemModel>
+
+#include <quillmate/host/host_tree.h>
+
+#include "icons.h"
+
+namespace quillmate::ui {
+
+/// The host tree as a model with check boxes. Ticking a project ticks all its modules; a project with a ticked module
+/// counts as ticked, so that the reader looks into it.
+class HostTreeModel : public QAbstractItemModel {
+ public:
+  using QAbstractItemModel::QAbstractItemModel;
+
+  const host::HostTree& Tree() const noexcept { return tree_; }
+  /// Shows another tree.
+  void SetTree(host::HostTree tree);
+
+  /// Position of the project that a node is or belongs to, 0-based; -1 for no node.
+  int ProjectOf(const QModelIndex& index) const;
+
+  QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
+  QModelIndex parent(const QModelIndex& index) const override;
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+ private:
+  const host::HostModuleNode* Module(const QModelIndex& index) const;
+  void TickProject(int project, bool ticked);
+  void TickModule(int project, int module, bool ticked);
+
+  host::HostTree tree_;
+  mutable IconSet icons_;
+};
+
+}  // namespace quillmate::ui

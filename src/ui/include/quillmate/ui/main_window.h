@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QMainWindow>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+#include <quillmate/host/document_host.h>
+#include <quillmate/settings/settings_store.h>
+#include <quillmate/startup/app_globals.h>
+#include <quillmate/startup/session.h>
+#include <quillmate/ui/platform.h>
+
+namespace quillmate::ui {
+
+class Shell;
+
+/// What the window works with. Everything must outlive it.
+struct Surroundings {
+  startup::AppGlobals& globals;
+  startup::InstanceMark& mark;
+  settings::SettingsStore& settings;
+  Platform& platform;
+  /// The user's sources.
+  host::DocumentHost& documents;
+  /// What is listed and read: the documents, and the running host before them where there is one.
+  host::HostAutomation& host;
+};
+
+/// The main window `frmHaupt`. Its widgets carry their names as object names; menu items are QActions named after the
+/// commands ("mnuNeu"), toolbar buttons QActions named after their keys ("doit").
+class MainWindow : public QMainWindow {
+ public:
+  explicit MainWindow(const Surroundings& surroundings);
+  ~MainWindow() override;
+
+  /// Second half of the start: scratch folder, options, list of projects; then shows the window, or the mini window
+  /// `frmMin` in its place.
+  void Load(bool mini);
+  /// End of the run, once: closes the index, removes the scratch folder, calls `onEnd`.
+  void Unload();
+  /// Runs the command behind a toolbar key, in any case of letters. Unknown keys are ignored.
+  void PressToolButton(std::string_view key);
+
+  /// Called when the run has ended.
+  std::function<void()> onEnd;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  std::unique_ptr<Shell> shell_;
+  bool unloaded_ = false;
+};
+
+}  // namespace quillmate::ui

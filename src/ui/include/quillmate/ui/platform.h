@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QByteArray>
+#include <QMimeData>
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <optional>
+
+class QWidget;
+
+/// The desktop as the commands see it. Everything that would stop a test (a dialog) or leave traces outside the
+/// program (clipboard, browser) goes through here; tests put a recording stand-in in its place.
+namespace quillmate::ui {
+
+enum class MessageIcon { kNone, kInformation, kExclamation, kCritical, kQuestion };
+enum class Buttons { kOk, kYesNo, kYesNoCancel };
+enum class Answer { kOk, kYes, kNo, kCancel };
+
+struct Message {
+  QString title;
+  /// Plain text; lines end with CR LF.
+  QString text;
+  MessageIcon icon = MessageIcon::kNone;
+  Buttons buttons = Buttons::kOk;
+  /// What went wrong in detail, shown below the text; usually empty.
+  QString detail;
+};
+
+/// What goes onto the clipboard together. Empty parts are left out.
+struct ClipboardContent {
+  QString text;
+  /// A complete RTF document, Windows-1252.
+  QByteArray rtf;
+  QString html;
+};
+
+/// The content under the names that other programs look for: the RTF is "Rich Text Format" on Windows and "text/rtf"
+/// elsewhere.
+std::unique_ptr<QMimeData> MakeMimeData(const ClipboardContent& content);
+
+class Platform {
+ public:
+  virtual ~Platform() = default;
+
+  /// Shows a message box and waits for its answer. Closing the box counts as the most harmless of its buttons.
+  virtual Answer Show(const Message& message) = 0;
+  /// Input box; nothing when the user cancels.
+  virtual std::optional<QString> AskText(const QString& title, const QString& prompt, const QString& preset) = 0;
+  /// The chosen folder, empty when the user cancels. A start folder that does not exist means the user's home.
+  virtual QString ChooseFolder(const QString& title, const QString& start) = 0;
+  /// The chosen files, empty when the user cancels. `filter` as in "Texte (*.txt *.log);;Alle Dateien (*)".
+  virtual QStringList ChooseFiles(const QString& title, const QString& start, const QString& filter) = 0;
+
+  virtual void SetClipboard(const ClipboardContent& content) = 0;
+  virtual QString ClipboardText() = 0;
+  virtual void ClearClipboard() = 0;
+
+  /// Opens a file in the user's browser; false when there is none.
+  virtual bool OpenInBrowser(const QString& file) = 0;
+  /// A clock that only goes forward, in milliseconds.
+  virtual qint64 Milliseconds() = 0;
+};
+
+/// The real desktop. Dialogs stand over the active window of the program.
+std::unique_ptr<Platform> QtPlatform();
+
+}  // namespace quillmate::ui

@@ -1,0 +1,110 @@
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QScreen>
+#include <QUrl>
+
+#include <quillmate/ui/main_window.h>
+
+#include "command_table.h"
+#include "commands.h"
+#include "host_list.h"
+#include "icons.h"
+#include "qt_text.h"
+#include "shell.h"
+
+namespace quillmate::ui {
+namespace {
+
+QStringList LocalFiles(const QMimeData& data) {
+  QStringList files;
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) files.append(url.toLocalFile());
+  }
+  return files;
+}
+
+/// Four fifths of the screen, but not larger than the code needs.
+QSize StartSize() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  const QSize available = screen == nullptr ? QSize(1024, 768) : screen->availableSize();
+  return QSize(1280, 860).boundedTo(available * 4 / 5);
+}
+
+void SetHostCaptions(Shell& shell) {
+  const std::string& host = shell.Globals().HostName;
+  shell.commands->Item("mnuAnsicht_App_Aktualisieren")->setText(FromUtf8(startup::RefreshCaption(host)));
+  shell.commands->Button("refresh")->setToolTip(FromUtf8(startup::RefreshTooltip(host)));
+}
+
+void ShowMini(Shell& shell) {
+  shell.mini = std::make_unique<MiniWindow>();
+  shell.mini->setWindowTitle(shell.window.windowTitle());
+  shell.mini->setWindowIcon(shell.window.windowIcon());
+  shell.mini->onReturn = [&shell] { shell.window.show(); };
+  shell.mini->onEnd = [&shell] { shell.window.Unload(); };
+  shell.mini->show();
+}
+
+}  // namespace
+
+MainWindow::MainWindow(const Surroundings& surroundings) {
+  setObjectName(QStringLiteral("frmHaupt"));
+  setAcceptDrops(true);
+  resize(StartSize());
+  shell_ = std::make_unique<Shell>(*this, surroundings);
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::Load(bool mini) {
+  Shell& shell = *shell_;
+  setWindowIcon(LoadIcon(QStringLiteral("4A")));
+  startup::MakeRunFolder(shell.Globals(), shell.around.mark, shell.around.settings);
+  SetHostCaptions(shell);
+  shell.ApplyOptions();
+  shell.SetCaption();
+  shell.SetMode(0);
+  LoadUserSources(shell);
+  shell.Guarded([&shell] { RefreshHostProjects(shell); });
+  if (mini) {
+    ShowMini(shell);
+    return;
+  }
+  if (shell.Globals().Options.usb) shell.Guarded([&shell] { ApplyStoredDisplaySize(shell); });
+  show();
+}
+
+void MainWindow::Unload() {
+  if (unloaded_) return;
+  unloaded_ = true;
+  startup::EndRun(shell_->Globals());
+  if (onEnd) onEnd();
+}
+
+void MainWindow::PressToolButton(std::string_view key) {
+  QAction* button = shell_->commands->Button(key);
+  if (button != nullptr) button->trigger();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->accept();
+  Unload();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!LocalFiles(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  const QStringList files = LocalFiles(*event->mimeData());
+  if (files.isEmpty()) return;
+  event->acceptProposedAction();
+  // Questions to the user must not hold up the program that the files come from.
+  QMetaObject::invokeMethod(
+      this, [this, files] { shell_->Guarded([this, &files] { AddSources(*shell_, files); }); }, Qt::QueuedConnection);
+}
+
+}  // namespace quillmate::ui

@@ -1,0 +1,53 @@
+#include "mini_window.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QToolButton>
+
+#include "icons.h"
+
+namespace quillmate::ui {
+namespace {
+
+QToolButton* MakeButton(const QString& name, const QString& icon, const QString& tooltip) {
+  auto* button = new QToolButton;
+  button->setObjectName(name);
+  button->setIcon(LoadIcon(icon));
+  button->setIconSize(QSize(32, 32));
+  button->setToolTip(tooltip);
+  return button;
+}
+
+}  // namespace
+
+MiniWindow::MiniWindow() : QWidget(nullptr, Qt::Window | Qt::WindowStaysOnTopHint) {
+  setObjectName(QStringLiteral("frmMin"));
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  auto* html =
+      MakeButton(QStringLiteral("cmdHtml"), QStringLiteral("ht_clip"), QStringLiteral("Zwischenablage nach HTML"));
+  // Comes on with the exporter.
+  html->setEnabled(false);
+  auto* close = MakeButton(QStringLiteral("cmdClose"), QStringLiteral("close"), QStringLiteral("Zum Hauptfenster"));
+  auto* layout = new QHBoxLayout(this);
+  layout->addWidget(html);
+  layout->addWidget(close);
+  layout->setSizeConstraint(QLayout::SetFixedSize);
+  connect(close, &QToolButton::clicked, this, [this] {
+    returning_ = true;
+    this->close();
+  });
+}
+
+void MiniWindow::showEvent(QShowEvent* event) {
+  returning_ = false;
+  move(0, 0);
+  QWidget::showEvent(event);
+}
+
+void MiniWindow::closeEvent(QCloseEvent* event) {
+  event->accept();
+  const auto& next = returning_ ? onReturn : onEnd;
+  if (next) next();
+}
+
+}  // namespace quillmate::ui

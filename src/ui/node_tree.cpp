@@ -1,0 +1,58 @@
+#include "node_tree.h"
+
+#include <QKeyEvent>
+#include <QStyledItemDelegate>
+
+#include "project_tree_model.h"
+
+namespace quillmate::ui {
+namespace {
+
+/// Paints the marked node inverted, whether it is selected or not.
+class MarkDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (!index.data(kMarkedRole).toBool()) return;
+    option->backgroundBrush = Qt::black;
+    option->palette.setColor(QPalette::Text, Qt::yellow);
+    option->palette.setColor(QPalette::Highlight, Qt::black);
+    option->palette.setColor(QPalette::HighlightedText, Qt::yellow);
+  }
+};
+
+}  // namespace
+
+void SetUpTree(QTreeView& tree, const QString& name) {
+  tree.setObjectName(name);
+  tree.setHeaderHidden(true);
+  tree.setUniformRowHeights(true);
+  tree.setEditTriggers(QAbstractItemView::NoEditTriggers);
+  tree.setContextMenuPolicy(Qt::CustomContextMenu);
+  tree.setMinimumWidth(1);
+}
+
+NodeTree::NodeTree(QWidget* parent) : QTreeView(parent) {
+  setItemDelegate(new MarkDelegate(this));
+  connect(this, &QTreeView::clicked, this, [this](const QModelIndex& index) {
+    if (onNode) onNode(index);
+  });
+}
+
+void NodeTree::keyboardSearch(const QString&) {}
+
+void NodeTree::keyPressEvent(QKeyEvent* event) {
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  const bool isTyped = !event->text().isEmpty() && event->text().front().isPrint();
+  if (!isEnter && !isTyped) {
+    QTreeView::keyPressEvent(event);
+    return;
+  }
+  event->accept();
+  if (isEnter && onNode && currentIndex().isValid()) onNode(currentIndex());
+}
+
+}  // namespace quillmate::ui

@@ -1,0 +1,85 @@
+#include "project_files.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/text/operations.h>
+
+#include "project_folder.h"
+#include "project_view.h"
+#include "qt_text.h"
+#include "shell.h"
+
+namespace quillmate::ui {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The folder that gets the project's folder; empty when the user gives none.
+fs::path ChooseProjectPath(Shell& shell) {
+  const fs::path standard = codedb::PathFromText(shell.Globals().LastProjectFolder);
+  std::error_code ignored;
+  if (shell.Globals().Options.stapro && fs::is_directory(standard, ignored)) return standard;
+  return ToPath(shell.around.platform.ChooseFolder(QStringLiteral("Bitte Projektpfad auswählen"), FromPath(standard)));
+}
+
+std::string AskProjectName(Shell& shell) {
+  const std::optional<QString> name =
+      shell.around.platform.AskText(QStringLiteral("Projektname"), QStringLiteral("Bitte Projektnamen angeben"), {});
+  return CleanName(std::string(text::Trim(ToUtf8(name.value_or(QString())))));
+}
+
+bool MayReplace(Shell& shell, const fs::path& folder) {
+  std::error_code ignored;
+  if (!fs::exists(folder, ignored)) return true;
+  const std::string question =
+      "\r\nEin Projekt:" + text::EnsureBackslash(codedb::PathText(folder)) + "existiert schon\r\nÜberschreiben ?";
+  return shell.Show(question, MessageIcon::kQuestion, Buttons::kYesNo) == Answer::kYes;
+}
+
+/// The index on screen is the one in `folder` from now on.
+void MoveTo(Shell& shell, const fs::path& folder) {
+  startup::AppGlobals& globals = shell.Globals();
+  globals.TempFolder = folder;
+  globals.CodeDb.Open(codedb::DatabasePath(folder));
+  shell.rtbHaupt->Forget();
+  const int current = shell.views.Current();
+  const int modules = shell.projectModel->Tree().moduleCount;
+  if (modules == 0) return;
+  shell.views.Load(folder, modules);
+  shell.views.SetCurrent(current);
+  shell.rtbHaupt->ShowView(current, shell.views.View(current), shell.views.Runs(current));
+}
+
+}  // namespace
+
+bool SaveProject(Shell& shell) {
+  const fs::path path = ChooseProjectPath(shell);
+  if (path.empty()) return false;
+  const std::string name = AskProjectName(shell);
+  if (name.empty()) return false;
+  const fs::path folder = path / codedb::PathFromText(name);
+  if (!MayReplace(shell, folder)) return false;
+
+  startup::AppGlobals& globals = shell.Globals();
+  const fs::path source = globals.TempFolder;
+  std::error_code ignored;
+  if (!fs::equivalent(source, folder, ignored)) {
+    const Working working(shell);
+    globals.CodeDb.Close();
+    try {
+      ReplaceProjectFolder(source, folder);
+    } catch (...) {
+      globals.CodeDb.Open(codedb::DatabasePath(source));
+      throw;
+    }
+    MoveTo(shell, folder);
+    if (source == globals.RunTempFolder) codedb::DeleteScratchFiles(source);
+  }
+  shell.SetCaption(QStringLiteral(" Projekt: ") + FromUtf8(name));
+  return true;
+}
+
+}  // namespace quillmate::ui

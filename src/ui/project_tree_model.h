@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QAbstractItemModel>
+#include <string>
+#include <vector>
+
+#include <quillmate/navigation/project_tree.h>
+
+#include "icons.h"
+
+namespace quillmate::ui {
+
+/// Role of a node of the module on screen: true. Such a node is shown yellow on black.
+inline constexpr int kMarkedRole = Qt::UserRole;
+
+/// A tree of modules and routines as a model. A node is known by its index in the tree's node list.
+class ProjectTreeModel : public QAbstractItemModel {
+ public:
+  using QAbstractItemModel::QAbstractItemModel;
+
+  const navigation::ProjectTree& Tree() const noexcept { return tree_; }
+  /// Shows another tree; nothing is marked then.
+  void SetTree(navigation::ProjectTree tree);
+
+  /// The node's index in the node list; -1 for no node.
+  static int NodeOf(const QModelIndex& index);
+  QModelIndex IndexOf(int node) const;
+
+  /// Moves the mark to the node with that key. A key without a node takes the mark away.
+  void Mark(const std::string& key);
+
+  QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
+  QModelIndex parent(const QModelIndex& index) const override;
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+
+ private:
+  const std::vector<int>& Children(int node) const;
+  const navigation::TreeNode& Node(const QModelIndex& index) const;
+
+  navigation::ProjectTree tree_;
+  std::vector<int> roots_;
+  std::vector<std::vector<int>> children_;
+  /// Position of each node among its siblings.
+  std::vector<int> rows_;
+  int marked_ = -1;
+  mutable IconSet icons_;
+};
+
+}  // namespace quillmate::ui

@@ -1,0 +1,144 @@
+#include <QApplication>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QUrl>
+
+#include <quillmate/ui/platform.h>
+
+namespace quillmate::ui {
+namespace {
+
+#ifdef Q_OS_WIN
+constexpr const char* kRtfFormat = "Rich Text Format";
+#else
+constexpr const char* kRtfFormat = "text/rtf";
+#endif
+
+QMessageBox::Icon BoxIcon(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::kNone:
+      return QMessageBox::NoIcon;
+    case MessageIcon::kInformation:
+      return QMessageBox::Information;
+    case MessageIcon::kExclamation:
+      return QMessageBox::Warning;
+    case MessageIcon::kCritical:
+      return QMessageBox::Critical;
+    case MessageIcon::kQuestion:
+      return QMessageBox::Question;
+  }
+  return QMessageBox::NoIcon;
+}
+
+void AddButtons(QMessageBox& box, Buttons buttons) {
+  switch (buttons) {
+    case Buttons::kOk:
+      box.setStandardButtons(QMessageBox::Ok);
+      return;
+    case Buttons::kYesNo:
+      box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+      box.setEscapeButton(QMessageBox::No);
+      return;
+    case Buttons::kYesNoCancel:
+      box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+      box.setEscapeButton(QMessageBox::Cancel);
+      return;
+  }
+}
+
+Answer AnswerOf(int button) {
+  switch (button) {
+    case QMessageBox::Yes:
+      return Answer::kYes;
+    case QMessageBox::No:
+      return Answer::kNo;
+    case QMessageBox::Cancel:
+      return Answer::kCancel;
+    default:
+      return Answer::kOk;
+  }
+}
+
+QString DialogText(QString text) { return text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")); }
+
+QString ExistingFolder(const QString& start) {
+  return !start.isEmpty() && QDir(start).exists() ? start : QDir::homePath();
+}
+
+/// The hourglass belongs to the work, not to a question in between.
+class ArrowCursor {
+ public:
+  ArrowCursor() : shown_(QApplication::overrideCursor() != nullptr) {
+    if (shown_) QApplication::setOverrideCursor(Qt::ArrowCursor);
+  }
+  ~ArrowCursor() {
+    if (shown_) QApplication::restoreOverrideCursor();
+  }
+  ArrowCursor(const ArrowCursor&) = delete;
+  ArrowCursor& operator=(const ArrowCursor&) = delete;
+
+ private:
+  bool shown_;
+};
+
+class RealPlatform : public Platform {
+ public:
+  RealPlatform() { clock_.start(); }
+
+  Answer Show(const Message& message) override {
+    const ArrowCursor arrow;
+    QMessageBox box(BoxIcon(message.icon), message.title, DialogText(message.text), QMessageBox::NoButton,
+                    QApplication::activeWindow());
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(DialogText(message.detail));
+    AddButtons(box, message.buttons);
+    return AnswerOf(box.exec());
+  }
+
+  std::optional<QString> AskText(const QString& title, const QString& prompt, const QString& preset) override {
+    const ArrowCursor arrow;
+    bool accepted = false;
+    const QString text = QInputDialog::getText(QApplication::activeWindow(), title, DialogText(prompt),
+                                               QLineEdit::Normal, preset, &accepted);
+    return accepted ? std::optional(text) : std::nullopt;
+  }
+
+  QString ChooseFolder(const QString& title, const QString& start) override {
+    return QFileDialog::getExistingDirectory(QApplication::activeWindow(), title, ExistingFolder(start));
+  }
+
+  QStringList ChooseFiles(const QString& title, const QString& start, const QString& filter) override {
+    return QFileDialog::getOpenFileNames(QApplication::activeWindow(), title, ExistingFolder(start), filter);
+  }
+
+  void SetClipboard(const ClipboardContent& content) override {
+    QApplication::clipboard()->setMimeData(MakeMimeData(content).release());
+  }
+  QString ClipboardText() override { return QApplication::clipboard()->text(); }
+  void ClearClipboard() override { QApplication::clipboard()->clear(); }
+
+  bool OpenInBrowser(const QString& file) override { return QDesktopServices::openUrl(QUrl::fromLocalFile(file)); }
+  qint64 Milliseconds() override { return clock_.elapsed(); }
+
+ private:
+  QElapsedTimer clock_;
+};
+
+}  // namespace
+
+std::unique_ptr<QMimeData> MakeMimeData(const ClipboardContent& content) {
+  auto data = std::make_unique<QMimeData>();
+  data->setText(content.text);
+  if (!content.rtf.isEmpty()) data->setData(QString::fromLatin1(kRtfFormat), content.rtf);
+  if (!content.html.isEmpty()) data->setHtml(content.html);
+  return data;
+}
+
+std::unique_ptr<Platform> QtPlatform() { return std::make_unique<RealPlatform>(); }
+
+}  // namespace quillmate::ui

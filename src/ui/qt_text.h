@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+/// Between the program's texts and Qt's.
+namespace quillmate::ui {
+
+/// Windows-1252, the encoding of code and of names found in code.
+QString FromCode(std::string_view code);
+/// UTF-8, the encoding of messages, settings and paths.
+QString FromUtf8(std::string_view utf8);
+std::string ToUtf8(const QString& text);
+
+QString FromPath(const std::filesystem::path& path);
+std::filesystem::path ToPath(const QString& text);
+
+}  // namespace quillmate::ui

@@ -1,0 +1,55 @@
+#include <QApplication>
+#include <QLocale>
+#include <QTranslator>
+
+#include <quillmate/startup/edition.h>
+#include <quillmate/ui/main_window.h>
+#include <quillmate/ui/run_program.h>
+
+#include "qt_text.h"
+
+/// Resources of a static library have to be asked for, outside of every namespace.
+static void UseResources() {
+  Q_INIT_RESOURCE(icons);
+  Q_INIT_RESOURCE(translations);
+}
+
+namespace quillmate::ui {
+namespace {
+
+/// The language of the program, whatever the desktop's.
+void SpeakGerman(QApplication& app) {
+  QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+  auto* translator = new QTranslator(&app);
+  if (translator->load(QStringLiteral(":/translations/qtbase_de.qm"))) QApplication::installTranslator(translator);
+}
+
+/// What the user wrote behind the program's name, without the toolkit's own options.
+std::string CommandLine() { return ToUtf8(QApplication::arguments().mid(1).join(QLatin1Char(' '))); }
+
+}  // namespace
+
+int RunProgram(int selector, int argc, char** argv) {
+  UseResources();
+  QApplication app(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Quillmate"));
+  // A message box may be the only window for a while; the main window itself ends the program.
+  QApplication::setQuitOnLastWindowClosed(false);
+  SpeakGerman(app);
+
+  startup::AppGlobals globals;
+  const auto settings = settings::OpenSettings(startup::SettingsRootOf(selector));
+  startup::BeginStart(globals, selector, startup::FindProgramPlaces(ToPath(QApplication::applicationDirPath())),
+                      *settings);
+  startup::InstanceMark mark(globals.TempFolder);
+  const std::unique_ptr<Platform> platform = QtPlatform();
+  host::DocumentHost documents;
+  MainWindow window({globals, mark, *settings, *platform, documents, documents});
+  window.onEnd = [] { QApplication::quit(); };
+  window.Load(startup::IsMiniWindowCommand(CommandLine()));
+  const int status = QApplication::exec();
+  window.Unload();
+  return status;
+}
+
+}  // namespace quillmate::ui

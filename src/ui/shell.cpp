@@ -1,0 +1,129 @@
+#include "shell.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <exception>
+#include <new>
+
+#include "project_view.h"
+#include "qt_text.h"
+#include "splitter.h"
+
+namespace quillmate::ui {
+namespace {
+
+/// How often a long operation shows where it is, and lets the desktop see that the program lives.
+constexpr qint64 kProgressPause = 50;
+
+constexpr int kTreeWidth = 300;
+constexpr int kCodeWidth = 800;
+
+}  // namespace
+
+Shell::Shell(MainWindow& mainWindow, const Surroundings& surroundings) : around(surroundings), window(mainWindow) {
+  staBar = new StatusPanels(&window);
+  window.setStatusBar(staBar);
+  BuildTrees();
+  BuildArea();
+  commands = std::make_unique<CommandSet>(window, [this](const Command& command) { Run(command); });
+  WireContextMenus();
+}
+
+void Shell::BuildTrees() {
+  treApp = new QTreeView;
+  SetUpTree(*treApp, QStringLiteral("treApp"));
+  hostModel = new HostTreeModel(treApp);
+  treApp->setModel(hostModel);
+
+  treProjekt = new NodeTree;
+  SetUpTree(*treProjekt, QStringLiteral("treProjekt"));
+  projectModel = new ProjectTreeModel(treProjekt);
+  treProjekt->setModel(projectModel);
+  treProjekt->onNode = [this](const QModelIndex& index) {
+    Guarded([this, index] { ShowNode(*this, ProjectTreeModel::NodeOf(index)); });
+  };
+}
+
+void Shell::BuildArea() {
+  trees = new QStackedWidget;
+  trees->setMinimumWidth(1);
+  trees->addWidget(treApp);
+  trees->addWidget(treProjekt);
+
+  rtbHaupt = new CodeEditor;
+  rtbHaupt->setObjectName(QStringLiteral("rtbHaupt"));
+
+  auto* container = new Splitter;
+  container->addWidget(trees);
+  container->addWidget(rtbHaupt);
+  container->setStretchFactor(0, 0);
+  container->setStretchFactor(1, 1);
+  container->setSizes({kTreeWidth, kCodeWidth});
+  window.setCentralWidget(container);
+}
+
+void Shell::WireContextMenus() {
+  QObject::connect(treApp, &QWidget::customContextMenuRequested, treApp, [this](const QPoint& position) {
+    treApp->setCurrentIndex(treApp->indexAt(position));
+    commands->Item("mnuPopUpEinlesen_Entfernen")->setEnabled(treApp->currentIndex().isValid());
+    commands->Popup("mnuPopUpEinlesen", treApp->viewport()->mapToGlobal(position));
+  });
+  QObject::connect(rtbHaupt, &QWidget::customContextMenuRequested, rtbHaupt, [this](const QPoint& position) {
+    commands->Item("mnuPopUpEinlesen_Entfernen")->setEnabled(false);
+    commands->Popup(mode == 0 ? "mnuPopUpEinlesen" : "mnuPopUpHaupt", rtbHaupt->viewport()->mapToGlobal(position));
+  });
+}
+
+void Shell::Guarded(const std::function<void()>& work) {
+  if (busy_) return;
+  busy_ = true;
+  try {
+    work();
+  } catch (const std::bad_alloc&) {
+    Show("Der Arbeitsspeicher reicht nicht aus.", MessageIcon::kCritical);
+  } catch (const std::exception& error) {
+    Show(error.what(), MessageIcon::kExclamation);
+  } catch (...) {
+    Show("Unbekannter Fehler", MessageIcon::kExclamation);
+  }
+  busy_ = false;
+}
+
+void Shell::Run(const Command& command) {
+  Guarded([this, &command] { command.run(*this); });
+}
+
+Answer Shell::Show(std::string_view text, MessageIcon icon, Buttons buttons, std::string_view detail) {
+  return around.platform.Show({FromUtf8(Globals().AppTitle), FromUtf8(text), icon, buttons, FromUtf8(detail)});
+}
+
+void Shell::SetMode(int newMode) {
+  if (newMode < 0 || newMode > 2) return;
+  mode = newMode;
+  commands->SetMode(mode);
+  if (mode == 0) staBar->ClearTexts();
+}
+
+void Shell::SetCaption(const QString& project) { window.setWindowTitle(FromUtf8(Globals().AppTitle) + project); }
+
+void Shell::ShowProgress(std::string_view text) {
+  const qint64 now = around.platform.Milliseconds();
+  if (text.empty() || now - lastShown_ < kProgressPause) {
+    staBar->SetText(StatusPanels::kProgress, FromUtf8(text));
+    return;
+  }
+  lastShown_ = now;
+  staBar->ShowProgress(FromUtf8(text));
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void Shell::ApplyOptions() { rtbHaupt->SetStyle(StyleOf(Globals().Options, window.logicalDpiX())); }
+
+Working::Working(Shell& shell) : shell_(shell) { QApplication::setOverrideCursor(Qt::WaitCursor); }
+
+Working::~Working() {
+  shell_.ShowProgress({});
+  QApplication::restoreOverrideCursor();
+}
+
+}  // namespace quillmate::ui

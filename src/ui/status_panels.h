@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QLabel>
+#include <QStatusBar>
+#include <QString>
+#include <QToolButton>
+#include <array>
+
+namespace quillmate::ui {
+
+/// The status bar `staBar`: five panels, known by their numbers from 1 on. Panels 3 and 4 are the buttons "<<" and
+/// ">>".
+class StatusPanels : public QStatusBar {
+ public:
+  static constexpr int kModule = 1;
+  static constexpr int kRoutine = 2;
+  static constexpr int kBack = 3;
+  static constexpr int kNext = 4;
+  static constexpr int kProgress = 5;
+
+  explicit StatusPanels(QWidget* parent = nullptr);
+
+  void SetText(int panel, const QString& text);
+  QString Text(int panel) const;
+  /// Empties module, routine and progress; the arrows keep theirs.
+  void ClearTexts();
+  /// Shows a text in panel 5 at once, although no events are handled during a long operation.
+  void ShowProgress(const QString& text);
+
+ private:
+  QLabel* Label(int panel) const;
+
+  std::array<QLabel*, 3> labels_{};
+};
+
+}  // namespace quillmate::ui
