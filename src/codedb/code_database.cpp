@@ -128,9 +128,17 @@ Recordset CodeDatabase::OpenRecordset(std::string_view statement) {
   return Recordset(std::move(state));
 }
 
-void CodeDatabase::Begin() { state_->Opened().Run("BEGIN IMMEDIATE"); }
+void CodeDatabase::Begin() {
+  Connection& connection = state_->Opened();
+  if (connection.InTransaction()) throw DatabaseError("Es wird schon ein Projekt gelesen");
+  connection.Run("BEGIN IMMEDIATE");
+}
 
-void CodeDatabase::Commit() { state_->Opened().Run("COMMIT"); }
+void CodeDatabase::Commit() {
+  Connection& connection = state_->Opened();
+  if (!connection.InTransaction()) throw DatabaseError("Es gibt keine Änderungen zu übernehmen");
+  connection.Run("COMMIT");
+}
 
 void CodeDatabase::Rollback() noexcept {
   if (!state_->connection || !state_->connection->InTransaction()) return;

@@ -53,7 +53,9 @@ class Connection {
   [[noreturn]] void Fail(std::string_view statement) const;
 
  private:
-  void CheckIndex();
+  void SetUp();
+  void CheckTables();
+  void CheckPages();
   std::shared_ptr<PreparedShape> FindShape(std::string_view statement);
   std::shared_ptr<PreparedShape> AddShape(std::string_view statement);
   sqlite3_stmt* Prepare(const std::string& sql, std::string_view statement);

@@ -18,12 +18,16 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kScratchRoot = "TempDateien";
+constexpr std::size_t kFirstGuess = 4096;
 
 /// What the database engine may have left beside a file.
 constexpr std::array<const char*, 3> kCompanions = {"-journal", "-wal", "-shm"};
 
-constexpr std::array<std::pair<int, const char*>, 13> kReasons = {{
+constexpr auto kReasons = std::to_array<std::pair<int, const char*>>({
     {ENOSPC, "auf dem Datenträger ist kein Platz mehr"},
+#ifdef EDQUOT
+    {EDQUOT, "der Platz, der Ihnen auf dem Datenträger zusteht, ist belegt"},
+#endif
     {ENOENT, "die Datei oder ihr Ordner existiert nicht"},
     {ENOTDIR, "der Ordner existiert nicht"},
     {EACCES, "der Zugriff ist nicht erlaubt"},
@@ -36,7 +40,7 @@ constexpr std::array<std::pair<int, const char*>, 13> kReasons = {{
     {ENFILE, "zu viele Dateien sind geöffnet"},
     {ENAMETOOLONG, "der Name ist zu lang"},
     {EINVAL, "der Name ist nicht erlaubt"},
-}};
+});
 
 std::string ReasonText(int code) {
   for (const auto& [known, text] : kReasons) {
@@ -132,16 +136,15 @@ std::string ReadWholeFile(const fs::path& file) {
   errno = 0;
   std::ifstream in(file, std::ios::binary);
   if (!in) Fail(file, "gelesen", errno);
-  std::string bytes;
+  // The size is a first guess: a pipe has none, and a file may grow meanwhile. One byte more tells the end.
   const std::uintmax_t size = fs::is_regular_file(file, error) ? fs::file_size(file, error) : 0;
-  if (!error) bytes.resize(static_cast<std::size_t>(size));
-  in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  bytes.resize(static_cast<std::size_t>(in.gcount()));
-  // A pipe has no size, and a file may have grown since.
-  std::array<char, 65536> buffer{};
-  while (in.read(buffer.data(), buffer.size()), in.gcount() > 0) {
-    bytes.append(buffer.data(), static_cast<std::size_t>(in.gcount()));
+  std::string bytes(error ? kFirstGuess : std::max(static_cast<std::size_t>(size) + 1, kFirstGuess), '\0');
+  std::size_t used = 0;
+  while (in.read(bytes.data() + used, static_cast<std::streamsize>(bytes.size() - used))) {
+    used = bytes.size();
+    bytes.resize(2 * used);
   }
+  bytes.resize(used + static_cast<std::size_t>(in.gcount()));
   if (in.bad()) Fail(file, "gelesen", errno);
   return bytes;
 }
