@@ -19,8 +19,9 @@ class LineReader {
     searched_ = true;
     const std::size_t end = std::min(nextFeed_, nextReturn_);
     line = text_.substr(at_, end - at_);
-    done_ = end == text_.size();
-    at_ = done_ ? end : end + (end == nextReturn_ && nextFeed_ == end + 1 ? 2 : 1);
+    done_ = end == std::string_view::npos;
+    const bool pair = end == nextReturn_ && nextFeed_ == end + 1;
+    at_ = done_ ? text_.size() : end + (pair ? 2 : 1);
     return true;
   }
 
@@ -28,7 +29,7 @@ class LineReader {
   std::string_view Rest() const noexcept { return text_.substr(at_); }
 
  private:
-  std::size_t Find(char c) const noexcept { return std::min(text_.find(c, at_), text_.size()); }
+  std::size_t Find(char c) const noexcept { return text_.find(c, at_); }
 
   std::string_view text_;
   std::size_t at_ = 0;

@@ -47,10 +47,18 @@ std::error_code ReadFolder(const fs::path& folder, FolderContent& content) {
   return error;
 }
 
-/// Full path without "." and "..", and without a separator at its end.
+/// Full path without "." and "..", and without a separator at its end. The last name stays as given, also when it is a
+/// link; further up ".." leads where the system takes it.
 fs::path FullPath(const fs::path& source) {
   std::error_code error;
-  const fs::path full = fs::absolute(source, error).lexically_normal();
+  fs::path full = fs::absolute(source, error);
+  if (std::find(full.begin(), full.end(), fs::path("..")) == full.end()) {
+    full = full.lexically_normal();
+  } else if (const fs::path name = full.filename(); name.empty() || name == "." || name == "..") {
+    full = fs::weakly_canonical(full, error);
+  } else {
+    full = fs::weakly_canonical(full.parent_path(), error) / name;
+  }
   return full.has_filename() || full == full.root_path() ? full : full.parent_path();
 }
 

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <limits>
 #include <stdexcept>
@@ -19,7 +21,8 @@
 namespace quillmate::host {
 namespace {
 
-constexpr int kLargestModuleNumber = std::numeric_limits<std::int16_t>::max();
+/// Module numbers are 16 bit wide.
+constexpr std::size_t kMostModules = std::numeric_limits<std::int16_t>::max();
 
 constexpr const char* kNothingCheckedText = "Bitte wählen Sie erst etwas aus";
 constexpr const char* kFailedText =
@@ -67,9 +70,6 @@ class IndexBuild {
 
   /// Counts the module and shows its name; its text is due next.
   void StartModule(std::string name, int kind) {
-    if (state_.moduleNumber == kLargestModuleNumber) {
-      throw std::length_error("Mehr als " + std::to_string(kLargestModuleNumber) + " Module");
-    }
     ++state_.moduleNumber;
     state_.moduleName = std::move(name);
     state_.moduleKind = kind;
@@ -80,7 +80,6 @@ class IndexBuild {
     subject_.clear();
   }
 
-  int Modules() const noexcept { return state_.moduleNumber; }
   /// What went wrong, with the file or module in front.
   std::string Detail(std::string_view reason) const {
     if (subject_.empty() || reason.find(subject_) != std::string_view::npos) return OneLine(reason);
@@ -94,6 +93,32 @@ class IndexBuild {
   std::string subject_;
 };
 
+struct Ticked {
+  const HostProjectNode* project;
+  const HostModuleNode* module;
+};
+
+/// The ticked modules in tree order.
+std::vector<Ticked> TickedModules(const HostTree& tree, bool ofTickedProjectsOnly) {
+  std::vector<Ticked> ticked;
+  for (const HostProjectNode& project : tree.projects) {
+    if (ofTickedProjectsOnly && !project.checked) continue;
+    for (const HostModuleNode& module : project.modules) {
+      if (module.checked) ticked.push_back({&project, &module});
+    }
+  }
+  return ticked;
+}
+
+/// The text of the last project that is ticked or has a module to read.
+std::string LastProjectText(const HostTree& tree, const std::vector<Ticked>& ticked) {
+  const HostProjectNode* last = ticked.empty() ? nullptr : ticked.back().project;
+  for (const HostProjectNode& project : tree.projects) {
+    if (project.checked && (last == nullptr || last < &project)) last = &project;
+  }
+  return last == nullptr ? std::string() : last->text;
+}
+
 std::string SubjectOf(const HostModuleNode& node) {
   return node.file.empty() ? text::Utf8FromCode(node.text) : node.file;
 }
@@ -105,39 +130,37 @@ void DropIndex(codedb::CodeDatabase& database, const ReadRequest& request) noexc
   codedb::DeleteScratchFiles(request.folder);
 }
 
-/// Prepares the index, lets `readModules` fill it and closes it.
-template <typename ReadModules>
-ReadReport BuildIndex(codedb::CodeDatabase& database, const ReadRequest& request, ReadModules readModules) {
+ReadReport Ended(ReadOutcome outcome, std::string message) {
   ReadReport report;
-  ShowProgress(request, "Erzeuge Projekt");
-  const codedb::PrepareResult prepared = codedb::PrepareCodeDatabase(request.folder, request.templateFile);
-  if (!prepared.ok) {
-    report.outcome = ReadOutcome::kNoTemplate;
-    report.message = prepared.message;
-    return report;
-  }
-  IndexBuild build(database, request);
-  try {
-    database.Open(codedb::DatabasePath(request.folder));
-    database.Begin();
-    readModules(build, report);
-    database.Commit();
-    database.Close();
-    report.outcome = ReadOutcome::kDone;
-    report.modules = build.Modules();
-  } catch (const std::exception& error) {
-    DropIndex(database, request);
-    report.outcome = ReadOutcome::kFailed;
-    report.message = kFailedText;
-    report.detail = build.Detail(error.what());
-  }
+  report.outcome = outcome;
+  report.message = std::move(message);
   return report;
 }
 
-ReadReport Ended(ReadOutcome outcome, const char* message) {
-  ReadReport report;
-  report.outcome = outcome;
-  report.message = message;
+/// Prepares the index, gives each module to `readModule` and closes it.
+template <typename ReadModule>
+ReadReport BuildIndex(codedb::CodeDatabase& database, const ReadRequest& request, const std::vector<Ticked>& modules,
+                      ReadModule readModule) {
+  ShowProgress(request, "Erzeuge Projekt");
+  codedb::PrepareResult prepared = codedb::PrepareCodeDatabase(request.folder, request.templateFile);
+  if (!prepared.ok) return Ended(ReadOutcome::kNoTemplate, std::move(prepared.message));
+
+  IndexBuild build(database, request);
+  try {
+    if (modules.size() > kMostModules) throw std::length_error("Mehr als 32767 Module");
+    database.Open(codedb::DatabasePath(request.folder));
+    database.Begin();
+    for (const Ticked& ticked : modules) readModule(ticked, build);
+    database.Commit();
+    database.Close();
+  } catch (const std::exception& error) {
+    DropIndex(database, request);
+    ReadReport report = Ended(ReadOutcome::kFailed, kFailedText);
+    report.detail = build.Detail(error.what());
+    return report;
+  }
+  ReadReport report = Ended(ReadOutcome::kDone, "");
+  report.modules = static_cast<int>(modules.size());
   return report;
 }
 
@@ -146,14 +169,14 @@ void ClearIndex(codedb::CodeDatabase& database, const ReadRequest& request) {
   codedb::DeleteScratchFiles(request.folder);
 }
 
-void ReadThroughHost(HostAutomation& host, const HostProjectNode& project, const HostModuleNode& node,
-                     IndexBuild& build) {
-  build.SetSubject(SubjectOf(node));
-  const int index = ProjectIndex(project.key);
-  const std::string name = node.key.substr(project.key.size());
-  const HostComponent component = host.ComponentByName(index, name, node.position);
+void ReadThroughHost(HostAutomation& host, const Ticked& ticked, IndexBuild& build) {
+  const auto& [project, node] = ticked;
+  build.SetSubject(SubjectOf(*node));
+  const int index = ProjectIndex(project->key);
+  const std::string name = node->key.substr(project->key.size());
+  const HostComponent component = host.ComponentByName(index, name, node->position);
   build.StartModule(name, ModuleKindOf(component.type));
-  build.ScanCode(host.Lines(index, name, node.position, component.lineCount));
+  build.ScanCode(host.Lines(index, name, node->position, component.lineCount));
 }
 
 /// The kind that stands in an image key; a report module of Access, which has an image of its own, is a document.
@@ -182,31 +205,24 @@ ReadReport ReadCheckedModules(HostAutomation& host, const HostTree& tree, codedb
   ClearIndex(database, request);
   const Attachment attachment(host);
   if (!attachment.Attached()) return Ended(ReadOutcome::kNotAttached, "");
-  return BuildIndex(database, request, [&](IndexBuild& build, ReadReport& report) {
-    for (const HostProjectNode& project : tree.projects) {
-      if (!project.checked) continue;
-      report.projectText = project.text;
-      for (const HostModuleNode& node : project.modules) {
-        if (node.checked) ReadThroughHost(host, project, node, build);
-      }
-    }
+  const std::vector<Ticked> modules = TickedModules(tree, true);
+  ReadReport report = BuildIndex(database, request, modules, [&](const Ticked& ticked, IndexBuild& build) {
+    ReadThroughHost(host, ticked, build);
   });
+  report.projectText = LastProjectText(tree, modules);
+  return report;
 }
 
 ReadReport ReadModuleFiles(const HostTree& tree, codedb::CodeDatabase& database, const ReadRequest& request) {
   if (!tree.AnyChecked()) return Ended(ReadOutcome::kNothingChecked, kNothingCheckedText);
   ClearIndex(database, request);
-  return BuildIndex(database, request, [&](IndexBuild& build, ReadReport& report) {
-    std::string buffer;
-    for (const HostProjectNode& project : tree.projects) {
-      if (project.checked) report.projectText = project.text;
-      for (const HostModuleNode& node : project.modules) {
-        if (!node.checked) continue;
-        report.projectText = project.text;
-        ReadFromFile(node, buffer, build);
-      }
-    }
+  std::string buffer;
+  const std::vector<Ticked> modules = TickedModules(tree, false);
+  ReadReport report = BuildIndex(database, request, modules, [&](const Ticked& ticked, IndexBuild& build) {
+    ReadFromFile(*ticked.module, buffer, build);
   });
+  report.projectText = LastProjectText(tree, modules);
+  return report;
 }
 
 }  // namespace quillmate::host

@@ -92,17 +92,20 @@ VbProject ParseVbProject(std::string_view bytes) {
 
 fs::path ProjectPaths::Resolve(std::string_view written) {
   const fs::path relative = codedb::PathFromText(text::ReplaceAll(written, "\\", "/"));
-  const fs::path direct = folder_ / relative;
-  if (relative.is_absolute() || Exists(direct)) return direct.lexically_normal();
+  // ".." goes up by name, as it did where the project was made, also behind a link.
+  fs::path direct = (folder_ / relative).lexically_normal();
+  if (relative.is_absolute() || Exists(direct)) return direct;
   fs::path found = folder_;
   for (const fs::path& name : relative) {
     found = Step(found, name);
-    if (found.empty()) return direct.lexically_normal();
+    if (found.empty()) return direct;
   }
-  return found.lexically_normal();
+  return found;
 }
 
 fs::path ProjectPaths::Step(const fs::path& folder, const fs::path& name) {
+  if (name.empty() || name == ".") return folder;
+  if (name == "..") return folder.parent_path();
   if (Exists(folder / name)) return folder / name;
   const Names& names = NamesIn(folder);
   const auto found = names.find(Folded(name));

@@ -34,18 +34,23 @@ struct ReadReport {
   std::string message;
   /// What went wrong in detail, UTF-8, one line (file and reason); empty when unknown.
   std::string detail;
-  /// The text of the last ticked project node, Windows-1252, for the window's caption.
+  /// The text of the last project node that is ticked or had a module read, Windows-1252, for the window's caption.
   std::string projectText;
   int modules = 0;
 };
 
-/// Reads the ticked modules through the host: closes the database, empties the folder, copies the template, indexes
-/// each ticked module of each ticked project in tree order, closes the database. All rows are one transaction.
+/// Reads the ticked modules through the host: closes the database, empties the folder, attaches, copies the template,
+/// indexes each ticked module of each ticked project in tree order, closes the database. A ticked module of a project
+/// that is not ticked is not read. All rows are one transaction; a read that fails leaves the folder empty.
+///
+/// Only with nothing ticked does an earlier index in the folder survive; the host is released in the end. More than
+/// 32,767 modules fail before the first is read.
 ReadReport ReadCheckedModules(HostAutomation& host, const HostTree& tree, codedb::CodeDatabase& database,
                               const ReadRequest& request);
 
-/// The same for the ticked modules' own files ("VB Einlesen"): the kind comes from the node's image, the name from its
-/// text. A ticked module without a file fails the read.
+/// The same for the ticked modules' own files ("VB Einlesen"), whether or not their project is ticked: the kind is the
+/// digit of the node's image (6, a report module of Access, counts as a document), the name the node's text, the code
+/// the file's text without its Attribute lines. A ticked module without a file fails the read.
 ReadReport ReadModuleFiles(const HostTree& tree, codedb::CodeDatabase& database, const ReadRequest& request);
 
 }  // namespace quillmate::host

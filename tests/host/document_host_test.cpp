@@ -1,0 +1,227 @@
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/host/document_host.h>
+
+#include "host/temp_folder.h"
+
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
+namespace quillmate::host {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::string_view_literals;
+
+/// What a host lists, a line for each project and module: "Project [file]", "  name type lines file".
+std::vector<std::string> Listed(DocumentHost& host, const fs::path& root) {
+  std::vector<std::string> lines;
+  const int projects = host.ProjectCount();
+  for (int i = 1; i <= projects; ++i) {
+    const HostProject project = host.Project(i);
+    lines.push_back(project.name + " [" +
+                    codedb::PathFromText(*project.fileName).lexically_relative(root).generic_string() + "]");
+    for (int j = 1; j <= host.ComponentCount(i); ++j) {
+      const HostComponent component = host.Component(i, j);
+      lines.push_back("  " + component.name + " " + std::to_string(component.type) + " " +
+                      std::to_string(component.lineCount) + " " +
+                      codedb::PathFromText(component.file).lexically_relative(root).generic_string());
+    }
+  }
+  return lines;
+}
+
+/// "path: reason" of each problem.
+std::vector<std::string> Problems(const DocumentHost& host, const fs::path& root) {
+  std::vector<std::string> lines;
+  for (const SourceProblem& problem : host.Problems()) {
+    lines.push_back(codedb::PathFromText(problem.source).lexically_relative(root).generic_string() + ": " +
+                    problem.reason);
+  }
+  return lines;
+}
+
+using Lines = std::vector<std::string>;
+
+TEST(DocumentHost, AttachesWhenASourceIsKnown) {
+  DocumentHost host;
+  EXPECT_FALSE(host.Attach());
+  host.SetSources({"/nirgends/x.bas"});
+  EXPECT_TRUE(host.Attach());
+  EXPECT_EQ(host.ProjectCount(), 0);
+  EXPECT_EQ(host.Version(), 0.0F);
+  EXPECT_THROW(host.Project(1), HostError);
+  EXPECT_THROW(host.ComponentByName(1, "x", 1), HostError);
+  host.SetSources({});
+  EXPECT_FALSE(host.Attach());
+}
+
+TEST(DocumentHost, FolderInByteOrderFilesFirst) {
+  const TempFolder temp("Lager");
+  temp.Write("b.bas", "Attribute VB_Name = \"Zwei\"\r\nSub A()\r\nEnd Sub\r\n");
+  temp.Write("B.CLS", "a\nb\nc");
+  temp.Write("\xC3\xA4.frm", "x");
+  temp.Write("a.txt", "kein Modul");
+  temp.Write("p.vbp", "Name=\"P\"\r\nModule=M; b.bas\r\n");
+  temp.Write("a/z.bas", "Attribute VB_Name = \"Zwei\"\n1");
+  temp.Write("a/c/y.dsr", "1\n2");
+  temp.Write("Z/x.bas/w.bas", "1");
+  DocumentHost host;
+  host.SetSources({temp.Path() / "." / ""});
+  EXPECT_EQ(Listed(host, temp.Path()),
+            (Lines{"Lager [.]", "  B 2 3 B.CLS", "  Zwei 1 2 b.bas", "  \344 3 1 \xC3\xA4.frm", "  w 1 1 Z/x.bas/w.bas",
+                   "  Zwei 1 1 a/z.bas", "  y 11 2 a/c/y.dsr"}));
+  EXPECT_TRUE(host.Problems().empty());
+  // Of two modules of one name the position tells which.
+  EXPECT_EQ(host.Lines(1, "Zwei", 2, 2), "Sub A()\r\nEnd Sub");
+  EXPECT_EQ(host.Lines(1, "Zwei", 5, 1), "1");
+}
+
+TEST(DocumentHost, ModuleFilesAreProjectsOfTheirOwn) {
+  const TempFolder temp;
+  const fs::path file = temp.Write("Bericht.BAS", "Attribute VB_Name = \"Modul1\"\r\na\r\nb\r\nc\r\n");
+  DocumentHost host;
+  host.SetSources({file, file});
+  EXPECT_EQ(Listed(host, temp.Path()), (Lines{"Bericht [Bericht.BAS]", "  Modul1 1 3 Bericht.BAS",
+                                              "Bericht [Bericht.BAS]", "  Modul1 1 3 Bericht.BAS"}));
+}
+
+TEST(DocumentHost, VbProjectNamesItsModules) {
+  const TempFolder temp;
+  temp.Write("src/Helfer.bas", "Attribute VB_Name = \"Anders\"\r\n1\r\n2\r\n3");
+  temp.Write("src/Sub/KUNDE.CLS", "VERSION 1.0 CLASS\r\nBEGIN\r\nEND\r\nAttribute VB_Name = \"Kunde\"\r\n1");
+  temp.Write("Maske.frm", "VERSION 5.00\nBegin VB.Form Maske\nEnd\nAttribute VB_Name = \"frmMaske\"\n1\n2");
+  temp.Write(
+      "\xC3\x9C"
+      "bersicht.ctl",
+      "1");
+  temp.Write("daneben/alt.mod", "1");
+  const fs::path project = temp.Write(
+      "vb/Auftrag.vbp",
+      "Type=Exe\r\nForm=\"..\\Maske.frm\"\r\nReference=*\\G{0}#2.0#0#x.tlb#\r\n module = Helfer "
+      ";..\\SRC\\helfer.BAS\r\n"
+      "Class=;..\\src\\SUB\\kunde.cls\r\nUserControl=..\\\374bersicht.CTL\r\nModule=Alt; ..\\daneben\\alt.mod\r\n"
+      "Module=Weg; ..\\fehlt.bas\r\nDesigner=..\\src\\Sub\r\nName=\"Auftr\344ge\"\r\nHelpFile=\"\"\r\n");
+  DocumentHost host;
+  host.SetSources({project});
+  EXPECT_EQ(Listed(host, temp.Path()), (Lines{"Auftr\344ge [vb/Auftrag.vbp]", "  frmMaske 3 2 Maske.frm",
+                                              "  Helfer 1 3 src/Helfer.bas", "  Kunde 2 1 src/Sub/KUNDE.CLS",
+                                              "  \334bersicht 11 1 \xC3\x9C"
+                                              "bersicht.ctl",
+                                              "  Alt 1 1 daneben/alt.mod"}));
+  EXPECT_EQ(Problems(host, temp.Path()),
+            (Lines{"fehlt.bas: Datei existiert nicht", "src/Sub: Ist ein Ordner, keine Datei"}));
+}
+
+TEST(DocumentHost, VbProjectInUtf8WithoutAName) {
+  const TempFolder temp;
+  temp.Write("\xCE\xB1\xC3\xA4.bas", "1");
+  const fs::path project = temp.Write("Plan.VBP", "\xEF\xBB\xBFmodule=\xC3\x84; \xCE\xB1\xC3\xA4.bas");
+  DocumentHost host;
+  host.SetSources({project});
+  EXPECT_EQ(Listed(host, temp.Path()), (Lines{"Plan [Plan.VBP]", "  \304 1 1 \xCE\xB1\xC3\xA4.bas"}));
+}
+
+TEST(DocumentHost, WhatCannotBeReadIsAProblem) {
+  const TempFolder temp;
+  temp.Write("gut/a.bas", "1\n2\n3");
+  temp.Write("gut/leer.bas", "");
+  temp.Write("gut/muell.bas", "MZ\0\1\2"sv);
+  temp.Write("gut/muell16.bas", "\377\376a\0\0\0b\0"sv);
+  temp.Write("nur leer/leer.cls", "");
+  fs::create_directories(temp / "ohne/x.bas");
+  temp.Write("text.xyz", "Sub A()");
+  temp.Write("nichts.vbp", "Name=N\r\n");
+  temp.Write("ins Leere.vbp", "Module=A; weg\\a.bas\r\n");
+  fs::resize_file(temp.Write("gross.frm", "x"), (128U << 20U) + 1);
+  DocumentHost host;
+  host.SetSources({temp / "fehlt.bas", temp / "gut", temp / "nur leer", temp / "ohne", temp / "ohne/x.bas",
+                   temp / "text.xyz", temp / "nichts.vbp", temp / "ins Leere.vbp", temp / "gross.frm"});
+  EXPECT_EQ(Listed(host, temp.Path()), (Lines{"gut [gut]", "  a 1 3 gut/a.bas"}));
+  EXPECT_EQ(Problems(host, temp.Path()),
+            (Lines{"fehlt.bas: Datei existiert nicht", "gut/leer.bas: Datei ist leer",
+                   "gut/muell.bas: Datei enthält keinen Text", "gut/muell16.bas: Datei enthält keinen Text",
+                   "nur leer/leer.cls: Datei ist leer", "ohne: Ordner enthält keine Module",
+                   "ohne/x.bas: Ordner enthält keine Module", "text.xyz: Diese Dateiart kann nicht eingelesen werden",
+                   "nichts.vbp: Projektdatei nennt keine Module", "weg/a.bas: Datei existiert nicht",
+                   "gross.frm: Datei ist zu groß für ein Modul"}));
+}
+
+#ifndef _WIN32
+TEST(DocumentHost, LinksAndPipes) {
+  const TempFolder temp;
+  temp.Write("fern/a.bas", "1");
+  fs::create_directories(temp / "quelle");
+  fs::create_symlink("nirgends", temp / "quelle/tot.bas");
+  fs::create_symlink("kreis.bas", temp / "quelle/kreis.bas");
+  fs::create_symlink("../fern/a.bas", temp / "quelle/verweis.bas");
+  fs::create_directory_symlink("..", temp / "quelle/hinauf");
+  fs::create_directory_symlink("../fern", temp / "quelle/fern.bas");
+  fs::create_directory_symlink("fern", temp / "nah");
+  // A pipe without a writer would hold the program up for ever.
+  ASSERT_EQ(mkfifo((temp / "quelle/rohr.bas").c_str(), 0600), 0);
+  DocumentHost host;
+  host.SetSources({temp / "quelle", temp / "nah", temp / "quelle/hinauf/nah/../quelle/kreis.bas"});
+  EXPECT_EQ(Listed(host, temp.Path()),
+            (Lines{"quelle [quelle]", "  verweis 1 1 quelle/verweis.bas", "nah [nah]", "  a 1 1 nah/a.bas"}));
+  EXPECT_EQ(Problems(host, temp.Path()),
+            (Lines{"quelle/kreis.bas: Verknüpfung führt ins Leere", "quelle/rohr.bas: Datei kann nicht gelesen werden",
+                   "quelle/tot.bas: Verknüpfung führt ins Leere", "quelle/kreis.bas: Verknüpfung führt ins Leere"}));
+}
+#endif
+
+TEST(DocumentHost, ReadsTheFileAsItIsThen) {
+  const TempFolder temp;
+  const fs::path file = temp.Write("a.bas", "Attribute VB_Name = \"A\"\n1\n2\n3\n");
+  const fs::path other = temp.Write("b.bas", "1");
+  DocumentHost host;
+  host.SetSources({temp.Path()});
+  ASSERT_TRUE(host.Attach());
+  ASSERT_EQ(host.ProjectCount(), 1);
+  const auto reason = [&](const char* name, int position) -> std::string {
+    try {
+      host.ComponentByName(1, name, position);
+      return "";
+    } catch (const HostError& error) {
+      return error.what();
+    }
+  };
+
+  // A new file before it moves nothing until the next listing.
+  temp.Write("0.bas", "x");
+  temp.Write("a.bas", "Attribute VB_Name = \"A\"\n1\n2\n3\n4\n5");
+  EXPECT_EQ(host.ComponentByName(1, "A", 1).lineCount, 5);
+  // One look at the file serves both calls.
+  fs::remove(file);
+  EXPECT_EQ(host.Lines(1, "A", 1, 5), "1\r\n2\r\n3\r\n4\r\n5");
+  EXPECT_EQ(reason("A", 1), codedb::PathText(file) + ": Datei existiert nicht");
+  temp.Write("a.bas", "Attribute VB_Name = \"Neu\"\n1\n2\n3");
+  EXPECT_EQ(reason("A", 1), codedb::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
+  EXPECT_THROW(host.Lines(1, "A", 1, 3), HostError);
+  temp.Write("b.bas", "\0\0"sv);
+  EXPECT_EQ(reason("b", 2), codedb::PathText(other) + ": Datei enthält keinen Text");
+  EXPECT_EQ(reason("C", 1), "Modul ist nicht mehr vorhanden");
+  EXPECT_EQ(reason("A", 9), codedb::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
+}
+
+TEST(DocumentHost, LinesGivesTheFirstOnes) {
+  const TempFolder temp;
+  temp.Write("a.bas", "1\n2\n3\n");
+  DocumentHost host;
+  host.SetSources({temp.Path()});
+  const struct {
+    int count;
+    const char* lines;
+  } cases[] = {{-1, ""}, {0, ""}, {1, "1"}, {2, "1\r\n2"}, {3, "1\r\n2\r\n3"}, {4, "1\r\n2\r\n3"}};
+  for (const auto& [count, lines] : cases) EXPECT_EQ(host.Lines(1, "a", 1, count), lines) << count;
+}
+
+}  // namespace
+}  // namespace quillmate::host

@@ -1,0 +1,248 @@
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/records.h>
+#include <quillmate/host/document_host.h>
+#include <quillmate/host/project_reader.h>
+
+#include "host/fake_host.h"
+#include "host/temp_folder.h"
+
+namespace quillmate::host {
+namespace {
+
+namespace fs = std::filesystem;
+using Texts = std::vector<std::string>;
+
+constexpr const char* kFailedText =
+    "Fehler beim Einlesen !\r\nDies kann mehrere Ursachen haben:\r\n1. Die Mappe mit dem Modul ist nicht mehr "
+    "geöffnet.\r\n2. Im Code sind Konstrukte, die die Quillmate nicht auslesen kann, z.B.  spezielle "
+    "Doppelpunktonstrukte\r\nin der Art, \r\nPrivate Sub Test : End Sub\r\n(Also Deklaration Sub und  End Sub in einer "
+    "Zeile)\r\n3. Syntaktisch nicht korrekter Code (Sollte dann auch im Editior rot sein)\r\nSiehe auch mögliche "
+    "Fehler in "
+    "der Hilfe";
+
+/// A run's scratch folder with an earlier index in it, and a place for sources.
+class ProjectReader : public testing::Test {
+ protected:
+  ProjectReader() {
+    request_.folder = scratch_.Path();
+    request_.templateFile = fs::path(QUILLMATE_BIN_DIR) / codedb::kTemplateFile;
+    request_.progress = [this](const std::string& status) { progress_.push_back(status); };
+    scratch_.Write("M1.txt", "alt\r\n");
+    scratch_.Write("M9.txt", "alt\r\n");
+  }
+
+  /// The files of the scratch folder in order.
+  Texts ScratchFiles() const {
+    Texts names;
+    for (const auto& entry : fs::directory_iterator(scratch_.Path())) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  /// "number name kind lines: routine routine" of each module of the index.
+  Texts Index() {
+    database_.Open(codedb::DatabasePath(scratch_.Path()));
+    Texts modules;
+    for (const codedb::ModuleRecord& module : codedb::ReadIndex(database_)) {
+      std::string text = std::to_string(module.number) + " " + module.name + " " + std::to_string(module.kind) + " " +
+                         std::to_string(module.lines) + ":";
+      for (const codedb::RoutineRecord& routine : module.routines) {
+        text += " " + std::to_string(routine.number) + routine.name;
+      }
+      modules.push_back(std::move(text));
+    }
+    database_.Close();
+    return modules;
+  }
+
+  void ExpectFailed(const ReadReport& report, const std::string& detail) {
+    EXPECT_EQ(report.outcome, ReadOutcome::kFailed);
+    EXPECT_EQ(report.message, kFailedText);
+    EXPECT_EQ(report.detail, detail);
+    EXPECT_FALSE(database_.IsOpen());
+    EXPECT_EQ(ScratchFiles(), Texts{});
+  }
+
+  TempFolder scratch_{"TempDateien/T_1"};
+  TempFolder sources_{"Quelle"};
+  codedb::CodeDatabase database_;
+  ReadRequest request_;
+  Texts progress_;
+};
+
+FakeHost HostOfTwo() {
+  FakeHost host;
+  host.projects = {
+      {{"Gesperrt", "C:\\g.xls", true}, {}},
+      {{"Lager", "C:\\b.xls", false},
+       {{"Tabelle1", kHostDocument, "Sub A()\r\n\r\nEnd Sub"},
+        {"Kunde", kClassModule, "Sub K()\r\n\r\nEnd Sub"},
+        {"Pr\374fung", kMSForm, "Sub B()\r\nx = 1\r\nEnd Sub"}}},
+      {{"Neu", std::nullopt, false}, {{"D1", kOtherComponent, "Function F()\r\n\r\nEnd Function"}}},
+  };
+  return host;
+}
+
+HostTree TreeOf(HostAutomation& host, bool checked) {
+  HostTree tree;
+  ListHostProjects(host, false, tree);
+  for (HostProjectNode& project : tree.projects) {
+    project.checked = checked;
+    for (HostModuleNode& module : project.modules) module.checked = checked;
+  }
+  return tree;
+}
+
+TEST_F(ProjectReader, ReadsTickedModulesInTreeOrder) {
+  FakeHost host = HostOfTwo();
+  HostTree tree = TreeOf(host, true);
+  tree.projects[0].modules[1].checked = false;
+  tree.projects.push_back(tree.projects[0]);
+  tree.projects[2].checked = false;
+  host.calls.clear();
+  const ReadReport report = ReadCheckedModules(host, tree, database_, request_);
+  EXPECT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
+  EXPECT_EQ(report.message, "");
+  EXPECT_EQ(report.projectText, "Neu [Nicht gespeichert]");
+  EXPECT_EQ(report.modules, 3);
+  EXPECT_FALSE(database_.IsOpen());
+  EXPECT_EQ(Index(), (Texts{"1 Tabelle1 5 3: 1A", "2 Pr\374fung 1 3: 2B", "3 D1 32 3: 3F"}));
+  EXPECT_EQ(ScratchFiles(), (Texts{"M1.txt", "M2.txt", "M3.txt", "Quillmate.mdb"}));
+  EXPECT_EQ(progress_, (Texts{"Erzeuge Projekt", "Modul: Tabelle1", "Modul: Prüfung", "Modul: D1"}));
+  EXPECT_EQ(host.calls,
+            (Texts{"Attach", "ComponentByName 2 Tabelle1", "Lines Tabelle1 3", "ComponentByName 2 Pr\374fung",
+                   "Lines Pr\374fung 3", "ComponentByName 3 D1", "Lines D1 3", "Release"}));
+
+  // A second read starts from nothing: numbers begin at 1 again, older module texts are gone.
+  tree.projects[0].checked = false;
+  EXPECT_EQ(ReadCheckedModules(host, tree, database_, request_).outcome, ReadOutcome::kDone);
+  EXPECT_EQ(Index(), (Texts{"1 D1 32 3: 1F"}));
+  EXPECT_EQ(ScratchFiles(), (Texts{"M1.txt", "Quillmate.mdb"}));
+
+  // A tick at a project alone reads an empty one.
+  tree.projects[1].modules[0].checked = false;
+  EXPECT_EQ(ReadCheckedModules(host, tree, database_, request_).outcome, ReadOutcome::kDone);
+  EXPECT_EQ(Index(), Texts{});
+}
+
+TEST_F(ProjectReader, NothingTickedChangesNothing) {
+  FakeHost host = HostOfTwo();
+  const HostTree tree = TreeOf(host, false);
+  host.calls.clear();
+  for (const bool fromFiles : {false, true}) {
+    const ReadReport report =
+        fromFiles ? ReadModuleFiles(tree, database_, request_) : ReadCheckedModules(host, tree, database_, request_);
+    EXPECT_EQ(report.outcome, ReadOutcome::kNothingChecked);
+    EXPECT_EQ(report.message, "Bitte wählen Sie erst etwas aus");
+  }
+  EXPECT_EQ(host.calls, Texts{});
+  EXPECT_EQ(progress_, Texts{});
+  EXPECT_EQ(ScratchFiles(), (Texts{"M1.txt", "M9.txt"}));
+}
+
+TEST_F(ProjectReader, NoHostOrNoTemplateEndsTheReadEarly) {
+  FakeHost host = HostOfTwo();
+  const HostTree tree = TreeOf(host, true);
+  host.running = false;
+  ReadReport report = ReadCheckedModules(host, tree, database_, request_);
+  EXPECT_EQ(report.outcome, ReadOutcome::kNotAttached);
+  EXPECT_EQ(report.message, "");
+  EXPECT_EQ(progress_, Texts{});
+  EXPECT_EQ(ScratchFiles(), Texts{});
+
+  host.running = true;
+  request_.templateFile = sources_ / "fehlt.mdb";
+  report = ReadCheckedModules(host, tree, database_, request_);
+  EXPECT_EQ(report.outcome, ReadOutcome::kNoTemplate);
+  EXPECT_EQ(report.message, "Die notwendige Datenbank\r\n" + codedb::PathText(request_.templateFile) +
+                                "\r\nexistiert nicht !!!\r\nBitte kopieren Sie diese wieder an diese Stelle");
+  EXPECT_EQ(progress_, Texts{"Erzeuge Projekt"});
+  EXPECT_EQ(host.calls.back(), "Release");
+}
+
+TEST_F(ProjectReader, ARefusedCallDropsTheWholeRead) {
+  for (const auto& [call, module] : {std::pair{"ComponentByName 3 D1", "D1"}, std::pair{"Lines Kunde 3", "Kunde"}}) {
+    SCOPED_TRACE(call);
+    FakeHost host = HostOfTwo();
+    const HostTree tree = TreeOf(host, true);
+    host.failAt = call;
+    const ReadReport report = ReadCheckedModules(host, tree, database_, request_);
+    EXPECT_EQ(std::count(host.calls.begin(), host.calls.end(), call), 1);
+    EXPECT_EQ(host.calls.back(), "Release");
+    ExpectFailed(report, std::string(module) + ": Aufruf abgelehnt");
+  }
+}
+
+TEST_F(ProjectReader, AReadThatCannotBeWrittenFailsBeforeTheFirstModule) {
+  FakeHost host = HostOfTwo();
+  HostTree tree = TreeOf(host, true);
+  tree.projects[0].modules.resize(32768, tree.projects[0].modules[0]);
+  ExpectFailed(ReadCheckedModules(host, tree, database_, request_), "Mehr als 32767 Module");
+  ExpectFailed(ReadModuleFiles(tree, database_, request_), "Mehr als 32767 Module");
+
+  tree.projects[0].modules.resize(1);
+  request_.templateFile = sources_.Write("mask.mdb", "keine Datenbank");
+  const ReadReport report = ReadCheckedModules(host, tree, database_, request_);
+  EXPECT_FALSE(report.detail.empty());
+  ExpectFailed(report, report.detail);
+  EXPECT_EQ(progress_, (Texts(3, "Erzeuge Projekt")));
+}
+
+TEST_F(ProjectReader, DocumentsAreReadLikeAHost) {
+  sources_.Write(
+      "DieseMappe.cls",
+      "VERSION 1.0 CLASS\nBEGIN\nEND\nAttribute VB_Name = \"DieseMappe\"\nAttribute VB_PredeclaredId = True\n"
+      "Attribute VB_Exposed = True\nSub A()\nx = \"\xC3\xA4\"\nEnd Sub\n");
+  sources_.Write("kurz.bas", "Option Explicit\n");
+  const fs::path second = sources_.Write("zwei.bas", "Sub B()\n\nEnd Sub");
+  DocumentHost host;
+  host.SetSources({sources_.Path()});
+  const HostTree tree = TreeOf(host, true);
+  EXPECT_EQ(ReadCheckedModules(host, tree, database_, request_).projectText, "Quelle [Quelle]");
+  EXPECT_EQ(Index(), (Texts{"1 DieseMappe 5 3: 1A", "2 zwei 2 3: 2B"}));
+  EXPECT_NE(codedb::ReadModuleText(scratch_.Path(), 1).find("\"\344\""), std::string::npos);
+
+  fs::remove(second);
+  ExpectFailed(ReadCheckedModules(host, tree, database_, request_),
+               codedb::PathText(second) + ": Datei existiert nicht");
+}
+
+TEST_F(ProjectReader, ModuleFilesAreReadWithTheirHeaders) {
+  HostTree tree;
+  tree.projects.resize(2);
+  tree.projects[0].text = "P [p]";
+  // The name is the node's text, whatever the file says; the kind is the image's digit. No project needs a tick here.
+  const std::string file = codedb::PathText(sources_.Write(
+      "a.cls", "VERSION 1.0 CLASS\nBEGIN\nEND\nAttribute VB_Name = \"X\"\nSub A()\n attribute A.b = 1\nEnd Sub\n"));
+  for (const char* image : {"M1", "M2", "M3", "M5", "M6", "XXX"}) {
+    tree.projects[0].modules.push_back({"A1\\X", std::string("N") + image, image, file, 1, true});
+  }
+  tree.projects[1].modules.push_back({"A2\\Y", "Y", "M2", "", 1, false});
+  const ReadReport report = ReadModuleFiles(tree, database_, request_);
+  EXPECT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
+  EXPECT_EQ(report.projectText, "P [p]");
+  EXPECT_EQ(report.modules, 6);
+  Texts modules = Index();
+  EXPECT_EQ(modules, (Texts{"1 NM1 1 6: 1A", "2 NM2 2 6: 2A", "3 NM3 3 6: 3A", "4 NM5 5 6: 4A", "5 NM6 5 6: 5A",
+                            "6 NXXX 32 6: 6A"}));
+  const std::string stored = codedb::ReadModuleText(scratch_.Path(), 1);
+  EXPECT_TRUE(stored.starts_with("VERSION 1.0 CLASS\r\nBEGIN\r\n")) << stored;
+  EXPECT_EQ(stored.find("ttribute"), std::string::npos);
+
+  tree.projects[1].modules[0].checked = true;
+  ExpectFailed(ReadModuleFiles(tree, database_, request_), "Y: Modul liegt nicht in einer Datei");
+  tree.projects[1].modules[0].file = codedb::PathText(sources_ / "weg.bas");
+  ExpectFailed(ReadModuleFiles(tree, database_, request_),
+               codedb::PathText(sources_ / "weg.bas") + ": Datei existiert nicht");
+}
+
+}  // namespace
+}  // namespace quillmate::host
