@@ -64,9 +64,10 @@ std::optional<fs::path> MakeNumberedFolder(const fs::path& parent, const std::st
   std::uniform_int_distribution<int> number(1, kLastRunNumber);
   for (int draw = 0; draw < kMostDraws; ++draw) {
     const fs::path candidate = parent / (prefix + std::to_string(number(seed)));
-    std::error_code error;
-    if (fs::create_directory(candidate, error)) return candidate;
-    if (error && error != std::errc::file_exists && error != std::errc::not_a_directory) break;
+    std::error_code ignored;
+    if (fs::create_directory(candidate, ignored)) return candidate;
+    const bool taken = fs::exists(fs::symlink_status(candidate, ignored));
+    if (!taken) break;
   }
   return std::nullopt;
 }

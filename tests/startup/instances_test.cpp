@@ -153,7 +153,7 @@ TEST(Instances, NewcomersWaitUntilTheLoneOneAdmitsThem) {
 }
 
 TEST(Instances, StartingAllAtOnceNoneLosesItsFolder) {
-  for (int round = 0; round < 20; ++round) {
+  for (int round = 0; round < 10; ++round) {
     const testing::TempFolder program;
     const fs::path root = program.Path() / "TempDateien";
     for (int old = 0; old < 40; ++old) fs::create_directories(root / ("T_" + std::to_string(old)));

@@ -15,7 +15,7 @@ struct AppGlobals {
   std::string EditionCode;
   std::string SettingsRoot;
   std::string AppTitle;
-  /// Folder of the executable, or the user's data folder for an installed program that may not write there.
+  /// Folder of the executable, or the user's data folder for an installed program; "TempDateien" lies there.
   std::filesystem::path ProgramFolder;
   /// mask_Quillmate.mdb.
   std::filesystem::path TemplatePath;
