@@ -8,6 +8,7 @@
 
 #include <quillmate/startup/edition.h>
 #include <quillmate/startup/session.h>
+#include <quillmate/text/operations.h>
 
 #include "settings/temp_folder.h"
 
@@ -35,20 +36,16 @@ struct ProgramRun {
 
 TEST(Session, EditionsAndTheirTexts) {
   const testing::TempFolder folder;
-  const std::map<int, std::pair<std::string, std::string>> cases = {{1, {"Excel", "EQM"}},
-                                                                    {2, {"Word", "WQM"}},
-                                                                    {3, {"Access", "AQM"}},
-                                                                    {4, {"PowerPoint", "PPQM"}},
-                                                                    {9, {"VisualBasic", "VB"}},
-                                                                    {5, {}},
-                                                                    {0, {}}};
+  const std::map<int, std::string> cases = {
+      {0, ""}, {1, "Excel EQM"}, {2, "Word WQM"}, {3, "Access AQM"}, {4, "PowerPoint PPQM"}, {9, "VisualBasic VB"},
+      {5, ""}};
   for (const auto& [selector, texts] : cases) {
     AppGlobals globals;
     BeginStart(globals, selector, {.programFolder = folder.Path(), .templateFile = {}}, *settings::MemorySettings());
-    EXPECT_EQ(globals.HostName, texts.first);
-    EXPECT_EQ(globals.EditionCode, texts.second);
-    EXPECT_EQ(globals.SettingsRoot, "Qm_Quillmate\\Qm_Quill_" + texts.first);
-    EXPECT_EQ(globals.AppTitle, texts.first + " Quillmate " + ProgramVersion());
+    EXPECT_EQ(globals.HostName, text::TextBefore(texts, " "));
+    EXPECT_EQ(globals.EditionCode, text::TextAfterLast(texts, " "));
+    EXPECT_EQ(globals.SettingsRoot, "Qm_Quillmate\\Qm_Quill_" + globals.HostName);
+    EXPECT_EQ(globals.AppTitle, globals.HostName + " Quillmate " + ProgramVersion());
   }
 }
 
