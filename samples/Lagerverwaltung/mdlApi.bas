@@ -134,11 +134,7 @@ Public Sub Warten(ByVal lngMillisekunden As Long)
     Loop
 End Sub
 
-' Doppelter Kopf: das Handle ist auf 64 Bit breiter.
-#If VBA7 Then
-Public Function FensterHandle(ByVal strTitel As String) As LongPtr
-#Else
-Public Function FensterHandle(ByVal strTitel As String) As Long
-#End If
-    FensterHandle = FindWindowA("XLMAIN", strTitel)
+' Läuft Excel noch mit einem zweiten Fenster dieses Titels ?
+Public Function FensterVorhanden(ByVal strTitel As String) As Boolean
+    FensterVorhanden = (FindWindowA("XLMAIN", strTitel) <> 0)
 End Function
