@@ -1,40 +1,360 @@
+#include <fstream>
+#include <memory>
+
 #include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <unistd.h>
 
 #include <quillmate/codedb/code_database.h>
-#include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/records.h>
+
+#include "scratch.h"
 
 namespace quillmate::codedb {
 namespace {
-TEST(CodeDatabase, Smoke) {
-  const std::filesystem::path folder = std::filesystem::path(testing::TempDir());
-  ASSERT_TRUE(PrepareCodeDatabase(folder, std::filesystem::path(QUILLMATE_BIN_DIR) / kTemplateFile).ok);
-  CodeDatabase db;
-  db.Open(DatabasePath(folder));
-  db.Begin();
-  db.ExecuteSql(
-      "INSERT INTO td_mod(mod_num,mod_name,mod_typ,mod_zeilen) SELECT '1' AS AX1, 'O''Brien;[?]' AS AX2, '2' AS AX3, "
-      "'10' AS AX4");
-  db.ExecuteSql(
-      "INSERT INTO td_rout(rou_typ,rou_open,anz_dec_zeilen,rou_name,rou_num,mod_num) SELECT '11' AS AX1, '1' AS AX2, "
-      "'3' AS AX3, '\304pfel' AS AX4, '1' AS AX5, '1' AS AX6");
-  db.ExecuteSql("UPDATE td_rout SET td_rout.rou_start =5 WHERE (([rou_num]=1));");
-  db.ExecuteSql(
-      "UPDATE td_rout SET td_rout.rou_ende = [rou_start]+([anz_dec_zeilen]-1) WHERE (([rou_typ]>10) And (mod_num=1));");
-  db.Commit();
-  auto index = ReadIndex(db);
-  ASSERT_EQ(index.size(), 1u);
-  EXPECT_EQ(index[0].name, "O'Brien;[?]");
-  EXPECT_EQ(index[0].routines[0].end, 7);
-  Recordset r = db.OpenRecordset(
-      "SELECT 'M' & [mod_num] AS mnum,   'R' & [rou_num] AS rnum,   td_rout.rou_name,   'R' & [rou_typ] & 'O' & "
-      "[rou_open] AS iflag FROM td_rout ORDER BY td_rout.mod_num,   td_rout.rou_name;");
-  ASSERT_TRUE(r.Next());
-  EXPECT_EQ(r.Text("iflag"), "R11O1");
-  EXPECT_EQ(r.Text("ROU_NAME"), "\304pfel");
-  EXPECT_FALSE(r.Next());
-  Recordset a = db.OpenRecordset("SELECT rou_num from td_rout where rou_name='\344PFEL'");
-  EXPECT_TRUE(a.Next());
+
+namespace fs = std::filesystem;
+
+constexpr const char* kModuleTree =
+    "SELECT td_Mod.mod_typ,   td_Mod.mod_name,   td_Mod.mod_num FROM td_Mod ORDER BY td_Mod.mod_typ,   "
+    "td_Mod.mod_name;";
+
+TEST(CodeDatabase, QueriesOfTheProgram) {
+  FreshIndex index;
+  index.AddModule(1, "Zahlen", "2");
+  index.AddModule(2, "\304pfel", "2");
+  index.AddModule(3, "Apfelmus", "2");
+  index.AddModule(4, "Fremd", "32");
+  index.AddModule(5, "B", "1");
+  index.AddRoutine(1, 1, "Zebra", "1", "2");
+  index.AddRoutine(2, 1, "adler", "2");
+  index.AddRoutine(3, 1, "\326l", "4");
+  index.AddRoutine(4, 2, "ZEBRA", "2", "3");
+  index.AddRoutine(5, 3, "zebra", "1");
+  index.AddRoutine(6, 3, "GetTickCount", "12", "1", "3");
+  index.SetSpan(1, 5, 20);
+  index.SetSpan(2, 22, 40);
+  index.SetSpan(3, 42, 44);
+  index.SetSpan(4, 1, 3);
+  index.SetLine("rou_start", "7", 6);
+  index.database.ExecuteSql(
+      "UPDATE td_rout SET td_rout.rou_ende = [rou_start]+([anz_dec_zeilen]-1) WHERE (([rou_typ]>10) And (mod_num=3));");
+
+  const std::string otherModules =
+      "SELECT td_rout.rou_start,   td_rout.mod_num,   td_mod.mod_name, td_rout.rou_open FROM td_rout INNER JOIN td_mod "
+      "ON "
+      "td_rout.mod_num = td_mod.mod_num WHERE (((td_rout.rou_name)='zEbra') AND ((td_rout.rou_open)<>2));";
+  const auto atLine = [](const std::string& line, const std::string& module) {
+    return "SELECT td_rout.rou_name,   td_rout.rou_start,   td_rout.rou_ende FROM td_rout WHERE "
+           "(((td_rout.rou_start)<=" +
+           line + ") AND ((td_rout.rou_ende)>=" + line + ") AND ((td_rout.mod_num)=" + module + "));";
+  };
+  const struct {
+    std::string query;
+    int fields;
+    std::string rows;
+  } cases[] = {
+      {kModuleTree, 3, "1|B|5;2|\304pfel|2;2|Apfelmus|3;2|Zahlen|1;32|Fremd|4"},
+      {"SELECT 'M' & [mod_num] AS mnum,   'R' & [rou_num] AS rnum,   td_rout.rou_name,   'R' & [rou_typ] & 'O' & "
+       "[rou_open]"
+       " AS iflag FROM td_rout ORDER BY td_rout.mod_num,   td_rout.rou_name;",
+       4,
+       "M1|R2|adler|R2O1;M1|R3|\326l|R4O1;M1|R1|Zebra|R1O2;M2|R4|ZEBRA|R2O3;M3|R6|GetTickCount|R12O1;M3|R5|zebra|R1O1"},
+      {"SELECT td_rout.rou_start, td_rout.rou_open From td_rout WHERE (((td_rout.rou_name)='\366L') AND "
+       "((td_rout.mod_num)=1));",
+       2, "42|1"},
+      {otherModules, 4, "1|2|\304pfel|3;|3|Apfelmus|1"},
+      {"SELECT td_Mod.mod_typ,   td_Mod.mod_name,   td_Mod.mod_num FROM td_Mod Where td_mod.mod_num = 4", 3,
+       "32|Fremd|4"},
+      {atLine("21", "1"), 3, ""},
+      {atLine("22", "1"), 3, "adler|22|40"},
+      {atLine("9", "3"), 3, "GetTickCount|7|9"},
+      {"SELECT Min([rou_start])-1 AS Letzte FROM td_rout WHERE (([mod_num]=1));", 1, "4"},
+      {"SELECT Min([rou_start])-1 AS Letzte FROM td_rout WHERE (([mod_num]=99));", 1, ""},
+      {"SELECT td_rout.rou_name,   Count(td_rout.rou_name) AS Anzahlvonrou_name FROM td_rout WHERE "
+       "(((td_rout.rou_typ)<3 Or "
+       "(td_rout.rou_typ)>10) AND ((td_rout.rou_open)=1)) GROUP BY td_rout.rou_name HAVING "
+       "(((Count(td_rout.rou_name))<2));",
+       2, "adler|1;GetTickCount|1;zebra|1"},
+      {"SELECT rou_name FROM td_rout WHERE rou_num='2'", 1, "adler"},
+      {"SELECT rou_num FROM td_rout WHERE 'r' & [rou_num] = 'R4'", 1, "4"},
+      {"SELECT rou_start & '-' & rou_ende FROM td_rout WHERE rou_num=5", 1, "-"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(index.Rows(c.query, c.fields), c.rows) << c.query;
 }
+
+TEST(CodeDatabase, EveryCodeSurvivesAndNamesChangeNothing) {
+  FreshIndex index;
+  std::string all;
+  for (int c = 0; c < 256; ++c) all += static_cast<char>(c);
+  const std::string names[] = {all, "'); DELETE FROM td_mod; --", "x' AS AX2, '9", "[a]?;\"b\"", "''",
+                               "",  "\201\215\217\220\235"};
+  int number = 0;
+  for (const std::string& name : names) index.AddModule(++number, name, "2");
+  for (int i = 1; i <= number; ++i) {
+    Recordset rows = index.database.OpenRecordset("SELECT mod_name FROM td_mod WHERE mod_num=" + std::to_string(i));
+    ASSERT_TRUE(rows.Next());
+    EXPECT_EQ(rows.Text("MOD_NAME"), names[i - 1]);
+    EXPECT_EQ(index.Rows("SELECT mod_num FROM td_mod WHERE mod_name='" + QuoteLiteral(names[i - 1]) +
+                             "' AND mod_num=" + std::to_string(i),
+                         1),
+              std::to_string(i));
+  }
+  EXPECT_EQ(ReadIndex(index.database).size(), std::size(names));
+}
+
+TEST(CodeDatabase, ColumnsRefuseWhatDoesNotFit) {
+  FreshIndex index;
+  index.AddModule(1, "A", "32767", "2147483647");
+  index.AddModule(2, "B", "-32768", "-2147483648");
+  index.AddModule(2147483647, "C", "2");
+  const struct {
+    std::string number, kind, lines, named;
+  } cases[] = {
+      {"3", "32768", "1", "\"mod_typ\""},
+      {"3", "-32769", "1", "\"mod_typ\""},
+      {"3", "2", "2147483648", "\"mod_zeilen\""},
+      {"3", "2", "1.5", "\"mod_zeilen\""},
+      {"3", "zwei", "1", "\"mod_typ\""},
+      {"3", "", "1", "\"mod_typ\""},
+      {"1", "2", "1", "\"mod_num\""},
+      {"x", "2", "1", "ganze Zahl"},
+      {"2147483648", "2", "1", "\"mod_num\""},
+  };
+  for (const auto& c : cases) {
+    const std::string statement = "INSERT INTO td_mod(mod_num,mod_name,mod_typ,mod_zeilen) SELECT '" + c.number +
+                                  "' AS AX1, 'N' AS AX2, '" + c.kind + "' AS AX3, '" + c.lines + "' AS AX4";
+    const std::string message = MessageOf<DatabaseError>([&] { index.database.ExecuteSql(statement); });
+    EXPECT_NE(message.find(c.named), std::string::npos) << statement << "\n" << message;
+  }
+  index.AddRoutine(1, 1, "R");
+  EXPECT_THROW(index.AddRoutine(2, 1, "S", "1", "1", "40000"), DatabaseError);
+  EXPECT_THROW(index.SetLine("rou_start", "3000000000", 1), DatabaseError);
+  EXPECT_THROW(index.SetLine("rou_ende", "2.5", 1), DatabaseError);
+  EXPECT_EQ(index.Rows("SELECT Count(*) FROM td_mod", 1) + index.Rows("SELECT Count(*) FROM td_rout", 1), "31");
+}
+
+TEST(CodeDatabase, WrongStatementsAreNamed) {
+  FreshIndex index;
+  for (const char* const statement : {"SELECT nichts FROM td_mod", "SELECT mod_num FROM td_gibtsnicht",
+                                      "SELECT mod_num FROM", "CREATE TABLE x (y)", "SELECT 'a' & & 'b'"}) {
+    EXPECT_NE(MessageOf<DatabaseError>([&] { index.database.OpenRecordset(statement); }), "") << statement;
+  }
+  EXPECT_THROW(index.database.ExecuteSql("SELECT mod_num FROM td_mod"), DatabaseError);
+  EXPECT_THROW(index.database.OpenRecordset("DELETE FROM td_mod"), DatabaseError);
+  index.AddModule(1, "A", "2");
+  EXPECT_EQ(index.Rows("SELECT mod_num FROM td_mod", 1), "1");
+}
+
+TEST(CodeDatabase, TransactionsShowAllOrNothing) {
+  FreshIndex index;
+  CodeDatabase reader;
+  reader.Open(DatabasePath(index.folder.Path()));
+  const auto count = [](CodeDatabase& database) { return ReadIndex(database).size(); };
+
+  index.database.Begin();
+  EXPECT_THROW(index.database.Begin(), DatabaseError);
+  index.AddModule(1, "A", "2");
+  EXPECT_THROW(index.AddModule(1, "A", "2"), DatabaseError);
+  index.AddModule(2, "B", "2");
+  EXPECT_EQ(count(index.database), 2U);
+  EXPECT_EQ(count(reader), 0U);
+  index.database.Commit();
+  EXPECT_EQ(count(reader), 2U);
+  EXPECT_THROW(index.database.Commit(), DatabaseError);
+
+  index.database.Begin();
+  Recordset open = index.database.OpenRecordset(kModuleTree);
+  ASSERT_TRUE(open.Next());
+  index.database.ExecuteSql("DELETE FROM td_mod");
+  index.database.Rollback();
+  index.database.Rollback();
+  EXPECT_EQ(count(index.database), 2U);
+
+  index.database.Begin();
+  index.database.ExecuteSql("DELETE FROM td_mod");
+  index.database.Open(DatabasePath(index.folder.Path()));
+  EXPECT_EQ(count(index.database), 2U);
+}
+
+TEST(CodeDatabase, RecordsetsStandAloneAndOutliveTheDatabase) {
+  FreshIndex index;
+  for (int i = 1; i <= 3; ++i) index.AddModule(i, "Modul" + std::to_string(i), "2");
+  const auto open = [&](int from) {
+    return index.database.OpenRecordset("SELECT mod_num, mod_name, NULL AS leer FROM td_mod WHERE mod_num>=" +
+                                        std::to_string(from) + " ORDER BY mod_num");
+  };
+  Recordset first = open(1);
+  Recordset second = open(2);
+  EXPECT_THROW(static_cast<void>(first.Text(0)), DatabaseError);
+  ASSERT_TRUE(first.Next());
+  ASSERT_TRUE(second.Next());
+  EXPECT_EQ(first.Text("mod_name") + second.Text("mod_name"), "Modul1Modul2");
+  EXPECT_EQ(first.Number("mod_num"), 1);
+  EXPECT_EQ(first.Number("leer"), std::nullopt);
+  EXPECT_EQ(first.Text("LEER"), "");
+  EXPECT_THROW(static_cast<void>(first.Text("fehlt")), DatabaseError);
+  EXPECT_THROW(static_cast<void>(first.Number(3)), DatabaseError);
+  EXPECT_THROW(static_cast<void>(first.Text(-1)), DatabaseError);
+  ASSERT_TRUE(second.Next());
+  EXPECT_FALSE(second.Next());
+  EXPECT_FALSE(second.Next());
+  EXPECT_THROW(static_cast<void>(second.Text(0)), DatabaseError);
+
+  second = open(3);
+  // More shapes than are kept: those on loan stay good.
+  for (int i = 0; i < 100; ++i) index.Rows("SELECT mod_num AS n" + std::to_string(i) + " FROM td_mod", 1);
+  ASSERT_TRUE(first.Next());
+  EXPECT_EQ(first.Text(1), "Modul2");
+  {
+    const Recordset unfinished = std::move(first);
+    index.database.Close();
+    index.database.Close();
+    EXPECT_THROW(static_cast<void>(unfinished.Text(1)), DatabaseError);
+  }
+  EXPECT_THROW(second.Next(), DatabaseError);
+  EXPECT_FALSE(index.database.IsOpen());
+  EXPECT_THROW(index.AddModule(9, "A", "2"), DatabaseError);
+  EXPECT_THROW(index.database.Begin(), DatabaseError);
+  index.database.Rollback();
+}
+
+void WriteBytes(const fs::path& file, const std::string& bytes) { std::ofstream(file, std::ios::binary) << bytes; }
+
+/// A filled index of some dozen pages.
+std::string FilledIndex(const fs::path& folder) {
+  FreshIndex index;
+  for (int i = 1; i <= 500; ++i) index.AddRoutine(i, 1, std::string(60, 'x') + std::to_string(i));
+  index.database.Close();
+  const std::string bytes = ReadWholeFile(DatabasePath(index.folder.Path()));
+  WriteBytes(DatabasePath(folder), bytes);
+  return bytes;
+}
+
+TEST(OpenDatabase, WhatIsNoWholeIndexIsRefused) {
+  const ScratchFolder folder;
+  const fs::path file = DatabasePath(folder.Path());
+  const std::string whole = FilledIndex(folder.Path());
+  std::string scribbled = whole;
+  scribbled.replace(whole.size() / 2, 4096, 4096, 'x');
+  const struct {
+    const char* name;
+    std::string bytes;
+  } cases[] = {{"empty", ""},
+               {"text", std::string(9000, 'x')},
+               {"cut off", whole.substr(0, whole.size() / 2)},
+               {"cut in the header", whole.substr(0, 60)},
+               {"scribbled over", scribbled}};
+  CodeDatabase database;
+  for (const auto& c : cases) {
+    WriteBytes(file, c.bytes);
+    const std::string message = MessageOf<DatabaseError>([&] { database.Open(file); });
+    EXPECT_NE(message.find("Prüf Ordner"), std::string::npos) << c.name << message;
+    EXPECT_FALSE(database.IsOpen()) << c.name;
+    EXPECT_EQ(ReadWholeFile(file), c.bytes) << c.name;
+  }
+  WriteBytes(file, whole);
+  database.Open(file);
+  EXPECT_TRUE(database.IsOpen());
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
+
+  const fs::path missing = folder.Path() / "fehlt.mdb";
+  EXPECT_THROW(database.Open(missing), DatabaseError);
+  EXPECT_FALSE(fs::exists(missing));
+  EXPECT_FALSE(database.IsOpen());
+  EXPECT_THROW(database.Open(folder.Path()), DatabaseError);
+}
+
+using Raw = std::unique_ptr<sqlite3, decltype(&sqlite3_close)>;
+
+Raw OpenRaw(const fs::path& file, const char* statements) {
+  sqlite3* opened = nullptr;
+  sqlite3_open(PathText(file).c_str(), &opened);
+  EXPECT_EQ(sqlite3_exec(opened, statements, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(opened);
+  return {opened, sqlite3_close};
+}
+
+TEST(OpenDatabase, MissingTablesAndLocksAreNamed) {
+  const ScratchFolder folder;
+  const fs::path file = DatabasePath(folder.Path());
+  CodeDatabase database;
+  const auto open = [&] { database.Open(file); };
+  OpenRaw(file, "CREATE TABLE td_mod (mod_num, mod_name, mod_typ, mod_zeilen)");
+  EXPECT_NE(MessageOf<DatabaseError>(open).find("td_rout"), std::string::npos);
+  // A view can't stand in for a table.
+  OpenRaw(file,
+          "CREATE VIEW td_rout AS SELECT mod_num, 1 AS rou_num, '' AS rou_name, 1 AS rou_typ, 1 AS rou_open, "
+          "1 AS anz_dec_zeilen, 1 AS rou_start, 1 AS rou_ende FROM td_mod");
+  EXPECT_NE(MessageOf<DatabaseError>(open).find("td_rout"), std::string::npos);
+
+  FilledIndex(folder.Path());
+  {
+    const Raw writer = OpenRaw(file, "BEGIN EXCLUSIVE");
+    EXPECT_NE(MessageOf<DatabaseError>(open).find("gesperrt"), std::string::npos);
+  }
+  open();
+  EXPECT_TRUE(database.IsOpen());
+}
+
+/// Works as somebody without special rights for a while: to the administrator nothing is read-only.
+class AsNobody {
+ public:
+  AsNobody() : wasRoot_(geteuid() == 0) {
+    if (wasRoot_) changed_ = seteuid(65534) == 0;
+  }
+  AsNobody(const AsNobody&) = delete;
+  AsNobody& operator=(const AsNobody&) = delete;
+  ~AsNobody() {
+    if (changed_ && seteuid(0) != 0) std::abort();
+  }
+
+ private:
+  bool wasRoot_;
+  bool changed_ = false;
+};
+
+TEST(OpenDatabase, ReadOnlyFilesAreRead) {
+  FreshIndex index;
+  index.AddModule(1, "A", "2");
+  index.database.Close();
+  const fs::path file = DatabasePath(index.folder.Path());
+  fs::permissions(index.folder.Path().parent_path(), fs::perms::all);
+  fs::permissions(index.folder.Path(), fs::perms(0555));
+  fs::permissions(file, fs::perms(0444));
+  {
+    const AsNobody nobody;
+    index.database.Open(file);
+    EXPECT_EQ(index.Rows("SELECT mod_name FROM td_mod", 1), "A");
+    const std::string message = MessageOf<DatabaseError>([&] { index.AddModule(2, "B", "2"); });
+    EXPECT_NE(message.find("schreibgeschützt"), std::string::npos) << message;
+    index.database.Close();
+  }
+  fs::permissions(index.folder.Path(), fs::perms(0755));
+}
+
+TEST(ReadIndex, ModulesAndRoutinesByNumber) {
+  FreshIndex index;
+  EXPECT_TRUE(ReadIndex(index.database).empty());
+  index.AddModule(2, "B", "32", "7");
+  index.AddModule(1, "A", "1", "3");
+  index.AddRoutine(3, 2, "Z", "12", "2", "3");
+  index.AddRoutine(1, 2, "Y", "4", "3", "1");
+  index.AddRoutine(2, 99, "ohne Modul");
+  index.SetSpan(1, 4, 6);
+  const std::vector<ModuleRecord> modules = ReadIndex(index.database);
+  ASSERT_EQ(modules.size(), 2U);
+  EXPECT_EQ(modules[0].name, "A");
+  EXPECT_TRUE(modules[0].routines.empty());
+  EXPECT_EQ(modules[1].kind, 32);
+  EXPECT_EQ(modules[1].lines, 7);
+  ASSERT_EQ(modules[1].routines.size(), 2U);
+  const RoutineRecord& property = modules[1].routines[0];
+  EXPECT_EQ(property.name + std::to_string(property.kind) + std::to_string(property.visibility), "Y43");
+  EXPECT_EQ(property.start, 4);
+  EXPECT_EQ(property.end, 6);
+  EXPECT_EQ(modules[1].routines[1].headerLines, 3);
+  EXPECT_EQ(modules[1].routines[1].start, std::nullopt);
+}
+
 }  // namespace
 }  // namespace quillmate::codedb

@@ -4,9 +4,9 @@
 
 /// How the index compares text: one order for equality, grouping and sorting.
 ///
-/// German order at secondary strength: the case of letters is ignored, umlauts count as their own letters that sort
-/// right behind their base letter ("Apfel" < "Äpfel" = "äpfel" < "Apfelmus" < "Ast"), "ß" equals "ss". Control
-/// characters don't count at all.
+/// German order at secondary strength: the case of letters is ignored; umlauts are letters of their own that sort right
+/// behind their base letter, "ß" likewise right behind "ss" ("Apfel" < "Äpfel" = "äpfel" < "Apfelmus" < "Ast"). "_"
+/// sorts before digits, digits before letters. Control characters don't count at all.
 namespace quillmate::codedb {
 
 /// Below 0, 0 or above 0 as `a` sorts before, equal to or behind `b`. Both are UTF-8.

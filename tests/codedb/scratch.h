@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+#include <quillmate/codedb/code_database.h>
+#include <quillmate/codedb/index_files.h>
+
+namespace quillmate::codedb {
+
+/// A new empty folder (its path holds an umlaut and a blank) that goes with the test.
+class ScratchFolder {
+ public:
+  ScratchFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "qm_codedb_XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    root_ = pattern;
+    path_ = root_ / PathFromText("Prüf Ordner");
+    std::filesystem::create_directory(path_);
+  }
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+  ~ScratchFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(root_, ignored);
+  }
+
+  const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  std::filesystem::path root_;
+  std::filesystem::path path_;
+};
+
+inline std::filesystem::path TemplateFile() { return std::filesystem::path(QUILLMATE_BIN_DIR) / kTemplateFile; }
+
+/// A fresh index, open.
+struct FreshIndex {
+  ScratchFolder folder;
+  CodeDatabase database;
+
+  FreshIndex() {
+    if (!PrepareCodeDatabase(folder.Path(), TemplateFile()).ok) throw std::runtime_error("no template");
+    database.Open(DatabasePath(folder.Path()));
+  }
+
+  /// The statements as the scanner issues them. Texts are Windows-1252.
+  void AddModule(int number, const std::string& name, const std::string& kind, const std::string& lines = "10") {
+    database.ExecuteSql("INSERT INTO td_mod(mod_num,mod_name,mod_typ,mod_zeilen) SELECT '" + std::to_string(number) +
+                        "' AS AX1, '" + QuoteLiteral(name) + "' AS AX2, '" + kind + "' AS AX3, '" + lines + "' AS AX4");
+  }
+  void AddRoutine(int number, int module, const std::string& name, const std::string& kind = "1",
+                  const std::string& visibility = "1", const std::string& headerLines = "1") {
+    database.ExecuteSql("INSERT INTO td_rout(rou_typ,rou_open,anz_dec_zeilen,rou_name,rou_num,mod_num) SELECT '" +
+                        kind + "' AS AX1, '" + visibility + "' AS AX2, '" + headerLines + "' AS AX3, '" +
+                        QuoteLiteral(name) + "' AS AX4, '" + std::to_string(number) + "' AS AX5, '" +
+                        std::to_string(module) + "' AS AX6");
+  }
+  void SetLine(const std::string& field, const std::string& line, int routine) {
+    database.ExecuteSql("UPDATE td_rout SET td_rout." + field + " =" + line +
+                        " WHERE (([rou_num]=" + std::to_string(routine) + "));");
+  }
+  void SetSpan(int routine, int start, int end) {
+    SetLine("rou_start", std::to_string(start), routine);
+    SetLine("rou_ende", std::to_string(end), routine);
+  }
+
+  /// All records of a query: fields joined by "|", records by ";". A missing value reads as empty.
+  std::string Rows(const std::string& query, int fields) {
+    std::string out;
+    Recordset rows = database.OpenRecordset(query);
+    while (rows.Next()) {
+      if (!out.empty()) out += ';';
+      for (int i = 0; i < fields; ++i) out += (i > 0 ? "|" : "") + rows.Text(i);
+    }
+    return out;
+  }
+};
+
+/// The message of the exception that an action throws; empty when it throws none.
+template <typename Error, typename Action>
+std::string MessageOf(Action action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.what();
+  }
+  return {};
+}
+
+}  // namespace quillmate::codedb
