@@ -6,6 +6,7 @@
 
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/module_file.h>
+#include <quillmate/text/source_text.h>
 
 /// Listing and reading a folder of a thousand modules of about 35 KB each, in the styles that real projects mix: every
 /// third file with umlauts in Windows-1252, half of the files with LF alone.
@@ -18,17 +19,15 @@ constexpr int kModules = 1000;
 constexpr std::size_t kModuleSize = 35U << 10U;
 
 std::string ModuleBytes(int number) {
-  const std::string end = number % 2 == 0 ? "\r\n" : "\n";
-  std::string bytes = "Attribute VB_Name = \"Modul" + std::to_string(number) + "\"" + end + "Option Explicit" + end;
+  const std::string umlauts = number % 3 == 0 ? "    ' Zeilen pr\374fen und Betr\344ge addieren\n" : "";
+  std::string bytes = "Attribute VB_Name = \"Modul" + std::to_string(number) + "\"\nOption Explicit\n";
   for (int routine = 1; bytes.size() < kModuleSize; ++routine) {
-    bytes += "Public Function Summe" + std::to_string(routine) + "(ByVal Zeile As Long) As Double" + end;
-    bytes += "    Dim i As Long" + end;
-    if (number % 3 == 0) bytes += "    ' Zeilen pr\374fen und Betr\344ge addieren" + end;
-    bytes += "    For i = 1 To Zeile" + end;
-    bytes += "        If Cells(i, 1).Value > 0 Then Summe1 = Summe1 + Cells(i, 1).Value" + end;
-    bytes += "    Next i" + end + end + "End Function" + end;
+    bytes.append("Public Function Summe").append(std::to_string(routine));
+    bytes.append("(ByVal Zeile As Long) As Double\n    Dim i As Long\n").append(umlauts);
+    bytes += "    For i = 1 To Zeile\n        If Cells(i, 1).Value > 0 Then Summe1 = Summe1 + Cells(i, 1).Value\n";
+    bytes += "    Next i\n\nEnd Function\n";
   }
-  return bytes;
+  return number % 2 == 0 ? text::NormalizeLineBreaks(bytes) : bytes;
 }
 
 /// The folder with its files, made once and removed at the end.

@@ -82,8 +82,8 @@ class IndexBuild {
 
   /// What went wrong, with the file or module in front.
   std::string Detail(std::string_view reason) const {
-    if (subject_.empty() || reason.find(subject_) != std::string_view::npos) return OneLine(reason);
-    return subject_ + ": " + OneLine(reason);
+    const std::string inFront = subject_.empty() ? std::string() : subject_ + ": ";
+    return reason.starts_with(inFront) ? OneLine(reason) : inFront + OneLine(reason);
   }
 
  private:

@@ -98,10 +98,7 @@ TEST(DocumentHost, VbProjectNamesItsModules) {
   temp.Write("src/Helfer.bas", "Attribute VB_Name = \"Anders\"\r\n1\r\n2\r\n3");
   temp.Write("src/Sub/KUNDE.CLS", "VERSION 1.0 CLASS\r\nBEGIN\r\nEND\r\nAttribute VB_Name = \"Kunde\"\r\n1");
   temp.Write("Maske.frm", "VERSION 5.00\nBegin VB.Form Maske\nEnd\nAttribute VB_Name = \"frmMaske\"\n1\n2");
-  temp.Write(
-      "\xC3\x9C"
-      "bersicht.ctl",
-      "1");
+  temp.Write("\303\234bersicht.ctl", "1");
   temp.Write("daneben/alt.mod", "1");
   const fs::path project = temp.Write(
       "vb/Auftrag.vbp",
@@ -111,11 +108,10 @@ TEST(DocumentHost, VbProjectNamesItsModules) {
       "Module=Weg; ..\\fehlt.bas\r\nDesigner=..\\src\\Sub\r\nName=\"Auftr\344ge\"\r\nHelpFile=\"\"\r\n");
   DocumentHost host;
   host.SetSources({project});
-  EXPECT_EQ(Listed(host, temp.Path()), (Lines{"Auftr\344ge [vb/Auftrag.vbp]", "  frmMaske 3 2 Maske.frm",
-                                              "  Helfer 1 3 src/Helfer.bas", "  Kunde 2 1 src/Sub/KUNDE.CLS",
-                                              "  \334bersicht 11 1 \xC3\x9C"
-                                              "bersicht.ctl",
-                                              "  Alt 1 1 daneben/alt.mod"}));
+  EXPECT_EQ(Listed(host, temp.Path()),
+            (Lines{"Auftr\344ge [vb/Auftrag.vbp]", "  frmMaske 3 2 Maske.frm", "  Helfer 1 3 src/Helfer.bas",
+                   "  Kunde 2 1 src/Sub/KUNDE.CLS", "  \334bersicht 11 1 \303\234bersicht.ctl",
+                   "  Alt 1 1 daneben/alt.mod"}));
   EXPECT_EQ(Problems(host, temp.Path()),
             (Lines{"fehlt.bas: Datei existiert nicht", "src/Sub: Ist ein Ordner, keine Datei"}));
 }

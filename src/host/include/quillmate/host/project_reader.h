@@ -41,7 +41,7 @@ struct ReadReport {
 
 /// Reads the ticked modules through the host: closes the database, empties the folder, attaches, copies the template,
 /// indexes each ticked module of each ticked project in tree order, closes the database. A ticked module of a project
-/// that is not ticked is not read. All rows are one transaction; a read that fails leaves the folder empty.
+/// that is not ticked is not read. All rows are one transaction; a read that fails leaves a scratch folder empty.
 ///
 /// Only with nothing ticked does an earlier index in the folder survive; the host is released in the end. More than
 /// 32,767 modules fail before the first is read.
