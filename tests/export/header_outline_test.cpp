@@ -19,8 +19,8 @@ TEST(ModuleHeader, BlockByKind) {
       {"xxxxx_yyyyy", "M3", "xxxxx_Typ = Klassenmodul  Typ = Klassenmodul"},
   };
   for (const auto& c : cases) {
-    const std::string block =
-        "|\237x||\237k|" + stars + "\r\n'  Modul:  " + std::string(c.line) + "\r\n" + stars + "|n\237||y\237|";
+    std::string block = "|\237x||\237k|" + stars + "\r\n'  Modul:  ";
+    block.append(c.line).append("\r\n").append(stars).append("|n\237||y\237|");
     EXPECT_EQ(MakeModuleHeader(c.name, c.imageKey), block);
     EXPECT_EQ(HeaderBlock(c.name, c.imageKey), "\r\n\r\n" + block + "\r\n\r\n");
   }

@@ -49,8 +49,11 @@ TEST_F(ProjectExport, OneFrameAroundAllModules) {
   const std::string first = std::string(kFirst) + "\r\n";
   const std::string second = std::string(kSecond) + "\r\n";
   for (const bool headers : {false, true}) {
-    const std::string marked =
-        (headers ? HeaderBlock("mdlA", "M2") : "") + first + (headers ? HeaderBlock("Tabelle1", "M5") : "") + second;
+    std::string marked;
+    if (headers) marked += HeaderBlock("mdlA", "M2");
+    marked += first;
+    if (headers) marked += HeaderBlock("Tabelle1", "M5");
+    marked += second;
     const RtfOptions options;
     EXPECT_EQ(Collect([&](const Sink& sink) { ProjectRtf(folder_, modules_, headers, options, sink); }),
               RtfDocument(marked, options));
