@@ -4,12 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include <quillmate/codedb/codes.h>
-#include <quillmate/codedb/index_files.h>
-#include <quillmate/export/module_header.h>
-#include <quillmate/export/plain_text.h>
-#include <quillmate/export/rtf.h>
-#include <quillmate/export/sink.h>
+#include <quillmate/codedb/code_database.h>
+#include <quillmate/export/project_export.h>
 #include <quillmate/text/windows1252.h>
 
 #include "commands.h"
@@ -21,28 +17,6 @@
 namespace quillmate::cli {
 namespace {
 
-/// Turns marked-up text into a format, piece by piece. Every call begins at the start of a line.
-using Converter = std::function<void(std::string_view markedText, const output::Sink&)>;
-
-struct Module {
-  int number;
-  /// Windows-1252.
-  std::string name;
-  int kind;
-};
-
-/// Modules by number; `condition` is empty or a WHERE clause with a blank in front.
-std::vector<Module> SelectModules(codedb::CodeDatabase& database, const std::string& condition) {
-  auto records =
-      database.OpenRecordset("SELECT mod_num, mod_name, mod_typ FROM td_mod" + condition + " ORDER BY mod_num;");
-  std::vector<Module> modules;
-  while (records.Next()) {
-    modules.push_back({static_cast<int>(records.Number(0).value_or(0)), records.Text(1),
-                       static_cast<int>(records.Number(2).value_or(0))});
-  }
-  return modules;
-}
-
 /// A name from the command line as Windows-1252; nothing when no module can have that name.
 std::optional<std::string> CodeName(const std::string& name) {
   if (!text::IsValidUtf8(name)) {
@@ -52,28 +26,34 @@ std::optional<std::string> CodeName(const std::string& name) {
   return text::Utf8FromCode(code) == name ? std::optional(std::move(code)) : std::nullopt;
 }
 
-/// The module of that name, compared as the database does; the first one of several.
-Module FindModule(codedb::CodeDatabase& database, const std::string& name) {
+/// `mod_num` of the module of that name, compared as the database does; of several the lowest.
+int FindModule(codedb::CodeDatabase& database, const std::string& name) {
   if (const auto code = CodeName(name)) {
-    const auto found = SelectModules(database, " WHERE mod_name='" + codedb::QuoteLiteral(*code) + "'");
-    if (!found.empty()) {
-      return found.front();
+    auto found = database.OpenRecordset("SELECT mod_num FROM td_mod WHERE mod_name='" + codedb::QuoteLiteral(*code) +
+                                        "' ORDER BY mod_num;");
+    if (found.Next()) {
+      return static_cast<int>(found.Number(0).value_or(0));
     }
   }
   throw CommandFailure("Es gibt kein Modul " + Quoted(name));
 }
 
+struct Format {
+  std::function<void(int moduleNumber)> module;
+  std::function<void(const std::vector<output::ModuleEntry>& modules)> project;
+};
+
 /// The module asked for, or else all modules with a header in front of each.
-void Export(const Invocation& invocation, ProjectInput& input, const Converter& convert, const output::Sink& sink) {
+void Export(const Invocation& invocation, ProjectInput& input, const Format& format) {
   if (invocation.module) {
-    const Module module = FindModule(input.Database(), *invocation.module);
-    convert(codedb::ReadModuleText(input.Folder(), module.number), sink);
-    return;
+    format.module(FindModule(input.Database(), *invocation.module));
+  } else {
+    format.project(output::ReadModules(input.Database()));
   }
-  for (const Module& module : SelectModules(input.Database(), "")) {
-    convert(output::HeaderBlock(module.name, codedb::ModuleKey(module.kind)), sink);
-    convert(codedb::ReadModuleText(input.Folder(), module.number), sink);
-  }
+}
+
+output::Sink SinkInto(Output& output) {
+  return [&output](std::string_view bytes) { output.Write(bytes); };
 }
 
 }  // namespace
@@ -81,9 +61,10 @@ void Export(const Invocation& invocation, ProjectInput& input, const Converter& 
 void RunText(const Invocation& invocation) {
   ProjectInput input(invocation, RunOptions(invocation));
   Output output(invocation.output);
-  const output::Sink sink = [&](std::string_view bytes) { output.Write(bytes); };
-  Export(
-      invocation, input, [](std::string_view text, const output::Sink& to) { output::PlainText(text, to); }, sink);
+  const output::Sink sink = SinkInto(output);
+  Export(invocation, input,
+         {.module = [&](int number) { output::ModuleText(input.Folder(), number, sink); },
+          .project = [&](const auto& modules) { output::ProjectText(input.Folder(), modules, true, sink); }});
   output.Finish();
 }
 
@@ -92,13 +73,10 @@ void RunRtf(const Invocation& invocation) {
   const output::RtfOptions rtf = RtfOptionsOf(options);
   ProjectInput input(invocation, options);
   Output output(invocation.output);
-  const output::Sink sink = [&](std::string_view bytes) { output.Write(bytes); };
-  const Converter convert = [&](std::string_view text, const output::Sink& to) {
-    output::ColourBody(text, rtf.boldRoutines, to);
-  };
-  sink(output::DocumentHead(rtf));
-  Export(invocation, input, convert, sink);
-  sink(output::kDocumentEnd);
+  const output::Sink sink = SinkInto(output);
+  Export(invocation, input,
+         {.module = [&](int number) { output::ModuleRtf(input.Folder(), number, rtf, sink); },
+          .project = [&](const auto& modules) { output::ProjectRtf(input.Folder(), modules, true, rtf, sink); }});
   output.Finish();
 }
 

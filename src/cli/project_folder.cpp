@@ -70,16 +70,16 @@ bool BelongsToOldProject(const fs::directory_entry& entry) {
 
 /// Moves all that is not the old project's own from its folder to the new one, then removes the rest with the folder.
 void ClearOldFolder(const fs::path& old, const fs::path& target) try {
-  std::vector<fs::directory_entry> entries;
+  std::vector<fs::path> own;
+  std::vector<fs::path> others;
   for (const fs::directory_entry& entry : fs::directory_iterator(old)) {
-    entries.push_back(entry);
+    (BelongsToOldProject(entry) ? own : others).push_back(entry.path());
   }
-  const auto others = std::ranges::partition(entries, BelongsToOldProject);
-  for (const fs::directory_entry& entry : others) {
-    fs::rename(entry.path(), target / entry.path().filename());
+  for (const fs::path& path : others) {
+    fs::rename(path, target / path.filename());
   }
-  for (const fs::directory_entry& entry : std::ranges::subrange(entries.begin(), others.begin())) {
-    fs::remove(entry.path());
+  for (const fs::path& path : own) {
+    fs::remove(path);
   }
   fs::remove(old);
 } catch (const fs::filesystem_error& error) {

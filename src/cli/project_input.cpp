@@ -11,6 +11,7 @@
 #include "messages.h"
 #include "platform.h"
 #include "progress_line.h"
+#include "project_folder.h"
 #include "run_options.h"
 
 namespace quillmate::cli {
@@ -79,6 +80,22 @@ host::HostTree ListSources(host::DocumentHost& host, bool accessEdition) {
   throw CommandFailure(report.message.empty() ? "Fehler beim Einlesen" : report.message);
 }
 
+/// The program never writes to what it reads, even when the output is meant to go there.
+void CheckOutputIsNoInput(const Invocation& invocation) {
+  if (!invocation.output) {
+    return;
+  }
+  const fs::path output = codedb::PathFromText(*invocation.output);
+  for (const std::string& input : invocation.inputs) {
+    std::error_code none;
+    const fs::path source = codedb::PathFromText(input);
+    if (fs::equivalent(output, source, none) ||
+        (IsProjectFile(output.filename()) && fs::equivalent(output, source / output.filename(), none))) {
+      throw UsageError("Die Ausgabe " + *invocation.output + " gehört zur Eingabe");
+    }
+  }
+}
+
 }  // namespace
 
 bool IsSavedProject(const std::vector<std::string>& inputs) {
@@ -117,6 +134,7 @@ void OpenIndex(codedb::CodeDatabase& database, const fs::path& folder) try {
 }
 
 ProjectInput::ProjectInput(const Invocation& invocation, const settings::Options& options) {
+  CheckOutputIsNoInput(invocation);
   if (IsSavedProject(invocation.inputs)) {
     folder_ = codedb::PathFromText(invocation.inputs.front());
   } else {

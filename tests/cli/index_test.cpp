@@ -1,0 +1,112 @@
+#include <filesystem>
+
+#include <quillmate/codedb/index_files.h>
+
+#include "modules.h"
+#include "process.h"
+
+namespace quillmate::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kProjectFiles = "M1.txt M2.txt Quillmate.mdb";
+
+/// A project folder "p" with two modules, a sub-folder and a file of somebody else.
+class IndexTest : public CliTest {
+ protected:
+  IndexTest() {
+    Write("a.bas", kGreeting);
+    Write("b.cls", kCard);
+    Write("c.bas", "'neu\n'\n'\n");
+    EXPECT_EQ(Run({"index", "-o", "p", "a.bas", "b.cls"}).status, 0);
+    Write("p/Bilder/x.png", "x");
+    Write("p/Notiz.txt", "n");
+  }
+};
+
+TEST_F(IndexTest, WritesAFolderOnlyOnce) {
+  EXPECT_EQ(Names("p"), "Bilder M1.txt M2.txt Notiz.txt Quillmate.mdb");
+  const std::string before = Read("p/Quillmate.mdb");
+  const Result result = Run({"index", "-o", "p", "c.bas"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err, Messages({(Folder() / "p").string() + ": Der Ordner existiert schon; --force überschreibt ein "
+                                                              "Projekt"}));
+  EXPECT_EQ(Read("p/Quillmate.mdb"), before);
+}
+
+TEST_F(IndexTest, ForceReplacesTheProjectsOwnFilesAndNoOthers) {
+  fs::permissions(Folder() / "p", fs::perms::owner_all);
+  fs::create_directory_symlink("p", Folder() / "verweis");
+  for (const char* const target : {"p", "p/", "./verweis"}) {
+    Write("p/M2.txt", "alt");
+    const Result result = Run({"index", "--force", "-o", target, "c.bas"});
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(Names("p"), "Bilder M1.txt Notiz.txt Quillmate.mdb");
+    EXPECT_EQ(Read("p/Bilder/x.png") + Read("p/Notiz.txt"), "xn");
+    EXPECT_EQ(Run({"text", "--module", "c", "p"}).out, "'neu\r\n'\r\n'\r\n\r\n");
+  }
+  EXPECT_EQ(fs::status(Folder() / "p").permissions(), fs::perms::owner_all);
+  EXPECT_EQ(Names("."), "a.bas b.cls c.bas p verweis");
+}
+
+TEST_F(IndexTest, ForceTouchesNoForeignFolder) {
+  Write("daten/M1.txt", "mein");
+  Write("datei", "meine");
+  const struct {
+    const char* target;
+    const char* message;
+  } cases[] = {{"daten", "Der Ordner ist kein Projekt und nicht leer; er wird nicht überschrieben"},
+               {"datei", "Das ist kein Ordner"},
+               {"/", "Der Ordner ist kein Projekt und nicht leer; er wird nicht überschrieben"}};
+  for (const auto& c : cases) {
+    const Result result = Run({"index", "--force", "-o", c.target, "a.bas"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
+  }
+  EXPECT_EQ(Read("daten/M1.txt") + Read("datei"), "meinmeine");
+  fs::create_directory(Folder() / "leer");
+  EXPECT_EQ(Run({"index", "--force", "-o", "leer", "a.bas", "b.cls"}).status, 0);
+  EXPECT_EQ(Names("leer"), kProjectFiles);
+}
+
+TEST_F(IndexTest, NothingIsLeftOfAFailedRun) {
+  const std::string before = Read("p/Quillmate.mdb");
+  const struct {
+    std::vector<std::string> arguments;
+    std::string limit;
+  } cases[] = {
+      {{"index", "-o", "neu", "weg.bas"}, ""},
+      {{"index", "--force", "-o", "p", "weg.bas"}, ""},
+      {{"index", "-o", "fehlt/neu", "a.bas"}, ""},
+      // No file may grow beyond some blocks of 512 bytes, which fails like a full disk.
+      {{"index", "-o", "neu", "a.bas"}, "trap '' XFSZ; ulimit -f 8;"},
+      {{"index", "--force", "-o", "p", "a.bas"}, "trap '' XFSZ; ulimit -f 8;"},
+      {{"index", "--force", "-o", "p", "gross.bas"}, "trap '' XFSZ; ulimit -f 64;"},
+      {{"index", "--force", "-o", "p", "p"}, "trap '' XFSZ; ulimit -f 8;"},
+  };
+  Write("gross.bas", std::string(100000, '\n') + "'");
+  for (const auto& c : cases) {
+    const Result result = Run(c.arguments, {.before = c.limit});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.err.starts_with("quillmate-cli: "));
+    EXPECT_EQ(Names("."), "a.bas b.cls c.bas gross.bas p");
+    EXPECT_EQ(Names("p"), "Bilder M1.txt M2.txt Notiz.txt Quillmate.mdb");
+    EXPECT_EQ(Read("p/Quillmate.mdb"), before);
+  }
+}
+
+TEST_F(IndexTest, CopiesASavedProject) {
+  const std::string modules = Run({"modules", "--json", "p"}).out;
+  EXPECT_EQ(Run({"index", "-o", "q", "p"}).err, "");
+  EXPECT_EQ(Names("q"), kProjectFiles);
+  EXPECT_EQ(Run({"modules", "--json", "q"}).out, modules);
+  EXPECT_EQ(Run({"text", "q"}).out, Run({"text", "p"}).out);
+  EXPECT_EQ(Run({"index", "--force", "-o", "p", "p"}).status, 0);
+  EXPECT_EQ(Names("p"), "Bilder M1.txt M2.txt Notiz.txt Quillmate.mdb");
+  EXPECT_EQ(Run({"modules", "--json", "p"}).out, modules);
+}
+
+}  // namespace
+}  // namespace quillmate::cli

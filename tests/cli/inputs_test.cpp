@@ -1,0 +1,151 @@
+#include <filesystem>
+
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <quillmate/text/operations.h>
+
+#include "modules.h"
+#include "process.h"
+
+namespace quillmate::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kNothing = "Die Eingabe enthält kein lesbares Modul mit mehr als zwei Zeilen";
+
+/// One message for each beginning; "@" at its start is the folder.
+void ExpectMessages(const std::string& err, const std::vector<std::string>& beginnings, const fs::path& folder) {
+  const auto lines = text::Split(err, "\n");
+  ASSERT_EQ(lines.size(), beginnings.size() + 1) << err;
+  for (std::size_t i = 0; i < beginnings.size(); ++i) {
+    const bool isPath = beginnings[i][0] == '@';
+    const std::string text = isPath ? folder.string() + beginnings[i].substr(1) + ": " : beginnings[i];
+    EXPECT_TRUE(lines[i].starts_with("quillmate-cli: " + text)) << lines[i];
+    EXPECT_GT(lines[i].size(), isPath ? text.size() + 15 : 0) << "no reason in " << lines[i];
+  }
+}
+
+TEST_F(CliTest, WhatCannotBeReadIsNamed) {
+  std::string rubbish;
+  for (int i = 0; i < 3000; ++i) {
+    rubbish += static_cast<char>(i * 7 + i / 256);
+  }
+  Write("gut.bas", "'1\n'2\n'3\n");
+  Write("kurz.bas", "'1\n'2\n");
+  Write("leer.bas", "");
+  Write("rauschen.bas", rubbish);
+  Write("bild.png", std::string("\x89PNG\0\1\2", 7));
+  Write("projekt.vbp", "Type=Exe\nModule=gut; gut.bas\nModule=weg; weg.bas\n");
+  fs::create_directory(Folder() / "ordner");
+  fs::create_symlink("schleife.bas", Folder() / "schleife.bas");
+  const struct {
+    std::vector<std::string> inputs;
+    int status;
+    std::vector<std::string> messages;
+  } cases[] = {
+      {{"weg.bas"}, 1, {"@/weg.bas", kNothing}},
+      {{"schleife.bas"}, 1, {"@/schleife.bas", kNothing}},
+      {{"ordner"}, 1, {"@/ordner", kNothing}},
+      {{"bild.png"}, 1, {"@/bild.png", kNothing}},
+      {{"kurz.bas"}, 1, {kNothing}},
+      {{"leer.bas"}, 1, {"@/leer.bas", kNothing}},
+      {{"rauschen.bas"}, 1, {"@/rauschen.bas", kNothing}},
+      {{"gut.bas"}, 0, {}},
+      {{"weg.bas", "gut.bas"}, 0, {"@/weg.bas"}},
+      {{"projekt.vbp"}, 0, {"@/weg.bas"}},
+  };
+  for (const auto& c : cases) {
+    std::vector<std::string> arguments{"outline"};
+    arguments.insert(arguments.end(), c.inputs.begin(), c.inputs.end());
+    const Result result = Run(arguments);
+    EXPECT_EQ(result.status, c.status) << c.inputs[0];
+    EXPECT_EQ(result.out, c.status == 0 ? "gut\n" : "") << c.inputs[0];
+    ExpectMessages(result.err, c.messages, Folder());
+  }
+}
+
+TEST_F(CliTest, UnreadableFolder) {
+  if (geteuid() == 0) {
+    GTEST_SKIP() << "root reads every folder";
+  }
+  Write("zu/a.bas", kGreeting);
+  fs::permissions(Folder() / "zu", fs::perms::none);
+  ExpectMessages(Run({"text", "zu"}).err, {"@/zu", kNothing}, Folder());
+  fs::permissions(Folder() / "zu", fs::perms::owner_all);
+}
+
+TEST_F(CliTest, DamagedAndLockedProjects) {
+  Write("a.bas", kGreeting);
+  ASSERT_EQ(Run({"index", "-o", "p", "a.bas"}).status, 0);
+  const std::string broken = "quillmate-cli: Projekt in p/ ist nicht mehr intakt: ";
+
+  sqlite3* lock = nullptr;
+  ASSERT_EQ(sqlite3_open((Folder() / "p" / "Quillmate.mdb").c_str(), &lock), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(lock, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_TRUE(Run({"text", "p"}).err.starts_with(broken));
+  sqlite3_close(lock);
+  EXPECT_EQ(Run({"text", "p"}).status, 0);
+
+  for (const std::string& bytes : {std::string(), std::string(5000, 'x'), Read("p/Quillmate.mdb").substr(0, 5000)}) {
+    Write("p/Quillmate.mdb", bytes);
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"text", "p"}, {"modules", "p"}, {"index", "-o", "q", "p"}}) {
+      const Result result = Run(arguments);
+      EXPECT_EQ(result.status, 1);
+      EXPECT_EQ(result.out, "");
+      EXPECT_TRUE(result.err.starts_with(broken)) << result.err;
+    }
+    EXPECT_EQ(Read("p/Quillmate.mdb"), bytes);
+  }
+  EXPECT_EQ(Names("."), "a.bas p");
+}
+
+TEST_F(CliTest, MissingModuleTextOfAProject) {
+  Write("a.bas", kGreeting);
+  ASSERT_EQ(Run({"index", "-o", "p", "a.bas"}).status, 0);
+  fs::remove(Folder() / "p" / "M1.txt");
+  EXPECT_EQ(Run({"outline", "p"}).status, 0);
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"text", "p"}, {"rtf", "-o", "x", "p"}, {"index", "-o", "q", "p"}}) {
+    const Result result = Run(arguments);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.err.find("M1.txt"), std::string::npos) << result.err;
+  }
+  EXPECT_EQ(Names("."), "a.bas p");
+}
+
+TEST_F(CliTest, AProjectIsTheOnlyInput) {
+  Write("a.bas", kGreeting);
+  Write("p/Quillmate.mdb", "");
+  const Result result = Run({"text", "a.bas", "p"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_TRUE(result.err.starts_with(Messages({"p ist ein gespeichertes Projekt und muss die einzige Eingabe sein"})));
+}
+
+TEST_F(CliTest, WithoutTemplateNothingIsRead) {
+  Write("a.bas", kGreeting);
+  fs::create_directory(Folder() / "bin");
+  const fs::path program = Folder() / "bin" / "quillmate-cli";
+  fs::copy_file(QUILLMATE_BIN_DIR "/quillmate-cli", program);
+  const std::string message = "Die notwendige Datenbank " + (Folder() / "bin" / "mask_Quillmate.mdb").string() +
+                              " existiert nicht !!! Bitte kopieren Sie diese wieder an diese Stelle";
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"text", "a.bas"}, {"index", "-o", "p", "a.bas"}}) {
+    const Result result = RunAt(program, arguments);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, Messages({message}));
+  }
+  EXPECT_EQ(Names("."), "a.bas bin");
+}
+
+TEST_F(CliTest, NoFolderForTemporaryFiles) {
+  Write("a.bas", kGreeting);
+  const Result result = Run({"text", "a.bas"}, {.before = "TMPDIR=/dev/null"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.err.starts_with("quillmate-cli: Im Ordner für temporäre Dateien ")) << result.err;
+}
+
+}  // namespace
+}  // namespace quillmate::cli
