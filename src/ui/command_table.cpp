@@ -19,6 +19,7 @@ constexpr Menu kMenus[] = {
 // id, menu, caption, shortcut, icon, modes, separator before, handler
 constexpr Command kCommands[] = {
     {"mnuNeu", "mnuDatei", "&Neu", "Ctrl+N", "neu", kWithProject, false, StartAnew},
+    {"mnuSpeichern", "mnuDatei", "&Speichern Unter ...", "Ctrl+S", "save", kWithProject, false, SaveProjectAs},
     {"mnuDatei_Dateien", "mnuDatei", "&Dateien hinzufügen ...", "Ctrl+D", "add_files", kAlways, true, AddFiles},
     {"mnuDatei_Ordner", "mnuDatei", "O&rdner hinzufügen ...", "Ctrl+Shift+D", "", kAlways, false, AddFolder},
     {"mnuEnde", "mnuDatei", "&Beenden", "Ctrl+Q", "", kAlways, true, EndProgram},
@@ -44,6 +45,7 @@ constexpr Command kCommands[] = {
 // The refresh button starts anew like "neu" does, but is there for the time without a project.
 constexpr ToolButton kToolButtons[] = {
     {"neu", "Neu", "mnuNeu", kWithProject, false},
+    {"save", "Speichern", "mnuSpeichern", kWithProject, false},
     {"refresh", "", "mnuNeu", kNoProject, true},
     {"doit", "Code Lesen", "mnuBearbeiten_Code", kNoProject, false},
 };

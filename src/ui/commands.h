@@ -10,6 +10,7 @@ class Shell;
 
 // Datei
 void StartAnew(Shell& shell);
+void SaveProjectAs(Shell& shell);
 void AddFiles(Shell& shell);
 void AddFolder(Shell& shell);
 void RemoveSource(Shell& shell);

@@ -1,5 +1,6 @@
 #include "commands.h"
 #include "host_list.h"
+#include "project_files.h"
 #include "project_view.h"
 #include "qt_text.h"
 #include "shell.h"
@@ -17,6 +18,8 @@ void StartAnew(Shell& shell) {
   ResetProject(shell);
   RefreshHostProjects(shell);
 }
+
+void SaveProjectAs(Shell& shell) { SaveProject(shell); }
 
 void AddFiles(Shell& shell) {
   const QStringList files = shell.around.platform.ChooseFiles(QStringLiteral("Dateien hinzufügen"),

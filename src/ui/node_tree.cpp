@@ -8,6 +8,12 @@
 namespace quillmate::ui {
 namespace {
 
+void Invert(QPalette& palette) {
+  palette.setColor(QPalette::Text, Qt::yellow);
+  palette.setColor(QPalette::Highlight, Qt::black);
+  palette.setColor(QPalette::HighlightedText, Qt::yellow);
+}
+
 /// Paints the marked node inverted, whether it is selected or not.
 class MarkDelegate : public QStyledItemDelegate {
  public:
@@ -18,9 +24,7 @@ class MarkDelegate : public QStyledItemDelegate {
     QStyledItemDelegate::initStyleOption(option, index);
     if (!index.data(kMarkedRole).toBool()) return;
     option->backgroundBrush = Qt::black;
-    option->palette.setColor(QPalette::Text, Qt::yellow);
-    option->palette.setColor(QPalette::Highlight, Qt::black);
-    option->palette.setColor(QPalette::HighlightedText, Qt::yellow);
+    Invert(option->palette);
   }
 };
 
@@ -43,6 +47,16 @@ NodeTree::NodeTree(QWidget* parent) : QTreeView(parent) {
 }
 
 void NodeTree::keyboardSearch(const QString&) {}
+
+void NodeTree::drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+  if (!index.data(kMarkedRole).toBool()) {
+    QTreeView::drawRow(painter, option, index);
+    return;
+  }
+  QStyleOptionViewItem inverted = option;
+  Invert(inverted.palette);
+  QTreeView::drawRow(painter, inverted, index);
+}
 
 void NodeTree::keyPressEvent(QKeyEvent* event) {
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;

@@ -18,6 +18,7 @@ class NodeTree : public QTreeView {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 };
 
 /// What all trees of the window have in common.

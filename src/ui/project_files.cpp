@@ -44,13 +44,18 @@ void MoveTo(Shell& shell, const fs::path& folder) {
   startup::AppGlobals& globals = shell.Globals();
   globals.TempFolder = folder;
   globals.CodeDb.Open(codedb::DatabasePath(folder));
-  shell.rtbHaupt->Forget();
-  const int current = shell.views.Current();
   const int modules = shell.projectModel->Tree().moduleCount;
   if (modules == 0) return;
+  const int current = shell.views.Current();
+  const std::size_t start = shell.views.View(current).SelStart();
+  const std::size_t length = shell.views.View(current).SelLength();
+  const UpdateLock lock(*shell.rtbHaupt);
+  shell.rtbHaupt->Forget();
   shell.views.Load(folder, modules);
   shell.views.SetCurrent(current);
-  shell.rtbHaupt->ShowView(current, shell.views.View(current), shell.views.Runs(current));
+  navigation::CodeView& view = shell.views.View(current);
+  view.Select(start, length);
+  shell.rtbHaupt->ShowView(current, view, shell.views.Runs(current));
 }
 
 }  // namespace

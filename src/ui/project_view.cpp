@@ -1,6 +1,7 @@
 #include "project_view.h"
 
 #include <exception>
+#include <stdexcept>
 #include <utility>
 
 #include <quillmate/codedb/codes.h>
@@ -81,6 +82,9 @@ void ShowNode(Shell& shell, int node) {
   const navigation::TreeNode& module = isRoutine ? tree.nodes[static_cast<std::size_t>(clicked.parent)] : clicked;
   const int view = codedb::KeyNumber(module.key) - 1;
 
+  if (view < 0 || view >= shell.views.Count()) {
+    throw std::runtime_error(codedb::BrokenProjectMessage(shell.Globals().TempFolder));
+  }
   navigation::CodeView& code = shell.views.View(view);
   if (isRoutine) {
     const long line = navigation::RoutineStartLine(shell.Globals().CodeDb, codedb::KeyNumber(clicked.key));

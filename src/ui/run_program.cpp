@@ -1,28 +1,17 @@
 #include <QApplication>
-#include <QLocale>
-#include <QTranslator>
 
 #include <quillmate/startup/edition.h>
 #include <quillmate/ui/main_window.h>
 #include <quillmate/ui/run_program.h>
 
+#include "german.h"
 #include "qt_text.h"
 
 /// Resources of a static library have to be asked for, outside of every namespace.
-static void UseResources() {
-  Q_INIT_RESOURCE(icons);
-  Q_INIT_RESOURCE(translations);
-}
+static void UseIcons() { Q_INIT_RESOURCE(icons); }
 
 namespace quillmate::ui {
 namespace {
-
-/// The language of the program, whatever the desktop's.
-void SpeakGerman(QApplication& app) {
-  QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-  auto* translator = new QTranslator(&app);
-  if (translator->load(QStringLiteral(":/translations/qtbase_de.qm"))) QApplication::installTranslator(translator);
-}
 
 /// What the user wrote behind the program's name, without the toolkit's own options.
 std::string CommandLine() { return ToUtf8(QApplication::arguments().mid(1).join(QLatin1Char(' '))); }
@@ -30,7 +19,7 @@ std::string CommandLine() { return ToUtf8(QApplication::arguments().mid(1).join(
 }  // namespace
 
 int RunProgram(int selector, int argc, char** argv) {
-  UseResources();
+  UseIcons();
   QApplication app(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Quillmate"));
   // A message box may be the only window for a while; the main window itself ends the program.

@@ -3,8 +3,8 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <exception>
-#include <new>
 
+#include "error_text.h"
 #include "project_view.h"
 #include "qt_text.h"
 #include "splitter.h"
@@ -52,10 +52,15 @@ void Shell::BuildArea() {
 
   rtbHaupt = new CodeEditor;
   rtbHaupt->setObjectName(QStringLiteral("rtbHaupt"));
+  // Seen as long as no module is.
+  rtbHaupt->setPlaceholderText(
+      QStringLiteral("Ordner und Moduldateien in dieses Fenster ziehen oder über Datei hinzufügen,\n"
+                     "links ankreuzen, was gelesen werden soll,\ndann Bearbeiten - Code Einlesen."));
 
   auto* container = new Splitter;
   container->addWidget(trees);
   container->addWidget(rtbHaupt);
+  container->handle(1)->setObjectName(QStringLiteral("fraTeiler"));
   container->setStretchFactor(0, 0);
   container->setStretchFactor(1, 1);
   container->setSizes({kTreeWidth, kCodeWidth});
@@ -79,10 +84,8 @@ void Shell::Guarded(const std::function<void()>& work) {
   busy_ = true;
   try {
     work();
-  } catch (const std::bad_alloc&) {
-    Show("Der Arbeitsspeicher reicht nicht aus.", MessageIcon::kCritical);
   } catch (const std::exception& error) {
-    Show(error.what(), MessageIcon::kExclamation);
+    Show(ErrorText(error), MessageIcon::kExclamation);
   } catch (...) {
     Show("Unbekannter Fehler", MessageIcon::kExclamation);
   }

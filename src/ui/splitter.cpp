@@ -10,9 +10,7 @@ namespace {
 
 class SplitterBar : public QSplitterHandle {
  public:
-  explicit SplitterBar(QSplitter* parent) : QSplitterHandle(Qt::Horizontal, parent) {
-    setObjectName(QStringLiteral("fraTeiler"));
-  }
+  explicit SplitterBar(QSplitter* parent) : QSplitterHandle(Qt::Horizontal, parent) {}
 
  protected:
   void mousePressEvent(QMouseEvent* event) override {

@@ -10,7 +10,7 @@ constexpr bool MayStandAt(double left, double containerWidth, double barWidth) n
   return containerWidth >= 1000 && left >= 200 && left <= containerWidth - barWidth - 100;
 }
 
-/// The area that tree and code share, with the bar `fraTeiler` between them.
+/// The area that tree and code share, with a bar between them.
 class Splitter : public QSplitter {
  public:
   explicit Splitter(QWidget* parent = nullptr);

@@ -1,0 +1,40 @@
+#include "error_text.h"
+
+#include <filesystem>
+#include <new>
+#include <system_error>
+
+#include <quillmate/codedb/index_files.h>
+
+namespace quillmate::ui {
+namespace {
+
+std::string Reason(const std::error_code& code) {
+  const struct {
+    std::errc condition;
+    const char* text;
+  } kReasons[] = {
+      {std::errc::no_space_on_device, "Der Datenträger ist voll."},
+      {std::errc::permission_denied, "Der Zugriff wird verweigert."},
+      {std::errc::operation_not_permitted, "Der Zugriff wird verweigert."},
+      {std::errc::read_only_file_system, "Der Datenträger ist schreibgeschützt."},
+      {std::errc::no_such_file_or_directory, "Die Datei oder der Ordner existiert nicht."},
+      {std::errc::filename_too_long, "Der Name ist zu lang."},
+  };
+  for (const auto& reason : kReasons) {
+    if (code == reason.condition) return reason.text;
+  }
+  return "Fehler " + std::to_string(code.value()) + " des Betriebssystems";
+}
+
+}  // namespace
+
+std::string ErrorText(const std::exception& error) {
+  if (const auto* file = dynamic_cast<const std::filesystem::filesystem_error*>(&error)) {
+    return codedb::PathText(file->path1()) + "\r\n" + Reason(file->code());
+  }
+  if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) return "Der Arbeitsspeicher reicht nicht aus.";
+  return error.what();
+}
+
+}  // namespace quillmate::ui

@@ -1,0 +1,142 @@
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/ui/platform.h>
+
+#include "error_text.h"
+#include "project_folder.h"
+#include "settings/temp_folder.h"
+#include "splitter.h"
+
+namespace quillmate::ui {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(MessageBox, HasGermanButtonsAndHarmlessEscape) {
+  const struct {
+    Buttons buttons;
+    QStringList captions;
+    Answer escape;
+  } kCases[] = {
+      {Buttons::kOk, {"OK"}, Answer::kOk},
+      {Buttons::kYesNo, {"&Ja", "&Nein"}, Answer::kNo},
+      {Buttons::kYesNoCancel, {"&Ja", "&Nein", "Abbrechen"}, Answer::kCancel},
+  };
+  const auto platform = QtPlatform();
+  for (const auto& c : kCases) {
+    QStringList captions;
+    QTimer::singleShot(0, [&captions] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      EXPECT_EQ(box->text(), "a\nb<c>");
+      for (const QAbstractButton* button : box->buttons()) captions.append(button->text());
+      QTest::keyClick(box, Qt::Key_Escape);
+    });
+    EXPECT_EQ(platform->Show({"Titel", "a\r\nb<c>", MessageIcon::kQuestion, c.buttons, {}}), c.escape);
+    captions.sort();
+    QStringList expected = c.captions;
+    expected.sort();
+    EXPECT_EQ(captions, expected);
+  }
+}
+
+TEST(ErrorText, SpeaksGermanAboutFiles) {
+  const fs::filesystem_error full("copy", "/x/M1.txt", std::make_error_code(std::errc::no_space_on_device));
+  EXPECT_EQ(ErrorText(full), "/x/M1.txt\r\nDer Datenträger ist voll.");
+  EXPECT_EQ(ErrorText(std::runtime_error("so")), "so");
+}
+
+TEST(Splitter, BarKeepsItsLimits) {
+  const struct {
+    double left;
+    double container;
+    bool allowed;
+  } kCases[] = {{150, 9000, false}, {199, 9000, false},  {200, 9000, true},
+                {8840, 9000, true}, {8841, 9000, false}, {400, 900, false}};
+  for (const auto& c : kCases) EXPECT_EQ(MayStandAt(c.left, c.container, 60), c.allowed) << c.left;
+}
+
+TEST(Splitter, BarFollowsTheMouse) {
+  Splitter splitter;
+  for (int side = 0; side < 2; ++side) {
+    auto* widget = new QWidget;
+    widget->setMinimumWidth(1);
+    splitter.addWidget(widget);
+  }
+  splitter.resize(800, 100);
+  splitter.setSizes({300, 500});
+  splitter.show();
+  QSplitterHandle* bar = splitter.handle(1);
+  const auto drag = [bar](int pixels) {
+    const QPoint grip(1, 50);
+    QTest::mousePress(bar, Qt::LeftButton, {}, grip);
+    QMouseEvent move(QEvent::MouseMove, grip + QPointF(pixels, 0), bar->mapToGlobal(grip + QPointF(pixels, 0)),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(bar, &move);
+    QTest::mouseRelease(bar, Qt::LeftButton, {}, grip);
+  };
+  const int before = bar->x();
+  drag(100);
+  EXPECT_EQ(bar->x(), before + 100);
+  drag(-before - 95);
+  EXPECT_EQ(bar->x(), before + 100) << "too far left: stays";
+}
+
+class ProjectFolderTest : public ::testing::Test {
+ protected:
+  ProjectFolderTest() {
+    fs::create_directories(source_ / "Unter");
+    codedb::WriteWholeFile(source_ / "Quillmate.mdb", "neu");
+    codedb::WriteWholeFile(source_ / "M1.txt", "eins");
+  }
+  std::vector<std::string> Names(const fs::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+  quillmate::testing::TempFolder temp_;
+  fs::path source_ = temp_.Path() / "von";
+  fs::path target_ = temp_.Path() / "nach";
+};
+
+TEST_F(ProjectFolderTest, ReplacesTheFilesAndKeepsTheSubFolders) {
+  for (const bool existed : {false, true}) {
+    if (existed) {
+      fs::create_directories(target_ / "Eigenes");
+      codedb::WriteWholeFile(target_ / "Eigenes" / "x", "bleibt");
+      codedb::WriteWholeFile(target_ / "M7.txt", "alt");
+    }
+    ReplaceProjectFolder(source_, target_);
+    using Expected = std::vector<std::string>;
+    EXPECT_EQ(Names(target_),
+              existed ? (Expected{"Eigenes", "M1.txt", "Quillmate.mdb"}) : (Expected{"M1.txt", "Quillmate.mdb"}));
+    EXPECT_EQ(Names(temp_.Path()), (Expected{"nach", "von"})) << "nothing is left beside the project";
+  }
+  EXPECT_EQ(codedb::ReadWholeFile(target_ / "Eigenes" / "x"), "bleibt");
+}
+
+TEST_F(ProjectFolderTest, FailureLeavesTheOldProject) {
+  fs::create_directories(target_);
+  codedb::WriteWholeFile(target_ / "M1.txt", "alt");
+  EXPECT_THROW(ReplaceProjectFolder(temp_.Path() / "fehlt", target_), fs::filesystem_error);
+  EXPECT_EQ(codedb::ReadWholeFile(target_ / "M1.txt"), "alt");
+  EXPECT_EQ(Names(temp_.Path()), (std::vector<std::string>{"nach", "von"}));
+}
+
+TEST(CleanName, DropsWhatNoFileNameMayHold) {
+  EXPECT_EQ(CleanName("a:b*c"), "abc");
+  EXPECT_EQ(CleanName("/\\:*?<>|\""), "");
+  EXPECT_EQ(CleanName("Größe 1"), "Größe 1");
+}
+
+}  // namespace
+}  // namespace quillmate::ui

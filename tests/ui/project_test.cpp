@@ -1,0 +1,272 @@
+#include <QAbstractItemModelTester>
+
+#include "command_table.h"
+#include "window_test.h"
+
+namespace quillmate::testing {
+namespace {
+
+using ui::Answer;
+using ui::Buttons;
+using ui::MessageIcon;
+
+const QString kUnsaved = QStringLiteral("Excel Quillmate 1.0 Projekt: Quelle [Quelle] [nicht gespeichert !!!]");
+
+class ProjectTest : public WindowTest {};
+
+TEST_F(ProjectTest, TicksGoFromProjectToModulesAndBack) {
+  Start();
+  const QAbstractItemModelTester tester(Tree("treApp").model());
+  const auto states = [this] {
+    return QList<int>{HostNode(0).data(Qt::CheckStateRole).toInt(), HostNode(0, 0).data(Qt::CheckStateRole).toInt(),
+                      HostNode(0, 1).data(Qt::CheckStateRole).toInt()};
+  };
+  Tick(0);
+  EXPECT_EQ(states(), (QList<int>{2, 2, 2}));
+  Tick(0, 0, false);
+  EXPECT_EQ(states(), (QList<int>{1, 0, 2}));
+  Tick(0, 1, false);
+  EXPECT_EQ(states(), (QList<int>{0, 0, 0}));
+  Tick(0, 1);
+  EXPECT_EQ(states(), (QList<int>{1, 0, 2}));
+
+  // A click on the box itself, and Space, as the user does it.
+  QTreeView& tree = Tree("treApp");
+  tree.setCurrentIndex(HostNode(0, 1));
+  QTest::keyClick(&tree, Qt::Key_Space);
+  EXPECT_EQ(states(), (QList<int>{0, 0, 0}));
+}
+
+TEST_F(ProjectTest, ReadsTheTickedModulesAndShowsThem) {
+  StartWithProject();
+  EXPECT_EQ(platform.TakeText(), "");
+  EXPECT_EQ(Window().windowTitle(), kUnsaved);
+  const QAbstractItemModelTester tester(Tree("treProjekt").model());
+  EXPECT_TRUE(Tree("treProjekt").isVisible());
+  EXPECT_EQ(TextOf(*Tree("treProjekt").model()), "Form\n Laden\nZebra\n Adler\n Zahl\n");
+  EXPECT_EQ(Tree("treProjekt").currentIndex(), ProjectNode(0));
+  EXPECT_FALSE(Tree("treProjekt").isExpanded(ProjectNode(0)));
+  EXPECT_TRUE(Code().toPlainText().startsWith("Sub Laden()\n  x = 1\nEnd Sub\n")) << Code().toPlainText().toStdString();
+  EXPECT_TRUE(Code().hasFocus());
+  EXPECT_EQ(Panel("Modul"), "Form");
+  EXPECT_EQ(Panel("Vorgang"), "");
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(ProjectTest, ReadsOnlyWhatIsTickedAndFromTheFilesToo) {
+  settings->WriteSetting("optionen", "aufk", "-1");
+  for (const char* command : {"mnuBearbeiten_Code", "mnuVB"}) {
+    Start();
+    Tick(0, 1);
+    Trigger(command);
+    EXPECT_EQ(TextOf(*Tree("treProjekt").model()), "Zebra\n Adler\n Zahl\n") << command;
+    EXPECT_TRUE(Tree("treProjekt").isExpanded(ProjectNode(0)));
+    EXPECT_EQ(Window().windowTitle(), kUnsaved) << command;
+  }
+}
+
+TEST_F(ProjectTest, AsksForATick) {
+  Start();
+  for (const char* command : {"mnuBearbeiten_Code", "mnuVB"}) {
+    Trigger(command);
+    EXPECT_EQ(platform.TakeText(), "Bitte wählen Sie erst etwas aus");
+  }
+  EXPECT_TRUE(Tree("treApp").isVisible());
+}
+
+TEST_F(ProjectTest, ClicksShowModulesAndRoutines) {
+  StartWithProject();
+  QTreeView& tree = Tree("treProjekt");
+  tree.expandAll();
+  Click(tree, ProjectNode(1, 0));
+  EXPECT_EQ(Panel("Modul"), "Zebra");
+  EXPECT_EQ(Panel("Routine"), "Adler");
+  EXPECT_EQ(Code().textCursor().blockNumber(), 6);
+  EXPECT_EQ(Code().textCursor().selectedText(), "Private");
+  EXPECT_TRUE(Code().hasFocus());
+  EXPECT_TRUE(ProjectNode(1).data(Qt::UserRole).toBool());
+  EXPECT_FALSE(ProjectNode(0).data(Qt::UserRole).toBool());
+
+  Click(tree, ProjectNode(1));
+  EXPECT_EQ(Panel("Routine"), "");
+  EXPECT_EQ(Code().textCursor().position(), 0);
+}
+
+TEST_F(ProjectTest, KeysInTheTreeOnlyMoveUntilEnter) {
+  StartWithProject();
+  QTreeView& tree = Tree("treProjekt");
+  tree.setFocus();
+  QTest::keyClick(&tree, Qt::Key_Down);
+  EXPECT_EQ(tree.currentIndex(), ProjectNode(1));
+  EXPECT_EQ(Panel("Modul"), "Form");
+  QTest::keyClicks(&tree, "f*");
+  EXPECT_EQ(tree.currentIndex(), ProjectNode(1));
+  EXPECT_FALSE(tree.isExpanded(ProjectNode(1)));
+  QTest::keyClick(&tree, Qt::Key_Return);
+  EXPECT_EQ(Panel("Modul"), "Zebra");
+  EXPECT_TRUE(Code().toPlainText().startsWith("Option Explicit"));
+  Click(tree, ProjectNode(0));
+  EXPECT_EQ(Panel("Modul"), "Form") << "a key before must not swallow the click";
+}
+
+TEST_F(ProjectTest, CommandsFollowTheMode) {
+  const struct {
+    const char* name;
+    bool without;
+    bool with;
+  } kRows[] = {
+      {"mnuNeu", false, true},
+      {"neu", false, true},
+      {"mnuSpeichern", false, true},
+      {"save", false, true},
+      {"refresh", true, false},
+      {"mnuAnsicht_App_Aktualisieren", true, false},
+      {"mnuBearbeiten_Code", true, false},
+      {"doit", true, false},
+      {"mnuBearbeiten_Kopieren_Modul", false, true},
+      {"mnuBearbeiten_Kopieren_Auswahl", false, true},
+      {"mnuVB", true, true},
+      {"mnuExtras_Struktur", true, true},
+      {"mnuExtras_ClearClip", true, true},
+      {"mnuDatei_Dateien", true, true},
+      {"mnuEnde", true, true},
+  };
+  Start();
+  for (const auto& row : kRows) EXPECT_EQ(Action(row.name).isEnabled(), row.without) << row.name;
+  Tick(0);
+  Window().PressToolButton("DoIt");
+  for (const auto& row : kRows) EXPECT_EQ(Action(row.name).isEnabled(), row.with) << row.name;
+}
+
+TEST_F(ProjectTest, EveryTableRowLeadsToACommand) {
+  for (const ui::ToolButton& row : ui::ToolButtons()) EXPECT_NE(ui::FindCommand(row.command), nullptr) << row.key;
+  for (const ui::ContextItem& row : ui::ContextItems()) EXPECT_NE(ui::FindCommand(row.command), nullptr) << row.id;
+  EXPECT_EQ(ui::FindToolButton("NEU"), ui::FindToolButton("neu"));
+  EXPECT_EQ(ui::FindToolButton("blind"), nullptr);
+}
+
+TEST_F(ProjectTest, NewAsksAboutTheUnsavedProject) {
+  StartWithProject();
+  platform.answers = {Answer::kCancel};
+  Trigger("mnuNeu");
+  ASSERT_EQ(platform.messages.size(), 1U);
+  EXPECT_EQ(platform.messages[0].icon, MessageIcon::kQuestion);
+  EXPECT_EQ(platform.messages[0].buttons, Buttons::kYesNoCancel);
+  EXPECT_EQ(platform.TakeText(), "Projekt wurde nicht gespeichert !\r\nProjekt jetzt speichern ?");
+  EXPECT_TRUE(Tree("treProjekt").isVisible());
+
+  platform.answers = {Answer::kYes};
+  Trigger("neu");
+  EXPECT_TRUE(Tree("treProjekt").isVisible()) << "no folder chosen: not saved, not left";
+
+  platform.answers = {Answer::kNo};
+  Trigger("neu");
+  EXPECT_TRUE(Tree("treApp").isVisible());
+  EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0");
+  EXPECT_EQ(Code().toPlainText(), "");
+  EXPECT_EQ(Panel("Modul"), "");
+  EXPECT_EQ(Tree("treProjekt").model()->rowCount(), 0);
+  EXPECT_FALSE(std::filesystem::exists(codedb::DatabasePath(globals.RunTempFolder)));
+}
+
+TEST_F(ProjectTest, SavesBeforeLeaving) {
+  StartWithProject();
+  std::filesystem::create_directories(Folder("Ziel"));
+  platform.answers = {Answer::kYes};
+  platform.folders = {QString::fromStdString(codedb::PathText(Folder("Ziel")))};
+  platform.typed = {QStringLiteral(" La:g*er ")};
+  Trigger("mnuNeu");
+  EXPECT_TRUE(Tree("treApp").isVisible());
+  for (const char* file : {"Quillmate.mdb", "M1.txt", "M2.txt"}) {
+    EXPECT_TRUE(std::filesystem::exists(Folder("Ziel") / "Lager" / file)) << file;
+  }
+  EXPECT_EQ(platform.prompts, (QStringList{"Bitte Projektpfad auswählen", "Bitte Projektnamen angeben"}));
+}
+
+TEST_F(ProjectTest, SavedProjectIsTheCurrentOne) {
+  StartWithProject();
+  std::filesystem::create_directories(Folder("Ziel") / "Lager");
+  const auto save = [this](Answer overwrite) {
+    platform.answers = {overwrite};
+    platform.folders = {QString::fromStdString(codedb::PathText(Folder("Ziel")))};
+    platform.typed = {QStringLiteral("Lager")};
+    Trigger("save");
+  };
+  save(Answer::kNo);
+  const QString folder = QString::fromStdString(codedb::PathText(Folder("Ziel") / "Lager")) + QLatin1Char('/');
+  EXPECT_EQ(platform.TakeText(), "\r\nEin Projekt:" + folder + "existiert schon\r\nÜberschreiben ?");
+  EXPECT_EQ(Window().windowTitle(), kUnsaved);
+  Tree("treProjekt").expandAll();
+  Click(Tree("treProjekt"), ProjectNode(1, 0));
+  save(Answer::kYes);
+  EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0 Projekt: Lager");
+  EXPECT_FALSE(std::filesystem::exists(codedb::DatabasePath(globals.RunTempFolder)));
+  EXPECT_EQ(Code().textCursor().selectedText(), "Private");
+  Click(Tree("treProjekt"), ProjectNode(0, 0));
+  EXPECT_EQ(Code().textCursor().selectedText(), "Sub");
+  platform.messages.clear();
+  Trigger("mnuNeu");
+  EXPECT_EQ(platform.TakeText(), "") << "nothing unsaved";
+}
+
+TEST_F(ProjectTest, MissingTemplateLeavesTheTreeWithItsTicks) {
+  Start();
+  Tick(0);
+  std::filesystem::remove(TemplateFile());
+  Trigger("mnuBearbeiten_Code");
+  ASSERT_EQ(platform.messages.size(), 1U);
+  EXPECT_EQ(platform.messages[0].icon, MessageIcon::kCritical);
+  EXPECT_TRUE(platform.TakeText().startsWith("Die notwendige Datenbank\r\n"));
+  EXPECT_TRUE(Tree("treApp").isVisible());
+  EXPECT_EQ(HostNode(0, 1).data(Qt::CheckStateRole), Qt::Checked);
+  EXPECT_TRUE(Action("doit").isEnabled());
+}
+
+TEST_F(ProjectTest, VanishedModuleEndsTheReadAndRefreshesTheList) {
+  Start();
+  Tick(0);
+  std::filesystem::remove(Sources() / "Zebra.bas");
+  Trigger("mnuBearbeiten_Code");
+  ASSERT_EQ(platform.messages.size(), 1U);
+  EXPECT_EQ(platform.messages[0].icon, MessageIcon::kExclamation);
+  EXPECT_TRUE(platform.messages[0].text.startsWith("Fehler beim Einlesen !\r\n"));
+  EXPECT_TRUE(platform.messages[0].detail.contains("Zebra.bas"));
+  EXPECT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Form\n");
+  EXPECT_EQ(HostNode(0).data(Qt::CheckStateRole), Qt::Checked);
+  EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0");
+}
+
+TEST_F(ProjectTest, ModuleTextThatIsGoneIsToldAndNothingMoves) {
+  StartWithProject();
+  std::filesystem::remove(codedb::ModuleTextPath(globals.TempFolder, 2));
+  Click(Tree("treProjekt"), ProjectNode(1));
+  EXPECT_TRUE(platform.TakeText().contains("M2.txt"));
+  EXPECT_EQ(Panel("Modul"), "Form");
+  EXPECT_TRUE(Code().toPlainText().startsWith("Sub Laden"));
+}
+
+TEST_F(ProjectTest, ReadingFilesOverAProjectAsksFirst) {
+  StartWithProject();
+  platform.answers = {Answer::kCancel};
+  Trigger("mnuVB");
+  EXPECT_TRUE(Tree("treProjekt").isVisible());
+  AddModule("Zebra.bas", "Sub Neu()\r\n  x\r\nEnd Sub\r\n");
+  platform.answers = {Answer::kNo};
+  Trigger("mnuVB");
+  EXPECT_EQ(TextOf(*Tree("treProjekt").model()), "Form\n Laden\nZebra\n Neu\n");
+}
+
+TEST_F(ProjectTest, OutlineGoesToTheClipboard) {
+  StartWithProject();
+  Trigger("mnuExtras_Struktur");
+  EXPECT_EQ(platform.clipboard.text, "Form\r\n\tLaden\r\nZebra\r\n\tAdler\r\n\tZahl\r\n");
+  EXPECT_EQ(platform.TakeText(), "Struktur in der Zwischenablage erstellt");
+  Trigger("mnuExtras_ClearClip");
+  EXPECT_EQ(platform.clipboard.text, "");
+  globals.Options.meld = false;
+  Trigger("mnuExtras_Struktur");
+  EXPECT_EQ(platform.TakeText(), "");
+}
+
+}  // namespace
+}  // namespace quillmate::testing

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <deque>
+#include <vector>
+
+#include <quillmate/ui/platform.h>
+
+namespace quillmate::testing {
+
+/// Stands in for the desktop: keeps what was shown, and answers from what the test has put in. A question without a
+/// prepared answer is answered with the first button.
+class RecordingPlatform : public ui::Platform {
+ public:
+  std::vector<ui::Message> messages;
+  std::deque<ui::Answer> answers;
+  std::deque<QString> typed;
+  std::deque<QString> folders;
+  QStringList files;
+  ui::ClipboardContent clipboard;
+
+  ui::Answer Show(const ui::Message& message) override {
+    messages.push_back(message);
+    return Next(answers, message.buttons == ui::Buttons::kOk ? ui::Answer::kOk : ui::Answer::kYes);
+  }
+  std::optional<QString> AskText(const QString&, const QString& prompt, const QString&) override {
+    prompts.append(prompt);
+    return typed.empty() ? std::nullopt : std::optional(Next(typed, {}));
+  }
+  QString ChooseFolder(const QString& title, const QString&) override {
+    prompts.append(title);
+    return Next(folders, {});
+  }
+  QStringList ChooseFiles(const QString& title, const QString&, const QString&) override {
+    prompts.append(title);
+    return files;
+  }
+  void SetClipboard(const ui::ClipboardContent& content) override { clipboard = content; }
+  QString ClipboardText() override { return clipboard.text; }
+  void ClearClipboard() override { clipboard = {}; }
+  bool OpenInBrowser(const QString&) override { return true; }
+  qint64 Milliseconds() override { return clock += 1000; }
+
+  /// The text of the only message since the last call; all texts when there were more.
+  QString TakeText() {
+    QStringList texts;
+    for (const ui::Message& message : messages) texts.append(message.text);
+    messages.clear();
+    return texts.join(QStringLiteral("|"));
+  }
+
+  QStringList prompts;
+  qint64 clock = 0;
+
+ private:
+  template <typename Value>
+  static Value Next(std::deque<Value>& values, Value otherwise) {
+    if (values.empty()) return otherwise;
+    Value value = values.front();
+    values.pop_front();
+    return value;
+  }
+};
+
+}  // namespace quillmate::testing

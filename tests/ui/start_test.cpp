@@ -1,0 +1,178 @@
+#include <QMimeData>
+#include <QToolButton>
+#include <fstream>
+
+#include "window_test.h"
+
+namespace quillmate::testing {
+namespace {
+
+using ui::Answer;
+using ui::MessageIcon;
+
+class StartTest : public WindowTest {
+ protected:
+  std::vector<std::string> Remembered() { return settings::LoadSources(*settings); }
+  std::string Path(const char* name) { return codedb::PathText(Sources() / name); }
+
+  void Drop(const QStringList& files) {
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString& file : files) urls.append(QUrl::fromLocalFile(file));
+    data.setUrls(urls);
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    // Sending would ask for a drag in progress.
+    static_cast<QObject&>(Window()).event(&drop);
+    QApplication::processEvents();
+  }
+};
+
+TEST_F(StartTest, ListsTheSourcesAllExpandedAndUnticked) {
+  Start();
+  EXPECT_EQ(platform.TakeText(), "");
+  EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0");
+  EXPECT_TRUE(Window().isVisible());
+  EXPECT_TRUE(Tree("treApp").isVisible());
+  EXPECT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Form\n Zebra\n");
+  EXPECT_TRUE(Tree("treApp").isExpanded(HostNode(0)));
+  EXPECT_EQ(HostNode(0).data(Qt::CheckStateRole), Qt::Unchecked);
+  EXPECT_EQ(Action("mnuAnsicht_App_Aktualisieren").text(), "&Aktualisieren Excel VBA Projekte");
+  EXPECT_EQ(Action("refresh").toolTip(), "Aktualisieren Excel VBA Projekte (F5)");
+}
+
+TEST_F(StartTest, SaysThatTheHostIsNotOpenWithoutSources) {
+  settings->RemoveSettingSection("quellen");
+  Start();
+  ASSERT_EQ(platform.messages.size(), 1U);
+  EXPECT_EQ(platform.messages[0].title, "Excel Quillmate 1.0");
+  EXPECT_TRUE(platform.messages[0].text.startsWith("Excel ist im Moment nicht geöffnet."));
+  EXPECT_EQ(platform.messages[0].icon, MessageIcon::kInformation);
+}
+
+TEST_F(StartTest, OffersToForgetSourcesThatAreGone) {
+  for (const Answer answer : {Answer::kNo, Answer::kYes}) {
+    settings::SaveSources(*settings, {"/gibt/es/nicht", codedb::PathText(Sources())});
+    platform.answers = {Answer::kOk, answer};
+    Start();
+    ASSERT_EQ(platform.messages.size(), 2U);
+    EXPECT_TRUE(platform.messages[0].text.contains("/gibt/es/nicht: ")) << platform.messages[0].text.toStdString();
+    EXPECT_TRUE(platform.messages[1].text.contains("Aus der Liste entfernen ?"));
+    EXPECT_EQ(Remembered().size(), answer == Answer::kNo ? 2U : 1U);
+    platform.messages.clear();
+  }
+}
+
+TEST_F(StartTest, AddsFilesAndFoldersAndForgetsWhatIsNoSource) {
+  Start();
+  codedb::WriteWholeFile(Sources() / "bild.png", std::string("\0\1\2", 3));
+  Tick(0, 1);
+  platform.files = {QString::fromStdString(Path("Zebra.bas")), QString::fromStdString(Path("bild.png"))};
+  Trigger("mnuDatei_Dateien");
+  EXPECT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Form\n Zebra\nZebra [Zebra.bas]\n Zebra\n");
+  EXPECT_EQ(HostNode(0, 1).data(Qt::CheckStateRole), Qt::Checked) << "adding a source unticks nothing";
+  EXPECT_EQ(Remembered(), (std::vector<std::string>{codedb::PathText(Sources()), Path("Zebra.bas")}));
+  EXPECT_TRUE(platform.TakeText().contains("bild.png: "));
+
+  platform.folders = {QString::fromStdString(codedb::PathText(Sources()) + "/")};
+  Trigger("mnuDatei_Ordner");
+  EXPECT_EQ(Remembered().size(), 2U) << "a known source is not added twice";
+  Drop({QString::fromStdString(Path("Form.frm"))});
+  EXPECT_EQ(Tree("treApp").model()->rowCount(), 3);
+}
+
+TEST_F(StartTest, RemovesASource) {
+  settings::SaveSources(*settings, {Path("Form.frm"), codedb::PathText(Sources())});
+  Start();
+  Tick(1, 0);
+  Tree("treApp").setCurrentIndex(HostNode(0, 0));
+  Trigger("mnuPopUpEinlesen_Entfernen");
+  EXPECT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Form\n Zebra\n");
+  EXPECT_EQ(HostNode(0, 0).data(Qt::CheckStateRole), Qt::Checked);
+  EXPECT_EQ(Remembered(), std::vector<std::string>{codedb::PathText(Sources())});
+  Tree("treApp").setCurrentIndex(HostNode(0));
+  Trigger("mnuPopUpEinlesen_Entfernen");
+  EXPECT_EQ(Tree("treApp").model()->rowCount(), 0);
+  EXPECT_EQ(platform.TakeText(), "");
+}
+
+TEST_F(StartTest, AppliesTheStoredDisplaySize) {
+  const struct {
+    const char* usb;
+    const char* bis;
+    bool maximized;
+    QString message;
+  } kCases[] = {
+      {"0", "MAX", false, ""},
+      {"-1", "MAX", true, ""},
+      {"-1", "100;200", false, "Falsche Bildschirmdaten"},
+      {"-1", "0;0;-5;900", false, "Falsche Bildschirmdaten"},
+      {"-1", "900000;0;9000;9000", false, "Falsche Bildschirmdaten"},
+  };
+  for (const auto& c : kCases) {
+    settings->WriteSetting("optionen", "usb", c.usb);
+    settings->WriteSetting("optionen", "bis", c.bis);
+    Start();
+    EXPECT_EQ(Window().isMaximized(), c.maximized) << c.bis;
+    EXPECT_EQ(platform.TakeText(), c.message) << c.bis;
+  }
+}
+
+TEST_F(StartTest, StoresTheDisplaySizeInTwips) {
+  Start();
+  const double twips = 1440.0 / Window().logicalDpiX();
+  Window().move(32, 48);
+  Window().resize(640, 400);
+  platform.answers = {Answer::kNo};
+  Trigger("mnuExtras_Screen_define");
+  EXPECT_EQ(settings->ReadSetting("optionen", "bis"), "");
+  EXPECT_EQ(platform.TakeText(), "Aktuelle Anzeigegrösse als Standard festlegen ?");
+  Trigger("mnuExtras_Screen_define");
+  EXPECT_EQ(QString::fromStdString(settings->ReadSetting("optionen", "bis")),
+            QStringLiteral("%1;%2;%3;%4").arg(32 * twips).arg(48 * twips).arg(640 * twips).arg(400 * twips));
+  const QRect stored = Window().geometry();
+  Window().showMaximized();
+  Trigger("mnuExtras_Screen_call");
+  EXPECT_FALSE(Window().isMaximized());
+  EXPECT_EQ(Window().geometry(), stored);
+  Window().showMaximized();
+  Trigger("mnuExtras_Screen_define");
+  EXPECT_EQ(settings->ReadSetting("optionen", "bis"), "max");
+}
+
+TEST_F(StartTest, EndsTheRunOnce) {
+  Start();
+  int ended = 0;
+  Window().onEnd = [&ended] { ++ended; };
+  EXPECT_TRUE(std::filesystem::exists(globals.RunTempFolder));
+  Trigger("mnuEnde");
+  Window().Unload();
+  EXPECT_EQ(ended, 1);
+  EXPECT_FALSE(std::filesystem::exists(globals.RunTempFolder));
+}
+
+TEST_F(StartTest, MiniWindowLeadsBackOrEnds) {
+  for (const bool back : {true, false}) {
+    Start(true);
+    int ended = 0;
+    Window().onEnd = [&ended] { ++ended; };
+    EXPECT_FALSE(Window().isVisible());
+    QWidget* mini = nullptr;
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      if (widget->objectName() == "frmMin" && widget->isVisible()) mini = widget;
+    }
+    ASSERT_NE(mini, nullptr);
+    EXPECT_EQ(mini->pos(), QPoint(0, 0));
+    EXPECT_TRUE(mini->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    if (back) {
+      QTest::mouseClick(mini->findChild<QToolButton*>("cmdClose"), Qt::LeftButton);
+    } else {
+      mini->close();
+    }
+    EXPECT_FALSE(mini->isVisible());
+    EXPECT_EQ(Window().isVisible(), back);
+    EXPECT_EQ(ended, back ? 0 : 1);
+  }
+}
+
+}  // namespace
+}  // namespace quillmate::testing

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QStringList>
+#include <QTest>
+#include <QTreeView>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/settings/sources.h>
+#include <quillmate/ui/main_window.h>
+
+#include "recording_platform.h"
+#include "settings/temp_folder.h"
+
+namespace quillmate::testing {
+
+/// The real window over a program folder of its own, with the desktop replaced.
+class WindowTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::filesystem::copy_file(std::filesystem::path(QUILLMATE_BIN_DIR) / codedb::kTemplateFile, TemplateFile());
+    AddModule("Zebra.bas",
+              "Attribute VB_Name = \"Zebra\"\r\nOption Explicit\r\n\r\nPublic Sub Zahl()\r\n"
+              "  Call Adler ' \344\366\374\r\nEnd Sub\r\n\r\nPrivate Sub Adler()\r\n  s = \"x\"\r\nEnd Sub\r\n");
+    AddModule("Form.frm", "Attribute VB_Name = \"Form\"\r\nSub Laden()\r\n  x = 1\r\nEnd Sub\r\n");
+    AddModule("Kurz.bas", "Attribute VB_Name = \"Kurz\"\r\nOption Explicit\r\n\r\n");
+    settings::SaveSources(*settings, {codedb::PathText(Sources())});
+  }
+
+  std::filesystem::path Sources() const { return folder_.Path() / "Quelle"; }
+  std::filesystem::path TemplateFile() const { return folder_.Path() / codedb::kTemplateFile; }
+  std::filesystem::path Folder(const char* name) const { return folder_.Path() / name; }
+
+  void AddModule(const char* name, const std::string& code) const {
+    std::filesystem::create_directories(Sources());
+    codedb::WriteWholeFile(Sources() / name, code);
+  }
+
+  /// Starts the program up to the visible window.
+  ui::MainWindow& Start(bool mini = false) {
+    startup::BeginStart(globals, 1, {folder_.Path(), TemplateFile()}, *settings);
+    mark_ = std::make_unique<startup::InstanceMark>(globals.TempFolder);
+    window_ = std::make_unique<ui::MainWindow>(
+        ui::Surroundings{globals, *mark_, *settings, platform, documents_, documents_});
+    window_->Load(mini);
+    QApplication::setActiveWindow(window_.get());
+    return *window_;
+  }
+  /// The same, and everything read.
+  ui::MainWindow& StartWithProject() {
+    Start();
+    platform.messages.clear();
+    Tick(0);
+    Trigger("mnuBearbeiten_Code");
+    return *window_;
+  }
+
+  ui::MainWindow& Window() { return *window_; }
+  QAction& Action(const char* name) { return *window_->findChild<QAction*>(QString::fromLatin1(name)); }
+  void Trigger(const char* name) { Action(name).trigger(); }
+  QTreeView& Tree(const char* name) { return *window_->findChild<QTreeView*>(QString::fromLatin1(name)); }
+  QPlainTextEdit& Code() { return *window_->findChild<QPlainTextEdit*>(QStringLiteral("rtbHaupt")); }
+  QString Panel(const char* key) { return window_->findChild<QLabel*>(QString::fromLatin1(key))->text(); }
+
+  /// A node of the host tree by its position: project, module in it (-1: the project itself).
+  QModelIndex HostNode(int project, int module = -1) {
+    const QAbstractItemModel& model = *Tree("treApp").model();
+    const QModelIndex top = model.index(project, 0);
+    return module < 0 ? top : model.index(module, 0, top);
+  }
+  void Tick(int project, int module = -1, bool ticked = true) {
+    Tree("treApp").model()->setData(HostNode(project, module), ticked ? Qt::Checked : Qt::Unchecked,
+                                    Qt::CheckStateRole);
+  }
+  QModelIndex ProjectNode(int module, int routine = -1) {
+    const QAbstractItemModel& model = *Tree("treProjekt").model();
+    const QModelIndex top = model.index(module, 0);
+    return routine < 0 ? top : model.index(routine, 0, top);
+  }
+  void Click(QTreeView& tree, const QModelIndex& index) {
+    tree.scrollTo(index);
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(index).center());
+  }
+
+  /// What a tree shows, one node a line, children behind their parent with a blank in front.
+  static QString TextOf(const QAbstractItemModel& model, const QModelIndex& parent = {}, const QString& indent = {}) {
+    QString text;
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+      const QModelIndex index = model.index(row, 0, parent);
+      text += indent + index.data().toString() + QLatin1Char('\n') + TextOf(model, index, indent + QLatin1Char(' '));
+    }
+    return text;
+  }
+
+  RecordingPlatform platform;
+  std::unique_ptr<settings::SettingsStore> settings = settings::MemorySettings();
+  startup::AppGlobals globals;
+
+ private:
+  TempFolder folder_;
+  std::unique_ptr<startup::InstanceMark> mark_;
+  host::DocumentHost documents_;
+  std::unique_ptr<ui::MainWindow> window_;
+};
+
+}  // namespace quillmate::testing
