@@ -132,6 +132,22 @@ BENCHMARK_CAPTURE(
     "HAVING (((Count(td_rout.rou_name))<2));")
     ->Unit(benchmark::kMillisecond);
 
+/// One query per caller found: the length of the module must not count.
+void BM_RoutineAtLineOfLongModule(benchmark::State& state) {
+  const ScratchFolder folder;
+  CodeDatabase database;
+  Fill(database, folder.path, StatementsOfRead(40000));
+  database.ExecuteSql(
+      "UPDATE td_rout SET td_rout.mod_num =1, td_rout.rou_start =[rou_num]*20, td_rout.rou_ende =[rou_num]*20+15");
+  for (auto _ : state) {
+    Recordset rows = database.OpenRecordset(
+        "SELECT td_rout.rou_name,   td_rout.rou_start,   td_rout.rou_ende FROM td_rout WHERE "
+        "(((td_rout.rou_start)<=400005) AND ((td_rout.rou_ende)>=400005) AND ((td_rout.mod_num)=1));");
+    if (!rows.Next()) state.SkipWithError("no routine at the line");
+  }
+}
+BENCHMARK(BM_RoutineAtLineOfLongModule)->Unit(benchmark::kMicrosecond);
+
 void BM_OpenIndex(benchmark::State& state) {
   const ScratchFolder folder;
   CodeDatabase database;

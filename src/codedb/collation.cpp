@@ -54,19 +54,14 @@ bool StandsAlone(std::string_view text, std::size_t at) noexcept {
   return at + 1 >= text.size() || WeightAt(text, at + 1) != 0;
 }
 
-int CompareBytes(std::string_view a, std::string_view b) noexcept {
-  const int order = a.compare(b);
-  return order;
-}
-
 int CompareWithCollator(std::string_view a, std::string_view b) noexcept {
   const UCollator* const collator = GermanCollator();
   constexpr std::size_t kLongest = std::numeric_limits<std::int32_t>::max();
-  if (collator == nullptr || a.size() > kLongest || b.size() > kLongest) return CompareBytes(a, b);
+  if (collator == nullptr || a.size() > kLongest || b.size() > kLongest) return a.compare(b);
   UErrorCode error = U_ZERO_ERROR;
   const UCollationResult order = ucol_strcollUTF8(collator, a.data(), static_cast<std::int32_t>(a.size()), b.data(),
                                                   static_cast<std::int32_t>(b.size()), &error);
-  return U_FAILURE(error) ? CompareBytes(a, b) : static_cast<int>(order);
+  return U_FAILURE(error) ? a.compare(b) : static_cast<int>(order);
 }
 
 int CompareForSqlite(void*, int aSize, const void* a, int bSize, const void* b) {

@@ -101,6 +101,7 @@ Connection::Connection(const std::filesystem::path& file) {
     CheckTables();
     CheckPages();
   } catch (const DatabaseError& reason) {
+    // The destructor of an object that never came to be does not run.
     Close();
     throw DatabaseError("Die Datenbank " + PathText(file) + " lässt sich nicht öffnen.\r\n" + reason.what());
   }

@@ -32,10 +32,14 @@ TEST(CodeDatabase, QueriesOfTheProgram) {
   index.AddRoutine(4, 2, "ZEBRA", "2", "3");
   index.AddRoutine(5, 3, "zebra", "1");
   index.AddRoutine(6, 3, "GetTickCount", "12", "1", "3");
+  index.AddRoutine(7, 2, "Wert", "4");
+  index.AddRoutine(8, 2, "Wert", "3");
   index.SetSpan(1, 5, 20);
   index.SetSpan(2, 22, 40);
   index.SetSpan(3, 42, 44);
-  index.SetSpan(4, 1, 3);
+  index.SetSpan(4, 1, 9);
+  index.SetSpan(7, 3, 4);
+  index.SetSpan(8, 6, 8);
   index.SetLine("rou_start", "7", 6);
   index.database.ExecuteSql(
       "UPDATE td_rout SET td_rout.rou_ende = [rou_start]+([anz_dec_zeilen]-1) WHERE (([rou_typ]>10) And (mod_num=3));");
@@ -59,10 +63,16 @@ TEST(CodeDatabase, QueriesOfTheProgram) {
        "[rou_open]"
        " AS iflag FROM td_rout ORDER BY td_rout.mod_num,   td_rout.rou_name;",
        4,
-       "M1|R2|adler|R2O1;M1|R3|\326l|R4O1;M1|R1|Zebra|R1O2;M2|R4|ZEBRA|R2O3;M3|R6|GetTickCount|R12O1;M3|R5|zebra|R1O1"},
+       "M1|R2|adler|R2O1;M1|R3|\326l|R4O1;M1|R1|Zebra|R1O2;M2|R7|Wert|R4O1;M2|R8|Wert|R3O1;M2|R4|ZEBRA|R2O3;M3|R6|"
+       "GetTickCount|R12O1;M3|R5|zebra|R1O1"},
       {"SELECT td_rout.rou_start, td_rout.rou_open From td_rout WHERE (((td_rout.rou_name)='\366L') AND "
        "((td_rout.mod_num)=1));",
        2, "42|1"},
+      // The first record counts: of a name the routine read first, at a line the one that started last.
+      {"SELECT td_rout.rou_start, td_rout.rou_open From td_rout WHERE (((td_rout.rou_name)='wert') AND "
+       "((td_rout.mod_num)=2));",
+       1, "3;6"},
+      {atLine("7", "2"), 1, "Wert;ZEBRA"},
       {otherModules, 4, "1|2|\304pfel|3;|3|Apfelmus|1"},
       {"SELECT td_Mod.mod_typ,   td_Mod.mod_name,   td_Mod.mod_num FROM td_Mod Where td_mod.mod_num = 4", 3,
        "32|Fremd|4"},
@@ -226,7 +236,7 @@ std::string FilledIndex(const fs::path& folder) {
   FreshIndex index;
   for (int i = 1; i <= 500; ++i) index.AddRoutine(i, 1, std::string(60, 'x') + std::to_string(i));
   index.database.Close();
-  const std::string bytes = ReadWholeFile(DatabasePath(index.folder.Path()));
+  std::string bytes = ReadWholeFile(DatabasePath(index.folder.Path()));
   WriteBytes(DatabasePath(folder), bytes);
   return bytes;
 }

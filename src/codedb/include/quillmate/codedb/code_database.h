@@ -14,16 +14,19 @@
 ///   td_mod  (mod_num 32 bit key, mod_name text, mod_typ 16 bit, mod_zeilen 32 bit)
 ///   td_rout (rou_num 32 bit key, mod_num 32 bit, rou_name text, rou_typ 16 bit, rou_open 16 bit,
 ///            anz_dec_zeilen 16 bit, rou_start 32 bit, rou_ende 32 bit)
-/// Text compares and sorts without regard to case, umlauts included. A number that does not fit its column is refused.
+/// Text compares and sorts as collation.h says. Values may be given as text; what is no whole number or does not fit
+/// its column is refused. What a query leaves open is settled: routines come in the order of their numbers, those at a
+/// line (rou_start <= line, rou_ende >= line, mod_num = module) with the latest start first.
 namespace quillmate::codedb {
 
-/// A statement or a file that the database refused. what() is UTF-8.
+/// A statement or a file that the database refused. what() is German, UTF-8, and may hold several lines (CR LF).
 class DatabaseError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// A forward-readable result. Valid until its database is closed.
+/// A forward-readable result. It may outlive its database: once that is closed, every call throws DatabaseError. So
+/// does reading a field before the first or behind the last record.
 class Recordset {
  public:
   Recordset(Recordset&&) noexcept;
@@ -48,7 +51,8 @@ class Recordset {
   std::unique_ptr<State> state_;
 };
 
-/// The open database (there is one at a time). Statements are texts in the Jet dialect, Windows-1252.
+/// The open database (there is one at a time). Statements are texts in the dialect that jet_sql.h describes,
+/// Windows-1252. Statements that differ in their values alone are prepared once.
 class CodeDatabase {
  public:
   CodeDatabase();
@@ -56,8 +60,9 @@ class CodeDatabase {
   CodeDatabase(const CodeDatabase&) = delete;
   CodeDatabase& operator=(const CodeDatabase&) = delete;
 
-  /// Opens the file shared and writable (read-only where the medium allows no more). Throws DatabaseError when the
-  /// file is missing, damaged, locked, or lacks one of the two tables. An earlier database is closed first.
+  /// Opens the file shared and writable (read-only where the medium allows no more) and looks through all of it.
+  /// Throws DatabaseError when the file is missing, damaged, locked, or lacks one of the two tables; it is never
+  /// created. An earlier database is closed first. A mere reader writes nothing, neither into the file nor beside it.
   void Open(const std::filesystem::path& file);
   /// Never fails; also when nothing is open.
   void Close() noexcept;
@@ -69,6 +74,7 @@ class CodeDatabase {
   Recordset OpenRecordset(std::string_view statement);
 
   /// One read is one transaction: everything up to Commit becomes visible at once, Rollback (or closing) drops it.
+  /// Begin within a transaction and Commit without one throw DatabaseError; Rollback without one does nothing.
   void Begin();
   void Commit();
   void Rollback() noexcept;

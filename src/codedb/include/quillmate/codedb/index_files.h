@@ -16,8 +16,9 @@ struct PrepareResult {
   std::string message;
 };
 
-/// Copies the template over `folder`/Quillmate.mdb, replacing an earlier file (and what the database engine left
-/// beside it). False with a message when the template is missing, false without one on any other error.
+/// Copies the template over `folder`/Quillmate.mdb, replacing an earlier file or link (and what the database engine
+/// left beside it). The copy can be written even when the template can't. False with a message when the template is
+/// missing, false without one on any other error.
 PrepareResult PrepareCodeDatabase(const std::filesystem::path& folder, const std::filesystem::path& templateFile);
 
 /// The folder's database file.
@@ -31,12 +32,14 @@ void WriteModuleText(const std::filesystem::path& folder, int moduleNumber, std:
 /// The file's bytes. Throws std::runtime_error (UTF-8, names the file).
 std::string ReadModuleText(const std::filesystem::path& folder, int moduleNumber);
 
-/// Any file's bytes, and any bytes into a file; failures as above.
+/// Any file's bytes, and any bytes into a file; failures as above. A file that can't be written whole (full disk) is
+/// removed: half a file would pass for a whole one.
 std::string ReadWholeFile(const std::filesystem::path& file);
 void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
-/// Deletes the files directly in `folder`, provided that the path names the scratch root "TempDateien". Errors are
-/// ignored, symbolic links are removed, never followed; sub-folders stay.
+/// Deletes the files directly in `folder`, provided that a part of its path is the scratch root "TempDateien", as it is
+/// written and with all links and ".." followed, and that `folder` itself is no link. Errors are ignored, symbolic
+/// links in it are removed, never followed; sub-folders stay.
 void DeleteScratchFiles(const std::filesystem::path& folder) noexcept;
 
 /// A path as UTF-8 text, for messages, and the way back.

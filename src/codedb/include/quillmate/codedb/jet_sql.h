@@ -50,8 +50,8 @@ struct JetStatement {
   std::vector<JetLiteral> literals;
 };
 
-/// Translates one statement (Windows-1252). The literals point into `statement`. Throws JetSyntaxError.
-JetStatement TranslateJet(std::string_view statement);
+/// Translates one statement (Windows-1252). The literals point into `source`. Throws JetSyntaxError.
+JetStatement TranslateJet(std::string_view source);
 
 /// True when `statement` has that shape; its literals are then in `literals` (whose memory is reused). One pass, no
 /// allocation once `literals` has grown. Gives exactly what TranslateJet would.
