@@ -1,12 +1,16 @@
 #include <cstring>
 
 #include <quillmate/export/plain_text.h>
+#include <quillmate/text/marker_match.h>
 
-#include "marker_match_p.h"
 #include "pieces_p.h"
 
 namespace quillmate::output {
 namespace {
+
+using text::CountedMarkerAt;
+using text::kMarkerLength;
+using text::Marker;
 
 /// Appends the piece without its markers.
 void AppendPlain(std::string& out, std::string_view piece) {
@@ -15,7 +19,7 @@ void AppendPlain(std::string& out, std::string_view piece) {
   const char* in = start;
   while (const void* found = std::memchr(in, '|', static_cast<std::size_t>(end - in))) {
     const char* bar = static_cast<const char*>(found);
-    if (ReplacedMarkerAt(bar, end) == Marker::kNone) {
+    if (CountedMarkerAt(bar, end) == Marker::kNone) {
       in = bar + 1;
       continue;
     }

@@ -2,12 +2,16 @@
 #include <memory>
 
 #include <quillmate/export/rtf.h>
+#include <quillmate/text/marker_match.h>
 
-#include "marker_match_p.h"
 #include "pieces_p.h"
 
 namespace quillmate::output {
 namespace {
+
+using text::CountedMarkerAt;
+using text::kMarkerLength;
+using text::Marker;
 
 /// No byte of the input becomes longer than a TAB does.
 constexpr std::string_view kTab = "\\tab ";
@@ -75,7 +79,7 @@ class BodyWriter {
 
   /// Writes the marker or the plain bar at `bar`; returns what follows it.
   const char* PutBar(const char* bar, const char* end) noexcept {
-    const Marker marker = ReplacedMarkerAt(bar, end);
+    const Marker marker = CountedMarkerAt(bar, end);
     const bool written = bold_ ? marker != Marker::kNone : marker < Marker::kHeaderLineOpen;
     if (written) {
       Put(kControlWords[static_cast<std::size_t>(marker)]);

@@ -1,11 +1,14 @@
 #include <cstring>
 
 #include <quillmate/navigation/code_view.h>
-
-#include "marker_match_p.h"
+#include <quillmate/text/marker_match.h>
 
 namespace quillmate::navigation {
 namespace {
+
+using text::CountedMarkerAt;
+using text::kMarkerLength;
+using text::Marker;
 
 /// Collects the text and its runs. Colour and bold are switches as in the RTF: an opener sets the colour, whatever it
 /// was, and one closing header marker ends the bold of a line that was wrapped twice.

@@ -5,12 +5,13 @@
 
 #include <quillmate/text/markers.h>
 
-/// Which markers of a marked-up text count in the code view: those that the RTF of the module gets control words for.
+/// Which markers of a marked-up text count: those that the exports replace and the code view leaves out.
 ///
+/// The exports are described as replacements over the whole text, one marker after the other, in the order of the enum.
 /// Two markers overlap only when the last bar of one is the first bar of the next; the one that comes first in the enum
 /// wins, of two equal ones the left one. Scanned code never holds such a pair, but code that itself contains byte 159
 /// may.
-namespace quillmate::navigation {
+namespace quillmate::text {
 
 enum class Marker : std::uint8_t {
   kSpanClose,
@@ -22,10 +23,10 @@ enum class Marker : std::uint8_t {
   kNone
 };
 
-inline constexpr std::size_t kMarkerLength = text::SpanClose.size();
+inline constexpr std::size_t kMarkerLength = SpanClose.size();
 
 constexpr Marker MarkerFromLetters(char second, char third) noexcept {
-  if (second == text::kMarkerByte) {
+  if (second == kMarkerByte) {
     switch (third) {
       case 'k':
         return Marker::kCommentOpen;
@@ -39,7 +40,7 @@ constexpr Marker MarkerFromLetters(char second, char third) noexcept {
         return Marker::kNone;
     }
   }
-  if (third != text::kMarkerByte) return Marker::kNone;
+  if (third != kMarkerByte) return Marker::kNone;
   if (second == 'n') return Marker::kSpanClose;
   return second == 'y' ? Marker::kHeaderLineClose : Marker::kNone;
 }
@@ -65,4 +66,4 @@ constexpr Marker CountedMarkerAt(const char* bar, const char* end) noexcept {
   return counts ? first : Marker::kNone;
 }
 
-}  // namespace quillmate::navigation
+}  // namespace quillmate::text
