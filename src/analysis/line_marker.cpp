@@ -23,7 +23,7 @@ enum ByteClass : std::uint8_t { kWordByte, kSeparator, kQuote, kApostrophe, kRet
 
 constexpr std::array<std::uint8_t, 256> MakeClasses() {
   std::array<std::uint8_t, 256> classes{};
-  for (const unsigned char c : {' ', '\t', '(', ')', ','}) classes[c] = kSeparator;
+  for (const char c : {' ', '\t', '(', ')', ','}) classes[static_cast<unsigned char>(c)] = kSeparator;
   classes['"'] = kQuote;
   classes['\''] = kApostrophe;
   classes['\r'] = kReturn;
