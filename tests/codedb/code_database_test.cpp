@@ -72,7 +72,7 @@ TEST(CodeDatabase, QueriesOfTheProgram) {
       {"SELECT td_rout.rou_start, td_rout.rou_open From td_rout WHERE (((td_rout.rou_name)='wert') AND "
        "((td_rout.mod_num)=2));",
        1, "3;6"},
-      {atLine("7", "2"), 1, "Wert;ZEBRA"},
+      {atLine("7", "2"), 1, "ZEBRA;Wert"},
       {otherModules, 4, "1|2|\304pfel|3;|3|Apfelmus|1"},
       {"SELECT td_Mod.mod_typ,   td_Mod.mod_name,   td_Mod.mod_num FROM td_Mod Where td_mod.mod_num = 4", 3,
        "32|Fremd|4"},

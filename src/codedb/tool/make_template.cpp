@@ -16,10 +16,8 @@ namespace {
 // of 16 and 32 bits. Each check bears the name of its column: the program names it when a value is refused.
 // The keys are the row numbers, so that an update by number is one step down the tree.
 // td_rout_modul serves what is asked for a module as a whole, in the order of the routines' numbers; it grows at its
-// end while a project is read. td_rout_zeilen serves the routines at a line: the latest start comes first, which is
-// nearly always the only hit, however long the module. It leaves out the rows whose line is still to come: each gets in
-// once. Names have no index: a scan finds one among 40,000 routines within a few milliseconds, while an index on them
-// would cost as much as all other work of a read.
+// end while a project is read. Names have no index: a scan finds one among 40,000 routines within a few milliseconds,
+// while an index on them would cost as much as all other work of a read.
 constexpr std::array kSchema = {
     "PRAGMA journal_mode = MEMORY",
     "PRAGMA page_size = 4096",
@@ -42,7 +40,6 @@ constexpr std::array kSchema = {
     "rou_ende INTEGER CONSTRAINT rou_ende CHECK (rou_ende BETWEEN -2147483648 AND 2147483647)"
     ") STRICT",
     "CREATE INDEX td_rout_modul ON td_rout (mod_num)",
-    "CREATE INDEX td_rout_zeilen ON td_rout (mod_num, rou_start DESC) WHERE rou_start IS NOT NULL",
     "COMMIT",
 };
 

@@ -15,8 +15,7 @@
 ///   td_rout (rou_num 32 bit key, mod_num 32 bit, rou_name text, rou_typ 16 bit, rou_open 16 bit,
 ///            anz_dec_zeilen 16 bit, rou_start 32 bit, rou_ende 32 bit)
 /// Text compares and sorts as collation.h says. Values may be given as text; what is no whole number or does not fit
-/// its column is refused. What a query leaves open is settled: routines come in the order of their numbers, those at a
-/// line (rou_start <= line, rou_ende >= line, mod_num = module) with the latest start first.
+/// its column is refused. Where a query leaves the order open, rows come in the order of their numbers.
 namespace quillmate::codedb {
 
 /// A statement or a file that the database refused. what() is German, UTF-8, and may hold several lines (CR LF).
