@@ -6,6 +6,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <quillmate/export/html.h>
 #include <quillmate/export/plain_text.h>
 #include <quillmate/export/rtf.h>
 
@@ -64,8 +65,30 @@ void PlainTextWhole(benchmark::State& state) {
   CountBytes(state, code);
 }
 
+void BuildHtmlWhole(benchmark::State& state) {
+  const std::string code = CodeOf(state);
+  HtmlOptions options;
+  options.boldRoutines = state.range(1) != 0;
+  for ([[maybe_unused]] auto round : state) benchmark::DoNotOptimize(BuildHtml(code, options));
+  CountBytes(state, code);
+}
+
+void BuildHtmlPieces(benchmark::State& state) {
+  const std::string code = CodeOf(state);
+  HtmlOptions options;
+  options.boldRoutines = state.range(1) != 0;
+  std::size_t written = 0;
+  for ([[maybe_unused]] auto round : state) {
+    BuildHtml(code, options, [&](std::string_view piece) { written += piece.size(); });
+  }
+  benchmark::DoNotOptimize(written);
+  CountBytes(state, code);
+}
+
 BENCHMARK(ColourBodyWhole)->ArgsProduct({{1, 10, 40}, {0, 1}})->Unit(benchmark::kMillisecond);
 BENCHMARK(ColourBodyPieces)->ArgsProduct({{1, 10, 40}, {0, 1}})->Unit(benchmark::kMillisecond);
+BENCHMARK(BuildHtmlWhole)->ArgsProduct({{1, 10, 40}, {0, 1}})->Unit(benchmark::kMillisecond);
+BENCHMARK(BuildHtmlPieces)->ArgsProduct({{1, 10, 40}, {0, 1}})->Unit(benchmark::kMillisecond);
 BENCHMARK(PlainTextWhole)->Arg(1)->Arg(10)->Arg(40)->Unit(benchmark::kMillisecond);
 
 }  // namespace

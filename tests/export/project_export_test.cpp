@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/export/html.h>
 #include <quillmate/export/module_header.h>
 #include <quillmate/export/plain_text.h>
 #include <quillmate/export/project_export.h>
@@ -60,6 +61,21 @@ TEST_F(ProjectExport, OneFrameAroundAllModules) {
     EXPECT_EQ(Collect([&](const Sink& sink) { ProjectText(folder_, modules_, headers, sink); }), PlainText(marked));
   }
   EXPECT_EQ(Collect([&](const Sink& sink) { ModuleText(folder_, 2, sink); }), "' \344\r\n");
+}
+
+TEST_F(ProjectExport, HtmlHasOnePiecePerModule) {
+  const HtmlOptions options;
+  const std::string first = std::string(kFirst) + "\r\n";
+  const std::string second = std::string(kSecond) + "\r\n";
+  EXPECT_EQ(Collect([&](const Sink& sink) { ModuleHtml(folder_, 2, options, sink); }), BuildHtml(second, options));
+  EXPECT_EQ(Collect([&](const Sink& sink) { ProjectHtml(folder_, modules_, false, options, sink); }),
+            BuildHtml(first, options) + BuildHtml(second, options));
+  const std::string headed = Collect([&](const Sink& sink) { ProjectHtml(folder_, modules_, true, options, sink); });
+  EXPECT_EQ(headed, BuildHtml(HeaderBlock("mdlA", "M2") + first, options) +
+                        BuildHtml(HeaderBlockWithType("Tabelle1", "M5") + second, options));
+  EXPECT_NE(headed.find("'  Modul&#58;  Tabelle1  M5\r\n"), std::string::npos);
+  EXPECT_EQ(HtmlTypeLine("M3"), "Typ = Klassenmodul");
+  EXPECT_EQ(HtmlTypeLine("M32"), "");
 }
 
 TEST_F(ProjectExport, FilesAreReplacedWholeOrNotAtAll) {

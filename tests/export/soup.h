@@ -8,7 +8,8 @@
 
 namespace quillmate::output {
 
-/// Text of random fragments: whole, broken and touching markers, line breaks and their halves, what RTF escapes.
+/// Text of random fragments: whole, broken and touching markers, line breaks and their halves, what RTF and HTML
+/// escape.
 inline std::string MarkerSoup(unsigned seed, std::size_t fragments) {
   static constexpr std::string_view kFragments[] = {"|\237k|", "|\237f|", "|\237s|",
                                                     "|n\237|", "|\237x|", "|y\237|",
@@ -20,7 +21,9 @@ inline std::string MarkerSoup(unsigned seed, std::size_t fragments) {
                                                     "\r\n",    "\t",      "\\",
                                                     "{",       "}",       "\\par ",
                                                     "\\cf0 ",  " ",       "a",
-                                                    "End Sub", "\344",    std::string_view("\0", 1)};
+                                                    "End Sub", "\344",    std::string_view("\0", 1),
+                                                    "&",       "<",       "&#38;",
+                                                    "(\"+",    ":)",      "\326\337#"};
   std::mt19937 random(seed);
   // Few kinds of fragments in one text: what matters meets more often.
   std::string_view chosen[6];
