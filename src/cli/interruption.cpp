@@ -1,12 +1,9 @@
 #include "interruption.h"
 
-#include <csignal>
 #include <list>
 #include <system_error>
-#include <thread>
 
-#include <pthread.h>
-#include <unistd.h>
+#include "platform.h"
 
 namespace quillmate::cli {
 namespace {
@@ -33,44 +30,17 @@ void RemoveForGood(const std::filesystem::path& path) {
   }
 }
 
-[[noreturn]] void EndBySignal(int signal) {
+void RemoveLeftovers() {
   Registry& registry = TheRegistry();
   registry.mutex.lock();  // for good
   for (const auto& path : registry.leftovers) {
     RemoveForGood(path);
   }
-  std::signal(signal, SIG_DFL);
-  sigset_t set;
-  sigemptyset(&set);
-  sigaddset(&set, signal);
-  pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
-  kill(getpid(), signal);
-  _exit(128 + signal);
-}
-
-bool IsIgnored(int signal) {
-  struct sigaction action = {};
-  return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }
 
 }  // namespace
 
-void WatchSignals() {
-  sigset_t watched;
-  sigemptyset(&watched);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    if (!IsIgnored(signal)) {
-      sigaddset(&watched, signal);
-    }
-  }
-  pthread_sigmask(SIG_BLOCK, &watched, nullptr);
-  std::thread([watched] {
-    int signal = 0;
-    while (sigwait(&watched, &signal) != 0) {
-    }
-    EndBySignal(signal);
-  }).detach();
-}
+void WatchSignals() { OnEndingSignal(RemoveLeftovers); }
 
 RunLock::RunLock() : lock_(TheRegistry().mutex) {}
 

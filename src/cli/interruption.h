@@ -4,12 +4,11 @@
 #include <functional>
 #include <mutex>
 
-/// Ending a run early. SIGINT, SIGTERM and SIGHUP remove what the run has left half done and then end the process as
-/// the signal would have done by itself, so that the caller sees the signal in the exit status.
+/// Ending a run early. A signal that ends the process (Ctrl+C, the system's request to end, a closed terminal) first
+/// removes what the run has left half done.
 namespace quillmate::cli {
 
-/// Begins to watch for the signals. To be called once, before any other thread is started. A signal that the caller
-/// has set to be ignored stays ignored.
+/// Begins to watch for the signals. To be called once, before any other thread is started.
 void WatchSignals();
 
 /// While it is held no signal ends the run. Whoever waits for it while a signal is ending the run waits for ever, so

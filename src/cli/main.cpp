@@ -56,5 +56,5 @@ int RunProgram(const std::vector<std::string>& arguments) {
 int main(int argc, char** argv) {
   quillmate::cli::PrepareStandardStreams();
   quillmate::cli::WatchSignals();
-  return quillmate::cli::RunProgram({argv + (argc > 0 ? 1 : 0), argv + argc});
+  return quillmate::cli::RunProgram(quillmate::cli::Arguments(argc, argv));
 }

@@ -24,8 +24,9 @@ fs::path FollowLinks(const fs::path& target) {
   return error ? target : real;
 }
 
-fs::path TemporaryName(const fs::path& target) {
-  return target.parent_path() / ("." + target.filename().string() + ".quillmate-" + std::to_string(ProcessNumber()));
+/// One of the names for a temporary file beside a target; they differ from those of every other running process.
+fs::path TemporaryName(const fs::path& target, int attempt) {
+  return target.parent_path() / (".quillmate-" + std::to_string(ProcessNumber()) + "-" + std::to_string(attempt));
 }
 
 }  // namespace
@@ -55,7 +56,7 @@ void Output::OpenFile(const std::string& target) {
     Fail(EISDIR);
   }
   if (fs::exists(status) && !fs::is_regular_file(status)) {
-    stream_ = OpenStream(target_, "wb");
+    stream_ = OpenStream(target_, OpenMode::kExisting);
     return stream_ == nullptr ? Fail(errno) : void();
   }
   if (fs::exists(status)) {
@@ -69,7 +70,7 @@ void Output::OpenFile(const std::string& target) {
 
 /// A write-protected file stays, although the folder would let another take its place.
 void Output::CheckWritable() const {
-  std::FILE* const probe = OpenStream(target_, "r+b");
+  std::FILE* const probe = OpenStream(target_, OpenMode::kExisting);
   if (probe == nullptr) {
     Fail(errno);
   }
@@ -77,11 +78,14 @@ void Output::CheckWritable() const {
 }
 
 void Output::OpenTemporary() {
-  int reason = 0;
+  int reason = EEXIST;
   temporary_ = std::make_unique<Leftover>([&] {
-    fs::path path = TemporaryName(target_);
-    stream_ = OpenStream(path, "wbx");
-    reason = errno;
+    fs::path path;
+    for (int attempt = 1; stream_ == nullptr && reason == EEXIST; ++attempt) {
+      path = TemporaryName(target_, attempt);
+      stream_ = OpenStream(path, OpenMode::kNew);
+      reason = errno;
+    }
     return stream_ == nullptr ? fs::path() : path;
   });
   if (stream_ == nullptr) {

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 /// What the program needs from the operating system beyond the standard library.
 namespace quillmate::cli {
@@ -10,6 +12,14 @@ namespace quillmate::cli {
 /// Makes the standard streams safe to use: bytes pass unchanged, a reader that has gone shows as a write error instead
 /// of a signal, and a stream that the caller had closed can't be taken by the next file that is opened.
 void PrepareStandardStreams();
+
+/// The command line behind the program's name, UTF-8 (elsewhere than on Windows as the bytes that were given).
+std::vector<std::string> Arguments(int argc, char** argv);
+
+/// From now on a signal that ends the process (SIGINT, SIGTERM, SIGHUP; on Windows the console's events) runs `cleanUp`
+/// in a thread of its own first. Then the process ends as the signal would have ended it, so that the caller sees the
+/// signal in the exit status. A signal that the caller has set to be ignored stays ignored.
+void OnEndingSignal(void (*cleanUp)());
 
 /// The folder of the running executable, symbolic links resolved; empty when the system does not tell.
 std::filesystem::path ExecutableFolder();
@@ -19,8 +29,10 @@ bool ErrorStreamIsTerminal() noexcept;
 /// Columns of that terminal; 80 when it does not tell.
 std::size_t TerminalColumns() noexcept;
 
-/// std::fopen for a path; sets errno.
-std::FILE* OpenStream(const std::filesystem::path& file, const char* mode) noexcept;
+/// kNew fails when the file is there already, kExisting when it is not; both leave a file that is there as it is.
+enum class OpenMode { kNew, kExisting };
+/// Opens a file for writing its bytes; nothing on failure, with the reason in errno.
+std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept;
 
 /// A number that no other running process of this machine has.
 long ProcessNumber() noexcept;

@@ -1,10 +1,14 @@
+#ifndef _WIN32
+
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <string>
 #include <system_error>
+#include <thread>
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,6 +16,24 @@
 #include "platform.h"
 
 namespace quillmate::cli {
+namespace {
+
+bool IsIgnored(int signal) {
+  struct sigaction action = {};
+  return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+[[noreturn]] void EndBySignal(int signal) {
+  std::signal(signal, SIG_DFL);
+  sigset_t set;
+  sigemptyset(&set);
+  sigaddset(&set, signal);
+  pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+  kill(getpid(), signal);
+  _exit(128 + signal);
+}
+
+}  // namespace
 
 void PrepareStandardStreams() {
   std::signal(SIGPIPE, SIG_IGN);
@@ -21,6 +43,26 @@ void PrepareStandardStreams() {
       static_cast<void>(open("/dev/null", O_RDONLY));  // takes the lowest free number, which is this one
     }
   }
+}
+
+std::vector<std::string> Arguments(int argc, char** argv) { return {argv + (argc > 0 ? 1 : 0), argv + argc}; }
+
+void OnEndingSignal(void (*cleanUp)()) {
+  sigset_t watched;
+  sigemptyset(&watched);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    if (!IsIgnored(signal)) {
+      sigaddset(&watched, signal);
+    }
+  }
+  pthread_sigmask(SIG_BLOCK, &watched, nullptr);
+  std::thread([watched, cleanUp] {
+    int signal = 0;
+    while (sigwait(&watched, &signal) != 0) {
+    }
+    cleanUp();
+    EndBySignal(signal);
+  }).detach();
 }
 
 std::filesystem::path ExecutableFolder() {
@@ -36,8 +78,10 @@ std::size_t TerminalColumns() noexcept {
   return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
-std::FILE* OpenStream(const std::filesystem::path& file, const char* mode) noexcept {
-  return std::fopen(file.c_str(), mode);
+std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept {
+  const int flags = O_WRONLY | O_CLOEXEC | (mode == OpenMode::kNew ? O_CREAT | O_EXCL : 0);
+  const int descriptor = open(file.c_str(), flags, 0666);
+  return descriptor < 0 ? nullptr : fdopen(descriptor, "wb");
 }
 
 long ProcessNumber() noexcept { return getpid(); }
@@ -60,3 +104,5 @@ bool ExchangeFolders(const std::filesystem::path& a, const std::filesystem::path
 }
 
 }  // namespace quillmate::cli
+
+#endif

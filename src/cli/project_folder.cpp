@@ -32,10 +32,9 @@ fs::path ResolveTarget(const std::string& target) {
 
 /// A new hidden folder beside the target. Its name holds "TempDateien", without which the program deletes nothing.
 fs::path MakeFolderBeside(const fs::path& target) {
-  const std::string stem =
-      "." + codedb::PathText(target.filename()) + ".TempDateien-" + std::to_string(ProcessNumber()) + "-";
+  const std::string stem = ".Quillmate-TempDateien-" + std::to_string(ProcessNumber()) + "-";
   for (int number = 1;; ++number) {
-    fs::path folder = target.parent_path() / codedb::PathFromText(stem + std::to_string(number));
+    fs::path folder = target.parent_path() / (stem + std::to_string(number));
     std::error_code error;
     if (fs::create_directory(folder, error)) {
       return folder;
