@@ -20,6 +20,7 @@ constexpr std::size_t kKeptLines = 60000;
 QPalette PaperPalette(QPalette palette) {
   palette.setColor(QPalette::Base, Qt::white);
   palette.setColor(QPalette::Text, Qt::black);
+  palette.setColor(QPalette::PlaceholderText, QColor(0x70, 0x70, 0x70));
   palette.setColor(QPalette::Highlight, QColor(0x9c, 0xc8, 0xf5));
   palette.setColor(QPalette::HighlightedText, Qt::black);
   return palette;

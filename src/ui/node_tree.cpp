@@ -28,7 +28,22 @@ class MarkDelegate : public QStyledItemDelegate {
   }
 };
 
+/// The style makes the frame of a box from the window's colour, darkened: on dark ground it vanishes.
+class TickDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const bool isDark = option->palette.color(QPalette::Base).lightness() < 128;
+    if (isDark) option->palette.setColor(QPalette::Window, QColor(0xa8, 0xa8, 0xa8));
+  }
+};
+
 }  // namespace
+
+TickTree::TickTree(QWidget* parent) : QTreeView(parent) { setItemDelegate(new TickDelegate(this)); }
 
 void SetUpTree(QTreeView& tree, const QString& name) {
   tree.setObjectName(name);
@@ -53,9 +68,11 @@ void NodeTree::drawRow(QPainter* painter, const QStyleOptionViewItem& option, co
     QTreeView::drawRow(painter, option, index);
     return;
   }
-  QStyleOptionViewItem inverted = option;
-  Invert(inverted.palette);
-  QTreeView::drawRow(painter, inverted, index);
+  // In front of the inverted name the row stays plain, selected or not, so that its arrow can be seen.
+  QStyleOptionViewItem plain = option;
+  plain.palette.setColor(QPalette::Highlight, plain.palette.color(QPalette::Base));
+  plain.palette.setColor(QPalette::HighlightedText, plain.palette.color(QPalette::Text));
+  QTreeView::drawRow(painter, plain, index);
 }
 
 void NodeTree::keyPressEvent(QKeyEvent* event) {

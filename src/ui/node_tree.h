@@ -21,6 +21,12 @@ class NodeTree : public QTreeView {
   void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 };
 
+/// A tree whose nodes have check boxes. On a dark desktop the empty boxes get a frame that can be seen.
+class TickTree : public QTreeView {
+ public:
+  explicit TickTree(QWidget* parent = nullptr);
+};
+
 /// What all trees of the window have in common.
 void SetUpTree(QTreeView& tree, const QString& name);
 

@@ -30,7 +30,7 @@ Shell::Shell(MainWindow& mainWindow, const Surroundings& surroundings) : around(
 }
 
 void Shell::BuildTrees() {
-  treApp = new QTreeView;
+  treApp = new TickTree;
   SetUpTree(*treApp, QStringLiteral("treApp"));
   hostModel = new HostTreeModel(treApp);
   treApp->setModel(hostModel);
