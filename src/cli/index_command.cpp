@@ -21,7 +21,7 @@ void CopyFile(const fs::path& from, const fs::path& to) {
     fs::permissions(to, fs::perms::owner_write, fs::perm_options::add, error);
   }
   if (error) {
-    throw CommandFailure(codedb::PathText(from) + " kann nicht kopiert werden: " + error.message());
+    throw CommandFailure(codedb::PathText(from) + " kann nicht kopiert werden: " + SystemReason(error));
   }
 }
 

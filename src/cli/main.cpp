@@ -1,7 +1,9 @@
+#include <filesystem>
 #include <new>
 #include <string>
 #include <vector>
 
+#include <quillmate/codedb/index_files.h>
 #include <quillmate/startup/edition.h>
 
 #include "commands.h"
@@ -42,6 +44,8 @@ int RunProgram(const std::vector<std::string>& arguments) {
     return kExitUsage;
   } catch (const ReaderGone&) {
     return kExitDone;
+  } catch (const std::filesystem::filesystem_error& error) {
+    Complain(codedb::PathText(error.path1()) + ": " + SystemReason(error.code()));
   } catch (const std::bad_alloc&) {
     Complain("Der Speicher reicht nicht");
   } catch (const std::exception& error) {

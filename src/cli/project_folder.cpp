@@ -25,7 +25,7 @@ fs::path ResolveTarget(const std::string& target) {
   std::error_code error;
   fs::path path = fs::weakly_canonical(fs::absolute(codedb::PathFromText(target)), error);
   if (error) {
-    throw CommandFailure(target + ": " + error.message());
+    throw CommandFailure(target + ": " + SystemReason(error));
   }
   return path.has_filename() ? path : path.parent_path();
 }
@@ -40,7 +40,7 @@ fs::path MakeFolderBeside(const fs::path& target) {
       return folder;
     }
     if (error) {
-      Fail(target, "Der Ordner kann nicht angelegt werden: " + error.message());
+      Fail(target, "Der Ordner kann nicht angelegt werden: " + SystemReason(error));
     }
   }
 }
@@ -83,7 +83,7 @@ void ClearOldFolder(const fs::path& old, const fs::path& target) try {
   fs::remove(old);
 } catch (const fs::filesystem_error& error) {
   Fail(target, "Das neue Projekt ist geschrieben, in " + codedb::PathText(old) +
-                   " liegen noch Dateien von vorher: " + error.code().message());
+                   " liegen noch Dateien von vorher: " + SystemReason(error.code()));
 }
 
 bool IsNumberBetween(std::string_view name, std::string_view before, std::string_view behind) {
@@ -136,7 +136,7 @@ void NewProjectFolder::Finish() try {
     PutInPlace();
   }
 } catch (const fs::filesystem_error& error) {
-  Fail(target_, "Das Projekt kann nicht an seinen Platz gebracht werden: " + error.code().message());
+  Fail(target_, "Das Projekt kann nicht an seinen Platz gebracht werden: " + SystemReason(error.code()));
 }
 
 void NewProjectFolder::PutInPlace() {

@@ -14,7 +14,7 @@ fs::path MakeScratchFolder() try {
   return MakePrivateFolder(fs::temp_directory_path(), "Quillmate-TempDateien-");
 } catch (const fs::filesystem_error& error) {
   throw CommandFailure("Im Ordner für temporäre Dateien " + codedb::PathText(error.path1()) +
-                       " lässt sich kein Ordner anlegen: " + error.code().message());
+                       " lässt sich kein Ordner anlegen: " + SystemReason(error.code()));
 }
 
 }  // namespace

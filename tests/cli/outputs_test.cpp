@@ -93,9 +93,9 @@ TEST_F(CliTest, StandardOutputThatTakesNothing) {
     int status;
     const char* err;
   } cases[] = {
-      {"a.bas", ">/dev/full", 1, "Standardausgabe kann nicht geschrieben werden: No space left on device"},
-      {"lang.bas", ">/dev/full", 1, "Standardausgabe kann nicht geschrieben werden: No space left on device"},
-      {"a.bas", ">&-", 1, "Standardausgabe kann nicht geschrieben werden: Bad file descriptor"},
+      {"a.bas", ">/dev/full", 1, "Standardausgabe kann nicht geschrieben werden: Der Datenträger ist voll"},
+      {"lang.bas", ">/dev/full", 1, "Standardausgabe kann nicht geschrieben werden: Der Datenträger ist voll"},
+      {"a.bas", ">&-", 1, "Standardausgabe kann nicht geschrieben werden: Geschlossen"},
       {"a.bas", "<&- >/dev/null", 0, ""},
       {"a.bas", "2>&- >/dev/null", 0, ""},
   };
