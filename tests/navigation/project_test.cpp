@@ -1,52 +1,10 @@
-#include <filesystem>
-#include <string>
-
-#include <gtest/gtest.h>
-
-#include <quillmate/codedb/code_database.h>
-#include <quillmate/codedb/index_files.h>
 #include <quillmate/navigation/code_views.h>
 #include <quillmate/navigation/project_tree.h>
 
+#include "project_fixture.h"
+
 namespace quillmate::navigation {
 namespace {
-
-namespace fs = std::filesystem;
-
-/// A fresh folder that goes away with the test.
-class Project : public testing::Test {
- protected:
-  Project() {
-    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = fs::path(testing::TempDir()) / (std::string("quillmate_") + test->name());
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
-  }
-  ~Project() override { fs::remove_all(folder_); }
-
-  codedb::CodeDatabase& Database() {
-    codedb::PrepareCodeDatabase(folder_, fs::path(QUILLMATE_BIN_DIR) / codedb::kTemplateFile);
-    database_.Open(codedb::DatabasePath(folder_));
-    return database_;
-  }
-
-  fs::path folder_;
-  codedb::CodeDatabase database_;
-};
-
-void AddModule(codedb::CodeDatabase& database, const std::string& number, const std::string& name,
-               const std::string& kind) {
-  database.ExecuteSql("INSERT INTO td_mod(mod_num,mod_name,mod_typ,mod_zeilen) SELECT '" + number + "' AS AX1, '" +
-                      name + "' AS AX2, '" + kind + "' AS AX3, '9' AS AX4");
-}
-
-void AddRoutine(codedb::CodeDatabase& database, const std::string& number, const std::string& module,
-                const std::string& name, const std::string& codes) {
-  database.ExecuteSql(
-      "INSERT INTO td_rout(rou_typ,rou_open,anz_dec_zeilen,rou_name,rou_num,mod_num) "
-      "SELECT " +
-      codes + "'1' AS AX3, '" + name + "' AS AX4, '" + number + "' AS AX5, '" + module + "' AS AX6");
-}
 
 std::string Describe(const ProjectTree& tree) {
   std::string lines;

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include <quillmate/text/characters.h>
+
+namespace quillmate::navigation {
+
+inline bool IsIdentifierAt(std::string_view text, std::size_t offset) noexcept {
+  return text::IsIdentifierCharacter(static_cast<unsigned char>(text[offset]));
+}
+
+}  // namespace quillmate::navigation
