@@ -1,0 +1,168 @@
+#include <quillmate/navigation/search.h>
+#include <quillmate/navigation/zoom.h>
+#include <quillmate/text/markers.h>
+#include <quillmate/text/operations.h>
+
+#include "needle_p.h"
+#include "words_p.h"
+
+namespace quillmate::navigation {
+namespace {
+
+constexpr std::string_view kNotInModule =
+    "Der Suchtext\r\n"
+    "wurde im Modul nicht gefunden .\r\n";
+constexpr std::string_view kNotInProject = "Der Suchtext wurde im gesamten Projekt nicht gefunden";
+constexpr std::string_view kNoNextInModule =
+    "Der Suchtext\r\n"
+    "wurde ausgehend von  der letzten Position \r\n"
+    "im Modul nicht gefunden .\r\n";
+constexpr std::string_view kNoNextInProject = "Der Suchtext wurde nicht gefunden";
+
+/// Where the commands begin in a view: a match at its very first character is not found.
+constexpr std::size_t kTop = 1;
+
+/// A word ends wherever two identifier characters do not meet.
+bool IsWordLimit(std::string_view text, std::size_t offset) noexcept {
+  return offset == 0 || offset == text.size() || !IsIdentifierAt(text, offset - 1) || !IsIdentifierAt(text, offset);
+}
+
+/// The find operation with what it needs to know about the searched text.
+class Finder {
+ public:
+  Finder(std::string_view searched, bool wholeWord) : needle_(searched, true), wholeWord_(wholeWord) {}
+
+  std::optional<std::size_t> Find(std::string_view text, std::size_t start) {
+    needle_.Start(text, start);
+    for (std::size_t found = needle_.Next(); found != std::string_view::npos; found = needle_.Next()) {
+      if (IsMatch(text, found)) return found;
+    }
+    return std::nullopt;
+  }
+
+  std::vector<TextMatch> FindAll(std::string_view text) {
+    std::vector<TextMatch> matches;
+    std::size_t free = 0;
+    needle_.Start(text, 0);
+    for (std::size_t found = needle_.Next(); found != std::string_view::npos; found = needle_.Next()) {
+      if (found < free || !IsMatch(text, found)) continue;
+      matches.push_back({found, needle_.Length()});
+      free = found + needle_.Length();
+    }
+    return matches;
+  }
+
+  std::size_t Length() const noexcept { return needle_.Length(); }
+
+ private:
+  bool IsMatch(std::string_view text, std::size_t found) const noexcept {
+    return !wholeWord_ || (IsWordLimit(text, found) && IsWordLimit(text, found + needle_.Length()));
+  }
+
+  Needle needle_;
+  bool wholeWord_;
+};
+
+/// The views that a command goes through, one after the other.
+class Search {
+ public:
+  Search(CodeViews& views, const SearchRequest& request)
+      : views_(views), finder_(text::Trim(request.text), request.wholeWord) {}
+
+  bool In(int view, std::size_t start) {
+    const auto position = finder_.Find(views_.View(view).Text(), start);
+    if (position) result_ = {SearchOutcome::kFound, view, *position, finder_.Length(), {}};
+    return position.has_value();
+  }
+
+  /// The views from one index up to another, which no longer belongs to them.
+  bool FromTop(int first, int end) {
+    for (int view = first; view < end; ++view) {
+      if (In(view, kTop)) return true;
+    }
+    return false;
+  }
+
+  SearchResult Result(bool found, std::string_view message) const {
+    return found ? result_ : SearchResult{SearchOutcome::kNotFound, 0, 0, 0, message};
+  }
+
+ private:
+  CodeViews& views_;
+  Finder finder_;
+  SearchResult result_;
+};
+
+/// What both commands answer before they search; nothing when they have to.
+std::optional<SearchResult> AnswerAtOnce(const SearchRequest& request) {
+  if (request.zoomMode) return SearchResult{SearchOutcome::kZoomMode, 0, 0, 0, kZoomModeText};
+  if (text::Trim(request.text).empty()) return SearchResult{};
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::size_t> Find(std::string_view text, std::string_view searched, std::size_t start, bool wholeWord) {
+  if (searched.empty()) return std::nullopt;
+  return Finder(searched, wholeWord).Find(text, start);
+}
+
+SearchResult FindFirst(CodeViews& views, const SearchRequest& request) {
+  if (const auto answer = AnswerAtOnce(request)) return *answer;
+  Search search(views, request);
+  if (!request.project) return search.Result(search.In(views.Current(), kTop), kNotInModule);
+  return search.Result(search.FromTop(0, views.Count()), kNotInProject);
+}
+
+SearchResult FindNext(CodeViews& views, const SearchRequest& request) {
+  if (const auto answer = AnswerAtOnce(request)) return *answer;
+  Search search(views, request);
+  const int current = views.Current();
+  const bool inCurrent = search.In(current, views.View(current).SelStart() + 1);
+  if (!request.project) return search.Result(inCurrent, kNoNextInModule);
+  const bool found = inCurrent || search.FromTop(current + 1, views.Count()) || search.FromTop(0, current + 1);
+  return search.Result(found, kNoNextInProject);
+}
+
+std::vector<TextMatch> FindAll(std::string_view text, std::string_view searched, bool wholeWord) {
+  if (searched.empty()) return {};
+  return Finder(searched, wholeWord).FindAll(text);
+}
+
+ModuleHits DescribeHits(codedb::CodeDatabase& database, const CodeView& view, int index,
+                        const std::vector<TextMatch>& matches) {
+  ModuleHits module{index, {}, {}};
+  if (matches.empty()) return module;
+  module.routines = ReadRoutineLines(database, index + 1);
+  module.hits.reserve(matches.size());
+  LineWalk routines(module.routines);
+  for (const TextMatch& match : matches) {
+    const long line = static_cast<long>(view.LineFromChar(match.position)) + 1;
+    module.hits.push_back({match, line, routines.At(line)});
+  }
+  return module;
+}
+
+std::vector<ModuleHits> AllHits(codedb::CodeDatabase& database, CodeViews& views, std::string_view searched,
+                                bool wholeWord) {
+  std::vector<ModuleHits> modules;
+  if (searched.empty()) return modules;
+  Finder finder(searched, wholeWord);
+  for (int i = 0; i < views.Count(); ++i) {
+    const CodeView& view = views.View(i);
+    const std::vector<TextMatch> matches = finder.FindAll(view.Text());
+    if (!matches.empty()) modules.push_back(DescribeHits(database, view, i, matches));
+  }
+  return modules;
+}
+
+std::string_view LineText(const CodeView& view, long line) noexcept {
+  if (line < 1 || line > static_cast<long>(view.LineCount())) return {};
+  const auto index = static_cast<std::size_t>(line) - 1;
+  const std::size_t start = view.LineStart(index);
+  const bool isLast = index + 1 == view.LineCount();
+  const std::size_t end = isLast ? view.Length() : view.LineStart(index + 1) - text::kLineBreak.size();
+  return std::string_view(view.Text()).substr(start, end - start);
+}
+
+}  // namespace quillmate::navigation
