@@ -58,16 +58,21 @@ std::string LockedText(int locked) {
   return locked == 1 ? "1 gesperrtes Projekt ausgelassen" : std::to_string(locked) + " gesperrte Projekte ausgelassen";
 }
 
-host::ListResult List(Shell& shell, bool keepTicks) {
+host::ListResult ReadTree(Shell& shell, bool keepTicks) {
+  const Working working(shell);
   host::HostTree tree;
   const host::ListResult result =
       host::ListHostProjects(shell.around.host, shell.Globals().hostSelector == startup::kAccess, tree);
   if (keepTicks) Tick(tree, TickedModules(shell.hostModel->Tree()));
-  const std::string locked = LockedText(tree.lockedProjects);
   const UpdateLock lock(*shell.treApp);
   shell.hostModel->SetTree(std::move(tree));
   shell.treApp->expandAll();
-  shell.staBar->SetText(StatusPanels::kProgress, FromUtf8(locked));
+  return result;
+}
+
+host::ListResult List(Shell& shell, bool keepTicks) {
+  const host::ListResult result = ReadTree(shell, keepTicks);
+  shell.staBar->SetText(StatusPanels::kProgress, FromUtf8(LockedText(shell.hostModel->Tree().lockedProjects)));
   return result;
 }
 
@@ -121,12 +126,7 @@ void OfferToForgetLost(Shell& shell) {
 }
 
 void Refresh(Shell& shell, bool keepTicks) {
-  host::ListResult result;
-  {
-    const Working working(shell);
-    result = List(shell, keepTicks);
-  }
-  Tell(shell, result);
+  Tell(shell, List(shell, keepTicks));
   OfferToForgetLost(shell);
 }
 
@@ -169,11 +169,7 @@ void AddSources(Shell& shell, const QStringList& paths) {
     if (!Contains(known, source) && !Contains(added, source)) added.push_back(std::move(source));
   }
   UseSources(shell, Joined(known, added));
-  host::ListResult result;
-  {
-    const Working working(shell);
-    result = List(shell, true);
-  }
+  const host::ListResult result = List(shell, true);
   Remember(shell, Joined(known, Usable(added, shell.around.documents.Problems())));
   shell.treApp->scrollToBottom();
   Tell(shell, result);

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 /// The folder that gets the project's folder; empty when the user gives none.
 fs::path ChooseProjectPath(Shell& shell) {
-  const fs::path standard = codedb::PathFromText(shell.Globals().LastProjectFolder);
+  fs::path standard = codedb::PathFromText(shell.Globals().LastProjectFolder);
   std::error_code ignored;
   if (shell.Globals().Options.stapro && fs::is_directory(standard, ignored)) return standard;
   return ToPath(shell.around.platform.ChooseFolder(QStringLiteral("Bitte Projektpfad auswählen"), FromPath(standard)));

@@ -30,11 +30,18 @@ TEST_F(ProjectTest, TicksGoFromProjectToModulesAndBack) {
   Tick(0, 1);
   EXPECT_EQ(states(), (QList<int>{1, 0, 2}));
 
-  // A click on the box itself, and Space, as the user does it.
+  // Space and a click on the box, as the user does it.
   QTreeView& tree = Tree("treApp");
   tree.setCurrentIndex(HostNode(0, 1));
   QTest::keyClick(&tree, Qt::Key_Space);
   EXPECT_EQ(states(), (QList<int>{0, 0, 0}));
+  QStyleOptionViewItem option;
+  option.initFrom(&tree);
+  option.rect = tree.visualRect(HostNode(0));
+  option.features = QStyleOptionViewItem::HasDisplay | QStyleOptionViewItem::HasCheckIndicator;
+  const QRect box = tree.style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, &tree);
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, box.center());
+  EXPECT_EQ(states(), (QList<int>{2, 2, 2}));
 }
 
 TEST_F(ProjectTest, ReadsTheTickedModulesAndShowsThem) {
@@ -181,6 +188,36 @@ TEST_F(ProjectTest, SavesBeforeLeaving) {
     EXPECT_TRUE(std::filesystem::exists(Folder("Ziel") / "Lager" / file)) << file;
   }
   EXPECT_EQ(platform.prompts, (QStringList{"Bitte Projektpfad auswählen", "Bitte Projektnamen angeben"}));
+}
+
+TEST_F(ProjectTest, FailedSaveKeepsTheProject) {
+  StartWithProject();
+  codedb::WriteWholeFile(Folder("Datei"), "kein Ordner");
+  platform.folders = {QString::fromStdString(codedb::PathText(Folder("Datei")))};
+  platform.typed = {QStringLiteral("Lager")};
+  Trigger("mnuSpeichern");
+  ASSERT_EQ(platform.messages.size(), 1U);
+  EXPECT_EQ(platform.messages[0].icon, MessageIcon::kExclamation);
+  EXPECT_EQ(Window().windowTitle(), kUnsaved);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  Tree("treProjekt").expandAll();
+  Click(Tree("treProjekt"), ProjectNode(1, 0));
+  EXPECT_EQ(Code().textCursor().selectedText(), "Private");
+}
+
+TEST_F(ProjectTest, DamagedIndexIsToldAndTheHostTreeStays) {
+  Start();
+  Tick(0);
+  platform.onClock = [this] {
+    if (Window().windowTitle() == kUnsaved) codedb::WriteWholeFile(codedb::DatabasePath(globals.TempFolder), "x");
+  };
+  Trigger("mnuBearbeiten_Code");
+  ASSERT_EQ(platform.messages.size(), 1U);
+  EXPECT_EQ(platform.messages[0].icon, MessageIcon::kExclamation);
+  EXPECT_EQ(platform.TakeText().toStdString(), codedb::BrokenProjectMessage(globals.TempFolder));
+  EXPECT_TRUE(Tree("treApp").isVisible());
+  EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0");
+  EXPECT_TRUE(Action("doit").isEnabled());
 }
 
 TEST_F(ProjectTest, SavedProjectIsTheCurrentOne) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <vector>
 
 #include <quillmate/ui/platform.h>
@@ -38,7 +39,10 @@ class RecordingPlatform : public ui::Platform {
   QString ClipboardText() override { return clipboard.text; }
   void ClearClipboard() override { clipboard = {}; }
   bool OpenInBrowser(const QString&) override { return true; }
-  qint64 Milliseconds() override { return clock += 1000; }
+  qint64 Milliseconds() override {
+    if (onClock) onClock();
+    return clock += 1000;
+  }
 
   /// The text of the only message since the last call; all texts when there were more.
   QString TakeText() {
@@ -49,6 +53,8 @@ class RecordingPlatform : public ui::Platform {
   }
 
   QStringList prompts;
+  /// Called whenever the window looks at the clock: with each progress text.
+  std::function<void()> onClock;
   qint64 clock = 0;
 
  private:

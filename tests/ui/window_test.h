@@ -49,7 +49,7 @@ class WindowTest : public ::testing::Test {
     startup::BeginStart(globals, 1, {folder_.Path(), TemplateFile()}, *settings);
     mark_ = std::make_unique<startup::InstanceMark>(globals.TempFolder);
     window_ = std::make_unique<ui::MainWindow>(
-        ui::Surroundings{globals, *mark_, *settings, platform, documents_, documents_});
+        ui::Surroundings{globals, *mark_, *settings, platform, documents_, host == nullptr ? documents_ : *host});
     window_->Load(mini);
     QApplication::setActiveWindow(window_.get());
     return *window_;
@@ -103,6 +103,8 @@ class WindowTest : public ::testing::Test {
   RecordingPlatform platform;
   std::unique_ptr<settings::SettingsStore> settings = settings::MemorySettings();
   startup::AppGlobals globals;
+  /// Read in place of the documents.
+  host::HostAutomation* host = nullptr;
 
  private:
   TempFolder folder_;

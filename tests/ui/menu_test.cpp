@@ -1,0 +1,137 @@
+#include <QKeySequence>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSet>
+
+#include "code_style.h"
+#include "command_table.h"
+#include "fake_host.h"
+#include "window_test.h"
+
+namespace quillmate::testing {
+namespace {
+
+class MenuTest : public WindowTest {
+ protected:
+  /// The visible popup's items, those that are off in brackets.
+  QStringList PopupItems() {
+    auto* popup = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    if (popup == nullptr) return {};
+    QStringList items;
+    for (const QAction* action : popup->findChildren<QAction*>()) {
+      if (action->menu() != nullptr) continue;
+      items.append(action->isEnabled() ? action->objectName() : "(" + action->objectName() + ")");
+    }
+    popup->close();
+    return items;
+  }
+  void RightClick(QAbstractScrollArea& area, const QPoint& position) {
+    QContextMenuEvent event(QContextMenuEvent::Mouse, position, area.viewport()->mapToGlobal(position));
+    QApplication::sendEvent(area.viewport(), &event);
+  }
+};
+
+TEST_F(MenuTest, KeysAndAccessKeysAreUnambiguous) {
+  Start();
+  QSet<QString> shortcuts;
+  for (const ui::Command& command : ui::Commands()) {
+    if (*command.shortcut == '\0') continue;
+    const QKeySequence keys(QString::fromUtf8(command.shortcut));
+    EXPECT_EQ(keys.count(), 1) << command.id;
+    EXPECT_FALSE(shortcuts.contains(keys.toString())) << command.id;
+    shortcuts.insert(keys.toString());
+  }
+  QList<QMenu*> menus = Window().menuBar()->findChildren<QMenu*>();
+  ASSERT_FALSE(menus.isEmpty());
+  for (const QMenu* menu : menus) {
+    QSet<QChar> access;
+    for (const QAction* action : menu->actions()) {
+      const qsizetype mark = action->text().indexOf(QLatin1Char('&'));
+      if (mark < 0) continue;
+      const QChar key = action->text().at(mark + 1).toLower();
+      EXPECT_FALSE(access.contains(key)) << action->text().toStdString();
+      access.insert(key);
+    }
+  }
+}
+
+TEST_F(MenuTest, ContextMenusFitThePlace) {
+  Start();
+  QTreeView& hosts = Tree("treApp");
+  RightClick(hosts, hosts.visualRect(HostNode(0)).center());
+  EXPECT_EQ(PopupItems(), (QStringList{"mnuPopUpEinlesen_Code", "mnuPopUpEinlesen_Entfernen"}));
+  RightClick(hosts, QPoint(5, hosts.viewport()->height() - 5));
+  EXPECT_EQ(PopupItems(), (QStringList{"mnuPopUpEinlesen_Code", "(mnuPopUpEinlesen_Entfernen)"}));
+  RightClick(Code(), QPoint(5, 5));
+  EXPECT_EQ(PopupItems(), (QStringList{"mnuPopUpEinlesen_Code", "(mnuPopUpEinlesen_Entfernen)"}));
+  Tick(0);
+  Action("mnuPopUpEinlesen_Code").trigger();
+  RightClick(Code(), QPoint(5, 5));
+  EXPECT_EQ(PopupItems(), (QStringList{"mnuPopUpHaupt_Copy_Modul", "mnuPopUpHaupt_Copy_Auswahl"}));
+}
+
+TEST_F(MenuTest, RefreshKeySaysWhatTheHostSays) {
+  FakeHost fake;
+  host = &fake;
+  fake.projects = {{"P", "C:\\a\\P.xls", false}, {"Zu", {}, true}, {"Neu", {}, false}};
+  Start();
+  EXPECT_EQ(TextOf(*Tree("treApp").model()), "P [P.xls]\n Modul1\nNeu [Nicht gespeichert]\n Modul1\n");
+  EXPECT_EQ(Panel("Vorgang"), "1 gesperrtes Projekt ausgelassen");
+  EXPECT_EQ(platform.TakeText(), "");
+  const struct {
+    bool running;
+    float version;
+    const char* text;
+  } kCases[] = {{true, 9, "Excel ist zwar im Moment geöffnet"},
+                {false, 10, "Sie benutzen ExcelXP."},
+                {false, 9, "Excel ist im Moment nicht geöffnet."}};
+  fake.projects.clear();
+  for (const auto& c : kCases) {
+    fake.running = c.running;
+    fake.version = c.version;
+    QTest::keyClick(&Window(), Qt::Key_F5);
+    EXPECT_TRUE(platform.TakeText().startsWith(QString::fromUtf8(c.text))) << c.text;
+    EXPECT_EQ(Tree("treApp").model()->rowCount(), 0);
+    EXPECT_EQ(Panel("Vorgang"), "");
+  }
+}
+
+TEST_F(MenuTest, HostThatEndedMeanwhileIsToldWithTheListCleared) {
+  FakeHost fake;
+  host = &fake;
+  fake.projects = {{"P", {}, false}};
+  Start();
+  Tick(0);
+  fake.running = false;
+  Trigger("mnuBearbeiten_Code");
+  EXPECT_TRUE(platform.TakeText().startsWith("Excel ist im Moment nicht geöffnet."));
+  EXPECT_EQ(Tree("treApp").model()->rowCount(), 0);
+  EXPECT_TRUE(Action("doit").isEnabled());
+}
+
+TEST(CodeStyle, FollowsTheOptions) {
+  settings::Options options;
+  options.fkey = 255;
+  options.fkom = 65280;
+  options.fstr = 16711680;
+  options.fontName = "Gibt es nicht";
+  options.fontSize = 14;
+  const struct {
+    std::int16_t millimetres;
+    double pixels;
+  } kTabs[] = {{5, 283 / 15.0}, {10, 567 / 15.0}, {0, 48}};
+  for (const auto& tab : kTabs) {
+    options.tab = tab.millimetres;
+    const ui::CodeStyle style = ui::StyleOf(options, 96);
+    EXPECT_DOUBLE_EQ(style.tabStop, tab.pixels);
+    EXPECT_EQ(style.keyword, QColor(255, 0, 0));
+    EXPECT_EQ(style.comment, QColor(0, 255, 0));
+    EXPECT_EQ(style.string, QColor(0, 0, 255));
+    EXPECT_EQ(style.font.pointSize(), 14);
+    EXPECT_EQ(style.rtf.fontName, "Gibt es nicht");
+    EXPECT_EQ(style.rtf.tabWidth, tab.millimetres);
+  }
+}
+
+}  // namespace
+}  // namespace quillmate::testing
