@@ -53,6 +53,8 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view) { i.force = true; }},
     OptionSpec{"--module", "NAME", "nur dieses Modul", kTakesModule,
                [](Invocation& i, std::string_view value) { i.module = value; }},
+    OptionSpec{"--credit", "", "hängt den Hinweis auf das Erstellungsprogramm an", kTakesCredit,
+               [](Invocation& i, std::string_view) { i.credit = true; }},
     OptionSpec{"--json", "", "JSON statt einer Tabelle", kTakesJson,
                [](Invocation& i, std::string_view) { i.json = true; }},
     OptionSpec{"--option", "SCHLÜSSEL=WERT", "setzt eine Einstellung, z.B. einr=-1; mehrfach möglich", kAnyCommand,

@@ -22,6 +22,7 @@ struct Invocation {
   std::optional<std::string> output;
   std::optional<std::string> module;
   bool force = false;
+  bool credit = false;
   bool json = false;
   bool userSettings = false;
   /// Host selector of the edition.
@@ -37,7 +38,8 @@ enum OptionSet : unsigned {
   kTakesOutput = 1U << 1U,
   kTakesForce = 1U << 2U,
   kTakesModule = 1U << 3U,
-  kTakesJson = 1U << 4U
+  kTakesJson = 1U << 4U,
+  kTakesCredit = 1U << 5U
 };
 
 struct OptionSpec {

@@ -20,6 +20,10 @@ constexpr std::array kCommands{
             kTakesModule | kTakesOutput, 1, RunText},
     Command{"rtf", "[--module NAME] [-o DATEI] EINGABE...", "ein Modul oder das Projekt als RTF",
             kTakesModule | kTakesOutput, 1, RunRtf},
+    Command{"html", "[--module NAME] [--credit] [-o DATEI] EINGABE...", "ein Modul oder das Projekt als HTML",
+            kTakesModule | kTakesCredit | kTakesOutput, 1, RunHtml},
+    Command{"clip", "[--credit] [-o DATEI] [DATEI]", "Code aus der Datei oder der Standardeingabe als HTML",
+            kTakesCredit | kTakesOutput, 0, RunClip},
 };
 
 constexpr std::size_t kTextColumn = 28;
@@ -62,7 +66,7 @@ constexpr std::string_view kInputHelp =
     "Ordner mit Moduldateien, VB-Projektdateien. Module mit höchstens zwei Zeilen werden nicht gelesen.\n";
 
 constexpr std::string_view kEncodingHelp =
-    "\ntext und rtf schreiben Windows-1252, alles andere ist UTF-8.\n"
+    "\ntext, rtf, html und clip schreiben Windows-1252, alles andere ist UTF-8.\n"
     "\nRückgabewert: 0 erledigt, 1 Eingabe nicht lesbar, Ausgabe nicht schreibbar oder Gesuchtes nicht\n"
     "gefunden, 2 falscher Aufruf.\n";
 
@@ -87,7 +91,8 @@ std::string HelpText(const Command* command) {
   std::string text = UsageLine(command) + "\n";
   if (command != nullptr) {
     text.append("\n").append(command->name).append(": ").append(command->summary).append("\n");
-    return text + OptionList(command->options | kAnyCommand) + std::string(kInputHelp);
+    text += OptionList(command->options | kAnyCommand);
+    return command->minInputs > 0 ? text.append(kInputHelp) : text;
   }
   text += "\nDokumentiert den Makrocode von Office-Dateien und VB-Projekten ohne Fenster.\n";
   return text.append(CommandList()).append(OptionList(~0U)).append(kInputHelp).append(kEncodingHelp);

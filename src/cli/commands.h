@@ -37,5 +37,7 @@ void RunModules(const Invocation& invocation);
 void RunOutline(const Invocation& invocation);
 void RunText(const Invocation& invocation);
 void RunRtf(const Invocation& invocation);
+void RunHtml(const Invocation& invocation);
+void RunClip(const Invocation& invocation);
 
 }  // namespace quillmate::cli

@@ -5,7 +5,9 @@
 #include <vector>
 
 #include <quillmate/codedb/code_database.h>
+#include <quillmate/export/html.h>
 #include <quillmate/export/project_export.h>
+#include <quillmate/startup/edition.h>
 #include <quillmate/text/windows1252.h>
 
 #include "commands.h"
@@ -77,6 +79,21 @@ void RunRtf(const Invocation& invocation) {
   Export(invocation, input,
          {.module = [&](int number) { output::ModuleRtf(input.Folder(), number, rtf, sink); },
           .project = [&](const auto& modules) { output::ProjectRtf(input.Folder(), modules, true, rtf, sink); }});
+  output.Finish();
+}
+
+void RunHtml(const Invocation& invocation) {
+  const settings::Options options = RunOptions(invocation);
+  const output::HtmlOptions html = HtmlOptionsOf(options);
+  ProjectInput input(invocation, options);
+  Output output(invocation.output);
+  const output::Sink sink = SinkInto(output);
+  Export(invocation, input,
+         {.module = [&](int number) { output::ModuleHtml(input.Folder(), number, html, sink); },
+          .project = [&](const auto& modules) { output::ProjectHtml(input.Folder(), modules, true, html, sink); }});
+  if (invocation.credit) {
+    sink(output::AppendCredit({}, startup::EditionOf(invocation.edition).hostName));
+  }
   output.Finish();
 }
 

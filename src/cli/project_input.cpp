@@ -80,7 +80,8 @@ host::HostTree ListSources(host::DocumentHost& host, bool accessEdition) {
   throw CommandFailure(report.message.empty() ? "Fehler beim Einlesen" : report.message);
 }
 
-/// The program never writes to what it reads, even when the output is meant to go there.
+}  // namespace
+
 void CheckOutputIsNoInput(const Invocation& invocation) {
   if (!invocation.output) {
     return;
@@ -95,8 +96,6 @@ void CheckOutputIsNoInput(const Invocation& invocation) {
     }
   }
 }
-
-}  // namespace
 
 bool IsSavedProject(const std::vector<std::string>& inputs) {
   for (const std::string& input : inputs) {

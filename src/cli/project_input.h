@@ -22,6 +22,9 @@ bool IsSavedProject(const std::vector<std::string>& inputs);
 void ReadSources(const Invocation& invocation, const settings::Options& options, const std::filesystem::path& folder,
                  codedb::CodeDatabase& database);
 
+/// Throws UsageError when the output would be written over an input: the program never writes to what it reads.
+void CheckOutputIsNoInput(const Invocation& invocation);
+
 /// Opens the index in `folder`. Throws CommandFailure.
 void OpenIndex(codedb::CodeDatabase& database, const std::filesystem::path& folder);
 

@@ -34,4 +34,13 @@ output::RtfOptions RtfOptionsOf(const settings::Options& options) {
           .boldRoutines = options.rouf};
 }
 
+output::HtmlOptions HtmlOptionsOf(const settings::Options& options) {
+  return {.keywordColour = options.fkey,
+          .commentColour = options.fkom,
+          .stringColour = options.fstr,
+          .fontName = text::CodeFromUtf8(options.fontName),
+          .fontSize = options.fontSize,
+          .boldRoutines = options.rouf};
+}
+
 }  // namespace quillmate::cli

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <quillmate/analysis/scanner.h>
+#include <quillmate/export/html.h>
 #include <quillmate/export/rtf.h>
 #include <quillmate/settings/options.h>
 
@@ -14,5 +15,6 @@ settings::Options RunOptions(const Invocation& invocation);
 
 analysis::ScanOptions ScanOptionsOf(const settings::Options& options);
 output::RtfOptions RtfOptionsOf(const settings::Options& options);
+output::HtmlOptions HtmlOptionsOf(const settings::Options& options);
 
 }  // namespace quillmate::cli

@@ -46,8 +46,8 @@ TEST_F(CliTest, HelpAndVersionNeedNothingElse) {
   const Result help = Run({"--help"});
   EXPECT_EQ(help.status, 0);
   EXPECT_TRUE(help.out.starts_with(std::string(kUsage) + "\n"));
-  for (const char* const word :
-       {"\n  index ", "\n  modules ", "\n  outline ", "\n  text ", "\n  rtf ", "\n  --json "}) {
+  for (const char* const word : {"\n  index ", "\n  modules ", "\n  outline ", "\n  text ", "\n  rtf ", "\n  html ",
+                                 "\n  clip ", "\n  --json "}) {
     EXPECT_NE(help.out.find(word), std::string::npos) << word;
   }
   const Result text = Run({"text", "--help", "--json"});

@@ -1,0 +1,56 @@
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <string>
+
+#include <quillmate/analysis/scanner.h>
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/export/html.h>
+#include <quillmate/startup/edition.h>
+#include <quillmate/text/source_text.h>
+
+#include "commands.h"
+#include "messages.h"
+#include "output.h"
+#include "project_input.h"
+#include "run_options.h"
+
+namespace quillmate::cli {
+namespace {
+
+std::string ReadStandardInput() {
+  std::string bytes;
+  std::array<char, std::size_t{1} << 16U> piece;
+  while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), stdin)) {
+    bytes.append(piece.data(), count);
+  }
+  if (std::ferror(stdin) != 0) {
+    throw CommandFailure("Die Standardeingabe kann nicht gelesen werden: " + SystemReason(errno));
+  }
+  return bytes;
+}
+
+}  // namespace
+
+void RunClip(const Invocation& invocation) {
+  if (invocation.inputs.size() > 1) {
+    throw UsageError("Es ist nur eine Datei möglich");
+  }
+  CheckOutputIsNoInput(invocation);
+  const bool fromFile = !invocation.inputs.empty() && invocation.inputs.front() != "-";
+  const std::string code = text::DecodeSourceText(
+      fromFile ? codedb::ReadWholeFile(codedb::PathFromText(invocation.inputs.front())) : ReadStandardInput());
+  if (code.empty()) {
+    throw CommandFailure("Kein Text in " + (fromFile ? invocation.inputs.front() : "der Standardeingabe"));
+  }
+  const settings::Options options = RunOptions(invocation);
+  std::string html = output::BuildHtml(analysis::ScanForDisplay(code, ScanOptionsOf(options)), HtmlOptionsOf(options));
+  if (invocation.credit) {
+    html = output::AppendCredit(std::move(html), startup::EditionOf(invocation.edition).hostName);
+  }
+  Output output(invocation.output);
+  output.Write(html);
+  output.Finish();
+}
+
+}  // namespace quillmate::cli
