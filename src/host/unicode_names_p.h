@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quillmate::host {
+
+/// UTF-16 as UTF-8; half a surrogate pair becomes U+FFFD.
+std::string Utf8FromUtf16(std::u16string_view utf16);
+/// The same from little-endian bytes; an odd last byte is dropped.
+std::string Utf8FromUtf16Bytes(std::string_view bytes);
+
+/// UTF-8 with each letter in upper case, one character for one: the form in which names that differ in case only are
+/// equal in compound files and in projects.
+std::string UpperCaseName(std::string_view utf8);
+
+}  // namespace quillmate::host
