@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+struct UConverter;
+
+namespace quillmate::host {
+
+/// The encoding of a project's names and texts, by its Windows number. One that is not known counts as Windows-1252.
+class CodePage {
+ public:
+  explicit CodePage(int number);
+
+  /// Windows-1252, with "?" for what it lacks and for bytes that mean nothing in the code page.
+  std::string CodeFrom(std::string_view bytes) const;
+  std::string Utf8From(std::string_view bytes) const;
+
+ private:
+  struct Close {
+    void operator()(UConverter* converter) const noexcept;
+  };
+
+  std::u16string Utf16From(std::string_view bytes) const;
+
+  /// Nothing for Windows-1252 itself.
+  std::unique_ptr<UConverter, Close> converter_;
+};
+
+}  // namespace quillmate::host
