@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+#include <quillmate/host/compound_file.h>
+
+/// Macro projects of presentations in compound files, after the published format [MS-PPT]: the project is a compound
+/// file of its own inside the stream "PowerPoint Document", most often packed.
+///
+///     record                 version and instance (16 bits), type (16 bits), size (32 bits), content     2.3.1
+///     CurrentUserAtom        in its own stream: encrypted or not, where the last edit lies               2.3.2
+///     UserEditAtom           the edit before it, its persist directory, the document's persist id        2.3.3
+///     PersistDirectoryAtom   where the objects of the edit lie                                           2.3.4
+///     DocumentContainer      ... DocInfoListContainer, VBAInfoContainer, VBAInfoAtom: the project's id   2.4.1
+///     to 2.4.11 ExOleObjStg            the project, plain or as its size and zlib
+///     data                             2.10.34
+namespace quillmate::host {
+
+struct PresentationProject {
+  enum class State { kRead, kNoMacros, kEncrypted, kTooLarge, kDamaged };
+
+  State state = State::kNoMacros;
+  /// The compound file.
+  std::string bytes;
+};
+
+/// The project of the presentation in `file`, at most `limit` bytes. When the way through the edits is damaged, the
+/// last record in the stream that holds a project is taken. Linear in the stream's size.
+PresentationProject ReadPresentationProject(const CompoundFile& file, CompoundId documentStream, std::size_t limit);
+
+}  // namespace quillmate::host
