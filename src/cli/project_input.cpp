@@ -1,5 +1,9 @@
 #include "project_input.h"
 
+#include <string>
+#include <utility>
+#include <vector>
+
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/host_tree.h>
@@ -47,28 +51,45 @@ bool HasModules(const host::HostTree& tree) {
 }
 
 /// A locked project can't be read and is not in the tree.
-void NameLockedProjects(host::HostAutomation& host, const host::HostTree& tree) {
+void AddLockedProjects(host::HostAutomation& host, const host::HostTree& tree, std::vector<std::string>& complaints) {
   const int projects = static_cast<int>(tree.projects.size()) + tree.lockedProjects;
   for (int i = 1; i <= projects; ++i) {
     const host::HostProject project = host.Project(i);
     if (project.locked) {
-      Complain(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": Das Projekt ist gesperrt");
+      complaints.push_back(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": Das Projekt ist gesperrt");
     }
+  }
+}
+
+/// Names what could not be read. With no module left, the last complaint is the reason why the command fails.
+void NameProblems(std::vector<std::string> complaints, bool hasModules) {
+  std::string reason;
+  if (!hasModules) {
+    reason =
+        complaints.empty() ? "Die Eingabe enthält kein lesbares Modul mit mehr als zwei Zeilen" : complaints.back();
+    if (!complaints.empty()) {
+      complaints.pop_back();
+    }
+  }
+  for (const std::string& complaint : complaints) {
+    Complain(complaint);
+  }
+  if (!hasModules) {
+    throw CommandFailure(reason);
   }
 }
 
 host::HostTree ListSources(host::DocumentHost& host, bool accessEdition) {
   host::HostTree tree;
   host::ListHostProjects(host, accessEdition, tree);
+  std::vector<std::string> complaints;
   for (const host::SourceProblem& problem : host.Problems()) {
-    Complain(problem.source + ": " + problem.reason);
+    complaints.push_back(problem.source + ": " + problem.reason);
   }
   if (tree.lockedProjects > 0) {
-    NameLockedProjects(host, tree);
+    AddLockedProjects(host, tree, complaints);
   }
-  if (!HasModules(tree)) {
-    throw CommandFailure("Die Eingabe enthält kein lesbares Modul mit mehr als zwei Zeilen");
-  }
+  NameProblems(std::move(complaints), HasModules(tree));
   TickAll(tree);
   return tree;
 }
