@@ -1,9 +1,11 @@
+#include <algorithm>
 #include <optional>
 #include <utility>
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/host/document_host.h>
 #include <quillmate/text/markers.h>
+#include <quillmate/text/windows1252.h>
 
 #include "listing_p.h"
 
@@ -32,15 +34,24 @@ const ListedModule& FindModule(const ListedProject& project, const std::string& 
   throw HostError(kModuleGone);
 }
 
-/// The module as its file holds it now. A file that turned into another module is not the one that was ticked.
-ModuleFile LoadAsListed(const ListedModule& module, std::string& buffer) {
-  try {
-    ModuleFile file = LoadModule(module, buffer);
-    if (NameOf(module, file) != module.component.name) throw HostError("Datei enthält jetzt ein anderes Modul");
-    return file;
-  } catch (const HostError& error) {
-    throw HostError(module.component.file + ": " + error.what());
+/// A file that turned into another module is not the one that was ticked.
+ModuleFile LoadOwnFile(const ListedModule& module, std::string& buffer) {
+  ModuleFile file = LoadModule(module, buffer);
+  if (NameOf(module, file) != module.component.name) throw HostError("Datei enthält jetzt ein anderes Modul");
+  return file;
+}
+
+/// The module where it was listed, or wherever it has moved to by its name.
+ModuleFile FindInProject(const ListedModule& module, const VbaProject& project) {
+  if (project.protection.Locked()) throw HostError("Das Projekt ist gesperrt");
+  if (*module.inOfficeFile < project.modules.size()) {
+    ModuleFile file = ModuleFileOf(project.modules[*module.inOfficeFile]);
+    if (file.name == module.component.name) return file;
   }
+  for (const VbaModule& candidate : project.modules) {
+    if (text::CodeFromUtf8(candidate.name) == module.component.name) return ModuleFileOf(candidate);
+  }
+  throw HostError("Modul ist nicht mehr in der Datei");
 }
 
 std::string FirstLines(std::string code, int count) {
@@ -64,17 +75,48 @@ struct DocumentHost::State {
     ModuleFile file;
   };
 
+  /// The Office file that was read last: its modules are asked for one after the other.
+  struct OpenOfficeFile {
+    fs::path path;
+    VbaProject project;
+  };
+
   std::vector<fs::path> sources;
+  OfficeHost ownHost = OfficeHost::kUnknown;
   Listing listing;
   std::optional<Loaded> loaded;
+  std::optional<OpenOfficeFile> officeFile;
   std::string buffer;
   bool listed = false;
   bool attached = false;
 
   void List() {
-    loaded.reset();
+    Forget();
     listing = ListSources(sources);
+    if (ownHost != OfficeHost::kUnknown) {
+      std::stable_partition(listing.projects.begin(), listing.projects.end(),
+                            [&](const ListedProject& project) { return project.host == ownHost; });
+    }
     listed = true;
+  }
+  const VbaProject& OfficeProject(const fs::path& path) {
+    if (!officeFile.has_value() || officeFile->path != path) {
+      officeFile.reset();
+      OfficeFile file = ReadOfficeFile(path);
+      if (file.state != OfficeFile::State::kRead) throw HostError(file.reason);
+      officeFile = OpenOfficeFile{path, std::move(file.project)};
+    }
+    return officeFile->project;
+  }
+  /// The module as its file holds it now.
+  void Load(const ListedModule& module) {
+    loaded.reset();
+    try {
+      loaded = Loaded{&module, module.inOfficeFile.has_value() ? FindInProject(module, OfficeProject(module.path))
+                                                               : LoadOwnFile(module, buffer)};
+    } catch (const HostError& error) {
+      throw HostError(codedb::PathText(module.path) + ": " + error.what());
+    }
   }
   const ListedProject& Project(int project) {
     if (!listed) List();
@@ -82,6 +124,7 @@ struct DocumentHost::State {
   }
   void Forget() noexcept {
     loaded.reset();
+    officeFile.reset();
     std::string().swap(buffer);
   }
 };
@@ -90,6 +133,8 @@ DocumentHost::DocumentHost() : state_(std::make_unique<State>()) {}
 DocumentHost::~DocumentHost() = default;
 
 void DocumentHost::SetSources(std::vector<fs::path> sources) { state_->sources = std::move(sources); }
+
+void DocumentHost::SetOwnHost(OfficeHost host) { state_->ownHost = host; }
 
 const std::vector<SourceProblem>& DocumentHost::Problems() const noexcept { return state_->listing.problems; }
 
@@ -121,7 +166,7 @@ HostComponent DocumentHost::Component(int project, int component) {
 
 HostComponent DocumentHost::ComponentByName(int project, const std::string& name, int position) {
   const ListedModule& module = FindModule(state_->Project(project), name, position);
-  state_->loaded = State::Loaded{&module, LoadAsListed(module, state_->buffer)};
+  state_->Load(module);
   HostComponent component = module.component;
   component.type = state_->loaded->file.type;
   component.lineCount = state_->loaded->file.lineCount;
@@ -130,9 +175,7 @@ HostComponent DocumentHost::ComponentByName(int project, const std::string& name
 
 std::string DocumentHost::Lines(int project, const std::string& name, int position, int count) {
   const ListedModule& module = FindModule(state_->Project(project), name, position);
-  if (!state_->loaded.has_value() || state_->loaded->module != &module) {
-    state_->loaded = State::Loaded{&module, LoadAsListed(module, state_->buffer)};
-  }
+  if (!state_->loaded.has_value() || state_->loaded->module != &module) state_->Load(module);
   ModuleFile file = std::move(state_->loaded->file);
   state_->loaded.reset();
   return count >= file.lineCount ? std::move(file.code) : FirstLines(std::move(file.code), count);

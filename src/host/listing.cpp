@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <system_error>
 #include <utility>
 
@@ -18,9 +19,38 @@ namespace fs = std::filesystem;
 std::string CodeOfPath(const fs::path& path) { return text::CodeFromUtf8(codedb::PathText(path)); }
 std::string ExtensionOf(const fs::path& file) { return codedb::PathText(file.extension()); }
 
+/// Databases can't be read, but whoever adds a folder with one wants to know.
+constexpr std::array<std::string_view, 6> kAccessExtensions{"accdb", "accda", "accde", "mdb", "mda", "mde"};
+
+template <typename Names>
+bool Holds(const Names& names, std::string_view name) {
+  return std::any_of(names.begin(), names.end(),
+                     [&](std::string_view entry) { return text::EqualsIgnoreCase(entry, name); });
+}
+
+/// A file in a folder that is opened to see whether it holds macros. Beside an open document Office puts a file "~$..."
+/// that only says who has it open.
+bool MayBeOfficeFile(const fs::path& file) {
+  const std::string name = codedb::PathText(file.filename());
+  std::string extension = ExtensionOf(file);
+  if (name.starts_with("~$") || extension.empty()) return false;
+  extension.erase(0, 1);
+  return Holds(OfficeFileExtensions(), extension) || Holds(kAccessExtensions, extension) ||
+         text::EqualsIgnoreCase(name, "vbaProject.bin");
+}
+
+/// A file in a folder that was opened in vain: no macros, or something else altogether. Files with the old extensions,
+/// all of three letters, are often enough RTF, HTML or text.
+bool IsOfNoConcern(const fs::path& file, OfficeFile::State state) {
+  constexpr std::size_t kOldExtension = 4;  // with the dot
+  if (state == OfficeFile::State::kNotOffice) return ExtensionOf(file).size() <= kOldExtension;
+  return state == OfficeFile::State::kNoMacros;
+}
+
 /// The names of a folder, files apart from sub-folders, each in byte order.
 struct FolderContent {
   std::vector<fs::path> files;
+  std::vector<fs::path> officeFiles;
   std::vector<fs::path> folders;
 };
 
@@ -36,6 +66,8 @@ void TakeEntry(const fs::directory_entry& entry, FolderContent& content) {
     if (!entry.is_symlink(error)) content.folders.push_back(entry.path());
   } else if (IsModuleFileExtension(ExtensionOf(entry.path()))) {
     content.files.push_back(entry.path());
+  } else if (MayBeOfficeFile(entry.path())) {
+    content.officeFiles.push_back(entry.path());
   }
 }
 
@@ -43,6 +75,7 @@ std::error_code ReadFolder(const fs::path& folder, FolderContent& content) {
   std::error_code error;
   for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) TakeEntry(*it, content);
   SortByBytes(content.files);
+  SortByBytes(content.officeFiles);
   SortByBytes(content.folders);
   return error;
 }
@@ -71,8 +104,9 @@ class Lister {
   void ListFolder(const fs::path& folder);
   void ListVbProject(const fs::path& file);
   void ListModuleFile(const fs::path& file);
+  void ListOfficeFile(const fs::path& file, bool inFolder);
 
-  void AddFolder(const fs::path& folder, ListedProject& project);
+  void AddFolder(const fs::path& folder, ListedProject& project, std::vector<fs::path>& officeFiles);
   void AddModule(ListedModule module, ListedProject& project);
   void AddProject(ListedProject project);
   void AddProblem(const fs::path& path, std::string reason);
@@ -89,24 +123,30 @@ void Lister::ListSource(const fs::path& source) {
     ListFolder(full);
   } else if (!fs::exists(full, error)) {
     AddProblem(full, ProblemOfPath(full));
+  } else if (LooksLikeOfficeFile(full)) {
+    ListOfficeFile(full, false);
   } else if (text::EqualsIgnoreCase(extension, ".vbp")) {
     ListVbProject(full);
   } else if (IsModuleFileExtension(extension)) {
     ListModuleFile(full);
+  } else if (MayBeOfficeFile(full)) {
+    ListOfficeFile(full, false);
   } else {
     AddProblem(full, "Diese Dateiart kann nicht eingelesen werden");
   }
 }
 
 void Lister::ListFolder(const fs::path& folder) {
-  const std::size_t problems = listing_.problems.size();
+  const std::size_t before = listing_.projects.size() + listing_.problems.size();
   ListedProject project;
   project.project.name = CodeOfPath(folder.has_filename() ? folder.filename() : folder);
   project.project.fileName = codedb::PathText(folder);
-  AddFolder(folder, project);
-  if (project.modules.empty() && listing_.problems.size() == problems)
-    AddProblem(folder, "Ordner enthält keine Module");
+  std::vector<fs::path> officeFiles;
+  AddFolder(folder, project, officeFiles);
   AddProject(std::move(project));
+  for (const fs::path& file : officeFiles) ListOfficeFile(file, true);
+  const std::size_t after = listing_.projects.size() + listing_.problems.size();
+  if (after == before) AddProblem(folder, "Ordner enthält keine Module");
 }
 
 void Lister::ListVbProject(const fs::path& file) {
@@ -133,15 +173,39 @@ void Lister::ListModuleFile(const fs::path& file) {
   ListedProject project;
   project.project.name = CodeOfPath(file.stem());
   project.project.fileName = codedb::PathText(file);
-  AddModule({{}, file, ExtensionOf(file), {}}, project);
+  AddModule({{}, file, ExtensionOf(file), {}, {}}, project);
   AddProject(std::move(project));
 }
 
-void Lister::AddFolder(const fs::path& folder, ListedProject& project) {
+void Lister::ListOfficeFile(const fs::path& file, bool inFolder) {
+  const OfficeFile office = ReadOfficeFile(file);
+  if (office.state != OfficeFile::State::kRead) {
+    if (!inFolder || !IsOfNoConcern(file, office.state)) AddProblem(file, office.reason);
+    return;
+  }
+  ListedProject project;
+  project.project.name =
+      office.project.name.empty() ? CodeOfPath(file.stem()) : text::CodeFromUtf8(office.project.name);
+  project.project.fileName = codedb::PathText(file);
+  project.project.locked = office.project.protection.Locked();
+  project.host = office.host;
+  for (const VbaModule& module : office.project.modules) {
+    ListedModule listed;
+    listed.component = {text::CodeFromUtf8(module.name), module.type, module.lineCount, {}};
+    listed.path = file;
+    listed.inOfficeFile = project.modules.size();
+    project.modules.push_back(std::move(listed));
+  }
+  for (const std::string& warning : office.project.warnings) AddProblem(file, warning);
+  AddProject(std::move(project));
+}
+
+void Lister::AddFolder(const fs::path& folder, ListedProject& project, std::vector<fs::path>& officeFiles) {
   FolderContent content;
   if (ReadFolder(folder, content)) AddProblem(folder, "Ordner kann nicht gelesen werden");
-  for (const fs::path& file : content.files) AddModule({{}, file, ExtensionOf(file), {}}, project);
-  for (const fs::path& inner : content.folders) AddFolder(inner, project);
+  for (const fs::path& file : content.files) AddModule({{}, file, ExtensionOf(file), {}, {}}, project);
+  officeFiles.insert(officeFiles.end(), content.officeFiles.begin(), content.officeFiles.end());
+  for (const fs::path& inner : content.folders) AddFolder(inner, project, officeFiles);
 }
 
 void Lister::AddModule(ListedModule module, ListedProject& project) {
@@ -153,7 +217,7 @@ void Lister::AddModule(ListedModule module, ListedProject& project) {
 }
 
 void Lister::AddProject(ListedProject project) {
-  if (!project.modules.empty()) listing_.projects.push_back(std::move(project));
+  if (!project.modules.empty() || project.project.locked) listing_.projects.push_back(std::move(project));
 }
 
 void Lister::AddProblem(const fs::path& path, std::string reason) {
@@ -177,6 +241,10 @@ ModuleFile LoadModule(const ListedModule& module, std::string& buffer) {
   const SourceBytes content = ReadSourceFile(module.path, buffer);
   if (!content.problem.empty()) throw HostError(content.problem);
   return ParseModuleFile(content.bytes, module.extension);
+}
+
+ModuleFile ModuleFileOf(const VbaModule& module) {
+  return {text::CodeFromUtf8(module.name), module.type, module.code, module.lineCount};
 }
 
 }  // namespace quillmate::host

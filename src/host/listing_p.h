@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,6 +10,7 @@
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/host_automation.h>
 #include <quillmate/host/module_file.h>
+#include <quillmate/host/office_file.h>
 
 namespace quillmate::host {
 
@@ -19,11 +22,15 @@ struct ListedModule {
   std::string extension;
   /// The name that a project file gives the module, Windows-1252; empty when it gives none.
   std::string givenName;
+  /// Where it stands in the macro project of the Office file at `path`; nothing for a module in a file of its own.
+  std::optional<std::size_t> inOfficeFile;
 };
 
 struct ListedProject {
   HostProject project;
   std::vector<ListedModule> modules;
+  /// Whose file it is, as far as that is known.
+  OfficeHost host = OfficeHost::kUnknown;
 };
 
 struct Listing {
@@ -39,5 +46,8 @@ std::string NameOf(const ListedModule& module, const ModuleFile& file);
 
 /// The text of a file that holds a module. Throws HostError (the reason alone).
 ModuleFile LoadModule(const ListedModule& module, std::string& buffer);
+
+/// A module of an Office file in the form in which a file of its own would give it.
+ModuleFile ModuleFileOf(const VbaModule& module);
 
 }  // namespace quillmate::host

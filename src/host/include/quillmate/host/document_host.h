@@ -6,28 +6,35 @@
 #include <vector>
 
 #include <quillmate/host/host_automation.h>
+#include <quillmate/host/office_file.h>
 
 namespace quillmate::host {
 
-/// A source, or a file of one, that could not be read when it was listed.
+/// A source, or a file of one, that could not be read when it was listed, or not whole.
 struct SourceProblem {
   std::string source;  // full path of the source or of a file in it, UTF-8
   std::string reason;  // German, UTF-8, one line
 };
 
-/// Module files, folders of module files and VB project files as the open projects of a running host. It attaches when
-/// at least one source is known; a source that holds no readable module is a problem, not a project.
+/// Office files, module files, folders of both and VB project files as the open projects of a running host. It attaches
+/// when at least one source is known; a source that holds no readable module is a problem, not a project.
 ///
+/// * Office file, told by its content whatever its name: its macro project, with the project's own name and its modules
+///   in the order of the host's editor. A locked project is listed without modules. What could not be read of it, or
+///   not whole, is a problem beside the project; a module without a readable text is listed with 0 lines.
 /// * Module file: a project of its own, named after the file's stem.
 /// * Folder: named after the folder. Every module file in it, then those of its sub-folders, each level in the byte
 ///   order of its names; symbolic links to folders are not followed. A VB project file in it does not count.
+///   The Office files in it and below follow as projects of their own; those without macros are passed over.
 /// * VB project file (.vbp): the modules of its Module, Class, Form, UserControl, PropertyPage, UserDocument and
-/// Designer
-///   lines in the file's order, paths relative to the file, with backslashes, in any case. Its Name line names the
-///   project, otherwise the file's stem.
+///   Designer lines in the file's order, paths relative to the file, with backslashes, in any case. Its Name line names
+///   the project, otherwise the file's stem.
 ///
 /// A module is named as the project file names it, else by its own VB_Name, else after its file. Names that occur twice
 /// in one project are kept as they are; the position tells the components apart.
+///
+/// An Office file is read once for all its modules; its texts are kept until another one is asked for, until Release or
+/// the next listing.
 ///
 /// ProjectCount looks through the sources anew, as the first step of a listing; all positions belong to that listing,
 /// also those of a later read. What is read is the file as it is then; a file that is gone, or that holds a module of
@@ -39,6 +46,8 @@ class DocumentHost : public HostAutomation {
 
   /// The sources, in the order in which they are listed. Takes effect at the next listing.
   void SetSources(std::vector<std::filesystem::path> sources);
+  /// Projects of this host's files are listed before all others. Takes effect at the next listing.
+  void SetOwnHost(OfficeHost host);
   /// Sources and files that the last listing had to leave out.
   const std::vector<SourceProblem>& Problems() const noexcept;
 

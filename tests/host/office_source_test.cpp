@@ -1,0 +1,161 @@
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/host/document_host.h>
+#include <quillmate/host/host_tree.h>
+
+#include "host/temp_folder.h"
+#include "host/vba_writer.h"
+
+namespace quillmate::host {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::string_view_literals;
+using Lines = std::vector<std::string>;
+
+WrittenProject Project(const std::string& name, const std::string& module) {
+  WrittenProject project;
+  project.name = name;
+  project.modules = {{"Document", "Tabelle1", DocumentModule("Tabelle1", "Sub T()\r\nx\r\nEnd Sub\r\n")},
+                     {"Module", module, StandardModule(module, "Sub M()\r\nx\r\ny\r\nEnd Sub\r\n")}};
+  return project;
+}
+
+std::string Zipped(const std::string& entry, const WrittenProject& project) {
+  return ZipOf({{"[Content_Types].xml", ""}, {entry, project.Bin()}});
+}
+
+std::string Below(const fs::path& root, const std::string& path) {
+  return codedb::PathFromText(path).lexically_relative(root).generic_string();
+}
+
+/// "Name [file]" of each project with its modules as "name type lines", then "file: reason" of each problem.
+Lines Listed(DocumentHost& host, const fs::path& root) {
+  Lines lines;
+  const int projects = host.ProjectCount();
+  for (int i = 1; i <= projects; ++i) {
+    const HostProject project = host.Project(i);
+    std::string line = project.name + " [" + Below(root, *project.fileName) + "]" + (project.locked ? " locked" : "");
+    for (int j = 1; j <= host.ComponentCount(i); ++j) {
+      const HostComponent component = host.Component(i, j);
+      line += " " + component.name + " " + std::to_string(component.type) + " " + std::to_string(component.lineCount);
+    }
+    lines.push_back(line);
+  }
+  for (const SourceProblem& problem : host.Problems())
+    lines.push_back(Below(root, problem.source) + ": " + problem.reason);
+  return lines;
+}
+
+TEST(OfficeSource, OneAndManyByTheirContent) {
+  const TempFolder temp;
+  WrittenProject locked = Project("Zu", "M");
+  locked.locked = true;
+  WrittenProject torn = Project("Riss", "M");
+  torn.modules.push_back({"Class", "Weg", ""});
+  WrittenProject nameless = Project("", "M");
+  DocumentHost host;
+  host.SetSources({temp.Write("Kasse.xlsm", Zipped("xl/vbaProject.bin", Project("Kass\344", "Pr\374fung"))),
+                   temp.Write("Brief.bas", Zipped("word/vbaProject.bin", nameless)), temp.Write("zu.bin", locked.Bin()),
+                   temp.Write("Riss", torn.Bin()), temp.Write("leer.xlsm", ""), temp.Write("falsch.docm", "abc"),
+                   temp.Write("text.bas", "1\n2\n3")});
+  EXPECT_EQ(Listed(host, temp.Path()),
+            (Lines{"Kass\344 [Kasse.xlsm] Tabelle1 100 3 Pr\374fung 1 4", "Brief [Brief.bas] Tabelle1 100 3 M 1 4",
+                   "Zu [zu.bin] locked", "Riss [Riss] Tabelle1 100 3 M 1 4 Weg 2 0", "text [text.bas] text 1 3",
+                   "Riss: Modul Weg: Quelltext kann nicht entpackt werden", "leer.xlsm: Datei ist leer",
+                   "falsch.docm: Datei ist keine Office-Datei"}));
+  HostTree tree;
+  EXPECT_TRUE(ListHostProjects(host, false, tree).attached);
+  EXPECT_EQ(tree.lockedProjects, 1);
+  ASSERT_EQ(tree.projects.size(), 4U);
+  EXPECT_EQ(tree.projects[0].text, "Kass\344 [Kasse.xlsm]");
+  EXPECT_EQ(tree.projects[0].modules[1].image + tree.projects[0].modules[1].file, "M2");
+}
+
+TEST(OfficeSource, FoldersListTheFilesWithMacros) {
+  const TempFolder temp("Ablage");
+  temp.Write("m.bas", "1");
+  temp.Write("B.XLSM", Zipped("xl/vbaProject.bin", Project("B", "M")));
+  temp.Write("a/c.doc", Project("C", "M").Bin());
+  temp.Write("a/vbaProject.bin", Project("D", "M").Bin());
+  temp.Write("~$B.XLSM", "user");
+  temp.Write("brief.doc", "{\\rtf1}");
+  temp.Write("Quillmate.mdb", "SQLite format 3");
+  temp.Write("ohne.xlsb", ZipOf({{"[Content_Types].xml", ""}}));
+  temp.Write("archiv.zip", Zipped("xl/vbaProject.bin", Project("E", "M")));
+  temp.Write("kaputt.pptm", "x");
+  temp.Write("lager.accdb", "\0\1\0\0Standard ACE DB\0"sv);
+  fs::create_directories(temp / "z");
+  const fs::path alone = temp.Write("nur/ohne.xls", CompoundWriter{{{"Workbook", "x"}}}.File()).parent_path();
+  DocumentHost host;
+  host.SetSources({temp.Path(), alone});
+  EXPECT_EQ(Listed(host, temp.Path()),
+            (Lines{"Ablage [.] m 1 1", "B [B.XLSM] Tabelle1 100 3 M 1 4", "C [a/c.doc] Tabelle1 100 3 M 1 4",
+                   "D [a/vbaProject.bin] Tabelle1 100 3 M 1 4", "kaputt.pptm: Datei ist keine Office-Datei",
+                   "lager.accdb: Datenbanken von Access lassen sich nur aus dem laufenden Access lesen",
+                   "nur: Ordner enthält keine Module"}));
+}
+
+TEST(OfficeSource, TheEditionsOwnFilesComeFirst) {
+  const TempFolder temp;
+  DocumentHost host;
+  host.SetSources({temp.Write("1.bas", "1"), temp.Write("2.xlsm", Zipped("xl/vbaProject.bin", Project("P2", "M"))),
+                   temp.Write("3.docm", Zipped("word/vbaProject.bin", Project("P3", "M"))),
+                   temp.Write("4.xlam", Zipped("xl/vbaProject.bin", Project("P4", "M")))});
+  const auto order = [&](OfficeHost own) {
+    std::string names;
+    host.SetOwnHost(own);
+    for (int i = 1, count = host.ProjectCount(); i <= count; ++i) names += host.Project(i).name + " ";
+    return names;
+  };
+  EXPECT_EQ(order(OfficeHost::kWord), "P3 1 P2 P4 ");
+  EXPECT_EQ(order(OfficeHost::kExcel), "P2 P4 1 P3 ");
+  EXPECT_EQ(order(OfficeHost::kUnknown), "1 P2 P3 P4 ");
+}
+
+TEST(OfficeSource, ReadsTheFileOnceAndAsItIsThen) {
+  const TempFolder temp;
+  const fs::path file = temp.Write("a.xlsm", Zipped("xl/vbaProject.bin", Project("P", "M")));
+  DocumentHost host;
+  host.SetSources({file});
+  ASSERT_EQ(host.ProjectCount(), 1);
+  const auto reason = [&](const char* name, int position) -> std::string {
+    try {
+      host.ComponentByName(1, name, position);
+      return "";
+    } catch (const HostError& error) {
+      return error.what();
+    }
+  };
+
+  // A sheet was added before the module since: the module is the one of that name.
+  WrittenProject changed = Project("P", "Anderes");
+  changed.modules.push_back({"Class", "M", StandardModule("M", "1\r\n2\r\n3\r\n4\r\n5\r\n")});
+  temp.Write("a.xlsm", Zipped("xl/vbaProject.bin", changed));
+  ASSERT_TRUE(host.Attach());
+  EXPECT_EQ(host.ComponentByName(1, "M", 2).lineCount, 5);
+  EXPECT_EQ(host.Lines(1, "M", 2, 2), "1\r\n2");
+  // Until the end of the read all modules come from the same state of the file.
+  fs::remove(file);
+  EXPECT_EQ(host.Lines(1, "Tabelle1", 1, 99), "Sub T()\r\nx\r\nEnd Sub");
+  EXPECT_EQ(host.Lines(1, "M", 2, 5), "1\r\n2\r\n3\r\n4\r\n5");
+  host.Release();
+  EXPECT_EQ(reason("M", 2), codedb::PathText(file) + ": Datei existiert nicht");
+
+  changed.modules.pop_back();
+  temp.Write("a.xlsm", Zipped("xl/vbaProject.bin", changed));
+  EXPECT_EQ(reason("M", 2), codedb::PathText(file) + ": Modul ist nicht mehr in der Datei");
+  host.Release();
+  changed.locked = true;
+  temp.Write("a.xlsm", changed.Bin());
+  EXPECT_EQ(reason("Tabelle1", 1), codedb::PathText(file) + ": Das Projekt ist gesperrt");
+}
+
+}  // namespace
+}  // namespace quillmate::host
