@@ -29,7 +29,12 @@ QAction* CommandSet::MakeItem(const Command& command, QObject* parent) {
   item->setObjectName(FromUtf8(command.id));
   item->setShortcut(QKeySequence(FromUtf8(command.shortcut)));
   if (*command.icon != '\0') item->setIcon(LoadIcon(FromUtf8(command.icon)));
-  QObject::connect(item, &QAction::triggered, item, [this, &command] { run_(command); });
+  item->setCheckable(command.checkable);
+  QObject::connect(item, &QAction::triggered, item, [this, &command, item] {
+    // The mark is the handler's to set: a command that fails leaves it as it was.
+    if (command.checkable) item->setChecked(!item->isChecked());
+    run_(command);
+  });
   items_.insert(item->objectName(), item);
   return item;
 }
@@ -60,7 +65,13 @@ void CommandSet::BuildToolBar(QMainWindow& window) {
     QAction* button = bar->addAction(LoadIcon(FromUtf8(row.key)), FromUtf8(row.tooltip));
     button->setObjectName(FromUtf8(row.key));
     const Command* command = FindCommand(row.command);
-    QObject::connect(button, &QAction::triggered, button, [this, command] { run_(*command); });
+    QAction* item = Item(command->id);
+    button->setCheckable(command->checkable);
+    QObject::connect(item, &QAction::toggled, button, &QAction::setChecked);
+    QObject::connect(button, &QAction::triggered, button, [this, command, button, item] {
+      button->setChecked(item->isChecked());
+      run_(*command);
+    });
     buttons_.insert(button->objectName(), button);
   }
 }
@@ -104,13 +115,17 @@ QAction* CommandSet::Button(std::string_view key) const {
   return row == nullptr ? nullptr : buttons_.value(FromUtf8(row->key));
 }
 
-void CommandSet::Popup(std::string_view popup, const QPoint& globalPosition) {
+QMenu& CommandSet::PreparePopup(std::string_view popup) {
   QMenu* menu = popups_.value(FromUtf8(popup));
   for (QAction* item : menu->findChildren<QAction*>()) {
     const QAction* command = items_.value(item->property(kCommandProperty).toString());
     if (command != nullptr) item->setEnabled(command->isEnabled());
   }
-  menu->popup(globalPosition);
+  return *menu;
+}
+
+void CommandSet::Popup(std::string_view popup, const QPoint& globalPosition) {
+  PreparePopup(popup).popup(globalPosition);
 }
 
 }  // namespace quillmate::ui

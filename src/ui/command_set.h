@@ -25,7 +25,9 @@ class CommandSet {
   QAction* Item(std::string_view command) const;
   QAction* Button(std::string_view key) const;
 
-  /// Shows a context menu; an entry is on when its command is.
+  /// A context menu ready to be shown: an entry is on when its command is.
+  QMenu& PreparePopup(std::string_view popup);
+  /// Shows it.
   void Popup(std::string_view popup, const QPoint& globalPosition);
 
  private:

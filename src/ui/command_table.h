@@ -37,6 +37,8 @@ struct Command {
   unsigned modes;
   bool separatorBefore;
   Handler run;
+  /// A switch: its handler sets the check mark; the toolbar button shows the same.
+  bool checkable = false;
 };
 
 struct ToolButton {

@@ -57,9 +57,16 @@ void Shell::BuildArea() {
       QStringLiteral("Ordner und Moduldateien in dieses Fenster ziehen oder über Datei hinzufügen,\n"
                      "links ankreuzen, was gelesen werden soll,\ndann Bearbeiten - Code Einlesen."));
 
+  rtbZoom = new CodeEditor;
+  rtbZoom->setObjectName(QStringLiteral("rtbZoom"));
+  codes = new QStackedWidget;
+  codes->setMinimumWidth(1);
+  codes->addWidget(rtbHaupt);
+  codes->addWidget(rtbZoom);
+
   auto* container = new Splitter;
   container->addWidget(trees);
-  container->addWidget(rtbHaupt);
+  container->addWidget(codes);
   container->handle(1)->setObjectName(QStringLiteral("fraTeiler"));
   container->setStretchFactor(0, 0);
   container->setStretchFactor(1, 1);
@@ -120,7 +127,17 @@ void Shell::ShowProgress(std::string_view text) {
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
-void Shell::ApplyOptions() { rtbHaupt->SetStyle(StyleOf(Globals().Options, window.logicalDpiX())); }
+void Shell::ApplyOptions() {
+  for (CodeEditor* editor : {rtbHaupt, rtbZoom}) editor->SetStyle(StyleOf(Globals().Options, window.logicalDpiX()));
+}
+
+void Shell::ShowTree(QTreeView& tree) {
+  QWidget* page = &tree;
+  while (page->parentWidget() != nullptr && page->parentWidget() != trees) page = page->parentWidget();
+  trees->setCurrentWidget(page);
+}
+
+CodeEditor& Shell::Editor() const { return *static_cast<CodeEditor*>(codes->currentWidget()); }
 
 Working::Working(Shell& shell) : shell_(shell) { QApplication::setOverrideCursor(Qt::WaitCursor); }
 

@@ -42,7 +42,9 @@ class Shell {
   /// Panel 5, UTF-8; empty when the work is done. Keeps the desktop from taking the program for dead.
   void ShowProgress(std::string_view text);
   /// Shows one of the trees.
-  void ShowTree(QTreeView& tree) { trees->setCurrentWidget(&tree); }
+  void ShowTree(QTreeView& tree);
+  /// The code on screen: the zoom view when zoom is on, otherwise the code view.
+  CodeEditor& Editor() const;
   /// Colours and fonts of the code as the options are now.
   void ApplyOptions();
 
@@ -59,6 +61,9 @@ class Shell {
   NodeTree* treProjekt = nullptr;
   ProjectTreeModel* projectModel = nullptr;
   CodeEditor* rtbHaupt = nullptr;
+  /// Lies over the code view while zoom is on.
+  CodeEditor* rtbZoom = nullptr;
+  QStackedWidget* codes = nullptr;
   StatusPanels* staBar = nullptr;
   std::unique_ptr<CommandSet> commands;
   std::unique_ptr<MiniWindow> mini;
