@@ -6,7 +6,11 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QUrl>
+#include <algorithm>
+#include <iterator>
 
 #include <quillmate/ui/platform.h>
 
@@ -18,6 +22,9 @@ constexpr const char* kRtfFormat = "Rich Text Format";
 #else
 constexpr const char* kRtfFormat = "text/rtf";
 #endif
+
+/// The desktops' tools for system information; the first one that is installed is taken.
+constexpr const char* kSystemTools[] = {"msinfo32", "kinfocenter", "hardinfo2", "hardinfo", "xfce4-about"};
 
 QMessageBox::Icon BoxIcon(MessageIcon icon) {
   switch (icon) {
@@ -116,6 +123,15 @@ class RealPlatform : public Platform {
     return QFileDialog::getOpenFileNames(QApplication::activeWindow(), title, ExistingFolder(start), filter);
   }
 
+  QString ChooseSaveFile(const SaveRequest& request) override {
+    const ArrowCursor arrow;
+    QFileDialog dialog(QApplication::activeWindow(), request.title, ExistingFolder(request.folder), request.filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(request.extension);
+    dialog.selectFile(request.fileName);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+  }
+
   void SetClipboard(const ClipboardContent& content) override {
     QApplication::clipboard()->setMimeData(MakeMimeData(content).release());
   }
@@ -123,6 +139,13 @@ class RealPlatform : public Platform {
   void ClearClipboard() override { QApplication::clipboard()->clear(); }
 
   bool OpenInBrowser(const QString& file) override { return QDesktopServices::openUrl(QUrl::fromLocalFile(file)); }
+  bool OpenWebPage(const QString& address) override { return QDesktopServices::openUrl(QUrl(address)); }
+  bool StartSystemInformation() override {
+    return std::any_of(std::begin(kSystemTools), std::end(kSystemTools), [](const char* tool) {
+      const QString program = QStandardPaths::findExecutable(QString::fromLatin1(tool));
+      return !program.isEmpty() && QProcess::startDetached(program, {});
+    });
+  }
   qint64 Milliseconds() override { return clock_.elapsed(); }
 
  private:

@@ -17,6 +17,11 @@ class RecordingPlatform : public ui::Platform {
   std::deque<QString> typed;
   std::deque<QString> folders;
   QStringList files;
+  std::deque<QString> saveFiles;
+  std::vector<ui::SaveRequest> saveRequests;
+  /// What was to be opened outside of the program, and whether that works.
+  QStringList opened;
+  bool canOpen = true;
   ui::ClipboardContent clipboard;
 
   ui::Answer Show(const ui::Message& message) override {
@@ -38,7 +43,13 @@ class RecordingPlatform : public ui::Platform {
   void SetClipboard(const ui::ClipboardContent& content) override { clipboard = content; }
   QString ClipboardText() override { return clipboard.text; }
   void ClearClipboard() override { clipboard = {}; }
-  bool OpenInBrowser(const QString&) override { return true; }
+  QString ChooseSaveFile(const ui::SaveRequest& request) override {
+    saveRequests.push_back(request);
+    return Next(saveFiles, {});
+  }
+  bool OpenInBrowser(const QString& file) override { return Open(file); }
+  bool OpenWebPage(const QString& address) override { return Open(address); }
+  bool StartSystemInformation() override { return Open(QStringLiteral("Systeminformationen")); }
   qint64 Milliseconds() override {
     if (onClock) onClock();
     return clock += 1000;
@@ -58,6 +69,10 @@ class RecordingPlatform : public ui::Platform {
   qint64 clock = 0;
 
  private:
+  bool Open(const QString& what) {
+    opened.append(what);
+    return canOpen;
+  }
   template <typename Value>
   static Value Next(std::deque<Value>& values, Value otherwise) {
     if (values.empty()) return otherwise;

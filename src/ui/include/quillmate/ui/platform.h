@@ -27,6 +27,18 @@ struct Message {
   QString detail;
 };
 
+/// What a save dialog starts with.
+struct SaveRequest {
+  QString title;
+  /// A folder that does not exist means the user's home.
+  QString folder;
+  QString fileName;
+  /// As in "Texte (*.txt *.log);;Alle Dateien (*)".
+  QString filter;
+  /// Given to a name without an extension.
+  QString extension;
+};
+
 /// What goes onto the clipboard together. Empty parts are left out.
 struct ClipboardContent {
   QString text;
@@ -52,12 +64,19 @@ class Platform {
   /// The chosen files, empty when the user cancels. `filter` as in "Texte (*.txt *.log);;Alle Dateien (*)".
   virtual QStringList ChooseFiles(const QString& title, const QString& start, const QString& filter) = 0;
 
+  /// The chosen file, empty when the user cancels. An existing file was confirmed by the user.
+  virtual QString ChooseSaveFile(const SaveRequest& request) = 0;
+
   virtual void SetClipboard(const ClipboardContent& content) = 0;
   virtual QString ClipboardText() = 0;
   virtual void ClearClipboard() = 0;
 
-  /// Opens a file in the user's browser; false when there is none.
+  /// Opens a file in the program that the desktop has for it: a page in the user's browser. False when there is none.
   virtual bool OpenInBrowser(const QString& file) = 0;
+  /// Opens a page of the web by its address; false when there is no browser.
+  virtual bool OpenWebPage(const QString& address) = 0;
+  /// Starts the desktop's tool for system information; false when there is none.
+  virtual bool StartSystemInformation() = 0;
   /// A clock that only goes forward, in milliseconds.
   virtual qint64 Milliseconds() = 0;
 };
