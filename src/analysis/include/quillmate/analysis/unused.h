@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <quillmate/codedb/code_database.h>
+
+/// Finds the routines that nothing in the project calls.
+///
+/// Candidates are Subs, Functions and Declares, never properties: public ones whose name no other public one has, in
+/// either case, and all private and Friend ones. A public candidate is looked for in every module, the others in their
+/// own. What counts as a reference is settled character by character:
+/// * Header and end lines of routines, keywords, string literals and comments are left out.
+/// * The name must stand in the same spelling. The character before it must not be a letter or "_", the one behind it
+///   not a letter, a digit or "_"; "Z" is no letter here. So "xZName" is a reference to "Name", and so is "3Name".
+/// * The names are looked for one after the other, and each reference found is set apart from its surroundings before
+///   the next name's turn. In "Foo3Name" the reference to "Name", when it comes first, makes "Foo3" one; a name that
+///   holds another one, as "xZName" does, is no longer found behind it.
+/// What is left is found on the code's own terms; buttons that a macro is assigned to and formulas in cells are not
+/// part of the code.
+namespace quillmate::analysis {
+
+enum class UnusedClass {
+  kCertain,  // nothing in the code names it
+  kHost,     // the host calls it: an event handler by its module and name, a start-up macro, a ribbon call-back
+  kText      // something may call it: its name stands in a string literal, as in Application.Run "Name", or in the code
+             // in another spelling, that of a Friend routine in another module
+};
+
+/// "sicher", "host" or "text".
+std::string_view UnusedClassName(UnusedClass unused) noexcept;
+
+struct UnusedRoutine {
+  /// `mod_num` and `rou_num`.
+  std::int64_t moduleNumber = 0;
+  std::int64_t routineNumber = 0;
+  /// Windows-1252.
+  std::string moduleName;
+  std::string routineName;
+  UnusedClass unused = UnusedClass::kCertain;
+};
+
+/// The candidates without a reference by module; within a module first the public ones by name, then the others in the
+/// order of their routine numbers. `folder` holds the index's module texts. The time it takes grows with the size of
+/// the project, not with the number of names. Throws codedb::DatabaseError, and std::runtime_error (UTF-8) when a
+/// module's text can't be read.
+std::vector<UnusedRoutine> FindUnusedRoutines(codedb::CodeDatabase& database, const std::filesystem::path& folder);
+
+}  // namespace quillmate::analysis

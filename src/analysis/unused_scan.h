@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "unused_names.h"
+#include "unused_text.h"
+
+namespace quillmate::analysis {
+
+/// Which letters part a name from its surroundings. Only "Z" is no letter, and digits only behind a name.
+bool MayStandBefore(char c) noexcept;
+bool MayStandBehind(char c) noexcept;
+
+/// A place where a name stands, whatever stands beside it. Offsets in the module's text.
+struct Occurrence {
+  int name = -1;
+  std::uint32_t start = 0;
+  std::uint32_t end = 0;
+};
+
+/// Finds the names of a table in one module after the other, in one pass over the text however many names there are.
+///
+/// A name that counts begins and ends where a word of identifier characters does or, within one, beside a "Z" or behind
+/// a digit: at a joint. Setting a name apart from its surroundings makes no places where others may begin or end that
+/// were no joints before.
+class NameScan {
+ public:
+  /// `names` is complete.
+  explicit NameScan(NameTable& names);
+
+  /// All occurrences that begin and end at joints. Notes in the table what words the code and the literals hold. The
+  /// result is valid until the next call.
+  const std::vector<Occurrence>& Scan(const ReferenceText& text, int moduleNumber);
+
+ private:
+  std::size_t ScanWord(std::size_t start);
+  void LookUpWord(std::uint64_t hash, std::size_t start, std::size_t end);
+  void LookUpParts(std::size_t start, std::size_t end);
+  void Collect(const NameTable::Group& group, std::size_t start, std::size_t end, bool wordEnds);
+  void CollectAt(std::size_t start, const std::vector<int>& names);
+  void ScanLiteral(std::string_view literal);
+
+  NameTable& names_;
+  std::vector<std::uint64_t> powers_;
+  std::string_view code_;
+  int module_ = 0;
+  std::vector<Occurrence> occurrences_;
+  std::vector<std::uint64_t> hashes_;  // of all beginnings of a word
+  std::vector<std::size_t> joints_;
+};
+
+}  // namespace quillmate::analysis
