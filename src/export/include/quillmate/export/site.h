@@ -1,0 +1,113 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <quillmate/codedb/records.h>
+
+/// The documentation of a project as a folder of linked pages: HTML5 in German, UTF-8 with LF, without scripts and
+/// without anything from a network.
+///
+///   index.html          the modules with kind, lines, routines and what they say about themselves; totals
+///   routinen.html       all routines from A to Z
+///   unbenutzt.html      the routines that nothing calls
+///   modul-<name>.html   a module: each routine with header, comment, callers and calls; the coloured code
+///   stil.css            colours and layout, light, dark and for print
+///   quillmate-site.txt  a line that names its kind, then the names of all other files: what the program may replace
+///
+/// Anchors of a module's page: "z" + line (1-based, of the stored text), "r-" + routine for what is told about it, "c-"
+/// + routine for its code. Names in files and anchors are ASCII and unique regardless of case. The same project gives
+/// the same bytes.
+///
+/// An identifier outside of keywords, strings and comments leads to the routine of that name in its own module, or else
+/// to the first routine of that name anywhere that is not private, as the window's command "Definition" does. The same
+/// links make up callers and calls; what a routine says about itself (recursion, the value of a function) is left out,
+/// and routines of one module with the same name (the parts of a property) share their callers.
+namespace quillmate::output {
+
+/// How sure it is that nothing calls a routine.
+enum class SiteJudgement : std::uint8_t {
+  kCertain,  // nothing names it
+  kHost,     // the host may call it by its name
+  kText      // a text names it, or the code in another spelling
+};
+
+/// A routine that nothing calls.
+struct SiteUnused {
+  /// `rou_num`.
+  std::int64_t routineNumber = 0;
+  SiteJudgement judgement = SiteJudgement::kCertain;
+};
+
+struct SiteProject {
+  /// UTF-8.
+  std::string title;
+  /// Where the module text files are.
+  std::filesystem::path indexFolder;
+  /// The whole index, by number.
+  std::vector<codedb::ModuleRecord> modules;
+  /// In the order in which they are to be shown.
+  std::vector<SiteUnused> unused;
+};
+
+struct SiteStyle {
+  /// Colours on white: red + 256 * green + 65536 * blue; what is above 24 bits does not count. On dark ground they are
+  /// made light enough to be read.
+  std::int32_t keywordColour = 8388608;
+  std::int32_t commentColour = 32768;
+  std::int32_t stringColour = 128;
+  /// Header and end lines of routines in bold.
+  bool boldRoutines = true;
+};
+
+/// Told about each module page that is written, `done` from 1.
+using SiteProgress = std::function<void(std::size_t done, std::size_t total)>;
+
+inline constexpr const char* kSiteListFile = "quillmate-site.txt";
+
+/// Writes all files into an existing folder. Linear in the size of the project; holds the text of one module and its
+/// page at a time. Throws std::runtime_error (UTF-8, names the file) and what `progress` throws.
+void WriteSite(const SiteProject& project, const SiteStyle& style, const std::filesystem::path& folder,
+               const SiteProgress& progress = {});
+
+/// A place for a site: a new hidden folder beside the target, which takes the target's place in the end. Until then,
+/// and whenever something fails, the target is what it was. Failures throw std::runtime_error (UTF-8, names the
+/// folder).
+class SiteFolder {
+ public:
+  /// A target that exists must be a folder: an empty one, an earlier site or, with `force`, any other.
+  SiteFolder(const std::filesystem::path& target, bool force);
+  /// Removes the new folder unless it was put in place.
+  ~SiteFolder();
+  SiteFolder(const SiteFolder&) = delete;
+  SiteFolder& operator=(const SiteFolder&) = delete;
+
+  /// Where the site is to be written.
+  const std::filesystem::path& Path() const noexcept { return fresh_; }
+
+  /// First step: swaps the folders. A file that is no page of the earlier site but has a name of the new one makes it
+  /// fail unless `force` was given. To be called once, when the site is whole.
+  void PutInPlace();
+  /// Second step: moves what was no part of the earlier site from the old folder into the new one and removes the rest.
+  void RemoveOld();
+
+ private:
+  void CheckTarget() const;
+  void CheckNames() const;
+
+  std::filesystem::path target_;
+  std::filesystem::path fresh_;
+  /// Set between the two steps: the folder that was the target.
+  std::filesystem::path old_;
+  bool force_;
+};
+
+/// All steps in one.
+void ExportSite(const SiteProject& project, const SiteStyle& style, const std::filesystem::path& target, bool force,
+                const SiteProgress& progress = {});
+
+}  // namespace quillmate::output

@@ -1,0 +1,88 @@
+#include <algorithm>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/export/site.h>
+#include <quillmate/text/markers.h>
+
+#include "site_comments_p.h"
+#include "site_files_p.h"
+#include "site_pages_p.h"
+#include "site_style_p.h"
+
+namespace quillmate::output {
+namespace {
+
+/// Scanning and storing have added a line break each.
+std::string_view WithoutAddedBreaks(std::string_view stored) noexcept {
+  for (int i = 0; i < 2 && stored.ends_with(text::kLineBreak); ++i) stored.remove_suffix(text::kLineBreak.size());
+  return stored;
+}
+
+class SiteWriter {
+ public:
+  SiteWriter(const SiteProject& project, const SiteStyle& style, const std::filesystem::path& folder)
+      : project_(project), style_(style), folder_(folder), model_(project), finder_(model_) {}
+
+  void Run(const SiteProgress& progress) {
+    ForEachModule([&](int module, std::string_view text) { ReadModule(module, text); });
+    SortReferences(model_);
+    Write(kStyleFile, StyleSheet(style_));
+    Write(kStartFile, StartPage(model_));
+    Write(kRoutinesFile, RoutinesPage(model_));
+    Write(kUnusedFile, UnusedPage(model_));
+    ForEachModule([&](int module, std::string_view text) {
+      Write(model_.Module(module).page, ModulePage(model_, module, text, finder_));
+      if (progress) progress(static_cast<std::size_t>(module) + 1, model_.modules.size());
+    });
+    WriteSiteList(folder_, files_);
+  }
+
+ private:
+  template <typename Handler>
+  void ForEachModule(Handler handle) {
+    for (int i = 0; i < static_cast<int>(model_.modules.size()); ++i) {
+      const int number = static_cast<int>(model_.Module(i).record->number);
+      const std::string stored = codedb::ReadModuleText(project_.indexFolder, number);
+      handle(i, WithoutAddedBreaks(stored));
+    }
+  }
+
+  void ReadModule(int position, std::string_view text) {
+    CollectReferences(text, position, finder_, model_);
+    SiteModule& module = model_.modules[static_cast<std::size_t>(position)];
+    module.description = CommentLines(text).OfModule([&](std::int64_t line) {
+      const auto* const first = model_.routines.data() + module.first;
+      const auto* const last = model_.routines.data() + module.last;
+      return std::any_of(first, last, [&](const SiteRoutine& routine) { return routine.record->start == line; });
+    });
+  }
+
+  void Write(const std::string& file, std::string_view page) {
+    codedb::WriteWholeFile(folder_ / file, page);
+    files_.push_back(file);
+  }
+
+  const SiteProject& project_;
+  const SiteStyle& style_;
+  const std::filesystem::path& folder_;
+  SiteModel model_;
+  ReferenceFinder finder_;
+  std::vector<std::string> files_;
+};
+
+}  // namespace
+
+void WriteSite(const SiteProject& project, const SiteStyle& style, const std::filesystem::path& folder,
+               const SiteProgress& progress) {
+  SiteWriter(project, style, folder).Run(progress);
+}
+
+void ExportSite(const SiteProject& project, const SiteStyle& style, const std::filesystem::path& target, bool force,
+                const SiteProgress& progress) {
+  SiteFolder folder(target, force);
+  WriteSite(project, style, folder.Path(), progress);
+  folder.PutInPlace();
+  folder.RemoveOld();
+}
+
+}  // namespace quillmate::output

@@ -1,0 +1,191 @@
+#include <charconv>
+
+#include "site_code_p.h"
+#include "site_text_p.h"
+#include "site_walk_p.h"
+
+namespace quillmate::output {
+namespace {
+
+std::string_view SpanTag(text::Marker marker) noexcept {
+  switch (marker) {
+    case text::Marker::kCommentOpen:
+      return "<span class=\"c\">";
+    case text::Marker::kKeywordOpen:
+      return "<span class=\"k\">";
+    default:
+      return "<span class=\"s\">";
+  }
+}
+
+void AppendNumber(std::string& html, std::int64_t number) {
+  char digits[24];
+  const auto [end, error] = std::to_chars(std::begin(digits), std::end(digits), number);
+  html.append(digits, end);
+}
+
+/// Turns the markers into tags. Markers of code that itself holds byte 159 need not match; and a comment or a header
+/// may go on in the next line. So the tags follow what is open, and all are closed at a line's end.
+class CodeTags {
+ public:
+  explicit CodeTags(std::string& html) : html_(html) {}
+
+  void Mark(text::Marker marker) {
+    switch (marker) {
+      case text::Marker::kHeaderLineOpen:
+        return SetBold(bold_ + 1);
+      case text::Marker::kHeaderLineClose:
+        return SetBold(bold_ > 0 ? bold_ - 1 : 0);
+      default:
+        return SetSpan(marker);
+    }
+  }
+
+  /// Closes what is open, and opens it again.
+  void Suspend() {
+    if (span_ != text::Marker::kSpanClose) html_ += "</span>";
+    if (bold_ > 0) html_ += "</b>";
+  }
+  void Resume() {
+    if (bold_ > 0) OpenBold();
+    if (span_ != text::Marker::kSpanClose) html_ += SpanTag(span_);
+  }
+
+  /// The next "<b>" gets this anchor.
+  void SetAnchor(std::string_view anchor) { anchor_ = anchor; }
+
+ private:
+  void SetBold(int bold) {
+    if ((bold > 0) == (bold_ > 0) && anchor_.empty()) {
+      bold_ = bold;
+      return;
+    }
+    Suspend();
+    bold_ = bold;
+    Resume();
+  }
+
+  void SetSpan(text::Marker span) {
+    if (span_ != text::Marker::kSpanClose) html_ += "</span>";
+    span_ = span;
+    if (span_ != text::Marker::kSpanClose) html_ += SpanTag(span_);
+  }
+
+  void OpenBold() {
+    if (anchor_.empty()) {
+      html_ += "<b>";
+    } else {
+      html_.append("<b id=\"c-").append(anchor_).append("\">");
+      anchor_ = {};
+    }
+  }
+
+  std::string& html_;
+  int bold_ = 0;
+  text::Marker span_ = text::Marker::kSpanClose;
+  std::string_view anchor_;
+};
+
+class PlainRenderer {
+ public:
+  explicit PlainRenderer(std::string& html) : html_(html), tags_(html) {}
+
+  void Identifier(std::string_view word) { AppendCode(html_, word); }
+  void Text(std::string_view bytes) { AppendCode(html_, bytes); }
+  void Mark(text::Marker marker) { tags_.Mark(marker); }
+  void LineBreak() {
+    tags_.Suspend();
+    html_ += '\n';
+    tags_.Resume();
+  }
+  void Finish() { tags_.Suspend(); }
+
+ private:
+  std::string& html_;
+  CodeTags tags_;
+};
+
+class ModuleRenderer {
+ public:
+  ModuleRenderer(std::string& html, int module, const SiteModel& model, ReferenceFinder& finder)
+      : html_(html), tags_(html), module_(module), model_(model), finder_(finder) {
+    BeginLine();
+  }
+
+  void Identifier(std::string_view word) {
+    const SiteReference reference = finder_.Find(word);
+    if (reference.routine == kNoRoutine) {
+      AppendCode(html_, word);
+      return;
+    }
+    const SiteRoutine& routine = model_.Routine(reference.routine);
+    html_ += "<a href=\"";
+    if (routine.module != module_) html_ += model_.ModuleOf(routine).page;
+    html_ += reference.isDefinition || !routine.hasCode ? "#r-" : "#c-";
+    html_.append(routine.anchor).append("\">");
+    AppendCode(html_, word);
+    html_ += "</a>";
+  }
+
+  void Text(std::string_view bytes) { AppendCode(html_, bytes); }
+
+  void Mark(text::Marker marker) {
+    if (marker == text::Marker::kHeaderLineOpen) SetAnchor();
+    tags_.Mark(marker);
+  }
+
+  void LineBreak() {
+    tags_.Suspend();
+    html_ += '\n';
+    finder_.NextLine();
+    BeginLine();
+    tags_.Resume();
+  }
+
+  void Finish() {
+    tags_.Suspend();
+    html_ += '\n';
+  }
+
+ private:
+  void BeginLine() {
+    html_ += "<span id=\"z";
+    AppendNumber(html_, finder_.Line());
+    html_ += "\">";
+    AppendNumber(html_, finder_.Line());
+    html_ += "</span>";
+  }
+
+  void SetAnchor() {
+    const int routine = finder_.RoutineStartingHere();
+    if (routine == kNoRoutine || routine == anchored_) return;
+    anchored_ = routine;
+    tags_.SetAnchor(model_.Routine(routine).anchor);
+  }
+
+  std::string& html_;
+  CodeTags tags_;
+  int module_;
+  const SiteModel& model_;
+  ReferenceFinder& finder_;
+  /// The last routine that has its anchor.
+  int anchored_ = kNoRoutine;
+};
+
+}  // namespace
+
+void AppendModuleCode(std::string& html, std::string_view markedText, int module, const SiteModel& model,
+                      ReferenceFinder& finder) {
+  finder.EnterModule(module);
+  ModuleRenderer renderer(html, module, model, finder);
+  CodeWalk(markedText, renderer).Run();
+  renderer.Finish();
+}
+
+void AppendPlainCode(std::string& html, std::string_view markedText) {
+  PlainRenderer renderer(html);
+  CodeWalk(markedText, renderer).Run();
+  renderer.Finish();
+}
+
+}  // namespace quillmate::output

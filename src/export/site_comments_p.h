@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What modules and routines say about themselves in comments.
+namespace quillmate::output {
+
+/// The lines of a module's marked-up text and which of them hold nothing but a comment. The text must outlive it.
+///
+/// Comments are given as text for pages: without apostrophes, escaped, lines separated by LF. Where there were no
+/// words, or only a line was drawn, there is an empty line, but not at the ends. Empty when there is no comment.
+class CommentLines {
+ public:
+  /// `markedText` without the line breaks that storing has added.
+  explicit CommentLines(std::string_view markedText);
+
+  /// The comment directly above the header that begins in line `start` (1-based) or, without one, directly below its
+  /// `headerLines` lines.
+  std::string OfRoutine(std::int64_t start, int headerLines) const;
+  /// The comment at the module's top: nothing stands before it but empty lines and Option statements. One that
+  /// `isRoutineStart` (1-based line) says to stand above a routine belongs to that.
+  std::string OfModule(const std::function<bool(std::int64_t)>& isRoutineStart) const;
+  /// The marked-up text of some lines, without the last line's end.
+  std::string_view Lines(std::int64_t start, int count) const;
+
+ private:
+  /// 0-based.
+  std::size_t EndOfBlock(std::size_t first) const;
+  std::string Text(std::size_t first, std::size_t end) const;
+
+  std::vector<std::string_view> lines_;
+  std::vector<bool> isComment_;
+};
+
+}  // namespace quillmate::output

@@ -1,0 +1,163 @@
+#include <algorithm>
+#include <cstdio>
+#include <set>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include <fcntl.h>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/export/site.h>
+#include <quillmate/text/operations.h>
+
+#include "site_files_p.h"
+
+namespace quillmate::output {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kListTitle = "Quillmate HTML-Dokumentation";
+
+[[noreturn]] void Fail(const fs::path& path, const std::string& what) {
+  throw std::runtime_error(codedb::PathText(path) + ": " + what);
+}
+
+/// Absolute, symbolic links resolved, without a separator at its end.
+fs::path ResolveTarget(const fs::path& target) {
+  fs::path path = fs::weakly_canonical(fs::absolute(target));
+  return path.has_filename() ? path : path.parent_path();
+}
+
+/// A new hidden folder beside the target.
+fs::path MakeFolderBeside(const fs::path& target) {
+  for (int number = 1;; ++number) {
+    fs::path folder = target.parent_path() / ".";
+    folder += target.filename();
+    folder += ".neu-" + std::to_string(number);
+    if (fs::create_directory(folder)) return folder;
+  }
+}
+
+bool IsPlainName(std::string_view name) {
+  return !name.empty() && name != "." && name != ".." && name.find_first_of("/\\:") == std::string_view::npos;
+}
+
+bool IsSite(const fs::path& folder) {
+  const fs::path list = folder / kSiteListFile;
+  std::error_code error;
+  return fs::is_regular_file(list, error) &&
+         codedb::ReadWholeFile(list).starts_with(std::string(kListTitle).append("\n"));
+}
+
+/// The names of the files that make up the site in a folder, the list included; empty when there is no site.
+std::set<fs::path> FilesOfSite(const fs::path& folder) {
+  if (!IsSite(folder)) return {};
+  std::set<fs::path> files{kSiteListFile};
+  const std::string list = codedb::ReadWholeFile(folder / kSiteListFile);
+  for (const std::string_view name : text::Split(list, "\n")) {
+    if (IsPlainName(name) && name != kListTitle) files.insert(codedb::PathFromText(name));
+  }
+  return files;
+}
+
+/// What lies in a folder besides the files of a site.
+std::vector<fs::path> OthersIn(const fs::path& folder, const std::set<fs::path>& siteFiles) {
+  std::vector<fs::path> others;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    const bool isFolder = !entry.is_symlink() && entry.is_directory();
+    const fs::path name = entry.path().filename();
+    if (isFolder || !siteFiles.contains(name)) others.push_back(name);
+  }
+  return others;
+}
+
+/// Swaps two folders in one step. False when the system can't; nothing has changed then.
+bool Exchange(const fs::path& a, const fs::path& b) noexcept {
+#ifdef RENAME_EXCHANGE
+  return renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
+#else
+  static_cast<void>(a), static_cast<void>(b);
+  return false;
+#endif
+}
+
+/// Puts `fresh` where `old` is and gives the path at which the old folder lies then.
+fs::path SwapIn(const fs::path& fresh, const fs::path& old) {
+  if (Exchange(fresh, old)) return fresh;
+  fs::path aside = fresh;
+  aside += ".alt";
+  fs::rename(old, aside);
+  std::error_code error;
+  fs::rename(fresh, old, error);
+  if (error) {
+    fs::rename(aside, old);
+    throw fs::filesystem_error("rename", fresh, old, error);
+  }
+  return aside;
+}
+
+}  // namespace
+
+void WriteSiteList(const fs::path& folder, const std::vector<std::string>& files) {
+  std::string list(kListTitle);
+  list += '\n';
+  for (const std::string& file : files) list.append(file).append("\n");
+  codedb::WriteWholeFile(folder / kSiteListFile, list);
+}
+
+SiteFolder::SiteFolder(const fs::path& target, bool force) : target_(ResolveTarget(target)), force_(force) {
+  CheckTarget();
+  fresh_ = MakeFolderBeside(target_);
+}
+
+SiteFolder::~SiteFolder() {
+  std::error_code ignored;
+  if (!fresh_.empty()) fs::remove_all(fresh_, ignored);
+}
+
+void SiteFolder::CheckTarget() const {
+  std::error_code error;
+  const fs::file_status status = fs::status(target_, error);
+  if (!fs::exists(status)) return;
+  if (!fs::is_directory(status)) Fail(target_, "Das ist kein Ordner");
+  if (force_ || IsSite(target_) || fs::is_empty(target_, error)) return;
+  Fail(target_, "Der Ordner ist nicht leer und keine HTML-Dokumentation");
+}
+
+void SiteFolder::CheckNames() const {
+  for (const fs::path& name : OthersIn(target_, FilesOfSite(target_))) {
+    const fs::path page = fresh_ / name;
+    if (!fs::exists(page)) continue;
+    if (!force_ || fs::is_directory(target_ / name)) {
+      Fail(target_ / name, "Das gehört nicht zur HTML-Dokumentation und wird nicht überschrieben");
+    }
+  }
+}
+
+void SiteFolder::PutInPlace() {
+  if (!fs::exists(target_)) {
+    fs::rename(fresh_, target_);
+  } else {
+    CheckNames();
+    fs::permissions(fresh_, fs::status(target_).permissions());
+    old_ = SwapIn(fresh_, target_);
+  }
+  fresh_.clear();
+}
+
+void SiteFolder::RemoveOld() try {
+  if (old_.empty()) return;
+  const std::set<fs::path> siteFiles = FilesOfSite(old_);
+  for (const fs::path& name : OthersIn(old_, siteFiles)) {
+    if (!fs::exists(fs::symlink_status(target_ / name))) fs::rename(old_ / name, target_ / name);
+  }
+  fs::remove_all(old_);
+} catch (const fs::filesystem_error&) {
+  Fail(target_,
+       "Die neue HTML-Dokumentation ist geschrieben, in " + codedb::PathText(old_) + " liegen noch Dateien von vorher");
+}
+
+}  // namespace quillmate::output

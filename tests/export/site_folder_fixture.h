@@ -1,0 +1,92 @@
+#pragma once
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+#include <quillmate/codedb/codes.h>
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/export/site.h>
+#include <quillmate/text/markers.h>
+#include <quillmate/text/operations.h>
+
+namespace quillmate::output {
+
+/// A project of modules that a test writes down, in a folder that goes away with the test.
+class SiteTest : public testing::Test {
+ protected:
+  SiteTest() {
+    const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
+    folder_ = std::filesystem::path(testing::TempDir()) / ("quillmate-site-" + std::string(test->name()));
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_ / "index");
+    project_.title = "Prüfstück";
+    project_.indexFolder = folder_ / "index";
+  }
+  ~SiteTest() override { std::filesystem::remove_all(folder_); }
+
+  /// Marked-up text: [keyword] {comment} ~string^ <header line>, lines separated by LF.
+  static std::string Marked(std::string_view code) {
+    std::string marked;
+    for (const char c : code) {
+      constexpr std::string_view kSigns = "[{~]}^<>\n";
+      constexpr std::string_view kTexts[] = {text::KeywordOpen,    text::CommentOpen,     text::StringOpen,
+                                             text::SpanClose,      text::SpanClose,       text::SpanClose,
+                                             text::HeaderLineOpen, text::HeaderLineClose, text::kLineBreak};
+      const std::size_t sign = kSigns.find(c);
+      marked += sign == std::string_view::npos ? std::string_view(&c, 1) : kTexts[sign];
+    }
+    return marked;
+  }
+
+  codedb::ModuleRecord& AddModule(const std::string& name, int kind, std::string_view markedText) {
+    const int number = static_cast<int>(project_.modules.size()) + 1;
+    codedb::WriteModuleText(project_.indexFolder, number, std::string(markedText) + "\r\n");
+    const auto lines = std::count(markedText.begin(), markedText.end(), '\n') + 1;
+    project_.modules.push_back({number, name, kind, lines, {}});
+    return project_.modules.back();
+  }
+
+  struct Lines {
+    std::optional<std::int64_t> start{}, end{};
+    int header = 1;
+  };
+
+  void AddRoutine(const std::string& name, Lines lines, int kind = codedb::kSub, int visibility = codedb::kPublic) {
+    codedb::ModuleRecord& module = project_.modules.back();
+    module.routines.push_back(
+        {++routineNumber_, module.number, name, kind, visibility, lines.header, lines.start, lines.end});
+  }
+
+  /// All files of the site by name.
+  std::map<std::string, std::string> Write(const SiteStyle& style = {}) const {
+    const std::filesystem::path site = folder_ / "site";
+    std::filesystem::remove_all(site);
+    std::filesystem::create_directories(site);
+    WriteSite(project_, style, site);
+    std::map<std::string, std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(site)) {
+      files[entry.path().filename().string()] = codedb::ReadWholeFile(entry.path());
+    }
+    return files;
+  }
+
+  /// The part of a page from `from` up to before `to`.
+  static std::string Part(const std::string& page, std::string_view from, std::string_view to) {
+    const std::size_t begin = page.find(from);
+    const std::size_t end = page.find(to, begin == std::string::npos ? 0 : begin);
+    EXPECT_NE(end, std::string::npos) << from << " ... " << to << "\nin\n" << page;
+    return begin == std::string::npos || end == std::string::npos ? std::string() : page.substr(begin, end - begin);
+  }
+
+  std::filesystem::path folder_;
+  SiteProject project_;
+  std::int64_t routineNumber_ = 0;
+};
+
+}  // namespace quillmate::output
