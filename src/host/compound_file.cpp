@@ -249,16 +249,16 @@ std::optional<CompoundId> CompoundFile::FindStream(CompoundId storage, std::stri
   return found.has_value() && entries_[*found].kind == CompoundEntry::Kind::kStream ? found : std::nullopt;
 }
 
-PiecedSource CompoundFile::OpenStream(CompoundId stream) const {
+PiecedSource CompoundFile::OpenStream(CompoundId stream, std::uint64_t limit) const {
   const CompoundEntry& entry = entries_[stream];
-  return entry.size < miniCutoff_ ? MiniChain(entry.firstSector, entry.size)
-                                  : SectorChain(entry.firstSector, entry.size);
+  const std::uint64_t size = std::min(entry.size, limit);
+  return entry.size < miniCutoff_ ? MiniChain(entry.firstSector, size) : SectorChain(entry.firstSector, size);
 }
 
 CompoundStream CompoundFile::ReadStream(CompoundId stream, std::uint64_t limit) const {
-  PiecedSource chain = OpenStream(stream);
+  PiecedSource chain = OpenStream(stream, limit);
   CompoundStream result;
-  result.bytes = ReadBytes(chain, 0, limit);
+  result.bytes = ReadBytes(chain, 0, chain.Size());
   result.complete = result.bytes.size() == entries_[stream].size;
   return result;
 }

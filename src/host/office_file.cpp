@@ -113,7 +113,11 @@ OfficeFile ReadBareProject(const std::string& bytes, OfficeHost host) {
 }
 
 OfficeFile ReadPresentation(const CompoundFile& file, CompoundId stream) {
-  const PresentationProject project = ReadPresentationProject(file, stream, kLargestVbaProject);
+  constexpr std::uint64_t kUserAtomSize = 64;
+  const std::optional<CompoundId> user = file.FindStream(CompoundFile::kRoot, "Current User");
+  const std::string currentUser = user.has_value() ? file.ReadStream(*user, kUserAtomSize).bytes : std::string();
+  const PresentationProject project =
+      ReadPresentationProject(file.OpenStream(stream, file.Size()), currentUser, kLargestVbaProject);
   switch (project.state) {
     case PresentationProject::State::kRead:
       return ReadBareProject(project.bytes, OfficeHost::kPowerPoint);

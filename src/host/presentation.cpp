@@ -1,9 +1,12 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include <zlib.h>
+
+#include <quillmate/host/compound_file.h>
 
 #include "presentation_p.h"
 
@@ -24,6 +27,11 @@ enum RecordType : std::uint16_t {
 constexpr std::uint32_t kEncryptedToken = 0xF3D1C4DF;
 constexpr std::uint64_t kHeadSize = 8;
 constexpr std::size_t kNumberSize = 4;
+/// Every save may add an edit.
+constexpr int kMostEdits = 65536;
+/// Nothing smaller holds a storage; of very many, the last ones are looked at.
+constexpr std::uint64_t kSmallestStorage = 64;
+constexpr std::size_t kMostStorages = 4096;
 
 using State = PresentationProject::State;
 
@@ -54,12 +62,19 @@ bool Inflate(std::string_view packed, std::size_t limit, std::string& out) {
   return !out.empty();
 }
 
+/// Where the way through the edits ends.
+struct Found {
+  enum class End { kProject, kNoMacros, kDamage };
+  End end = End::kDamage;
+  Record record{};
+};
+
 class Presentation {
  public:
   explicit Presentation(PiecedSource stream) : stream_(std::move(stream)) {}
 
-  /// The project's record by way of the edits. No value when that way is damaged, no record when there are no macros.
-  std::optional<std::optional<Record>> FindProject(std::uint32_t currentEdit);
+  /// The project's record by way of the edits.
+  Found FindProject(std::uint32_t currentEdit);
   /// The storages of embedded objects, in the order of the stream.
   std::vector<Record> Storages();
   PresentationProject Unpack(const Record& record, std::size_t limit);
@@ -69,6 +84,7 @@ class Presentation {
   std::optional<Record> RecordOfType(std::uint64_t at, std::uint16_t type);
   std::optional<Record> Child(const Record& container, std::uint16_t type);
   std::uint32_t Number(std::uint64_t at);
+  std::optional<Record> Object(std::uint32_t edit, std::uint32_t id, std::uint16_t type);
   std::optional<std::uint32_t> PersistOffset(std::uint32_t edit, std::uint32_t id);
   std::optional<std::uint32_t> OffsetIn(const Record& directory, std::uint32_t id);
 
@@ -123,7 +139,9 @@ std::optional<std::uint32_t> Presentation::PersistOffset(std::uint32_t edit, std
   constexpr std::uint64_t kLastEditAt = 8;
   constexpr std::uint64_t kDirectoryAt = 12;
   std::uint64_t bytesLeft = stream_.Size();
-  while (const std::optional<Record> record = RecordOfType(edit, kUserEdit)) {
+  for (int edits = 0; edits < kMostEdits; ++edits) {
+    const std::optional<Record> record = RecordOfType(edit, kUserEdit);
+    if (!record.has_value()) return std::nullopt;
     const std::optional<Record> directory = RecordOfType(Number(record->start + kDirectoryAt), kPersistDirectory);
     if (!directory.has_value() || directory->end - directory->start > bytesLeft) return std::nullopt;
     bytesLeft -= directory->end - directory->start;
@@ -135,23 +153,24 @@ std::optional<std::uint32_t> Presentation::PersistOffset(std::uint32_t edit, std
   return std::nullopt;
 }
 
-std::optional<std::optional<Record>> Presentation::FindProject(std::uint32_t currentEdit) {
+std::optional<Record> Presentation::Object(std::uint32_t edit, std::uint32_t id, std::uint16_t type) {
+  const std::optional<std::uint32_t> offset = PersistOffset(edit, id);
+  return offset.has_value() ? RecordOfType(*offset, type) : std::nullopt;
+}
+
+Found Presentation::FindProject(std::uint32_t currentEdit) {
   constexpr std::uint64_t kDocumentIdAt = 16;
   constexpr std::uint64_t kHasMacrosAt = 4;
   const std::optional<Record> edit = RecordOfType(currentEdit, kUserEdit);
-  if (!edit.has_value()) return std::nullopt;
-  const std::optional<std::uint32_t> offset = PersistOffset(currentEdit, Number(edit->start + kDocumentIdAt));
-  const std::optional<Record> document = offset.has_value() ? RecordOfType(*offset, kDocument) : std::nullopt;
-  if (!document.has_value()) return std::nullopt;
-
+  if (!edit.has_value()) return {};
+  const std::optional<Record> document = Object(currentEdit, Number(edit->start + kDocumentIdAt), kDocument);
+  if (!document.has_value()) return {};
   const std::optional<Record> list = Child(*document, kDocumentInfoList);
   const std::optional<Record> info = list.has_value() ? Child(*list, kVbaInfo) : std::nullopt;
   const std::optional<Record> atom = info.has_value() ? Child(*info, kVbaInfoAtom) : std::nullopt;
-  if (!atom.has_value() || Number(atom->start + kHasMacrosAt) == 0) return std::optional<Record>();
-  const std::optional<std::uint32_t> project = PersistOffset(currentEdit, Number(atom->start));
-  const std::optional<Record> storage = project.has_value() ? RecordOfType(*project, kOleObjectStorage) : std::nullopt;
-  if (!storage.has_value()) return std::nullopt;
-  return storage;
+  if (!atom.has_value() || Number(atom->start + kHasMacrosAt) == 0) return {Found::End::kNoMacros, {}};
+  const std::optional<Record> project = Object(currentEdit, Number(atom->start), kOleObjectStorage);
+  return project.has_value() ? Found{Found::End::kProject, *project} : Found{};
 }
 
 std::vector<Record> Presentation::Storages() {
@@ -159,7 +178,8 @@ std::vector<Record> Presentation::Storages() {
   for (std::uint64_t at = 0; at < stream_.Size();) {
     const std::optional<Record> record = RecordAt(at, stream_.Size());
     if (!record.has_value()) break;
-    if (record->type == kOleObjectStorage) storages.push_back(*record);
+    const bool isStorage = record->type == kOleObjectStorage && record->end - record->start >= kSmallestStorage;
+    if (isStorage) storages.push_back(*record);
     at = record->end;
   }
   return storages;
@@ -168,10 +188,10 @@ std::vector<Record> Presentation::Storages() {
 PresentationProject Presentation::Unpack(const Record& record, std::size_t limit) {
   PresentationProject project;
   project.state = State::kTooLarge;
-  const std::string content =
-      ReadBytes(stream_, record.start, std::min<std::uint64_t>(record.end - record.start, limit));
+  if (record.end - record.start > limit) return project;
+  std::string content = ReadBytes(stream_, record.start, record.end - record.start);
   if (!record.packed) {
-    project.bytes = content;
+    project.bytes = std::move(content);
   } else if (content.size() < kNumberSize ||
              !Inflate(std::string_view(content).substr(kNumberSize), limit, project.bytes)) {
     project.state = State::kDamaged;
@@ -190,10 +210,10 @@ bool HoldsProject(const std::string& bytes) {
 
 /// The search from the end, for a presentation whose edits are damaged. Unpacks no more than `limit` bytes in all.
 PresentationProject LastProject(Presentation& presentation, std::size_t limit) {
-  std::vector<Record> storages = presentation.Storages();
+  const std::vector<Record> storages = presentation.Storages();
   PresentationProject project;
-  for (; !storages.empty() && limit > 0; storages.pop_back()) {
-    project = presentation.Unpack(storages.back(), limit);
+  for (std::size_t tried = 0; tried < std::min(storages.size(), kMostStorages) && limit > 0; ++tried) {
+    project = presentation.Unpack(storages[storages.size() - 1 - tried], limit);
     if (project.state == State::kRead && HoldsProject(project.bytes)) return project;
     limit -= std::min(limit, project.bytes.size());
   }
@@ -204,23 +224,21 @@ PresentationProject LastProject(Presentation& presentation, std::size_t limit) {
 
 }  // namespace
 
-PresentationProject ReadPresentationProject(const CompoundFile& file, CompoundId documentStream, std::size_t limit) {
+PresentationProject ReadPresentationProject(PiecedSource document, std::string_view currentUser, std::size_t limit) {
   constexpr std::size_t kTokenAt = 12;
   constexpr std::size_t kCurrentEditAt = 16;
-  constexpr std::uint64_t kUserAtomSize = 64;
-  const std::optional<CompoundId> user = file.FindStream(CompoundFile::kRoot, "Current User");
-  const std::string atom = user.has_value() ? file.ReadStream(*user, kUserAtomSize).bytes : std::string();
   PresentationProject project;
-  if (LittleEndian<std::uint32_t>(atom, kTokenAt) == kEncryptedToken) {
+  if (LittleEndian<std::uint32_t>(currentUser, kTokenAt) == kEncryptedToken) {
     project.state = State::kEncrypted;
     return project;
   }
-  Presentation presentation(file.OpenStream(documentStream));
-  const std::optional<std::optional<Record>> found =
-      presentation.FindProject(LittleEndian<std::uint32_t>(atom, kCurrentEditAt));
-  if (found.has_value() && !found->has_value()) return project;
-  if (found.has_value()) project = presentation.Unpack(**found, limit);
-  if (found.has_value() && project.state != State::kDamaged && HoldsProject(project.bytes)) return project;
+  Presentation presentation(std::move(document));
+  const Found found = presentation.FindProject(LittleEndian<std::uint32_t>(currentUser, kCurrentEditAt));
+  if (found.end == Found::End::kNoMacros) return project;
+  if (found.end == Found::End::kProject) {
+    project = presentation.Unpack(found.record, limit);
+    if (project.state == State::kTooLarge || HoldsProject(project.bytes)) return project;
+  }
   return LastProject(presentation, limit);
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 
-#include <quillmate/host/compound_file.h>
+#include <quillmate/host/byte_source.h>
 
 /// Macro projects of presentations in compound files, after the published format [MS-PPT]: the project is a compound
 /// file of its own inside the stream "PowerPoint Document", most often packed.
@@ -24,8 +26,10 @@ struct PresentationProject {
   std::string bytes;
 };
 
-/// The project of the presentation in `file`, at most `limit` bytes. When the way through the edits is damaged, the
-/// last record in the stream that holds a project is taken. Linear in the stream's size.
-PresentationProject ReadPresentationProject(const CompoundFile& file, CompoundId documentStream, std::size_t limit);
+/// The project of a presentation, at most `limit` bytes: `document` is its stream "PowerPoint Document", `currentUser`
+/// the content of the stream of that name, empty when there is none. When the way through the edits is damaged, the
+/// last record in the stream that holds a project is taken. Linear in the stream's size; at most 65,536 edits are gone
+/// through and 4,096 records searched.
+PresentationProject ReadPresentationProject(PiecedSource document, std::string_view currentUser, std::size_t limit);
 
 }  // namespace quillmate::host

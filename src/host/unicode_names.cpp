@@ -35,7 +35,8 @@ std::string Utf8FromUtf16(std::u16string_view utf16) {
 std::string Utf8FromUtf16Bytes(std::string_view bytes) {
   std::u16string utf16;
   utf16.reserve(bytes.size() / 2);
-  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) utf16 += LittleEndian<std::uint16_t>(bytes, at);
+  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2)
+    utf16 += static_cast<char16_t>(LittleEndian<std::uint16_t>(bytes, at));
   return Utf8FromUtf16(utf16);
 }
 

@@ -87,7 +87,7 @@ TEST(CompoundFile, ReadsInPlaces) {
   const std::optional<CompoundFile> file = CompoundFile::Open(source);
   ASSERT_TRUE(file.has_value());
   const CompoundId id = *file->FindStream(CompoundFile::kRoot, "s");
-  PiecedSource stream = file->OpenStream(id);
+  PiecedSource stream = file->OpenStream(id, bytes.size());
   EXPECT_EQ(ReadBytes(stream, 500, 600), Pattern(5000, 3).substr(500, 600));
   EXPECT_EQ(ReadBytes(stream, 4990, 600), Pattern(5000, 3).substr(4990));
   EXPECT_EQ(ReadBytes(stream, 5000, 1), "");

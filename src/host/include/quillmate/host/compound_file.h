@@ -72,10 +72,10 @@ class CompoundFile {
   std::optional<CompoundId> FindStorage(CompoundId storage, std::string_view name) const;
   std::optional<CompoundId> FindStream(CompoundId storage, std::string_view name) const;
 
-  /// The first `limit` bytes of a stream.
+  /// The first `limit` bytes of a stream; costs no more than that many bytes do.
   CompoundStream ReadStream(CompoundId stream, std::uint64_t limit) const;
-  /// A stream to be read in places, as long as its chain reaches. It must not outlive this object.
-  PiecedSource OpenStream(CompoundId stream) const;
+  /// The same to be read in places, as long as the chain reaches. It must not outlive this object.
+  PiecedSource OpenStream(CompoundId stream, std::uint64_t limit) const;
 
  private:
   using Table = std::vector<std::uint32_t>;

@@ -1,0 +1,10 @@
+#include <quillmate/host/office_file.h>
+
+#include "fuzz.h"
+
+void quillmate::host::Check(std::string_view bytes) {
+  MemorySource source(bytes);
+  const OfficeFile file = ReadOfficeFile(source);
+  Expect(file.reason.empty() == (file.state == OfficeFile::State::kRead));
+  Expect(file.project.modules.empty() || !file.project.protection.Locked());
+}

@@ -1,0 +1,11 @@
+#include <quillmate/host/vba_directory.h>
+
+#include "fuzz.h"
+
+void quillmate::host::Check(std::string_view bytes) {
+  const ProjectText project = ParseProjectText(bytes);
+  Expect(project.modules.size() <= bytes.size());
+  for (const ProjectTextModule& module : project.modules) Expect(!module.name.empty() && module.type != 0);
+  const std::optional<std::string> data = DecipherVbaData(bytes);
+  Expect(!data.has_value() || data->size() < bytes.size());
+}

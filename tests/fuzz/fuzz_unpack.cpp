@@ -1,0 +1,12 @@
+#include <quillmate/host/vba_compression.h>
+
+#include "fuzz.h"
+
+void quillmate::host::Check(std::string_view bytes) {
+  constexpr std::size_t kLimit = 1000000;
+  const VbaUnpacked unpacked = UnpackVba(bytes, kLimit);
+  Expect(unpacked.bytes.size() <= kLimit + 4096);
+  Expect(UnpacksTo(bytes, "Attri") <= (unpacked.bytes.size() >= 5));
+  const std::size_t found = FindContainer(bytes, "Attri");
+  Expect(found == std::string_view::npos || UnpacksTo(bytes.substr(found), "Attri"));
+}
