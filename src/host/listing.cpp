@@ -101,6 +101,7 @@ class Lister {
   Listing Take() { return std::move(listing_); }
 
  private:
+  void ListByName(const fs::path& file);
   void ListFolder(const fs::path& folder);
   void ListVbProject(const fs::path& file);
   void ListModuleFile(const fs::path& file);
@@ -117,7 +118,6 @@ class Lister {
 
 void Lister::ListSource(const fs::path& source) {
   const fs::path full = FullPath(source);
-  const std::string extension = ExtensionOf(full);
   std::error_code error;
   if (fs::is_directory(full, error)) {
     ListFolder(full);
@@ -125,14 +125,22 @@ void Lister::ListSource(const fs::path& source) {
     AddProblem(full, ProblemOfPath(full));
   } else if (LooksLikeOfficeFile(full)) {
     ListOfficeFile(full, false);
-  } else if (text::EqualsIgnoreCase(extension, ".vbp")) {
-    ListVbProject(full);
-  } else if (IsModuleFileExtension(extension)) {
-    ListModuleFile(full);
-  } else if (MayBeOfficeFile(full)) {
-    ListOfficeFile(full, false);
   } else {
-    AddProblem(full, "Diese Dateiart kann nicht eingelesen werden");
+    ListByName(full);
+  }
+}
+
+/// What a file should be whose content does not tell.
+void Lister::ListByName(const fs::path& file) {
+  const std::string extension = ExtensionOf(file);
+  if (text::EqualsIgnoreCase(extension, ".vbp")) {
+    ListVbProject(file);
+  } else if (IsModuleFileExtension(extension)) {
+    ListModuleFile(file);
+  } else if (MayBeOfficeFile(file)) {
+    ListOfficeFile(file, false);
+  } else {
+    AddProblem(file, "Diese Dateiart kann nicht eingelesen werden");
   }
 }
 

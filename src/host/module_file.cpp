@@ -225,7 +225,10 @@ std::string DropAttributeLines(std::string_view code) {
   std::string out;
   out.reserve(code.size());
   bool first = true;
-  for (const std::string_view line : text::Split(code, text::kLineBreak)) {
+  for (std::size_t at = 0; at <= code.size();) {
+    const std::size_t end = std::min(code.find(text::kLineBreak, at), code.size());
+    const std::string_view line = code.substr(at, end - at);
+    at = end + text::kLineBreak.size();
     if (IsAttributeLine(line)) continue;
     if (!first) out += text::kLineBreak;
     out += line;

@@ -97,17 +97,6 @@ class ModulePlanner {
   std::vector<ModulePlan> plans_;
 };
 
-/// The text of a module stream, from where dir says or from where one is found.
-VbaUnpacked UnpackModule(std::string_view stream, std::optional<std::uint32_t> offset, std::size_t limit) {
-  const std::string_view atOffset = stream.substr(std::min<std::size_t>(offset.value_or(0), stream.size()));
-  if (UnpacksTo(atOffset, kTextStart)) return UnpackVba(atOffset, limit);
-  const std::size_t found = FindContainer(stream, kTextStart);
-  if (found != std::string_view::npos) return UnpackVba(stream.substr(found), limit);
-  // A text without the attribute is a text still, when dir points to it and it unpacks.
-  VbaUnpacked unpacked = UnpackVba(atOffset, limit);
-  return unpacked.complete ? unpacked : VbaUnpacked{};
-}
-
 /// Unpacked text as the editor shows it.
 std::string EditorCode(std::string_view bytes, const CodePage& codePage) {
   // A chunk that is not packed is filled up with NUL bytes.
@@ -133,6 +122,8 @@ class ProjectReader {
   VbaModule ReadModule(const ModulePlan& plan, const CodePage& codePage);
   std::optional<CompoundId> StreamOf(const ModulePlan& plan, const CodePage& codePage) const;
   VbaUnpacked UnpackText(const ModulePlan& plan, const CodePage& codePage);
+  VbaUnpacked UnpackStream(std::string_view stream, std::optional<std::uint32_t> offset);
+  VbaUnpacked Unpack(std::string_view container);
   int TypeFromContent(const ModulePlan& plan, std::string_view text) const;
   void Warn(std::string warning) { project_.warnings.push_back(std::move(warning)); }
   void Warn(const ModulePlan& plan, const char* reason) { Warn("Modul " + plan.name + ": " + reason); }
@@ -207,14 +198,30 @@ VbaUnpacked ProjectReader::UnpackText(const ModulePlan& plan, const CodePage& co
   streamBytesLeft_ -= stream.bytes.size();
 
   const std::optional<std::uint32_t> offset = plan.inDir == nullptr ? std::nullopt : plan.inDir->textOffset;
-  VbaUnpacked text = UnpackModule(stream.bytes, offset, std::min(kLargestVbaModule, textBytesLeft_));
-  textBytesLeft_ -= std::min(textBytesLeft_, text.bytes.size());
+  VbaUnpacked text = UnpackStream(stream.bytes, offset);
   if (text.bytes.empty()) {
     Warn(plan, "Quelltext kann nicht entpackt werden");
   } else if (!text.complete || !stream.complete) {
     Warn(plan, "Quelltext ist beschädigt oder zu groß und wurde nur zum Teil gelesen");
   }
   return text;
+}
+
+/// The text of a module stream, from where dir says or from where one is found.
+VbaUnpacked ProjectReader::UnpackStream(std::string_view stream, std::optional<std::uint32_t> offset) {
+  const std::string_view atOffset = stream.substr(std::min<std::size_t>(offset.value_or(0), stream.size()));
+  if (UnpacksTo(atOffset, kTextStart)) return Unpack(atOffset);
+  const std::size_t found = FindContainer(stream, kTextStart);
+  if (found != std::string_view::npos) return Unpack(stream.substr(found));
+  // A text without the attribute is a text still, when dir points to it and it unpacks.
+  VbaUnpacked unpacked = Unpack(atOffset);
+  return unpacked.complete ? unpacked : VbaUnpacked{};
+}
+
+VbaUnpacked ProjectReader::Unpack(std::string_view container) {
+  VbaUnpacked unpacked = UnpackVba(container, std::min(kLargestVbaModule, textBytesLeft_));
+  textBytesLeft_ -= std::min(textBytesLeft_, unpacked.bytes.size());
+  return unpacked;
 }
 
 int ProjectReader::TypeFromContent(const ModulePlan& plan, std::string_view text) const {

@@ -125,11 +125,11 @@ void ReadAll(zip_file_t& file, std::size_t limit, ZipEntry& entry) {
   std::array<char, kPiece> piece;
   zip_int64_t got = 0;
   while ((got = zip_fread(&file, piece.data(), piece.size())) > 0) {
-    entry.bytes.append(piece.data(), static_cast<std::size_t>(got));
-    if (entry.bytes.size() > limit) {
+    if (static_cast<std::size_t>(got) > limit - entry.bytes.size()) {
       entry.state = ZipEntry::State::kTooLarge;
       return;
     }
+    entry.bytes.append(piece.data(), static_cast<std::size_t>(got));
   }
   entry.complete = got == 0;
   entry.state = entry.bytes.empty() ? ZipEntry::State::kDamaged : ZipEntry::State::kRead;

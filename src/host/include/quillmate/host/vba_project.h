@@ -20,8 +20,8 @@
 namespace quillmate::host {
 
 inline constexpr std::size_t kLargestVbaDirectory = std::size_t{16} << 20U;
-inline constexpr std::size_t kLargestVbaModule = std::size_t{64} << 20U;
-inline constexpr std::size_t kLargestVbaText = std::size_t{256} << 20U;
+inline constexpr std::size_t kLargestVbaModule = std::size_t{16} << 20U;
+inline constexpr std::size_t kLargestVbaText = std::size_t{128} << 20U;
 
 struct VbaModule {
   /// UTF-8.
