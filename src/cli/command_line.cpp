@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include <quillmate/analysis/unused.h>
 #include <quillmate/settings/options.h>
 #include <quillmate/startup/edition.h>
 #include <quillmate/text/operations.h>
@@ -46,13 +47,34 @@ void TakeOutput(Invocation& invocation, std::string_view value) {
   invocation.output = value;
 }
 
+void TakeClass(std::vector<std::string>& classes, std::string_view value) {
+  for (const auto known :
+       {analysis::UnusedClass::kCertain, analysis::UnusedClass::kHost, analysis::UnusedClass::kText}) {
+    if (analysis::UnusedClassName(known) == value) {
+      classes.emplace_back(value);
+      return;
+    }
+  }
+  throw UsageError("Unbekannte Klasse " + Quoted(value));
+}
+
 constexpr std::array kOptions{
     OptionSpec{"-o", "ZIEL", "schreibt in die Datei (index: in den Ordner); - ist die Standardausgabe", kTakesOutput,
                TakeOutput},
     OptionSpec{"--force", "", "überschreibt einen vorhandenen Projektordner", kTakesForce,
                [](Invocation& i, std::string_view) { i.force = true; }},
-    OptionSpec{"--module", "NAME", "nur dieses Modul", kTakesModule,
+    OptionSpec{"--module", "NAME", "nur dieses Modul; callers, definition: von diesem Modul aus", kTakesModule,
                [](Invocation& i, std::string_view value) { i.module = value; }},
+    OptionSpec{"--routine", "NAME", "die Routine des Moduls, deren Aufrufer gesucht werden", kTakesRoutine,
+               [](Invocation& i, std::string_view value) { i.routine = value; }},
+    OptionSpec{"--name", "NAME", "der Bezeichner, dessen Definition gesucht wird", kTakesName,
+               [](Invocation& i, std::string_view value) { i.name = value; }},
+    OptionSpec{"--whole-word", "", "findet nur ganze Wörter", kTakesWholeWord,
+               [](Invocation& i, std::string_view) { i.wholeWord = true; }},
+    OptionSpec{"--only", "KLASSE", "listet nur diese Klasse: sicher, host oder text; mehrfach möglich", kTakesClasses,
+               [](Invocation& i, std::string_view value) { TakeClass(i.only, value); }},
+    OptionSpec{"--fail-on", "KLASSE", "Rückgabewert 1, wenn es eine Routine dieser Klasse gibt; mehrfach möglich",
+               kTakesClasses, [](Invocation& i, std::string_view value) { TakeClass(i.failOn, value); }},
     OptionSpec{"--credit", "", "hängt den Hinweis auf das Erstellungsprogramm an", kTakesCredit,
                [](Invocation& i, std::string_view) { i.credit = true; }},
     OptionSpec{"--json", "", "JSON statt einer Tabelle", kTakesJson,

@@ -21,9 +21,15 @@ struct Invocation {
   bool version = false;
   std::optional<std::string> output;
   std::optional<std::string> module;
+  std::optional<std::string> routine;
+  std::optional<std::string> name;
   bool force = false;
   bool credit = false;
   bool json = false;
+  bool wholeWord = false;
+  /// Classes of unused routines by name: the only ones to list, and those that make the run fail.
+  std::vector<std::string> only;
+  std::vector<std::string> failOn;
   bool userSettings = false;
   /// Host selector of the edition.
   int edition = 0;
@@ -39,7 +45,11 @@ enum OptionSet : unsigned {
   kTakesForce = 1U << 2U,
   kTakesModule = 1U << 3U,
   kTakesJson = 1U << 4U,
-  kTakesCredit = 1U << 5U
+  kTakesCredit = 1U << 5U,
+  kTakesRoutine = 1U << 7U,
+  kTakesName = 1U << 8U,
+  kTakesWholeWord = 1U << 9U,
+  kTakesClasses = 1U << 10U
 };
 
 struct OptionSpec {

@@ -24,6 +24,15 @@ constexpr std::array kCommands{
             kTakesModule | kTakesCredit | kTakesOutput, 1, RunHtml},
     Command{"clip", "[--credit] [-o DATEI] [DATEI]", "Code aus der Datei oder der Standardeingabe als HTML",
             kTakesCredit | kTakesOutput, 0, RunClip},
+    Command{"unused", "[--only KLASSE] [--fail-on KLASSE] [--json] [-o DATEI] EINGABE...",
+            "Routinen, die nichts aufruft, mit ihrer Klasse", kTakesClasses | kTakesJson | kTakesOutput, 1, RunUnused},
+    Command{"callers", "--module NAME --routine NAME [--json] [-o DATEI] EINGABE...", "die Aufrufer einer Routine",
+            kTakesModule | kTakesRoutine | kTakesJson | kTakesOutput, 1, RunCallers},
+    Command{"definition", "--module NAME --name NAME [--json] [-o DATEI] EINGABE...",
+            "wo ein Bezeichner definiert ist, vom Modul aus gesehen",
+            kTakesModule | kTakesName | kTakesJson | kTakesOutput, 1, RunDefinition},
+    Command{"search", "[--whole-word] [--json] [-o DATEI] TEXT EINGABE...", "alle Fundstellen eines Textes im Code",
+            kTakesWholeWord | kTakesJson | kTakesOutput, 2, RunSearch},
 };
 
 constexpr std::size_t kTextColumn = 28;

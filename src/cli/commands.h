@@ -39,5 +39,9 @@ void RunText(const Invocation& invocation);
 void RunRtf(const Invocation& invocation);
 void RunHtml(const Invocation& invocation);
 void RunClip(const Invocation& invocation);
+void RunUnused(const Invocation& invocation);
+void RunCallers(const Invocation& invocation);
+void RunDefinition(const Invocation& invocation);
+void RunSearch(const Invocation& invocation);
 
 }  // namespace quillmate::cli

@@ -8,37 +8,16 @@
 #include <quillmate/export/html.h>
 #include <quillmate/export/project_export.h>
 #include <quillmate/startup/edition.h>
-#include <quillmate/text/windows1252.h>
 
 #include "commands.h"
 #include "messages.h"
+#include "names.h"
 #include "output.h"
 #include "project_input.h"
 #include "run_options.h"
 
 namespace quillmate::cli {
 namespace {
-
-/// A name from the command line as Windows-1252; nothing when no module can have that name.
-std::optional<std::string> CodeName(const std::string& name) {
-  if (!text::IsValidUtf8(name)) {
-    return name;  // a terminal that is not UTF-8
-  }
-  std::string code = text::CodeFromUtf8(name);
-  return text::Utf8FromCode(code) == name ? std::optional(std::move(code)) : std::nullopt;
-}
-
-/// `mod_num` of the module of that name, compared as the database does; of several the lowest.
-int FindModule(codedb::CodeDatabase& database, const std::string& name) {
-  if (const auto code = CodeName(name)) {
-    auto found = database.OpenRecordset("SELECT mod_num FROM td_mod WHERE mod_name='" + codedb::QuoteLiteral(*code) +
-                                        "' ORDER BY mod_num;");
-    if (found.Next()) {
-      return static_cast<int>(found.Number(0).value_or(0));
-    }
-  }
-  throw CommandFailure("Es gibt kein Modul " + Quoted(name));
-}
 
 struct Format {
   std::function<void(int moduleNumber)> module;

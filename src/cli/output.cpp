@@ -127,4 +127,10 @@ void Output::Fail(int code) const {
   throw CommandFailure(name_ + " kann nicht geschrieben werden: " + SystemReason(code));
 }
 
+void WriteWhole(const std::optional<std::string>& target, std::string_view bytes) {
+  Output output(target);
+  output.Write(bytes);
+  output.Finish();
+}
+
 }  // namespace quillmate::cli

@@ -46,4 +46,7 @@ class Output {
   std::unique_ptr<Leftover> temporary_;
 };
 
+/// Writes the whole result of a command to its target.
+void WriteWhole(const std::optional<std::string>& target, std::string_view bytes);
+
 }  // namespace quillmate::cli

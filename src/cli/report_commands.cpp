@@ -14,12 +14,6 @@
 namespace quillmate::cli {
 namespace {
 
-void WriteResult(const Invocation& invocation, const std::string& text) {
-  Output output(invocation.output);
-  output.Write(text);
-  output.Finish();
-}
-
 std::vector<output::OutlineNode> OutlineNodes(codedb::CodeDatabase& database) {
   navigation::ProjectTree tree;
   navigation::FillModuleNodes(database, tree);
@@ -37,13 +31,13 @@ std::vector<output::OutlineNode> OutlineNodes(codedb::CodeDatabase& database) {
 void RunModules(const Invocation& invocation) {
   ProjectInput input(invocation, RunOptions(invocation));
   const auto modules = codedb::ReadIndex(input.Database());
-  WriteResult(invocation, invocation.json ? ModuleJson(modules) : ModuleTable(modules));
+  WriteWhole(invocation.output, invocation.json ? ModuleJson(modules) : ModuleTable(modules));
 }
 
 void RunOutline(const Invocation& invocation) {
   ProjectInput input(invocation, RunOptions(invocation));
   const std::string outline = output::BuildOutline(OutlineNodes(input.Database()));
-  WriteResult(invocation, text::Utf8FromCode(text::ReplaceAll(outline, text::kLineBreak, "\n")));
+  WriteWhole(invocation.output, text::Utf8FromCode(text::ReplaceAll(outline, text::kLineBreak, "\n")));
 }
 
 }  // namespace quillmate::cli

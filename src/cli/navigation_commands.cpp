@@ -1,0 +1,188 @@
+#include <algorithm>
+
+#include <quillmate/codedb/codes.h>
+#include <quillmate/export/outline.h>
+#include <quillmate/navigation/callers.h>
+#include <quillmate/navigation/code_views.h>
+#include <quillmate/navigation/definition.h>
+#include <quillmate/navigation/search.h>
+#include <quillmate/text/markers.h>
+#include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
+
+#include "commands.h"
+#include "json.h"
+#include "messages.h"
+#include "names.h"
+#include "output.h"
+#include "project_input.h"
+#include "run_options.h"
+
+namespace quillmate::cli {
+namespace {
+
+const std::string& Required(const std::optional<std::string>& value, std::string_view option) {
+  if (!value) {
+    throw UsageError("Es fehlt die Option " + std::string(option));
+  }
+  return *value;
+}
+
+int ModuleCount(codedb::CodeDatabase& database) {
+  auto count = database.OpenRecordset("SELECT Count(mod_num) AS Anzahl FROM td_mod;");
+  return count.Next() ? static_cast<int>(count.Number(0).value_or(0)) : 0;
+}
+
+/// The name of a routine of a module as it is spelled there; the name itself when there is none.
+std::string SpelledName(codedb::CodeDatabase& database, int module, const std::string& name) {
+  auto routine = database.OpenRecordset("SELECT rou_name FROM td_rout WHERE rou_name='" + codedb::QuoteLiteral(name) +
+                                        "' AND mod_num=" + std::to_string(module) + ";");
+  return routine.Next() ? routine.Text(0) : name;
+}
+
+navigation::ProjectTree FindCallers(ProjectInput& input, int module, const std::string& routine) {
+  codedb::CodeDatabase& database = input.Database();
+  const auto name = CodeName(routine);
+  if (!name) {
+    throw CommandFailure(std::string(navigation::ScopeMessage(navigation::CallerScope::kUnknown)) + ": " + routine);
+  }
+  navigation::ProjectTexts texts;
+  texts.Load(input.Folder(), ModuleCount(database));
+  auto callers = navigation::FindCallers(database, texts, module - 1, SpelledName(database, module, *name));
+  const std::string_view message = navigation::ScopeMessage(callers.scope);
+  if (!message.empty()) {
+    throw CommandFailure(std::string(message) + ": " + routine);
+  }
+  return std::move(callers.tree);
+}
+
+std::string CallersJson(const std::vector<navigation::TreeNode>& nodes) {
+  std::string json;
+  JsonLines modules(json);
+  for (std::size_t i = 0; i < nodes.size();) {
+    modules.Next();
+    JsonObject module(json);
+    module.Number("mod_num", std::int64_t{codedb::KeyNumber(nodes[i].key)}).Text("mod_name", nodes[i].text);
+    module.Key("routines");
+    JsonLines routines(json);
+    for (++i; i < nodes.size() && nodes[i].parent >= 0; ++i) {
+      routines.Next();
+      JsonObject(json)
+          .Number("rou_num", std::int64_t{codedb::KeyNumber(nodes[i].key)})
+          .Text("rou_name", nodes[i].text)
+          .End();
+    }
+    routines.End();
+    module.End();
+  }
+  modules.End();
+  return json + "\n";
+}
+
+std::string CallersText(const std::vector<navigation::TreeNode>& nodes) {
+  std::vector<output::OutlineNode> outline;
+  outline.reserve(nodes.size());
+  for (const navigation::TreeNode& node : nodes) {
+    outline.push_back({node.text, node.parent});
+  }
+  return text::Utf8FromCode(text::ReplaceAll(output::BuildOutline(outline), text::kLineBreak, "\n"));
+}
+
+std::string DefinitionJson(const navigation::Definition& found, const std::string& moduleName) {
+  std::string json;
+  const auto line = found.startLine > 0 ? std::optional(std::int64_t{found.startLine}) : std::nullopt;
+  JsonObject(json)
+      .Number("mod_num", std::int64_t{found.moduleNumber})
+      .Text("mod_name", moduleName)
+      .Number("rou_start", line)
+      .End();
+  return json + "\n";
+}
+
+std::string DefinitionText(const navigation::Definition& found, const std::string& moduleName) {
+  return text::Utf8FromCode(moduleName) + ":" + std::to_string(found.startLine) + "\n";
+}
+
+/// What is listed of the hits: called for each with number and name of the module, line and the line's text.
+template <typename List>
+void ForEachHit(ProjectInput& input, const std::string& searched, bool wholeWord, List list) {
+  codedb::CodeDatabase& database = input.Database();
+  const int count = ModuleCount(database);
+  navigation::CodeViews views;
+  views.Load(input.Folder(), count);
+  for (const navigation::ModuleHits& module : navigation::AllHits(database, views, searched, wholeWord)) {
+    const std::string name = ModuleName(database, module.view + 1);
+    for (const navigation::Hit& hit : module.hits) {
+      list(module.view + 1, name, hit.line, navigation::LineText(views.View(module.view), hit.line));
+    }
+  }
+}
+
+std::string HitsJson(ProjectInput& input, const std::string& searched, bool wholeWord) {
+  std::string json;
+  JsonLines hits(json);
+  ForEachHit(input, searched, wholeWord, [&](int number, const std::string& name, long line, std::string_view code) {
+    hits.Next();
+    JsonObject(json)
+        .Number("mod_num", std::int64_t{number})
+        .Text("mod_name", name)
+        .Number("line", std::int64_t{line})
+        .Text("text", code)
+        .End();
+  });
+  hits.End();
+  return json + "\n";
+}
+
+std::string HitsText(ProjectInput& input, const std::string& searched, bool wholeWord) {
+  std::string lines;
+  ForEachHit(input, searched, wholeWord, [&](int, const std::string& name, long line, std::string_view code) {
+    lines.append(name).append(":").append(std::to_string(line)).append(": ").append(code).append("\n");
+  });
+  return text::Utf8FromCode(lines);
+}
+
+}  // namespace
+
+void RunCallers(const Invocation& invocation) {
+  const std::string& module = Required(invocation.module, "--module");
+  const std::string& routine = Required(invocation.routine, "--routine");
+  ProjectInput input(invocation, RunOptions(invocation));
+  const auto tree = FindCallers(input, FindModule(input.Database(), module), routine);
+  WriteWhole(invocation.output, invocation.json ? CallersJson(tree.nodes) : CallersText(tree.nodes));
+}
+
+void RunDefinition(const Invocation& invocation) {
+  const std::string& module = Required(invocation.module, "--module");
+  const std::string& name = Required(invocation.name, "--name");
+  ProjectInput input(invocation, RunOptions(invocation));
+  codedb::CodeDatabase& database = input.Database();
+  const int from = FindModule(database, module);
+  const auto code = CodeName(name);
+  const auto found = code ? navigation::FindDefinition(database, from - 1, *code) : std::nullopt;
+  if (!found) {
+    if (invocation.json) {
+      WriteWhole(invocation.output, "null\n");
+    }
+    throw CommandFailure("Vom Modul " + Quoted(module) + " aus ist keine Routine " + Quoted(name) + " zu sehen");
+  }
+  const std::string moduleName = ModuleName(database, found->moduleNumber);
+  WriteWhole(invocation.output,
+             invocation.json ? DefinitionJson(*found, moduleName) : DefinitionText(*found, moduleName));
+}
+
+/// The first input is the text; blanks around it don't count, as in the window.
+void RunSearch(const Invocation& invocation) {
+  Invocation project = invocation;
+  project.inputs.erase(project.inputs.begin());
+  const std::string searched(text::Trim(invocation.inputs.front()));
+  if (searched.empty()) {
+    throw UsageError("Der Suchtext ist leer");
+  }
+  ProjectInput input(project, RunOptions(project));
+  const std::string code = CodeName(searched).value_or(std::string());
+  WriteWhole(invocation.output, invocation.json ? HitsJson(input, code, invocation.wholeWord)
+                                                : HitsText(input, code, invocation.wholeWord));
+}
+
+}  // namespace quillmate::cli
