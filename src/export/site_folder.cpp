@@ -37,7 +37,9 @@ fs::path MakeFolderBeside(const fs::path& target) {
     fs::path folder = target.parent_path() / ".";
     folder += target.filename();
     folder += ".neu-" + std::to_string(number);
-    if (fs::create_directory(folder)) return folder;
+    std::error_code error;
+    if (fs::create_directory(folder, error)) return folder;
+    if (error) throw fs::filesystem_error("create_directory", target, error);
   }
 }
 
