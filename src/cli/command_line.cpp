@@ -59,9 +59,10 @@ void TakeClass(std::vector<std::string>& classes, std::string_view value) {
 }
 
 constexpr std::array kOptions{
-    OptionSpec{"-o", "ZIEL", "schreibt in die Datei (index: in den Ordner); - ist die Standardausgabe", kTakesOutput,
-               TakeOutput},
-    OptionSpec{"--force", "", "überschreibt einen vorhandenen Projektordner", kTakesForce,
+    OptionSpec{"-o", "ZIEL", "schreibt in die Datei (index, site: in den Ordner); - ist die Standardausgabe",
+               kTakesOutput, TakeOutput},
+    OptionSpec{"--force", "",
+               "überschreibt einen vorhandenen Projektordner; site: schreibt auch in einen fremden Ordner", kTakesForce,
                [](Invocation& i, std::string_view) { i.force = true; }},
     OptionSpec{"--module", "NAME", "nur dieses Modul; callers, definition: von diesem Modul aus", kTakesModule,
                [](Invocation& i, std::string_view value) { i.module = value; }},
@@ -75,6 +76,8 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view value) { TakeClass(i.only, value); }},
     OptionSpec{"--fail-on", "KLASSE", "Rückgabewert 1, wenn es eine Routine dieser Klasse gibt; mehrfach möglich",
                kTakesClasses, [](Invocation& i, std::string_view value) { TakeClass(i.failOn, value); }},
+    OptionSpec{"--title", "TEXT", "Titel der Dokumentation statt des Namens der Eingabe", kTakesTitle,
+               [](Invocation& i, std::string_view value) { i.title = value; }},
     OptionSpec{"--credit", "", "hängt den Hinweis auf das Erstellungsprogramm an", kTakesCredit,
                [](Invocation& i, std::string_view) { i.credit = true; }},
     OptionSpec{"--json", "", "JSON statt einer Tabelle", kTakesJson,

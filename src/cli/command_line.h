@@ -23,6 +23,7 @@ struct Invocation {
   std::optional<std::string> module;
   std::optional<std::string> routine;
   std::optional<std::string> name;
+  std::optional<std::string> title;
   bool force = false;
   bool credit = false;
   bool json = false;
@@ -46,6 +47,7 @@ enum OptionSet : unsigned {
   kTakesModule = 1U << 3U,
   kTakesJson = 1U << 4U,
   kTakesCredit = 1U << 5U,
+  kTakesTitle = 1U << 6U,
   kTakesRoutine = 1U << 7U,
   kTakesName = 1U << 8U,
   kTakesWholeWord = 1U << 9U,

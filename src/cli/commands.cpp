@@ -24,6 +24,8 @@ constexpr std::array kCommands{
             kTakesModule | kTakesCredit | kTakesOutput, 1, RunHtml},
     Command{"clip", "[--credit] [-o DATEI] [DATEI]", "Code aus der Datei oder der Standardeingabe als HTML",
             kTakesCredit | kTakesOutput, 0, RunClip},
+    Command{"site", "-o ORDNER [--title TEXT] [--force] EINGABE...", "schreibt die HTML-Dokumentation des Projekts",
+            kTakesOutput | kTakesTitle | kTakesForce, 1, RunSite},
     Command{"unused", "[--only KLASSE] [--fail-on KLASSE] [--json] [-o DATEI] EINGABE...",
             "Routinen, die nichts aufruft, mit ihrer Klasse", kTakesClasses | kTakesJson | kTakesOutput, 1, RunUnused},
     Command{"callers", "--module NAME --routine NAME [--json] [-o DATEI] EINGABE...", "die Aufrufer einer Routine",

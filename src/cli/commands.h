@@ -39,6 +39,7 @@ void RunText(const Invocation& invocation);
 void RunRtf(const Invocation& invocation);
 void RunHtml(const Invocation& invocation);
 void RunClip(const Invocation& invocation);
+void RunSite(const Invocation& invocation);
 void RunUnused(const Invocation& invocation);
 void RunCallers(const Invocation& invocation);
 void RunDefinition(const Invocation& invocation);

@@ -43,4 +43,11 @@ output::HtmlOptions HtmlOptionsOf(const settings::Options& options) {
           .boldRoutines = options.rouf};
 }
 
+output::SiteStyle SiteStyleOf(const settings::Options& options) {
+  return {.keywordColour = options.fkey,
+          .commentColour = options.fkom,
+          .stringColour = options.fstr,
+          .boldRoutines = options.rouf};
+}
+
 }  // namespace quillmate::cli

@@ -3,6 +3,7 @@
 #include <quillmate/analysis/scanner.h>
 #include <quillmate/export/html.h>
 #include <quillmate/export/rtf.h>
+#include <quillmate/export/site.h>
 #include <quillmate/settings/options.h>
 
 #include "command_line.h"
@@ -16,5 +17,6 @@ settings::Options RunOptions(const Invocation& invocation);
 analysis::ScanOptions ScanOptionsOf(const settings::Options& options);
 output::RtfOptions RtfOptionsOf(const settings::Options& options);
 output::HtmlOptions HtmlOptionsOf(const settings::Options& options);
+output::SiteStyle SiteStyleOf(const settings::Options& options);
 
 }  // namespace quillmate::cli

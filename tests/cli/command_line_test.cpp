@@ -47,7 +47,7 @@ TEST_F(CliTest, HelpAndVersionNeedNothingElse) {
   EXPECT_EQ(help.status, 0);
   EXPECT_TRUE(help.out.starts_with(std::string(kUsage) + "\n"));
   for (const char* const word : {"\n  index ", "\n  modules ", "\n  outline ", "\n  text ", "\n  rtf ", "\n  html ",
-                                 "\n  clip ", "\n  --json "}) {
+                                 "\n  clip ", "\n  site ", "\n  --json "}) {
     EXPECT_NE(help.out.find(word), std::string::npos) << word;
   }
   const Result text = Run({"text", "--help", "--json"});

@@ -1,0 +1,80 @@
+#include <filesystem>
+
+#include "modules.h"
+#include "process.h"
+
+namespace quillmate::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kSite =
+    "index.html modul-Gruss.html modul-Karte.html quillmate-site.txt routinen.html stil.css unbenutzt.html";
+
+TEST_F(CliTest, SiteOfSourcesAndOfTheSavedProject) {
+  Write("q/a.bas", kGreeting);
+  Write("q/b.cls", kCard);
+  ASSERT_EQ(Run({"index", "-o", "p", "q"}).status, 0);
+  const struct {
+    std::vector<std::string> arguments;
+    const char* title;
+  } cases[] = {
+      {{"q"}, "<h1>q</h1>"},
+      {{"p"}, "<h1>p</h1>"},
+      {{"p", "--title", "A & Ö"}, "<h1>A &amp; Ö</h1>"},
+      {{"q/a.bas", "q/b.cls"}, "<h1>Makroprojekt</h1>"},
+      {{"--option", "fkey=255", "--option", "rouf=0", "q"}, "<h1>q</h1>"},
+  };
+  for (const auto& c : cases) {
+    std::vector<std::string> arguments{"site", "-o", "doku"};
+    arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+    const Result result = Run(arguments);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(Names("doku"), kSite);
+    EXPECT_NE(Read("doku/index.html").find(c.title), std::string::npos) << c.title;
+  }
+  EXPECT_NE(Read("doku/stil.css").find("--k:#FF0000;"), std::string::npos);
+  EXPECT_NE(Read("doku/stil.css").find("pre b{font-weight:400}"), std::string::npos);
+  // What the command "unused" lists: a Declare and a Sub that nothing names, a Function that its own body names.
+  EXPECT_NE(Read("doku/unbenutzt.html").find(">Zeit</a></th><td><a href=\"modul-Gruss.html\">Gruß</a></td><td>sicher<"),
+            std::string::npos);
+  EXPECT_EQ(Read("doku/unbenutzt.html").find(">Summe<"), std::string::npos);
+  EXPECT_EQ(Names("."), "doku p q");
+}
+
+TEST_F(CliTest, SiteIsRefusedOrWhole) {
+  Write("a.bas", kGreeting);
+  Write("fremd/x", "bleibt");
+  Write("datei", "bleibt");
+  const std::string here = Folder().string();
+  const char* const usage = "Aufruf: quillmate-cli site -o ORDNER [--title TEXT] [--force] EINGABE...";
+  const struct {
+    std::vector<std::string> arguments;
+    int status;
+    std::vector<std::string> messages;
+  } cases[] = {
+      {{"site", "a.bas"}, 2, {"Es fehlt der Ordner hinter -o", usage}},
+      {{"site", "-o", "-", "a.bas"}, 2, {"Es fehlt der Ordner hinter -o", usage}},
+      {{"site", "-o", "fremd", "fremd"}, 2, {"Die Ausgabe fremd gehört zur Eingabe", usage}},
+      {{"site", "-o", "fremd", "a.bas"}, 1, {here + "/fremd: Der Ordner ist nicht leer und keine HTML-Dokumentation"}},
+      {{"site", "-o", "datei", "--force", "a.bas"}, 1, {here + "/datei: Das ist kein Ordner"}},
+      {{"site", "-o", "fehlt/neu", "a.bas"}, 1, {here + "/fehlt/neu: Datei oder Ordner existiert nicht"}},
+      {{"site", "-o", "fremd", "--force", "fehlt.bas"}, 1, {here + "/fehlt.bas: Datei existiert nicht"}},
+  };
+  for (const auto& c : cases) {
+    const Result result = Run(c.arguments);
+    EXPECT_EQ(result.status, c.status);
+    EXPECT_EQ(result.err, Messages(c.messages));
+    EXPECT_EQ(Names("."), "a.bas datei fremd");
+    EXPECT_EQ(Names("fremd"), "x");
+  }
+  EXPECT_EQ(Run({"site", "-o", "fremd", "--force", "a.bas"}).status, 0);
+  EXPECT_EQ(Read("fremd/x"), "bleibt");
+  EXPECT_EQ(Run({"site", "-o", "fremd", "a.bas"}).status, 0);
+  EXPECT_EQ(Names("."), "a.bas datei fremd");
+}
+
+}  // namespace
+}  // namespace quillmate::cli
