@@ -43,6 +43,8 @@ struct Recordset::State {
   }
 };
 
+std::string EngineVersion() { return sqlite3_libversion(); }
+
 Recordset::Recordset(std::unique_ptr<State> state) : state_(std::move(state)) {}
 Recordset::Recordset(Recordset&&) noexcept = default;
 Recordset& Recordset::operator=(Recordset&&) noexcept = default;

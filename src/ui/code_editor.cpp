@@ -94,6 +94,10 @@ void CodeEditor::Forget() {
   pages_.clear();
 }
 
+std::string_view CodeEditor::Code() const { return view_ == nullptr ? std::string_view() : view_->Text(); }
+
+std::string_view CodeEditor::SelectedCode() const { return view_ == nullptr ? std::string_view() : view_->SelText(); }
+
 CodeEditor::Page& CodeEditor::PageOf(int index) {
   auto page = std::find_if(pages_.begin(), pages_.end(), [index](const Page& p) { return p.index == index; });
   if (page != pages_.end()) {

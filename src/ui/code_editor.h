@@ -4,6 +4,7 @@
 #include <QTextDocument>
 #include <list>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include <quillmate/navigation/code_view.h>
@@ -30,6 +31,11 @@ class CodeEditor : public QPlainTextEdit {
   void ShowSelection();
   /// Shows nothing and drops everything built: before the views of the project go away.
   void Forget();
+
+  /// The code on screen and what is selected of it, Windows-1252 with CR LF; empty while nothing is shown. Valid until
+  /// something else is shown.
+  std::string_view Code() const;
+  std::string_view SelectedCode() const;
 
   /// Modules whose text document is kept.
   std::size_t KeptDocuments() const noexcept { return pages_.size(); }

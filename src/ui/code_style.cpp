@@ -9,13 +9,6 @@
 namespace quillmate::ui {
 namespace {
 
-/// Red in the lowest byte.
-QColor FromColourValue(std::int32_t value) {
-  const auto bits = static_cast<std::uint32_t>(value);
-  return QColor(static_cast<int>(bits & 0xFF), static_cast<int>((bits >> 8) & 0xFF),
-                static_cast<int>((bits >> 16) & 0xFF));
-}
-
 QFont CodeFont(const QString& face, int size) {
   QFont font = QFontDatabase::hasFamily(face) ? QFont(face) : QFontDatabase::systemFont(QFontDatabase::FixedFont);
   font.setStyleHint(QFont::TypeWriter);
@@ -42,6 +35,12 @@ output::RtfOptions RtfOptionsOf(const settings::Options& options) {
 }
 
 }  // namespace
+
+QColor FromColourValue(std::int32_t value) {
+  const auto bits = static_cast<std::uint32_t>(value);
+  return QColor(static_cast<int>(bits & 0xFF), static_cast<int>((bits >> 8) & 0xFF),
+                static_cast<int>((bits >> 16) & 0xFF));
+}
 
 CodeStyle StyleOf(const settings::Options& options, double dpi) {
   CodeStyle style;

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <cstdint>
 
 #include <quillmate/export/rtf.h>
 #include <quillmate/settings/options.h>
@@ -20,6 +21,9 @@ struct CodeStyle {
   /// The same for RTF.
   output::RtfOptions rtf;
 };
+
+/// A colour of the options, red in its lowest byte.
+QColor FromColourValue(std::int32_t value);
 
 /// `dpi`: logical dots per inch of the screen. A font that is not installed is replaced by the desktop's font with
 /// fixed pitch; the RTF names the user's font all the same.

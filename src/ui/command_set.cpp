@@ -43,6 +43,8 @@ void CommandSet::BuildMenus(QMainWindow& window) {
   for (const Menu& row : Menus()) {
     QMenu* menu = window.menuBar()->addMenu(FromUtf8(row.caption));
     menu->setObjectName(FromUtf8(row.id));
+    menu->menuAction()->setObjectName(menu->objectName());
+    menus_.insert(menu->objectName(), menu);
     for (const Command& command : Commands()) {
       if (command.menu != row.id) continue;
       if (command.separatorBefore) menu->addSeparator();
@@ -100,6 +102,7 @@ void CommandSet::BuildPopups(QMainWindow& window) {
 void CommandSet::SetMode(int mode) {
   if (mode < 0 || mode > 2) return;
   const unsigned bit = mode == 0 ? kNoProject : kWithProject;
+  for (const Menu& menu : Menus()) menus_.value(FromUtf8(menu.id))->setEnabled((menu.modes & bit) != 0);
   for (const Command& command : Commands()) {
     if (command.modes != kBySituation) Item(command.id)->setEnabled((command.modes & bit) != 0);
   }

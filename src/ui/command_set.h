@@ -39,6 +39,7 @@ class CommandSet {
   std::function<void(const Command&)> run_;
   QHash<QString, QAction*> items_;
   QHash<QString, QAction*> buttons_;
+  QHash<QString, QMenu*> menus_;
   QHash<QString, QMenu*> popups_;
 };
 

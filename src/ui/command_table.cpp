@@ -10,18 +10,28 @@ namespace quillmate::ui {
 namespace {
 
 constexpr Menu kMenus[] = {
-    {"mnuDatei", "&Datei"},
-    {"mnuBearbeiten", "&Bearbeiten"},
-    {"mnuAnsicht", "&Ansicht"},
-    {"mnuExtras", "&Extras"},
+    {"mnuDatei", "&Datei"},   {"mnuBearbeiten", "&Bearbeiten"}, {"mnuAnsicht", "&Ansicht"},
+    {"mnuHtml", "HTML"},      {"mnuRtf", "&RTF", kWithProject}, {"mnuText", "&Nur-Text", kWithProject},
+    {"mnuExtras", "&Extras"}, {"mnuHilfe", "&Hilfe"},
 };
 
 // id, menu, caption, shortcut, icon, modes, separator before, handler
 constexpr Command kCommands[] = {
+    {"mnuÖffnen", "mnuDatei", "&Öffnen ...", "Ctrl+O", "open", kAlways, false, OpenSavedProject},
     {"mnuNeu", "mnuDatei", "&Neu", "Ctrl+N", "neu", kWithProject, false, StartAnew},
     {"mnuSpeichern", "mnuDatei", "&Speichern Unter ...", "Ctrl+S", "save", kWithProject, false, SaveProjectAs},
     {"mnuDatei_Dateien", "mnuDatei", "&Dateien hinzufügen ...", "Ctrl+D", "add_files", kAlways, true, AddFiles},
     {"mnuDatei_Ordner", "mnuDatei", "O&rdner hinzufügen ...", "Ctrl+Shift+D", "", kAlways, false, AddFolder},
+    {"mnuOpenIndex0", "mnuDatei", "&0 - ", "", "", kAlways, true, OpenRecentAt<0>},
+    {"mnuOpenIndex1", "mnuDatei", "&1 - ", "", "", kAlways, false, OpenRecentAt<1>},
+    {"mnuOpenIndex2", "mnuDatei", "&2 - ", "", "", kAlways, false, OpenRecentAt<2>},
+    {"mnuOpenIndex3", "mnuDatei", "&3 - ", "", "", kAlways, false, OpenRecentAt<3>},
+    {"mnuOpenIndex4", "mnuDatei", "&4 - ", "", "", kAlways, false, OpenRecentAt<4>},
+    {"mnuOpenIndex5", "mnuDatei", "&5 - ", "", "", kAlways, false, OpenRecentAt<5>},
+    {"mnuOpenIndex6", "mnuDatei", "&6 - ", "", "", kAlways, false, OpenRecentAt<6>},
+    {"mnuOpenIndex7", "mnuDatei", "&7 - ", "", "", kAlways, false, OpenRecentAt<7>},
+    {"mnuOpenIndex8", "mnuDatei", "&8 - ", "", "", kAlways, false, OpenRecentAt<8>},
+    {"mnuOpenIndex9", "mnuDatei", "&9 - ", "", "", kAlways, false, OpenRecentAt<9>},
     {"mnuEnde", "mnuDatei", "&Beenden", "Ctrl+Q", "", kAlways, true, EndProgram},
 
     {"mnuBearbeiten_Code", "mnuBearbeiten", "&Code Einlesen", "F9", "doit", kNoProject, false, ReadCode},
@@ -32,12 +42,31 @@ constexpr Command kCommands[] = {
 
     {"mnuAnsicht_App_Aktualisieren", "mnuAnsicht", "&Aktualisieren VBA Projekte", "F5", "refresh", kNoProject, false,
      RefreshProjects},
+    {"mnuAnsicht_Spezial", "mnuAnsicht", "&Spezialansicht", "", "", kAlways, true, ShowSpecialView},
+
+    {"mnuHtml_Clipboard", "mnuHtml", "&Zwischenablage", "", "ht_clip", kAlways, false, ExportClipboardHtml},
+    {"mnuHtml_Auswahl", "mnuHtml", "&Auswahl", "", "ht_aus", kWithProject, false, ExportSelectionHtml},
+    {"mnuHtml_Modul", "mnuHtml", "&Modul", "", "ht_mod", kWithProject, false, ExportModuleHtml},
+    {"mnuHtml_projekt", "mnuHtml", "&Projekt", "", "ht_pro", kWithProject, false, ExportProjectHtml},
+    {"mnuHtml_Dokumentation", "mnuHtml", "HTML-&Dokumentation ...", "", "", kWithProject, true, WriteDocumentation},
+    {"mnuPopUp_Zoom_Html", "", "Zoom nach &Html", "", "ht_clip", kWithProject, false, ExportZoomHtml},
+
+    {"mnuRtf_Projekt", "mnuRtf", "&Projekt", "", "", kWithProject, false, ExportProjectRtf},
+    {"mnuRtf_Modul", "mnuRtf", "&Modul", "", "", kWithProject, false, ExportModuleRtf},
+
+    {"mnuText_Auswahl", "mnuText", "&Auswahl", "", "", kWithProject, false, CopySelectionText},
+    {"mnuText_Modul", "mnuText", "&Modul", "", "", kWithProject, false, CopyModuleText},
 
     {"mnuExtras_Struktur", "mnuExtras", "&Struktur nach Zwischenablage", "", "", kAlways, false, CopyOutline},
+    {"mnuTest", "mnuExtras", "Tests", "", "", kWithProject, false, ShowUnusedRoutines},
+    {"mnuExtras_Optionen", "mnuExtras", "&Optionen", "", "", kAlways, true, ShowOptions},
     {"mnuExtras_Screen_define", "mnuExtras", "Benutzer Bildschirm &Festlegen", "", "", kAlways, true, StoreDisplaySize},
     {"mnuExtras_Screen_call", "mnuExtras", "&Benutzer Bildschirm Aufrufen", "", "", kAlways, false,
      ApplyStoredDisplaySize},
     {"mnuExtras_ClearClip", "mnuExtras", "&Zwischenablage Leeren", "", "", kAlways, true, ClearClipboard},
+
+    {"mnuHilfe_Hilfe", "mnuHilfe", "&Hilfe", "F1", "", kAlways, false, ShowHelp},
+    {"mnuHilfe_Info", "mnuHilfe", "&Info", "", "", kAlways, false, ShowAbout},
 
     {"mnuPopUpEinlesen_Entfernen", "", "Quelle &entfernen", "", "remove", kBySituation, false, RemoveSource},
 };
@@ -45,14 +74,24 @@ constexpr Command kCommands[] = {
 // The refresh button starts anew like "neu" does, but is there for the time without a project.
 constexpr ToolButton kToolButtons[] = {
     {"neu", "Neu", "mnuNeu", kWithProject, false},
+    {"open", "Öffnen", "mnuÖffnen", kAlways, false},
     {"save", "Speichern", "mnuSpeichern", kWithProject, false},
     {"refresh", "", "mnuNeu", kNoProject, true},
     {"doit", "Code Lesen", "mnuBearbeiten_Code", kNoProject, false},
+    {"ht_clip", "Zwischenablage nach HTML", "mnuHtml_Clipboard", kAlways, true},
+    {"ht_aus", "Auswahl nach HTML", "mnuHtml_Auswahl", kWithProject, false},
+    {"ht_mod", "Modul nach HTML", "mnuHtml_Modul", kWithProject, false},
+    {"ht_pro", "Projekt nach HTML", "mnuHtml_projekt", kWithProject, false},
 };
 
 constexpr ContextItem kContextItems[] = {
+    {"mnuPopUpHaupt", "mnuPopUpHaupt_Html_Index0", "&Zwischenablage", "mnuHtml_Clipboard", "&HTML"},
+    {"mnuPopUpHaupt", "mnuPopUpHaupt_Html_Index1", "&Auswahl", "mnuHtml_Auswahl", "&HTML"},
+    {"mnuPopUpHaupt", "mnuPopUpHaupt_Html_Index2", "&Modul", "mnuHtml_Modul", "&HTML"},
+    {"mnuPopUpHaupt", "mnuPopUpHaupt_Html_Index3", "&Projekt", "mnuHtml_projekt", "&HTML"},
     {"mnuPopUpHaupt", "mnuPopUpHaupt_Copy_Modul", "&Modul", "mnuBearbeiten_Kopieren_Modul", "&Kopieren"},
     {"mnuPopUpHaupt", "mnuPopUpHaupt_Copy_Auswahl", "&Auswahl", "mnuBearbeiten_Kopieren_Auswahl", "&Kopieren"},
+    {"mnuPopUpEinlesen", "mnuPopUpEinlesen_Clip", "&HTML Zwischenablage", "mnuHtml_Clipboard", ""},
     {"mnuPopUpEinlesen", "mnuPopUpEinlesen_Code", "&Code Einlesen", "mnuBearbeiten_Code", ""},
     {"mnuPopUpEinlesen", "mnuPopUpEinlesen_Entfernen", "Quelle &entfernen", "mnuPopUpEinlesen_Entfernen", ""},
 };

@@ -22,6 +22,7 @@ enum Modes : unsigned {
 struct Menu {
   std::string_view id;
   const char* caption;
+  unsigned modes = kAlways;
 };
 
 struct Command {

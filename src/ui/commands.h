@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStringList>
+#include <cstddef>
 
 /// The handlers of the command table, one source file for each menu. A handler may throw: the window shows what
 /// happened and leaves everything as it was.
@@ -9,11 +10,18 @@ namespace quillmate::ui {
 class Shell;
 
 // Datei
+void OpenSavedProject(Shell& shell);
 void StartAnew(Shell& shell);
 void SaveProjectAs(Shell& shell);
 void AddFiles(Shell& shell);
 void AddFolder(Shell& shell);
 void RemoveSource(Shell& shell);
+/// The project behind an item of the list of recent projects, 0-based.
+void OpenRecent(Shell& shell, std::size_t position);
+template <std::size_t kPosition>
+void OpenRecentAt(Shell& shell) {
+  OpenRecent(shell, kPosition);
+}
 void EndProgram(Shell& shell);
 
 // Bearbeiten
@@ -24,11 +32,34 @@ void CopySelection(Shell& shell);
 
 // Ansicht
 void RefreshProjects(Shell& shell);
+void ShowSpecialView(Shell& shell);
+
+// HTML
+void ExportClipboardHtml(Shell& shell);
+void ExportSelectionHtml(Shell& shell);
+void ExportModuleHtml(Shell& shell);
+void ExportProjectHtml(Shell& shell);
+void ExportZoomHtml(Shell& shell);
+void WriteDocumentation(Shell& shell);
+
+// RTF
+void ExportModuleRtf(Shell& shell);
+void ExportProjectRtf(Shell& shell);
+
+// Nur-Text
+void CopySelectionText(Shell& shell);
+void CopyModuleText(Shell& shell);
 
 // Extras
+void ShowOptions(Shell& shell);
+void ShowUnusedRoutines(Shell& shell);
 void CopyOutline(Shell& shell);
 void StoreDisplaySize(Shell& shell);
 void ApplyStoredDisplaySize(Shell& shell);
 void ClearClipboard(Shell& shell);
+
+// Hilfe
+void ShowHelp(Shell& shell);
+void ShowAbout(Shell& shell);
 
 }  // namespace quillmate::ui

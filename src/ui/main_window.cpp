@@ -12,7 +12,9 @@
 #include "commands.h"
 #include "host_list.h"
 #include "icons.h"
+#include "mini_view.h"
 #include "qt_text.h"
+#include "recent_projects.h"
 #include "shell.h"
 
 namespace quillmate::ui {
@@ -39,15 +41,6 @@ void SetHostCaptions(Shell& shell) {
   shell.commands->Button("refresh")->setToolTip(FromUtf8(startup::RefreshTooltip(host)));
 }
 
-void ShowMini(Shell& shell) {
-  shell.mini = std::make_unique<MiniWindow>();
-  shell.mini->setWindowTitle(shell.window.windowTitle());
-  shell.mini->setWindowIcon(shell.window.windowIcon());
-  shell.mini->onReturn = [&shell] { shell.window.show(); };
-  shell.mini->onEnd = [&shell] { shell.window.Unload(); };
-  shell.mini->show();
-}
-
 }  // namespace
 
 MainWindow::MainWindow(const Surroundings& surroundings) {
@@ -62,6 +55,7 @@ MainWindow::~MainWindow() = default;
 void MainWindow::Load(bool mini) {
   Shell& shell = *shell_;
   setWindowIcon(LoadIcon(QStringLiteral("4A")));
+  LoadRecentMenu(shell);
   startup::MakeRunFolder(shell.Globals(), shell.around.mark, shell.around.settings);
   SetHostCaptions(shell);
   shell.ApplyOptions();

@@ -25,13 +25,14 @@ MiniWindow::MiniWindow() : QWidget(nullptr, Qt::Window | Qt::WindowStaysOnTopHin
   setAttribute(Qt::WA_ShowWithoutActivating);
   auto* html =
       MakeButton(QStringLiteral("cmdHtml"), QStringLiteral("ht_clip"), QStringLiteral("Zwischenablage nach HTML"));
-  // Comes on with the exporter.
-  html->setEnabled(false);
   auto* close = MakeButton(QStringLiteral("cmdClose"), QStringLiteral("close"), QStringLiteral("Zum Hauptfenster"));
   auto* layout = new QHBoxLayout(this);
   layout->addWidget(html);
   layout->addWidget(close);
   layout->setSizeConstraint(QLayout::SetFixedSize);
+  connect(html, &QToolButton::clicked, this, [this] {
+    if (onHtml) onHtml();
+  });
   connect(close, &QToolButton::clicked, this, [this] {
     returning_ = true;
     this->close();

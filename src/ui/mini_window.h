@@ -5,12 +5,14 @@
 
 namespace quillmate::ui {
 
-/// The mini window `frmMin`, always on top in the corner of the screen. Its button `cmdClose` leads back to the main
+/// The mini window `frmMin`, always on top in the corner of the screen. Its button `cmdHtml` turns what is on the
+/// clipboard into HTML, `cmdClose` leads back to the main
 /// window; closing it by its title bar ends the program.
 class MiniWindow : public QWidget {
  public:
   MiniWindow();
 
+  std::function<void()> onHtml;
   std::function<void()> onReturn;
   std::function<void()> onEnd;
 

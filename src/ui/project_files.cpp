@@ -1,5 +1,6 @@
 #include "project_files.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -10,6 +11,7 @@
 #include "project_folder.h"
 #include "project_view.h"
 #include "qt_text.h"
+#include "recent_projects.h"
 #include "shell.h"
 
 namespace quillmate::ui {
@@ -29,6 +31,16 @@ std::string AskProjectName(Shell& shell) {
   const std::optional<QString> name =
       shell.around.platform.AskText(QStringLiteral("Projektname"), QStringLiteral("Bitte Projektnamen angeben"), {});
   return CleanName(std::string(text::Trim(ToUtf8(name.value_or(QString())))));
+}
+
+/// True when the folder would be swept away with what crashed runs leave behind.
+bool IsInScratchRoot(const fs::path& folder) {
+  std::error_code failed;
+  const fs::path real = fs::weakly_canonical(folder, failed);
+  const auto isRoot = [](const fs::path& part) {
+    return text::EqualsIgnoreCase(codedb::PathText(part), startup::kScratchRoot);
+  };
+  return std::any_of(folder.begin(), folder.end(), isRoot) || std::any_of(real.begin(), real.end(), isRoot);
 }
 
 bool MayReplace(Shell& shell, const fs::path& folder) {
@@ -66,6 +78,12 @@ bool SaveProject(Shell& shell) {
   const std::string name = AskProjectName(shell);
   if (name.empty()) return false;
   const fs::path folder = path / codedb::PathFromText(name);
+  if (IsInScratchRoot(folder)) {
+    shell.Show("Im Ordner \"" + std::string(startup::kScratchRoot) +
+                   "\" räumt das Programm selbst auf.\r\nBitte wählen Sie einen anderen Projektpfad.",
+               MessageIcon::kExclamation);
+    return false;
+  }
   if (!MayReplace(shell, folder)) return false;
 
   startup::AppGlobals& globals = shell.Globals();
@@ -83,6 +101,7 @@ bool SaveProject(Shell& shell) {
     MoveTo(shell, folder);
     if (source == globals.RunTempFolder) codedb::DeleteScratchFiles(source);
   }
+  AddRecentProject(shell, folder);
   shell.SetCaption(QStringLiteral(" Projekt: ") + FromUtf8(name));
   return true;
 }

@@ -10,6 +10,7 @@
 #include "project_files.h"
 #include "qt_text.h"
 #include "shell.h"
+#include "unused_window.h"
 
 namespace quillmate::ui {
 namespace {
@@ -34,6 +35,7 @@ OpenedProject OpenProject(startup::AppGlobals& globals) {
 
 void SetProject(Shell& shell, OpenedProject project) {
   const UpdateLock lock(shell.window);
+  CloseUnusedWindow(shell);
   shell.rtbHaupt->Forget();
   shell.views = std::move(project.views);
   shell.projectModel->SetTree(std::move(project.tree));
@@ -67,6 +69,7 @@ void ResetProject(Shell& shell) {
   globals.TempFolder = globals.RunTempFolder;
   codedb::DeleteScratchFiles(globals.TempFolder);
   const UpdateLock lock(shell.window);
+  CloseUnusedWindow(shell);
   shell.rtbHaupt->Forget();
   shell.views.Reset();
   shell.projectModel->SetTree({});

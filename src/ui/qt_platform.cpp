@@ -7,6 +7,7 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QUrl>
 #include <algorithm>
@@ -128,6 +129,11 @@ class RealPlatform : public Platform {
     QFileDialog dialog(QApplication::activeWindow(), request.title, ExistingFolder(request.folder), request.filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(request.extension);
+    // Another kind of file brings its own extension.
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
+      const QString extension = filter.section(QStringLiteral("*."), 1).section(QRegularExpression("[ )]"), 0, 0);
+      if (!extension.isEmpty() && extension != QLatin1String("*")) dialog.setDefaultSuffix(extension);
+    });
     dialog.selectFile(request.fileName);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
   }

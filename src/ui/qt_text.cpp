@@ -12,6 +12,10 @@ QString FromCode(std::string_view code) {
   return text;
 }
 
+std::string ToCode(const QString& text) {
+  return text::CodeFromUtf16({reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())});
+}
+
 QString FromUtf8(std::string_view utf8) { return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())); }
 
 std::string ToUtf8(const QString& text) { return text.toStdString(); }

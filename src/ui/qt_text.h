@@ -10,6 +10,8 @@ namespace quillmate::ui {
 
 /// Windows-1252, the encoding of code and of names found in code.
 QString FromCode(std::string_view code);
+/// The way back; a character without a code becomes "?".
+std::string ToCode(const QString& text);
 /// UTF-8, the encoding of messages, settings and paths.
 QString FromUtf8(std::string_view utf8);
 std::string ToUtf8(const QString& text);

@@ -116,6 +116,13 @@ void Shell::SetMode(int newMode) {
 
 void Shell::SetCaption(const QString& project) { window.setWindowTitle(FromUtf8(Globals().AppTitle) + project); }
 
+QString Shell::ProjectName() const {
+  const QString project = window.windowTitle().section(QStringLiteral(" Projekt: "), 1);
+  return project.section(QStringLiteral(" ["), 0, 0);
+}
+
+std::string Shell::VisibleSelection() { return std::string(Editor().SelectedCode()); }
+
 void Shell::ShowProgress(std::string_view text) {
   const qint64 now = around.platform.Milliseconds();
   if (text.empty() || now - lastShown_ < kProgressPause) {

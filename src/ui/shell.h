@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <quillmate/navigation/code_views.h>
 #include <quillmate/ui/main_window.h>
@@ -39,12 +40,16 @@ class Shell {
   void SetMode(int newMode);
   /// Title and, behind it, what is loaded.
   void SetCaption(const QString& project = {});
+  /// Name of the loaded project as the title shows it; empty when there is none.
+  QString ProjectName() const;
   /// Panel 5, UTF-8; empty when the work is done. Keeps the desktop from taking the program for dead.
   void ShowProgress(std::string_view text);
   /// Shows one of the trees.
   void ShowTree(QTreeView& tree);
   /// The code on screen: the zoom view when zoom is on, otherwise the code view.
   CodeEditor& Editor() const;
+  /// What is selected in the code view that is seen, Windows-1252 with CR LF; empty when nothing is.
+  std::string VisibleSelection();
   /// Colours and fonts of the code as the options are now.
   void ApplyOptions();
 
@@ -67,6 +72,8 @@ class Shell {
   StatusPanels* staBar = nullptr;
   std::unique_ptr<CommandSet> commands;
   std::unique_ptr<MiniWindow> mini;
+  /// The project folders behind the items `mnuOpenIndex`(0..9).
+  std::vector<std::string> recent;
 
  private:
   void BuildTrees();

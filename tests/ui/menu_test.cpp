@@ -59,15 +59,20 @@ TEST_F(MenuTest, ContextMenusFitThePlace) {
   Start();
   QTreeView& hosts = Tree("treApp");
   RightClick(hosts, hosts.visualRect(HostNode(0)).center());
-  EXPECT_EQ(PopupItems(), (QStringList{"mnuPopUpEinlesen_Code", "mnuPopUpEinlesen_Entfernen"}));
+  EXPECT_EQ(PopupItems(),
+            (QStringList{"mnuPopUpEinlesen_Clip", "mnuPopUpEinlesen_Code", "mnuPopUpEinlesen_Entfernen"}));
   RightClick(hosts, QPoint(5, hosts.viewport()->height() - 5));
-  EXPECT_EQ(PopupItems(), (QStringList{"mnuPopUpEinlesen_Code", "(mnuPopUpEinlesen_Entfernen)"}));
+  EXPECT_EQ(PopupItems(),
+            (QStringList{"mnuPopUpEinlesen_Clip", "mnuPopUpEinlesen_Code", "(mnuPopUpEinlesen_Entfernen)"}));
   RightClick(Code(), QPoint(5, 5));
-  EXPECT_EQ(PopupItems(), (QStringList{"mnuPopUpEinlesen_Code", "(mnuPopUpEinlesen_Entfernen)"}));
+  EXPECT_EQ(PopupItems(),
+            (QStringList{"mnuPopUpEinlesen_Clip", "mnuPopUpEinlesen_Code", "(mnuPopUpEinlesen_Entfernen)"}));
   Tick(0);
   Action("mnuPopUpEinlesen_Code").trigger();
   RightClick(Code(), QPoint(5, 5));
-  EXPECT_EQ(PopupItems(), (QStringList{"mnuPopUpHaupt_Copy_Modul", "mnuPopUpHaupt_Copy_Auswahl"}));
+  EXPECT_EQ(PopupItems(),
+            (QStringList{"mnuPopUpHaupt_Html_Index0", "mnuPopUpHaupt_Html_Index1", "mnuPopUpHaupt_Html_Index2",
+                         "mnuPopUpHaupt_Html_Index3", "mnuPopUpHaupt_Copy_Modul", "mnuPopUpHaupt_Copy_Auswahl"}));
 }
 
 TEST_F(MenuTest, RefreshKeySaysWhatTheHostSays) {

@@ -24,6 +24,9 @@ class DatabaseError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Version of the database engine, for instance "3.40.1".
+std::string EngineVersion();
+
 /// A forward-readable result. It may outlive its database: once that is closed, every call throws DatabaseError. So
 /// does reading a field before the first or behind the last record.
 class Recordset {

@@ -1,0 +1,293 @@
+#include "options_dialog.h"
+
+#include <QDialogButtonBox>
+#include <QFontDatabase>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+#include <filesystem>
+#include <optional>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/text/operations.h>
+
+#include "commands.h"
+#include "html_delivery.h"
+#include "project_folder.h"
+#include "qt_text.h"
+#include "shell.h"
+
+namespace quillmate::ui {
+namespace {
+
+using settings::Options;
+
+enum Page { kDisplay, kFiles, kCode, kFormats };
+
+struct Switch {
+  Page page;
+  const char* name;
+  const char* caption;
+  const char* tooltip;
+  /// Null for the switch that is only shown.
+  bool Options::*option;
+};
+
+constexpr Switch kSwitches[] = {
+    {kDisplay, "chkUserBild", "Beim Start Benutzer Bildschirm Anwenden", "", &Options::usb},
+    {kDisplay, "chkVorschau", "Vorschau Html ", "", &Options::vor},
+    {kDisplay, "chkModulnamen", "Modulnamen bei Projektexport", "", nullptr},
+    {kDisplay, "chkMeldung", "Meldung nach Clip", "Meldung nach Transport in die Zwischenablage ausgeben",
+     &Options::meld},
+    {kDisplay, "chkAufgeklappt", "Modulliste aufgeklappt", "Zeigt alle Einträge im linken Fenster", &Options::aufk},
+    {kFiles, "chkStandardImmer", "Immer benutzen", "", &Options::stapro},
+    {kCode, "chkRoutLeer", "Leerzeile vor Routinen einfügen", "", &Options::rle},
+    {kCode, "chkRouEinruecken", "Zwischen Routinen Einrücken", "", &Options::rer},
+    {kCode, "chkEinrueck", "Einrücken", "", &Options::einr},
+    {kCode, "chkLeer", "Leerzeilen entfernen", "", &Options::leer},
+    {kFormats, "chkRoutinen", "Routinen Fett", "", &Options::rouf},
+};
+
+constexpr int kFontSizes[] = {6, 7, 8, 9, 10, 11, 12, 13, 14, 16, 18, 20, 22, 24, 28, 32, 36, 48, 72};
+constexpr int kLargestTabStop = 20;
+
+QPushButton* MakeButton(const char* name, const char* caption) {
+  auto* button = new QPushButton(QString::fromUtf8(caption));
+  button->setObjectName(QString::fromUtf8(name));
+  button->setAutoDefault(false);
+  return button;
+}
+
+QComboBox* MakeList(const char* name) {
+  auto* list = new QComboBox;
+  list->setObjectName(QString::fromLatin1(name));
+  return list;
+}
+
+/// Selects an entry; a value that the list lacks is added in front.
+void Select(QComboBox& list, const QString& entry) {
+  if (list.findText(entry) < 0) list.insertItem(0, entry);
+  list.setCurrentText(entry);
+}
+
+QHBoxLayout* Row(std::initializer_list<QWidget*> widgets) {
+  auto* row = new QHBoxLayout;
+  for (QWidget* widget : widgets) row->addWidget(widget);
+  row->addStretch();
+  return row;
+}
+
+}  // namespace
+
+OptionsDialog::OptionsDialog(Shell& shell) : QDialog(&shell.window), shell_(shell) {
+  setObjectName(QStringLiteral("frmOptionen"));
+  setAttribute(Qt::WA_DeleteOnClose);
+  setWindowTitle(QStringLiteral("Optionen"));
+  const struct {
+    const char* caption;
+    QWidget* frame;
+  } kTabs[] = {{"&Anzeige", MakeDisplayPage()},
+               {"&Dateien", MakeFilesPage()},
+               {"&Code", MakeCodePage()},
+               {"&Formate", MakeFormatsPage()}};
+  auto* tabs = new QTabWidget;
+  tabs->setObjectName(QStringLiteral("tbOptionen"));
+  for (const auto& tab : kTabs) {
+    tab.frame->setObjectName(QStringLiteral("fraOptionen%1").arg(tabs->count()));
+    tabs->addTab(tab.frame, QString::fromUtf8(tab.caption));
+  }
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmdOK"));
+  buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdEscape"));
+  buttons->button(QDialogButtonBox::Cancel)->setText(QStringLiteral("Abbrechen"));
+  connect(buttons, &QDialogButtonBox::accepted, this, [this] { shell_.Guarded([this] { Store(); }); });
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(tabs);
+  layout->addWidget(buttons);
+  Load();
+}
+
+QWidget* OptionsDialog::MakeFlagPage(int page) {
+  auto* frame = new QWidget;
+  auto* layout = new QVBoxLayout(frame);
+  for (const Switch& row : kSwitches) {
+    if (row.page != page) continue;
+    auto* box = new QCheckBox(QString::fromUtf8(row.caption));
+    box->setObjectName(QString::fromLatin1(row.name));
+    box->setToolTip(QString::fromUtf8(row.tooltip));
+    layout->addWidget(box);
+    if (row.option != nullptr) flags_.push_back({box, row.option});
+  }
+  layout->addStretch();
+  return frame;
+}
+
+QWidget* OptionsDialog::MakeDisplayPage() {
+  QWidget* page = MakeFlagPage(kDisplay);
+  page->findChild<QCheckBox*>(QStringLiteral("chkModulnamen"))->setChecked(kModuleHeaders);
+  return page;
+}
+
+QWidget* OptionsDialog::MakeFilesPage() {
+  auto* page = new QWidget;
+  auto* layout = new QVBoxLayout(page);
+  layout->addWidget(MakeDatabaseFrame());
+  layout->addWidget(MakeFolderFrame());
+  layout->addStretch();
+  return page;
+}
+
+QWidget* OptionsDialog::MakeDatabaseFrame() {
+  auto* frame = new QGroupBox(QStringLiteral("Infodatenbank"));
+  frame->setObjectName(QStringLiteral("fraInfoDatenbank"));
+  auto* info = new QLineEdit(FromPath(codedb::DatabasePath(shell_.Globals().TempFolder)));
+  info->setObjectName(QStringLiteral("txtInfo"));
+  info->setReadOnly(true);
+  info->setMinimumWidth(360);
+  info->setToolTip(info->text());
+  info->setCursorPosition(0);
+  auto* change = MakeButton("cmdVBÄndern", "Ändern ...");
+  change->setEnabled(false);
+  change->setToolTip(
+      QStringLiteral("Die Datenbank liegt im Ordner des Projekts: Datei - Speichern Unter legt sie woanders an."));
+  auto* layout = new QHBoxLayout(frame);
+  layout->addWidget(info, 1);
+  layout->addWidget(change);
+  return frame;
+}
+
+QWidget* OptionsDialog::MakeFolderFrame() {
+  auto* frame = new QGroupBox(QStringLiteral("Standard Verzeichnis"));
+  frame->setObjectName(QStringLiteral("fraStandartProjektVerzeichnis"));
+  txtSpeichern_ = new QLineEdit;
+  txtSpeichern_->setObjectName(QStringLiteral("txtSpeichern"));
+  QPushButton* change = MakeButton("cmdSpeichernÄndern", "Ändern ...");
+  QPushButton* create = MakeButton("cmdNeu", "Neu...");
+  create->setToolTip(QStringLiteral("Neuen Ordner anlegen"));
+  connect(change, &QPushButton::clicked, this, [this] { shell_.Guarded([this] { ChooseFolder(); }); });
+  connect(create, &QPushButton::clicked, this, [this] { shell_.Guarded([this] { MakeFolder(); }); });
+  auto* row = new QHBoxLayout;
+  row->addWidget(txtSpeichern_, 1);
+  row->addWidget(change);
+  row->addWidget(create);
+  auto* layout = new QVBoxLayout(frame);
+  layout->addLayout(row);
+  layout->addWidget(MakeFlagPage(kFiles));
+  return frame;
+}
+
+QWidget* OptionsDialog::MakeCodePage() {
+  QWidget* page = MakeFlagPage(kCode);
+  auto* indent = page->findChild<QCheckBox*>(QStringLiteral("chkEinrueck"));
+  auto* bodies = page->findChild<QCheckBox*>(QStringLiteral("chkRouEinruecken"));
+  // Bodies are indented only where everything is; the mark stays as the user set it.
+  bodies->setToolTip(QStringLiteral("Wirkt nur zusammen mit Einrücken"));
+  bodies->setEnabled(false);
+  connect(indent, &QCheckBox::toggled, bodies, &QWidget::setEnabled);
+  return page;
+}
+
+QWidget* OptionsDialog::MakeFormatsPage() {
+  fraKeyfarbe_ = new ColourFrame(QStringLiteral("fraKeyfarbe"), QStringLiteral("Schlüsselwortfarbe"), 0);
+  fraKomFarbe_ = new ColourFrame(QStringLiteral("fraKomFarbe"), QStringLiteral("Kommentarfarbe"), 16);
+  fraStringFarbe_ = new ColourFrame(QStringLiteral("fraStringFarbe"), QStringLiteral("Stringfarbe"), 32);
+  auto* page = new QWidget;
+  auto* layout = new QVBoxLayout(page);
+  auto* colours = new QHBoxLayout;
+  for (ColourFrame* frame : {fraKeyfarbe_, fraKomFarbe_, fraStringFarbe_}) colours->addWidget(frame);
+  layout->addLayout(colours);
+  layout->addWidget(MakeFlagPage(kFormats));
+  layout->addWidget(MakeFontRow());
+  layout->addStretch();
+  return page;
+}
+
+QWidget* OptionsDialog::MakeFontRow() {
+  cboSchriftArt_ = MakeList("cboSchriftArt");
+  cboSchriftArt_->addItems(QFontDatabase::families());
+  cboSchriftGr_ = MakeList("cboSchriftGr");
+  for (const int size : kFontSizes) cboSchriftGr_->addItem(QString::number(size));
+  cboTabStop_ = MakeList("cboTabStop");
+  for (int width = 1; width <= kLargestTabStop; ++width) cboTabStop_->addItem(QString::number(width));
+  lblSchrift_ = new QLabel(QStringLiteral("Standardschrift Normal"));
+  lblSchrift_->setObjectName(QStringLiteral("lblSchrift"));
+  // A large font must not blow up the dialog.
+  lblSchrift_->setFixedHeight(lblSchrift_->fontMetrics().height() * 2);
+  lblSchrift_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  connect(cboSchriftArt_, &QComboBox::currentTextChanged, this, [this] { ShowSampleFont(); });
+  connect(cboSchriftGr_, &QComboBox::currentTextChanged, this, [this] { ShowSampleFont(); });
+  auto* tabStops = new QLabel(QStringLiteral("Tabstops in mm"));
+  tabStops->setBuddy(cboTabStop_);
+  auto* frame = new QWidget;
+  auto* layout = new QVBoxLayout(frame);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(lblSchrift_);
+  layout->addLayout(Row({cboSchriftArt_, cboSchriftGr_}));
+  layout->addLayout(Row({tabStops, cboTabStop_}));
+  return frame;
+}
+
+void OptionsDialog::Load() {
+  const Options& options = shell_.Globals().Options;
+  for (const Flag& flag : flags_) flag.box->setChecked(options.*flag.option);
+  txtSpeichern_->setText(FromUtf8(shell_.Globals().LastProjectFolder));
+  fraKeyfarbe_->SetColour(options.fkey);
+  fraKomFarbe_->SetColour(options.fkom);
+  fraStringFarbe_->SetColour(options.fstr);
+  Select(*cboSchriftArt_, FromUtf8(options.fontName));
+  Select(*cboSchriftGr_, QString::number(options.fontSize));
+  Select(*cboTabStop_, QString::number(options.tab));
+  ShowSampleFont();
+}
+
+void OptionsDialog::ShowSampleFont() {
+  QFont font(cboSchriftArt_->currentText());
+  const int size = cboSchriftGr_->currentText().toInt();
+  if (size > 0) font.setPointSize(size);
+  lblSchrift_->setFont(font);
+}
+
+void OptionsDialog::ChooseFolder() {
+  const QString folder = shell_.around.platform.ChooseFolder(
+      QStringLiteral("Bitte Standardordner für Projekte auswählen"), txtSpeichern_->text());
+  if (!folder.isEmpty()) txtSpeichern_->setText(folder);
+}
+
+void OptionsDialog::MakeFolder() {
+  const QString parent = shell_.around.platform.ChooseFolder(
+      QStringLiteral("Bitte Verzeichnis auswählen,\r\nin welchem der neue Ordner erzeugt werden soll"),
+      txtSpeichern_->text());
+  if (parent.isEmpty()) return;
+  const std::optional<QString> typed =
+      shell_.around.platform.AskText(FromUtf8(shell_.Globals().AppTitle),
+                                     QStringLiteral("Namen für neuen Ordner angeben"), QStringLiteral("Neuer Ordner"));
+  const std::string name = CleanName(text::Trim(ToUtf8(typed.value_or(QString()))));
+  if (name.empty()) return;
+  const std::filesystem::path folder = ToPath(parent) / codedb::PathFromText(name);
+  std::filesystem::create_directory(folder);
+  txtSpeichern_->setText(FromPath(folder));
+}
+
+void OptionsDialog::Store() {
+  startup::AppGlobals& globals = shell_.Globals();
+  globals.LastProjectFolder = ToUtf8(txtSpeichern_->text());
+  shell_.around.settings.WriteSetting(settings::kProjectSection, "proj_pf", globals.LastProjectFolder);
+  Options& options = globals.Options;
+  options.fkey = fraKeyfarbe_->Colour();
+  options.fkom = fraKomFarbe_->Colour();
+  options.fstr = fraStringFarbe_->Colour();
+  options.fontName = ToUtf8(cboSchriftArt_->currentText());
+  options.fontSize = cboSchriftGr_->currentText().toShort();
+  options.tab = cboTabStop_->currentText().toShort();
+  for (const Flag& flag : flags_) options.*flag.option = flag.box->isChecked();
+  settings::SaveOptions(shell_.around.settings, options);
+  shell_.ApplyOptions();
+  accept();
+}
+
+void ShowOptions(Shell& shell) { (new OptionsDialog(shell))->open(); }
+
+}  // namespace quillmate::ui

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <vector>
+
+#include <quillmate/settings/options.h>
+
+#include "colour_frame.h"
+
+namespace quillmate::ui {
+
+class Shell;
+
+/// The options dialog `frmOptionen`. OK stores everything and shows it in the open views; Abbrechen leaves all as it
+/// was. Deletes itself when it is closed.
+class OptionsDialog : public QDialog {
+ public:
+  explicit OptionsDialog(Shell& shell);
+
+ private:
+  struct Flag {
+    QCheckBox* box;
+    bool settings::Options::*option;
+  };
+
+  QWidget* MakeDisplayPage();
+  QWidget* MakeFilesPage();
+  QWidget* MakeDatabaseFrame();
+  QWidget* MakeFolderFrame();
+  QWidget* MakeCodePage();
+  QWidget* MakeFormatsPage();
+  QWidget* MakeFontRow();
+  /// Check boxes of a page of the table of switches.
+  QWidget* MakeFlagPage(int page);
+
+  void Load();
+  void ShowSampleFont();
+  void ChooseFolder();
+  void MakeFolder();
+  void Store();
+
+  Shell& shell_;
+  std::vector<Flag> flags_;
+  QLineEdit* txtSpeichern_ = nullptr;
+  ColourFrame* fraKeyfarbe_ = nullptr;
+  ColourFrame* fraKomFarbe_ = nullptr;
+  ColourFrame* fraStringFarbe_ = nullptr;
+  QComboBox* cboSchriftArt_ = nullptr;
+  QComboBox* cboSchriftGr_ = nullptr;
+  QComboBox* cboTabStop_ = nullptr;
+  QLabel* lblSchrift_ = nullptr;
+};
+
+}  // namespace quillmate::ui

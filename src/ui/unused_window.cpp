@@ -1,0 +1,188 @@
+#include "unused_window.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+#include <utility>
+
+#include <quillmate/codedb/codes.h>
+#include <quillmate/codedb/index_files.h>
+
+#include "commands.h"
+#include "project_view.h"
+#include "qt_text.h"
+#include "save_dialog.h"
+#include "shell.h"
+#include "unused_report.h"
+
+namespace quillmate::ui {
+namespace {
+
+using analysis::UnusedClass;
+using analysis::UnusedRoutine;
+
+const QString kName = QStringLiteral("frmUnbenutzt");
+
+/// Routine number of an item; modules have none.
+constexpr int kRoutineRole = Qt::UserRole;
+
+constexpr QSize kStartSize(560, 520);
+
+QString Summary(const std::vector<UnusedRoutine>& routines) {
+  if (routines.empty()) return QStringLiteral("Jede Routine wird aufgerufen.");
+  const auto count = [&routines](UnusedClass unused) {
+    return std::count_if(routines.begin(), routines.end(),
+                         [unused](const UnusedRoutine& routine) { return routine.unused == unused; });
+  };
+  return QStringLiteral("Routinen ohne Aufruf: %1 (%2 sicher, %3 vom Host, %4 per Text)")
+      .arg(routines.size())
+      .arg(count(UnusedClass::kCertain))
+      .arg(count(UnusedClass::kHost))
+      .arg(count(UnusedClass::kText));
+}
+
+const char* ClassTooltip(UnusedClass unused) {
+  switch (unused) {
+    case UnusedClass::kCertain:
+      return "Nichts im Projekt nennt diese Routine.";
+    case UnusedClass::kHost:
+      return "Der Host ruft sie auf: Ereignis, Startmakro oder Rückruf.";
+    case UnusedClass::kText:
+      return "Ihr Name steht in einer Zeichenkette oder in anderer Schreibung im Code.";
+  }
+  return "";
+}
+
+QTreeWidgetItem* MakeItem(const UnusedRoutine& routine) {
+  auto* item = new QTreeWidgetItem({FromCode(routine.routineName), FromUtf8(UnusedCaption(routine.unused))});
+  item->setData(0, kRoutineRole, static_cast<int>(routine.routineNumber));
+  item->setToolTip(1, FromUtf8(ClassTooltip(routine.unused)));
+  return item;
+}
+
+}  // namespace
+
+UnusedWindow::UnusedWindow(Shell& shell, std::vector<UnusedRoutine> routines)
+    : QDialog(&shell.window, Qt::Window),
+      shell_(shell),
+      routines_(std::move(routines)),
+      lblErgebnis_(new QLabel(Summary(routines_))),
+      chkNurSicher_(new QCheckBox(QStringLiteral("Nur &sichere zeigen"))),
+      treUnbenutzt_(new QTreeWidget) {
+  setObjectName(kName);
+  setAttribute(Qt::WA_DeleteOnClose);
+  setWindowTitle(QStringLiteral("Routinen ohne Aufruf"));
+  resize(kStartSize);
+  lblErgebnis_->setObjectName(QStringLiteral("lblErgebnis"));
+  chkNurSicher_->setObjectName(QStringLiteral("chkNurSicher"));
+  treUnbenutzt_->setObjectName(QStringLiteral("treUnbenutzt"));
+  treUnbenutzt_->setHeaderLabels({QStringLiteral("Routine"), QStringLiteral("Klasse")});
+  treUnbenutzt_->header()->setStretchLastSection(false);
+  treUnbenutzt_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  treUnbenutzt_->setUniformRowHeights(true);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(lblErgebnis_);
+  layout->addWidget(chkNurSicher_);
+  layout->addWidget(treUnbenutzt_, 1);
+  layout->addWidget(MakeButtons());
+  connect(chkNurSicher_, &QCheckBox::toggled, this, [this] { Fill(); });
+  connect(treUnbenutzt_, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) { ShowRoutine(*item); });
+  connect(treUnbenutzt_, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) { ShowRoutine(*item); });
+  Fill();
+}
+
+QWidget* UnusedWindow::MakeButtons() {
+  auto* row = new QWidget;
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addStretch();
+  const auto add = [this, layout](const char* name, const char* caption, auto&& run) {
+    auto* button = new QPushButton(QString::fromUtf8(caption));
+    button->setObjectName(QString::fromLatin1(name));
+    button->setAutoDefault(false);
+    layout->addWidget(button);
+    connect(button, &QPushButton::clicked, this, run);
+    return button;
+  };
+  QPushButton* copy = add("cmdKopieren", "&Kopieren", [this] { shell_.Guarded([this] { Copy(); }); });
+  QPushButton* save = add("cmdSpeichern", "S&peichern ...", [this] { shell_.Guarded([this] { Save(); }); });
+  add("cmdSchliessen", "S&chliessen", [this] { close(); });
+  copy->setDisabled(routines_.empty());
+  save->setDisabled(routines_.empty());
+  return row;
+}
+
+std::vector<UnusedRoutine> UnusedWindow::Shown() const {
+  std::vector<UnusedRoutine> shown;
+  std::copy_if(routines_.begin(), routines_.end(), std::back_inserter(shown), [this](const UnusedRoutine& routine) {
+    return !chkNurSicher_->isChecked() || routine.unused == UnusedClass::kCertain;
+  });
+  return shown;
+}
+
+void UnusedWindow::Fill() {
+  QList<QTreeWidgetItem*> modules;
+  std::int64_t module = 0;
+  for (const UnusedRoutine& routine : Shown()) {
+    if (modules.isEmpty() || routine.moduleNumber != module) {
+      modules.append(new QTreeWidgetItem(QStringList(FromCode(routine.moduleName))));
+      module = routine.moduleNumber;
+    }
+    modules.back()->addChild(MakeItem(routine));
+  }
+  treUnbenutzt_->clear();
+  treUnbenutzt_->addTopLevelItems(modules);
+  treUnbenutzt_->expandAll();
+}
+
+void UnusedWindow::ShowRoutine(const QTreeWidgetItem& item) {
+  const int routine = item.data(0, kRoutineRole).toInt();
+  if (routine == 0) return;
+  shell_.Guarded([this, routine] {
+    const int node = shell_.projectModel->Tree().Find(codedb::RoutineKey(routine));
+    if (node >= 0) ShowNode(shell_, node);
+  });
+}
+
+void UnusedWindow::Copy() {
+  shell_.around.platform.ClearClipboard();
+  shell_.around.platform.SetClipboard({FromUtf8(UnusedText(Shown())), {}, {}});
+  if (shell_.Globals().Options.meld) shell_.Show("Liste in Zwischenablage");
+}
+
+void UnusedWindow::Save() {
+  const QString name = shell_.ProjectName() + QStringLiteral(" ohne Aufruf");
+  const QString file = SaveFileDialog(shell_, QStringLiteral("csv"), "CSV-Tabelle:csv;Text:txt;",
+                                      FromUtf8(shell_.Globals().LastProjectFolder), name);
+  if (file.isEmpty()) return;
+  const bool isTable = file.endsWith(QStringLiteral(".csv"), Qt::CaseInsensitive);
+  const std::string bytes = isTable ? UnusedCsv(Shown()) : UnusedText(Shown());
+  // An earlier file stays until the new one is whole.
+  QSaveFile target(file);
+  const bool saved =
+      target.open(QIODevice::WriteOnly) &&
+      target.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size()) &&
+      target.commit();
+  if (!saved) throw std::runtime_error("Die Datei konnte nicht geschrieben werden:\r\n" + ToUtf8(file));
+}
+
+void CloseUnusedWindow(Shell& shell) { delete shell.window.findChild<QDialog*>(kName); }
+
+void ShowUnusedRoutines(Shell& shell) {
+  startup::AppGlobals& globals = shell.Globals();
+  std::vector<UnusedRoutine> routines;
+  {
+    const Working working(shell);
+    shell.ShowProgress("Suche Routinen ohne Aufruf");
+    routines = analysis::FindUnusedRoutines(globals.CodeDb, globals.TempFolder);
+  }
+  CloseUnusedWindow(shell);
+  (new UnusedWindow(shell, std::move(routines)))->show();
+}
+
+}  // namespace quillmate::ui
