@@ -73,9 +73,7 @@ std::string Presentation(PresentationWriter writer) {
 TEST(OfficeFile, KindsByContent) {
   const std::string types = "[Content_Types].xml";
   const std::string bin = SmallProject().Bin();
-  const std::string modules =
-      ": Tabelle1 0 Pr\xC3\xBC"
-      "fung 3 frm 2";
+  const std::string modules = ": Tabelle1 0 Pr\303\274fung 3 frm 2";
   const std::string damaged = "3 Datei ist beschädigt: das Makroprojekt ist nicht lesbar";
   const std::string cut = bin.substr(0, bin.size() - 100);
   const struct {
@@ -137,8 +135,7 @@ TEST(OfficeFile, DamagedProjectsAreReadAsFarAsTheyGo) {
   // A byte of the compiled code: only the checksum tells.
   zip[zip.find("cccc")] = 'd';
   EXPECT_EQ(Shown(zip),
-            "1: Tabelle1 0 Pr\xC3\xBC"
-            "fung 3 frm 2 Das Makroprojekt ist beschädigt und wurde nur zum Teil entpackt");
+            "1: Tabelle1 0 Pr\303\274fung 3 frm 2 Das Makroprojekt ist beschädigt und wurde nur zum Teil entpackt");
 }
 
 TEST(OfficeFile, FilesThatCannotBeRead) {

@@ -196,8 +196,8 @@ std::string ZipOf(const std::vector<ZipFile>& files) {
     const std::string common = Bytes<2>(20) + Bytes<2>(static_cast<unsigned>(file.flags)) +
                                Bytes<2>(file.deflate ? 8 : 0) + Bytes<4>(0x21) + Bytes<4>(crc) + Bytes<4>(data.size()) +
                                Bytes<4>(size) + Bytes<2>(file.name.size()) + Bytes<2>(0);
-    directory += "PK\1\2" + Bytes<2>(20) + common + std::string(10, '\0') + Bytes<4>(zip.size()) + file.name;
-    zip += "PK\3\4" + common + file.name + data;
+    directory.append("PK\1\2" + Bytes<2>(20)).append(common).append(10, '\0').append(Bytes<4>(zip.size()) + file.name);
+    zip.append("PK\3\4").append(common).append(file.name).append(data);
   }
   const std::string count = Bytes<2>(files.size());
   return zip + directory + "PK\5\6" + Bytes<4>(0) + count + count + Bytes<4>(directory.size()) + Bytes<4>(zip.size()) +

@@ -63,10 +63,8 @@ TEST(VbaProject, KindsAndTheOrderOfTheEditor) {
   CompoundWriter writer;
   project.AddTo(writer, "Macros/");
   Replace(writer, "Macros/PROJECT", other.ProjectStream());
-  EXPECT_EQ(Read(writer),
-            (Lines{"Auftr\xC3\xA4ge", "Tabelle1 100 0: ", "Helfer 1 2: Sub A()\r\nEnd Sub", "frmKunde 3 2: a\r\nb",
-                   "\xC3\x9C"
-                   "bersicht 2 4: a\r\nb\r\nc\r\n"}));
+  EXPECT_EQ(Read(writer), (Lines{"Auftr\xC3\xA4ge", "Tabelle1 100 0: ", "Helfer 1 2: Sub A()\r\nEnd Sub",
+                                 "frmKunde 3 2: a\r\nb", "\303\234bersicht 2 4: a\r\nb\r\nc\r\n"}));
 }
 
 TEST(VbaProject, WhatProjectDoesNotNameComesLastByItsContent) {

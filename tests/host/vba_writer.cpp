@@ -4,6 +4,8 @@
 #include <array>
 #include <bit>
 
+#include <quillmate/text/operations.h>
+
 namespace quillmate::host {
 namespace {
 
@@ -179,16 +181,16 @@ std::string DocumentModule(std::string_view name, std::string_view code) {
 }
 
 WrittenProject LargeProject(int count, std::size_t moduleSize) {
+  constexpr std::string_view kRoutine =
+      "\r\nPublic Function Summe@(ByVal Zeile@ As Long) As Double\r\n    Dim i As Long\r\n"
+      "    ' Betr\344ge der Spalte @ addieren\r\n    For i = 1 To Zeile@\r\n"
+      "        If Cells(i, @).Value > 0 Then Summe@ = Summe@ + Cells(i, @).Value\r\n    Next i\r\nEnd Function\r\n";
   WrittenProject project;
   for (int number = 1; number <= count; ++number) {
     const std::string name = "Modul" + std::to_string(number);
     std::string code = "Option Explicit\r\n";
-    for (int routine = 1; code.size() < moduleSize; ++routine) {
-      const std::string id = std::to_string(number * 31 + routine * 17);
-      code += "\r\nPublic Function Summe" + id + "(ByVal Zeile" + id + " As Long) As Double\r\n    Dim i As Long\r\n" +
-              "    ' Betr\344ge der Spalte " + id + " addieren\r\n    For i = 1 To Zeile" + id + "\r\n" +
-              "        If Cells(i, " + std::to_string(routine) + ").Value > 0 Then Summe" + id + " = Summe" + id +
-              " + Cells(i, " + std::to_string(routine) + ").Value\r\n    Next i\r\nEnd Function\r\n";
+    for (int routine = number * 31; code.size() < moduleSize; routine += 17) {
+      code += text::ReplaceAll(kRoutine, "@", std::to_string(routine));
     }
     project.modules.push_back({.name = name, .text = StandardModule(name, code)});
   }
