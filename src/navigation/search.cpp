@@ -67,9 +67,10 @@ class Finder {
 class Search {
  public:
   Search(CodeViews& views, const SearchRequest& request)
-      : views_(views), finder_(text::Trim(request.text), request.wholeWord) {}
+      : views_(views), finder_(text::Trim(request.text), request.wholeWord), isForeign_(request.isForeign) {}
 
   bool In(int view, std::size_t start) {
+    if (isForeign_) return false;
     const auto position = finder_.Find(views_.View(view).Text(), start);
     if (position) result_ = {SearchOutcome::kFound, view, *position, finder_.Length(), {}};
     return position.has_value();
@@ -90,6 +91,7 @@ class Search {
  private:
   CodeViews& views_;
   Finder finder_;
+  bool isForeign_;
   SearchResult result_;
 };
 

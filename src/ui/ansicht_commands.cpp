@@ -2,6 +2,8 @@
 #include "host_list.h"
 #include "project_view.h"
 #include "shell.h"
+#include "tree_filter.h"
+#include "view_settings.h"
 
 namespace quillmate::ui {
 
@@ -10,5 +12,29 @@ void RefreshProjects(Shell& shell) {
   shell.SetCaption();
   RefreshHostProjects(shell);
 }
+
+void SwitchZoom(Shell& shell) { SetZoom(shell, !IsZoomed(shell)); }
+
+void CloseCallerList(Shell& shell) { CloseCallers(shell); }
+
+void FilterTree(Shell& shell) {
+  CloseCallers(shell);
+  shell.treeFilter->setFocus();
+  shell.treeFilter->selectAll();
+}
+
+void SwitchLineNumbers(Shell& shell) {
+  SetLineNumbers(shell, !shell.commands->Item("mnuAnsicht_Zeilennummern")->isChecked());
+}
+
+void SwitchSourceOrder(Shell& shell) {
+  SetSourceOrder(shell, !shell.commands->Item("mnuAnsicht_Quellreihenfolge")->isChecked());
+}
+
+void EnlargeFont(Shell& shell) { ChangeFont(shell, 1); }
+
+void ReduceFont(Shell& shell) { ChangeFont(shell, -1); }
+
+void ResetFont(Shell& shell) { ChangeFont(shell, 0); }
 
 }  // namespace quillmate::ui

@@ -9,6 +9,7 @@
 #include "project_view.h"
 #include "qt_text.h"
 #include "shell.h"
+#include "zoom_view.h"
 
 namespace quillmate::ui {
 namespace {
@@ -90,14 +91,15 @@ void ReadVbFiles(Shell& shell) {
 }
 
 void CopyModule(Shell& shell) {
+  if (RefusedInZoom(shell)) return;
   shell.rtbHaupt->selectAll();
   shell.rtbHaupt->setFocus();
   shell.rtbHaupt->copy();
 }
 
 void CopySelection(Shell& shell) {
-  shell.rtbHaupt->setFocus();
-  shell.rtbHaupt->copy();
+  shell.Editor().setFocus();
+  shell.Editor().copy();
 }
 
 }  // namespace quillmate::ui

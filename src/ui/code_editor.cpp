@@ -1,7 +1,9 @@
 #include "code_editor.h"
 
+#include <QFontInfo>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QWheelEvent>
 #include <algorithm>
 
 #include <quillmate/ui/platform.h>
@@ -15,6 +17,11 @@ namespace {
 /// Documents kept for modules looked at before. A line of a document costs more than ten times its text.
 constexpr std::size_t kKeptDocuments = 20;
 constexpr std::size_t kKeptLines = 60000;
+
+constexpr int kSmallestFont = 4;
+constexpr int kLargestFont = 72;
+
+int PointsOf(const QFont& font) { return std::max(1, QFontInfo(font).pointSize()); }
 
 /// The user's colours are made for dark on light; the code keeps them readable on a dark desktop, too.
 QPalette PaperPalette(QPalette palette) {
@@ -45,6 +52,16 @@ CodeEditor::CodeEditor(QWidget* parent) : QPlainTextEdit(parent) {
   setAcceptDrops(false);
   viewport()->setAcceptDrops(false);
   setMinimumWidth(1);
+  numbers_ = new LineNumbers(*this);
+  connect(this, &QPlainTextEdit::updateRequest, numbers_, [this](const QRect& area, int scrolled) {
+    if (scrolled != 0) {
+      numbers_->scroll(0, scrolled);
+    } else {
+      numbers_->update(0, area.y(), numbers_->width(), area.height());
+    }
+  });
+  // The number of the caret's line stands out.
+  connect(this, &QPlainTextEdit::cursorPositionChanged, numbers_, [this] { numbers_->update(); });
   connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] { StoreSelection(); });
   connect(this, &QPlainTextEdit::selectionChanged, this, [this] { StoreSelection(); });
 }
@@ -53,7 +70,7 @@ CodeEditor::~CodeEditor() { Forget(); }
 
 void CodeEditor::SetStyle(CodeStyle style) {
   style_ = std::move(style);
-  setFont(style_.font);
+  setFont(ShownFont());
   if (view_ == nullptr) return;
   const int index = pages_.front().index;
   navigation::CodeView* view = view_;
@@ -74,6 +91,7 @@ void CodeEditor::ShowView(int index, navigation::CodeView& view, const std::vect
   verticalScrollBar()->setValue(page.scrollY);
   horizontalScrollBar()->setValue(page.scrollX);
   following_ = true;
+  PlaceNumbers();
   Trim();
 }
 
@@ -86,12 +104,97 @@ void CodeEditor::ShowSelection() {
   following_ = true;
 }
 
+void CodeEditor::RevealSelection() {
+  if (view_ == nullptr) return;
+  following_ = false;
+  PlaceCursor();
+  if (!viewport()->rect().contains(cursorRect())) centerCursor();
+  following_ = true;
+}
+
 void CodeEditor::Forget() {
   following_ = false;
   view_ = nullptr;
   runs_ = nullptr;
   setDocument(nullptr);
   pages_.clear();
+  PlaceNumbers();
+}
+
+void CodeEditor::SetFontSteps(int steps) {
+  fontSteps_ = steps;
+  setFont(ShownFont());
+  for (const Page& page : pages_) UseFont(*page.document);
+  PlaceNumbers();
+}
+
+QFont CodeEditor::ShownFont() const {
+  QFont font = style_.font;
+  if (fontSteps_ != 0) font.setPointSize(std::clamp(PointsOf(font) + fontSteps_, kSmallestFont, kLargestFont));
+  return font;
+}
+
+void CodeEditor::UseFont(QTextDocument& document) const {
+  document.setDefaultFont(font());
+  QTextOption option = document.defaultTextOption();
+  option.setTabStopDistance(style_.tabStop * PointsOf(font()) / PointsOf(style_.font));
+  document.setDefaultTextOption(option);
+}
+
+void CodeEditor::ShowLineNumbers(bool on) {
+  numbers_->isOn = on;
+  PlaceNumbers();
+}
+
+void CodeEditor::NumberFrom(long first) {
+  numbers_->first = first;
+  PlaceNumbers();
+}
+
+void CodeEditor::PlaceNumbers() {
+  const int width = numbers_->Width();
+  if (viewportMargins().left() != width) setViewportMargins(width, 0, 0, 0);
+  const QRect area = contentsRect();
+  numbers_->setGeometry(area.left(), area.top(), width, area.height());
+  numbers_->setVisible(width > 0);
+  numbers_->update();
+}
+
+void CodeEditor::ForEachLineOnScreen(const std::function<void(int, int)>& line) const {
+  QTextBlock block = firstVisibleBlock();
+  double top = blockBoundingGeometry(block).translated(contentOffset()).top();
+  for (; block.isValid() && top <= viewport()->height(); block = block.next()) {
+    line(block.blockNumber(), qRound(top));
+    top += blockBoundingRect(block).height();
+  }
+}
+
+void CodeEditor::keyReleaseEvent(QKeyEvent* event) {
+  QPlainTextEdit::keyReleaseEvent(event);
+  if (onCaret) onCaret();
+}
+
+void CodeEditor::mouseReleaseEvent(QMouseEvent* event) {
+  QPlainTextEdit::mouseReleaseEvent(event);
+  if (event->button() == Qt::LeftButton && onCaret) onCaret();
+}
+
+void CodeEditor::wheelEvent(QWheelEvent* event) {
+  if (!event->modifiers().testFlag(Qt::ControlModifier)) {
+    QPlainTextEdit::wheelEvent(event);
+    return;
+  }
+  event->accept();
+  // Fine wheels send fractions of a step.
+  wheel_ += event->angleDelta().y();
+  const int steps = wheel_ / QWheelEvent::DefaultDeltasPerStep;
+  wheel_ -= steps * QWheelEvent::DefaultDeltasPerStep;
+  if (steps != 0 && onFontSteps) onFontSteps(steps);
+}
+
+void CodeEditor::resizeEvent(QResizeEvent* event) {
+  QPlainTextEdit::resizeEvent(event);
+  PlaceNumbers();
 }
 
 std::string_view CodeEditor::Code() const { return view_ == nullptr ? std::string_view() : view_->Text(); }
@@ -105,6 +208,7 @@ CodeEditor::Page& CodeEditor::PageOf(int index) {
     return pages_.front();
   }
   pages_.push_front({index, BuildDocument(*view_, *runs_, style_), 0, 0});
+  if (fontSteps_ != 0) UseFont(*pages_.front().document);
   return pages_.front();
 }
 

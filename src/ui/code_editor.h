@@ -2,6 +2,7 @@
 
 #include <QPlainTextEdit>
 #include <QTextDocument>
+#include <functional>
 #include <list>
 #include <memory>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include <quillmate/navigation/code_view.h>
 
 #include "code_style.h"
+#include "line_numbers.h"
 
 namespace quillmate::ui {
 
@@ -29,8 +31,26 @@ class CodeEditor : public QPlainTextEdit {
   void ShowView(int index, navigation::CodeView& view, const std::vector<navigation::StyleRun>& runs);
   /// Takes over caret and selection from the view and scrolls their line to the top.
   void ShowSelection();
+  /// Takes over caret and selection and scrolls no further than is needed to see them.
+  void RevealSelection();
   /// Shows nothing and drops everything built: before the views of the project go away.
   void Forget();
+
+  /// Shows everything in a font that is some points larger than that of the style, or smaller; what goes to the
+  /// clipboard keeps the style's size.
+  void SetFontSteps(int steps);
+  /// The column with line numbers. `first`: number of the first line.
+  void ShowLineNumbers(bool on);
+  void NumberFrom(long first);
+
+  bool ShowsModule() const noexcept { return view_ != nullptr; }
+  /// Calls `line(number, top)` for each line that can be seen: 0-based number, upper edge in pixels of the viewport.
+  void ForEachLineOnScreen(const std::function<void(int, int)>& line) const;
+
+  /// Called when a key or the left mouse button was released: the caret may have moved.
+  std::function<void()> onCaret;
+  /// Called with the steps of the wheel, up positive, when it is turned with the Ctrl key held.
+  std::function<void(int)> onFontSteps;
 
   /// The code on screen and what is selected of it, Windows-1252 with CR LF; empty while nothing is shown. Valid until
   /// something else is shown.
@@ -42,6 +62,10 @@ class CodeEditor : public QPlainTextEdit {
 
  protected:
   QMimeData* createMimeDataFromSelection() const override;
+  void keyReleaseEvent(QKeyEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   struct Page;
@@ -53,8 +77,14 @@ class CodeEditor : public QPlainTextEdit {
   void PlaceCursor();
   int PositionOf(std::size_t offset) const;
   std::size_t OffsetOf(int position) const;
+  QFont ShownFont() const;
+  void UseFont(QTextDocument& document) const;
+  void PlaceNumbers();
 
   CodeStyle style_;
+  int fontSteps_ = 0;
+  int wheel_ = 0;
+  LineNumbers* numbers_ = nullptr;
   navigation::CodeView* view_ = nullptr;
   const std::vector<navigation::StyleRun>* runs_ = nullptr;
   /// Last used first.

@@ -58,6 +58,7 @@ void CommandSet::BuildMenus(QMainWindow& window) {
 
 void CommandSet::BuildToolBar(QMainWindow& window) {
   QToolBar* bar = window.addToolBar(QStringLiteral("Symbolleiste"));
+  toolBar_ = bar;
   bar->setObjectName(QStringLiteral("tobSymb1"));
   bar->setMovable(false);
   bar->setContextMenuPolicy(Qt::PreventContextMenu);

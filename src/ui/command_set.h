@@ -5,6 +5,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QPoint>
+#include <QToolBar>
 #include <functional>
 #include <string_view>
 
@@ -24,6 +25,7 @@ class CommandSet {
   /// The menu item of a command and the button of a toolbar key; null when there is none.
   QAction* Item(std::string_view command) const;
   QAction* Button(std::string_view key) const;
+  QToolBar& ToolBar() const { return *toolBar_; }
 
   /// A context menu ready to be shown: an entry is on when its command is.
   QMenu& PreparePopup(std::string_view popup);
@@ -37,6 +39,7 @@ class CommandSet {
   QAction* MakeItem(const Command& command, QObject* parent);
 
   std::function<void(const Command&)> run_;
+  QToolBar* toolBar_ = nullptr;
   QHash<QString, QAction*> items_;
   QHash<QString, QAction*> buttons_;
   QHash<QString, QMenu*> menus_;

@@ -29,9 +29,28 @@ void ReadCode(Shell& shell);
 void ReadVbFiles(Shell& shell);
 void CopyModule(Shell& shell);
 void CopySelection(Shell& shell);
+void SearchFromTop(Shell& shell);
+void SearchOn(Shell& shell);
+void SwitchProjectSearch(Shell& shell);
+void SwitchWholeWord(Shell& shell);
+void TakeSearchText(Shell& shell);
+void EnterSearchText(Shell& shell);
+void ListAllHits(Shell& shell);
+void FindRoutineCallers(Shell& shell);
+void ShowDefinition(Shell& shell);
+void GoBack(Shell& shell);
+void GoNext(Shell& shell);
 
 // Ansicht
 void RefreshProjects(Shell& shell);
+void SwitchZoom(Shell& shell);
+void CloseCallerList(Shell& shell);
+void FilterTree(Shell& shell);
+void SwitchLineNumbers(Shell& shell);
+void SwitchSourceOrder(Shell& shell);
+void EnlargeFont(Shell& shell);
+void ReduceFont(Shell& shell);
+void ResetFont(Shell& shell);
 void ShowSpecialView(Shell& shell);
 
 // HTML

@@ -16,6 +16,7 @@
 #include "qt_text.h"
 #include "recent_projects.h"
 #include "shell.h"
+#include "view_settings.h"
 
 namespace quillmate::ui {
 namespace {
@@ -59,6 +60,7 @@ void MainWindow::Load(bool mini) {
   startup::MakeRunFolder(shell.Globals(), shell.around.mark, shell.around.settings);
   SetHostCaptions(shell);
   shell.ApplyOptions();
+  LoadViewSettings(shell);
   shell.SetCaption();
   shell.SetMode(0);
   LoadUserSources(shell);

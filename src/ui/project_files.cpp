@@ -64,6 +64,7 @@ void MoveTo(Shell& shell, const fs::path& folder) {
   const UpdateLock lock(*shell.rtbHaupt);
   shell.rtbHaupt->Forget();
   shell.views.Load(folder, modules);
+  shell.whereabouts.texts.Load(folder, modules);
   shell.views.SetCurrent(current);
   navigation::CodeView& view = shell.views.View(current);
   view.Select(start, length);

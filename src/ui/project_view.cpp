@@ -1,7 +1,6 @@
 #include "project_view.h"
 
 #include <exception>
-#include <stdexcept>
 #include <utility>
 
 #include <quillmate/codedb/codes.h>
@@ -10,6 +9,7 @@
 #include "project_files.h"
 #include "qt_text.h"
 #include "shell.h"
+#include "tree_filter.h"
 #include "unused_window.h"
 
 namespace quillmate::ui {
@@ -38,7 +38,9 @@ void SetProject(Shell& shell, OpenedProject project) {
   CloseUnusedWindow(shell);
   shell.rtbHaupt->Forget();
   shell.views = std::move(project.views);
+  shell.treeFilter->Clear();
   shell.projectModel->SetTree(std::move(project.tree));
+  StartWhereabouts(shell);
   if (shell.Globals().Options.aufk) shell.treProjekt->expandAll();
 }
 
@@ -72,7 +74,9 @@ void ResetProject(Shell& shell) {
   CloseUnusedWindow(shell);
   shell.rtbHaupt->Forget();
   shell.views.Reset();
+  shell.treeFilter->Clear();
   shell.projectModel->SetTree({});
+  StartWhereabouts(shell);
   shell.ShowTree(*shell.treApp);
   shell.SetMode(0);
   shell.SetCaption();
@@ -85,9 +89,7 @@ void ShowNode(Shell& shell, int node) {
   const navigation::TreeNode& module = isRoutine ? tree.nodes[static_cast<std::size_t>(clicked.parent)] : clicked;
   const int view = codedb::KeyNumber(module.key) - 1;
 
-  if (view < 0 || view >= shell.views.Count()) {
-    throw std::runtime_error(codedb::BrokenProjectMessage(shell.Globals().TempFolder));
-  }
+  ShowModule(shell, view);
   navigation::CodeView& code = shell.views.View(view);
   if (isRoutine) {
     const long line = navigation::RoutineStartLine(shell.Globals().CodeDb, codedb::KeyNumber(clicked.key));
@@ -95,13 +97,12 @@ void ShowNode(Shell& shell, int node) {
   } else {
     code.Select(0, 0);
   }
-  shell.views.SetCurrent(view);
-  shell.rtbHaupt->ShowView(view, code, shell.views.Runs(view));
-  shell.rtbHaupt->ShowSelection();
   shell.staBar->SetText(StatusPanels::kModule, FromCode(module.text));
   shell.staBar->SetText(StatusPanels::kRoutine, isRoutine ? FromCode(clicked.text) : QString());
-  shell.projectModel->Mark(module.key);
-  shell.rtbHaupt->setFocus();
+  shell.whereabouts.caret.Forget();
+  MarkVisibleModule(shell);
+  if (isRoutine) PushPlace(shell);
+  ShowPlace(shell);
 }
 
 bool ConfirmUnsaved(Shell& shell) {

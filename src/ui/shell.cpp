@@ -4,10 +4,14 @@
 #include <QCoreApplication>
 #include <exception>
 
+#include "code_menu.h"
 #include "error_text.h"
+#include "hit_panel.h"
 #include "project_view.h"
 #include "qt_text.h"
+#include "search_bar.h"
 #include "splitter.h"
+#include "tree_filter.h"
 
 namespace quillmate::ui {
 namespace {
@@ -26,6 +30,7 @@ Shell::Shell(MainWindow& mainWindow, const Surroundings& surroundings) : around(
   BuildTrees();
   BuildArea();
   commands = std::make_unique<CommandSet>(window, [this](const Command& command) { Run(command); });
+  BuildNavigation();
   WireContextMenus();
 }
 
@@ -48,7 +53,7 @@ void Shell::BuildArea() {
   trees = new QStackedWidget;
   trees->setMinimumWidth(1);
   trees->addWidget(treApp);
-  trees->addWidget(treProjekt);
+  treeFilter = AddProjectTree(*this);
 
   rtbHaupt = new CodeEditor;
   rtbHaupt->setObjectName(QStringLiteral("rtbHaupt"));
@@ -74,6 +79,13 @@ void Shell::BuildArea() {
   window.setCentralWidget(container);
 }
 
+void Shell::BuildNavigation() {
+  txtSuche = AddSearchText(*this);
+  BuildCallerList(*this);
+  hits = new HitPanel(*this);
+  WireWhereabouts(*this);
+}
+
 void Shell::WireContextMenus() {
   QObject::connect(treApp, &QWidget::customContextMenuRequested, treApp, [this](const QPoint& position) {
     treApp->setCurrentIndex(treApp->indexAt(position));
@@ -81,9 +93,15 @@ void Shell::WireContextMenus() {
     commands->Popup("mnuPopUpEinlesen", treApp->viewport()->mapToGlobal(position));
   });
   QObject::connect(rtbHaupt, &QWidget::customContextMenuRequested, rtbHaupt, [this](const QPoint& position) {
+    const QPoint global = rtbHaupt->viewport()->mapToGlobal(position);
     commands->Item("mnuPopUpEinlesen_Entfernen")->setEnabled(false);
-    commands->Popup(mode == 0 ? "mnuPopUpEinlesen" : "mnuPopUpHaupt", rtbHaupt->viewport()->mapToGlobal(position));
+    if (mode == 0) {
+      commands->Popup("mnuPopUpEinlesen", global);
+    } else {
+      ShowCodeMenu(*this, global);
+    }
   });
+  WireZoomMenu(*this);
 }
 
 void Shell::Guarded(const std::function<void()>& work) {

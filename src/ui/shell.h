@@ -10,6 +10,7 @@
 #include <quillmate/navigation/code_views.h>
 #include <quillmate/ui/main_window.h>
 
+#include "caller_list.h"
 #include "code_editor.h"
 #include "command_set.h"
 #include "host_tree_model.h"
@@ -17,8 +18,13 @@
 #include "node_tree.h"
 #include "project_tree_model.h"
 #include "status_panels.h"
+#include "whereabouts.h"
+#include "zoom_view.h"
 
 namespace quillmate::ui {
+
+class HitPanel;
+class TreeFilter;
 
 /// The inside of the main window: its widgets, the state of what they show, and the few verbs that command handlers
 /// share. Handlers get a Shell and nothing else.
@@ -60,15 +66,22 @@ class Shell {
   /// The modules of the loaded project; one empty view while there is none.
   navigation::CodeViews views;
 
+  Whereabouts whereabouts;
+  ZoomText zoom;
+
   QStackedWidget* trees = nullptr;
   QTreeView* treApp = nullptr;
   HostTreeModel* hostModel = nullptr;
   NodeTree* treProjekt = nullptr;
   ProjectTreeModel* projectModel = nullptr;
+  TreeFilter* treeFilter = nullptr;
+  CallerList callers;
   CodeEditor* rtbHaupt = nullptr;
   /// Lies over the code view while zoom is on.
   CodeEditor* rtbZoom = nullptr;
   QStackedWidget* codes = nullptr;
+  QLineEdit* txtSuche = nullptr;
+  HitPanel* hits = nullptr;
   StatusPanels* staBar = nullptr;
   std::unique_ptr<CommandSet> commands;
   std::unique_ptr<MiniWindow> mini;
@@ -78,6 +91,7 @@ class Shell {
  private:
   void BuildTrees();
   void BuildArea();
+  void BuildNavigation();
   void WireContextMenus();
 
   bool busy_ = false;

@@ -1,5 +1,6 @@
 #include "status_panels.h"
 
+#include <QEvent>
 #include <iterator>
 
 namespace quillmate::ui {
@@ -50,7 +51,11 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
     const Panel& panel = kPanels[number - 1];
     QWidget* widget = nullptr;
     if (IsButton(number)) {
-      widget = MakeButton(panel);
+      QToolButton* arrow = MakeButton(panel);
+      connect(arrow, &QToolButton::clicked, this, [this, number] {
+        if (onArrow) onArrow(number);
+      });
+      widget = arrows_[static_cast<std::size_t>(number - kBack)] = arrow;
     } else {
       widget = labels_[next++] = MakeLabel(panel);
     }
@@ -58,6 +63,16 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
     widget->setToolTip(QString::fromUtf8(panel.tooltip));
     addWidget(widget, panel.stretch);
   }
+  Label(kRoutine)->installEventFilter(this);
+}
+
+bool StatusPanels::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::MouseButtonDblClick && watched == Label(kRoutine) && onRoutine) onRoutine();
+  return QStatusBar::eventFilter(watched, event);
+}
+
+void StatusPanels::SetEnabled(int panel, bool enabled) {
+  arrows_[static_cast<std::size_t>(panel - kBack)]->setEnabled(enabled);
 }
 
 QLabel* StatusPanels::Label(int panel) const {

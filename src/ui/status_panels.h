@@ -5,6 +5,7 @@
 #include <QString>
 #include <QToolButton>
 #include <array>
+#include <functional>
 
 namespace quillmate::ui {
 
@@ -26,11 +27,22 @@ class StatusPanels : public QStatusBar {
   void ClearTexts();
   /// Shows a text in panel 5 at once, although no events are handled during a long operation.
   void ShowProgress(const QString& text);
+  /// Switches an arrow on or off.
+  void SetEnabled(int panel, bool enabled);
+
+  /// Called with the number of the arrow that was clicked.
+  std::function<void(int)> onArrow;
+  /// Called when the routine was double-clicked.
+  std::function<void()> onRoutine;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   QLabel* Label(int panel) const;
 
   std::array<QLabel*, 3> labels_{};
+  std::array<QToolButton*, 2> arrows_{};
 };
 
 }  // namespace quillmate::ui

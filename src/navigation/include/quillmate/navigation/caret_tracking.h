@@ -30,6 +30,9 @@ class CaretTracker {
   std::optional<std::string> Track(codedb::CodeDatabase& database, const CodeView& view, int index);
   /// After the caret was moved by the program: the text for the panel in any case.
   std::string Refresh(codedb::CodeDatabase& database, const CodeView& view, int index);
+  /// After the caret was moved by the program and the panel was filled otherwise: the next call of Track asks the
+  /// database in any case.
+  void Forget() noexcept { lastLine_ = -1; }
 
  private:
   long lastLine_ = -1;  // 0-based; no line has been reported yet

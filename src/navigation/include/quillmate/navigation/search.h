@@ -28,6 +28,8 @@ struct SearchRequest {
   /// In the whole project instead of the current module.
   bool project = false;
   bool zoomMode = false;
+  /// The text that the user typed has characters outside of Windows-1252: it occurs nowhere.
+  bool isForeign = false;
 };
 
 enum class SearchOutcome {

@@ -1,0 +1,178 @@
+#include "hit_panel.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLocale>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <utility>
+
+#include <quillmate/codedb/codes.h>
+
+#include "pattern_search.h"
+#include "qt_text.h"
+#include "search_bar.h"
+#include "shell.h"
+#include "whereabouts.h"
+
+namespace quillmate::ui {
+namespace {
+
+/// Widths of the columns in characters; the text takes what is left.
+constexpr int kColumnWidths[] = {22, 28, 8};
+
+std::vector<QString> ModuleNames(const navigation::ProjectTree& tree, int views) {
+  std::vector<QString> names(static_cast<std::size_t>(views));
+  for (const navigation::TreeNode& node : tree.nodes) {
+    if (node.parent >= 0) break;
+    const int view = codedb::KeyNumber(node.key) - 1;
+    if (view >= 0 && view < views) names[static_cast<std::size_t>(view)] = FromCode(node.text);
+  }
+  return names;
+}
+
+QString CountText(int hits) {
+  if (hits == 0) return QStringLiteral("Keine Treffer");
+  return hits == 1 ? QStringLiteral("1 Treffer") : QLocale().toString(hits) + QStringLiteral(" Treffer");
+}
+
+}  // namespace
+
+HitPanel::HitPanel(Shell& shell) : QDockWidget(QStringLiteral("Alle Treffer"), &shell.window), shell_(shell) {
+  setObjectName(QStringLiteral("fraTreffer"));
+  setFeatures(QDockWidget::DockWidgetClosable);
+  setAllowedAreas(Qt::BottomDockWidgetArea);
+  BuildList();
+  auto* inside = new QWidget;
+  auto* layout = new QVBoxLayout(inside);
+  layout->setContentsMargins(3, 3, 3, 3);
+  layout->addWidget(BuildField());
+  layout->addWidget(list_);
+  setWidget(inside);
+  for (QWidget* widget : {static_cast<QWidget*>(text_), static_cast<QWidget*>(list_)}) widget->installEventFilter(this);
+  shell.window.addDockWidget(Qt::BottomDockWidgetArea, this);
+  hide();
+}
+
+QWidget* HitPanel::BuildField() {
+  text_ = new QLineEdit;
+  text_->setObjectName(QStringLiteral("txtTreffer"));
+  text_->setPlaceholderText(QStringLiteral("Suchtext"));
+  text_->setClearButtonEnabled(true);
+  isPattern_ = new QCheckBox(QStringLiteral("Regulärer &Ausdruck"));
+  isPattern_->setObjectName(QStringLiteral("chkRegulaer"));
+  auto* search = new QPushButton(QStringLiteral("S&uchen"));
+  search->setObjectName(QStringLiteral("cmdTreffer"));
+  message_ = new QLabel;
+  message_->setObjectName(QStringLiteral("lblTreffer"));
+  message_->setTextFormat(Qt::PlainText);
+  message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  const auto run = [this] { shell_.Guarded([this] { Search(); }); };
+  connect(text_, &QLineEdit::returnPressed, this, run);
+  connect(search, &QPushButton::clicked, this, run);
+
+  auto* row = new QWidget;
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(text_, 2);
+  layout->addWidget(isPattern_);
+  layout->addWidget(search);
+  layout->addWidget(message_, 3);
+  return row;
+}
+
+void HitPanel::BuildList() {
+  list_ = new QTreeView;
+  list_->setObjectName(QStringLiteral("lstTreffer"));
+  list_->setRootIsDecorated(false);
+  list_->setUniformRowHeights(true);
+  list_->setAllColumnsShowFocus(true);
+  list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  hits_ = new HitList(list_);
+  list_->setModel(hits_);
+  const int character = list_->fontMetrics().averageCharWidth();
+  for (int column = 0; column < HitList::kText; ++column) {
+    list_->header()->resizeSection(column, kColumnWidths[column] * character);
+  }
+  connect(list_, &QTreeView::clicked, this, [this](const QModelIndex& index) { ShowHit(index); });
+}
+
+void HitPanel::Open(const QString& text) {
+  show();
+  if (!text.trimmed().isEmpty()) text_->setText(text);
+  text_->selectAll();
+  text_->setFocus();
+  if (!text_->text().trimmed().isEmpty()) Search();
+}
+
+QString HitPanel::Find(std::vector<navigation::ModuleHits>& hits) {
+  const bool wholeWord = shell_.commands->Item("mnuBearbeiten_Suchen_GanzWort")->isChecked();
+  const QString typed = text_->text();
+  codedb::CodeDatabase& database = shell_.Globals().CodeDb;
+  if (isPattern_->isChecked()) {
+    const Pattern pattern = MakePattern(typed, wholeWord);
+    if (!pattern.error.isEmpty()) return pattern.error;
+    PatternHits found = AllPatternHits(database, shell_.views, pattern);
+    hits = std::move(found.modules);
+    return found.error;
+  }
+  const std::string searched = ToCode(typed);
+  if (FromCode(searched) == typed) hits = navigation::AllHits(database, shell_.views, searched, wholeWord);
+  return {};
+}
+
+void HitPanel::Search() {
+  if (shell_.mode == 0 || text_->text().isEmpty()) return;
+  const Working working(shell_);
+  std::vector<navigation::ModuleHits> found;
+  const QString error = Find(found);
+  const int views = shell_.views.Count();
+  hits_->SetHits(std::move(found), ModuleNames(shell_.projectModel->Tree(), views), &shell_.views);
+  const int rows = hits_->rowCount();
+  message_->setText(error.isEmpty() ? CountText(rows) : error);
+  if (rows == 0) {
+    text_->setFocus();
+    return;
+  }
+  list_->setCurrentIndex(hits_->index(0, 0));
+  list_->setFocus();
+}
+
+void HitPanel::ShowHit(const QModelIndex& index) {
+  if (!index.isValid()) return;
+  shell_.Guarded([this, row = index.row()] {
+    const HitList::Place place = hits_->At(row);
+    ShowMatch(shell_, place.view, place.hit.match.position, place.hit.match.length);
+    PushPlace(shell_);
+  });
+}
+
+void HitPanel::Clear() {
+  hits_->SetHits({}, {}, nullptr);
+  message_->clear();
+  hide();
+}
+
+void HitPanel::Leave() {
+  hide();
+  shell_.Editor().setFocus();
+}
+
+bool HitPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return QDockWidget::eventFilter(watched, event);
+  const int key = static_cast<QKeyEvent*>(event)->key();
+  const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+  if (key == Qt::Key_Escape) {
+    Leave();
+  } else if (watched == list_ && isEnter) {
+    ShowHit(list_->currentIndex());
+  } else if (watched == text_ && key == Qt::Key_Down && hits_->rowCount() > 0) {
+    list_->setFocus();
+  } else {
+    return QDockWidget::eventFilter(watched, event);
+  }
+  return true;
+}
+
+}  // namespace quillmate::ui

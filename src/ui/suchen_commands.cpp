@@ -1,0 +1,39 @@
+#include "commands.h"
+#include "hit_panel.h"
+#include "qt_text.h"
+#include "search_bar.h"
+#include "shell.h"
+
+namespace quillmate::ui {
+namespace {
+
+void Toggle(Shell& shell, std::string_view command) {
+  QAction* item = shell.commands->Item(command);
+  item->setChecked(!item->isChecked());
+}
+
+}  // namespace
+
+void SearchFromTop(Shell& shell) { ShowSearchResult(shell, navigation::FindFirst(shell.views, CurrentRequest(shell))); }
+
+void SearchOn(Shell& shell) { ShowSearchResult(shell, navigation::FindNext(shell.views, CurrentRequest(shell))); }
+
+void SwitchProjectSearch(Shell& shell) { Toggle(shell, "mnuBearbeiten_Suchen_Projekt"); }
+
+void SwitchWholeWord(Shell& shell) { Toggle(shell, "mnuBearbeiten_Suchen_GanzWort"); }
+
+void TakeSearchText(Shell& shell) {
+  const std::string selected = shell.VisibleSelection();
+  if (!selected.empty()) shell.txtSuche->setText(FromCode(selected));
+}
+
+void EnterSearchText(Shell& shell) {
+  // The list of callers hides the toolbar.
+  shell.commands->ToolBar().show();
+  shell.txtSuche->setFocus();
+  shell.txtSuche->selectAll();
+}
+
+void ListAllHits(Shell& shell) { shell.hits->Open(shell.txtSuche->text()); }
+
+}  // namespace quillmate::ui
