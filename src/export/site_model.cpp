@@ -40,6 +40,7 @@ SiteModel::SiteModel(const SiteProject& siteProject) : project(siteProject), nam
     modules.push_back({&record, "modul-" + pages.Make(record.name) + ".html", first, last, {}});
     GroupByName(modules.back());
   }
+  callers.resize(firstOfGroup.size());
   FindPublicRoutines();
   FindUnused();
 }
@@ -60,9 +61,9 @@ void SiteModel::GroupByName(const SiteModule& module) {
   std::unordered_map<int, int> groupOfName;
   for (int i = module.first; i < module.last; ++i) {
     SiteRoutine& routine = routines[static_cast<std::size_t>(i)];
-    const auto [group, isNew] = groupOfName.emplace(routine.name, static_cast<int>(callers.size()));
+    const auto [group, isNew] = groupOfName.emplace(routine.name, static_cast<int>(firstOfGroup.size()));
     routine.group = group->second;
-    if (isNew) callers.emplace_back();
+    if (isNew) firstOfGroup.push_back(i);
   }
 }
 

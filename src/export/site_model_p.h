@@ -58,6 +58,8 @@ struct SiteModel {
   NameTable names;
   /// By name: the first routine of that name that is not private, in the order of the routines' numbers.
   std::vector<int> publicRoutine;
+  /// By group: its first routine.
+  std::vector<int> firstOfGroup;
   /// By group: who uses the name, in the order of the model.
   std::vector<std::vector<SiteSource>> callers;
   /// Those that nothing calls, in the project's order.

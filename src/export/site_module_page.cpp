@@ -106,7 +106,23 @@ class ModulePageWriter {
 
   void AppendCallers(const SiteRoutine& routine) {
     html_ += "<dt>Aufgerufen von</dt>\n<dd>";
-    const std::vector<SiteSource>& callers = model_.callers[static_cast<std::size_t>(routine.group)];
+    const auto group = static_cast<std::size_t>(routine.group);
+    const SiteRoutine& first = model_.Routine(model_.firstOfGroup[group]);
+    if (&first != &routine) {
+      html_ += "wie ";
+      AppendLink(html_, RoutineAddress(model_, first, position_), NameOf(first));
+    } else {
+      AppendCallerList(model_.callers[group]);
+    }
+    if (routine.unused) {
+      html_ += " (";
+      AppendLink(html_, kUnusedFile, std::string("Einstufung: ").append(JudgementText(*routine.unused)));
+      html_ += ")";
+    }
+    html_ += "</dd>\n";
+  }
+
+  void AppendCallerList(const std::vector<SiteSource>& callers) {
     std::string_view separator;
     for (const SiteSource& caller : callers) {
       html_ += separator;
@@ -114,12 +130,6 @@ class ModulePageWriter {
       separator = ", ";
     }
     if (callers.empty()) html_ += "keiner Routine";
-    if (routine.unused) {
-      html_ += " (";
-      AppendLink(html_, kUnusedFile, std::string("nie aufgerufen: ").append(JudgementText(*routine.unused)));
-      html_ += ")";
-    }
-    html_ += "</dd>\n";
   }
 
   void AppendCaller(const SiteSource& caller) {

@@ -88,8 +88,9 @@ TEST_F(SiteTest, IdentifiersLeadToDefinitions) {
                    "Geheim ~\"Eigene &\"^ {' \326ffne} [Dim] \326ffne2 < 3\n"
                    "mdlZwei.\366FFNE: Breite = breite + Ohne_Zeile\n"
                    "<[End] [Sub]>\n"
-                   "\326ffne"));
+                   "<Sp\344t>"));
   AddRoutine("Eigene", {1, 5}, codedb::kSub, codedb::kPrivate);
+  AddRoutine("Sp\344t", {6, 6});
   AddModule("mdlZwei", codedb::kStandard,
             Marked("<[Sub] \326ffne(Eigene)>\n<[End] [Sub]>\n<[Sub] Eigene _\n  (Doppelt)>\n<[End] [Sub]>\n"
                    "<[Sub] Geheim()>\n<[End] [Sub]>"));
@@ -120,6 +121,7 @@ TEST_F(SiteTest, IdentifiersLeadToDefinitions) {
       "<b>mdlZwei.<a href=\"modul-mdlZwei.html#c-Oeffne\">öFFNE</a>: <a href=\"modul-clsDrei.html#c-Breite\">Breite"
       "</a> = <a href=\"modul-clsDrei.html#c-Breite\">breite</a> + <a href=\"modul-clsDrei.html#r-Ohne_Zeile\">"
       "Ohne_Zeile</a></b>");
+  EXPECT_EQ(Line(one, 6), "<b></b><b id=\"c-Spaet\"><a href=\"#r-Spaet\">Spät</a></b>");
   EXPECT_EQ(Line(files.at("modul-mdlZwei.html"), 4), "<b>  (<a href=\"modul-clsDrei.html#c-Doppelt\">Doppelt</a>)</b>");
 }
 
@@ -150,14 +152,14 @@ TEST_F(SiteTest, CallersAndCalls) {
             "<dt>Ruft auf</dt>\n<dd><a href=\"#r-Hilfe\">Hilfe</a>, <a href=\"modul-clsB.html#r-Wert\">clsB.Wert</a>"
             "</dd>\n");
   EXPECT_EQ(pairs(a, "Tot"),
-            "<dt>Aufgerufen von</dt>\n<dd>keiner Routine (<a href=\"unbenutzt.html\">nie aufgerufen: per Text</a>)"
+            "<dt>Aufgerufen von</dt>\n<dd>keiner Routine (<a href=\"unbenutzt.html\">Einstufung: per Text</a>)"
             "</dd>\n");
-  const std::string callers =
-      "<dt>Aufgerufen von</dt>\n<dd><a href=\"modul-mdlA.html#r-Start\">mdlA.Start</a>, <a href=\"#r-Nutzt\">Nutzt</a>"
-      "</dd>\n";
-  EXPECT_EQ(pairs(b, "Wert"), callers);
+  EXPECT_EQ(pairs(b, "Wert"),
+            "<dt>Aufgerufen von</dt>\n<dd><a href=\"modul-mdlA.html#r-Start\">mdlA.Start</a>, "
+            "<a href=\"#r-Nutzt\">Nutzt</a></dd>\n");
   EXPECT_EQ(pairs(b, "Wert-2"),
-            callers + "<dt>Ruft auf</dt>\n<dd><a href=\"modul-mdlA.html#r-Start\">mdlA.Start</a></dd>\n");
+            "<dt>Aufgerufen von</dt>\n<dd>wie <a href=\"#r-Wert\">Wert (Get)</a></dd>\n"
+            "<dt>Ruft auf</dt>\n<dd><a href=\"modul-mdlA.html#r-Start\">mdlA.Start</a></dd>\n");
 }
 
 /// Modules that no scanner makes: markers thrown together, routines with any lines, names of any kind.
