@@ -126,6 +126,7 @@ constexpr ContextItem kContextItems[] = {
     {"mnuPopUpHaupt", "mnuPopUpHaupt_Definition", "Definition", "mnuBearbeiten_Definition", ""},
     {"mnuPopUpHaupt", "mnuPopUpHaupt_Aufruf", "Aufruf", "mnuBearbeiten_Rout", ""},
     {"mnuPopUpHaupt", "mnuPopUpHaupt_Zoom", "&Zoom", "mnuAnsicht_Zoom", ""},
+    {"mnuPopUp_Zoom", "mnuPopUp_Zoom_Html", "Zoom nach &Html", "mnuPopUp_Zoom_Html", ""},
     {"mnuPopUp_Zoom", "mnuPopUp_Zoom_Copy", "&Zoom Kopieren", "mnuBearbeiten_Kopieren_Auswahl", ""},
     {"mnuPopUp_Zoom", "mnuPopUp_Zoom_Aus", "&Zoom Aus", "mnuAnsicht_Zoom", ""},
     {"mnuPopUpEinlesen", "mnuPopUpEinlesen_Clip", "&HTML Zwischenablage", "mnuHtml_Clipboard", ""},

@@ -59,7 +59,7 @@ void ExportProjectHtml(Shell& shell) {
 
 void ExportZoomHtml(Shell& shell) {
   const std::string code(shell.Editor().Code());
-  if (!code.empty()) DeliverCode(shell, code);
+  if (IsZoomed(shell) && !code.empty()) DeliverCode(shell, code);
 }
 
 }  // namespace quillmate::ui

@@ -2,6 +2,7 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QGuiApplication>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QScreen>
 #include <QUrl>
@@ -15,7 +16,9 @@
 #include "mini_view.h"
 #include "qt_text.h"
 #include "recent_projects.h"
+#include "saved_project.h"
 #include "shell.h"
+#include "splitter_memory.h"
 #include "view_settings.h"
 
 namespace quillmate::ui {
@@ -29,17 +32,28 @@ QStringList LocalFiles(const QMimeData& data) {
   return files;
 }
 
-/// Four fifths of the screen, but not larger than the code needs.
+/// Four fifths of the screen, but not larger than the code needs, nor so small that the toolbar hides its end.
 QSize StartSize() {
   const QScreen* screen = QGuiApplication::primaryScreen();
   const QSize available = screen == nullptr ? QSize(1024, 768) : screen->availableSize();
-  return QSize(1280, 860).boundedTo(available * 4 / 5);
+  const QSize least = QSize(800, 560).boundedTo(available);
+  return QSize(1280, 860).boundedTo(available * 4 / 5).expandedTo(least);
 }
 
 void SetHostCaptions(Shell& shell) {
   const std::string& host = shell.Globals().HostName;
   shell.commands->Item("mnuAnsicht_App_Aktualisieren")->setText(FromUtf8(startup::RefreshCaption(host)));
   shell.commands->Button("refresh")->setToolTip(FromUtf8(startup::RefreshTooltip(host)));
+}
+
+/// A folder that holds a saved project is opened, everything else becomes a source.
+void TakeDropped(Shell& shell, const QStringList& files) {
+  const std::filesystem::path first = ToPath(files.front());
+  if (files.size() == 1 && IsProjectFolder(first)) {
+    OpenProjectFolder(shell, first);
+  } else {
+    AddSources(shell, files);
+  }
 }
 
 }  // namespace
@@ -49,6 +63,8 @@ MainWindow::MainWindow(const Surroundings& surroundings) {
   setAcceptDrops(true);
   resize(StartSize());
   shell_ = std::make_unique<Shell>(*this, surroundings);
+  // A file dropped on a text field is for the window, too.
+  for (QLineEdit* field : findChildren<QLineEdit*>()) field->setAcceptDrops(false);
 }
 
 MainWindow::~MainWindow() = default;
@@ -61,6 +77,7 @@ void MainWindow::Load(bool mini) {
   SetHostCaptions(shell);
   shell.ApplyOptions();
   LoadViewSettings(shell);
+  LoadSplitterPlace(shell);
   shell.SetCaption();
   shell.SetMode(0);
   LoadUserSources(shell);
@@ -76,6 +93,7 @@ void MainWindow::Load(bool mini) {
 void MainWindow::Unload() {
   if (unloaded_) return;
   unloaded_ = true;
+  SaveSplitterPlace(*shell_);
   startup::EndRun(shell_->Globals());
   if (onEnd) onEnd();
 }
@@ -100,7 +118,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
   event->acceptProposedAction();
   // Questions to the user must not hold up the program that the files come from.
   QMetaObject::invokeMethod(
-      this, [this, files] { shell_->Guarded([this, &files] { AddSources(*shell_, files); }); }, Qt::QueuedConnection);
+      this, [this, files] { shell_->Guarded([this, &files] { TakeDropped(*shell_, files); }); }, Qt::QueuedConnection);
 }
 
 }  // namespace quillmate::ui

@@ -1,12 +1,20 @@
 #include "project_folder.h"
 
+#ifdef __linux__
+#include <cstdio>
+
+#include <fcntl.h>
+#endif
 #include <algorithm>
 #include <system_error>
+#include <vector>
 
 namespace quillmate::ui {
 namespace {
 
 namespace fs = std::filesystem;
+
+using Step = std::function<void()>;
 
 /// A name beside the target that nobody uses.
 fs::path FreeNeighbour(const fs::path& target, std::string_view ending) {
@@ -17,44 +25,69 @@ fs::path FreeNeighbour(const fs::path& target, std::string_view ending) {
   }
 }
 
-void CopyFiles(const fs::path& source, const fs::path& target) {
+void CopyFiles(const fs::path& source, const fs::path& target, const Step& step) {
   for (const fs::directory_entry& entry : fs::directory_iterator(source)) {
-    if (entry.is_regular_file()) fs::copy_file(entry.path(), target / entry.path().filename());
+    if (!entry.is_regular_file()) continue;
+    step();
+    fs::copy_file(entry.path(), target / entry.path().filename());
   }
 }
 
-/// What a project folder held besides the project.
-void MoveSubFolders(const fs::path& source, const fs::path& target) {
-  std::error_code ignored;
-  for (const fs::directory_entry& entry : fs::directory_iterator(source)) {
-    if (entry.is_directory() && !entry.is_symlink())
-      fs::rename(entry.path(), target / entry.path().filename(), ignored);
-  }
+/// Both folders change places in one step; false where the system can't do that.
+bool Exchange(const fs::path& a, const fs::path& b) noexcept {
+#ifdef RENAME_EXCHANGE
+  return renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
+#else
+  static_cast<void>(a), static_cast<void>(b);
+  return false;
+#endif
 }
 
-void RemoveFiles(const fs::path& folder) {
-  std::error_code ignored;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
-    if (!entry.is_directory() || entry.is_symlink()) fs::remove(entry.path(), ignored);
-  }
-  fs::remove(folder, ignored);
-}
-
-void Swap(const fs::path& fresh, const fs::path& target) {
-  if (!fs::exists(target)) {
-    fs::rename(fresh, target);
-    return;
-  }
-  const fs::path old = FreeNeighbour(target, "alt");
+/// Puts `fresh` where `target` is and says where the old folder lies then.
+fs::path Swap(const fs::path& fresh, const fs::path& target, const Step& step) {
+  step();
+  if (Exchange(fresh, target)) return fresh;
+  fs::path old = FreeNeighbour(target, "alt");
   fs::rename(target, old);
   std::error_code failed;
   fs::rename(fresh, target, failed);
-  if (failed) {
-    fs::rename(old, target);
-    throw fs::filesystem_error("Der Projektordner konnte nicht ersetzt werden", target, failed);
+  if (!failed) return old;
+  fs::rename(old, target);
+  throw fs::filesystem_error("Der Projektordner konnte nicht ersetzt werden", target, failed);
+}
+
+/// What a project folder held besides the project.
+void MoveSubFolders(const fs::path& source, const fs::path& target, const Step& step) {
+  std::error_code ignored;
+  for (const fs::directory_entry& entry : fs::directory_iterator(source)) {
+    if (!entry.is_directory() || entry.is_symlink()) continue;
+    step();
+    fs::rename(entry.path(), target / entry.path().filename(), ignored);
   }
-  MoveSubFolders(old, target);
-  RemoveFiles(old);
+}
+
+void RemoveFiles(const fs::path& folder, const Step& step) {
+  std::error_code ignored;
+  std::vector<fs::path> files;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
+    if (!entry.is_directory() || entry.is_symlink()) files.push_back(entry.path());
+  }
+  for (const fs::path& file : files) {
+    step();
+    fs::remove(file, ignored);
+  }
+  step();
+  fs::remove(folder, ignored);
+}
+
+/// The new project is in place; what is left of the old one is no reason to call the save a failure.
+void ClearOld(const fs::path& old, const fs::path& target, const Step& step) noexcept {
+  try {
+    MoveSubFolders(old, target, step);
+    RemoveFiles(old, step);
+  } catch (const std::exception&) {
+    return;
+  }
 }
 
 }  // namespace
@@ -66,16 +99,24 @@ std::string CleanName(std::string_view name) {
   return clean;
 }
 
-void ReplaceProjectFolder(const fs::path& source, const fs::path& target) {
+void ReplaceProjectFolder(const fs::path& source, const fs::path& target, const Step& step) {
   const fs::path fresh = FreeNeighbour(target, "neu");
+  fs::path old;
   try {
+    step();
     fs::create_directories(fresh);
-    CopyFiles(source, fresh);
-    Swap(fresh, target);
+    CopyFiles(source, fresh, step);
+    if (fs::exists(target)) {
+      old = Swap(fresh, target, step);
+    } else {
+      step();
+      fs::rename(fresh, target);
+    }
   } catch (...) {
-    RemoveFiles(fresh);
+    RemoveFiles(fresh, [] {});
     throw;
   }
+  if (!old.empty()) ClearOld(old, target, step);
 }
 
 }  // namespace quillmate::ui

@@ -4,6 +4,7 @@
 #include <quillmate/ui/main_window.h>
 #include <quillmate/ui/run_program.h>
 
+#include "desktop_look.h"
 #include "german.h"
 #include "qt_text.h"
 
@@ -25,6 +26,7 @@ int RunProgram(int selector, int argc, char** argv) {
   // A message box may be the only window for a while; the main window itself ends the program.
   QApplication::setQuitOnLastWindowClosed(false);
   SpeakGerman(app);
+  FollowDesktopLook(app);
 
   startup::AppGlobals globals;
   const auto settings = settings::OpenSettings(startup::SettingsRootOf(selector));

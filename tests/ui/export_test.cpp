@@ -1,0 +1,235 @@
+#include <QDir>
+#include <QFileInfo>
+
+#include <quillmate/export/html.h>
+#include <quillmate/export/site.h>
+
+#include "save_dialog.h"
+#include "window_test.h"
+
+namespace quillmate::testing {
+namespace {
+
+using ui::Answer;
+using ui::MessageIcon;
+
+class ExportTest : public WindowTest {
+ protected:
+  void SetUp() override {
+    WindowTest::SetUp();
+    StartWithProject();
+  }
+  /// Marks a stretch of the module on screen.
+  void Mark(int from, int to) {
+    QTextCursor cursor = Code().textCursor();
+    cursor.setPosition(from);
+    cursor.setPosition(to, QTextCursor::KeepAnchor);
+    Code().setTextCursor(cursor);
+  }
+  QString Clip() const { return platform.clipboard.text; }
+  QString Text(const std::filesystem::path& path) { return QString::fromStdString(codedb::PathText(path)); }
+};
+
+TEST_F(ExportTest, HtmlGoesToTheClipboardAsTextWithTheCreditThatTheUserWants) {
+  const struct {
+    const char* command;
+    QString start;
+    int pieces;
+  } kCases[] = {
+      {"mnuHtml_Auswahl", "Sub Laden&#40;&#41;", 1},
+      {"ht_clip", "x = &#34;ü", 1},
+      {"mnuHtml_Modul", "Sub</span> Laden&#40;&#41;", 1},
+      {"ht_pro", "'  Modul&#58;  Form  Typ = Userform", 2},
+  };
+  for (const auto& c : kCases) {
+    for (const bool credit : {true, false}) {
+      Mark(0, 11);
+      platform.clipboard = {QStringLiteral("x = \"\u00fc\u2603"), "rtf", "html"};
+      platform.answers = {credit ? Answer::kYes : Answer::kNo};
+      Trigger(c.command);
+      const QString html = Clip();
+      EXPECT_EQ(platform.TakeText(), QString::fromUtf8(output::kCreditQuestion.data())) << c.command;
+      EXPECT_TRUE(html.startsWith("<pre><span style=\"font-family=MS Sans Serif,Arial; font-size=10pt\"; >"))
+          << c.command;
+      EXPECT_EQ(html.endsWith("Excel Quillmate</a>"), credit) << c.command;
+      EXPECT_EQ(html.endsWith("</span></pre>"), !credit) << c.command;
+      EXPECT_EQ(html.count("<pre>"), c.pieces) << c.command;
+      EXPECT_TRUE(platform.clipboard.rtf.isEmpty() && platform.clipboard.html.isEmpty());
+      EXPECT_EQ(Panel("Vorgang"), "");
+    }
+  }
+}
+
+TEST_F(ExportTest, ClipboardCodeIsMarkedUpWithBestFitCharacters) {
+  globals.Options.meld = false;
+  platform.clipboard = {QStringLiteral("x = \"\u00fc\u2603\"\ny"), {}, {}};
+  Trigger("mnuHtml_Clipboard");
+  EXPECT_TRUE(Clip().contains("<span style=\"color:#800000\"; >&#34;&uuml;?&#34;</span>\r\ny")) << Clip().toStdString();
+  EXPECT_EQ(platform.TakeText(), "") << "no question without messages";
+}
+
+TEST_F(ExportTest, EmptySourcesAreToldAndLeaveTheClipboard) {
+  const struct {
+    const char* command;
+    QString text;
+    MessageIcon icon;
+  } kCases[] = {
+      {"ht_aus", "Bitte markieren Sie den gewünschten Text", MessageIcon::kExclamation},
+      {"mnuHtml_Clipboard", "Kein Text in der Zwischenablage", MessageIcon::kInformation},
+      {"mnuText_Auswahl", "Bitte markieren Sie den gewünschten Text", MessageIcon::kNone},
+  };
+  for (const auto& c : kCases) {
+    Mark(0, 0);
+    platform.clipboard = {{}, "bleibt", {}};
+    Trigger(c.command);
+    ASSERT_EQ(platform.messages.size(), 1U) << c.command;
+    EXPECT_EQ(platform.messages[0].icon, c.icon) << c.command;
+    EXPECT_EQ(platform.TakeText(), c.text);
+    EXPECT_EQ(platform.clipboard.rtf, "bleibt") << c.command;
+  }
+}
+
+TEST_F(ExportTest, PreviewIsAFileInTheProgramFolder) {
+  globals.Options.vor = true;
+  globals.Options.meld = false;
+  const std::filesystem::path file = globals.ProgramFolder / "TempQuillmate.htm";
+  Trigger("mnuHtml_Modul");
+  EXPECT_EQ(platform.opened, QStringList(Text(file)));
+  EXPECT_EQ(codedb::ReadWholeFile(file), "<HTML><HEAD><TITLE>Excel Quillmate</TITLE></HEAD><BODY>" +
+                                             Clip().toLatin1().toStdString() + "</Body></HTML>\r\n");
+  for (const bool written : {true, false}) {
+    platform.canOpen = false;
+    if (!written) {
+      std::filesystem::remove(file);
+      std::filesystem::create_directories(file / "im Weg");
+    }
+    platform.clipboard = {};
+    Trigger("mnuHtml_Modul");
+    EXPECT_EQ(platform.messages.back().icon, MessageIcon::kNone);
+    EXPECT_EQ(platform.TakeText(), "Vorschau nicht möglich, vermutlich kein IE installiert");
+    EXPECT_NE(Clip(), "") << "the clipboard has it all the same";
+  }
+}
+
+TEST_F(ExportTest, RtfGoesIntoTheFileWithTheForcedExtension) {
+  const struct {
+    const char* command;
+    const char* chosen;
+    const char* written;
+    const char* offered;
+  } kCases[] = {
+      {"mnuRtf_Modul", "Modul1.rtf", "Modul1.RTF", "Form"},
+      {"mnuRtf_Projekt", "projekt.txt", "projekt.RTF", "Quelle"},
+      {"mnuRtf_Projekt", "fertig.RTF", "fertig.RTF", "Quelle"},
+  };
+  for (const auto& c : kCases) {
+    platform.saveFiles = {Text(Folder(c.chosen))};
+    Trigger(c.command);
+    EXPECT_EQ(platform.TakeText(), "");
+    const ui::SaveRequest& request = platform.saveRequests.back();
+    EXPECT_EQ(request.title, "Speichern unter");
+    EXPECT_EQ(request.filter, "RTF-Dokument (*.RTF)");
+    EXPECT_EQ(request.extension, "RTF");
+    EXPECT_EQ(request.folder, QDir::currentPath());
+    EXPECT_EQ(request.fileName, c.offered);
+    const std::string rtf = codedb::ReadWholeFile(Folder(c.written));
+    EXPECT_TRUE(rtf.starts_with("{\\rtf1") && rtf.ends_with("}")) << c.written;
+    EXPECT_EQ(rtf.find("Typ = Userform") != std::string::npos, std::string(c.command) == "mnuRtf_Projekt");
+    EXPECT_EQ(Panel("Vorgang"), "");
+  }
+}
+
+TEST_F(ExportTest, RtfOverwritesNothingUnaskedAndNothingWhenItFails) {
+  codedb::WriteWholeFile(Folder("M.RTF"), "alt");
+  platform.saveFiles = {Text(Folder("M.rtf")), {}};
+  platform.answers = {Answer::kNo};
+  Trigger("mnuRtf_Modul");
+  EXPECT_EQ(platform.TakeText(),
+            QDir::toNativeSeparators(Text(Folder("M.RTF"))) + "\r\nexistiert schon\r\nÜberschreiben ?");
+  Trigger("mnuRtf_Modul");
+  EXPECT_EQ(platform.TakeText(), "") << "a cancelled dialog";
+
+  std::filesystem::remove(codedb::ModuleTextPath(globals.TempFolder, 2));
+  platform.saveFiles = {Text(Folder("M.RTF"))};
+  Trigger("mnuRtf_Projekt");
+  EXPECT_TRUE(platform.TakeText().contains("M2.txt"));
+  EXPECT_EQ(codedb::ReadWholeFile(Folder("M.RTF")), "alt");
+  EXPECT_EQ(Panel("Vorgang"), "");
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(ExportTest, TextGoesToTheClipboardWithAMessageIfWanted) {
+  for (const bool told : {true, false}) {
+    globals.Options.meld = told;
+    Mark(0, 19);
+    Trigger("mnuText_Auswahl");
+    EXPECT_EQ(Clip(), "Sub Laden()\n  x = 1");
+    EXPECT_EQ(platform.TakeText(), told ? "Text in Zwischenablage" : "");
+    Trigger("mnuText_Modul");
+    EXPECT_EQ(Clip(), "Sub Laden()\n  x = 1\nEnd Sub\n\n");
+    EXPECT_EQ(platform.TakeText(), told ? "Text in Zwischenablage" : "");
+  }
+}
+
+TEST_F(ExportTest, ZoomGivesItsOwnText) {
+  globals.Options.meld = false;
+  Tree("treProjekt").expandAll();
+  Click(Tree("treProjekt"), ProjectNode(1, 0));
+  Trigger("mnuPopUp_Zoom_Html");
+  EXPECT_EQ(Clip(), "") << "no zoom, no export";
+  Trigger("mnuAnsicht_Zoom");
+  Trigger("mnuPopUp_Zoom_Html");
+  EXPECT_TRUE(Clip().contains("Adler&#40;&#41;")) << Clip().toStdString();
+  EXPECT_FALSE(Clip().contains("Zahl"));
+  auto* zoom = Window().findChild<QPlainTextEdit*>(QStringLiteral("rtbZoom"));
+  QTextCursor all = zoom->textCursor();
+  all.setPosition(0);
+  all.setPosition(7, QTextCursor::KeepAnchor);
+  zoom->setTextCursor(all);
+  Trigger("mnuText_Auswahl");
+  EXPECT_EQ(Clip(), "Private");
+}
+
+TEST_F(ExportTest, DocumentationIsWrittenAndOpened) {
+  const auto write = [this](const std::filesystem::path& chosen) {
+    platform.folders = {Text(chosen)};
+    platform.opened.clear();
+    Trigger("mnuHtml_Dokumentation");
+    return platform.opened.value(0);
+  };
+  std::filesystem::create_directories(Folder("leer"));
+  for (int time = 0; time < 2; ++time) EXPECT_EQ(write(Folder("leer")), Text(Folder("leer") / "index.html"));
+  EXPECT_TRUE(std::filesystem::exists(Folder("leer") / "modul-Zebra.html"));
+  const std::filesystem::path below = Sources() / "Quelle Dokumentation" / "index.html";
+  EXPECT_EQ(write(Sources()), Text(below)) << "a folder with other files gets a folder of its own";
+  EXPECT_TRUE(std::filesystem::exists(below));
+  EXPECT_EQ(platform.TakeText(), "");
+  EXPECT_EQ(Panel("Vorgang"), "");
+
+  platform.canOpen = false;
+  write(Folder("leer"));
+  EXPECT_EQ(platform.TakeText(), "Die Dokumentation steht in\r\n" + Text(Folder("leer") / "index.html"));
+  EXPECT_EQ(write({}), QString());
+}
+
+TEST_F(ExportTest, SaveFilterIsReadOrRefused) {
+  const struct {
+    const char* filter;
+    QString read;
+    QString problem;
+  } kCases[] = {
+      {"RTF-Dokument:RTF;", "RTF-Dokument (*.RTF)", ""},
+      {"Text:txt,log;Alles:;", "Text (*.txt *.log);;Alles (*.*)", ""},
+      {"Text:txt", "", "Bitte Filterart mit ; abschließen"},
+      {"Text:txt;Alles;", "", "Doppelpunkt vergessen"},
+      {"", "", "Bitte Filterart mit ; abschließen"},
+  };
+  for (const auto& c : kCases) {
+    const ui::SaveFilter read = ui::ReadSaveFilter(c.filter);
+    EXPECT_EQ(read.filter, c.read) << c.filter;
+    EXPECT_EQ(QString::fromUtf8(read.problem.data(), static_cast<qsizetype>(read.problem.size())), c.problem);
+  }
+}
+
+}  // namespace
+}  // namespace quillmate::testing

@@ -1,0 +1,185 @@
+#include <QCheckBox>
+#include <QDialog>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QSplitter>
+#include <QToolButton>
+#include <QTreeWidget>
+
+#include "about_box.h"
+#include "desktop_look.h"
+#include "unused_report.h"
+#include "window_test.h"
+
+namespace quillmate::testing {
+namespace {
+
+using analysis::UnusedClass;
+using analysis::UnusedRoutine;
+using ui::MessageIcon;
+
+class PartsTest : public WindowTest {
+ protected:
+  QDialog* Dialog(const char* name) { return Window().findChild<QDialog*>(QString::fromLatin1(name)); }
+  static QWidget* Mini() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      if (widget->objectName() == "frmMin" && widget->isVisible()) return widget;
+    }
+    return nullptr;
+  }
+  static QString Text(const std::filesystem::path& path) { return QString::fromStdString(codedb::PathText(path)); }
+};
+
+TEST_F(PartsTest, HelpIsOpenedOrSaidToBeMissing) {
+  Start();
+  QTest::keyClick(&Window(), Qt::Key_F1);
+  EXPECT_EQ(platform.TakeText(),
+            "Die Hilfsdatei:\r\nQuillmate.chm\r\nkonnte nicht gefunden werden. \r\nDiese muss im selben Verzeichnis "
+            "wie\r\nEQM_XT.exe\r\ninstalliert werden.\r\nBitte kopieren Sie also \r\nQuillmate.chm nach:\r\n" +
+                Text(TemplateFile().parent_path()));
+  for (const char* name : {"Quillmate.chm", "Quillmate.html"}) {
+    codedb::WriteWholeFile(Folder(name), "Hilfe");
+    Trigger("mnuHilfe_Hilfe");
+    EXPECT_EQ(platform.opened.back(), Text(Folder(name)));
+    EXPECT_EQ(platform.TakeText(), "");
+  }
+  platform.canOpen = false;
+  Trigger("mnuHilfe_Hilfe");
+  EXPECT_TRUE(platform.TakeText().startsWith("Die Hilfe kann nicht angezeigt werden:"));
+}
+
+TEST_F(PartsTest, AboutBoxNamesWhatRuns) {
+  Start();
+  Trigger("mnuHilfe_Info");
+  QDialog* box = Dialog("frmInfo");
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(box->findChild<QLabel*>("lblTitel")->text(), "Excel Quillmate 1.0");
+  const QString text = box->findChild<QPlainTextEdit*>("txtSystem")->toPlainText();
+  for (const QString& part : {QStringLiteral("Ausgabe: Excel (EQM)"), QStringLiteral("Version: 1.0"),
+                              QStringLiteral("Qt: ") + qVersion(), QStringLiteral("SQLite: 3.")}) {
+    EXPECT_TRUE(text.contains(part)) << part.toStdString();
+  }
+  auto* link = box->findChild<QLabel*>("lblWeb");
+  auto* tool = box->findChild<QAbstractButton*>("cmdSysInfo");
+  for (const bool works : {true, false}) {
+    platform.canOpen = works;
+    emit link->linkActivated(QString::fromLatin1(ui::kHomePage));
+    EXPECT_EQ(platform.TakeText().isEmpty(), works);
+    tool->click();
+    EXPECT_EQ(platform.TakeText().isEmpty(), works);
+  }
+  EXPECT_EQ(platform.opened.mid(0, 2), (QStringList{"https://quillmate.example/", "Systeminformationen"}));
+}
+
+TEST_F(PartsTest, SpecialViewConvertsTheClipboardAndLeadsBackOrEnds) {
+  for (const bool back : {true, false}) {
+    Start();
+    int ended = 0;
+    Window().onEnd = [&ended] { ++ended; };
+    Trigger("mnuAnsicht_Spezial");
+    EXPECT_FALSE(Window().isVisible());
+    QWidget* mini = Mini();
+    ASSERT_NE(mini, nullptr);
+    auto* html = mini->findChild<QToolButton*>("cmdHtml");
+    platform.clipboard = {};
+    platform.messages.clear();
+    QTest::mouseClick(html, Qt::LeftButton);
+    EXPECT_EQ(platform.TakeText(), "Kein Text in der Zwischenablage");
+    platform.clipboard = {QStringLiteral("Dim x"), {}, {}};
+    globals.Options.meld = false;
+    QTest::mouseClick(html, Qt::LeftButton);
+    EXPECT_TRUE(platform.clipboard.text.contains(">Dim</span> x</span></pre>"));
+    if (back) {
+      QTest::mouseClick(mini->findChild<QToolButton*>("cmdClose"), Qt::LeftButton);
+      Trigger("mnuAnsicht_Spezial");
+      ASSERT_NE(Mini(), nullptr) << "again, with the mark taken back";
+      mini = Mini();
+    }
+    mini->close();
+    EXPECT_EQ(ended, 1);
+    EXPECT_FALSE(Window().isVisible());
+  }
+}
+
+TEST_F(PartsTest, SplitterStandsWhereItWasLeft) {
+  const auto splitter = [this]() -> QSplitter& { return *Window().findChild<QSplitter*>("fraContainer"); };
+  Start();
+  splitter().setSizes({412, splitter().width() - 412 - splitter().handleWidth()});
+  const int left = splitter().sizes().value(0);
+  Window().close();
+  const struct {
+    std::string stored;
+    bool used;
+  } kCases[] = {{settings->ReadSetting("ansicht", "teiler"), true}, {"100", false}, {"9999999", false}, {"x", false}};
+  for (const auto& c : kCases) {
+    settings->WriteSetting("ansicht", "teiler", c.stored);
+    Start();
+    EXPECT_EQ(splitter().sizes().value(0) == left, c.used) << c.stored;
+  }
+}
+
+TEST_F(PartsTest, UnusedRoutinesAreListedShownCopiedAndSaved) {
+  AddModule("Form.frm",
+            "Attribute VB_Name = \"Form\"\r\nSub Laden()\r\n  x = \"Ziel\"\r\nEnd Sub\r\nPrivate Sub Form_Load()\r\n"
+            "End Sub\r\nSub Ziel()\r\nEnd Sub\r\n");
+  StartWithProject();
+  Trigger("mnuTest");
+  QDialog* list = Dialog("frmUnbenutzt");
+  ASSERT_NE(list, nullptr);
+  auto& tree = *list->findChild<QTreeWidget*>("treUnbenutzt");
+  const QString all = TextOf(*tree.model());
+  EXPECT_EQ(all, "Form\n Laden\n Ziel\n Form_Load\nZebra\n Zahl\n");
+  EXPECT_EQ(tree.topLevelItem(0)->child(1)->text(1), "per Text");
+  EXPECT_EQ(list->findChild<QLabel*>("lblErgebnis")->text(),
+            "Routinen ohne Aufruf: 4 (2 sicher, 1 vom Host, 1 per Text)");
+
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualItemRect(tree.topLevelItem(1)->child(0)).center());
+  EXPECT_EQ(Panel("Modul"), "Zebra");
+  EXPECT_EQ(Panel("Routine"), "Zahl");
+
+  const auto press = [list](const char* name) { list->findChild<QAbstractButton*>(name)->click(); };
+  press("cmdKopieren");
+  EXPECT_EQ(platform.clipboard.text,
+            "Form\tLaden\tsicher\nForm\tZiel\tper Text\nForm\tForm_Load\tvom Host\nZebra\tZahl\tsicher\n");
+  EXPECT_EQ(platform.TakeText(), "Liste in Zwischenablage");
+  press("chkNurSicher");
+  EXPECT_EQ(TextOf(*tree.model()), "Form\n Laden\nZebra\n Zahl\n");
+  platform.saveFiles = {{}, Text(Folder("Liste.CSV")), Text(Folder("Liste.txt")), Text(Folder("fehlt") / "x.txt")};
+  for (int time = 0; time < 4; ++time) press("cmdSpeichern");
+  EXPECT_EQ(codedb::ReadWholeFile(Folder("Liste.CSV")),
+            "\xEF\xBB\xBFModul;Routine;Klasse\r\nForm;Laden;sicher\r\nZebra;Zahl;sicher\r\n");
+  EXPECT_EQ(codedb::ReadWholeFile(Folder("Liste.txt")), "Form\tLaden\tsicher\nZebra\tZahl\tsicher\n");
+  EXPECT_TRUE(platform.TakeText().startsWith("Die Datei konnte nicht geschrieben werden:"));
+
+  platform.answers = {ui::Answer::kNo};
+  Trigger("mnuNeu");
+  EXPECT_EQ(Dialog("frmUnbenutzt"), nullptr) << "the list goes with its project";
+}
+
+TEST(UnusedReport, CsvQuotesWhatNeedsIt) {
+  const std::vector<UnusedRoutine> routines = {{1, 1, "a;b", "\"c\"", UnusedClass::kHost},
+                                               {1, 2, "\374", "d", UnusedClass::kText}};
+  EXPECT_EQ(ui::UnusedCsv(routines),
+            "\xEF\xBB\xBFModul;Routine;Klasse\r\n\"a;b\";\"\"\"c\"\"\";vom Host\r\nü;d;per Text\r\n");
+}
+
+TEST(DesktopLook, IsReadableInTheDarkAndComesBack) {
+  const QPalette before = QApplication::palette();
+  ui::UseLook(true);
+  const QPalette dark = QApplication::palette();
+  const struct {
+    QPalette::ColorRole text;
+    QPalette::ColorRole ground;
+  } kPairs[] = {{QPalette::WindowText, QPalette::Window},         {QPalette::Text, QPalette::Base},
+                {QPalette::ButtonText, QPalette::Button},         {QPalette::ToolTipText, QPalette::ToolTipBase},
+                {QPalette::HighlightedText, QPalette::Highlight}, {QPalette::Link, QPalette::Base},
+                {QPalette::PlaceholderText, QPalette::Base}};
+  for (const auto& pair : kPairs) {
+    EXPECT_GT(qGray(dark.color(pair.text).rgb()) - qGray(dark.color(pair.ground).rgb()), 90) << pair.text;
+  }
+  ui::UseLook(false);
+  EXPECT_EQ(QApplication::palette().color(QPalette::Window), before.color(QPalette::Window));
+}
+
+}  // namespace
+}  // namespace quillmate::testing
