@@ -6,28 +6,19 @@
 namespace quillmate::navigation {
 namespace {
 
-std::string Describe(const ProjectTree& tree) {
-  std::string lines;
-  for (const TreeNode& node : tree.nodes) {
-    lines += node.key + " " + node.text + " " + node.image + " " + std::to_string(node.parent) + "\n";
-  }
-  return lines;
-}
-
 TEST_F(Project, TreeOfModulesAndRoutines) {
-  codedb::CodeDatabase& database = Database();
   ProjectTree tree;
   FillModuleNodes(database, tree);
   FillRoutineNodes(database, tree);
   EXPECT_EQ(Describe(tree) + std::to_string(tree.moduleCount), "0");
 
-  AddModule(database, "1", "A", "2");
-  AddModule(database, "2", "B", "1");
-  AddModule(database, "3", "\304rger", "2");
-  AddRoutine(database, "1", "1", "Zebra", "'1' AS AX1, '2' AS AX2, ");
-  AddRoutine(database, "2", "1", "adler", "'12' AS AX1, '1' AS AX2, ");
-  AddRoutine(database, "3", "2", "F", "'4' AS AX1, '3' AS AX2, ");
-  database.ExecuteSql("UPDATE td_rout SET td_rout.rou_start =5 WHERE (([rou_num]=1));");
+  AddModule(1, "A", "2");
+  AddModule(2, "B", "1");
+  AddModule(3, "\304rger", "2");
+  AddRoutine(1, 1, "Zebra", "1", "2");
+  AddRoutine(2, 1, "adler", "12", "1");
+  AddRoutine(3, 2, "F", "4", "3");
+  SetLine("rou_start", "5", 1);
   FillModuleNodes(database, tree);
   FillRoutineNodes(database, tree);
   EXPECT_EQ(Describe(tree),
@@ -40,7 +31,7 @@ TEST_F(Project, TreeOfModulesAndRoutines) {
   EXPECT_EQ(RoutineStartLine(database, 2), 0);  // no line yet
   EXPECT_EQ(RoutineStartLine(database, 9), 0);
 
-  AddRoutine(database, "4", "7", "Lost", "'1' AS AX1, '1' AS AX2, ");
+  AddRoutine(4, 7, "Lost", "1", "1");
   FillModuleNodes(database, tree);
   EXPECT_THROW(FillRoutineNodes(database, tree), codedb::DatabaseError);
 }
@@ -49,9 +40,9 @@ TEST_F(Project, ViewsAreReadWhenLookedAt) {
   CodeViews views;
   EXPECT_EQ(views.Count(), 1);
   EXPECT_EQ(views.View(0).Text(), "");
-  codedb::WriteModuleText(folder_, 1, "|\237f|Sub|n\237| A\r\n");
-  codedb::WriteModuleText(folder_, 2, "x");
-  views.Load(folder_, 2);
+  Write(1, "|\237f|Sub|n\237| A\r\n");
+  Write(2, "x");
+  views.Load(folder.Path(), 2);
   views.SetCurrent(1);
   EXPECT_EQ(views.Count(), 2);
   EXPECT_FALSE(views.IsRead(0));
@@ -60,13 +51,13 @@ TEST_F(Project, ViewsAreReadWhenLookedAt) {
   EXPECT_TRUE(views.IsRead(0));
   EXPECT_FALSE(views.IsRead(1));
 
-  EXPECT_THROW(views.Load(folder_, 3), std::runtime_error);
+  EXPECT_THROW(views.Load(folder.Path(), 3), std::runtime_error);
   EXPECT_EQ(views.Count(), 2);
   EXPECT_EQ(views.Current(), 1);
   EXPECT_EQ(views.View(1).Text(), "x\r\n");
   EXPECT_FALSE(views.IsRead(2) || views.IsRead(-1));
 
-  views.Load(folder_, 0);
+  views.Load(folder.Path(), 0);
   EXPECT_EQ(views.Count(), 1);
   EXPECT_EQ(views.Current(), 0);
   EXPECT_EQ(views.View(0).Text(), "");

@@ -19,22 +19,14 @@ TEST(Find, CaseWordLimitsAndStart) {
       {"Sub Foo()\r\nfoo", "foo", 5, false, 11},  // the line break counts twice
       {"Sub Foo()\r\nfoo", "foo", 12, false, {}},
       {"Sub Foo()\r\nfoo", "()\r\nF", 0, false, 7},
-      {"Sub", "sub", 0, true, 0},
-      {"Sub", "sub", 1, false, {}},
       {"Sub", "sub", 99, false, {}},
       {"\304rger \344RGER", "\344rger", 1, false, 6},
-      {"\311t\351 \337", "\351T\311", 0, false, 0},
-      {"\337", "SS", 0, false, {}},
       {"FooBar Foo_ Foo1 \374Foo Foo", "foo", 0, true, 22},
       {"caf\351Foo", "foo", 0, true, 4},  // an accented letter is no identifier character
       {"x.Foo(", ".foo(", 0, true, 1},    // limits of what is no word are everywhere
       {"Foo.x", "foo.", 0, true, 0},
       {"aFoo.", "foo.", 0, true, {}},
-      {"aaa", "aa", 1, false, 1},
       {"a", "", 0, false, {}},
-      {"", "a", 0, false, {}},
-      {"12", "2", 0, true, {}},
-      {"\212\232", "\232", 1, false, 1},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(Find(c.text, c.searched, c.start, c.wholeWord), c.found) << c.text << " for " << c.searched;
@@ -96,24 +88,23 @@ constexpr std::string_view kNotInProject = "Der Suchtext wurde im gesamten Proje
 constexpr std::string_view kNoNextInModule =
     "Der Suchtext\r\nwurde ausgehend von  der letzten Position \r\nim Modul nicht gefunden .\r\n";
 constexpr std::string_view kNoNextInProject = "Der Suchtext wurde nicht gefunden";
-constexpr std::string_view kZoom = "Steht im Zoom Modus nicht zur Verf\303\274gung";
+constexpr std::string_view kZoom = "zoom Steht im Zoom Modus nicht zur Verf\303\274gung";
 
 /// Three modules: "Foo Bar Foo", "Foo", "x Bar".
 class SearchCommands : public Project {
  protected:
   SearchCommands() {
-    codedb::WriteModuleText(folder_, 1, "|\237f|Foo|n\237| Bar |\237f|Foo|n\237|");
-    codedb::WriteModuleText(folder_, 2, "Foo");
-    codedb::WriteModuleText(folder_, 3, "x Bar");
-    views_.Load(folder_, 3);
+    Write(1, "|\237f|Foo|n\237| Bar |\237f|Foo|n\237|");
+    Write(2, "Foo");
+    Write(3, "x Bar");
+    views_.Load(folder.Path(), 3);
   }
 
   static std::string Describe(const SearchResult& result) {
     if (result.outcome == SearchOutcome::kFound) {
       return std::to_string(result.view) + ":" + std::to_string(result.position) + "+" + std::to_string(result.length);
     }
-    const char* const outcome = result.outcome == SearchOutcome::kZoomMode ? "zoom " : "";
-    return outcome + std::string(result.message);
+    return (result.outcome == SearchOutcome::kZoomMode ? "zoom " : "") + std::string(result.message);
   }
 
   CodeViews views_;
@@ -131,16 +122,14 @@ TEST_F(SearchCommands, FindFirstAndNext) {
       {false, {"foo"}, 0, 9, "0:8+3"},
       {false, {"foo"}, 1, 0, kNotInModule},
       {false, {" bar "}, 0, 0, "0:4+3"},
-      {false, {"ba", true}, 0, 0, kNotInModule},
       {false, {"bar", true}, 0, 0, "0:4+3"},
       {false, {"x", false, true}, 2, 0, kNotInProject},
       {false, {"foo", false, true}, 2, 0, "0:8+3"},
       {false, {"r\r\n", false, true}, 0, 0, "2:4+3"},
       {false, {"  "}, 0, 0, ""},
       {false, {"foo", false, false, true}, 0, 0, kZoom},
-      {false, {"", false, false, true}, 0, 0, kZoom},
+      {false, {"bar", false, true, false, true}, 0, 0, kNotInProject},  // typed with foreign characters
       // On from the selection.
-      {true, {"foo"}, 0, 0, "0:8+3"},
       {true, {"foo"}, 0, 7, "0:8+3"},
       {true, {"foo"}, 0, 8, kNoNextInModule},
       {true, {"x"}, 2, 0, kNoNextInModule},
@@ -150,15 +139,13 @@ TEST_F(SearchCommands, FindFirstAndNext) {
       {true, {"foo", false, true}, 1, 0, "0:8+3"},
       {true, {"foo", false, true}, 0, 8, "0:8+3"},  // the current module comes last, from its top
       {true, {"x", false, true}, 2, 0, kNoNextInProject},
-      {true, {""}, 0, 0, ""},
       {true, {"foo", false, true, true}, 0, 0, kZoom},
   };
   for (const auto& c : cases) {
     views_.SetCurrent(c.view);
     views_.View(c.view).Select(c.selection, 1);
     const SearchResult result = c.next ? FindNext(views_, c.request) : FindFirst(views_, c.request);
-    const std::string zoom = c.result == kZoom ? "zoom " : "";
-    EXPECT_EQ(Describe(result), zoom + std::string(c.result))
+    EXPECT_EQ(Describe(result), c.result)
         << c.request.text << (c.next ? " on from " : " in ") << c.view << ':' << c.selection;
     EXPECT_EQ(views_.Current(), c.view);
   }
@@ -167,11 +154,10 @@ TEST_F(SearchCommands, FindFirstAndNext) {
 }
 
 TEST_F(SearchCommands, AllHitsWithLinesAndRoutines) {
-  codedb::CodeDatabase& database = Database();
-  AddRoutine(database, {1, 1, "A", 2, 4});
-  AddRoutine(database, {2, 1, "B", 3, 3});
-  codedb::WriteModuleText(folder_, 1, "foo\r\n|\237f|Foo|n\237|oofoo\r\n\r\nfoo\r\nx\r\nFoo");
-  views_.Load(folder_, 3);
+  Add(1, 1, "A", 2, 4);
+  Add(2, 1, "B", 3, 3);
+  Write(1, "foo\r\n|\237f|Foo|n\237|oofoo\r\n\r\nfoo\r\nx\r\nFoo");
+  views_.Load(folder.Path(), 3);
   const auto list = [&](std::string_view searched, bool wholeWord) {
     std::string lines;
     for (const ModuleHits& module : AllHits(database, views_, searched, wholeWord)) {
