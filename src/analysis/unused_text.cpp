@@ -54,12 +54,12 @@ class Preparation {
 
   void NoteRibbon(std::size_t start, std::size_t end) {
     if (marked_.substr(start, end - start).find(kRibbonType) == std::string_view::npos) return;
-    long line = 1;
-    for (std::size_t at = marked_.find(text::kLineBreak); at < start;
-         at = marked_.find(text::kLineBreak, at + text::kLineBreak.size())) {
-      ++line;
+    for (std::size_t at = marked_.find(text::kLineBreak, counted_); at < start;
+         at = marked_.find(text::kLineBreak, counted_)) {
+      ++line_;
+      counted_ = at + text::kLineBreak.size();
     }
-    result_.ribbonLines.push_back(line);
+    result_.ribbonLines.push_back(line_);
   }
 
   void NoteSpan(std::size_t start, std::size_t end) {
@@ -87,6 +87,8 @@ class Preparation {
   }
 
   std::string_view marked_;
+  std::size_t counted_ = 0;  // the lines in front of this offset are counted
+  long line_ = 1;
   ReferenceText result_;
 };
 
