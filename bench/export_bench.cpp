@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <filesystem>
 #include <iterator>
 #include <random>
 #include <string>
@@ -6,9 +7,11 @@
 
 #include <benchmark/benchmark.h>
 
+#include <quillmate/codedb/index_files.h>
 #include <quillmate/export/html.h>
 #include <quillmate/export/plain_text.h>
 #include <quillmate/export/rtf.h>
+#include <quillmate/export/site.h>
 
 namespace quillmate::output {
 namespace {
@@ -85,11 +88,51 @@ void BuildHtmlPieces(benchmark::State& state) {
   CountBytes(state, code);
 }
 
+/// Modules of 1,000 lines with 40 routines each, the last line of each calling one of another module.
+SiteProject ProjectOfModules(int modules, const std::filesystem::path& folder) {
+  constexpr int kRoutines = 40;
+  constexpr std::int64_t kLines = 25;
+  std::mt19937 random(1);
+  SiteProject project;
+  project.title = "Messung";
+  project.indexFolder = folder;
+  const auto nameOf = [](int routine) { return "Routine" + std::to_string(routine); };
+  for (int m = 1; m <= modules; ++m) {
+    codedb::ModuleRecord module{m, "mdl" + std::to_string(m), 2, kRoutines * kLines, {}};
+    std::string code;
+    for (int r = 0; r < kRoutines; ++r) {
+      const int number = (m - 1) * kRoutines + r + 1;
+      module.routines.push_back({number, m, nameOf(number), 1, 1, 1, r * kLines + 1, (r + 1) * kLines});
+      code += "|\237x||\237f|Sub|n\237| " + nameOf(number) + "()|y\237|\r\n";
+      for (std::int64_t i = 0; i < kLines - 3; ++i) {
+        code += "\t|\237f|If|n\237| lngWert > 0 |\237f|Then|n\237| strText = |\237s|\"Wert\"|n\237| & lngWert\r\n";
+      }
+      code += "\t" + nameOf(static_cast<int>(random() % static_cast<unsigned>(modules * kRoutines)) + 1) + "\r\n";
+      code += "|\237x||\237f|End|n\237| |\237f|Sub|n\237||y\237|\r\n";
+    }
+    codedb::WriteModuleText(folder, m, code);
+    project.modules.push_back(std::move(module));
+  }
+  return project;
+}
+
+void WriteWholeSite(benchmark::State& state) {
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "quillmate_export_bench";
+  std::filesystem::create_directories(folder / "site");
+  const int modules = static_cast<int>(state.range(0));
+  const SiteProject project = ProjectOfModules(modules, folder);
+  for ([[maybe_unused]] auto round : state) WriteSite(project, {}, folder / "site");
+  state.SetItemsProcessed(state.iterations() * modules * 1000);
+  std::filesystem::remove_all(folder);
+}
+
 BENCHMARK(ColourBodyWhole)->ArgsProduct({{1, 10, 40}, {0, 1}})->Unit(benchmark::kMillisecond);
 BENCHMARK(ColourBodyPieces)->ArgsProduct({{1, 10, 40}, {0, 1}})->Unit(benchmark::kMillisecond);
 BENCHMARK(BuildHtmlWhole)->ArgsProduct({{1, 10, 40}, {0, 1}})->Unit(benchmark::kMillisecond);
 BENCHMARK(BuildHtmlPieces)->ArgsProduct({{1, 10, 40}, {0, 1}})->Unit(benchmark::kMillisecond);
 BENCHMARK(PlainTextWhole)->Arg(1)->Arg(10)->Arg(40)->Unit(benchmark::kMillisecond);
+/// Items are lines.
+BENCHMARK(WriteWholeSite)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace quillmate::output
