@@ -1,3 +1,5 @@
+#include <QLayout>
+
 #include "commands.h"
 #include "hit_panel.h"
 #include "qt_text.h"
@@ -28,8 +30,13 @@ void TakeSearchText(Shell& shell) {
 }
 
 void EnterSearchText(Shell& shell) {
-  // The list of callers hides the toolbar.
-  shell.commands->ToolBar().show();
+  // The list of callers hides the toolbar, and a narrow window its end.
+  QToolBar& bar = shell.commands->ToolBar();
+  bar.show();
+  if (bar.width() < bar.sizeHint().width() && !shell.txtSuche->isVisible()) {
+    shell.window.resize(bar.sizeHint().width(), shell.window.height());
+  }
+  shell.window.layout()->activate();
   shell.txtSuche->setFocus();
   shell.txtSuche->selectAll();
 }

@@ -72,7 +72,8 @@ TEST_F(MenuTest, ContextMenusFitThePlace) {
   RightClick(Code(), QPoint(5, 5));
   EXPECT_EQ(PopupItems(),
             (QStringList{"mnuPopUpHaupt_Html_Index0", "mnuPopUpHaupt_Html_Index1", "mnuPopUpHaupt_Html_Index2",
-                         "mnuPopUpHaupt_Html_Index3", "mnuPopUpHaupt_Copy_Modul", "mnuPopUpHaupt_Copy_Auswahl"}));
+                         "mnuPopUpHaupt_Html_Index3", "mnuPopUpHaupt_Copy_Modul", "mnuPopUpHaupt_Copy_Auswahl",
+                         "(mnuPopUpHaupt_Definition)", "(mnuPopUpHaupt_Aufruf)", "mnuPopUpHaupt_Zoom"}));
 }
 
 TEST_F(MenuTest, RefreshKeySaysWhatTheHostSays) {
