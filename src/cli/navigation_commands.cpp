@@ -1,4 +1,5 @@
-#include <algorithm>
+#include <functional>
+#include <utility>
 
 #include <quillmate/codedb/codes.h>
 #include <quillmate/export/outline.h>
@@ -103,43 +104,55 @@ std::string DefinitionText(const navigation::Definition& found, const std::strin
   return text::Utf8FromCode(moduleName) + ":" + std::to_string(found.startLine) + "\n";
 }
 
-/// What is listed of the hits: called for each with number and name of the module, line and the line's text.
-template <typename List>
-void ForEachHit(ProjectInput& input, const std::string& searched, bool wholeWord, List list) {
+/// One module's part of the list of hits.
+using HitList = std::function<std::string(int number, const std::string& name, const navigation::CodeView& view,
+                                          const navigation::ModuleHits& hits)>;
+
+/// Module after module, since a text that is found everywhere makes a long list.
+void ListHits(ProjectInput& input, const std::string& searched, bool wholeWord, Output& output, const HitList& list) {
   codedb::CodeDatabase& database = input.Database();
-  const int count = ModuleCount(database);
   navigation::CodeViews views;
-  views.Load(input.Folder(), count);
-  for (const navigation::ModuleHits& module : navigation::AllHits(database, views, searched, wholeWord)) {
-    const std::string name = ModuleName(database, module.view + 1);
-    for (const navigation::Hit& hit : module.hits) {
-      list(module.view + 1, name, hit.line, navigation::LineText(views.View(module.view), hit.line));
+  views.Load(input.Folder(), ModuleCount(database));
+  for (int i = 0; i < views.Count(); ++i) {
+    const navigation::CodeView& view = views.View(i);
+    const auto matches = navigation::FindAll(view.Text(), searched, wholeWord);
+    if (!matches.empty()) {
+      output.Write(
+          list(i + 1, ModuleName(database, i + 1), view, navigation::DescribeHits(database, view, i, matches)));
     }
   }
 }
 
-std::string HitsJson(ProjectInput& input, const std::string& searched, bool wholeWord) {
+void ListHitsAsJson(ProjectInput& input, const std::string& searched, bool wholeWord, Output& output) {
   std::string json;
-  JsonLines hits(json);
-  ForEachHit(input, searched, wholeWord, [&](int number, const std::string& name, long line, std::string_view code) {
-    hits.Next();
-    JsonObject(json)
-        .Number("mod_num", std::int64_t{number})
-        .Text("mod_name", name)
-        .Number("line", std::int64_t{line})
-        .Text("text", code)
-        .End();
-  });
-  hits.End();
-  return json + "\n";
+  JsonLines lines(json);
+  ListHits(input, searched, wholeWord, output,
+           [&](int number, const std::string& name, const auto& view, const navigation::ModuleHits& module) {
+             for (const navigation::Hit& hit : module.hits) {
+               lines.Next();
+               JsonObject(json)
+                   .Number("mod_num", std::int64_t{number})
+                   .Text("mod_name", name)
+                   .Number("line", std::int64_t{hit.line})
+                   .Text("text", navigation::LineText(view, hit.line))
+                   .End();
+             }
+             return std::exchange(json, {});
+           });
+  lines.End();
+  output.Write(json + "\n");
 }
 
-std::string HitsText(ProjectInput& input, const std::string& searched, bool wholeWord) {
-  std::string lines;
-  ForEachHit(input, searched, wholeWord, [&](int, const std::string& name, long line, std::string_view code) {
-    lines.append(name).append(":").append(std::to_string(line)).append(": ").append(code).append("\n");
-  });
-  return text::Utf8FromCode(lines);
+void ListHitsAsText(ProjectInput& input, const std::string& searched, bool wholeWord, Output& output) {
+  ListHits(input, searched, wholeWord, output,
+           [](int, const std::string& name, const auto& view, const navigation::ModuleHits& module) {
+             std::string lines;
+             for (const navigation::Hit& hit : module.hits) {
+               lines.append(name).append(":").append(std::to_string(hit.line)).append(": ");
+               lines.append(navigation::LineText(view, hit.line)).append("\n");
+             }
+             return text::Utf8FromCode(lines);
+           });
 }
 
 }  // namespace
@@ -181,8 +194,9 @@ void RunSearch(const Invocation& invocation) {
   }
   ProjectInput input(project, RunOptions(project));
   const std::string code = CodeName(searched).value_or(std::string());
-  WriteWhole(invocation.output, invocation.json ? HitsJson(input, code, invocation.wholeWord)
-                                                : HitsText(input, code, invocation.wholeWord));
+  Output output(invocation.output);
+  (invocation.json ? ListHitsAsJson : ListHitsAsText)(input, code, invocation.wholeWord, output);
+  output.Finish();
 }
 
 }  // namespace quillmate::cli
