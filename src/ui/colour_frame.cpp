@@ -48,6 +48,7 @@ void Swatch::paintEvent(QPaintEvent*) {
 ColourFrame::ColourFrame(const QString& name, const QString& caption, int firstNumber) : QGroupBox(caption) {
   setObjectName(name);
   setAutoFillBackground(true);
+  setAlignment(Qt::AlignHCenter);
   auto* grid = new QGridLayout(this);
   grid->setSpacing(3);
   int number = 0;

@@ -47,6 +47,9 @@ constexpr DarkColour kDark[] = {
 
 constexpr QRgb kDisabledText = 0xff808080;
 
+/// The style makes the frame of a check box from the window's colour, darkened: on dark ground it would vanish.
+constexpr QRgb kBoxFrame = 0xffa8a8a8;
+
 bool IsDark(const QPalette& palette) { return palette.color(QPalette::Window).lightness() < 128; }
 
 }  // namespace
@@ -66,6 +69,9 @@ void UseLook(bool dark) {
   // The desktop's own style may paint parts in its light colours.
   if (dark) QApplication::setStyle(QStringLiteral("Fusion"));
   QApplication::setPalette(dark ? DarkPalette() : start);
+  QPalette boxes = QApplication::palette();
+  if (dark) boxes.setColor(QPalette::Window, QColor::fromRgb(kBoxFrame));
+  QApplication::setPalette(boxes, "QCheckBox");
 }
 
 #ifdef Q_OS_WIN

@@ -175,7 +175,9 @@ QWidget* OptionsDialog::MakeFolderFrame() {
   row->addWidget(create);
   auto* layout = new QVBoxLayout(frame);
   layout->addLayout(row);
-  layout->addWidget(MakeFlagPage(kFiles));
+  QWidget* flags = MakeFlagPage(kFiles);
+  flags->layout()->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(flags);
   return frame;
 }
 
@@ -199,7 +201,9 @@ QWidget* OptionsDialog::MakeFormatsPage() {
   auto* colours = new QHBoxLayout;
   for (ColourFrame* frame : {fraKeyfarbe_, fraKomFarbe_, fraStringFarbe_}) colours->addWidget(frame);
   layout->addLayout(colours);
-  layout->addWidget(MakeFlagPage(kFormats));
+  QWidget* flags = MakeFlagPage(kFormats);
+  flags->layout()->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(flags);
   layout->addWidget(MakeFontRow());
   layout->addStretch();
   return page;

@@ -1,5 +1,7 @@
 #include <QDir>
 #include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
 
 #include <quillmate/export/html.h>
 #include <quillmate/export/site.h>
@@ -136,6 +138,23 @@ TEST_F(ExportTest, RtfGoesIntoTheFileWithTheForcedExtension) {
     EXPECT_TRUE(rtf.starts_with("{\\rtf1") && rtf.ends_with("}")) << c.written;
     EXPECT_EQ(rtf.find("Typ = Userform") != std::string::npos, std::string(c.command) == "mnuRtf_Projekt");
     EXPECT_EQ(Panel("Vorgang"), "");
+  }
+}
+
+TEST_F(ExportTest, WordProcessorReadsTheRtf) {
+  const QString office = QStandardPaths::findExecutable(QStringLiteral("soffice"));
+  if (office.isEmpty()) GTEST_SKIP() << "no word processor installed";
+  platform.saveFiles = {Text(Folder("projekt.RTF"))};
+  Trigger("mnuRtf_Projekt");
+  const QString profile = QStringLiteral("-env:UserInstallation=file://") + Text(Folder("profil"));
+  QProcess convert;
+  convert.start(office, {profile, "--headless", "--convert-to", "fodt", "--outdir", Text(Folder("aus")),
+                         Text(Folder("projekt.RTF"))});
+  ASSERT_TRUE(convert.waitForFinished(-1));
+  const QString read =
+      QString::fromUtf8(QByteArray::fromStdString(codedb::ReadWholeFile(Folder("aus") / "projekt.fodt")));
+  for (const char* part : {"#000080", "#008000", "#800000", "fo:font-weight=\"bold\"", "style:tab-stop ", "äöü"}) {
+    EXPECT_TRUE(read.contains(QString::fromUtf8(part))) << part;
   }
 }
 

@@ -64,7 +64,7 @@ class WindowTest : public ::testing::Test {
   }
 
   ui::MainWindow& Window() { return *window_; }
-  QAction& Action(const char* name) { return *window_->findChild<QAction*>(QString::fromLatin1(name)); }
+  QAction& Action(const char* name) { return *window_->findChild<QAction*>(QString::fromUtf8(name)); }
   void Trigger(const char* name) { Action(name).trigger(); }
   QTreeView& Tree(const char* name) { return *window_->findChild<QTreeView*>(QString::fromLatin1(name)); }
   QPlainTextEdit& Code() { return *window_->findChild<QPlainTextEdit*>(QStringLiteral("rtbHaupt")); }
