@@ -5,9 +5,14 @@
 // prints the times from each command to the next state that the user can work with, and the memory of the process. The
 // module that stands last in the tree is looked at first.
 
+#include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTreeView>
 #include <cstdio>
@@ -53,6 +58,28 @@ void Click(QTreeView& tree, const QModelIndex& node) {
   QApplication::processEvents();
 }
 
+/// A key and what it takes until the result is painted.
+void Press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+  QTest::keyClick(&widget, key, modifiers);
+  QApplication::processEvents();
+}
+
+void Trigger(ui::MainWindow& window, const char* command) {
+  window.findChild<QAction*>(QString::fromLatin1(command))->trigger();
+  QApplication::processEvents();
+}
+
+/// Looks for a text that no module has.
+void MeasureSearch(ui::MainWindow& window, const char* what) {
+  QAction& inProject = *window.findChild<QAction*>("mnuBearbeiten_Suchen_Projekt");
+  if (!inProject.isChecked()) inProject.trigger();
+  window.findChild<QLineEdit*>("txtSuche")->setText(QStringLiteral("gibt es nirgends"));
+  Stopwatch search;
+  Trigger(window, "mnuBearbeiten_Suchen");
+  search.Print(what);
+  PrintMemory("after the search");
+}
+
 void Measure(ui::MainWindow& window) {
   auto& hosts = *window.findChild<QTreeView*>("treApp");
   auto& tree = *window.findChild<QTreeView*>("treProjekt");
@@ -76,11 +103,84 @@ void Measure(ui::MainWindow& window) {
   Click(tree, model.index(count - 1, 0));
   first.Print("first look at the last module");
   std::printf("%d lines\n", window.findChild<QPlainTextEdit*>("rtbHaupt")->blockCount());
+  MeasureSearch(window, "search to the end of the project, first");
+  MeasureSearch(window, "search to the end of the project, again");
   Stopwatch looks;
   for (int row = 0; row < count; ++row) Click(tree, model.index(row, 0));
   looks.Print("each module looked at");
   std::printf("%d modules\n", count);
   PrintMemory("after looking at each module");
+}
+
+/// Puts the caret behind the name of a routine somewhere in the body of one, and takes the name.
+QString GoToCall(QPlainTextEdit& code) {
+  const QRegularExpression call(QStringLiteral("^\\s+.*\\b[A-Z][A-Za-z]+\\d+"));
+  QTextCursor cursor = code.document()->find(call);
+  const QString name = cursor.selectedText().section(QRegularExpression(QStringLiteral("[^\\w\u00c0-\u00ff]")), -1);
+  cursor.setPosition(cursor.selectionEnd());
+  code.setTextCursor(cursor);
+  Press(code, Qt::Key_Shift);
+  return name;
+}
+
+void MeasureNavigation(ui::MainWindow& window) {
+  auto& tree = *window.findChild<QTreeView*>("treProjekt");
+  auto& code = *window.findChild<QPlainTextEdit*>("rtbHaupt");
+  const QAbstractItemModel& model = *tree.model();
+  const auto module = [&model](int row) { return model.index(row, 0); };
+  Click(tree, model.index(0, 0, module(0)));
+  constexpr int kMoves = 100;
+  Stopwatch moves;
+  for (int i = 0; i < kMoves; ++i) Press(code, Qt::Key_Down);
+  moves.Print("100 moves of the caret to a new line, painted");
+
+  Click(tree, module(model.rowCount() / 2));
+  const QString called = GoToCall(code);
+  Stopwatch definition;
+  Press(code, Qt::Key_F12);
+  definition.Print(qPrintable("Definition of " + called));
+  Click(tree, model.index(0, 0, module(model.rowCount() - 2)));
+  Stopwatch back;
+  Press(window, Qt::Key_F4);
+  back.Print("Back");
+  Press(window, Qt::Key_F4);
+  Stopwatch next;
+  Press(window, Qt::Key_F4, Qt::ControlModifier);
+  next.Print("Next");
+
+  for (const char* time : {"first", "again"}) {
+    Click(tree, model.index(1, 0, module(0)));
+    Stopwatch callers;
+    Press(code, Qt::Key_F12, Qt::ShiftModifier);
+    callers.Print(qPrintable(QStringLiteral("callers of %1, %2")
+                                 .arg(window.findChild<QLabel*>("Routine")->text(), QString::fromLatin1(time))));
+    Trigger(window, "mnuAnsicht_RouClose");
+  }
+  PrintMemory("after the callers");
+}
+
+void MeasureHits(ui::MainWindow& window) {
+  auto& text = *window.findChild<QLineEdit*>("txtSuche");
+  auto& hits = *window.findChild<QTreeView*>("lstTreffer");
+  for (const char* searched : {"Bestand", "e"}) {
+    text.setText(QString::fromLatin1(searched));
+    Stopwatch list;
+    Trigger(window, "mnuBearbeiten_Suchen_Alle");
+    list.Print(qPrintable(QStringLiteral("list of %1 hits").arg(hits.model()->rowCount())));
+    PrintMemory("with the list");
+  }
+  window.findChild<QCheckBox*>("chkRegulaer")->setChecked(true);
+  text.setText(QStringLiteral("^\\s*Dim \\w+ As String$"));
+  Stopwatch list;
+  Trigger(window, "mnuBearbeiten_Suchen_Alle");
+  list.Print(qPrintable(QStringLiteral("list of %1 hits of a pattern").arg(hits.model()->rowCount())));
+
+  auto& filter = *window.findChild<QLineEdit*>("txtFilter");
+  Stopwatch typed;
+  QTest::keyClicks(&filter, QStringLiteral("lad"));
+  QApplication::processEvents();
+  typed.Print("three letters into the filter of the tree");
+  filter.clear();
 }
 
 }  // namespace
@@ -106,6 +206,8 @@ int main(int argc, char** argv) {
   window.Load(false);
   watch.Print("start and listing");
   Measure(window);
+  MeasureNavigation(window);
+  MeasureHits(window);
   for (const ui::Message& message : platform.messages) std::printf("%s\n", qPrintable(message.text + message.detail));
   window.Unload();
 }

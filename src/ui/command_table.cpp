@@ -52,7 +52,7 @@ constexpr Command kCommands[] = {
     {"mnuBearbeiten_RouBew3", "mnuBearbeiten", "Routine &Zurück", "F4", "back", kBySituation, false, GoBack},
     {"mnuBearbeiten_RouBew4", "mnuBearbeiten", "Routine &Vor", "Ctrl+F4", "next", kBySituation, false, GoNext},
     {"mnuBearbeiten_Kopieren_Modul", "mnuBearbeiten", "Kopieren &Modul", "", "", kWithProject, true, CopyModule},
-    {"mnuBearbeiten_Kopieren_Auswahl", "mnuBearbeiten", "&Kopieren Auswahl", "", "", kWithProject, false,
+    {"mnuBearbeiten_Kopieren_Auswahl", "mnuBearbeiten", "&Kopieren Auswahl", "Ctrl+C", "", kWithProject, false,
      CopySelection},
 
     {"mnuAnsicht_App_Aktualisieren", "mnuAnsicht", "&Aktualisieren VBA Projekte", "F5", "refresh", kNoProject, false,

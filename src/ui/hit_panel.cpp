@@ -60,7 +60,7 @@ QWidget* HitPanel::BuildField() {
   text_->setObjectName(QStringLiteral("txtTreffer"));
   text_->setPlaceholderText(QStringLiteral("Suchtext"));
   text_->setClearButtonEnabled(true);
-  isPattern_ = new QCheckBox(QStringLiteral("Regulärer &Ausdruck"));
+  isPattern_ = new QCheckBox(QStringLiteral("Regulärer Ausdru&ck"));
   isPattern_->setObjectName(QStringLiteral("chkRegulaer"));
   auto* search = new QPushButton(QStringLiteral("S&uchen"));
   search->setObjectName(QStringLiteral("cmdTreffer"));

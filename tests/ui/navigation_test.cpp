@@ -312,6 +312,17 @@ TEST_F(NavigationTest, CopyTakesTheSelectionOfTheZoomView) {
   Trigger("mnuPopUp_Zoom_Copy");
   EXPECT_EQ(QApplication::clipboard()->text(), "Public Sub Abgang()\n  Zugang -1\nEnd Sub");
   Trigger("mnuAnsicht_Zoom");
+  auto& field = *Window().findChild<QLineEdit*>("txtSuche");
+  field.setText("Suchtext");
+  field.setFocus();
+  field.selectAll();
+  QTest::keyClick(&field, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text(), "Suchtext") << "the key belongs to the field first";
+  PutCaret(13, 0);
+  QTest::keyClick(&Code(), Qt::Key_Right, Qt::ShiftModifier);
+  Tree("treProjekt").setFocus();
+  QTest::keyClick(&Tree("treProjekt"), Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text(), "\n");
   Trigger("mnuBearbeiten_Kopieren_Modul");
   EXPECT_TRUE(QApplication::clipboard()->text().startsWith("Option Explicit"));
 }
