@@ -8,6 +8,7 @@
 #include "host_list.h"
 #include "project_view.h"
 #include "qt_text.h"
+#include "scan_options.h"
 #include "shell.h"
 #include "zoom_view.h"
 
@@ -21,10 +22,7 @@ host::ReadRequest RequestOf(Shell& shell) {
   host::ReadRequest request;
   request.folder = globals.RunTempFolder;
   request.templateFile = globals.TemplatePath;
-  request.options.indent = globals.Options.einr;
-  request.options.indentBodies = globals.Options.rer;
-  request.options.removeEmptyLines = globals.Options.leer;
-  request.options.emptyLineBeforeRoutines = globals.Options.rle;
+  request.options = ScanOptionsOf(globals.Options);
   request.progress = [&shell](const std::string& text) { shell.ShowProgress(text); };
   return request;
 }

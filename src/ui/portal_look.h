@@ -13,8 +13,7 @@ class PortalLook : public QObject {
  public:
   explicit PortalLook(QObject* parent);
 
- public slots:
-  void OnChange(const QString& group, const QString& key, const QDBusVariant& value);
+  Q_SLOT void OnChange(const QString& group, const QString& key, const QDBusVariant& value);
 };
 
 }  // namespace quillmate::ui

@@ -19,7 +19,7 @@ const QString kExtension = QStringLiteral("RTF");
 /// The last three characters give way to the extension, whatever the user typed. Another file that this hits is not
 /// overwritten unasked.
 QString WithExtension(Shell& shell, const QString& chosen) {
-  const QString path = chosen.chopped(std::min<qsizetype>(chosen.size(), kExtension.size())) + kExtension;
+  QString path = chosen.chopped(std::min<qsizetype>(chosen.size(), kExtension.size())) + kExtension;
   const bool hitsAnother = path != chosen && QFileInfo::exists(path) && QFileInfo(path) != QFileInfo(chosen);
   if (!hitsAnother) return path;
   const std::string question = ToUtf8(QDir::toNativeSeparators(path)) + "\r\nexistiert schon\r\nÜberschreiben ?";

@@ -231,6 +231,30 @@ TEST_F(ExportTest, DocumentationIsWrittenAndOpened) {
   EXPECT_EQ(write({}), QString());
 }
 
+TEST_F(ExportTest, ExportsSayWhatTheyDoUnderTheHourglass) {
+  const struct {
+    const char* command;
+    const char* text;
+  } kCases[] = {
+      {"mnuHtml_Clipboard", "Erzeuge Html Code"}, {"mnuHtml_Modul", "Erzeuge Html Code"},
+      {"mnuHtml_projekt", "Erzeuge Html Code"},   {"mnuRtf_Modul", "Erzeuge RTF-Modul"},
+      {"mnuRtf_Projekt", "Erzeuge RTF-Projekt"},  {"mnuHtml_Dokumentation", "HTML-Dokumentation: Modul 2 von 2"},
+      {"mnuTest", "Suche Routinen ohne Aufruf"},
+  };
+  for (const auto& c : kCases) {
+    platform.clipboard.text = QStringLiteral("Dim x");
+    platform.saveFiles = {Text(Folder("x.RTF"))};
+    platform.folders = {Text(Folder("doku"))};
+    QStringList seen;
+    platform.onClock = [this, &seen] {
+      if (QApplication::overrideCursor() != nullptr) seen.append(Panel("Vorgang"));
+    };
+    Trigger(c.command);
+    EXPECT_TRUE(seen.contains(QString::fromUtf8(c.text))) << c.command << ": " << seen.join(", ").toStdString();
+    EXPECT_EQ(Panel("Vorgang"), "");
+  }
+}
+
 TEST_F(ExportTest, SaveFilterIsReadOrRefused) {
   const struct {
     const char* filter;

@@ -1,3 +1,4 @@
+#include <QLineEdit>
 #include <QMimeData>
 #include <map>
 #ifdef __unix__
@@ -130,6 +131,9 @@ TEST_F(SavedProjectTest, DroppedProjectIsOpened) {
   StartWithProject();
   SaveAs("Lager", Folder("Ziel"));
   Trigger("mnuNeu");
+  for (const QLineEdit* field : Window().findChildren<QLineEdit*>()) {
+    EXPECT_FALSE(field->acceptDrops()) << field->objectName().toStdString() << " would keep the file for itself";
+  }
   QMimeData data;
   data.setUrls({QUrl::fromLocalFile(Text(Folder("Ziel") / "Lager"))});
   QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
