@@ -20,7 +20,7 @@ struct Before {
 
 /// The project on screen is the current one again. Its index was in use a moment ago: that it can't be opened any more
 /// is not expected, and reported like any other error.
-void GoBack(Shell& shell, const Before& before) {
+void ReturnTo(Shell& shell, const Before& before) {
   startup::AppGlobals& globals = shell.Globals();
   globals.TempFolder = before.folder;
   shell.window.setWindowTitle(before.title);
@@ -45,7 +45,7 @@ void OpenProjectFolder(Shell& shell, const fs::path& folder) {
   globals.TempFolder = folder;
   AddRecentProject(shell, folder);
   shell.SetCaption(QStringLiteral(" Projekt: ") + FromUtf8(ProjectNameOf(codedb::PathText(folder))));
-  if (!ReloadProject(shell)) GoBack(shell, before);
+  if (!ReloadProject(shell)) ReturnTo(shell, before);
 }
 
 }  // namespace quillmate::ui

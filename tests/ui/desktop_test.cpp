@@ -1,5 +1,7 @@
 #include <QAbstractButton>
 #include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
@@ -45,6 +47,42 @@ TEST(MessageBox, HasGermanButtonsAndHarmlessEscape) {
     QStringList expected = c.captions;
     expected.sort();
     EXPECT_EQ(captions, expected);
+  }
+}
+
+TEST(SaveDialog, GivesANameTheExtensionOfItsKind) {
+  const quillmate::testing::TempFolder folder;
+  const QString start = QString::fromStdString(codedb::PathText(folder.Path()));
+  const struct {
+    const char* typed;
+    const char* filter;
+    QString path;
+  } kCases[] = {
+      {"liste", nullptr, start + "/liste.csv"},
+      {"liste", "Text (*.txt)", start + "/liste.txt"},
+      {"liste.log", "Text (*.txt)", start + "/liste.log"},
+      {nullptr, nullptr, QString()},
+  };
+  const auto platform = QtPlatform();
+  for (const auto& c : kCases) {
+    QTimer::singleShot(0, [&c] {
+      auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      auto* name = dialog->findChild<QLineEdit*>("fileNameEdit");
+      EXPECT_EQ(name->text(), "vorschlag");
+      if (c.filter != nullptr) {
+        dialog->selectNameFilter(c.filter);
+        emit dialog->filterSelected(c.filter);
+      }
+      if (c.typed == nullptr) {
+        dialog->reject();
+      } else {
+        name->setText(c.typed);
+        QTest::keyClick(name, Qt::Key_Return);
+      }
+    });
+    EXPECT_EQ(platform->ChooseSaveFile({"Speichern unter", start, "vorschlag", "CSV (*.csv);;Text (*.txt)", "csv"}),
+              c.path);
   }
 }
 
