@@ -107,8 +107,10 @@ void CodeEditor::ShowSelection() {
 void CodeEditor::RevealSelection() {
   if (view_ == nullptr) return;
   following_ = false;
+  const int top = verticalScrollBar()->value();
   PlaceCursor();
-  if (!viewport()->rect().contains(cursorRect())) centerCursor();
+  // A place that had to be scrolled to is shown with what is around it.
+  if (verticalScrollBar()->value() != top) centerCursor();
   following_ = true;
 }
 

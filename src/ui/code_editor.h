@@ -31,7 +31,7 @@ class CodeEditor : public QPlainTextEdit {
   void ShowView(int index, navigation::CodeView& view, const std::vector<navigation::StyleRun>& runs);
   /// Takes over caret and selection from the view and scrolls their line to the top.
   void ShowSelection();
-  /// Takes over caret and selection and scrolls no further than is needed to see them.
+  /// Takes over caret and selection; only what can't be seen is scrolled to, into the middle.
   void RevealSelection();
   /// Shows nothing and drops everything built: before the views of the project go away.
   void Forget();

@@ -34,7 +34,8 @@ class MouseSteps : public QObject {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() != QEvent::MouseButtonPress) return false;
+    // The second of two quick presses comes as a double click.
+    if (event->type() != QEvent::MouseButtonPress && event->type() != QEvent::MouseButtonDblClick) return false;
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (widget == nullptr || widget->window() != &shell_.window) return false;
     const Qt::MouseButton button = static_cast<QMouseEvent*>(event)->button();

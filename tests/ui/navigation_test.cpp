@@ -1,6 +1,7 @@
 #include <QClipboard>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QTextBlock>
 #include <QToolBar>
 #include <QToolButton>
@@ -122,7 +123,9 @@ TEST_F(NavigationTest, HistoryGoesBackAndOn) {
   EXPECT_EQ(Steps(), "->");
   QTest::mousePress(Code().viewport(), Qt::ForwardButton);
   EXPECT_EQ(Place(), "Suche.Ende");
-  QTest::mousePress(&Tree("treProjekt"), Qt::BackButton);
+  QMouseEvent quick(QEvent::MouseButtonDblClick, QPointF(5, 5), Code().mapToGlobal(QPointF(5, 5)), Qt::BackButton,
+                    Qt::BackButton, Qt::NoModifier);
+  QApplication::sendEvent(&Tree("treProjekt"), &quick);
   EXPECT_EQ(Place(), "Lager.Zugang");
   QTest::keyClick(&Window(), Qt::Key_F4, Qt::ControlModifier);
   EXPECT_EQ(Place(), "Suche.Ende");

@@ -213,6 +213,21 @@ TEST_F(SearchTest, PatternThatNeverEndsIsGivenUp) {
   EXPECT_EQ(Panel("lblTreffer"), "Der reguläre Ausdruck ist zu aufwendig");
 }
 
+TEST_F(SearchTest, FarHitIsShownWithItsSurroundings) {
+  std::string code = "Attribute VB_Name = \"Lager\"\r\nSub Lang()\r\n";
+  for (int i = 0; i < 500; ++i) code += i == 250 ? "  Ziel = 1\r\n" : "  x = 1\r\n";
+  AddModule("a.bas", code + "End Sub\r\n");
+  StartWithProject();
+  SearchFor("ziel");
+  Trigger("su_a");
+  EXPECT_EQ(Code().textCursor().blockNumber(), 251);
+  const int middle = Code().viewport()->height() / 2;
+  EXPECT_NEAR(Code().cursorRect().center().y(), middle, Code().cursorRect().height() * 2);
+  SearchFor("x");
+  Trigger("su_w");
+  EXPECT_NEAR(Code().cursorRect().center().y(), middle, Code().cursorRect().height() * 3) << "what is seen stays";
+}
+
 TEST_F(SearchTest, HitInZoomShowsItsRoutine) {
   Trigger("mnuAnsicht_Zoom");
   SearchFor("x =");
