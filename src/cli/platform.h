@@ -41,7 +41,4 @@ long ProcessNumber() noexcept;
 /// Throws std::filesystem::filesystem_error.
 std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent, const char* prefix);
 
-/// Swaps two existing folders of one file system in one step. False when the system can't, nothing has changed then.
-bool ExchangeFolders(const std::filesystem::path& a, const std::filesystem::path& b) noexcept;
-
 }  // namespace quillmate::cli

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -92,15 +91,6 @@ std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent, con
     throw std::filesystem::filesystem_error("mkdtemp", parent, std::error_code(errno, std::generic_category()));
   }
   return name;
-}
-
-bool ExchangeFolders(const std::filesystem::path& a, const std::filesystem::path& b) noexcept {
-#ifdef RENAME_EXCHANGE
-  return renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
-#else
-  static_cast<void>(a), static_cast<void>(b);
-  return false;
-#endif
 }
 
 }  // namespace quillmate::cli

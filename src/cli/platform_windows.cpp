@@ -85,8 +85,6 @@ std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent, con
   }
 }
 
-bool ExchangeFolders(const std::filesystem::path& /*a*/, const std::filesystem::path& /*b*/) noexcept { return false; }
-
 }  // namespace quillmate::cli
 
 #endif

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <vector>
 
+#include <quillmate/codedb/folder_swap.h>
 #include <quillmate/codedb/index_files.h>
 
 #include "messages.h"
@@ -45,22 +46,8 @@ fs::path MakeFolderBeside(const fs::path& target) {
   }
 }
 
-/// Puts `fresh` where `old` is and gives the path at which the old folder lies then.
-fs::path SwapIn(const fs::path& fresh, const fs::path& old) {
-  if (ExchangeFolders(fresh, old)) {
-    return fresh;
-  }
-  fs::path aside = fresh;
-  aside += ".alt";
-  fs::rename(old, aside);
-  std::error_code error;
-  fs::rename(fresh, old, error);
-  if (error) {
-    fs::rename(aside, old);
-    throw fs::filesystem_error("rename", fresh, old, error);
-  }
-  return aside;
-}
+/// Where the old folder waits while the new one takes its place.
+fs::path Aside(fs::path fresh) { return fresh += ".alt"; }
 
 bool BelongsToOldProject(const fs::directory_entry& entry) {
   const bool isFolder = !entry.is_symlink() && entry.is_directory();
@@ -148,7 +135,7 @@ void NewProjectFolder::PutInPlace() {
 void NewProjectFolder::Replace() {
   fs::permissions(folder_->Path(), fs::status(target_).permissions());
   const RunLock lock;
-  const fs::path old = SwapIn(folder_->Path(), target_);
+  const fs::path old = codedb::SwapFolders(folder_->Path(), target_, Aside(folder_->Path()));
   folder_->Release(lock);
   ClearOldFolder(old, target_);
 }

@@ -1,13 +1,11 @@
 #include <algorithm>
-#include <cstdio>
 #include <set>
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
-#include <fcntl.h>
-
+#include <quillmate/codedb/folder_swap.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/export/site.h>
 #include <quillmate/text/operations.h>
@@ -76,30 +74,8 @@ std::vector<fs::path> OthersIn(const fs::path& folder, const std::set<fs::path>&
   return others;
 }
 
-/// Swaps two folders in one step. False when the system can't; nothing has changed then.
-bool Exchange(const fs::path& a, const fs::path& b) noexcept {
-#ifdef RENAME_EXCHANGE
-  return renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
-#else
-  static_cast<void>(a), static_cast<void>(b);
-  return false;
-#endif
-}
-
-/// Puts `fresh` where `old` is and gives the path at which the old folder lies then.
-fs::path SwapIn(const fs::path& fresh, const fs::path& old) {
-  if (Exchange(fresh, old)) return fresh;
-  fs::path aside = fresh;
-  aside += ".alt";
-  fs::rename(old, aside);
-  std::error_code error;
-  fs::rename(fresh, old, error);
-  if (error) {
-    fs::rename(aside, old);
-    throw fs::filesystem_error("rename", fresh, old, error);
-  }
-  return aside;
-}
+/// Where the old folder waits while the new one takes its place.
+fs::path Aside(fs::path fresh) { return fresh += ".alt"; }
 
 }  // namespace
 
@@ -145,7 +121,7 @@ void SiteFolder::PutInPlace() {
   } else {
     CheckNames();
     fs::permissions(fresh_, fs::status(target_).permissions());
-    old_ = SwapIn(fresh_, target_);
+    old_ = codedb::SwapFolders(fresh_, target_, Aside(fresh_));
   }
   fresh_.clear();
 }

@@ -1,13 +1,9 @@
 #include "project_folder.h"
 
-#ifdef __linux__
-#include <cstdio>
-
-#include <fcntl.h>
-#endif
 #include <algorithm>
-#include <system_error>
 #include <vector>
+
+#include <quillmate/codedb/folder_swap.h>
 
 namespace quillmate::ui {
 namespace {
@@ -31,29 +27,6 @@ void CopyFiles(const fs::path& source, const fs::path& target, const Step& step)
     step();
     fs::copy_file(entry.path(), target / entry.path().filename());
   }
-}
-
-/// Both folders change places in one step; false where the system can't do that.
-bool Exchange(const fs::path& a, const fs::path& b) noexcept {
-#ifdef RENAME_EXCHANGE
-  return renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
-#else
-  static_cast<void>(a), static_cast<void>(b);
-  return false;
-#endif
-}
-
-/// Puts `fresh` where `target` is and says where the old folder lies then.
-fs::path Swap(const fs::path& fresh, const fs::path& target, const Step& step) {
-  step();
-  if (Exchange(fresh, target)) return fresh;
-  fs::path old = FreeNeighbour(target, "alt");
-  fs::rename(target, old);
-  std::error_code failed;
-  fs::rename(fresh, target, failed);
-  if (!failed) return old;
-  fs::rename(old, target);
-  throw fs::filesystem_error("Der Projektordner konnte nicht ersetzt werden", target, failed);
 }
 
 /// What a project folder held besides the project.
@@ -107,7 +80,8 @@ void ReplaceProjectFolder(const fs::path& source, const fs::path& target, const 
     fs::create_directories(fresh);
     CopyFiles(source, fresh, step);
     if (fs::exists(target)) {
-      old = Swap(fresh, target, step);
+      step();
+      old = codedb::SwapFolders(fresh, target, FreeNeighbour(target, "alt"));
     } else {
       step();
       fs::rename(fresh, target);

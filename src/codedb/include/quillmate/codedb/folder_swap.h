@@ -1,0 +1,14 @@
+#pragma once
+
+#include <filesystem>
+
+namespace quillmate::codedb {
+
+/// Puts the folder `fresh` where the folder `old` is and gives the path at which the old one lies then. Both lie on one
+/// file system. In one step where the system can exchange folders, and `fresh` is the path then; otherwise in two
+/// renames, the old one to `aside` first, which is the path then. When the second rename fails the first is taken back.
+/// Throws std::filesystem::filesystem_error; the old folder is in its place then.
+std::filesystem::path SwapFolders(const std::filesystem::path& fresh, const std::filesystem::path& old,
+                                  const std::filesystem::path& aside);
+
+}  // namespace quillmate::codedb
