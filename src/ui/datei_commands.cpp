@@ -1,4 +1,5 @@
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/host/office_file.h>
 
 #include "commands.h"
 #include "host_list.h"
@@ -11,8 +12,17 @@
 namespace quillmate::ui {
 namespace {
 
-const QString kFileFilter =
-    QStringLiteral("VBA-Module und VB-Projekte (*.bas *.cls *.frm *.ctl *.pag *.dob *.dsr *.vbp);;Alle Dateien (*)");
+/// The dialog's kinds of files: all that can be a source, Office files, modules and projects, everything.
+QString FileFilter() {
+  QStringList office;
+  for (const std::string_view extension : host::OfficeFileExtensions()) {
+    office << QStringLiteral("*.") + FromUtf8(std::string(extension));
+  }
+  const QString modules = QStringLiteral("*.bas *.cls *.frm *.ctl *.pag *.dob *.dsr *.vbp");
+  const QString documents = office.join(u' ') + QStringLiteral(" vbaProject.bin");
+  return QStringLiteral("Alle Quellen (%1 %2);;Office-Dateien (%1);;VBA-Module und VB-Projekte (%2);;Alle Dateien (*)")
+      .arg(documents, modules);
+}
 
 }  // namespace
 
@@ -35,8 +45,8 @@ void StartAnew(Shell& shell) {
 void SaveProjectAs(Shell& shell) { SaveProject(shell); }
 
 void AddFiles(Shell& shell) {
-  const QStringList files = shell.around.platform.ChooseFiles(QStringLiteral("Dateien hinzufügen"),
-                                                              FromUtf8(shell.Globals().LastProjectFolder), kFileFilter);
+  const QStringList files = shell.around.platform.ChooseFiles(
+      QStringLiteral("Dateien hinzufügen"), FromUtf8(shell.Globals().LastProjectFolder), FileFilter());
   if (!files.isEmpty()) AddSources(shell, files);
 }
 

@@ -179,7 +179,13 @@ void RemoveSourceOf(Shell& shell, int project) {
   const std::string& key = shell.hostModel->Tree().projects[static_cast<std::size_t>(project)].key;
   const std::string source = shell.around.documents.Project(host::ProjectIndex(key)).fileName.value_or(std::string());
   Paths sources = settings::LoadSources(shell.around.settings);
-  std::erase(sources, source);
+  if (std::erase(sources, source) == 0) {
+    // An Office file below a folder that was added as a whole.
+    shell.Show("Die Datei " + source + "\r\nliegt in einem Ordner, der als Quelle hinzugefügt ist.\r\n" +
+                   "Sie verschwindet erst mit diesem Ordner.",
+               MessageIcon::kInformation);
+    return;
+  }
   Remember(shell, sources);
   List(shell, true);
 }

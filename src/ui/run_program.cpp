@@ -1,5 +1,6 @@
 #include <QApplication>
 
+#include <quillmate/host/office_file.h>
 #include <quillmate/startup/edition.h>
 #include <quillmate/ui/main_window.h>
 #include <quillmate/ui/run_program.h>
@@ -16,6 +17,20 @@ namespace {
 
 /// What the user wrote behind the program's name, without the toolkit's own options.
 std::string CommandLine() { return ToUtf8(QApplication::arguments().mid(1).join(QLatin1Char(' '))); }
+
+/// The Office program whose files an edition lists first.
+host::OfficeHost OwnHost(int selector) {
+  switch (selector) {
+    case startup::kExcel:
+      return host::OfficeHost::kExcel;
+    case startup::kWord:
+      return host::OfficeHost::kWord;
+    case startup::kPowerPoint:
+      return host::OfficeHost::kPowerPoint;
+    default:
+      return host::OfficeHost::kUnknown;
+  }
+}
 
 }  // namespace
 
@@ -35,6 +50,7 @@ int RunProgram(int selector, int argc, char** argv) {
   startup::InstanceMark mark(globals.TempFolder);
   const std::unique_ptr<Platform> platform = QtPlatform();
   host::DocumentHost documents;
+  documents.SetOwnHost(OwnHost(selector));
   MainWindow window({globals, mark, *settings, *platform, documents, documents});
   window.onEnd = [] { QApplication::quit(); };
   window.Load(startup::IsMiniWindowCommand(CommandLine()));

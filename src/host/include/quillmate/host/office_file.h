@@ -13,11 +13,10 @@
 ///
 /// What a file is, its first bytes say, not its name:
 ///
-///     zip              the first entry whose path ends in "vbaProject.bin" holds the project        [ECMA-376],
-///     [MS-OVBA] compound file    the project lies in a storage: of a workbook, a document, or on its own [MS-XLS],
-///     [MS-DOC]
-///                      or, packed, in a presentation's stream                                       [MS-PPT]
-///     Access database  needs the running Access
+/// * zip: the first entry whose path ends in "vbaProject.bin" holds the project [ECMA-376], [MS-OVBA];
+/// * compound file: the project lies in a storage of a workbook [MS-XLS], of a document [MS-DOC] or on its own, or,
+///   packed, in a presentation's stream [MS-PPT];
+/// * Access database: needs the running Access.
 ///
 /// Files may be damaged or made to do harm. Bounds: a packed project of more than kLargestVbaProject bytes is not read;
 /// of the file itself only what leads to the project is read (see compound_file.h and vba_project.h); a zip's table of
