@@ -116,7 +116,8 @@ void Measure(ui::MainWindow& window) {
 QString GoToCall(QPlainTextEdit& code) {
   const QRegularExpression call(QStringLiteral("^\\s+.*\\b[A-Z][A-Za-z]+\\d+"));
   QTextCursor cursor = code.document()->find(call);
-  const QString name = cursor.selectedText().section(QRegularExpression(QStringLiteral("[^\\w\u00c0-\u00ff]")), -1);
+  const QRegularExpression notName(QStringLiteral("\\W"), QRegularExpression::UseUnicodePropertiesOption);
+  const QString name = cursor.selectedText().section(notName, -1);
   cursor.setPosition(cursor.selectionEnd());
   code.setTextCursor(cursor);
   Press(code, Qt::Key_Shift);
@@ -139,6 +140,8 @@ void MeasureNavigation(ui::MainWindow& window) {
   Stopwatch definition;
   Press(code, Qt::Key_F12);
   definition.Print(qPrintable("Definition of " + called));
+  std::printf("%s.%s\n", qPrintable(window.findChild<QLabel*>("Modul")->text()),
+              qPrintable(window.findChild<QLabel*>("Routine")->text()));
   Click(tree, model.index(0, 0, module(model.rowCount() - 2)));
   Stopwatch back;
   Press(window, Qt::Key_F4);
