@@ -112,12 +112,13 @@ void Measure(ui::MainWindow& window) {
   PrintMemory("after looking at each module");
 }
 
-/// Puts the caret behind the name of a routine somewhere in the body of one, and takes the name.
-QString GoToCall(QPlainTextEdit& code) {
-  const QRegularExpression call(QStringLiteral("^\\s+.*\\b[A-Z][A-Za-z]+\\d+"));
+/// Puts the caret behind the name of a routine that is not among `known`, and takes the name.
+QString GoToCall(QPlainTextEdit& code, const QStringList& known) {
+  const QRegularExpression call(QStringLiteral("\\b[A-Z]\\w+[a-z]\\d+\\b"),
+                                QRegularExpression::UseUnicodePropertiesOption);
   QTextCursor cursor = code.document()->find(call);
-  const QRegularExpression notName(QStringLiteral("\\W"), QRegularExpression::UseUnicodePropertiesOption);
-  const QString name = cursor.selectedText().section(notName, -1);
+  while (known.contains(cursor.selectedText())) cursor = code.document()->find(call, cursor);
+  const QString name = cursor.selectedText();
   cursor.setPosition(cursor.selectionEnd());
   code.setTextCursor(cursor);
   Press(code, Qt::Key_Shift);
@@ -135,12 +136,16 @@ void MeasureNavigation(ui::MainWindow& window) {
   for (int i = 0; i < kMoves; ++i) Press(code, Qt::Key_Down);
   moves.Print("100 moves of the caret to a new line, painted");
 
-  Click(tree, module(model.rowCount() / 2));
-  const QString called = GoToCall(code);
+  const QModelIndex from = module(model.rowCount() / 2);
+  QStringList own;
+  for (int row = 0; row < model.rowCount(from); ++row) own.append(model.index(row, 0, from).data().toString());
+  Click(tree, from);
+  const QString called = GoToCall(code, own);
   Stopwatch definition;
   Press(code, Qt::Key_F12);
   definition.Print(qPrintable("Definition of " + called));
-  std::printf("%s.%s\n", qPrintable(window.findChild<QLabel*>("Modul")->text()),
+  std::printf("from %s to %s.%s\n", qPrintable(from.data().toString()),
+              qPrintable(window.findChild<QLabel*>("Modul")->text()),
               qPrintable(window.findChild<QLabel*>("Routine")->text()));
   Click(tree, model.index(0, 0, module(model.rowCount() - 2)));
   Stopwatch back;
