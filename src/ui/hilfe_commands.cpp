@@ -1,4 +1,4 @@
-#include <QFileInfo>
+#include <QApplication>
 #include <array>
 #include <string>
 
@@ -31,6 +31,33 @@ fs::path FindHelp(const fs::path& folder) {
   return {};
 }
 
+struct HelpPage {
+  const char* control;
+  const char* page;
+};
+
+/// Page of the manual for a part of the window; what lies in such a part has the same page.
+constexpr std::array kHelpPages = {
+    HelpPage{"treApp", "quellen.html"},          HelpPage{"fraStart", "erste-schritte.html"},
+    HelpPage{"treProjekt", "code-lesen.html"},   HelpPage{"txtFilter", "code-lesen.html"},
+    HelpPage{"rtbHaupt", "code-lesen.html"},     HelpPage{"rtbZoom", "code-lesen.html"},
+    HelpPage{"treRoutSuche", "definition.html"}, HelpPage{"txtSuche", "suche.html"},
+    HelpPage{"fraTreffer", "suche.html"},        HelpPage{"frmUnbenutzt", "berichte.html"},
+};
+
+/// The manual's page for the part of the window that has the focus; empty when there is none.
+fs::path PageOfFocus(const fs::path& folder) {
+  for (const QWidget* part = QApplication::focusWidget(); part != nullptr; part = part->parentWidget()) {
+    for (const HelpPage& page : kHelpPages) {
+      if (part->objectName() != QLatin1String(page.control)) continue;
+      fs::path file = folder / "hilfe" / page.page;
+      std::error_code ignored;
+      return fs::is_regular_file(file, ignored) ? file : fs::path();
+    }
+  }
+  return {};
+}
+
 std::string MissingHelpMessage(const startup::AppGlobals& globals, const fs::path& folder) {
   const std::string name(kHelpName);
   return "Die Hilfsdatei:\r\n" + name + ".chm\r\nkonnte nicht gefunden werden. \r\n" +
@@ -42,7 +69,11 @@ std::string MissingHelpMessage(const startup::AppGlobals& globals, const fs::pat
 
 void ShowHelp(Shell& shell) {
   const fs::path folder = shell.Globals().TemplatePath.parent_path();
-  const fs::path file = FindHelp(folder);
+  fs::path file = FindHelp(folder);
+  if (file.extension() == ".html") {
+    const fs::path page = PageOfFocus(folder);
+    if (!page.empty()) file = page;
+  }
   if (file.empty()) {
     shell.Show(MissingHelpMessage(shell.Globals(), folder));
   } else if (!shell.around.platform.OpenInBrowser(FromPath(file))) {

@@ -10,6 +10,7 @@
 
 #include "qt_text.h"
 #include "shell.h"
+#include "start_page.h"
 
 namespace quillmate::ui {
 namespace {
@@ -32,6 +33,7 @@ void ShowInMenu(Shell& shell, Folders folders) {
     item->setText(QLatin1Char('&') + FromUtf8(number) + QStringLiteral(" - ") + name);
     item->setToolTip(FromUtf8(folders[position]));
   }
+  shell.startPage->ShowRecent(folders);
   shell.recent = std::move(folders);
 }
 

@@ -11,6 +11,7 @@
 #include "qt_text.h"
 #include "search_bar.h"
 #include "splitter.h"
+#include "start_page.h"
 #include "tree_filter.h"
 
 namespace quillmate::ui {
@@ -57,21 +58,21 @@ void Shell::BuildArea() {
 
   rtbHaupt = new CodeEditor;
   rtbHaupt->setObjectName(QStringLiteral("rtbHaupt"));
-  // Seen as long as no module is.
-  rtbHaupt->setPlaceholderText(
-      QStringLiteral("Ordner und Moduldateien in dieses Fenster ziehen oder über Datei hinzufügen,\n"
-                     "links ankreuzen, was gelesen werden soll,\ndann Bearbeiten - Code Einlesen."));
-
   rtbZoom = new CodeEditor;
   rtbZoom->setObjectName(QStringLiteral("rtbZoom"));
   codes = new QStackedWidget;
-  codes->setMinimumWidth(1);
   codes->addWidget(rtbHaupt);
   codes->addWidget(rtbZoom);
 
+  startPage = new StartPage(*this);
+  area = new QStackedWidget;
+  area->setMinimumWidth(1);
+  area->addWidget(startPage);
+  area->addWidget(codes);
+
   auto* container = new Splitter;
   container->addWidget(trees);
-  container->addWidget(codes);
+  container->addWidget(area);
   container->handle(1)->setObjectName(QStringLiteral("fraTeiler"));
   container->setStretchFactor(0, 0);
   container->setStretchFactor(1, 1);
@@ -101,6 +102,10 @@ void Shell::WireContextMenus() {
       ShowCodeMenu(*this, global);
     }
   });
+  QObject::connect(startPage, &QWidget::customContextMenuRequested, startPage, [this](const QPoint& position) {
+    commands->Item("mnuPopUpEinlesen_Entfernen")->setEnabled(false);
+    commands->Popup("mnuPopUpEinlesen", startPage->mapToGlobal(position));
+  });
   WireZoomMenu(*this);
 }
 
@@ -129,6 +134,7 @@ void Shell::SetMode(int newMode) {
   if (newMode < 0 || newMode > 2) return;
   mode = newMode;
   commands->SetMode(mode);
+  area->setCurrentWidget(mode == 0 ? static_cast<QWidget*>(startPage) : codes);
   if (mode == 0) staBar->ClearTexts();
 }
 

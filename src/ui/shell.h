@@ -24,6 +24,7 @@
 namespace quillmate::ui {
 
 class HitPanel;
+class StartPage;
 class TreeFilter;
 
 /// The inside of the main window: its widgets, the state of what they show, and the few verbs that command handlers
@@ -80,6 +81,10 @@ class Shell {
   /// Lies over the code view while zoom is on.
   CodeEditor* rtbZoom = nullptr;
   QStackedWidget* codes = nullptr;
+  /// Stands in the place of the code while no project is loaded.
+  StartPage* startPage = nullptr;
+  /// Holds the start page and the code.
+  QStackedWidget* area = nullptr;
   QLineEdit* txtSuche = nullptr;
   HitPanel* hits = nullptr;
   StatusPanels* staBar = nullptr;

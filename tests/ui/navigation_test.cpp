@@ -259,7 +259,7 @@ TEST_F(NavigationTest, LeavingTheProjectClosesItsResults) {
   EXPECT_TRUE(Tree("treApp").isVisible());
   EXPECT_TRUE(Bar("tobSymb1").isVisible());
   EXPECT_FALSE(Action("zoom").isChecked());
-  EXPECT_TRUE(Code().isVisible());
+  EXPECT_TRUE(Window().findChild<QWidget*>("fraStart")->isVisible());
 }
 
 TEST_F(NavigationTest, ContextMenuNamesWhatStandsAtTheCaret) {

@@ -48,6 +48,41 @@ TEST_F(PartsTest, HelpIsOpenedOrSaidToBeMissing) {
   EXPECT_TRUE(platform.TakeText().startsWith("Die Hilfe kann nicht angezeigt werden:"));
 }
 
+TEST_F(PartsTest, HelpOpensThePageOfTheFocusedArea) {
+  StartWithProject();
+  std::filesystem::create_directory(Folder("hilfe"));
+  codedb::WriteWholeFile(Folder("Quillmate.html"), "Hilfe");
+  codedb::WriteWholeFile(Folder("hilfe") / "code-lesen.html", "Hilfe");
+  Window().findChild<QWidget*>("rtbHaupt")->setFocus();
+  QTest::keyClick(Window().findChild<QWidget*>("rtbHaupt"), Qt::Key_F1);
+  EXPECT_EQ(platform.opened.back(), Text(Folder("hilfe") / "code-lesen.html"));
+  std::filesystem::remove(Folder("hilfe") / "code-lesen.html");
+  Trigger("mnuHilfe_Hilfe");
+  EXPECT_EQ(platform.opened.back(), Text(Folder("Quillmate.html")));
+}
+
+TEST_F(PartsTest, StartPageLeadsOn) {
+  settings->WriteSetting("recent", "F0", codedb::PathText(Folder("Lager")));
+  Start();
+  auto* page = Window().findChild<QWidget*>("fraStart");
+  auto* projects = page->findChild<QLabel*>("lblProjekte");
+  auto* steps = page->findChild<QLabel*>("lblSchritte");
+  EXPECT_TRUE(page->isVisible());
+  EXPECT_TRUE(projects->isVisible());
+  EXPECT_TRUE(projects->text().contains(">Lager</a>"));
+  platform.messages.clear();
+  emit projects->linkActivated("mnuOpenIndex0");
+  EXPECT_EQ(platform.TakeText(), "Kein Gültiges Projekt");
+  emit steps->linkActivated("mnuBearbeiten_Code");
+  EXPECT_EQ(platform.TakeText(), "Bitte wählen Sie erst etwas aus");
+  for (const QString& link : steps->text().split("href=\"").mid(1)) {
+    EXPECT_NE(Window().findChild<QAction*>(link.section('"', 0, 0)), nullptr) << link.toStdString();
+  }
+  StartWithProject();
+  EXPECT_FALSE(Window().findChild<QWidget*>("fraStart")->isVisible());
+  EXPECT_TRUE(Window().findChild<QWidget*>("rtbHaupt")->isVisible());
+}
+
 TEST_F(PartsTest, AboutBoxNamesWhatRuns) {
   Start();
   Trigger("mnuHilfe_Info");
