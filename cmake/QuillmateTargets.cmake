@@ -18,11 +18,6 @@ function(quillmate_layer name)
   set(dir ${PROJECT_SOURCE_DIR}/src/${name})
   file(GLOB sources CONFIGURE_DEPENDS ${dir}/*.cpp)
   file(GLOB headers CONFIGURE_DEPENDS ${dir}/include/quillmate/${name}/*.h)
-  if(NOT sources)
-    add_library(qm_${name} INTERFACE)
-    target_include_directories(qm_${name} INTERFACE ${dir}/include)
-    return()
-  endif()
   add_library(qm_${name} STATIC)
   target_sources(qm_${name}
     PRIVATE ${sources}
