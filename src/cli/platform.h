@@ -37,6 +37,11 @@ std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept
 /// A number that no other running process of this machine has.
 long ProcessNumber() noexcept;
 
+/// The folder for files that live no longer than a run: the user's choice where there is one, else memory where the
+/// system has a folder in it with plenty of room (a thousand small files cost a disk more than reading them), else the
+/// system's temporary folder. Throws std::filesystem::filesystem_error.
+std::filesystem::path FolderForScratch();
+
 /// Makes a new folder that only this user may enter, `prefix` with something appended, below an existing folder.
 /// Throws std::filesystem::filesystem_error.
 std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent, const char* prefix);

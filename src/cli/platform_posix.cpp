@@ -2,6 +2,8 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
+#include <cstdlib>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -84,6 +86,17 @@ std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept
 }
 
 long ProcessNumber() noexcept { return getpid(); }
+
+std::filesystem::path FolderForScratch() {
+  constexpr const char* kMemoryFolder = "/dev/shm";
+  constexpr std::uintmax_t kPlenty = std::uintmax_t{2} << 30U;
+  if (std::getenv("TMPDIR") == nullptr && access(kMemoryFolder, W_OK) == 0) {
+    std::error_code ignored;
+    const std::filesystem::space_info space = std::filesystem::space(kMemoryFolder, ignored);
+    if (!ignored && space.available >= kPlenty) return kMemoryFolder;
+  }
+  return std::filesystem::temp_directory_path();
+}
 
 std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent, const char* prefix) {
   std::string name = (parent / (std::string(prefix) + "XXXXXX")).string();

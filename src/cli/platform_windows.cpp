@@ -75,6 +75,8 @@ std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept
 long ProcessNumber() noexcept { return static_cast<long>(GetCurrentProcessId()); }
 
 // The folder for temporary files belongs to the user already.
+std::filesystem::path FolderForScratch() { return std::filesystem::temp_directory_path(); }
+
 std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent, const char* prefix) {
   std::random_device random;
   for (;;) {

@@ -11,7 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path MakeScratchFolder() try {
-  return MakePrivateFolder(fs::temp_directory_path(), "Quillmate-TempDateien-");
+  return MakePrivateFolder(FolderForScratch(), "Quillmate-TempDateien-");
 } catch (const fs::filesystem_error& error) {
   throw CommandFailure("Im Ordner für temporäre Dateien " + codedb::PathText(error.path1()) +
                        " lässt sich kein Ordner anlegen: " + SystemReason(error.code()));
