@@ -12,8 +12,6 @@ namespace quillmate::ui {
 class Shell;
 
 class StartPage : public QWidget {
-  Q_OBJECT
-
  public:
   explicit StartPage(Shell& shell);
 
