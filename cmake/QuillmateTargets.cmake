@@ -12,11 +12,28 @@ if(QUILLMATE_SANITIZE)
   target_link_options(qm_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(WIN32)
+  target_compile_definitions(qm_flags INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
+  target_link_options(qm_flags INTERFACE -static)
+endif()
+
+# quillmate_sources(VARIABLE FOLDER): the folder's sources; files named *_posix.cpp and *_windows.cpp (with or without
+# _test behind) belong to one kind of system only.
+function(quillmate_sources variable folder)
+  file(GLOB found CONFIGURE_DEPENDS ${folder}/*.cpp)
+  if(WIN32)
+    list(FILTER found EXCLUDE REGEX "_posix(_test)?\\.cpp$")
+  else()
+    list(FILTER found EXCLUDE REGEX "_windows(_test)?\\.cpp$")
+  endif()
+  set(${variable} ${found} PARENT_SCOPE)
+endfunction()
+
 # quillmate_layer(NAME [QT] [PUBLIC lib...] [PRIVATE lib...])
 function(quillmate_layer name)
   cmake_parse_arguments(ARG "QT" "" "PUBLIC;PRIVATE" ${ARGN})
   set(dir ${PROJECT_SOURCE_DIR}/src/${name})
-  file(GLOB sources CONFIGURE_DEPENDS ${dir}/*.cpp)
+  quillmate_sources(sources ${dir})
   file(GLOB headers CONFIGURE_DEPENDS ${dir}/include/quillmate/${name}/*.h)
   add_library(qm_${name} STATIC)
   target_sources(qm_${name}
@@ -33,7 +50,7 @@ endfunction()
 
 # quillmate_test(LAYER [lib...]): every tests/<layer>/*.cpp in one program.
 function(quillmate_test layer)
-  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${layer}/*.cpp)
+  quillmate_sources(sources ${PROJECT_SOURCE_DIR}/tests/${layer})
   add_executable(test_${layer} ${sources})
   target_link_libraries(test_${layer} PRIVATE qm_flags ${ARGN} GTest::gtest)
   target_include_directories(test_${layer} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
