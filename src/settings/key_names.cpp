@@ -1,18 +1,15 @@
 #include <algorithm>
-#include <array>
+#include <optional>
 
 #include "key_names_p.h"
 
 namespace quillmate::settings {
 namespace {
 
-struct Escape {
-  char plain;
-  std::string_view stored;
-};
-// Both slashes separate steps of a key path in the storage.
-constexpr std::array<Escape, 3> kEscapes = {{{'%', "%25"}, {'/', "%2F"}, {'\\', "%5C"}}};
+constexpr char kEscape = '%';
+constexpr std::size_t kEscapeSize = 3;
 constexpr std::string_view kEmptyName = "%";
+constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 
 constexpr std::string_view kDigits = "0123456789";
 
@@ -35,6 +32,15 @@ int ComparePieces(std::string_view a, std::string_view b) noexcept {
   return x.compare(y);
 }
 
+/// What the escape at the start of the text stands for; nothing when there is none.
+std::optional<char> EscapedCharacter(std::string_view stored) noexcept {
+  if (stored.size() < kEscapeSize || stored.front() != kEscape) return std::nullopt;
+  const std::size_t high = kHexDigits.find(stored[1]);
+  const std::size_t low = kHexDigits.find(stored[2]);
+  if (high == std::string_view::npos || low == std::string_view::npos) return std::nullopt;
+  return static_cast<char>(high * 16 + low);
+}
+
 }  // namespace
 
 bool KeyBefore(std::string_view a, std::string_view b) noexcept {
@@ -48,16 +54,16 @@ bool KeyBefore(std::string_view a, std::string_view b) noexcept {
   return a.size() != b.size() ? a.size() < b.size() : a < b;
 }
 
-std::string EncodeName(std::string_view name) {
+std::string EncodeName(std::string_view name, std::string_view special) {
   if (name.empty()) return std::string(kEmptyName);
   std::string stored;
   for (const char c : name) {
-    const auto* escape = std::find_if(kEscapes.begin(), kEscapes.end(), [c](const Escape& e) { return e.plain == c; });
-    if (escape == kEscapes.end()) {
+    if (c != kEscape && special.find(c) == std::string_view::npos) {
       stored += c;
-    } else {
-      stored += escape->stored;
+      continue;
     }
+    const auto code = static_cast<unsigned char>(c);
+    ((stored += kEscape) += kHexDigits[code / 16U]) += kHexDigits[code % 16U];
   }
   return stored;
 }
@@ -66,11 +72,9 @@ std::string DecodeName(std::string_view stored) {
   if (stored == kEmptyName) return {};
   std::string name;
   while (!stored.empty()) {
-    const auto* escape = std::find_if(kEscapes.begin(), kEscapes.end(),
-                                      [stored](const Escape& e) { return stored.starts_with(e.stored); });
-    const bool plain = escape == kEscapes.end();
-    name += plain ? stored.front() : escape->plain;
-    stored.remove_prefix(plain ? 1 : escape->stored.size());
+    const std::optional<char> escaped = EscapedCharacter(stored);
+    name += escaped.value_or(stored.front());
+    stored.remove_prefix(escaped ? kEscapeSize : 1);
   }
   return name;
 }

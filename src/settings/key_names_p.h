@@ -14,8 +14,9 @@ struct KeyOrder {
   bool operator()(std::string_view a, std::string_view b) const noexcept { return KeyBefore(a, b); }
 };
 
-/// A name that the storage takes as one step of its key path, and the way back.
-std::string EncodeName(std::string_view name);
+/// A name as the storage takes it, and the way back: "%" and the `special` characters become "%" with two hexadecimal
+/// digits, an empty name "%".
+std::string EncodeName(std::string_view name, std::string_view special);
 std::string DecodeName(std::string_view stored);
 
 }  // namespace quillmate::settings

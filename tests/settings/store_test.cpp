@@ -1,13 +1,10 @@
-#include <cstdlib>
-#include <fstream>
-
 #include <gtest/gtest.h>
 
 #include <quillmate/settings/settings_store.h>
 #include <quillmate/settings/sources.h>
 #include <quillmate/text/operations.h>
 
-#include "settings/temp_folder.h"
+#include "settings/lasting_settings.h"
 
 namespace quillmate::settings {
 namespace {
@@ -22,27 +19,21 @@ constexpr std::string_view kAwkwardTexts =
 
 class BothStores : public ::testing::TestWithParam<bool> {
  protected:
-  /// A file's store is opened anew each time from a copy of its file, so that no cache can answer for the file.
   void Reopen() {
     if (GetParam()) {
       if (!store_) store_ = MemorySettings();
       return;
     }
     store_.reset();
-    const std::filesystem::path last = file_;
-    file_ = folder_.Path() / "unter" / ("Einst\xC3\xA4llung" + std::to_string(++opened_) + ".ini");
-    if (!last.empty()) std::filesystem::copy_file(last, file_);
-    store_ = OpenSettingsFile(file_);
+    store_ = lasting_.Open();
   }
   SettingsStore& Store() { return *store_; }
 
-  testing::TempFolder folder_;
-  std::filesystem::path file_;
-  int opened_ = 0;
+  testing::LastingSettings lasting_;
   std::unique_ptr<SettingsStore> store_;
 };
 
-INSTANTIATE_TEST_SUITE_P(FileAndMemory, BothStores, ::testing::Bool());
+INSTANTIATE_TEST_SUITE_P(StoredAndMemory, BothStores, ::testing::Bool());
 
 TEST_P(BothStores, EveryTextComesBack) {
   Reopen();
@@ -100,32 +91,6 @@ TEST_P(BothStores, SourcesKeepTheirOrder) {
     Reopen();
     EXPECT_EQ(LoadSources(Store()), paths);
   }
-}
-
-TEST(StoredSettings, HandWrittenFileIsReadAsTexts) {
-  const testing::TempFolder folder;
-  std::ofstream(folder.Path() / "hand.ini") << "[optionen]\nfont=Courier New,12\n";
-  const auto store = OpenSettingsFile(folder.Path() / "hand.ini");
-  EXPECT_EQ(store->ReadSetting("optionen", "font"), "Courier New,12");
-}
-
-#ifndef _WIN32
-TEST(StoredSettings, UsersFileLiesBelowTheConfigurationFolder) {
-  const testing::TempFolder folder;
-  setenv("XDG_CONFIG_HOME", folder.Path().c_str(), 1);
-  OpenSettings("Qm_Quillmate\\Qm_Quill_Excel")->WriteSetting("proj", "proj_pf", "C:\\x");
-  const auto file = OpenSettingsFile(folder.Path() / "Qm_Quillmate" / "Qm_Quill_Excel.ini");
-  EXPECT_EQ(file->ReadSetting("proj", "proj_pf"), "C:\\x");
-}
-#endif
-
-TEST(StoredSettings, UnwritableFileReportsNothing) {
-  const testing::TempFolder folder;
-  std::ofstream(folder.Path() / "file") << "x";
-  const auto store = OpenSettingsFile(folder.Path() / "file" / "below.ini");
-  store->WriteSetting("optionen", "tab", "7");
-  store->RemoveSettingSection("recent");
-  EXPECT_EQ(store->ReadSetting("recent", "F0"), "");
 }
 
 }  // namespace

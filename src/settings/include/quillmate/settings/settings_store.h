@@ -11,13 +11,18 @@ namespace quillmate::settings {
 /// The user's settings: texts under (section, key) below an application path. Everything UTF-8, and every text comes
 /// back as it was written, whatever characters text, section and key hold.
 ///
-/// Where they are kept: on Windows the registry (HKEY_CURRENT_USER\Software\ + path), elsewhere an ini file below the
-/// user's configuration folder (~/.config/Qm_Quillmate/Qm_Quill_Excel.ini): [section], then key=text. "/", "\" and "%"
-/// in section and key names stand there as "%2F", "%5C" and "%25", an empty name as "%" (the file then escapes "%"
-/// once more). A list that somebody wrote into the file by hand (a,b) is read as the text "a,b".
+/// Where they are kept: on Windows the registry, a key HKEY_CURRENT_USER\Software\ + path + \section with a text value
+/// for each key; elsewhere an ini file below the user's configuration folder
+/// (~/.config/Qm_Quillmate/Qm_Quill_Excel.ini): [section], then key=text.
+///
+/// Names stand there as they are, but "%" and what the storage can't take ("/" and "\" in the file; in the registry "\"
+/// in a section and the character 0) stand as "%" with two hexadecimal digits, and an empty name as "%" (the file then
+/// escapes "%" once more). The registry doesn't tell capitals from small letters. What somebody else stored is read as
+/// a text all the same: a list that was written into the file by hand (a,b) as "a,b", a number of the registry in
+/// decimal.
 ///
 /// Several instances of the program may use the same settings: a reader sees what another instance has stored. Texts
-/// reach the disk when the event loop turns, or with the end of the store.
+/// reach the storage when the event loop turns, or with the end of the store, at the latest.
 class SettingsStore {
  public:
   SettingsStore() = default;
@@ -38,8 +43,10 @@ class SettingsStore {
 /// `settingsRoot` as in `AppGlobals`: two names joined by a backslash.
 std::unique_ptr<SettingsStore> OpenSettings(const std::string& settingsRoot);
 
-/// The same in an ini file of its own, on every platform.
+#ifndef _WIN32
+/// The same in an ini file of its own.
 std::unique_ptr<SettingsStore> OpenSettingsFile(const std::filesystem::path& file);
+#endif
 
 /// Keeps the values in memory only; for tests and for runs that must not touch the user's settings.
 std::unique_ptr<SettingsStore> MemorySettings();

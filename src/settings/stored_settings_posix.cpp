@@ -12,21 +12,18 @@ namespace {
 
 QString Wide(std::string_view utf8) { return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())); }
 
-QString NamePath(std::string_view section) { return Wide(EncodeName(section)); }
-QString NamePath(std::string_view section, std::string_view key) {
-  return NamePath(section) + QLatin1Char('/') + Wide(EncodeName(key));
-}
+/// Both slashes separate the steps of a key path.
+QString NameStep(std::string_view name) { return Wide(EncodeName(name, "/\\")); }
 
-#ifdef _WIN32
-constexpr QSettings::Format kUserFormat = QSettings::NativeFormat;
-#else
-constexpr QSettings::Format kUserFormat = QSettings::IniFormat;
-#endif
+QString NamePath(std::string_view section) { return NameStep(section); }
+QString NamePath(std::string_view section, std::string_view key) {
+  return NamePath(section) + QLatin1Char('/') + NameStep(key);
+}
 
 class StoredSettings final : public SettingsStore {
  public:
   StoredSettings(const QString& organization, const QString& application)
-      : settings_(kUserFormat, QSettings::UserScope, organization, application) {
+      : settings_(QSettings::IniFormat, QSettings::UserScope, organization, application) {
     settings_.setFallbacksEnabled(false);
   }
   explicit StoredSettings(const QString& file) : settings_(file, QSettings::IniFormat) {}
