@@ -135,11 +135,13 @@ ListResult ListHostProjects(HostAutomation& host, bool accessEdition, HostTree& 
   if (result.attached) {
     try {
       tree = ReadTree(host, accessEdition);
-    } catch (const std::exception&) {
-      // A host that switched the access to its projects off lets itself be attached and refuses here.
+    } catch (const std::exception& error) {
+      // A host that switched the access to its projects off may let itself be attached and refuse here.
       result.attached = false;
+      result.problem = error.what();
     }
   }
+  if (result.problem.empty()) result.problem = host.Problem();
   host.Release();
   return result;
 }

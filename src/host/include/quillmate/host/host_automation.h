@@ -44,6 +44,9 @@ class HostAutomation {
   virtual void Release() noexcept = 0;
   /// The numeric value of the host's version; 0 when not attached.
   virtual float Version() const noexcept = 0;
+  /// What is missing although there is a host: it refuses the access to its projects, is busy, can't give a module.
+  /// One German line each (UTF-8, CR LF between them), empty when nothing is. Kept until the next attach or listing.
+  virtual std::string Problem() const { return {}; }
 
   virtual int ProjectCount() = 0;
   virtual HostProject Project(int project) = 0;

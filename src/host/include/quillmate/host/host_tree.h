@@ -43,6 +43,8 @@ struct HostTree {
 struct ListResult {
   bool attached = false;
   float version = 0;
+  /// What the host could not give, or what ended the listing: German, UTF-8, one line each; empty when nothing did.
+  std::string problem{};
 };
 
 /// Clears the tree, attaches and lists what can be read; components of 2 lines or fewer hold no routine and are left
