@@ -2,17 +2,7 @@
 
 #include <QApplication>
 #include <QColor>
-#ifdef Q_OS_WIN
-#include <QSettings>
-#else
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusVariant>
-
-#include "portal_look.h"
-#endif
+#include <QStyle>
 
 namespace quillmate::ui {
 namespace {
@@ -65,66 +55,14 @@ QPalette DarkPalette() {
 
 void UseLook(bool dark) {
   static const QPalette start = QApplication::palette();
+  static const QString startStyle = QApplication::style()->objectName();
   if (dark == IsDark(QApplication::palette())) return;
   // The desktop's own style may paint parts in its light colours.
-  if (dark) QApplication::setStyle(QStringLiteral("Fusion"));
+  QApplication::setStyle(dark ? QStringLiteral("Fusion") : startStyle);
   QApplication::setPalette(dark ? DarkPalette() : start);
   QPalette boxes = QApplication::palette();
   if (dark) boxes.setColor(QPalette::Window, QColor::fromRgb(kBoxFrame));
   QApplication::setPalette(boxes, "QCheckBox");
 }
-
-#ifdef Q_OS_WIN
-
-void FollowDesktopLook(QApplication&) {
-  const QSettings user(
-      QStringLiteral("HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize"),
-      QSettings::NativeFormat);
-  UseLook(user.value(QStringLiteral("AppsUseLightTheme"), 1).toInt() == 0);
-}
-
-#else
-
-namespace {
-
-const QString kService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString kInterface = QStringLiteral("org.freedesktop.portal.Settings");
-const QString kGroup = QStringLiteral("org.freedesktop.appearance");
-const QString kKey = QStringLiteral("color-scheme");
-
-/// The portal's word for dark; 0 stands for no preference, 2 for light.
-constexpr uint kPrefersDark = 1;
-
-/// The answer to a question comes wrapped once more than a change does.
-uint SchemeOf(QVariant value) {
-  while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
-  return value.toUInt();
-}
-
-}  // namespace
-
-PortalLook::PortalLook(QObject* parent) : QObject(parent) {
-  QDBusConnection bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return;
-  bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
-              SLOT(OnChange(QString, QString, QDBusVariant)));
-  QDBusMessage question = QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Read"));
-  question << kGroup << kKey;
-  auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-  connect(answer, &QDBusPendingCallWatcher::finished, this, [](QDBusPendingCallWatcher* call) {
-    const QDBusPendingReply<QDBusVariant> reply = *call;
-    if (!reply.isError() && SchemeOf(reply.value().variant()) == kPrefersDark) UseLook(true);
-    call->deleteLater();
-  });
-}
-
-void PortalLook::OnChange(const QString& group, const QString& key, const QDBusVariant& value) {
-  if (group == kGroup && key == kKey) UseLook(SchemeOf(value.variant()) == kPrefersDark);
-}
-
-void FollowDesktopLook(QApplication& app) { new PortalLook(&app); }
-
-#endif
 
 }  // namespace quillmate::ui

@@ -9,12 +9,11 @@ namespace quillmate::ui {
 /// The program's own dark colours, for desktops whose choice the toolkit does not know.
 QPalette DarkPalette();
 
-/// Light or dark for the whole program. Light brings back the colours of the start.
+/// Light or dark for the whole program. Light brings back the style and the colours of the start.
 void UseLook(bool dark);
 
 /// Takes over the desktop's choice of light or dark, now and whenever it changes, where the toolkit does not do so by
-/// itself: from the desktop portal, on Windows from the user's settings (at the start only). Does not wait for an
-/// answer.
+/// itself: from the desktop portal, on Windows from the user's settings. Does not wait for an answer.
 void FollowDesktopLook(QApplication& app);
 
 }  // namespace quillmate::ui

@@ -1,6 +1,9 @@
 #include <QApplication>
+#include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <quillmate/codedb/index_files.h>
 
@@ -16,19 +19,25 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kHelpName = "Quillmate";
 
-/// The manual lies beside the template; as a page where there is no viewer for the other form.
-fs::path FindHelp(const fs::path& folder) {
+/// The forms of the manual, the one that suits the system first. It lies beside the template.
 #ifdef Q_OS_WIN
-  constexpr std::array kEndings = {".chm", ".html"};
+constexpr std::array kEndings = {".chm", ".html"};
 #else
-  constexpr std::array kEndings = {".html", ".chm"};
+constexpr std::array kEndings = {".html", ".chm"};
 #endif
+
+bool IsFile(const fs::path& file) {
+  std::error_code ignored;
+  return fs::is_regular_file(file, ignored);
+}
+
+std::vector<fs::path> HelpFiles(const fs::path& folder) {
+  std::vector<fs::path> files;
   for (const char* ending : kEndings) {
     fs::path file = folder / (std::string(kHelpName) + ending);
-    std::error_code ignored;
-    if (fs::is_regular_file(file, ignored)) return file;
+    if (IsFile(file)) files.push_back(std::move(file));
   }
-  return {};
+  return files;
 }
 
 struct HelpPage {
@@ -46,16 +55,21 @@ constexpr std::array kHelpPages = {
 };
 
 /// The manual's page for the part of the window that has the focus; empty when there is none.
-fs::path PageOfFocus(const fs::path& folder) {
+std::string PageOfFocus() {
   for (const QWidget* part = QApplication::focusWidget(); part != nullptr; part = part->parentWidget()) {
     for (const HelpPage& page : kHelpPages) {
-      if (part->objectName() != QLatin1String(page.control)) continue;
-      fs::path file = folder / "hilfe" / page.page;
-      std::error_code ignored;
-      return fs::is_regular_file(file, ignored) ? file : fs::path();
+      if (part->objectName() == QLatin1String(page.control)) return std::string("hilfe/") + page.page;
     }
   }
   return {};
+}
+
+/// Opens one form of the manual where the focus is.
+bool OpenManual(Platform& platform, const fs::path& file) {
+  const std::string page = PageOfFocus();
+  if (file.extension() == ".chm") return platform.OpenHelp(FromPath(file), FromUtf8(page));
+  const fs::path pageFile = file.parent_path() / fs::path(page).make_preferred();
+  return platform.OpenInBrowser(FromPath(!page.empty() && IsFile(pageFile) ? pageFile : file));
 }
 
 std::string MissingHelpMessage(const startup::AppGlobals& globals, const fs::path& folder) {
@@ -69,15 +83,16 @@ std::string MissingHelpMessage(const startup::AppGlobals& globals, const fs::pat
 
 void ShowHelp(Shell& shell) {
   const fs::path folder = shell.Globals().TemplatePath.parent_path();
-  fs::path file = FindHelp(folder);
-  if (file.extension() == ".html") {
-    const fs::path page = PageOfFocus(folder);
-    if (!page.empty()) file = page;
-  }
-  if (file.empty()) {
+  const std::vector<fs::path> files = HelpFiles(folder);
+  if (files.empty()) {
     shell.Show(MissingHelpMessage(shell.Globals(), folder));
-  } else if (!shell.around.platform.OpenInBrowser(FromPath(file))) {
-    shell.Show("Die Hilfe kann nicht angezeigt werden:\r\n" + codedb::PathText(file), MessageIcon::kExclamation);
+    return;
+  }
+  const bool shown = std::any_of(files.begin(), files.end(),
+                                 [&shell](const fs::path& file) { return OpenManual(shell.around.platform, file); });
+  if (!shown) {
+    shell.Show("Die Hilfe kann nicht angezeigt werden:\r\n" + codedb::PathText(files.front()),
+               MessageIcon::kExclamation);
   }
 }
 

@@ -15,6 +15,8 @@
 
 #include <quillmate/ui/platform.h>
 
+#include "desktop_programs.h"
+
 namespace quillmate::ui {
 namespace {
 
@@ -117,11 +119,15 @@ class RealPlatform : public Platform {
   }
 
   QString ChooseFolder(const QString& title, const QString& start) override {
-    return QFileDialog::getExistingDirectory(QApplication::activeWindow(), title, ExistingFolder(start));
+    return QDir::toNativeSeparators(
+        QFileDialog::getExistingDirectory(QApplication::activeWindow(), title, ExistingFolder(start)));
   }
 
   QStringList ChooseFiles(const QString& title, const QString& start, const QString& filter) override {
-    return QFileDialog::getOpenFileNames(QApplication::activeWindow(), title, ExistingFolder(start), filter);
+    QStringList files =
+        QFileDialog::getOpenFileNames(QApplication::activeWindow(), title, ExistingFolder(start), filter);
+    for (QString& file : files) file = QDir::toNativeSeparators(file);
+    return files;
   }
 
   QString ChooseSaveFile(const SaveRequest& request) override {
@@ -135,7 +141,7 @@ class RealPlatform : public Platform {
       if (!extension.isEmpty() && extension != QLatin1String("*")) dialog.setDefaultSuffix(extension);
     });
     dialog.selectFile(request.fileName);
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    return dialog.exec() == QDialog::Accepted ? QDir::toNativeSeparators(dialog.selectedFiles().value(0)) : QString();
   }
 
   void SetClipboard(const ClipboardContent& content) override {
@@ -144,7 +150,8 @@ class RealPlatform : public Platform {
   QString ClipboardText() override { return QApplication::clipboard()->text(); }
   void ClearClipboard() override { QApplication::clipboard()->clear(); }
 
-  bool OpenInBrowser(const QString& file) override { return QDesktopServices::openUrl(QUrl::fromLocalFile(file)); }
+  bool OpenInBrowser(const QString& file) override { return OpenFile(file); }
+  bool OpenHelp(const QString& file, const QString& page) override { return OpenCompiledHelp(file, page); }
   bool OpenWebPage(const QString& address) override { return QDesktopServices::openUrl(QUrl(address)); }
   bool StartSystemInformation() override {
     return std::any_of(std::begin(kSystemTools), std::end(kSystemTools), [](const char* tool) {

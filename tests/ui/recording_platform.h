@@ -22,6 +22,7 @@ class RecordingPlatform : public ui::Platform {
   /// What was to be opened outside of the program, and whether that works.
   QStringList opened;
   bool canOpen = true;
+  bool hasHelpViewer = true;
   ui::ClipboardContent clipboard;
 
   ui::Answer Show(const ui::Message& message) override {
@@ -48,6 +49,9 @@ class RecordingPlatform : public ui::Platform {
     return Next(saveFiles, {});
   }
   bool OpenInBrowser(const QString& file) override { return Open(file); }
+  bool OpenHelp(const QString& file, const QString& page) override {
+    return hasHelpViewer && Open(page.isEmpty() ? file : file + QStringLiteral("::/") + page);
+  }
   bool OpenWebPage(const QString& address) override { return Open(address); }
   bool StartSystemInformation() override { return Open(QStringLiteral("Systeminformationen")); }
   qint64 Milliseconds() override {

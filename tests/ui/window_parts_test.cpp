@@ -37,12 +37,15 @@ TEST_F(PartsTest, HelpIsOpenedOrSaidToBeMissing) {
             "Die Hilfsdatei:\r\nQuillmate.chm\r\nkonnte nicht gefunden werden. \r\nDiese muss im selben Verzeichnis "
             "wie\r\nEQM_XT.exe\r\ninstalliert werden.\r\nBitte kopieren Sie also \r\nQuillmate.chm nach:\r\n" +
                 Text(TemplateFile().parent_path()));
-  for (const char* name : {"Quillmate.chm", "Quillmate.html"}) {
-    codedb::WriteWholeFile(Folder(name), "Hilfe");
-    Trigger("mnuHilfe_Hilfe");
-    EXPECT_EQ(platform.opened.back(), Text(Folder(name)));
-    EXPECT_EQ(platform.TakeText(), "");
-  }
+  codedb::WriteWholeFile(Folder("Quillmate.chm"), "Hilfe");
+  Tree("treApp").setFocus();
+  Trigger("mnuHilfe_Hilfe");
+  EXPECT_EQ(platform.opened.back(), Text(Folder("Quillmate.chm")) + "::/hilfe/quellen.html");
+  codedb::WriteWholeFile(Folder("Quillmate.html"), "Hilfe");
+  platform.hasHelpViewer = false;
+  Trigger("mnuHilfe_Hilfe");
+  EXPECT_EQ(platform.opened.back(), Text(Folder("Quillmate.html")));
+  EXPECT_EQ(platform.TakeText(), "");
   platform.canOpen = false;
   Trigger("mnuHilfe_Hilfe");
   EXPECT_TRUE(platform.TakeText().startsWith("Die Hilfe kann nicht angezeigt werden:"));

@@ -59,7 +59,8 @@ class Platform {
   virtual Answer Show(const Message& message) = 0;
   /// Input box; nothing when the user cancels.
   virtual std::optional<QString> AskText(const QString& title, const QString& prompt, const QString& preset) = 0;
-  /// The chosen folder, empty when the user cancels. A start folder that does not exist means the user's home.
+  /// The chosen folder, empty when the user cancels. A start folder that does not exist means the user's home. Paths
+  /// from dialogs have the system's own separators.
   virtual QString ChooseFolder(const QString& title, const QString& start) = 0;
   /// The chosen files, empty when the user cancels. `filter` as in "Texte (*.txt *.log);;Alle Dateien (*)".
   virtual QStringList ChooseFiles(const QString& title, const QString& start, const QString& filter) = 0;
@@ -73,6 +74,9 @@ class Platform {
 
   /// Opens a file in the program that the desktop has for it: a page in the user's browser. False when there is none.
   virtual bool OpenInBrowser(const QString& file) = 0;
+  /// Opens compiled help (.chm) at one of its pages, named as in the file ("hilfe/suche.html"); at its start when
+  /// `page` is empty. False when there is no viewer.
+  virtual bool OpenHelp(const QString& file, const QString& page) = 0;
   /// Opens a page of the web by its address; false when there is no browser.
   virtual bool OpenWebPage(const QString& address) = 0;
   /// Starts the desktop's tool for system information; false when there is none.
