@@ -1,20 +1,15 @@
-#ifndef _WIN32
-
-#include <csignal>
-#include <fstream>
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/file.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include <quillmate/codedb/index_files.h>
 #include <quillmate/startup/session.h>
 
 #include "settings/temp_folder.h"
+#include "startup/instance_process.h"
 
 namespace quillmate::startup {
 namespace {
@@ -24,63 +19,25 @@ namespace fs = std::filesystem;
 /// An instance of the program in a process of its own. It starts when it is made and runs until it is ended or killed.
 class Instance {
  public:
-  explicit Instance(const fs::path& programFolder) {
-    int news[2], orders[2];
-    if (pipe(news) != 0 || pipe(orders) != 0) std::abort();
-    process_ = fork();
-    if (process_ == 0) {
-      close(orders[1]);
-      Run(programFolder, news[1], orders[0]);
-      _exit(0);
-    }
-    close(news[1]);
-    close(orders[0]);
-    news_ = news[0];
-    orders_ = orders[1];
-  }
+  explicit Instance(const fs::path& programFolder) : process_(programFolder) {}
   ~Instance() { End(); }
   Instance(const Instance&) = delete;
   Instance& operator=(const Instance&) = delete;
 
   /// Waits for the end of the start.
   void AwaitStart() {
-    std::string text(4096, '\0');
-    text.resize(static_cast<std::size_t>(std::max<ssize_t>(read(news_, text.data(), text.size()), 1)));
-    alone = text.front() == '1';
-    folder = text.substr(1);
+    const std::string news = process_.AwaitNews();
+    alone = news.starts_with('1');
+    folder = codedb::PathFromText(std::string_view(news).substr(std::min<std::size_t>(news.size(), 1)));
   }
-  void End() {
-    if (process_ > 0 && write(orders_, "e", 1) == 1) Reap();
-  }
-  void Kill() {
-    kill(process_, SIGKILL);
-    Reap();
-  }
+  void End() { process_.End(); }
+  void Kill() { process_.Kill(); }
 
   bool alone = false;
   fs::path folder;
 
  private:
-  static void Run(const fs::path& programFolder, int news, int orders) {
-    const auto store = settings::MemorySettings();
-    AppGlobals globals;
-    BeginStart(globals, 1, {.programFolder = programFolder, .templateFile = {}}, *store);
-    InstanceMark mark(globals.TempFolder);
-    MakeRunFolder(globals, mark, *store);
-    std::ofstream(globals.RunTempFolder / "M1.txt") << "x";
-    const std::string text = (mark.IsAlone() ? "1" : "0") + globals.RunTempFolder.string();
-    char order = 0;
-    if (write(news, text.data(), text.size()) > 0 && read(orders, &order, 1) == 1) EndRun(globals);
-  }
-  void Reap() {
-    waitpid(process_, nullptr, 0);
-    close(news_);
-    close(orders_);
-    process_ = 0;
-  }
-
-  pid_t process_ = 0;
-  int news_ = 0, orders_ = 0;
+  InstanceProcess process_;
 };
 
 std::unique_ptr<Instance> Started(const fs::path& programFolder) {
@@ -125,16 +82,6 @@ TEST(Instances, LeftoversOfCrashedOnesGoAtTheNextLoneStart) {
   EXPECT_TRUE(IsWhole(*lone));
 }
 
-/// What a newcomer would get.
-std::string FreeLocks(const fs::path& root) {
-  const int file = open((root / kInstanceFile).c_str(), O_RDONLY | O_CLOEXEC);
-  std::string free;
-  if (flock(file, LOCK_EX | LOCK_NB) == 0) free += "exclusive ";
-  if (flock(file, LOCK_SH | LOCK_NB) == 0) free += "shared";
-  close(file);
-  return free;
-}
-
 TEST(Instances, NewcomersWaitUntilTheLoneOneAdmitsThem) {
   const testing::TempFolder folder;
   {
@@ -167,5 +114,3 @@ TEST(Instances, StartingAllAtOnceNoneLosesItsFolder) {
 
 }  // namespace
 }  // namespace quillmate::startup
-
-#endif

@@ -23,7 +23,7 @@ struct ProgramPlaces {
 
 /// A portable copy (template beside the executable, or nothing installed, and the folder can be written) keeps
 /// everything in the executable's folder. An installed program has its template in ../share/quillmate and writes to
-/// the user's data folder (~/.local/share/quillmate).
+/// the user's data folder (~/.local/share/quillmate, on Windows AppData\Local\quillmate).
 ProgramPlaces FindProgramPlaces(const std::filesystem::path& executableFolder);
 
 /// True when the whole command line is "/a", in any case.

@@ -1,0 +1,23 @@
+#include "startup/instance_process.h"
+
+#include <fstream>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/startup/edition.h>
+#include <quillmate/startup/session.h>
+
+namespace quillmate::startup {
+
+void RunInstance(const std::filesystem::path& programFolder, const std::function<void(const std::string&)>& tell,
+                 const std::function<bool()>& awaitOrderToEnd) {
+  const auto store = settings::MemorySettings();
+  AppGlobals globals;
+  BeginStart(globals, kExcel, {.programFolder = programFolder, .templateFile = {}}, *store);
+  InstanceMark mark(globals.TempFolder);
+  MakeRunFolder(globals, mark, *store);
+  std::ofstream(globals.RunTempFolder / "M1.txt") << "x";
+  tell((mark.IsAlone() ? "1" : "0") + codedb::PathText(globals.RunTempFolder));
+  if (awaitOrderToEnd()) EndRun(globals);
+}
+
+}  // namespace quillmate::startup
