@@ -56,10 +56,7 @@ void AddFolder(Shell& shell) {
   if (!folder.isEmpty()) AddSources(shell, {folder});
 }
 
-void RemoveSource(Shell& shell) {
-  const int project = shell.hostModel->ProjectOf(shell.treApp->currentIndex());
-  if (project >= 0) RemoveSourceOf(shell, project);
-}
+void RemoveSource(Shell& shell) { RemoveSourceOf(shell, shell.hostModel->ProjectOf(shell.treApp->currentIndex())); }
 
 void EndProgram(Shell& shell) { shell.window.close(); }
 

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -58,6 +59,13 @@ std::string LockedText(int locked) {
   return locked == 1 ? "1 gesperrtes Projekt ausgelassen" : std::to_string(locked) + " gesperrte Projekte ausgelassen";
 }
 
+/// What stays on screen of a listing that is not whole.
+std::string StatusText(const host::ListResult& result, int locked) {
+  const std::string trouble = result.attached ? result.problem.substr(0, result.problem.find("\r\n")) : std::string();
+  const std::string left = LockedText(locked);
+  return trouble.empty() || left.empty() ? trouble + left : trouble + "; " + left;
+}
+
 host::ListResult ReadTree(Shell& shell, bool keepTicks) {
   const Working working(shell);
   host::HostTree tree;
@@ -72,23 +80,25 @@ host::ListResult ReadTree(Shell& shell, bool keepTicks) {
 
 host::ListResult List(Shell& shell, bool keepTicks) {
   const host::ListResult result = ReadTree(shell, keepTicks);
-  shell.staBar->SetText(StatusPanels::kProgress, FromUtf8(LockedText(shell.hostModel->Tree().lockedProjects)));
+  shell.staBar->SetText(StatusPanels::kProgress, FromUtf8(StatusText(result, shell.hostModel->Tree().lockedProjects)));
   return result;
 }
 
-std::string ProblemText(const std::vector<host::SourceProblem>& problems) {
-  if (problems.empty()) return {};
+/// `ofHost`: lines about the running host, shown whole.
+std::string ProblemText(const std::string& ofHost, const std::vector<host::SourceProblem>& problems) {
+  if (ofHost.empty() && problems.empty()) return {};
   std::string text = "Folgendes konnte nicht gelesen werden:\r\n";
+  if (!ofHost.empty()) text += "\r\n" + ofHost;
   const std::size_t named = std::min(problems.size(), kNamedProblems);
   for (std::size_t i = 0; i < named; ++i) text += "\r\n" + problems[i].source + ": " + problems[i].reason;
   if (problems.size() > named) text += "\r\n... und " + std::to_string(problems.size() - named) + " weitere";
   return text;
 }
 
-/// One message about a listing: what the host says, and what of the sources could not be read.
+/// One message about a listing: what the host says, and what of it and of the sources could not be read.
 void Tell(Shell& shell, const host::ListResult& result) {
   const std::string text = host::RefreshMessage(result, shell.hostModel->Tree(), shell.Globals().HostName);
-  const std::string problems = ProblemText(shell.around.documents.Problems());
+  const std::string problems = ProblemText(result.problem, shell.around.documents.Problems());
   if (!text.empty()) {
     shell.Show(text, MessageIcon::kInformation, Buttons::kOk, problems);
   } else if (!problems.empty()) {
@@ -144,6 +154,13 @@ Paths Usable(const Paths& added, const std::vector<host::SourceProblem>& problem
   return usable;
 }
 
+/// The index within the documents of a project of the tree; nothing for the running host's.
+std::optional<int> DocumentIndex(const Shell& shell, int project) {
+  if (project < 0) return std::nullopt;
+  const std::string& key = shell.hostModel->Tree().projects[static_cast<std::size_t>(project)].key;
+  return shell.around.host.IndexIn(shell.around.documents, host::ProjectIndex(key));
+}
+
 Paths Joined(Paths first, const Paths& second) {
   first.insert(first.end(), second.begin(), second.end());
   return first;
@@ -175,9 +192,12 @@ void AddSources(Shell& shell, const QStringList& paths) {
   Tell(shell, result);
 }
 
+bool IsFromSource(const Shell& shell, int project) { return DocumentIndex(shell, project).has_value(); }
+
 void RemoveSourceOf(Shell& shell, int project) {
-  const std::string& key = shell.hostModel->Tree().projects[static_cast<std::size_t>(project)].key;
-  const std::string source = shell.around.documents.Project(host::ProjectIndex(key)).fileName.value_or(std::string());
+  const std::optional<int> document = DocumentIndex(shell, project);
+  if (!document.has_value()) return;
+  const std::string source = shell.around.documents.Project(*document).fileName.value_or(std::string());
   Paths sources = settings::LoadSources(shell.around.settings);
   if (std::erase(sources, source) == 0) {
     // An Office file below a folder that was added as a whole.

@@ -17,7 +17,10 @@ void RefreshKeepingTicks(Shell& shell);
 void LoadUserSources(Shell& shell);
 /// Adds files and folders to the sources and remembers those that can be read. A loaded project is left first.
 void AddSources(Shell& shell, const QStringList& paths);
-/// Takes the source of a project (0-based position in the tree) out of the sources.
+/// True when a project (0-based position in the tree, -1 for none) comes from the user's sources, not from the running
+/// host.
+bool IsFromSource(const Shell& shell, int project);
+/// Takes the source of such a project out of the sources; nothing happens to a project of the running host.
 void RemoveSourceOf(Shell& shell, int project);
 
 }  // namespace quillmate::ui

@@ -1,5 +1,7 @@
 #include <QApplication>
 
+#include <quillmate/host/com_host.h>
+#include <quillmate/host/joined_host.h>
 #include <quillmate/host/office_file.h>
 #include <quillmate/startup/edition.h>
 #include <quillmate/ui/main_window.h>
@@ -51,7 +53,9 @@ int RunProgram(int selector, int argc, char** argv) {
   const std::unique_ptr<Platform> platform = QtPlatform();
   host::DocumentHost documents;
   documents.SetOwnHost(OwnHost(selector));
-  MainWindow window({globals, mark, *settings, *platform, documents, documents});
+  host::ComHost running(globals.HostName);
+  host::JoinedHost joined({&running, &documents});
+  MainWindow window({globals, mark, *settings, *platform, documents, joined});
   window.onEnd = [] { QApplication::quit(); };
   window.Load(startup::IsMiniWindowCommand(CommandLine()));
   const int status = QApplication::exec();

@@ -7,6 +7,7 @@
 #include "code_menu.h"
 #include "error_text.h"
 #include "hit_panel.h"
+#include "host_list.h"
 #include "project_view.h"
 #include "qt_text.h"
 #include "search_bar.h"
@@ -90,7 +91,8 @@ void Shell::BuildNavigation() {
 void Shell::WireContextMenus() {
   QObject::connect(treApp, &QWidget::customContextMenuRequested, treApp, [this](const QPoint& position) {
     treApp->setCurrentIndex(treApp->indexAt(position));
-    commands->Item("mnuPopUpEinlesen_Entfernen")->setEnabled(treApp->currentIndex().isValid());
+    commands->Item("mnuPopUpEinlesen_Entfernen")
+        ->setEnabled(IsFromSource(*this, hostModel->ProjectOf(treApp->currentIndex())));
     commands->Popup("mnuPopUpEinlesen", treApp->viewport()->mapToGlobal(position));
   });
   QObject::connect(rtbHaupt, &QWidget::customContextMenuRequested, rtbHaupt, [this](const QPoint& position) {

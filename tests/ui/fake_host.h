@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include <quillmate/host/host_automation.h>
@@ -11,11 +12,13 @@ class FakeHost : public host::HostAutomation {
  public:
   bool running = true;
   float version = 0;
+  std::string problem;
   std::vector<host::HostProject> projects;
 
   bool Attach() override { return running; }
   void Release() noexcept override {}
   float Version() const noexcept override { return version; }
+  std::string Problem() const override { return problem; }
   int ProjectCount() override { return static_cast<int>(projects.size()); }
   host::HostProject Project(int project) override { return projects[static_cast<std::size_t>(project) - 1]; }
   int ComponentCount(int) override { return 1; }

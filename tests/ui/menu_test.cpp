@@ -76,6 +76,47 @@ TEST_F(MenuTest, ContextMenusFitThePlace) {
                          "(mnuPopUpHaupt_Definition)", "(mnuPopUpHaupt_Aufruf)", "mnuPopUpHaupt_Zoom"}));
 }
 
+TEST_F(MenuTest, RunningHostStandsBeforeTheSources) {
+  FakeHost fake;
+  host = &fake;
+  documentsToo = true;
+  fake.projects = {{"P", "C:\\a\\P.xls", false}, {"Zu", {}, true}};
+  Start();
+  QTreeView& hosts = Tree("treApp");
+  EXPECT_EQ(TextOf(*hosts.model()), "P [P.xls]\n Modul1\nQuelle [Quelle]\n Form\n Zebra\n");
+  RightClick(hosts, hosts.visualRect(HostNode(0, 0)).center());
+  EXPECT_EQ(PopupItems().last(), "(mnuPopUpEinlesen_Entfernen)") << "there is no source to forget";
+
+  Tick(0, 0);
+  Tick(1, 1);
+  Trigger("mnuBearbeiten_Code");
+  EXPECT_EQ(ProjectNode(0).data().toString() + ProjectNode(1).data().toString(), "Modul1Zebra");
+  Trigger("mnuNeu");
+  platform.messages.clear();
+  RightClick(hosts, hosts.visualRect(HostNode(1)).center());
+  EXPECT_EQ(PopupItems().last(), "mnuPopUpEinlesen_Entfernen");
+  Trigger("mnuPopUpEinlesen_Entfernen");
+  EXPECT_EQ(TextOf(*hosts.model()), "P [P.xls]\n Modul1\n");
+  EXPECT_TRUE(settings::LoadSources(*settings).empty());
+  EXPECT_EQ(platform.TakeText(), "");
+}
+
+TEST_F(MenuTest, RefusedAccessIsSaidBesideTheSources) {
+  FakeHost fake;
+  host = &fake;
+  documentsToo = true;
+  fake.running = false;
+  fake.version = 16;
+  fake.problem = "Excel verweigert den Zugriff";
+  Start();
+  EXPECT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Form\n Zebra\n");
+  EXPECT_EQ(platform.TakeText(), "Folgendes konnte nicht gelesen werden:\r\n\r\nExcel verweigert den Zugriff");
+  EXPECT_EQ(Panel("Vorgang"), "Excel verweigert den Zugriff");
+  fake.problem.clear();
+  QTest::keyClick(&Window(), Qt::Key_F5);
+  EXPECT_EQ(platform.TakeText() + Panel("Vorgang"), "") << "a host that is not open is no news";
+}
+
 TEST_F(MenuTest, RefreshKeySaysWhatTheHostSays) {
   FakeHost fake;
   host = &fake;

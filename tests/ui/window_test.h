@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -48,8 +50,12 @@ class WindowTest : public ::testing::Test {
   ui::MainWindow& Start(bool mini = false) {
     startup::BeginStart(globals, 1, {folder_.Path(), TemplateFile()}, *settings);
     mark_ = std::make_unique<startup::InstanceMark>(globals.TempFolder);
-    window_ = std::make_unique<ui::MainWindow>(
-        ui::Surroundings{globals, *mark_, *settings, platform, documents_, host == nullptr ? documents_ : *host});
+    std::vector<host::HostAutomation*> parts;
+    if (host != nullptr) parts.push_back(host);
+    if (host == nullptr || documentsToo) parts.push_back(&documents_);
+    joined_ = std::make_unique<host::JoinedHost>(std::move(parts));
+    window_ =
+        std::make_unique<ui::MainWindow>(ui::Surroundings{globals, *mark_, *settings, platform, documents_, *joined_});
     window_->Load(mini);
     QApplication::setActiveWindow(window_.get());
     return *window_;
@@ -103,13 +109,15 @@ class WindowTest : public ::testing::Test {
   RecordingPlatform platform;
   std::unique_ptr<settings::SettingsStore> settings = settings::MemorySettings();
   startup::AppGlobals globals;
-  /// Read in place of the documents.
+  /// Read in place of the documents, or before them.
   host::HostAutomation* host = nullptr;
+  bool documentsToo = false;
 
  private:
   TempFolder folder_;
   std::unique_ptr<startup::InstanceMark> mark_;
   host::DocumentHost documents_;
+  std::unique_ptr<host::JoinedHost> joined_;
   std::unique_ptr<ui::MainWindow> window_;
 };
 

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include <quillmate/host/document_host.h>
+#include <quillmate/host/joined_host.h>
 #include <quillmate/settings/settings_store.h>
 #include <quillmate/startup/app_globals.h>
 #include <quillmate/startup/session.h>
@@ -24,7 +25,7 @@ struct Surroundings {
   /// The user's sources.
   host::DocumentHost& documents;
   /// What is listed and read: the documents, and the running host before them where there is one.
-  host::HostAutomation& host;
+  host::JoinedHost& host;
 };
 
 /// The main window `frmHaupt`. Its widgets carry their names as object names; menu items are QActions named after the
