@@ -82,6 +82,8 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view) { i.credit = true; }},
     OptionSpec{"--json", "", "JSON statt einer Tabelle", kTakesJson,
                [](Invocation& i, std::string_view) { i.json = true; }},
+    OptionSpec{"--host", "", "liest die geöffneten Projekte des laufenden Office-Programms, vor den Eingaben",
+               kTakesHost, [](Invocation& i, std::string_view) { i.host = true; }},
     OptionSpec{"--option", "SCHLÜSSEL=WERT", "setzt eine Einstellung, z.B. einr=-1; mehrfach möglich", kAnyCommand,
                TakeSetting},
     OptionSpec{"--user-settings", "", "geht von den gespeicherten Einstellungen aus", kAnyCommand,
@@ -166,7 +168,8 @@ class Parser {
                          std::string(option->name) + " nicht");
       }
     }
-    if (invocation_.inputs.size() < invocation_.command->minInputs) {
+    const std::size_t minInputs = invocation_.host ? 0 : invocation_.command->minInputs;
+    if (invocation_.inputs.size() < invocation_.command->texts + minInputs) {
       throw UsageError("Es fehlt die Eingabe");
     }
     if (std::ranges::any_of(invocation_.inputs, &std::string::empty)) {

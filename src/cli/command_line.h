@@ -32,6 +32,8 @@ struct Invocation {
   std::vector<std::string> only;
   std::vector<std::string> failOn;
   bool userSettings = false;
+  /// The projects of the edition's running host are read too, before the inputs.
+  bool host = false;
   /// Host selector of the edition.
   int edition = 0;
   /// Settings keys with their texts, in the order given.
@@ -51,7 +53,8 @@ enum OptionSet : unsigned {
   kTakesRoutine = 1U << 7U,
   kTakesName = 1U << 8U,
   kTakesWholeWord = 1U << 9U,
-  kTakesClasses = 1U << 10U
+  kTakesClasses = 1U << 10U,
+  kTakesHost = 1U << 11U
 };
 
 struct OptionSpec {

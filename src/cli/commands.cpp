@@ -11,30 +11,31 @@ namespace {
 
 constexpr std::array kCommands{
     Command{"index", "-o ORDNER [--force] EINGABE...", "schreibt einen Projektordner, den das Fenster öffnet",
-            kTakesOutput | kTakesForce, 1, RunIndex},
+            kTakesOutput | kTakesForce | kTakesHost, 0, 1, RunIndex},
     Command{"modules", "[--json] [-o DATEI] EINGABE...", "Module und Routinen mit allen Feldern des Index",
-            kTakesJson | kTakesOutput, 1, RunModules},
-    Command{"outline", "[-o DATEI] EINGABE...", "die Struktur: jedes Modul mit seinen Routinen", kTakesOutput, 1,
-            RunOutline},
+            kTakesJson | kTakesOutput | kTakesHost, 0, 1, RunModules},
+    Command{"outline", "[-o DATEI] EINGABE...", "die Struktur: jedes Modul mit seinen Routinen",
+            kTakesOutput | kTakesHost, 0, 1, RunOutline},
     Command{"text", "[--module NAME] [-o DATEI] EINGABE...", "der Code eines Moduls oder des Projekts",
-            kTakesModule | kTakesOutput, 1, RunText},
+            kTakesModule | kTakesOutput | kTakesHost, 0, 1, RunText},
     Command{"rtf", "[--module NAME] [-o DATEI] EINGABE...", "ein Modul oder das Projekt als RTF",
-            kTakesModule | kTakesOutput, 1, RunRtf},
+            kTakesModule | kTakesOutput | kTakesHost, 0, 1, RunRtf},
     Command{"html", "[--module NAME] [--credit] [-o DATEI] EINGABE...", "ein Modul oder das Projekt als HTML",
-            kTakesModule | kTakesCredit | kTakesOutput, 1, RunHtml},
+            kTakesModule | kTakesCredit | kTakesOutput | kTakesHost, 0, 1, RunHtml},
     Command{"clip", "[--credit] [-o DATEI] [DATEI]", "Code aus der Datei oder der Standardeingabe als HTML",
-            kTakesCredit | kTakesOutput, 0, RunClip},
+            kTakesCredit | kTakesOutput, 0, 0, RunClip},
     Command{"site", "-o ORDNER [--title TEXT] [--force] EINGABE...", "schreibt die HTML-Dokumentation des Projekts",
-            kTakesOutput | kTakesTitle | kTakesForce, 1, RunSite},
+            kTakesOutput | kTakesTitle | kTakesForce | kTakesHost, 0, 1, RunSite},
     Command{"unused", "[--only KLASSE] [--fail-on KLASSE] [--json] [-o DATEI] EINGABE...",
-            "Routinen, die nichts aufruft, mit ihrer Klasse", kTakesClasses | kTakesJson | kTakesOutput, 1, RunUnused},
+            "Routinen, die nichts aufruft, mit ihrer Klasse", kTakesClasses | kTakesJson | kTakesOutput | kTakesHost, 0,
+            1, RunUnused},
     Command{"callers", "--module NAME --routine NAME [--json] [-o DATEI] EINGABE...", "die Aufrufer einer Routine",
-            kTakesModule | kTakesRoutine | kTakesJson | kTakesOutput, 1, RunCallers},
+            kTakesModule | kTakesRoutine | kTakesJson | kTakesOutput | kTakesHost, 0, 1, RunCallers},
     Command{"definition", "--module NAME --name NAME [--json] [-o DATEI] EINGABE...",
             "wo ein Bezeichner definiert ist, vom Modul aus gesehen",
-            kTakesModule | kTakesName | kTakesJson | kTakesOutput, 1, RunDefinition},
+            kTakesModule | kTakesName | kTakesJson | kTakesOutput | kTakesHost, 0, 1, RunDefinition},
     Command{"search", "[--whole-word] [--json] [-o DATEI] TEXT EINGABE...", "alle Fundstellen eines Textes im Code",
-            kTakesWholeWord | kTakesJson | kTakesOutput, 2, RunSearch},
+            kTakesWholeWord | kTakesJson | kTakesOutput | kTakesHost, 1, 1, RunSearch},
 };
 
 constexpr std::size_t kTextColumn = 28;
@@ -74,7 +75,8 @@ std::string OptionList(unsigned allowed) {
 constexpr std::string_view kInputHelp =
     "\nEINGABE ist ein gespeicherter Projektordner (mit der Datei Quillmate.mdb) oder beliebig viele\n"
     "Quellen, die in der angegebenen Reihenfolge gelesen werden: Moduldateien (.bas, .cls, .frm, ...),\n"
-    "Ordner mit Moduldateien, VB-Projektdateien. Module mit höchstens zwei Zeilen werden nicht gelesen.\n";
+    "Ordner mit Moduldateien, VB-Projektdateien, Office-Dateien. Module mit höchstens zwei Zeilen werden\n"
+    "nicht gelesen. Mit --host kann EINGABE fehlen; gelesen wird das Programm der Edition (nur unter Windows).\n";
 
 constexpr std::string_view kEncodingHelp =
     "\ntext, rtf, html und clip schreiben Windows-1252, alles andere ist UTF-8.\n"

@@ -19,6 +19,9 @@ struct Command {
   std::string_view summary;
   /// OptionSet bits besides kAnyCommand.
   unsigned options;
+  /// How many operands stand before the inputs.
+  std::size_t texts;
+  /// Without --host.
   std::size_t minInputs;
   void (*run)(const Invocation&);
 };

@@ -42,7 +42,7 @@ void RunIndex(const Invocation& invocation) {
   if (!invocation.output || *invocation.output == "-") {
     throw UsageError("Es fehlt der Ordner hinter -o");
   }
-  const bool saved = IsSavedProject(invocation.inputs);
+  const bool saved = IsSavedProject(invocation);
   NewProjectFolder target(*invocation.output, invocation.force);
   if (saved) {
     CopyProject(codedb::PathFromText(invocation.inputs.front()), target.Path());

@@ -23,6 +23,7 @@ Registry& TheRegistry() {
 void RemoveForGood(const std::filesystem::path& path) {
   std::error_code error;
   for (int attempt = 0; attempt < 1000; ++attempt) {
+    CloseFilesIn(path);
     std::filesystem::remove_all(path, error);
     if (!error) {
       return;

@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <filesystem>
 #include <new>
 #include <string>
@@ -11,6 +12,7 @@
 #include "messages.h"
 #include "output.h"
 #include "platform.h"
+#include "wildcards.h"
 
 namespace quillmate::cli {
 namespace {
@@ -21,12 +23,21 @@ void WriteToStandardOutput(const std::string& text) {
   output.Finish();
 }
 
-void RunInvocation(const Invocation& invocation) {
+/// Behind the texts that the command takes come its inputs.
+void ExpandInputs(Invocation& invocation) {
+  const auto first = invocation.inputs.begin() + static_cast<std::ptrdiff_t>(invocation.command->texts);
+  const std::vector<std::string> inputs = ExpandWildcards({first, invocation.inputs.end()});
+  invocation.inputs.erase(first, invocation.inputs.end());
+  invocation.inputs.insert(invocation.inputs.end(), inputs.begin(), inputs.end());
+}
+
+void RunInvocation(Invocation& invocation) {
   if (invocation.help) {
     WriteToStandardOutput(HelpText(invocation.command));
   } else if (invocation.version) {
     WriteToStandardOutput(std::string(kProgramName) + " " + startup::ProgramVersion() + "\n");
   } else {
+    ExpandInputs(invocation);
     invocation.command->run(invocation);
   }
 }

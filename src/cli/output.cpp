@@ -114,7 +114,7 @@ void Output::Finish() {
     std::error_code error;
     fs::rename(temporary_->Path(), target_, error);
     if (error) {
-      Fail(error.value());
+      Fail(error);
     }
     temporary_->Release(lock);
   }
@@ -124,7 +124,11 @@ void Output::Fail(int code) const {
   if (code == EPIPE) {
     throw ReaderGone();
   }
-  throw CommandFailure(name_ + " kann nicht geschrieben werden: " + SystemReason(code));
+  Fail(std::error_code(code, std::generic_category()));
+}
+
+void Output::Fail(const std::error_code& error) const {
+  throw CommandFailure(name_ + " kann nicht geschrieben werden: " + SystemReason(error));
 }
 
 void WriteWhole(const std::optional<std::string>& target, std::string_view bytes) {

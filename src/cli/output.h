@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "interruption.h"
 
@@ -36,7 +37,9 @@ class Output {
   void OpenFile(const std::string& target);
   void CheckWritable() const;
   void OpenTemporary();
+  /// `code` is an errno value.
   [[noreturn]] void Fail(int code) const;
+  [[noreturn]] void Fail(const std::error_code& error) const;
 
   /// As messages name it.
   std::string name_;

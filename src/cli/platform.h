@@ -21,6 +21,10 @@ std::vector<std::string> Arguments(int argc, char** argv);
 /// signal in the exit status. A signal that the caller has set to be ignored stays ignored.
 void OnEndingSignal(void (*cleanUp)());
 
+/// Where an open file can't be removed (Windows): closes this process's files at or below a path, under whoever is
+/// still writing to them. For the end of the process only.
+void CloseFilesIn(const std::filesystem::path& path);
+
 /// The folder of the running executable, symbolic links resolved; empty when the system does not tell.
 std::filesystem::path ExecutableFolder();
 
@@ -45,5 +49,8 @@ std::filesystem::path FolderForScratch();
 /// Makes a new folder that only this user may enter, `prefix` with something appended, below an existing folder.
 /// Throws std::filesystem::filesystem_error.
 std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent, const char* prefix);
+
+/// True where Office programs run that can be asked for their projects.
+bool HostsCanRun() noexcept;
 
 }  // namespace quillmate::cli

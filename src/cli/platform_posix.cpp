@@ -1,5 +1,3 @@
-#ifndef _WIN32
-
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
@@ -66,6 +64,8 @@ void OnEndingSignal(void (*cleanUp)()) {
   }).detach();
 }
 
+void CloseFilesIn(const std::filesystem::path& /*path*/) {}
+
 std::filesystem::path ExecutableFolder() {
   std::error_code error;
   const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
@@ -106,6 +106,6 @@ std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent, con
   return name;
 }
 
-}  // namespace quillmate::cli
+bool HostsCanRun() noexcept { return false; }
 
-#endif
+}  // namespace quillmate::cli

@@ -1,6 +1,7 @@
-#ifdef _WIN32
-
+#include <cstdint>
+#include <cstdlib>
 #include <random>
+#include <string_view>
 #include <system_error>
 
 // The other headers need what this one declares.
@@ -12,19 +13,74 @@
 #include <sys/stat.h>
 // clang-format on
 
-#include <quillmate/codedb/index_files.h>
-
 #include "platform.h"
 
 namespace quillmate::cli {
 namespace {
 
+/// What the system's own handler of Ctrl+C ends a process with (STATUS_CONTROL_C_EXIT).
+constexpr UINT kEndedByConsole = 0xC000013A;
+/// Longest path of the system, in characters.
+constexpr std::size_t kLongestPath = 32767;
+/// The system numbers the handles of a process from 4 in steps of 4; this program never has anywhere near as many.
+constexpr std::uintptr_t kHandleStep = 4;
+constexpr std::uintptr_t kHandlesEnd = 0x4000;
+
+/// The console's code pages as the caller had them.
+UINT outputPage = 0;
+UINT inputPage = 0;
+
+void RestoreConsole() {
+  if (outputPage != 0) SetConsoleOutputCP(outputPage);
+  if (inputPage != 0) SetConsoleCP(inputPage);
+}
+
+/// Messages and lists are UTF-8; what is typed as code is Windows-1252, as code from a file would be.
+void PrepareConsole() {
+  outputPage = GetConsoleOutputCP();
+  inputPage = GetConsoleCP();
+  SetConsoleOutputCP(CP_UTF8);
+  SetConsoleCP(1252);
+  std::atexit(RestoreConsole);
+}
+
 void (*cleanUpAtEnd)() = nullptr;
 
-/// The console calls it in a thread of its own; what follows a false answer is the end of the process.
+/// The console calls it in a thread of its own.
 BOOL WINAPI EndByConsole(DWORD /*event*/) {
   cleanUpAtEnd();
-  return FALSE;
+  RestoreConsole();
+  TerminateProcess(GetCurrentProcess(), kEndedByConsole);
+  return TRUE;
+}
+
+/// A word that is no proper UTF-16 can only name what isn't there.
+std::string Utf8(std::wstring_view wide) {
+  const int size = static_cast<int>(wide.size());
+  const int length = WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, nullptr, 0, nullptr, nullptr);
+  std::string utf8(static_cast<std::size_t>(length), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, utf8.data(), length, nullptr, nullptr);
+  return utf8;
+}
+
+/// The full path of the file that a handle stands for, in the system's own form; empty for a handle of another kind.
+std::wstring PathOfHandle(HANDLE handle) {
+  std::wstring path(kLongestPath + 1, L'\0');
+  const DWORD length = GetFileType(handle) != FILE_TYPE_DISK
+                           ? 0
+                           : GetFinalPathNameByHandleW(handle, path.data(), static_cast<DWORD>(path.size()), 0);
+  path.resize(length <= kLongestPath ? length : 0);
+  return path;
+}
+
+std::wstring FinalPath(const std::filesystem::path& path) {
+  const HANDLE handle =
+      CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                  OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return {};
+  std::wstring final = PathOfHandle(handle);
+  CloseHandle(handle);
+  return final;
 }
 
 }  // namespace
@@ -33,7 +89,7 @@ void PrepareStandardStreams() {
   for (std::FILE* const stream : {stdin, stdout, stderr}) {
     _setmode(_fileno(stream), _O_BINARY);
   }
-  SetConsoleOutputCP(CP_UTF8);
+  PrepareConsole();
 }
 
 std::vector<std::string> Arguments(int /*argc*/, char** /*argv*/) {
@@ -41,7 +97,7 @@ std::vector<std::string> Arguments(int /*argc*/, char** /*argv*/) {
   wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
   std::vector<std::string> arguments;
   for (int i = 1; i < count; ++i) {
-    arguments.push_back(codedb::PathText(words[i]));
+    arguments.push_back(Utf8(words[i]));
   }
   LocalFree(words);
   return arguments;
@@ -52,13 +108,30 @@ void OnEndingSignal(void (*cleanUp)()) {
   SetConsoleCtrlHandler(EndByConsole, TRUE);
 }
 
+void CloseFilesIn(const std::filesystem::path& path) {
+  const std::wstring root = FinalPath(path);
+  if (root.empty()) {
+    return;
+  }
+  for (std::uintptr_t number = kHandleStep; number < kHandlesEnd; number += kHandleStep) {
+    auto* const handle = reinterpret_cast<HANDLE>(number);
+    const std::wstring file = PathOfHandle(handle);
+    if (file.starts_with(root) && (file.size() == root.size() || file[root.size()] == L'\\')) {
+      CloseHandle(handle);
+    }
+  }
+}
+
 std::filesystem::path ExecutableFolder() {
-  std::wstring path(32768, L'\0');
+  std::wstring path(kLongestPath + 1, L'\0');
   path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
   return std::filesystem::path(path).parent_path();
 }
 
-bool ErrorStreamIsTerminal() noexcept { return _isatty(_fileno(stderr)) != 0; }
+bool ErrorStreamIsTerminal() noexcept {
+  DWORD mode = 0;
+  return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+}
 
 std::size_t TerminalColumns() noexcept {
   CONSOLE_SCREEN_BUFFER_INFO info;
@@ -67,7 +140,7 @@ std::size_t TerminalColumns() noexcept {
 }
 
 std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept {
-  const int flags = _O_WRONLY | _O_BINARY | (mode == OpenMode::kNew ? _O_CREAT | _O_EXCL : 0);
+  const int flags = _O_WRONLY | _O_BINARY | _O_NOINHERIT | (mode == OpenMode::kNew ? _O_CREAT | _O_EXCL : 0);
   const int descriptor = _wopen(file.c_str(), flags, _S_IREAD | _S_IWRITE);
   return descriptor < 0 ? nullptr : _fdopen(descriptor, "wb");
 }
@@ -87,6 +160,6 @@ std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent, con
   }
 }
 
-}  // namespace quillmate::cli
+bool HostsCanRun() noexcept { return true; }
 
-#endif
+}  // namespace quillmate::cli

@@ -14,10 +14,12 @@
 
 namespace quillmate::cli {
 
-/// True when the input is a saved project folder. Throws UsageError when it is one among several inputs.
-bool IsSavedProject(const std::vector<std::string>& inputs);
+/// True when the input is a saved project folder. Throws UsageError when it is one among several inputs, or when a
+/// running host is to be read too.
+bool IsSavedProject(const Invocation& invocation);
 
-/// Reads the sources into an index in `folder`, in the order given. What can't be read is named on standard error;
+/// Reads the running host's projects where asked for, then the sources in the order given, into an index in `folder`.
+/// What can't be read is named on standard error;
 /// throws CommandFailure when nothing is left.
 void ReadSources(const Invocation& invocation, const settings::Options& options, const std::filesystem::path& folder,
                  codedb::CodeDatabase& database);

@@ -46,11 +46,11 @@ class GuardedSiteFolder {
 };
 
 /// The name of the only input without its ending.
-std::string TitleOf(const std::vector<std::string>& inputs) {
-  if (inputs.size() > 1) {
+std::string TitleOf(const Invocation& invocation) {
+  if (invocation.host || invocation.inputs.size() > 1) {
     return "Makroprojekt";
   }
-  const fs::path input = fs::weakly_canonical(codedb::PathFromText(inputs.front()));
+  const fs::path input = fs::weakly_canonical(codedb::PathFromText(invocation.inputs.front()));
   return codedb::PathText(fs::is_directory(input) ? input.filename() : input.stem());
 }
 
@@ -67,7 +67,7 @@ output::SiteJudgement JudgementOf(analysis::UnusedClass unused) {
 
 output::SiteProject ReadSiteProject(const Invocation& invocation, ProjectInput& input) {
   output::SiteProject project;
-  project.title = invocation.title.value_or(TitleOf(invocation.inputs));
+  project.title = invocation.title.value_or(TitleOf(invocation));
   project.indexFolder = input.Folder();
   project.modules = codedb::ReadIndex(input.Database());
   for (const analysis::UnusedRoutine& routine : analysis::FindUnusedRoutines(input.Database(), input.Folder())) {

@@ -1,0 +1,133 @@
+#include "sources.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/startup/edition.h>
+#include <quillmate/text/windows1252.h>
+
+#include "messages.h"
+#include "platform.h"
+
+namespace quillmate::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<fs::path> SourcePaths(const std::vector<std::string>& inputs) {
+  std::vector<fs::path> paths;
+  paths.reserve(inputs.size());
+  for (const std::string& input : inputs) {
+    paths.push_back(codedb::PathFromText(input));
+  }
+  return paths;
+}
+
+void TickAll(host::HostTree& tree) {
+  for (host::HostProjectNode& project : tree.projects) {
+    project.checked = true;
+    for (host::HostModuleNode& module : project.modules) {
+      module.checked = true;
+    }
+  }
+}
+
+bool HasModules(const host::HostTree& tree) {
+  for (const host::HostProjectNode& project : tree.projects) {
+    if (!project.modules.empty()) {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// A locked project can't be read and is not in the tree.
+void AddLockedProjects(host::HostAutomation& host, const host::HostTree& tree, std::vector<std::string>& complaints) {
+  const int projects = static_cast<int>(tree.projects.size()) + tree.lockedProjects;
+  for (int i = 1; i <= projects; ++i) {
+    const host::HostProject project = host.Project(i);
+    if (project.locked) {
+      complaints.push_back(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": Das Projekt ist gesperrt");
+    }
+  }
+}
+
+/// Names what could not be read. With no module left, the last complaint is the reason why the command fails.
+void NameProblems(std::vector<std::string> complaints, bool hasModules) {
+  std::string reason;
+  if (!hasModules) {
+    reason =
+        complaints.empty() ? "Die Eingabe enthält kein lesbares Modul mit mehr als zwei Zeilen" : complaints.back();
+    if (!complaints.empty()) {
+      complaints.pop_back();
+    }
+  }
+  for (const std::string& complaint : complaints) {
+    Complain(complaint);
+  }
+  if (!hasModules) {
+    throw CommandFailure(reason);
+  }
+}
+
+}  // namespace
+
+Sources::Sources(const Invocation& invocation)
+    : edition_(startup::EditionOf(invocation.edition).hostName),
+      accessEdition_(invocation.edition == startup::kAccess),
+      withOffice_(invocation.host),
+      office_(edition_),
+      joined_({&office_, &documents_}) {
+  documents_.SetSources(SourcePaths(invocation.inputs));
+}
+
+host::HostAutomation& Sources::Host() noexcept {
+  return withOffice_ ? static_cast<host::HostAutomation&>(joined_) : documents_;
+}
+
+host::HostTree Sources::List() {
+  std::vector<std::string> complaints;
+  host::HostTree tree;
+  if (withOffice_) {
+    ListWithOffice(tree, complaints);
+  } else {
+    host::ListHostProjects(documents_, accessEdition_, tree);
+  }
+  for (const host::SourceProblem& problem : documents_.Problems()) {
+    complaints.push_back(problem.source + ": " + problem.reason);
+  }
+  if (tree.lockedProjects > 0) {
+    AddLockedProjects(Host(), tree, complaints);
+  }
+  NameProblems(std::move(complaints), HasModules(tree));
+  TickAll(tree);
+  return tree;
+}
+
+bool Sources::ListsOffice(const host::HostTree& tree) const {
+  return std::ranges::any_of(tree.projects, [this](const host::HostProjectNode& project) {
+    return joined_.IndexIn(office_, host::ProjectIndex(project.key)).has_value();
+  });
+}
+
+/// A running host that gives nothing is named like a source that can't be read.
+void Sources::ListWithOffice(host::HostTree& tree, std::vector<std::string>& complaints) {
+  if (!HostsCanRun()) {
+    throw CommandFailure("Ein laufendes Office-Programm kann nur unter Windows gelesen werden");
+  }
+  const bool attached = office_.Attach();
+  const host::ListResult alone{.attached = attached, .version = office_.Version()};
+  office_.Release();
+  const std::string problem = host::ListHostProjects(joined_, accessEdition_, tree).problem;
+  if (!problem.empty()) {
+    complaints.push_back(problem);
+  }
+  const bool refused = !attached && alone.version > 0;
+  if (!ListsOffice(tree) && (problem.empty() || refused)) {
+    complaints.push_back(host::RefreshMessage(alone, {}, edition_));
+  }
+}
+
+}  // namespace quillmate::cli

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <quillmate/host/com_host.h>
+#include <quillmate/host/document_host.h>
+#include <quillmate/host/host_tree.h>
+#include <quillmate/host/joined_host.h>
+
+#include "command_line.h"
+
+namespace quillmate::cli {
+
+/// What a command is to read: the running host of the edition where asked for, and the inputs, as one host.
+class Sources {
+ public:
+  explicit Sources(const Invocation& invocation);
+
+  host::HostAutomation& Host() noexcept;
+  /// Everything that can be read, ticked. What can't be read is named on standard error; throws CommandFailure when
+  /// nothing is left.
+  host::HostTree List();
+
+ private:
+  bool ListsOffice(const host::HostTree& tree) const;
+  void ListWithOffice(host::HostTree& tree, std::vector<std::string>& complaints);
+
+  const std::string edition_;
+  const bool accessEdition_;
+  const bool withOffice_;
+  host::ComHost office_;
+  host::DocumentHost documents_;
+  host::JoinedHost joined_;
+};
+
+}  // namespace quillmate::cli
