@@ -8,7 +8,7 @@ namespace quillmate::codedb {
 inline constexpr const char* kCollationName = "DEUTSCH";
 
 /// Makes the collation known to a connection. Has to come before any statement that touches a text column. False when
-/// the language data is missing or memory is short.
+/// memory is short.
 bool RegisterCollation(sqlite3* db);
 
 }  // namespace quillmate::codedb

@@ -2,6 +2,7 @@
 #include <array>
 #include <cstring>
 
+#include <quillmate/text/utf8.h>
 #include <quillmate/text/windows1252.h>
 
 namespace quillmate::text {
@@ -11,19 +12,6 @@ constexpr std::array<char16_t, 32> kUpperControls = {0x20AC, 0x0081, 0x201A, 0x0
                                                      0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
                                                      0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                                      0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
-void AppendUtf8(std::string& out, char16_t c) {
-  if (c < 0x80) {
-    out += static_cast<char>(c);
-  } else if (c < 0x800) {
-    out += static_cast<char>(0xC0 | (c >> 6));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  } else {
-    out += static_cast<char>(0xE0 | (c >> 12));
-    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  }
-}
 
 /// Length of the run of ASCII bytes at the start.
 std::size_t AsciiRun(std::string_view bytes) noexcept {
@@ -36,38 +24,6 @@ std::size_t AsciiRun(std::string_view bytes) noexcept {
   }
   while (i < bytes.size() && static_cast<unsigned char>(bytes[i]) < 0x80) ++i;
   return i;
-}
-
-struct Sequence {
-  char32_t character;
-  std::size_t length;  // 0: malformed
-};
-
-/// The multi-byte sequence at the start of `bytes`, which must not be empty.
-Sequence ReadSequence(std::string_view bytes) noexcept {
-  constexpr Sequence kMalformed{0, 0};
-  const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
-  const unsigned char first = at(0);
-  std::size_t length = 0;
-  char32_t character = 0;
-  char32_t smallest = 0;
-  if (first >= 0xC2 && first <= 0xDF) {
-    length = 2, character = first & 0x1FU, smallest = 0x80;
-  } else if (first >= 0xE0 && first <= 0xEF) {
-    length = 3, character = first & 0x0FU, smallest = 0x800;
-  } else if (first >= 0xF0 && first <= 0xF4) {
-    length = 4, character = first & 0x07U, smallest = 0x10000;
-  } else {
-    return kMalformed;
-  }
-  if (bytes.size() < length) return kMalformed;
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((at(i) & 0xC0) != 0x80) return kMalformed;
-    character = (character << 6) | (at(i) & 0x3FU);
-  }
-  const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
-  if (character < smallest || character > 0x10FFFF || surrogate) return kMalformed;
-  return {character, length};
 }
 
 }  // namespace
@@ -105,7 +61,7 @@ std::string CodeFromUtf8(std::string_view utf8) {
     out.append(utf8.substr(0, ascii));
     utf8.remove_prefix(ascii);
     if (utf8.empty()) break;
-    const Sequence sequence = ReadSequence(utf8);
+    const Utf8Character sequence = ReadUtf8(utf8);
     const auto code = sequence.length == 0 ? std::nullopt : FromUnicode(sequence.character);
     out += static_cast<char>(code.value_or('?'));
     utf8.remove_prefix(std::max<std::size_t>(sequence.length, 1));
@@ -137,7 +93,7 @@ bool IsValidUtf8(std::string_view bytes) noexcept {
   while (true) {
     bytes.remove_prefix(AsciiRun(bytes));
     if (bytes.empty()) return true;
-    const Sequence sequence = ReadSequence(bytes);
+    const Utf8Character sequence = ReadUtf8(bytes);
     if (sequence.length == 0) return false;
     bytes.remove_prefix(sequence.length);
   }

@@ -1,0 +1,48 @@
+#include <quillmate/text/utf8.h>
+
+namespace quillmate::text {
+
+Utf8Character ReadUtf8(std::string_view bytes) noexcept {
+  constexpr Utf8Character kMalformed{0, 0};
+  const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+  const unsigned char first = at(0);
+  if (first < 0x80) return {first, 1};
+  std::size_t length = 0;
+  char32_t character = 0;
+  char32_t smallest = 0;
+  if (first >= 0xC2 && first <= 0xDF) {
+    length = 2, character = first & 0x1FU, smallest = 0x80;
+  } else if (first >= 0xE0 && first <= 0xEF) {
+    length = 3, character = first & 0x0FU, smallest = 0x800;
+  } else if (first >= 0xF0 && first <= 0xF4) {
+    length = 4, character = first & 0x07U, smallest = 0x10000;
+  } else {
+    return kMalformed;
+  }
+  if (bytes.size() < length) return kMalformed;
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((at(i) & 0xC0) != 0x80) return kMalformed;
+    character = (character << 6) | (at(i) & 0x3FU);
+  }
+  const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
+  if (character < smallest || character > 0x10FFFF || surrogate) return kMalformed;
+  return {character, length};
+}
+
+void AppendUtf8(std::string& utf8, char32_t character) {
+  const auto tail = [&](unsigned shift) { utf8 += static_cast<char>(0x80 | ((character >> shift) & 0x3F)); };
+  if (character < 0x80) {
+    utf8 += static_cast<char>(character);
+  } else if (character < 0x800) {
+    utf8 += static_cast<char>(0xC0 | (character >> 6));
+    tail(0);
+  } else if (character < 0x10000) {
+    utf8 += static_cast<char>(0xE0 | (character >> 12));
+    tail(6), tail(0);
+  } else {
+    utf8 += static_cast<char>(0xF0 | (character >> 18));
+    tail(12), tail(6), tail(0);
+  }
+}
+
+}  // namespace quillmate::text
