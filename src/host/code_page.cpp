@@ -1,9 +1,4 @@
-#include <algorithm>
-#include <array>
-#include <limits>
-
-#include <unicode/ucnv.h>
-
+#include <quillmate/text/utf8.h>
 #include <quillmate/text/windows1252.h>
 
 #include "code_page_p.h"
@@ -13,67 +8,21 @@ namespace quillmate::host {
 namespace {
 
 constexpr int kWindows1252 = 1252;
+constexpr int kUtf8 = 65001;
 
-struct Alias {
-  int number;
-  const char* name;
-};
-/// Numbers that the converters don't know under "windows-" and "cp".
-constexpr std::array kAliases{Alias{10000, "macintosh"},     Alias{10001, "Shift_JIS"},
-                              Alias{10002, "Big5"},          Alias{10003, "EUC-KR"},
-                              Alias{10006, "x-mac-greek"},   Alias{10007, "x-mac-cyrillic"},
-                              Alias{10008, "GB2312"},        Alias{10029, "x-mac-centraleurroman"},
-                              Alias{10081, "x-mac-turkish"}, Alias{20127, "US-ASCII"},
-                              Alias{20866, "KOI8-R"},        Alias{28591, "ISO-8859-1"},
-                              Alias{28592, "ISO-8859-2"},    Alias{54936, "GB18030"},
-                              Alias{65001, "UTF-8"}};
-
-UConverter* OpenNamed(const std::string& name) {
-  UErrorCode error = U_ZERO_ERROR;
-  UConverter* converter = ucnv_open(name.c_str(), &error);
-  return U_SUCCESS(error) ? converter : nullptr;
-}
-
-UConverter* OpenNumber(int number) {
-  if (number == kWindows1252 || number == 0) return nullptr;
-  const auto* alias =
-      std::find_if(kAliases.begin(), kAliases.end(), [=](const Alias& entry) { return entry.number == number; });
-  if (alias != kAliases.end()) return OpenNamed(alias->name);
-  UConverter* converter = OpenNamed("windows-" + std::to_string(number));
-  return converter != nullptr ? converter : OpenNamed("cp" + std::to_string(number));
-}
+bool IsOurOwn(int number) { return number == kUtf8 || number == kWindows1252 || number == 0; }
 
 }  // namespace
 
-void CodePage::Close::operator()(UConverter* converter) const noexcept { ucnv_close(converter); }
-
-CodePage::CodePage(int number) : converter_(OpenNumber(number)) {}
-
-std::u16string CodePage::Utf16From(std::string_view bytes) const {
-  // A text that fills the converter's counter is no text.
-  bytes = bytes.substr(0, std::numeric_limits<std::int32_t>::max() / 4);
-  const auto convert = [&](std::u16string& utf16) {
-    UErrorCode error = U_ZERO_ERROR;
-    const std::int32_t length = ucnv_toUChars(converter_.get(), utf16.data(), static_cast<std::int32_t>(utf16.size()),
-                                              bytes.data(), static_cast<std::int32_t>(bytes.size()), &error);
-    return U_SUCCESS(error) || error == U_BUFFER_OVERFLOW_ERROR ? static_cast<std::size_t>(length) : 0;
-  };
-  // Hardly any code page has a byte that is more than one unit.
-  std::u16string utf16(bytes.size() + 1, u'\0');
-  const std::size_t length = convert(utf16);
-  if (length > utf16.size()) {
-    utf16.resize(length);
-    convert(utf16);
-  }
-  utf16.resize(length);
-  return utf16;
-}
+CodePage::CodePage(int number) : isUtf8_(number == kUtf8), converter_(IsOurOwn(number) ? nullptr : Open(number)) {}
 
 std::string CodePage::CodeFrom(std::string_view bytes) const {
+  if (isUtf8_) return text::CodeFromUtf8(bytes);
   return converter_ == nullptr ? std::string(bytes) : text::CodeFromUtf16(Utf16From(bytes));
 }
 
 std::string CodePage::Utf8From(std::string_view bytes) const {
+  if (isUtf8_) return text::WellFormedUtf8(bytes);
   return converter_ == nullptr ? text::Utf8FromCode(bytes) : Utf8FromUtf16(Utf16From(bytes));
 }
 

@@ -4,8 +4,6 @@
 #include <string>
 #include <string_view>
 
-struct UConverter;
-
 namespace quillmate::host {
 
 /// The encoding of a project's names and texts, by its Windows number. One that is not known counts as Windows-1252.
@@ -18,14 +16,19 @@ class CodePage {
   std::string Utf8From(std::string_view bytes) const;
 
  private:
+  /// What the system converts with.
+  struct Converter;
   struct Close {
-    void operator()(UConverter* converter) const noexcept;
+    void operator()(Converter* converter) const noexcept;
   };
 
+  static Converter* Open(int number);
+  /// U+FFFD for bytes that mean nothing.
   std::u16string Utf16From(std::string_view bytes) const;
 
-  /// Nothing for Windows-1252 itself.
-  std::unique_ptr<UConverter, Close> converter_;
+  bool isUtf8_;
+  /// Nothing for UTF-8 and for Windows-1252 itself.
+  std::unique_ptr<Converter, Close> converter_;
 };
 
 }  // namespace quillmate::host

@@ -1,33 +1,28 @@
-#include <unicode/uchar.h>
-#include <unicode/ustring.h>
-#include <unicode/utf16.h>
-#include <unicode/utf8.h>
+#include <algorithm>
 
 #include <quillmate/host/byte_source.h>
+#include <quillmate/text/utf8.h>
 
 #include "unicode_names_p.h"
 
 namespace quillmate::host {
 namespace {
 
-constexpr UChar32 kReplacement = 0xFFFD;
-
-void Append(std::string& utf8, UChar32 character) {
-  char bytes[U8_MAX_LENGTH];
-  std::size_t length = 0;
-  U8_APPEND_UNSAFE(bytes, length, character);
-  utf8.append(bytes, length);
-}
+bool IsHighSurrogate(char16_t unit) noexcept { return unit >= 0xD800 && unit < 0xDC00; }
+bool IsLowSurrogate(char16_t unit) noexcept { return unit >= 0xDC00 && unit < 0xE000; }
 
 }  // namespace
 
 std::string Utf8FromUtf16(std::u16string_view utf16) {
   std::string utf8;
   utf8.reserve(utf16.size());
-  for (std::size_t at = 0; at < utf16.size();) {
-    UChar32 character = 0;
-    U16_NEXT(utf16.data(), at, utf16.size(), character);
-    Append(utf8, U_IS_SURROGATE(character) ? kReplacement : character);
+  for (std::size_t at = 0; at < utf16.size(); ++at) {
+    const char16_t unit = utf16[at];
+    if (IsHighSurrogate(unit) && at + 1 < utf16.size() && IsLowSurrogate(utf16[at + 1])) {
+      text::AppendUtf8(utf8, 0x10000 + ((unit - 0xD800U) << 10) + (utf16[++at] - 0xDC00U));
+    } else {
+      text::AppendUtf8(utf8, IsHighSurrogate(unit) || IsLowSurrogate(unit) ? text::kReplacementCharacter : unit);
+    }
   }
   return utf8;
 }
@@ -41,19 +36,12 @@ std::string Utf8FromUtf16Bytes(std::string_view bytes) {
 }
 
 std::string UpperCaseName(std::string_view utf8) {
-  // A name never has more UTF-16 units than bytes.
-  std::u16string utf16(utf8.size(), u'\0');
-  std::int32_t length = 0;
-  UErrorCode error = U_ZERO_ERROR;
-  const auto size = static_cast<std::int32_t>(utf8.size());
-  u_strFromUTF8WithSub(utf16.data(), size, &length, utf8.data(), size, kReplacement, nullptr, &error);
-  if (U_FAILURE(error)) return std::string(utf8);
   std::string upper;
   upper.reserve(utf8.size());
-  for (std::int32_t at = 0; at < length;) {
-    UChar32 character = 0;
-    U16_NEXT(utf16.data(), at, length, character);
-    Append(upper, u_toupper(character));
+  while (!utf8.empty()) {
+    const text::Utf8Character read = text::ReadUtf8(utf8);
+    text::AppendUtf8(upper, read.length == 0 ? text::kReplacementCharacter : UpperCaseCharacter(read.character));
+    utf8.remove_prefix(std::max<std::size_t>(read.length, 1));
   }
   return upper;
 }

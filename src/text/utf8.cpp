@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <quillmate/text/utf8.h>
 
 namespace quillmate::text {
@@ -43,6 +45,17 @@ void AppendUtf8(std::string& utf8, char32_t character) {
     utf8 += static_cast<char>(0xF0 | (character >> 18));
     tail(12), tail(6), tail(0);
   }
+}
+
+std::string WellFormedUtf8(std::string_view bytes) {
+  std::string utf8;
+  utf8.reserve(bytes.size());
+  while (!bytes.empty()) {
+    const Utf8Character read = ReadUtf8(bytes);
+    AppendUtf8(utf8, read.length == 0 ? kReplacementCharacter : read.character);
+    bytes.remove_prefix(std::max<std::size_t>(read.length, 1));
+  }
+  return utf8;
 }
 
 }  // namespace quillmate::text

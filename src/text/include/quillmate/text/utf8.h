@@ -23,4 +23,7 @@ Utf8Character ReadUtf8(std::string_view bytes) noexcept;
 /// Appends a character, which must not lie above U+10FFFF.
 void AppendUtf8(std::string& utf8, char32_t character);
 
+/// The same text with the replacement character for each byte that can't be read.
+std::string WellFormedUtf8(std::string_view bytes);
+
 }  // namespace quillmate::text
