@@ -3,8 +3,10 @@
 #include <QWidget>
 #include <string>
 
-#include <shellapi.h>
+// clang-format off
 #include <windows.h>
+#include <shellapi.h>
+// clang-format on
 
 #include "desktop_programs.h"
 
