@@ -1,0 +1,294 @@
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/records.h>
+#include <quillmate/host/com_host.h>
+#include <quillmate/host/document_host.h>
+#include <quillmate/host/host_tree.h>
+#include <quillmate/host/joined_host.h>
+#include <quillmate/host/project_reader.h>
+
+#include "host/com_stand_in_windows.h"
+#include "host/temp_folder.h"
+
+namespace quillmate::host {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using Texts = std::vector<std::string>;
+
+/// With a host that stays busy no patience is needed.
+constexpr auto kImpatient = 1ms;
+
+Texts Nodes(const HostTree& tree) {
+  Texts nodes;
+  for (const HostProjectNode& project : tree.projects) {
+    nodes.push_back(project.key + project.text);
+    for (const HostModuleNode& module : project.modules) nodes.push_back(module.image + " " + module.text);
+  }
+  return nodes;
+}
+
+HostTree Ticked(HostTree tree) {
+  for (HostProjectNode& project : tree.projects) {
+    project.checked = true;
+    for (HostModuleNode& module : project.modules) module.checked = true;
+  }
+  return tree;
+}
+
+/// Ticks a single module, whatever its project.
+HostTree Only(HostTree tree, const std::string& name) {
+  for (HostProjectNode& project : tree.projects) {
+    project.checked = true;
+    for (HostModuleNode& module : project.modules) module.checked = module.text == name;
+  }
+  return tree;
+}
+
+class RunningHost : public testing::Test {
+ protected:
+  RunningHost() {
+    request_.folder = scratch_.Path();
+    request_.templateFile = fs::path(QUILLMATE_BIN_DIR) / codedb::kTemplateFile;
+  }
+
+  ListResult List(HostAutomation& host) { return ListHostProjects(host, false, tree_); }
+  ReadReport Read(HostAutomation& host, const HostTree& tree) {
+    return ReadCheckedModules(host, tree, database_, request_);
+  }
+  /// Every file of the index with its bytes.
+  std::map<std::string, std::string> IndexFiles() const {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : fs::directory_iterator(scratch_.Path())) {
+      files[codedb::PathText(entry.path().filename())] = codedb::ReadWholeFile(entry.path());
+    }
+    return files;
+  }
+
+  TempFolder scratch_{"TempDateien/T_1"};
+  codedb::CodeDatabase database_;
+  ReadRequest request_;
+  HostTree tree_;
+};
+
+TEST_F(RunningHost, EachEditionSeesItsOwnProgram) {
+  const Texts projects{"A2\\Pr\374fstand [Pr\374fung M\344rz.xls]",
+                       "M5 Tabelle1",
+                       "M2 mod\304nderung",
+                       "M3 clsKunde",
+                       "M1 frmEingabe",
+                       "A3\\Neu [Nicht gespeichert]",
+                       "M2 Modul1"};
+  const Texts access{"A2\\Pr\374fstand [Pr\374fung M\344rz.xls]",
+                     "M1 Main",
+                     "M6 Orders",
+                     "M2 mod\304nderung",
+                     "M3 clsKunde",
+                     "M1 frmEingabe",
+                     "A3\\Neu [Nicht gespeichert]",
+                     "M2 Modul1"};
+  for (const std::string edition : {"Excel", "Word", "Access", "PowerPoint", "VisualBasic"}) {
+    SCOPED_TRACE(edition);
+    const StandInHost standIn("--locked --unsaved --edition " + edition);
+    ComHost host(edition);
+    const bool isAccess = edition == "Access";
+    const ListResult result = ListHostProjects(host, isAccess, tree_);
+    EXPECT_TRUE(result.attached);
+    EXPECT_EQ(result.version, 16.0F);
+    EXPECT_EQ(result.problem, "");
+    EXPECT_EQ(Nodes(tree_), isAccess ? access : projects);
+    EXPECT_EQ(tree_.lockedProjects, 1);
+    EXPECT_EQ(tree_.projects[0].modules[isAccess ? 2 : 1].position, 3);
+
+    const ReadReport report = Read(host, Ticked(tree_));
+    EXPECT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
+    EXPECT_EQ(report.modules, isAccess ? 6 : 5);
+    EXPECT_EQ(report.projectText, "Neu [Nicht gespeichert]");
+
+    // Another edition's program is none of its own.
+    ComHost other(edition == "Excel" ? "Word" : "Excel");
+    EXPECT_FALSE(List(other).attached);
+    EXPECT_EQ(other.Problem(), "");
+  }
+}
+
+TEST_F(RunningHost, WhyThereIsNothingToList) {
+  const struct {
+    const char* standIn;
+    bool attached;
+    float version;
+    const char* problem;
+  } cases[] = {
+      {"--edition word", false, 0, ""},
+      {"--refuse-access", false, 16,
+       "Excel verweigert den Zugriff auf seine Projekte (Programmatic access to the Visual Basic project is not "
+       "trusted)"},
+      {"--refuse-access --version 9.0", false, 9,
+       "Excel verweigert den Zugriff auf seine Projekte (Programmatic access to the Visual Basic project is not "
+       "trusted)"},
+      {"--version 11.0", true, 11, ""},
+      {"--busy 1000000", false, 0,
+       "Excel ist beschäftigt: Vielleicht wird gerade eine Zelle bearbeitet, oder ein Dialog ist offen"},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.standIn);
+    const StandInHost standIn(each.standIn);
+    ComHost host("Excel", kImpatient);
+    const ListResult result = List(host);
+    EXPECT_EQ(result.attached, each.attached);
+    EXPECT_EQ(result.version, each.version);
+    EXPECT_EQ(result.problem, each.problem);
+    EXPECT_EQ(RefreshMessage(result, tree_, "Excel"), RefreshMessage({each.attached, each.version}, tree_, "Excel"));
+    EXPECT_EQ(tree_.projects.empty(), !each.attached);
+    EXPECT_EQ(host.Version(), 0);
+  }
+}
+
+TEST_F(RunningHost, ABusyProgramIsAskedAgain) {
+  const StandInHost standIn("--busy 7");
+  ComHost host("Excel");
+  EXPECT_TRUE(List(host).attached) << host.Problem();
+  EXPECT_EQ(tree_.projects.size(), 1U);
+}
+
+TEST_F(RunningHost, AModuleWithoutCodeHidesNoOther) {
+  const StandInHost standIn("--withhold-code clsKunde");
+  ComHost host("Excel");
+  const ListResult result = List(host);
+  EXPECT_TRUE(result.attached);
+  EXPECT_EQ(result.problem, "Das Modul clsKunde gibt seinen Code nicht heraus (Can't load the module)");
+  EXPECT_EQ(Nodes(tree_),
+            (Texts{"A1\\Pr\374fstand [Pr\374fung M\344rz.xls]", "M5 Tabelle1", "M2 mod\304nderung", "M1 frmEingabe"}));
+}
+
+TEST_F(RunningHost, FailedReadsSayWhatHappened) {
+  const struct {
+    const char* standIn;
+    const char* module;
+    const char* detail;
+  } cases[] = {
+      {"--vanish modÄnderung", "mod\304nderung", "modÄnderung: Das Modul ist nicht mehr vorhanden"},
+      {"--unsaved --close Neu", "Modul1", "Modul1: Das Projekt Neu [Nicht gespeichert] ist nicht mehr geöffnet"},
+      {"--die-at clsKunde", "clsKunde", "clsKunde: Excel antwortet nicht mehr"},
+      {"--shorten-at clsKunde", "clsKunde", "clsKunde: Das Modul wurde geändert, während es gelesen wurde"},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.standIn);
+    StandInHost standIn(each.standIn);
+    ComHost host("Excel", 20ms);
+    EXPECT_TRUE(List(host).attached);
+    const ReadReport report = Read(host, Only(tree_, each.module));
+    EXPECT_EQ(report.outcome, ReadOutcome::kFailed);
+    EXPECT_EQ(report.detail, each.detail);
+    EXPECT_EQ(IndexFiles().size(), 0U);
+    // What is left can be listed again; a program that ended is simply no longer there.
+    standIn.End();
+    EXPECT_FALSE(List(host).attached);
+    EXPECT_EQ(Read(host, Only(Ticked(tree_), each.module)).outcome, ReadOutcome::kNothingChecked);
+  }
+}
+
+TEST_F(RunningHost, ClosedProjectsLeadToNoOtherOnes) {
+  // Both projects behind the closed one move up; its modules' place holds another module then.
+  const StandInHost standIn("--many 2 --unsaved --vanish Tabelle1 --close Großprojekt");
+  ComHost host("Excel");
+  EXPECT_TRUE(List(host).attached);
+  ReadReport report = Read(host, Only(tree_, "Modul1"));
+  EXPECT_EQ(report.outcome, ReadOutcome::kFailed);
+  EXPECT_EQ(report.detail, "Modul1: Das Projekt Großprojekt [C:\\Daten\\Groß.xlsm] ist nicht mehr geöffnet");
+
+  tree_.projects.erase(tree_.projects.begin() + 1);
+  tree_.projects[0].modules.erase(tree_.projects[0].modules.begin());
+  report = Read(host, Ticked(tree_));
+  EXPECT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
+  EXPECT_EQ(report.modules, 4);
+  database_.Open(codedb::DatabasePath(scratch_.Path()));
+  Texts routines;
+  for (const codedb::ModuleRecord& module : codedb::ReadIndex(database_)) {
+    for (const codedb::RoutineRecord& routine : module.routines) routines.push_back(routine.name);
+  }
+  database_.Close();
+  EXPECT_EQ(routines, (Texts{"\304ndern", "Pr\374fen", "Laden", "OK_Click", "Start"}));
+}
+
+TEST_F(RunningHost, TheSampleGivesTheSameIndexAsItsFiles) {
+  const fs::path samples = fs::path(QUILLMATE_SOURCE_DIR) / "samples";
+  const Texts sources{codedb::PathText(samples / "Lagerverwaltung"), codedb::PathText(samples / "Kasse/Kasse.vbp")};
+  const StandInHost standIn("--sources \"" + sources[0] + "\" \"" + sources[1] + "\"");
+  ComHost host("Excel");
+  EXPECT_TRUE(List(host).attached);
+  EXPECT_EQ(tree_.projects.size(), 2U);
+  ReadReport report = Read(host, Ticked(tree_));
+  EXPECT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
+  EXPECT_GT(report.modules, 20);
+  const std::map<std::string, std::string> fromHost = IndexFiles();
+
+  DocumentHost documents;
+  documents.SetSources({codedb::PathFromText(sources[0]), codedb::PathFromText(sources[1])});
+  EXPECT_TRUE(List(documents).attached);
+  report = Read(documents, Ticked(tree_));
+  EXPECT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
+  const std::map<std::string, std::string> fromFiles = IndexFiles();
+  EXPECT_EQ(fromHost.size(), static_cast<std::size_t>(report.modules) + 1);
+  ASSERT_EQ(fromHost.size(), fromFiles.size());
+  for (const auto& [name, bytes] : fromFiles) EXPECT_TRUE(fromHost.at(name) == bytes) << name;
+}
+
+TEST_F(RunningHost, AModuleIsOneCall) {
+  StandInHost standIn("--many 500 --long 20000");
+  ComHost host("Excel");
+  EXPECT_TRUE(List(host).attached);
+  ASSERT_EQ(tree_.projects.size(), 2U);
+  EXPECT_EQ(tree_.projects[1].modules.size(), 501U);
+
+  EXPECT_TRUE(host.Attach());
+  EXPECT_EQ(host.ComponentByName(2, "Lang", 501).lineCount, 20000);
+  const std::string code = host.Lines(2, "Lang", 501, 20000);
+  EXPECT_TRUE(code.starts_with("Sub Lang()\r\n  Summe = Summe + Wert(2)\r\n"));
+  EXPECT_TRUE(code.ends_with("Wert(19999)\r\nEnd Sub"));
+  EXPECT_EQ(host.Lines(2, "Modul7", 7, 2), "Public Sub Nummer7()\r\n  ' \334berpr\374fung");
+  // A line without text at the end counts.
+  EXPECT_TRUE(host.Lines(1, "mod\304nderung", 3, 10).ends_with("End Sub\r\n"));
+  host.Release();
+
+  // Each member's name is looked up once for each attaching, not once for each object.
+  EXPECT_EQ(standIn.End(), "names 25 lines 3");
+}
+
+TEST_F(RunningHost, BesideFiles) {
+  const TempFolder folder("Quelle");
+  DocumentHost documents;
+  documents.SetSources({folder.Write("Datei.bas", "Sub M()\r\n\r\nEnd Sub\r\n")});
+  ComHost excel("Excel");
+  JoinedHost joined({&excel, &documents});
+  {
+    const StandInHost standIn("--refuse-access");
+    const ListResult result = List(joined);
+    EXPECT_TRUE(result.attached);
+    EXPECT_TRUE(result.problem.starts_with("Excel verweigert den Zugriff")) << result.problem;
+    EXPECT_EQ(tree_.projects.size(), 1U);
+  }
+  const StandInHost standIn("--die-at frmEingabe");
+  EXPECT_TRUE(List(joined).attached);
+  ASSERT_EQ(tree_.projects.size(), 2U);
+  EXPECT_EQ(tree_.projects[0].key, "A1\\");
+  EXPECT_EQ(joined.IndexIn(documents, 2), 1);
+  EXPECT_EQ(Read(joined, Only(tree_, "Datei")).outcome, ReadOutcome::kDone);
+  EXPECT_EQ(Read(joined, Only(tree_, "clsKunde")).outcome, ReadOutcome::kDone);
+  EXPECT_EQ(Read(joined, Ticked(tree_)).outcome, ReadOutcome::kFailed);
+  // The files are still there.
+  EXPECT_TRUE(List(joined).attached);
+  EXPECT_EQ(tree_.projects.size(), 1U);
+}
+
+}  // namespace
+}  // namespace quillmate::host
