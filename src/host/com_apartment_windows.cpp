@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdint>
 
 #include "com_apartment_windows_p.h"
 
@@ -11,7 +10,7 @@ constexpr int kLooks = 4;
 
 /// The filter is asked whenever a message arrives; so one is sent now and then.
 VOID CALLBACK Wake(PTP_CALLBACK_INSTANCE, PVOID thread, PTP_TIMER) {
-  PostThreadMessageW(static_cast<DWORD>(reinterpret_cast<std::uintptr_t>(thread)), WM_NULL, 0, 0);
+  PostThreadMessageW(*static_cast<const DWORD*>(thread), WM_NULL, 0, 0);
 }
 
 /// Gives up calls that last too long. Rejected calls come back to the caller at once, who tries again himself: a host
@@ -45,16 +44,18 @@ class CallWatch final : public IMessageFilter {
   ~CallWatch() = default;
 
   std::chrono::milliseconds limit_;
-  ULONG references_ = 0;
+  ULONG references_ = 1;
 };
 
 }  // namespace
 
 ComApartment::ComApartment(std::chrono::milliseconds limit)
-    : initialized_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
+    : thread_(GetCurrentThreadId()), initialized_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
   if (!initialized_) return;
-  filtering_ = SUCCEEDED(CoRegisterMessageFilter(new CallWatch(limit), earlierFilter_.Out()));
-  timer_ = CreateThreadpoolTimer(Wake, reinterpret_cast<PVOID>(std::uintptr_t{GetCurrentThreadId()}), nullptr);
+  auto* const watch = new CallWatch(limit);
+  filtering_ = SUCCEEDED(CoRegisterMessageFilter(watch, earlierFilter_.Out()));
+  watch->Release();
+  timer_ = CreateThreadpoolTimer(Wake, &thread_, nullptr);
   if (timer_ == nullptr) return;
   const auto period = std::max<std::chrono::milliseconds>(limit / kLooks, std::chrono::milliseconds(1));
   FILETIME atOnce{};

@@ -17,6 +17,7 @@ class ComApartment {
   ComApartment& operator=(const ComApartment&) = delete;
 
  private:
+  DWORD thread_;
   bool initialized_;
   bool filtering_ = false;
   PTP_TIMER timer_ = nullptr;

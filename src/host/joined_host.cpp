@@ -29,7 +29,7 @@ void AddLine(std::string& lines, const std::string& line) {
 
 }  // namespace
 
-JoinedHost::JoinedHost(std::vector<HostAutomation*> parts) {
+JoinedHost::JoinedHost(const std::vector<HostAutomation*>& parts) {
   for (HostAutomation* part : parts) parts_.push_back({part});
 }
 

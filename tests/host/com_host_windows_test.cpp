@@ -244,15 +244,15 @@ TEST_F(RunningHost, TheSampleGivesTheSameIndexAsItsFiles) {
 }
 
 TEST_F(RunningHost, AModuleIsOneCall) {
-  StandInHost standIn("--many 500 --long 20000");
+  StandInHost standIn("--many 50 --long 20000");
   ComHost host("Excel");
   EXPECT_TRUE(List(host).attached);
   ASSERT_EQ(tree_.projects.size(), 2U);
-  EXPECT_EQ(tree_.projects[1].modules.size(), 501U);
+  EXPECT_EQ(tree_.projects[1].modules.size(), 51U);
 
   EXPECT_TRUE(host.Attach());
-  EXPECT_EQ(host.ComponentByName(2, "Lang", 501).lineCount, 20000);
-  const std::string code = host.Lines(2, "Lang", 501, 20000);
+  EXPECT_EQ(host.ComponentByName(2, "Lang", 51).lineCount, 20000);
+  const std::string code = host.Lines(2, "Lang", 51, 20000);
   EXPECT_TRUE(code.starts_with("Sub Lang()\r\n  Summe = Summe + Wert(2)\r\n"));
   EXPECT_TRUE(code.ends_with("Wert(19999)\r\nEnd Sub"));
   EXPECT_EQ(host.Lines(2, "Modul7", 7, 2), "Public Sub Nummer7()\r\n  ' \334berpr\374fung");

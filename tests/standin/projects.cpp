@@ -21,9 +21,9 @@ std::string Routine(const std::string& name) {
 }
 
 std::shared_ptr<Project> BuiltIn(const std::string& edition) {
-  const auto project = std::make_shared<Project>(Project{"Pr\374fstand",
-                                                         "C:\\Daten\\Pr\xC3\xBC"
-                                                         "fung M\xC3\xA4rz.xls"});
+  auto project = std::make_shared<Project>(Project{"Pr\374fstand",
+                                                   "C:\\Daten\\Pr\xC3\xBC"
+                                                   "fung M\xC3\xA4rz.xls"});
   const bool access = edition == "Access";
   Add(*project, access ? "Form_Main" : "Tabelle1", kHostDocument, Routine("Anzeigen"));
   Add(*project, access ? "Report_Orders" : "Leer", access ? kHostDocument : kStdModule,
@@ -35,7 +35,7 @@ std::shared_ptr<Project> BuiltIn(const std::string& edition) {
 }
 
 std::shared_ptr<Project> Many(const Options& options) {
-  const auto project = std::make_shared<Project>(Project{"Gro\337projekt", "C:\\Daten\\Gro\xC3\x9F.xlsm"});
+  auto project = std::make_shared<Project>(Project{"Gro\337projekt", "C:\\Daten\\Gro\xC3\x9F.xlsm"});
   for (int number = 1; number <= options.many; ++number) {
     Add(*project, "Modul" + std::to_string(number), kStdModule, Routine("Nummer" + std::to_string(number)));
   }

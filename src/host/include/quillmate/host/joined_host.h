@@ -18,7 +18,7 @@ namespace quillmate::host {
 class JoinedHost : public HostAutomation {
  public:
   /// In the order of the listing; they have to outlive this host.
-  explicit JoinedHost(std::vector<HostAutomation*> parts);
+  explicit JoinedHost(const std::vector<HostAutomation*>& parts);
 
   /// The index that a project of the last listing has within `part`, counted from 1; nothing for another part's
   /// project.
