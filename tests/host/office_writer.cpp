@@ -135,9 +135,10 @@ std::string Record(int instance, int type, const std::string& content) {
 }
 
 std::string Deflated(const std::string& bytes) {
-  std::string packed(compressBound(bytes.size()), '\0');
-  uLongf size = packed.size();
-  compress2(reinterpret_cast<Bytef*>(packed.data()), &size, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size(),
+  const auto length = static_cast<uLong>(bytes.size());
+  std::string packed(compressBound(length), '\0');
+  auto size = static_cast<uLongf>(packed.size());
+  compress2(reinterpret_cast<Bytef*>(packed.data()), &size, reinterpret_cast<const Bytef*>(bytes.data()), length,
             Z_BEST_SPEED);
   packed.resize(size);
   return packed;
