@@ -21,7 +21,8 @@ constexpr std::size_t kKeptLines = 60000;
 constexpr int kSmallestFont = 4;
 constexpr int kLargestFont = 72;
 
-int PointsOf(const QFont& font) { return std::max(1, QFontInfo(font).pointSize()); }
+/// The size that was asked for; what the screen makes of it may be another.
+int PointsOf(const QFont& font) { return font.pointSize() > 0 ? font.pointSize() : QFontInfo(font).pointSize(); }
 
 /// The user's colours are made for dark on light; the code keeps them readable on a dark desktop, too.
 QPalette PaperPalette(QPalette palette) {

@@ -26,8 +26,16 @@ constexpr std::size_t kNamedProblems = 8;
 
 using Paths = std::vector<std::string>;
 
+#ifdef Q_OS_WIN
+constexpr Qt::CaseSensitivity kPathCase = Qt::CaseInsensitive;
+#else
+constexpr Qt::CaseSensitivity kPathCase = Qt::CaseSensitive;
+#endif
+
 bool Contains(const Paths& paths, const std::string& path) {
-  return std::find(paths.begin(), paths.end(), path) != paths.end();
+  return std::any_of(paths.begin(), paths.end(), [&path](const std::string& other) {
+    return FromUtf8(other).compare(FromUtf8(path), kPathCase) == 0;
+  });
 }
 
 /// Project text, module text and file: what tells a module apart from one listing to the next.

@@ -1,5 +1,6 @@
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -53,14 +54,15 @@ TEST(MessageBox, HasGermanButtonsAndHarmlessEscape) {
 TEST(SaveDialog, GivesANameTheExtensionOfItsKind) {
   const quillmate::testing::TempFolder folder;
   const QString start = QString::fromStdString(codedb::PathText(folder.Path()));
+  const QChar separator = QDir::separator();
   const struct {
     const char* typed;
     const char* filter;
     QString path;
   } kCases[] = {
-      {"liste", nullptr, start + "/liste.csv"},
-      {"liste", "Text (*.txt)", start + "/liste.txt"},
-      {"liste.log", "Text (*.txt)", start + "/liste.log"},
+      {"liste", nullptr, start + separator + "liste.csv"},
+      {"liste", "Text (*.txt)", start + separator + "liste.txt"},
+      {"liste.log", "Text (*.txt)", start + separator + "liste.log"},
       {nullptr, nullptr, QString()},
   };
   const auto platform = QtPlatform();

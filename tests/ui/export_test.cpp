@@ -160,7 +160,7 @@ TEST_F(ExportTest, WordProcessorReadsTheRtf) {
 
 TEST_F(ExportTest, RtfOverwritesNothingUnaskedAndNothingWhenItFails) {
   codedb::WriteWholeFile(Folder("M.RTF"), "alt");
-  platform.saveFiles = {Text(Folder("M.rtf")), {}};
+  platform.saveFiles = {Text(Folder("M.txt")), {}};
   platform.answers = {Answer::kNo};
   Trigger("mnuRtf_Modul");
   EXPECT_EQ(platform.TakeText(),

@@ -2,6 +2,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QDir>
 #include <QLineEdit>
 #include <QTabWidget>
 #include <QTextBlock>
@@ -150,7 +151,8 @@ TEST_F(OptionsTest, FoldersAreChosenAndMade) {
   EXPECT_EQ(folder(), parent);
   platform.typed = {QStringLiteral(" Lag:er ")};
   Press("cmdNeu");
-  EXPECT_EQ(folder(), parent + "/Lager");
+  const QString made = QDir::toNativeSeparators(parent + "/Lager");
+  EXPECT_EQ(folder(), made);
   EXPECT_TRUE(std::filesystem::is_directory(Sources() / "Lager"));
   EXPECT_EQ(platform.prompts.mid(1),
             (QStringList{"Bitte Standardordner für Projekte auswählen",
@@ -162,8 +164,8 @@ TEST_F(OptionsTest, FoldersAreChosenAndMade) {
   EXPECT_TRUE(platform.TakeText().contains("fehlt")) << "told, and the dialog stays";
   EXPECT_EQ(Stored("proj_pf", "proj"), "");
   End("cmdOK");
-  EXPECT_EQ(Stored("proj_pf", "proj"), parent + "/Lager");
-  EXPECT_EQ(globals.LastProjectFolder, (parent + "/Lager").toStdString());
+  EXPECT_EQ(Stored("proj_pf", "proj"), made);
+  EXPECT_EQ(globals.LastProjectFolder, made.toStdString());
 }
 
 }  // namespace

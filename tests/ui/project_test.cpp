@@ -1,4 +1,5 @@
 #include <QAbstractItemModelTester>
+#include <QDir>
 
 #include "command_table.h"
 #include "window_test.h"
@@ -246,7 +247,7 @@ TEST_F(ProjectTest, SavedProjectIsTheCurrentOne) {
     Trigger("save");
   };
   save(Answer::kNo);
-  const QString folder = QString::fromStdString(codedb::PathText(Folder("Ziel") / "Lager")) + QLatin1Char('/');
+  const QString folder = QString::fromStdString(codedb::PathText(Folder("Ziel") / "Lager")) + QDir::separator();
   EXPECT_EQ(platform.TakeText(), "\r\nEin Projekt:" + folder + "existiert schon\r\nÜberschreiben ?");
   EXPECT_EQ(Window().windowTitle(), kUnsaved);
   Tree("treProjekt").expandAll();

@@ -56,7 +56,7 @@ TEST_F(SavedProjectTest, OpensWhatWasSaved) {
   EXPECT_TRUE(Code().toPlainText().startsWith("Sub Laden"));
   EXPECT_TRUE(Action("mnuRtf").isEnabled());
   EXPECT_EQ(RecentItems(), (QStringList{"&0 - Lager", "&1 - Lager"})) << "a project may stand there twice";
-  EXPECT_EQ(settings->ReadSetting("recent", "F0"), codedb::PathText(Folder("Ziel") / "Lager") + "/");
+  EXPECT_EQ(settings->ReadSetting("recent", "F0"), codedb::PathText(Folder("Ziel") / "Lager" / ""));
   EXPECT_EQ(settings->ReadSetting("recent", "F0"), settings->ReadSetting("recent", "F1"));
   EXPECT_EQ(platform.TakeText(), "");
   // Leaving it does not touch its files.

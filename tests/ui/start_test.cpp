@@ -50,12 +50,14 @@ TEST_F(StartTest, SaysThatTheHostIsNotOpenWithoutSources) {
 }
 
 TEST_F(StartTest, OffersToForgetSourcesThatAreGone) {
+  const std::string lost = Path("weg.bas");
   for (const Answer answer : {Answer::kNo, Answer::kYes}) {
-    settings::SaveSources(*settings, {"/gibt/es/nicht", codedb::PathText(Sources())});
+    settings::SaveSources(*settings, {lost, codedb::PathText(Sources())});
     platform.answers = {Answer::kOk, answer};
     Start();
     ASSERT_EQ(platform.messages.size(), 2U);
-    EXPECT_TRUE(platform.messages[0].text.contains("/gibt/es/nicht: ")) << platform.messages[0].text.toStdString();
+    EXPECT_TRUE(platform.messages[0].text.contains(QString::fromStdString(lost) + ": "))
+        << platform.messages[0].text.toStdString();
     EXPECT_TRUE(platform.messages[1].text.contains("Aus der Liste entfernen ?"));
     EXPECT_EQ(Remembered().size(), answer == Answer::kNo ? 2U : 1U);
     platform.messages.clear();
