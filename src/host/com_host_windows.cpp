@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <utility>
@@ -17,6 +18,7 @@ namespace quillmate::host {
 namespace {
 
 constexpr const char* kProjectGone = "Das Projekt ist nicht mehr vorhanden";
+constexpr const char* kModulesWithheld = "Das Projekt gibt seine Module nicht heraus";
 constexpr const char* kModuleGone = "Das Modul ist nicht mehr vorhanden";
 
 /// A call is given up after this many times the patience with a busy host.
@@ -77,6 +79,7 @@ struct ComHost::State {
   OpenProject& Open(int project);
   const ComObject& Components(int project);
   ComObject FindComponent(int project, const std::string& component, int position);
+  int ComponentCount(int project);
   int LineCount(const ComObject& component, const std::string& called);
   void AddProblem(const std::string& line);
 };
@@ -155,10 +158,16 @@ void ComHost::State::Remember(int project, const HostProject& info) {
 ComObject ComHost::State::FindProject(int project) {
   if (project < 1 || static_cast<std::size_t>(project) > listed.size()) throw HostError(kProjectGone);
   const HostProject& wanted = listed[static_cast<std::size_t>(project) - 1];
-  const auto fits = [&](const std::optional<ComObject>& object) { return object && Same(Describe(*object), wanted); };
+  const int count = calls.GetNumber(Projects(), L"Count", kProjectGone);
+  // Of projects that were never saved often several have the same name; they are told apart only while all are there.
+  const auto twins =
+      std::count_if(listed.begin(), listed.end(), [&](const HostProject& each) { return Same(each, wanted); });
+  const bool mixed = twins > 1 && static_cast<std::size_t>(count) != listed.size();
+  const auto fits = [&](const std::optional<ComObject>& object) {
+    return object && !mixed && Same(Describe(*object), wanted);
+  };
   std::optional<ComObject> object = Item(Projects(), ComValue(project), ComType::kProject);
   if (fits(object)) return *object;
-  const int count = calls.GetNumber(Projects(), L"Count", kProjectGone);
   for (int place = 1; place <= count; ++place) {
     object = Item(Projects(), ComValue(place), ComType::kProject);
     if (fits(object)) return *object;
@@ -176,7 +185,7 @@ ComHost::State::OpenProject& ComHost::State::Open(int project) {
 const ComObject& ComHost::State::Components(int project) {
   OpenProject& opened = Open(project);
   if (!opened.components.has_value()) {
-    opened.components = calls.GetObject(opened.project, L"VBComponents", ComType::kComponents, kProjectGone);
+    opened.components = calls.GetObject(opened.project, L"VBComponents", ComType::kComponents, kModulesWithheld);
   }
   return *opened.components;
 }
@@ -191,7 +200,18 @@ ComObject ComHost::State::FindComponent(int project, const std::string& componen
   return *object;
 }
 
-/// A component that gives no code is nothing to read; it must not hide the others.
+/// A project that keeps its modules to itself must not hide the others.
+int ComHost::State::ComponentCount(int project) {
+  try {
+    return calls.GetNumber(Components(project), L"Count", kModulesWithheld);
+  } catch (const ComError& error) {
+    if (error.Trouble() != ComTrouble::kRefused) throw;
+    AddProblem(text::Utf8FromCode(listed.at(static_cast<std::size_t>(project) - 1).name) + ": " + error.what());
+    return 0;
+  }
+}
+
+/// A component that gives no code is nothing to read; neither must it hide the others.
 int ComHost::State::LineCount(const ComObject& component, const std::string& called) {
   const std::string refused = "Das Modul " + text::Utf8FromCode(called) + " gibt seinen Code nicht heraus";
   try {
@@ -242,9 +262,7 @@ HostProject ComHost::Project(int project) {
   return info;
 }
 
-int ComHost::ComponentCount(int project) {
-  return state_->calls.GetNumber(state_->Components(project), L"Count", kProjectGone);
-}
+int ComHost::ComponentCount(int project) { return state_->ComponentCount(project); }
 
 HostComponent ComHost::Component(int project, int component) {
   ComCalls& calls = state_->calls;

@@ -160,14 +160,27 @@ TEST_F(RunningHost, ABusyProgramIsAskedAgain) {
   EXPECT_EQ(tree_.projects.size(), 1U);
 }
 
-TEST_F(RunningHost, AModuleWithoutCodeHidesNoOther) {
-  const StandInHost standIn("--withhold-code clsKunde");
-  ComHost host("Excel");
-  const ListResult result = List(host);
-  EXPECT_TRUE(result.attached);
-  EXPECT_EQ(result.problem, "Das Modul clsKunde gibt seinen Code nicht heraus (Can't load the module)");
-  EXPECT_EQ(Nodes(tree_),
-            (Texts{"A1\\Pr\374fstand [Pr\374fung M\344rz.xls]", "M5 Tabelle1", "M2 mod\304nderung", "M1 frmEingabe"}));
+TEST_F(RunningHost, WhatIsWithheldHidesNothingElse) {
+  const struct {
+    const char* standIn;
+    const char* problem;
+    Texts nodes;
+  } cases[] = {
+      {"--withhold-code clsKunde",
+       "Das Modul clsKunde gibt seinen Code nicht heraus (Can't load the module)",
+       {"A1\\Pr\374fstand [Pr\374fung M\344rz.xls]", "M5 Tabelle1", "M2 mod\304nderung", "M1 frmEingabe"}},
+      {"--unsaved --withhold-code Prüfstand",
+       "Prüfstand: Das Projekt gibt seine Module nicht heraus (Can't perform operation since the project is protected)",
+       {"A1\\Pr\374fstand [Pr\374fung M\344rz.xls]", "A2\\Neu [Nicht gespeichert]", "M2 Modul1"}},
+  };
+  for (const auto& each : cases) {
+    const StandInHost standIn(each.standIn);
+    ComHost host("Excel");
+    const ListResult result = List(host);
+    EXPECT_TRUE(result.attached);
+    EXPECT_EQ(result.problem, each.problem);
+    EXPECT_EQ(Nodes(tree_), each.nodes);
+  }
 }
 
 TEST_F(RunningHost, FailedReadsSayWhatHappened) {
@@ -177,7 +190,8 @@ TEST_F(RunningHost, FailedReadsSayWhatHappened) {
     const char* detail;
   } cases[] = {
       {"--vanish modÄnderung", "mod\304nderung", "modÄnderung: Das Modul ist nicht mehr vorhanden"},
-      {"--unsaved --close Neu", "Modul1", "Modul1: Das Projekt Neu [Nicht gespeichert] ist nicht mehr geöffnet"},
+      {"--unsaved --unsaved --close Neu", "Modul1",
+       "Modul1: Das Projekt Neu [Nicht gespeichert] ist nicht mehr geöffnet"},
       {"--die-at clsKunde", "clsKunde", "clsKunde: Excel antwortet nicht mehr"},
       {"--shorten-at clsKunde", "clsKunde", "clsKunde: Das Modul wurde geändert, während es gelesen wurde"},
   };
@@ -261,7 +275,7 @@ TEST_F(RunningHost, AModuleIsOneCall) {
   host.Release();
 
   // Each member's name is looked up once for each attaching, not once for each object.
-  EXPECT_EQ(standIn.End(), "names 25 lines 3");
+  EXPECT_EQ(standIn.End(), "names 26 lines 3");
 }
 
 TEST_F(RunningHost, BesideFiles) {

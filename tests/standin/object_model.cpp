@@ -117,7 +117,8 @@ IDispatch* MakeProject(Model& model, const ProjectPointer& project) {
         }},
        {L"Protection", [project](const Arguments&, VARIANT& result) { GiveNumber(result, project->locked ? 1 : 0); }},
        {L"VBComponents", [&model, project](const Arguments&, VARIANT& result) {
-          if (project->locked) throw Refused("Can't perform operation since the project is protected");
+          if (project->locked || project->name == model.options.withholdCode)
+            throw Refused("Can't perform operation since the project is protected");
           GiveObject(result, MakeComponents(model, project));
         }}});
 }
@@ -141,7 +142,9 @@ IDispatch* MakeEditor(Model& model) {
 void CountAttaching(Model& model) {
   if (++model.attached != 2) return;
   const Options& options = model.options;
-  std::erase_if(model.projects, [&](const ProjectPointer& project) { return project->name == options.close; });
+  const auto closed = std::find_if(model.projects.begin(), model.projects.end(),
+                                   [&](const ProjectPointer& project) { return project->name == options.close; });
+  if (closed != model.projects.end()) model.projects.erase(closed);
   for (const ProjectPointer& project : model.projects) {
     std::erase_if(project->components,
                   [&](const ComponentPointer& component) { return component->name == options.vanish; });

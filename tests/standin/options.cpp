@@ -15,7 +15,6 @@ namespace {
 constexpr std::array kEditions{"Excel", "Word", "Access", "PowerPoint", "VisualBasic"};
 
 const std::map<std::string_view, bool Options::*> kSwitches{{"--locked", &Options::locked},
-                                                            {"--unsaved", &Options::unsaved},
                                                             {"--refuse-access", &Options::refuseAccess},
                                                             {"--stay", &Options::stay},
                                                             {"--help", &Options::help}};
@@ -45,6 +44,8 @@ Options ParseOptions(const std::vector<std::wstring>& arguments) {
     };
     if (const auto found = kSwitches.find(option); found != kSwitches.end()) {
       options.*found->second = true;
+    } else if (option == "--unsaved") {
+      ++options.unsaved;
     } else if (const auto number = kNumbers.find(option); number != kNumbers.end()) {
       options.*number->second = static_cast<int>(text::LeadingNumber(value()));
     } else if (const auto name = kNames.find(option); name != kNames.end()) {

@@ -79,7 +79,7 @@ Projects MakeProjects(const Options& options) {
     for (auto& project : FromSources(options.sources)) projects.push_back(std::move(project));
   }
   if (options.many > 0 || options.longModule > 0) projects.push_back(Many(options));
-  if (options.unsaved) {
+  for (int number = 1; number <= options.unsaved; ++number) {
     projects.push_back(std::make_shared<Project>(Project{"Neu", std::nullopt}));
     Add(*projects.back(), "Modul1", kStdModule, Routine("Start"));
   }

@@ -17,7 +17,8 @@ namespace quillmate::host {
 /// ends in the middle.
 ///
 /// Attaching fails when the program does not run and when it refuses the access to its projects; Version tells the two
-/// apart, and Problem says what it is. A module that gives no code is listed with 0 lines and named by Problem.
+/// apart, and Problem says what it is. A module that gives no code is listed with 0 lines, a project that gives no
+/// modules without any; Problem names them.
 ///
 /// What Project said in the last listing marks a project: should its place be another's by the time a module is read,
 /// it is looked for by its name and file.
