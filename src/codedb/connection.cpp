@@ -9,6 +9,7 @@
 
 #include <quillmate/codedb/code_database.h>
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 #include <quillmate/text/windows1252.h>
 
 #include "collation_p.h"
@@ -91,7 +92,7 @@ Connection::Connection(const std::filesystem::path& file) {
     throw DatabaseError("Die Datenbank " + PathText(file) + " existiert nicht");
   }
   // An absolute path: SQLite would take a name that begins with "file:" for an address.
-  const std::string name = PathText(std::filesystem::absolute(file));
+  const std::string name = PathText(AbsolutePath(file));
   ConfigureEngine();
   constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
   const bool opened = sqlite3_open_v2(name.c_str(), &db_, kFlags, nullptr) == SQLITE_OK;

@@ -9,6 +9,7 @@
 
 #include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 
@@ -54,12 +55,18 @@ std::string ReasonText(int code) {
                            ".");
 }
 
+/// Some systems only say of a folder that it must not be written.
+int ReasonOf(const fs::path& file, int code) {
+  std::error_code ignored;
+  return fs::is_directory(file, ignored) ? EISDIR : code;
+}
+
 /// Writes the pieces one behind the other. A file that could not be written whole is removed: half a file would pass
 /// for a whole one.
 void WritePieces(const fs::path& file, std::initializer_list<std::string_view> pieces) {
   errno = 0;
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  if (!out) Fail(file, "geschrieben", errno);
+  if (!out) Fail(file, "geschrieben", ReasonOf(file, errno));
   for (const std::string_view piece : pieces) out.write(piece.data(), static_cast<std::streamsize>(piece.size()));
   out.close();
   if (out) return;
@@ -75,17 +82,9 @@ bool HasScratchRoot(const fs::path& path) {
 
 /// True when the folder lies in the scratch root, by its name and in truth: neither ".." nor a link leads out of it.
 bool IsScratchFolder(const fs::path& folder) {
-  const fs::path plain = fs::absolute(folder).lexically_normal();
+  const fs::path plain = NormalPath(AbsolutePath(folder));
   const fs::path named = plain.has_filename() ? plain : plain.parent_path();
-  return fs::is_directory(fs::symlink_status(named)) && HasScratchRoot(named) && HasScratchRoot(fs::canonical(named));
-}
-
-std::vector<fs::path> FilesIn(const fs::path& folder) {
-  std::vector<fs::path> files;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-    if (!fs::is_directory(entry.symlink_status())) files.push_back(entry.path());
-  }
-  return files;
+  return fs::is_directory(named) && !IsLink(named) && HasScratchRoot(named) && HasScratchRoot(RealPath(named));
 }
 
 std::string MissingTemplateMessage(const fs::path& templateFile) {
@@ -94,11 +93,17 @@ std::string MissingTemplateMessage(const fs::path& templateFile) {
          "\r\nexistiert nicht !!!\r\nBitte kopieren Sie diese wieder an diese Stelle";
 }
 
+void Remove(const fs::path& file) {
+  std::error_code error;
+  RemovePath(file, error);
+  if (error) throw fs::filesystem_error("remove", file, error);
+}
+
 /// The earlier file goes first: a link is not written through, and the copy does not inherit a write protection.
 void ReplaceByCopy(const fs::path& source, const fs::path& target) {
   const std::string bytes = ReadWholeFile(source);
-  fs::remove(target);
-  for (const char* const companion : kCompanions) fs::remove(fs::path(target) += companion);
+  Remove(target);
+  for (const char* const companion : kCompanions) Remove(fs::path(target) += companion);
   WriteWholeFile(target, bytes);
 }
 
@@ -154,9 +159,9 @@ void WriteWholeFile(const fs::path& file, std::string_view bytes) { WritePieces(
 void DeleteScratchFiles(const fs::path& folder) noexcept {
   try {
     if (!IsScratchFolder(folder)) return;
-    for (const fs::path& file : FilesIn(folder)) {
-      std::error_code ignored;
-      fs::remove(file, ignored);
+    std::error_code ignored;
+    for (const FolderEntry& entry : FolderEntries(folder, ignored)) {
+      if (!entry.isFolder || entry.isLink) RemovePath(entry.path, ignored);
     }
   } catch (const std::exception&) {
     // What can't be listed stays; the next start cleans up.

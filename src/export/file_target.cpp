@@ -2,6 +2,7 @@
 #include <stdexcept>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 
 #include "file_target_p.h"
 
@@ -36,11 +37,23 @@ fs::path NameBeside(const fs::path& target) {
 
 bool IsWritable(const fs::path& file) { return std::ofstream(file, std::ios::binary | std::ios::app).good(); }
 
+/// A target that another program has open keeps its place where the system does not let go of it, and gets the bytes.
+void PutInPlace(const fs::path& fresh, const fs::path& target) {
+  try {
+    codedb::RenamePath(fresh, target);
+  } catch (const fs::filesystem_error&) {
+    if (!fs::exists(target)) throw;
+    const std::string bytes = codedb::ReadWholeFile(fresh);
+    WriteDirectly(target, target, [&](const Sink& sink) { sink(bytes); });
+    fs::remove(fresh);
+  }
+}
+
 void WriteBeside(const fs::path& target, const std::function<void(const Sink&)>& produce) {
   const fs::path fresh = NameBeside(target);
   try {
     WriteDirectly(fresh, target, produce);
-    fs::rename(fresh, target);
+    PutInPlace(fresh, target);
   } catch (const std::exception& failure) {
     std::error_code ignored;
     fs::remove(fresh, ignored);
@@ -59,7 +72,7 @@ void WriteFile(const fs::path& target, const std::function<void(const Sink&)>& p
   } else if (!fs::is_regular_file(status)) {
     WriteDirectly(target, target, produce);
   } else if (IsWritable(target)) {
-    WriteBeside(fs::canonical(target), produce);
+    WriteBeside(codedb::RealPath(target), produce);
   } else {
     Fail(target);
   }

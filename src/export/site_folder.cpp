@@ -7,6 +7,7 @@
 
 #include <quillmate/codedb/folder_swap.h>
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 #include <quillmate/export/site.h>
 #include <quillmate/text/operations.h>
 
@@ -25,7 +26,7 @@ constexpr std::string_view kListTitle = "Quillmate HTML-Dokumentation";
 
 /// Absolute, symbolic links resolved, without a separator at its end.
 fs::path ResolveTarget(const fs::path& target) {
-  fs::path path = fs::weakly_canonical(fs::absolute(target));
+  fs::path path = codedb::RealPath(target);
   return path.has_filename() ? path : path.parent_path();
 }
 
@@ -66,11 +67,13 @@ std::set<fs::path> FilesOfSite(const fs::path& folder) {
 /// What lies in a folder besides the files of a site.
 std::vector<fs::path> OthersIn(const fs::path& folder, const std::set<fs::path>& siteFiles) {
   std::vector<fs::path> others;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-    const bool isFolder = !entry.is_symlink() && entry.is_directory();
-    const fs::path name = entry.path().filename();
+  std::error_code error;
+  for (const codedb::FolderEntry& entry : codedb::FolderEntries(folder, error)) {
+    const bool isFolder = entry.isFolder && !entry.isLink;
+    const fs::path name = entry.path.filename();
     if (isFolder || !siteFiles.contains(name)) others.push_back(name);
   }
+  if (error) throw fs::filesystem_error("list", folder, error);
   return others;
 }
 
@@ -117,7 +120,7 @@ void SiteFolder::CheckNames() const {
 
 void SiteFolder::PutInPlace() {
   if (!fs::exists(target_)) {
-    fs::rename(fresh_, target_);
+    codedb::RenamePath(fresh_, target_);
   } else {
     CheckNames();
     fs::permissions(fresh_, fs::status(target_).permissions());
@@ -130,7 +133,7 @@ void SiteFolder::RemoveOld() try {
   if (old_.empty()) return;
   const std::set<fs::path> siteFiles = FilesOfSite(old_);
   for (const fs::path& name : OthersIn(old_, siteFiles)) {
-    if (!fs::exists(fs::symlink_status(target_ / name))) fs::rename(old_ / name, target_ / name);
+    if (!fs::exists(fs::symlink_status(target_ / name))) codedb::RenamePath(old_ / name, target_ / name);
   }
   fs::remove_all(old_);
 } catch (const fs::filesystem_error&) {

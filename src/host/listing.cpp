@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
@@ -59,21 +60,20 @@ void SortByBytes(std::vector<fs::path>& paths) {
             [](const fs::path& a, const fs::path& b) { return a.filename().u8string() < b.filename().u8string(); });
 }
 
-void TakeEntry(const fs::directory_entry& entry, FolderContent& content) {
-  std::error_code error;
-  if (entry.is_directory(error)) {
+void TakeEntry(const codedb::FolderEntry& entry, FolderContent& content) {
+  if (entry.isFolder) {
     // A linked folder may lie above this one.
-    if (!entry.is_symlink(error)) content.folders.push_back(entry.path());
-  } else if (IsModuleFileExtension(ExtensionOf(entry.path()))) {
-    content.files.push_back(entry.path());
-  } else if (MayBeOfficeFile(entry.path())) {
-    content.officeFiles.push_back(entry.path());
+    if (!entry.isLink) content.folders.push_back(entry.path);
+  } else if (IsModuleFileExtension(ExtensionOf(entry.path))) {
+    content.files.push_back(entry.path);
+  } else if (MayBeOfficeFile(entry.path)) {
+    content.officeFiles.push_back(entry.path);
   }
 }
 
 std::error_code ReadFolder(const fs::path& folder, FolderContent& content) {
   std::error_code error;
-  for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) TakeEntry(*it, content);
+  for (const codedb::FolderEntry& entry : codedb::FolderEntries(folder, error)) TakeEntry(entry, content);
   SortByBytes(content.files);
   SortByBytes(content.officeFiles);
   SortByBytes(content.folders);
@@ -84,13 +84,13 @@ std::error_code ReadFolder(const fs::path& folder, FolderContent& content) {
 /// link; further up ".." leads where the system takes it.
 fs::path FullPath(const fs::path& source) {
   std::error_code error;
-  fs::path full = fs::absolute(source, error);
+  fs::path full = codedb::AbsolutePath(source);
   if (std::find(full.begin(), full.end(), fs::path("..")) == full.end()) {
-    full = full.lexically_normal();
+    full = codedb::NormalPath(full);
   } else if (const fs::path name = full.filename(); name.empty() || name == "." || name == "..") {
-    full = fs::weakly_canonical(full, error);
+    full = codedb::RealPath(full, error);
   } else {
-    full = fs::weakly_canonical(full.parent_path(), error) / name;
+    full = codedb::RealPath(full.parent_path(), error) / name;
   }
   return full.has_filename() || full == full.root_path() ? full : full.parent_path();
 }

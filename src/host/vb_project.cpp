@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 #include <quillmate/text/characters.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/source_text.h>
@@ -93,8 +94,8 @@ VbProject ParseVbProject(std::string_view bytes) {
 fs::path ProjectPaths::Resolve(std::string_view written) {
   const fs::path relative = codedb::PathFromText(text::ReplaceAll(written, "\\", "/"));
   // ".." goes up by name, as it did where the project was made, also behind a link.
-  fs::path direct = (folder_ / relative).lexically_normal();
-  if (relative.is_absolute() || Exists(direct)) return direct;
+  fs::path direct = codedb::NormalPath(codedb::PathSeenFrom(folder_, relative));
+  if (codedb::IsAbsolutePath(relative) || Exists(direct)) return direct;
   fs::path found = folder_;
   for (const fs::path& name : relative) {
     found = Step(found, name);
@@ -116,8 +117,8 @@ const ProjectPaths::Names& ProjectPaths::NamesIn(const fs::path& folder) {
   const auto [entry, added] = names_.try_emplace(folder);
   if (!added) return entry->second;
   std::error_code error;
-  for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
-    const fs::path name = it->path().filename();
+  for (const codedb::FolderEntry& item : codedb::FolderEntries(folder, error)) {
+    const fs::path name = item.path.filename();
     const auto [known, first] = entry->second.try_emplace(Folded(name), name);
     // Of several names that differ in case only, the first in byte order counts.
     if (!first && name < known->second) known->second = name;

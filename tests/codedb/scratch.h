@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
+#include <random>
 #include <stdexcept>
 #include <string>
 
@@ -14,11 +14,9 @@ namespace quillmate::codedb {
 class ScratchFolder {
  public:
   ScratchFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "qm_codedb_XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    root_ = pattern;
+    root_ = std::filesystem::temp_directory_path() / ("qm_codedb_" + std::to_string(std::random_device{}()));
     path_ = root_ / PathFromText("Prüf Ordner");
-    std::filesystem::create_directory(path_);
+    std::filesystem::create_directories(path_);
   }
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+/// Paths as the system takes them. On Windows the standard library knows neither shared folders of the network
+/// (\\server\folder) nor links between folders, and has little to say about why a file can't be moved.
+namespace quillmate::codedb {
+
+/// True for a path that does not depend on the current folder or drive.
+bool IsAbsolutePath(const std::filesystem::path& path);
+
+/// A path as it is meant in a file that lies in `folder`: one that is absolute stays as it is.
+std::filesystem::path PathSeenFrom(const std::filesystem::path& folder, const std::filesystem::path& path);
+
+/// The path made absolute. Nothing is looked up. An empty path stays empty.
+std::filesystem::path AbsolutePath(const std::filesystem::path& path);
+
+/// An absolute path without "." and "..", which goes up by name, also behind a link.
+std::filesystem::path NormalPath(const std::filesystem::path& path);
+
+/// The absolute path with all links resolved, as far as it exists; what does not exist yet follows by name.
+std::filesystem::path RealPath(const std::filesystem::path& path, std::error_code& error);
+/// The same; throws std::filesystem::filesystem_error.
+std::filesystem::path RealPath(const std::filesystem::path& path);
+
+/// True for a symbolic link, and for a junction on Windows; false for what does not exist.
+bool IsLink(const std::filesystem::path& path) noexcept;
+
+struct FolderEntry {
+  /// The folder's path and the name.
+  std::filesystem::path path;
+  /// Also for a link to a folder.
+  bool isFolder = false;
+  bool isLink = false;
+};
+
+/// What lies in a folder, in no order, without "." and "..". With an error what could be listed before it.
+std::vector<FolderEntry> FolderEntries(const std::filesystem::path& folder, std::error_code& error);
+
+/// Gives a file or folder another name on the same file system; a file replaces one that bears the name. Throws
+/// std::filesystem::filesystem_error.
+void RenamePath(const std::filesystem::path& from, const std::filesystem::path& to);
+
+/// Removes a file, a link or an empty folder, write-protected ones too where the folder they lie in may be changed.
+/// False when there is none, or with an error.
+bool RemovePath(const std::filesystem::path& path, std::error_code& error) noexcept;
+
+}  // namespace quillmate::codedb

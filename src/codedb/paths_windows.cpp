@@ -1,0 +1,173 @@
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <windows.h>
+
+#include <quillmate/codedb/paths.h>
+
+namespace quillmate::codedb {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsSeparator(wchar_t c) noexcept { return c == L'\\' || c == L'/'; }
+
+/// The reasons that the program has words for, as every system names them.
+std::error_code ErrorOf(DWORD code) {
+  switch (code) {
+    case ERROR_ACCESS_DENIED:
+      return std::make_error_code(std::errc::permission_denied);
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+      return std::make_error_code(std::errc::device_or_resource_busy);
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+    case ERROR_INVALID_DRIVE:
+      return std::make_error_code(std::errc::no_such_file_or_directory);
+    case ERROR_DISK_FULL:
+      return std::make_error_code(std::errc::no_space_on_device);
+    case ERROR_WRITE_PROTECT:
+      return std::make_error_code(std::errc::read_only_file_system);
+    case ERROR_DIRECTORY:
+      return std::make_error_code(std::errc::not_a_directory);
+    case ERROR_NOT_SAME_DEVICE:
+      return std::make_error_code(std::errc::cross_device_link);
+    default:
+      return {static_cast<int>(code), std::system_category()};
+  }
+}
+
+std::error_code LastError() { return ErrorOf(GetLastError()); }
+
+/// What a function of the system writes that first tells how much room it needs.
+template <typename Write>
+std::wstring Written(Write write) {
+  std::wstring text(MAX_PATH, L'\0');
+  while (true) {
+    const DWORD size = write(text.data(), static_cast<DWORD>(text.size()));
+    const bool fits = size < text.size();
+    text.resize(size);
+    if (fits) return text;
+  }
+}
+
+struct CloseObject {
+  void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
+};
+using Object = std::unique_ptr<void, CloseObject>;
+
+/// The file or folder at the end of all links; nothing when it does not exist or nobody may look at it.
+Object OpenForLook(const fs::path& path) {
+  constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const HANDLE handle =
+      CreateFileW(path.c_str(), 0, kShared, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  return Object(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+}
+
+/// The path in the system's longest form as people write it.
+std::wstring Plain(const std::wstring& path) {
+  constexpr std::wstring_view kLong = L"\\\\?\\";
+  constexpr std::wstring_view kLongNetwork = L"\\\\?\\UNC\\";
+  if (path.starts_with(kLongNetwork)) return L"\\\\" + path.substr(kLongNetwork.size());
+  return path.starts_with(kLong) ? path.substr(kLong.size()) : path;
+}
+
+/// Empty when the path does not exist.
+fs::path Resolved(const fs::path& path) {
+  const Object object = OpenForLook(path);
+  if (object == nullptr) return {};
+  return Plain(Written([&](wchar_t* text, DWORD size) {
+    return GetFinalPathNameByHandleW(object.get(), text, size, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
+  }));
+}
+
+struct CloseSearch {
+  void operator()(HANDLE handle) const noexcept { FindClose(handle); }
+};
+using Search = std::unique_ptr<void, CloseSearch>;
+
+/// Files that are kept elsewhere and fetched on demand are no links though they are marked in the same way.
+bool IsLink(const WIN32_FIND_DATAW& found) noexcept {
+  return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && IsReparseTagNameSurrogate(found.dwReserved0);
+}
+
+Search Find(const fs::path& pattern, WIN32_FIND_DATAW& found) {
+  const HANDLE handle = FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr, 0);
+  return Search(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+}
+
+}  // namespace
+
+bool IsAbsolutePath(const fs::path& path) {
+  const std::wstring& text = path.native();
+  if (text.size() > 2 && text[1] == L':' && IsSeparator(text[2])) return true;
+  return text.size() > 2 && IsSeparator(text[0]) && IsSeparator(text[1]);
+}
+
+fs::path AbsolutePath(const fs::path& path) {
+  return Written([&](wchar_t* text, DWORD size) { return GetFullPathNameW(path.c_str(), size, text, nullptr); });
+}
+
+// The system itself goes by name where others look up what lies above a link, so the path is normal already.
+fs::path NormalPath(const fs::path& path) { return AbsolutePath(path); }
+
+fs::path RealPath(const fs::path& path, std::error_code& error) {
+  error.clear();
+  const fs::path full = AbsolutePath(path);
+  fs::path missing;
+  for (fs::path existing = full; existing.has_relative_path(); existing = existing.parent_path()) {
+    const fs::path real = Resolved(existing);
+    if (!real.empty()) return missing.empty() ? real : real / missing;
+    missing = missing.empty() ? existing.filename() : existing.filename() / missing;
+  }
+  return full;
+}
+
+bool IsLink(const fs::path& path) noexcept {
+  WIN32_FIND_DATAW found{};
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return false;
+  return Find(path, found) != nullptr && IsLink(found);
+}
+
+std::vector<FolderEntry> FolderEntries(const fs::path& folder, std::error_code& error) {
+  error.clear();
+  std::vector<FolderEntry> entries;
+  WIN32_FIND_DATAW found{};
+  const Search search = Find(folder / L"*", found);
+  // The root of an empty drive has nothing, not even itself.
+  if (search == nullptr && GetLastError() != ERROR_FILE_NOT_FOUND) error = LastError();
+  if (search == nullptr) return entries;
+  do {
+    const std::wstring_view name = found.cFileName;
+    if (name == L"." || name == L"..") continue;
+    const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    entries.push_back({folder / name, isFolder, IsLink(found)});
+  } while (FindNextFileW(search.get(), &found) != 0);
+  if (GetLastError() != ERROR_NO_MORE_FILES) error = LastError();
+  return entries;
+}
+
+void RenamePath(const fs::path& from, const fs::path& to) {
+  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) == 0) {
+    throw fs::filesystem_error("rename", from, to, LastError());
+  }
+}
+
+bool RemovePath(const fs::path& path, std::error_code& error) noexcept {
+  error.clear();
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return false;
+  const bool isProtected = (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+  if (isProtected) SetFileAttributesW(path.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
+  const bool isFolder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  if ((isFolder ? RemoveDirectoryW(path.c_str()) : DeleteFileW(path.c_str())) != 0) return true;
+  error = LastError();
+  if (isProtected) SetFileAttributesW(path.c_str(), attributes);
+  return false;
+}
+
+}  // namespace quillmate::codedb

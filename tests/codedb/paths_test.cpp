@@ -1,0 +1,132 @@
+#include <algorithm>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include <quillmate/codedb/folder_swap.h>
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
+
+#include "scratch.h"
+
+namespace quillmate::codedb {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Names and contents of the files in a folder, by name.
+std::string Content(const fs::path& folder) {
+  std::error_code error;
+  std::string content;
+  std::vector<FolderEntry> entries = FolderEntries(folder, error);
+  std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.path < b.path; });
+  for (const FolderEntry& entry : entries) {
+    content += PathText(entry.path.filename()) + (entry.isFolder ? "/ " : "=" + ReadWholeFile(entry.path) + " ");
+  }
+  return content;
+}
+
+TEST(Paths, NamesInAllScripts) {
+  EXPECT_EQ(PathText(PathFromText("Über/ß €")), "Über/ß €");
+  const ScratchFolder folder;
+  const fs::path file = folder.Path() / PathFromText("Übung_日本 😀.txt");
+  WriteWholeFile(file, "x");
+  fs::create_directory(folder.Path() / PathFromText("Ω"));
+  EXPECT_EQ(Content(folder.Path()), "Übung_日本 😀.txt=x Ω/ ");
+  EXPECT_EQ(RealPath(file).filename(), file.filename());
+}
+
+TEST(Paths, LongOnes) {
+  const ScratchFolder folder;
+  fs::path deep = folder.Path();
+  while (deep.native().size() < 300) deep /= "ein langer Name eines Ordners";
+  fs::create_directories(deep);
+  WriteWholeFile(deep / "alt", "x");
+  RenamePath(deep / "alt", deep / "M1.txt");
+  EXPECT_EQ(ReadModuleText(deep, 1), "x");
+  EXPECT_TRUE(PrepareCodeDatabase(deep, TemplateFile()).ok);
+  CodeDatabase database;
+  database.Open(DatabasePath(deep));
+  database.Close();
+  std::error_code error;
+  EXPECT_EQ(FolderEntries(deep, error).size(), 2U);
+  EXPECT_TRUE(fs::equivalent(RealPath(deep), deep));
+  // The standard library does not get down there on every system.
+  for (; deep != folder.Path(); deep = deep.parent_path()) {
+    for (const FolderEntry& entry : FolderEntries(deep, error)) RemovePath(entry.path, error);
+  }
+}
+
+TEST(Paths, WhatIsMissingFollowsByName) {
+  const ScratchFolder folder;
+  const fs::path real = RealPath(folder.Path());
+  EXPECT_EQ(RealPath(folder.Path() / "neu" / "x" / ".." / "y"), real / "neu" / "y");
+  EXPECT_EQ(RealPath(folder.Path() / "." / ".." / folder.Path().filename()), real);
+  std::error_code error;
+  EXPECT_TRUE(FolderEntries(folder.Path() / "neu", error).empty());
+  EXPECT_EQ(error, std::errc::no_such_file_or_directory);
+  EXPECT_FALSE(RemovePath(folder.Path() / "neu", error));
+  EXPECT_FALSE(error);
+}
+
+TEST(Paths, RemoveAndRename) {
+  const ScratchFolder folder;
+  const fs::path file = folder.Path() / "a";
+  const fs::path other = folder.Path() / "b";
+  WriteWholeFile(file, "1");
+  WriteWholeFile(other, "2");
+  RenamePath(file, other);
+  EXPECT_EQ(Content(folder.Path()), "b=1 ");
+  EXPECT_THROW(RenamePath(file, other), fs::filesystem_error);
+  fs::permissions(other, fs::perms(0444));
+  std::error_code error;
+  EXPECT_TRUE(RemovePath(other, error));
+  fs::create_directory(other);
+  WriteWholeFile(other / "a", "1");
+  EXPECT_FALSE(RemovePath(other, error));
+  EXPECT_TRUE(error);
+  RemovePath(other / "a", error);
+  EXPECT_TRUE(RemovePath(other, error));
+  EXPECT_EQ(Content(folder.Path()), "");
+}
+
+/// The folders "neu", "alt" and "weg" of a swap.
+struct Swap {
+  ScratchFolder folder;
+  fs::path fresh = folder.Path() / "neu";
+  fs::path old = folder.Path() / "alt";
+
+  Swap() {
+    fs::create_directories(fresh);
+    fs::create_directories(old / "unter");
+    WriteWholeFile(fresh / "a", "2");
+    WriteWholeFile(old / "a", "1");
+    WriteWholeFile(old / "b", "1");
+  }
+  fs::path Do() const { return SwapFolders(fresh, old, folder.Path() / "weg"); }
+  void ExpectDone(const fs::path& formerly) const {
+    EXPECT_EQ(Content(old), "a=2 ");
+    EXPECT_EQ(Content(formerly), "a=1 b=1 unter/ ");
+    EXPECT_EQ(Content(folder.Path()), "alt/ " + PathText(formerly.filename()) + "/ ");
+  }
+};
+
+TEST(SwapFolders, FreshTakesThePlaceOfOld) {
+  const Swap swap;
+  swap.ExpectDone(swap.Do());
+  EXPECT_THROW(SwapFolders(swap.folder.Path() / "fehlt", swap.old, swap.folder.Path() / "beiseite"),
+               fs::filesystem_error);
+  EXPECT_EQ(Content(swap.old), "a=2 ");
+}
+
+TEST(SwapFolders, CurrentFolder) {
+  const Swap swap;
+  const fs::path before = fs::current_path();
+  fs::current_path(swap.old);
+  const fs::path formerly = swap.Do();
+  fs::current_path(before);
+  swap.ExpectDone(formerly);
+}
+
+}  // namespace
+}  // namespace quillmate::codedb

@@ -1,0 +1,93 @@
+#include <fstream>
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <quillmate/codedb/folder_swap.h>
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
+
+#include "scratch.h"
+
+namespace quillmate::codedb {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(PathsOfWindows, DrivesAndNetwork) {
+  const struct {
+    const char* path;
+    bool absolute;
+    /// Seen from the folder "vb" of drive D.
+    const char* normal;
+  } cases[] = {{R"(C:\a\..\b)", true, R"(C:\b)"},
+               {R"(C:/a/.\b/)", true, R"(C:\a\b\)"},
+               {R"(C:\)", true, R"(C:\)"},
+               {R"(\\server\share\a\..\..\..\b.bas)", true, R"(\\server\share\b.bas)"},
+               {"//server/share/x", true, R"(\\server\share\x)"},
+               {R"(\x\y)", false, R"(D:\x\y)"},
+               {R"(..\Übung_日本.bas)", false, R"(D:\Übung_日本.bas)"},
+               {"x/y", false, R"(D:\vb\x\y)"}};
+  for (const auto& c : cases) {
+    const fs::path path = PathFromText(c.path);
+    EXPECT_EQ(IsAbsolutePath(path), c.absolute) << c.path;
+    EXPECT_EQ(PathText(NormalPath(PathSeenFrom(R"(D:\vb)", path))), c.normal) << c.path;
+  }
+  const fs::path share = PathFromText(R"(\\server\share)");
+  EXPECT_EQ(PathText(NormalPath(PathSeenFrom(share / "vb", R"(..\a.bas)"))), R"(\\server\share\a.bas)");
+  EXPECT_EQ(PathText(AbsolutePath(share)), R"(\\server\share)");
+  EXPECT_TRUE(AbsolutePath({}).empty());
+}
+
+TEST(PathsOfWindows, WhatIsOpenIsNamedAsTheReason) {
+  const ScratchFolder folder;
+  WriteWholeFile(folder.Path() / "a", "1");
+  WriteWholeFile(folder.Path() / "b", "2");
+  const std::ifstream open(folder.Path() / "b");
+  try {
+    RenamePath(folder.Path() / "a", folder.Path() / "b");
+    ADD_FAILURE();
+  } catch (const fs::filesystem_error& error) {
+    EXPECT_TRUE(error.code() == std::errc::permission_denied || error.code() == std::errc::device_or_resource_busy);
+  }
+  std::error_code error;
+  EXPECT_FALSE(RemovePath(folder.Path() / "b", error));
+  EXPECT_EQ(error, std::errc::device_or_resource_busy);
+}
+
+/// A file held open so that nobody may move or remove it.
+class HeldFile {
+ public:
+  explicit HeldFile(const fs::path& file)
+      : handle_(CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr)) {}
+  HeldFile(const HeldFile&) = delete;
+  HeldFile& operator=(const HeldFile&) = delete;
+  ~HeldFile() { CloseHandle(handle_); }
+
+ private:
+  HANDLE handle_;
+};
+
+TEST(SwapFolders, AFileInUseLeavesAllAsItWas) {
+  const ScratchFolder folder;
+  const fs::path fresh = folder.Path() / "neu";
+  const fs::path old = folder.Path() / "alt";
+  for (const fs::path& made : {fresh, old}) {
+    fs::create_directory(made);
+    for (const char* const name : {"a", "b"}) WriteWholeFile(made / name, PathText(made.filename()));
+  }
+  const fs::path before = fs::current_path();
+  fs::current_path(old);
+  {
+    const HeldFile held(old / "b");
+    EXPECT_THROW(SwapFolders(fresh, old, folder.Path() / "weg"), fs::filesystem_error);
+  }
+  fs::current_path(before);
+  EXPECT_FALSE(fs::exists(folder.Path() / "weg"));
+  for (const fs::path& made : {fresh, old}) {
+    for (const char* const name : {"a", "b"}) EXPECT_EQ(ReadWholeFile(made / name), PathText(made.filename()));
+  }
+}
+
+}  // namespace
+}  // namespace quillmate::codedb
