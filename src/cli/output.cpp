@@ -95,19 +95,19 @@ void Output::OpenTemporary() {
 
 void Output::Write(std::string_view bytes) {
   if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size()) {
-    Fail(errno);
+    Fail(WriteError());
   }
 }
 
 void Output::Finish() {
   if (std::fflush(stream_) != 0) {
-    Fail(errno);
+    Fail(WriteError());
   }
   if (stream_ == stdout) {
     return;
   }
   if (std::fclose(std::exchange(stream_, nullptr)) != 0) {
-    Fail(errno);
+    Fail(WriteError());
   }
   if (temporary_) {
     const RunLock lock;

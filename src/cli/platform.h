@@ -38,6 +38,9 @@ enum class OpenMode { kNew, kExisting };
 /// Opens a file for writing its bytes; nothing on failure, with the reason in errno.
 std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept;
 
+/// The errno value of a write that has just failed; EPIPE when the reader has gone.
+int WriteError() noexcept;
+
 /// A number that no other running process of this machine has.
 long ProcessNumber() noexcept;
 

@@ -85,6 +85,8 @@ std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept
   return descriptor < 0 ? nullptr : fdopen(descriptor, "wb");
 }
 
+int WriteError() noexcept { return errno; }
+
 long ProcessNumber() noexcept { return getpid(); }
 
 std::filesystem::path FolderForScratch() {

@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <random>
@@ -144,6 +145,9 @@ std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept
   const int descriptor = _wopen(file.c_str(), flags, _S_IREAD | _S_IWRITE);
   return descriptor < 0 ? nullptr : _fdopen(descriptor, "wb");
 }
+
+// The library knows only one of the system's two reasons for a pipe's end.
+int WriteError() noexcept { return _doserrno == ERROR_NO_DATA || _doserrno == ERROR_BROKEN_PIPE ? EPIPE : errno; }
 
 long ProcessNumber() noexcept { return static_cast<long>(GetCurrentProcessId()); }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 /// Module files for the tests, Windows-1252.
@@ -30,5 +31,14 @@ inline constexpr std::string_view kCard =
     "Property Get Name() As String\r\n"
     "Name = mName\r\n"
     "End Property\r\n";
+
+/// More text than any buffer on the way holds.
+inline std::string LongModule() {
+  std::string code;
+  for (int i = 0; i < 40000; ++i) {
+    code += "' Zeile " + std::to_string(i) + "\n";
+  }
+  return code;
+}
 
 }  // namespace quillmate::cli

@@ -22,7 +22,7 @@ constexpr const char* kJson =
     "{\"rou_num\":5,\"rou_name\":\"Summe\",\"rou_typ\":2,\"rou_open\":1,\"anz_dec_zeilen\":2,\"rou_start\":6,"
     "\"rou_ende\":9}\n"
     "]},\n"
-    "{\"mod_num\":3,\"mod_name\":\"A\\\"\\\\\\u0001\\t\",\"mod_typ\":2,\"mod_zeilen\":3,\"routines\":[]}\n"
+    "{\"mod_num\":3,\"mod_name\":\"A\\\"\\\\\\u0001\\tB\",\"mod_typ\":2,\"mod_zeilen\":3,\"routines\":[]}\n"
     "]}\n";
 
 constexpr const char* kTable =
@@ -39,10 +39,10 @@ constexpr const char* kTable =
 TEST_F(CliTest, ModulesAndOutlineOfSourcesAndOfTheSavedProject) {
   Write("a.bas", kGreeting);
   Write("b.cls", kCard);
-  const std::string oddName = "A\"\\\001\t.bas";
-  Write(oddName, "'\n'\n'\n");
+  Write("odd.bas", "'\n'\n'\n");
+  Write("odd.vbp", "Module=A\"\\\001\tB; odd.bas\n");
   Write("leer.ctl", "'\n'\n'\n");
-  EXPECT_EQ(Run({"index", "-o", "p", "b.cls", "a.bas", oddName}).status, 0);
+  EXPECT_EQ(Run({"index", "-o", "p", "b.cls", "a.bas", "odd.vbp"}).status, 0);
   EXPECT_EQ(Run({"index", "-o", "q", "a.bas", "leer.ctl"}).status, 0);
   const struct {
     std::vector<std::string> options;
@@ -50,7 +50,7 @@ TEST_F(CliTest, ModulesAndOutlineOfSourcesAndOfTheSavedProject) {
     const char* project;
     std::string expected;
   } cases[] = {
-      {{"modules", "--json"}, {"b.cls", "a.bas", oddName}, "p", kJson},
+      {{"modules", "--json"}, {"b.cls", "a.bas", "odd.vbp"}, "p", kJson},
       {{"modules"}, {"a.bas", "leer.ctl"}, "q", kTable},
       {{"outline"}, {"a.bas", "leer.ctl"}, "q", "Gruß\n\tAnfang\n\tOffen\n\tSumme\n\tZeit\nleer\n"},
   };

@@ -48,7 +48,6 @@ TEST_F(CliTest, SiteIsRefusedOrWhole) {
   Write("a.bas", kGreeting);
   Write("fremd/x", "bleibt");
   Write("datei", "bleibt");
-  const std::string here = Folder().string();
   const char* const usage = "Aufruf: quillmate-cli site -o ORDNER [--title TEXT] [--force] EINGABE...";
   const struct {
     std::vector<std::string> arguments;
@@ -58,10 +57,12 @@ TEST_F(CliTest, SiteIsRefusedOrWhole) {
       {{"site", "a.bas"}, 2, {"Es fehlt der Ordner hinter -o", usage}},
       {{"site", "-o", "-", "a.bas"}, 2, {"Es fehlt der Ordner hinter -o", usage}},
       {{"site", "-o", "fremd", "fremd"}, 2, {"Die Ausgabe fremd gehört zur Eingabe", usage}},
-      {{"site", "-o", "fremd", "a.bas"}, 1, {here + "/fremd: Der Ordner ist nicht leer und keine HTML-Dokumentation"}},
-      {{"site", "-o", "datei", "--force", "a.bas"}, 1, {here + "/datei: Das ist kein Ordner"}},
-      {{"site", "-o", "fehlt/neu", "a.bas"}, 1, {here + "/fehlt/neu: Datei oder Ordner existiert nicht"}},
-      {{"site", "-o", "fremd", "--force", "fehlt.bas"}, 1, {here + "/fehlt.bas: Datei existiert nicht"}},
+      {{"site", "-o", "fremd", "a.bas"},
+       1,
+       {Full("fremd") + ": Der Ordner ist nicht leer und keine HTML-Dokumentation"}},
+      {{"site", "-o", "datei", "--force", "a.bas"}, 1, {Full("datei") + ": Das ist kein Ordner"}},
+      {{"site", "-o", "fehlt/neu", "a.bas"}, 1, {Full("fehlt/neu") + ": Datei oder Ordner existiert nicht"}},
+      {{"site", "-o", "fremd", "--force", "fehlt.bas"}, 1, {Full("fehlt.bas") + ": Datei existiert nicht"}},
   };
   for (const auto& c : cases) {
     const Result result = Run(c.arguments);
