@@ -15,6 +15,8 @@ fs::path RealPath(const fs::path& path, std::error_code& error) {
   return error ? fs::path() : fs::weakly_canonical(full, error);
 }
 
+fs::path PathAsNamed(const fs::path& path) { return path; }
+
 bool IsLink(const fs::path& path) noexcept {
   std::error_code ignored;
   return fs::is_symlink(fs::symlink_status(path, ignored));

@@ -126,6 +126,13 @@ fs::path RealPath(const fs::path& path, std::error_code& error) {
   return full;
 }
 
+fs::path PathAsNamed(const fs::path& path) {
+  WIN32_FIND_DATAW found{};
+  const bool isPattern = path.native().find_first_of(L"*?<>\"") != std::wstring::npos;
+  if (isPattern || !path.has_filename() || Find(path, found) == nullptr) return path;
+  return PathAsNamed(path.parent_path()) / found.cFileName;
+}
+
 bool IsLink(const fs::path& path) noexcept {
   WIN32_FIND_DATAW found{};
   const DWORD attributes = GetFileAttributesW(path.c_str());

@@ -95,7 +95,7 @@ fs::path ProjectPaths::Resolve(std::string_view written) {
   const fs::path relative = codedb::PathFromText(text::ReplaceAll(written, "\\", "/"));
   // ".." goes up by name, as it did where the project was made, also behind a link.
   fs::path direct = codedb::NormalPath(codedb::PathSeenFrom(folder_, relative));
-  if (codedb::IsAbsolutePath(relative) || Exists(direct)) return direct;
+  if (codedb::IsAbsolutePath(relative) || Exists(direct)) return codedb::PathAsNamed(direct);
   fs::path found = folder_;
   for (const fs::path& name : relative) {
     found = Step(found, name);

@@ -34,6 +34,9 @@ TEST(Paths, NamesInAllScripts) {
   fs::create_directory(folder.Path() / PathFromText("Ω"));
   EXPECT_EQ(Content(folder.Path()), "Übung_日本 😀.txt=x Ω/ ");
   EXPECT_EQ(RealPath(file).filename(), file.filename());
+  EXPECT_EQ(PathAsNamed(file).filename(), file.filename());
+  const fs::path missing = folder.Path() / "Fehlt";
+  EXPECT_EQ(PathAsNamed(missing), missing);
 }
 
 TEST(Paths, LongOnes) {

@@ -39,6 +39,15 @@ TEST(PathsOfWindows, DrivesAndNetwork) {
   EXPECT_TRUE(AbsolutePath({}).empty());
 }
 
+TEST(PathsOfWindows, AsTheFolderNamesIt) {
+  const ScratchFolder folder;
+  const fs::path file = folder.Path() / PathFromText("Über.BAS");
+  WriteWholeFile(file, "x");
+  EXPECT_EQ(PathAsNamed(folder.Path() / PathFromText("üBER.bas")).filename(), file.filename());
+  EXPECT_EQ(PathAsNamed(folder.Path().parent_path() / PathFromText("PRÜF ORDNER/üBER.bas")), PathAsNamed(file));
+  EXPECT_EQ(PathAsNamed(folder.Path() / "*.BAS").filename(), "*.BAS");
+}
+
 TEST(PathsOfWindows, WhatIsOpenIsNamedAsTheReason) {
   const ScratchFolder folder;
   WriteWholeFile(folder.Path() / "a", "1");

@@ -78,6 +78,21 @@ TEST(OfficeSource, OneAndManyByTheirContent) {
   EXPECT_EQ(tree.projects[0].modules[1].image + tree.projects[0].modules[1].file, "M2");
 }
 
+TEST(OfficeSource, LongPathsAndNamesInAllScripts) {
+  const TempFolder temp;
+  const std::string folder(150, 'o');
+  const std::string file = folder + "/Übung_日本_" + std::string(90, 'x') + ".xlsm";
+  const std::string module = folder + "/Ω_" + std::string(120, 'x') + ".bas";
+  temp.Write(file, Zipped("xl/vbaProject.bin", Project("Weit", "M")));
+  temp.Write(module, "Attribute VB_Name = \"N\"\r\n1\r\n2\r\n3\r\n");
+  DocumentHost host;
+  const std::string office = "Weit [" + file + "] Tabelle1 100 3 M 1 4";
+  host.SetSources({temp / folder, temp / file});
+  EXPECT_EQ(Listed(host, temp.Path()), (Lines{folder + " [" + folder + "] N 1 3", office, office}));
+  EXPECT_EQ(host.Lines(1, "N", 1, 9), "1\r\n2\r\n3");
+  EXPECT_EQ(host.Lines(3, "M", 2, 1), "Sub M()");
+}
+
 TEST(OfficeSource, FoldersListTheFilesWithMacros) {
   const TempFolder temp("Ablage");
   temp.Write("m.bas", "1");

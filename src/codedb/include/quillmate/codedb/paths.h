@@ -26,6 +26,10 @@ std::filesystem::path RealPath(const std::filesystem::path& path, std::error_cod
 /// The same; throws std::filesystem::filesystem_error.
 std::filesystem::path RealPath(const std::filesystem::path& path);
 
+/// The path with each name as the folder above it has it, on a system that takes names without regard to case;
+/// elsewhere, and for a path that does not exist, the path itself.
+std::filesystem::path PathAsNamed(const std::filesystem::path& path);
+
 /// True for a symbolic link, and for a junction on Windows; false for what does not exist.
 bool IsLink(const std::filesystem::path& path) noexcept;
 
