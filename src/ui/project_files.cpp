@@ -6,6 +6,7 @@
 #include <string>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 #include <quillmate/text/operations.h>
 
 #include "project_folder.h"
@@ -36,7 +37,7 @@ std::string AskProjectName(Shell& shell) {
 /// True when the folder would be swept away with what crashed runs leave behind.
 bool IsInScratchRoot(const fs::path& folder) {
   std::error_code failed;
-  const fs::path real = fs::weakly_canonical(folder, failed);
+  const fs::path real = codedb::RealPath(folder, failed);
   const auto isRoot = [](const fs::path& part) {
     return text::EqualsIgnoreCase(codedb::PathText(part), startup::kScratchRoot);
   };

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include <quillmate/codedb/folder_swap.h>
+#include <quillmate/codedb/paths.h>
 
 namespace quillmate::ui {
 namespace {
@@ -32,25 +33,22 @@ void CopyFiles(const fs::path& source, const fs::path& target, const Step& step)
 /// What a project folder held besides the project.
 void MoveSubFolders(const fs::path& source, const fs::path& target, const Step& step) {
   std::error_code ignored;
-  for (const fs::directory_entry& entry : fs::directory_iterator(source)) {
-    if (!entry.is_directory() || entry.is_symlink()) continue;
+  for (const codedb::FolderEntry& entry : codedb::FolderEntries(source, ignored)) {
+    if (!entry.isFolder || entry.isLink) continue;
     step();
-    fs::rename(entry.path(), target / entry.path().filename(), ignored);
+    fs::rename(entry.path, target / entry.path.filename(), ignored);
   }
 }
 
 void RemoveFiles(const fs::path& folder, const Step& step) {
   std::error_code ignored;
-  std::vector<fs::path> files;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
-    if (!entry.is_directory() || entry.is_symlink()) files.push_back(entry.path());
-  }
-  for (const fs::path& file : files) {
+  for (const codedb::FolderEntry& entry : codedb::FolderEntries(folder, ignored)) {
+    if (entry.isFolder && !entry.isLink) continue;
     step();
-    fs::remove(file, ignored);
+    codedb::RemovePath(entry.path, ignored);
   }
   step();
-  fs::remove(folder, ignored);
+  codedb::RemovePath(folder, ignored);
 }
 
 /// The new project is in place; what is left of the old one is no reason to call the save a failure.
@@ -84,7 +82,7 @@ void ReplaceProjectFolder(const fs::path& source, const fs::path& target, const 
       old = codedb::SwapFolders(fresh, target, FreeNeighbour(target, "alt"));
     } else {
       step();
-      fs::rename(fresh, target);
+      codedb::RenamePath(fresh, target);
     }
   } catch (...) {
     RemoveFiles(fresh, [] {});

@@ -1,5 +1,7 @@
 #include "qt_text.h"
 
+#include <QDir>
+
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/text/windows1252.h>
 
@@ -22,6 +24,8 @@ std::string ToUtf8(const QString& text) { return text.toStdString(); }
 
 QString FromPath(const std::filesystem::path& path) { return FromUtf8(codedb::PathText(path)); }
 
-std::filesystem::path ToPath(const QString& text) { return codedb::PathFromText(ToUtf8(text)); }
+std::filesystem::path ToPath(const QString& text) {
+  return codedb::PathFromText(ToUtf8(QDir::toNativeSeparators(text)));
+}
 
 }  // namespace quillmate::ui

@@ -17,6 +17,7 @@ QString FromUtf8(std::string_view utf8);
 std::string ToUtf8(const QString& text);
 
 QString FromPath(const std::filesystem::path& path);
+/// With the system's own separators, whichever the text has.
 std::filesystem::path ToPath(const QString& text);
 
 }  // namespace quillmate::ui
