@@ -3,6 +3,8 @@
 #include <list>
 #include <system_error>
 
+#include <quillmate/codedb/paths.h>
+
 #include "platform.h"
 
 namespace quillmate::cli {
@@ -19,12 +21,23 @@ Registry& TheRegistry() {
   return *registry;
 }
 
+/// A file or link, or a folder with all that it holds; no link is followed.
+void RemoveWhole(const std::filesystem::path& path, std::error_code& error) {
+  std::error_code none;
+  if (!codedb::IsLink(path) && std::filesystem::is_directory(path, none)) {
+    for (const codedb::FolderEntry& entry : codedb::FolderEntries(path, none)) {
+      RemoveWhole(entry.path, none);
+    }
+  }
+  codedb::RemovePath(path, error);
+}
+
 /// The main thread may still be making files in the folder; it gives up once the folder is gone.
 void RemoveForGood(const std::filesystem::path& path) {
   std::error_code error;
   for (int attempt = 0; attempt < 1000; ++attempt) {
     CloseFilesIn(path);
-    std::filesystem::remove_all(path, error);
+    RemoveWhole(path, error);
     if (!error) {
       return;
     }
@@ -59,7 +72,7 @@ Leftover::~Leftover() {
   }
   const RunLock lock;
   std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
+  RemoveWhole(path_, ignored);
   TheRegistry().leftovers.remove(path_);
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 
 #include "messages.h"
 #include "platform.h"
@@ -20,7 +21,7 @@ constexpr std::size_t kBufferSize = std::size_t{1} << 16U;
 /// The file itself when the target is a symbolic link to one.
 fs::path FollowLinks(const fs::path& target) {
   std::error_code error;
-  fs::path real = fs::canonical(target, error);
+  fs::path real = fs::exists(target, error) ? codedb::RealPath(target, error) : target;
   return error ? target : real;
 }
 
@@ -110,14 +111,16 @@ void Output::Finish() {
     Fail(WriteError());
   }
   if (temporary_) {
-    const RunLock lock;
-    std::error_code error;
-    fs::rename(temporary_->Path(), target_, error);
-    if (error) {
-      Fail(error);
-    }
-    temporary_->Release(lock);
+    PutInPlace();
   }
+}
+
+void Output::PutInPlace() try {
+  const RunLock lock;
+  codedb::RenamePath(temporary_->Path(), target_);
+  temporary_->Release(lock);
+} catch (const fs::filesystem_error& error) {
+  Fail(error.code());
 }
 
 void Output::Fail(int code) const {

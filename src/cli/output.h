@@ -37,6 +37,7 @@ class Output {
   void OpenFile(const std::string& target);
   void CheckWritable() const;
   void OpenTemporary();
+  void PutInPlace();
   /// `code` is an errno value.
   [[noreturn]] void Fail(int code) const;
   [[noreturn]] void Fail(const std::error_code& error) const;

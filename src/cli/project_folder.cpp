@@ -8,6 +8,7 @@
 
 #include <quillmate/codedb/folder_swap.h>
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 
 #include "messages.h"
 #include "platform.h"
@@ -24,7 +25,7 @@ namespace fs = std::filesystem;
 /// Absolute, symbolic links resolved, without a separator at its end.
 fs::path ResolveTarget(const std::string& target) {
   std::error_code error;
-  fs::path path = fs::weakly_canonical(fs::absolute(codedb::PathFromText(target)), error);
+  fs::path path = codedb::RealPath(codedb::PathFromText(target), error);
   if (error) {
     throw CommandFailure(target + ": " + SystemReason(error));
   }
@@ -49,25 +50,42 @@ fs::path MakeFolderBeside(const fs::path& target) {
 /// Where the old folder waits while the new one takes its place.
 fs::path Aside(fs::path fresh) { return fresh += ".alt"; }
 
-bool BelongsToOldProject(const fs::directory_entry& entry) {
-  const bool isFolder = !entry.is_symlink() && entry.is_directory();
-  return !isFolder && IsProjectFile(entry.path().filename());
+bool BelongsToOldProject(const codedb::FolderEntry& entry) {
+  const bool isFolder = !entry.isLink && entry.isFolder;
+  return !isFolder && IsProjectFile(entry.path.filename());
+}
+
+std::vector<codedb::FolderEntry> EntriesOf(const fs::path& folder) {
+  std::error_code error;
+  std::vector<codedb::FolderEntry> entries = codedb::FolderEntries(folder, error);
+  if (error) {
+    throw fs::filesystem_error("list", folder, error);
+  }
+  return entries;
+}
+
+void Remove(const fs::path& path) {
+  std::error_code error;
+  codedb::RemovePath(path, error);
+  if (error) {
+    throw fs::filesystem_error("remove", path, error);
+  }
 }
 
 /// Moves all that is not the old project's own from its folder to the new one, then removes the rest with the folder.
 void ClearOldFolder(const fs::path& old, const fs::path& target) try {
   std::vector<fs::path> own;
   std::vector<fs::path> others;
-  for (const fs::directory_entry& entry : fs::directory_iterator(old)) {
-    (BelongsToOldProject(entry) ? own : others).push_back(entry.path());
+  for (const codedb::FolderEntry& entry : EntriesOf(old)) {
+    (BelongsToOldProject(entry) ? own : others).push_back(entry.path);
   }
   for (const fs::path& path : others) {
-    fs::rename(path, target / path.filename());
+    codedb::RenamePath(path, target / path.filename());
   }
   for (const fs::path& path : own) {
-    fs::remove(path);
+    Remove(path);
   }
-  fs::remove(old);
+  Remove(old);
 } catch (const fs::filesystem_error& error) {
   Fail(target, "Das neue Projekt ist geschrieben, in " + codedb::PathText(old) +
                    " liegen noch Dateien von vorher: " + SystemReason(error.code()));
@@ -111,7 +129,7 @@ void NewProjectFolder::CheckTarget(bool overwrite) const {
     Fail(target_, "Der Ordner existiert schon; --force überschreibt ein Projekt");
   }
   const bool isProject = fs::exists(codedb::DatabasePath(target_), error);
-  if (!isProject && !fs::is_empty(target_, error)) {
+  if (!isProject && !EntriesOf(target_).empty()) {
     Fail(target_, "Der Ordner ist kein Projekt und nicht leer; er wird nicht überschrieben");
   }
 }
@@ -128,7 +146,7 @@ void NewProjectFolder::Finish() try {
 
 void NewProjectFolder::PutInPlace() {
   const RunLock lock;
-  fs::rename(folder_->Path(), target_);
+  codedb::RenamePath(folder_->Path(), target_);
   folder_->Release(lock);
 }
 

@@ -5,6 +5,7 @@
 
 #include <quillmate/analysis/unused.h>
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 #include <quillmate/codedb/records.h>
 #include <quillmate/export/site.h>
 
@@ -50,7 +51,7 @@ std::string TitleOf(const Invocation& invocation) {
   if (invocation.host || invocation.inputs.size() > 1) {
     return "Makroprojekt";
   }
-  const fs::path input = fs::weakly_canonical(codedb::PathFromText(invocation.inputs.front()));
+  const fs::path input = codedb::RealPath(codedb::PathFromText(invocation.inputs.front()));
   return codedb::PathText(fs::is_directory(input) ? input.filename() : input.stem());
 }
 

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 
 #include "messages.h"
 #include "wildcards.h"
@@ -55,10 +56,9 @@ std::vector<fs::path> Fitting(const fs::path& input) {
   const fs::path folder = input.parent_path();
   std::vector<fs::path> paths;
   std::error_code error;
-  for (fs::directory_iterator entry(folder.empty() ? "." : folder, error), end; !error && entry != end;
-       entry.increment(error)) {
-    const fs::path name = entry->path().filename();
-    if (Fits(name.native(), pattern) && !IsHidden(entry->path())) {
+  for (const codedb::FolderEntry& entry : codedb::FolderEntries(folder.empty() ? "." : folder, error)) {
+    const fs::path name = entry.path.filename();
+    if (Fits(name.native(), pattern) && !IsHidden(entry.path)) {
       paths.push_back(folder / name);
     }
   }

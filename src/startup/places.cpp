@@ -1,4 +1,5 @@
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 #include <quillmate/startup/session.h>
 
 #include "places_p.h"
@@ -14,7 +15,7 @@ bool HasTemplate(const fs::path& folder) {
 }
 
 fs::path InstalledDataFolder(const fs::path& executableFolder) {
-  return (executableFolder / ".." / "share" / "quillmate").lexically_normal();
+  return codedb::NormalPath(executableFolder / ".." / "share" / "quillmate");
 }
 
 }  // namespace

@@ -3,11 +3,8 @@
 #include <vector>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 #include <quillmate/startup/session.h>
-
-#ifdef _WIN32
-#include <windows.h>
-#endif
 
 namespace quillmate::startup {
 namespace {
@@ -23,25 +20,10 @@ bool IsScratchPath(const fs::path& path) {
   return path.native().find(fs::path(kScratchRoot).native()) != fs::path::string_type::npos;
 }
 
-/// A folder itself, no link and no other place mounted in its stead.
+/// A folder itself, no link to one.
 bool IsRealFolder(const fs::path& path) {
-#ifdef _WIN32
-  const DWORD attributes = GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 &&
-         (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
-#else
   std::error_code ignored;
-  return fs::is_directory(fs::symlink_status(path, ignored));
-#endif
-}
-
-std::vector<fs::path> Entries(const fs::path& folder) {
-  std::vector<fs::path> entries;
-  std::error_code error;
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-    entries.push_back(entry->path());
-  }
-  return entries;
+  return fs::is_directory(path, ignored) && !codedb::IsLink(path);
 }
 
 /// The folder with its files; one with sub-folders stays.
@@ -54,7 +36,7 @@ void RemoveScratchFolder(const fs::path& folder) {
 
 void RemoveScratchFile(const fs::path& file) {
   std::error_code ignored;
-  if (file.filename() != kInstanceFile && IsScratchPath(file)) fs::remove(file, ignored);
+  if (file.filename() != kInstanceFile && IsScratchPath(file)) codedb::RemovePath(file, ignored);
 }
 
 /// A new folder `prefix` + random number; nothing when none can be made. Making it is what finds the name free, so that
@@ -96,11 +78,12 @@ void RemoveRunFolder(const fs::path& folder) {
 
 void CleanScratchRoot(const fs::path& scratchRoot) noexcept try {
   if (!IsRealFolder(scratchRoot)) return;
-  const std::vector<fs::path> entries = Entries(scratchRoot);
-  for (const fs::path& entry : entries) {
-    if (!IsRealFolder(entry)) RemoveScratchFile(entry);
+  std::error_code ignored;
+  const std::vector<codedb::FolderEntry> entries = codedb::FolderEntries(scratchRoot, ignored);
+  for (const codedb::FolderEntry& entry : entries) {
+    if (!IsRealFolder(entry.path)) RemoveScratchFile(entry.path);
   }
-  for (const fs::path& entry : entries) RemoveScratchFolder(entry);
+  for (const codedb::FolderEntry& entry : entries) RemoveScratchFolder(entry.path);
 } catch (...) {
   // What can't be listed stays for the next lone start.
 }

@@ -35,6 +35,20 @@ TEST_F(CliTest, StandardInputThatGivesNothing) {
   EXPECT_EQ(Names("."), "");
 }
 
+TEST_F(CliTest, NoHostRunsHere) {
+  Write("a.bas", kGreeting);
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"text", "--host"},
+                                                    {"search", "x", "--host"},
+                                                    {"index", "-o", "p", "--host", "a.bas"}}) {
+    const Result result = Run(arguments);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, Messages({"Ein laufendes Office-Programm kann nur unter Windows gelesen werden"}));
+  }
+  EXPECT_EQ(Run({"search", "--host"}).status, 2) << "the text is still needed";
+  EXPECT_EQ(Run({"clip", "--host"}).status, 2);
+  EXPECT_EQ(Names("."), "a.bas");
+}
+
 /// The folder behind a link becomes the project; the link stays, and who may enter the folder.
 TEST_F(CliTest, ForceFollowsALinkToTheFolder) {
   Write("a.bas", kGreeting);

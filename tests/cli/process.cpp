@@ -4,6 +4,7 @@
 #include <random>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 #include <quillmate/text/operations.h>
 
 namespace quillmate::cli {
@@ -22,14 +23,24 @@ fs::path NewFolder() {
   }
 }
 
+/// Also what lies deeper than the standard library reaches on Windows.
+void RemoveAll(const fs::path& folder) {
+  std::error_code error;
+  for (const codedb::FolderEntry& entry : codedb::FolderEntries(folder, error)) {
+    if (entry.isFolder && !entry.isLink) RemoveAll(entry.path);
+    codedb::RemovePath(entry.path, error);
+  }
+  codedb::RemovePath(folder, error);
+}
+
 }  // namespace
 
 CliTest::CliTest() : folder_(NewFolder()), scratch_(NewFolder()) {}
 
 CliTest::~CliTest() {
   EXPECT_TRUE(fs::is_empty(scratch_)) << "The program left something in its folder for temporary files";
-  fs::remove_all(folder_);
-  fs::remove_all(scratch_);
+  RemoveAll(folder_);
+  RemoveAll(scratch_);
 }
 
 Result CliTest::Run(const std::vector<std::string>& arguments, const Surroundings& around) const {
@@ -49,7 +60,7 @@ std::string CliTest::Read(const std::string& name) const {
 
 std::string CliTest::Names(const std::string& folder) const {
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder_ / folder)) {
+  for (const auto& entry : fs::directory_iterator(folder_ / codedb::PathFromText(folder))) {
     names.push_back(codedb::PathText(entry.path().filename()));
   }
   std::sort(names.begin(), names.end());
