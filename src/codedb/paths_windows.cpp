@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -13,31 +15,32 @@ namespace fs = std::filesystem;
 
 bool IsSeparator(wchar_t c) noexcept { return c == L'\\' || c == L'/'; }
 
+struct Reason {
+  DWORD code;
+  std::errc named;
+};
 /// The reasons that the program has words for, as every system names them.
+constexpr std::array kReasons{Reason{ERROR_ACCESS_DENIED, std::errc::permission_denied},
+                              Reason{ERROR_SHARING_VIOLATION, std::errc::device_or_resource_busy},
+                              Reason{ERROR_LOCK_VIOLATION, std::errc::device_or_resource_busy},
+                              Reason{ERROR_FILE_NOT_FOUND, std::errc::no_such_file_or_directory},
+                              Reason{ERROR_PATH_NOT_FOUND, std::errc::no_such_file_or_directory},
+                              Reason{ERROR_BAD_NETPATH, std::errc::no_such_file_or_directory},
+                              Reason{ERROR_BAD_NET_NAME, std::errc::no_such_file_or_directory},
+                              Reason{ERROR_INVALID_DRIVE, std::errc::no_such_file_or_directory},
+                              Reason{ERROR_DISK_FULL, std::errc::no_space_on_device},
+                              Reason{ERROR_WRITE_PROTECT, std::errc::read_only_file_system},
+                              Reason{ERROR_DIRECTORY, std::errc::not_a_directory},
+                              Reason{ERROR_DIR_NOT_EMPTY, std::errc::directory_not_empty},
+                              Reason{ERROR_ALREADY_EXISTS, std::errc::file_exists},
+                              Reason{ERROR_FILENAME_EXCED_RANGE, std::errc::filename_too_long},
+                              Reason{ERROR_NOT_SAME_DEVICE, std::errc::cross_device_link}};
+
 std::error_code ErrorOf(DWORD code) {
-  switch (code) {
-    case ERROR_ACCESS_DENIED:
-      return std::make_error_code(std::errc::permission_denied);
-    case ERROR_SHARING_VIOLATION:
-    case ERROR_LOCK_VIOLATION:
-      return std::make_error_code(std::errc::device_or_resource_busy);
-    case ERROR_FILE_NOT_FOUND:
-    case ERROR_PATH_NOT_FOUND:
-    case ERROR_BAD_NETPATH:
-    case ERROR_BAD_NET_NAME:
-    case ERROR_INVALID_DRIVE:
-      return std::make_error_code(std::errc::no_such_file_or_directory);
-    case ERROR_DISK_FULL:
-      return std::make_error_code(std::errc::no_space_on_device);
-    case ERROR_WRITE_PROTECT:
-      return std::make_error_code(std::errc::read_only_file_system);
-    case ERROR_DIRECTORY:
-      return std::make_error_code(std::errc::not_a_directory);
-    case ERROR_NOT_SAME_DEVICE:
-      return std::make_error_code(std::errc::cross_device_link);
-    default:
-      return {static_cast<int>(code), std::system_category()};
-  }
+  const auto* found =
+      std::find_if(kReasons.begin(), kReasons.end(), [=](const Reason& reason) { return reason.code == code; });
+  return found != kReasons.end() ? std::make_error_code(found->named)
+                                 : std::error_code(static_cast<int>(code), std::system_category());
 }
 
 std::error_code LastError() { return ErrorOf(GetLastError()); }
@@ -116,7 +119,7 @@ fs::path NormalPath(const fs::path& path) { return AbsolutePath(path); }
 
 fs::path RealPath(const fs::path& path, std::error_code& error) {
   error.clear();
-  const fs::path full = AbsolutePath(path);
+  fs::path full = AbsolutePath(path);
   fs::path missing;
   for (fs::path existing = full; existing.has_relative_path(); existing = existing.parent_path()) {
     const fs::path real = Resolved(existing);

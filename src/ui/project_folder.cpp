@@ -1,7 +1,6 @@
 #include "project_folder.h"
 
 #include <algorithm>
-#include <vector>
 
 #include <quillmate/codedb/folder_swap.h>
 #include <quillmate/codedb/paths.h>
