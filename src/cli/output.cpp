@@ -56,7 +56,7 @@ void Output::OpenFile(const std::string& target) {
   if (fs::is_directory(status)) {
     Fail(EISDIR);
   }
-  if (fs::exists(status) && !fs::is_regular_file(status)) {
+  if (IsDevice(target_)) {
     stream_ = OpenStream(target_, OpenMode::kExisting);
     return stream_ == nullptr ? Fail(errno) : void();
   }

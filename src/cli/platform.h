@@ -33,6 +33,9 @@ bool ErrorStreamIsTerminal() noexcept;
 /// Columns of that terminal; 80 when it does not tell.
 std::size_t TerminalColumns() noexcept;
 
+/// True for what is written to directly and never replaced: a device, a pipe.
+bool IsDevice(const std::filesystem::path& path);
+
 /// kNew fails when the file is there already, kExisting when it is not; both leave a file that is there as it is.
 enum class OpenMode { kNew, kExisting };
 /// Opens a file for writing its bytes; nothing on failure, with the reason in errno.

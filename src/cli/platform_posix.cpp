@@ -79,6 +79,13 @@ std::size_t TerminalColumns() noexcept {
   return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
+bool IsDevice(const std::filesystem::path& path) {
+  std::error_code ignored;
+  const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+  return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
+         !std::filesystem::is_directory(status);
+}
+
 std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept {
   const int flags = O_WRONLY | O_CLOEXEC | (mode == OpenMode::kNew ? O_CREAT | O_EXCL : 0);
   const int descriptor = open(file.c_str(), flags, 0666);

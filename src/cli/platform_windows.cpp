@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 // clang-format on
 
+#include <quillmate/codedb/paths.h>
+
 #include "platform.h"
 
 namespace quillmate::cli {
@@ -90,6 +92,8 @@ void PrepareStandardStreams() {
   for (std::FILE* const stream : {stdin, stdout, stderr}) {
     _setmode(_fileno(stream), _O_BINARY);
   }
+  // A console shows only those characters whose bytes come together.
+  std::setvbuf(stderr, nullptr, _IOFBF, BUFSIZ);
   PrepareConsole();
 }
 
@@ -139,6 +143,8 @@ std::size_t TerminalColumns() noexcept {
   const bool known = GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &info) != 0;
   return known && info.dwSize.X > 0 ? static_cast<std::size_t>(info.dwSize.X) : 80;
 }
+
+bool IsDevice(const std::filesystem::path& path) { return codedb::AbsolutePath(path).native().starts_with(L"\\\\.\\"); }
 
 std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept {
   const int flags = _O_WRONLY | _O_BINARY | _O_NOINHERIT | (mode == OpenMode::kNew ? _O_CREAT | _O_EXCL : 0);

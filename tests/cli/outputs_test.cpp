@@ -24,6 +24,12 @@ TEST_F(CliTest, FilesAreReplacedWholeOrNotAtAll) {
   }
   EXPECT_EQ(Run({"text", "-o", "alt", "a.bas"}).err, "");
   EXPECT_EQ(Read("alt"), Run({"text", "a.bas"}).out);
+#ifdef _WIN32
+  EXPECT_EQ(Run({"text", "-o", "nul", "a.bas"}).err, "");
+#else
+  EXPECT_EQ(Run({"text", "-o", "/dev/null", "a.bas"}).err, "");
+#endif
+  EXPECT_EQ(Names("."), "a.bas alt ordner");
 }
 
 TEST_F(CliTest, TheOutputIsNeverPartOfTheInput) {
