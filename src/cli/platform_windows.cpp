@@ -1,5 +1,4 @@
 #include <cerrno>
-#include <cstdint>
 #include <cstdlib>
 #include <random>
 #include <string_view>
@@ -26,8 +25,8 @@ constexpr UINT kEndedByConsole = 0xC000013A;
 /// Longest path of the system, in characters.
 constexpr std::size_t kLongestPath = 32767;
 /// The system numbers the handles of a process from 4 in steps of 4; this program never has anywhere near as many.
-constexpr std::uintptr_t kHandleStep = 4;
-constexpr std::uintptr_t kHandlesEnd = 0x4000;
+constexpr long kHandleStep = 4;
+constexpr long kHandlesEnd = 0x4000;
 
 /// The console's code pages as the caller had them.
 UINT outputPage = 0;
@@ -68,12 +67,17 @@ std::string Utf8(std::wstring_view wide) {
 
 /// The full path of the file that a handle stands for, in the system's own form; empty for a handle of another kind.
 std::wstring PathOfHandle(HANDLE handle) {
+  if (GetFileType(handle) != FILE_TYPE_DISK) return {};
   std::wstring path(kLongestPath + 1, L'\0');
-  const DWORD length = GetFileType(handle) != FILE_TYPE_DISK
-                           ? 0
-                           : GetFinalPathNameByHandleW(handle, path.data(), static_cast<DWORD>(path.size()), 0);
+  const DWORD length = GetFinalPathNameByHandleW(handle, path.data(), static_cast<DWORD>(path.size()), 0);
   path.resize(length <= kLongestPath ? length : 0);
   return path;
+}
+
+/// Asking after a pipe that somebody is just waiting for would mean waiting with him.
+bool IsStandardStream(HANDLE handle) noexcept {
+  return handle == GetStdHandle(STD_INPUT_HANDLE) || handle == GetStdHandle(STD_OUTPUT_HANDLE) ||
+         handle == GetStdHandle(STD_ERROR_HANDLE);
 }
 
 std::wstring FinalPath(const std::filesystem::path& path) {
@@ -118,9 +122,9 @@ void CloseFilesIn(const std::filesystem::path& path) {
   if (root.empty()) {
     return;
   }
-  for (std::uintptr_t number = kHandleStep; number < kHandlesEnd; number += kHandleStep) {
-    auto* const handle = reinterpret_cast<HANDLE>(number);
-    const std::wstring file = PathOfHandle(handle);
+  for (long number = kHandleStep; number < kHandlesEnd; number += kHandleStep) {
+    const HANDLE handle = LongToHandle(number);
+    const std::wstring file = IsStandardStream(handle) ? std::wstring() : PathOfHandle(handle);
     if (file.starts_with(root) && (file.size() == root.size() || file[root.size()] == L'\\')) {
       CloseHandle(handle);
     }
