@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QProcess>
 #include <QRegularExpression>
@@ -80,6 +81,17 @@ QString ExistingFolder(const QString& start) {
   return !start.isEmpty() && QDir(start).exists() ? start : QDir::homePath();
 }
 
+/// What a dialog stands over. Right after a dialog of the system's own no window of the program is active.
+QWidget* Owner() {
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  if (QWidget* asking = QApplication::activeModalWidget()) return asking;
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  const auto found = std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
+    return window->isVisible() && qobject_cast<const QMainWindow*>(window) != nullptr;
+  });
+  return found == windows.end() ? nullptr : *found;
+}
+
 /// The hourglass belongs to the work, not to a question in between.
 class ArrowCursor {
  public:
@@ -102,8 +114,7 @@ class RealPlatform : public Platform {
 
   Answer Show(const Message& message) override {
     const ArrowCursor arrow;
-    QMessageBox box(BoxIcon(message.icon), message.title, DialogText(message.text), QMessageBox::NoButton,
-                    QApplication::activeWindow());
+    QMessageBox box(BoxIcon(message.icon), message.title, DialogText(message.text), QMessageBox::NoButton, Owner());
     box.setTextFormat(Qt::PlainText);
     box.setInformativeText(DialogText(message.detail));
     AddButtons(box, message.buttons);
@@ -113,26 +124,24 @@ class RealPlatform : public Platform {
   std::optional<QString> AskText(const QString& title, const QString& prompt, const QString& preset) override {
     const ArrowCursor arrow;
     bool accepted = false;
-    const QString text = QInputDialog::getText(QApplication::activeWindow(), title, DialogText(prompt),
-                                               QLineEdit::Normal, preset, &accepted);
+    const QString text =
+        QInputDialog::getText(Owner(), title, DialogText(prompt), QLineEdit::Normal, preset, &accepted);
     return accepted ? std::optional(text) : std::nullopt;
   }
 
   QString ChooseFolder(const QString& title, const QString& start) override {
-    return QDir::toNativeSeparators(
-        QFileDialog::getExistingDirectory(QApplication::activeWindow(), title, ExistingFolder(start)));
+    return QDir::toNativeSeparators(QFileDialog::getExistingDirectory(Owner(), title, ExistingFolder(start)));
   }
 
   QStringList ChooseFiles(const QString& title, const QString& start, const QString& filter) override {
-    QStringList files =
-        QFileDialog::getOpenFileNames(QApplication::activeWindow(), title, ExistingFolder(start), filter);
+    QStringList files = QFileDialog::getOpenFileNames(Owner(), title, ExistingFolder(start), filter);
     for (QString& file : files) file = QDir::toNativeSeparators(file);
     return files;
   }
 
   QString ChooseSaveFile(const SaveRequest& request) override {
     const ArrowCursor arrow;
-    QFileDialog dialog(QApplication::activeWindow(), request.title, ExistingFolder(request.folder), request.filter);
+    QFileDialog dialog(Owner(), request.title, ExistingFolder(request.folder), request.filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(request.extension);
     // Another kind of file brings its own extension.

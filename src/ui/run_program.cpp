@@ -9,6 +9,7 @@
 
 #include "desktop_look.h"
 #include "german.h"
+#include "icons.h"
 #include "qt_text.h"
 
 /// Resources of a static library have to be asked for, outside of every namespace.
@@ -42,6 +43,7 @@ int RunProgram(int selector, int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("Quillmate"));
   // A message box may be the only window for a while; the main window itself ends the program.
   QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setWindowIcon(LoadIcon(QStringLiteral("4A")));
   SpeakGerman(app);
   FollowDesktopLook(app);
 
