@@ -206,7 +206,8 @@ int main(int argc, char** argv) {
                       *store);
   startup::InstanceMark mark(globals.TempFolder);
   host::DocumentHost documents;
-  ui::MainWindow window({globals, mark, *store, platform, documents, documents});
+  host::JoinedHost joined({&documents});
+  ui::MainWindow window({globals, mark, *store, platform, documents, joined});
   PrintMemory("empty window");
   Stopwatch watch;
   window.Load(false);

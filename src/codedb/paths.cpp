@@ -15,4 +15,20 @@ fs::path RealPath(const fs::path& path) {
   return real;
 }
 
+void RemoveFolder(const fs::path& folder, std::error_code& error) {
+  std::error_code listing;
+  std::error_code failure;
+  for (const FolderEntry& entry : FolderEntries(folder, listing)) {
+    std::error_code removal;
+    if (entry.isFolder && !entry.isLink) {
+      RemoveFolder(entry.path, removal);
+    } else {
+      RemovePath(entry.path, removal);
+    }
+    if (removal) failure = removal;
+  }
+  RemovePath(folder, error);
+  if (failure) error = failure;
+}
+
 }  // namespace quillmate::codedb

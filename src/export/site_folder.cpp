@@ -96,7 +96,7 @@ SiteFolder::SiteFolder(const fs::path& target, bool force) : target_(ResolveTarg
 
 SiteFolder::~SiteFolder() {
   std::error_code ignored;
-  if (!fresh_.empty()) fs::remove_all(fresh_, ignored);
+  if (!fresh_.empty()) codedb::RemoveFolder(fresh_, ignored);
 }
 
 void SiteFolder::CheckTarget() const {
@@ -104,7 +104,7 @@ void SiteFolder::CheckTarget() const {
   const fs::file_status status = fs::status(target_, error);
   if (!fs::exists(status)) return;
   if (!fs::is_directory(status)) Fail(target_, "Das ist kein Ordner");
-  if (force_ || IsSite(target_) || fs::is_empty(target_, error)) return;
+  if (force_ || IsSite(target_) || codedb::FolderEntries(target_, error).empty()) return;
   Fail(target_, "Der Ordner ist nicht leer und keine HTML-Dokumentation");
 }
 
@@ -135,7 +135,9 @@ void SiteFolder::RemoveOld() try {
   for (const fs::path& name : OthersIn(old_, siteFiles)) {
     if (!fs::exists(fs::symlink_status(target_ / name))) codedb::RenamePath(old_ / name, target_ / name);
   }
-  fs::remove_all(old_);
+  std::error_code error;
+  codedb::RemoveFolder(old_, error);
+  if (error) throw fs::filesystem_error("remove", old_, error);
 } catch (const fs::filesystem_error&) {
   Fail(target_,
        "Die neue HTML-Dokumentation ist geschrieben, in " + codedb::PathText(old_) + " liegen noch Dateien von vorher");

@@ -3,6 +3,7 @@
 
 #include <quillmate/analysis/unused.h>
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 #include <quillmate/codedb/records.h>
 #include <quillmate/export/site.h>
 
@@ -47,7 +48,9 @@ output::SiteStyle StyleOfSite(const settings::Options& options) {
 /// The chosen folder when it is empty or holds an earlier documentation; otherwise a folder of its own below it, so
 /// that the pages do not mix with other files.
 fs::path TargetIn(const fs::path& chosen, const std::string& title) {
-  if (!fs::exists(chosen) || fs::is_empty(chosen) || fs::exists(chosen / output::kSiteListFile)) return chosen;
+  std::error_code unreadable;
+  const bool free = codedb::FolderEntries(chosen, unreadable).empty() && !(unreadable && fs::exists(chosen));
+  if (free || fs::exists(chosen / output::kSiteListFile)) return chosen;
   return chosen / codedb::PathFromText(CleanName(title + " Dokumentation"));
 }
 

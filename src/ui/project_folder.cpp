@@ -22,11 +22,13 @@ fs::path FreeNeighbour(const fs::path& target, std::string_view ending) {
 }
 
 void CopyFiles(const fs::path& source, const fs::path& target, const Step& step) {
-  for (const fs::directory_entry& entry : fs::directory_iterator(source)) {
-    if (!entry.is_regular_file()) continue;
+  std::error_code error;
+  for (const codedb::FolderEntry& entry : codedb::FolderEntries(source, error)) {
+    if (entry.isFolder) continue;
     step();
-    fs::copy_file(entry.path(), target / entry.path().filename());
+    fs::copy_file(entry.path, target / entry.path.filename());
   }
+  if (error) throw fs::filesystem_error("list", source, error);
 }
 
 /// What a project folder held besides the project.

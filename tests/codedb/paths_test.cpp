@@ -93,6 +93,24 @@ TEST(Paths, RemoveAndRename) {
   EXPECT_EQ(Content(folder.Path()), "");
 }
 
+TEST(RemoveFolder, TakesAllButWhatLinksPointAt) {
+  const ScratchFolder folder;
+  const fs::path gone = folder.Path() / "weg";
+  fs::create_directories(gone / std::string(120, 'a') / std::string(120, 'b'));
+  fs::create_directories(folder.Path() / "bleibt");
+  WriteWholeFile(gone / std::string(120, 'a') / std::string(120, 'b') / std::string(120, 'c'), "1");
+  WriteWholeFile(folder.Path() / "bleibt" / "d", "1");
+  std::error_code unsupported;
+  fs::create_directory_symlink(folder.Path() / "bleibt", gone / "link", unsupported);
+  std::error_code error;
+  RemoveFolder(gone, error);
+  EXPECT_FALSE(error) << error.message();
+  RemoveFolder(gone, error);
+  EXPECT_FALSE(error) << "what is gone is gone";
+  EXPECT_EQ(Content(folder.Path()), "bleibt/ ");
+  EXPECT_EQ(Content(folder.Path() / "bleibt"), "d=1 ");
+}
+
 /// The folders "neu", "alt" and "weg" of a swap.
 struct Swap {
   ScratchFolder folder;

@@ -52,4 +52,8 @@ void RenamePath(const std::filesystem::path& from, const std::filesystem::path& 
 /// False when there is none, or with an error.
 bool RemovePath(const std::filesystem::path& path, std::error_code& error) noexcept;
 
+/// Removes a folder with all that lies in it; links are removed, not followed. Goes on after a failure and reports the
+/// last one. A folder that does not exist is no error.
+void RemoveFolder(const std::filesystem::path& folder, std::error_code& error);
+
 }  // namespace quillmate::codedb
