@@ -14,6 +14,7 @@
 // clang-format on
 
 #include <quillmate/codedb/paths.h>
+#include <quillmate/text/wide.h>
 
 #include "platform.h"
 
@@ -54,15 +55,6 @@ BOOL WINAPI EndByConsole(DWORD /*event*/) {
   RestoreConsole();
   TerminateProcess(GetCurrentProcess(), kEndedByConsole);
   return TRUE;
-}
-
-/// A word that is no proper UTF-16 can only name what isn't there.
-std::string Utf8(std::wstring_view wide) {
-  const int size = static_cast<int>(wide.size());
-  const int length = WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, nullptr, 0, nullptr, nullptr);
-  std::string utf8(static_cast<std::size_t>(length), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, utf8.data(), length, nullptr, nullptr);
-  return utf8;
 }
 
 /// The full path of the file that a handle stands for, in the system's own form; empty for a handle of another kind.
@@ -106,7 +98,8 @@ std::vector<std::string> Arguments(int /*argc*/, char** /*argv*/) {
   wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
   std::vector<std::string> arguments;
   for (int i = 1; i < count; ++i) {
-    arguments.push_back(Utf8(words[i]));
+    // A word that is no proper UTF-16 can only name what isn't there.
+    arguments.push_back(text::Utf8FromWide(words[i]));
   }
   LocalFree(words);
   return arguments;

@@ -2,6 +2,7 @@
 #include <array>
 
 #include <quillmate/text/operations.h>
+#include <quillmate/text/wide.h>
 
 #include "com_calls_windows_p.h"
 
@@ -53,8 +54,8 @@ class Refusal {
     return info_.scode != 0 ? info_.scode : result;
   }
   std::string Words() const {
-    const BSTR text = info_.bstrDescription;
-    std::string words = text == nullptr ? std::string() : Utf8FromWide({text, SysStringLen(text)});
+    const BSTR said = info_.bstrDescription;
+    std::string words = said == nullptr ? std::string() : text::Utf8FromWide({said, SysStringLen(said)});
     std::replace_if(
         words.begin(), words.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
     return std::string(text::Trim(words));
@@ -72,16 +73,6 @@ class Refusal {
 };
 
 }  // namespace
-
-std::string Utf8FromWide(std::wstring_view text) {
-  const int length = static_cast<int>(text.size());
-  std::string utf8(text.size() * 3, '\0');
-  const int size = length == 0 ? 0
-                               : WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(),
-                                                     static_cast<int>(utf8.size()), nullptr, nullptr);
-  utf8.resize(static_cast<std::size_t>(size));
-  return utf8;
-}
 
 template <typename Call>
 HRESULT ComCalls::Patiently(Call call) const {

@@ -73,7 +73,4 @@ class ComCalls {
   std::map<std::pair<ComType, std::wstring>, DISPID> members_;
 };
 
-/// UTF-8; an unpaired surrogate becomes U+FFFD.
-std::string Utf8FromWide(std::wstring_view text);
-
 }  // namespace quillmate::host

@@ -9,6 +9,7 @@
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/source_text.h>
+#include <quillmate/text/wide.h>
 #include <quillmate/text/windows1252.h>
 
 #include "com_apartment_windows_p.h"
@@ -110,7 +111,7 @@ void ComHost::State::Release() noexcept {
 /// "16.0": a text with a point whatever the user's language; some hosts give a number.
 float ComHost::State::ReadVersion(const ComObject& application) {
   const std::wstring value = calls.GetText(application, L"Version", name + " sagt seine Version nicht");
-  return static_cast<float>(text::LeadingNumber(Utf8FromWide(value)));
+  return static_cast<float>(text::LeadingNumber(text::Utf8FromWide(value)));
 }
 
 const ComObject& ComHost::State::Projects() const {
@@ -131,7 +132,7 @@ std::optional<ComObject> ComHost::State::Item(const ComObject& collection, const
 /// A project that was never saved refuses to name its file, or names none.
 std::optional<std::string> ComHost::State::FileNameOf(const ComObject& project) {
   try {
-    std::string file = Utf8FromWide(calls.GetText(project, L"FileName", {}));
+    std::string file = text::Utf8FromWide(calls.GetText(project, L"FileName", {}));
     return file.empty() ? std::nullopt : std::optional(std::move(file));
   } catch (const ComError& error) {
     if (error.Trouble() != ComTrouble::kRefused) throw;

@@ -9,6 +9,7 @@
 // clang-format on
 
 #include <quillmate/settings/settings_store.h>
+#include <quillmate/text/wide.h>
 
 #include "key_names_p.h"
 
@@ -20,20 +21,8 @@ constexpr DWORD kLongestName = 16383;
 constexpr std::string_view kSpecialInKeys("\0", 1);
 constexpr std::string_view kSpecialInSections("\0\\", 2);
 
-std::wstring Wide(std::string_view utf8) {
-  const int size = static_cast<int>(utf8.size());
-  std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, nullptr, 0)), L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, wide.data(), static_cast<int>(wide.size()));
-  return wide;
-}
-
-std::string Utf8(std::wstring_view wide) {
-  const int size = static_cast<int>(wide.size());
-  const int length = WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, nullptr, 0, nullptr, nullptr);
-  std::string utf8(static_cast<std::size_t>(length), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, utf8.data(), length, nullptr, nullptr);
-  return utf8;
-}
+using text::Utf8FromWide;
+using text::WideFromUtf8;
 
 /// An open key of the registry, or none.
 class RegistryKey {
@@ -97,7 +86,7 @@ std::string ListText(const std::string& bytes) {
   std::wstring list = WideText(bytes);
   if (list.ends_with(L'\0')) list.pop_back();
   std::replace(list.begin(), list.end(), L'\0', L',');
-  return Utf8(list);
+  return Utf8FromWide(list);
 }
 
 /// Flags and colours are signed.
@@ -112,9 +101,9 @@ std::string NumberText(const std::string& bytes) {
 std::string TextOf(const Value& value) {
   switch (value.type) {
     case REG_SZ:
-      return Utf8(WideText(value.bytes));
+      return Utf8FromWide(WideText(value.bytes));
     case REG_EXPAND_SZ:
-      return Utf8(Expanded(WideText(value.bytes)));
+      return Utf8FromWide(Expanded(WideText(value.bytes)));
     case REG_MULTI_SZ:
       return ListText(value.bytes);
     case REG_DWORD:
@@ -126,11 +115,12 @@ std::string TextOf(const Value& value) {
   }
 }
 
-std::wstring ValueName(std::string_view key) { return Wide(EncodeName(key, kSpecialInKeys)); }
+std::wstring ValueName(std::string_view key) { return WideFromUtf8(EncodeName(key, kSpecialInKeys)); }
 
 class RegistrySettings final : public SettingsStore {
  public:
-  explicit RegistrySettings(const std::string& settingsRoot) : root_(L"Software\\" + Wide(settingsRoot) + L"\\") {}
+  explicit RegistrySettings(const std::string& settingsRoot)
+      : root_(L"Software\\" + WideFromUtf8(settingsRoot) + L"\\") {}
 
   std::string ReadSetting(std::string_view section, std::string_view key) const override {
     RegistryKey opened;
@@ -142,7 +132,7 @@ class RegistrySettings final : public SettingsStore {
   void WriteSetting(std::string_view section, std::string_view key, std::string_view value) override {
     RegistryKey opened;
     if (!opened.Create(PathOf(section))) return;
-    const std::wstring text = Wide(value);
+    const std::wstring text = WideFromUtf8(value);
     RegSetValueExW(opened.Handle(), ValueName(key).c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
                    static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
   }
@@ -162,14 +152,16 @@ class RegistrySettings final : public SettingsStore {
           ERROR_SUCCESS) {
         break;
       }
-      keys.push_back(DecodeName(Utf8({name.data(), length})));
+      keys.push_back(DecodeName(Utf8FromWide({name.data(), length})));
     }
     std::sort(keys.begin(), keys.end(), KeyBefore);
     return keys;
   }
 
  private:
-  std::wstring PathOf(std::string_view section) const { return root_ + Wide(EncodeName(section, kSpecialInSections)); }
+  std::wstring PathOf(std::string_view section) const {
+    return root_ + WideFromUtf8(EncodeName(section, kSpecialInSections));
+  }
 
   std::wstring root_;
 };

@@ -1,43 +1,16 @@
-#include <array>
 #include <stdexcept>
 #include <utility>
-
-#include <windows.h>
 
 #include <quillmate/codedb/index_files.h>
 
 #include "process.h"
+#include "windows/child_process.h"
 
 namespace quillmate::cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// A handle of the system, closed at the end.
-class Handle {
- public:
-  Handle() = default;
-  explicit Handle(HANDLE handle) : handle_(handle) {}
-  ~Handle() { Close(); }
-  Handle(Handle&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
-  Handle& operator=(Handle&& other) noexcept {
-    std::swap(handle_, other.handle_);
-    return *this;
-  }
-  HANDLE Get() const noexcept { return handle_; }
-  void Close() {
-    if (handle_ != nullptr) CloseHandle(std::exchange(handle_, nullptr));
-  }
-
- private:
-  HANDLE handle_ = nullptr;
-};
-
-struct Streams {
-  Handle in;
-  Handle out;
-  Handle err;
-};
+using child::Handle;
 
 /// What a program takes apart into the same words.
 std::wstring QuotedWord(const std::string& word) {
@@ -60,42 +33,15 @@ Handle OpenInherited(const fs::path& file, DWORD access, DWORD disposition) {
   return Handle(handle);
 }
 
-/// The end to read from, which no other process inherits, and the end to write to, which one does.
-std::pair<Handle, Handle> NewPipe() {
-  SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-  HANDLE read = nullptr;
-  HANDLE write = nullptr;
-  if (CreatePipe(&read, &write, &inherited, 0) == 0) throw std::runtime_error("CreatePipe");
-  SetHandleInformation(read, HANDLE_FLAG_INHERIT, 0);
-  return {Handle(read), Handle(write)};
-}
-
-Handle Spawn(const fs::path& program, const std::vector<std::string>& arguments, const fs::path& folder,
-             const fs::path& scratch, const Streams& streams, DWORD flags) {
-  std::wstring line = L"\"" + program.native() + L"\"";
-  for (const std::string& argument : arguments) line += L" " + QuotedWord(argument);
+Handle StartCli(const fs::path& program, const std::vector<std::string>& arguments, const fs::path& folder,
+                const fs::path& scratch, child::Streams streams, DWORD flags) {
+  std::wstring line;
+  for (const std::string& argument : arguments) line += QuotedWord(argument) + L" ";
   for (const wchar_t* const variable : {L"TMP", L"TEMP"}) SetEnvironmentVariableW(variable, scratch.c_str());
-  STARTUPINFOW start{};
-  start.cb = sizeof start;
-  start.dwFlags = STARTF_USESTDHANDLES;
-  start.hStdInput = streams.in.Get();
-  start.hStdOutput = streams.out.Get();
-  start.hStdError = streams.err.Get();
-  PROCESS_INFORMATION made{};
-  if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, flags, nullptr, folder.c_str(), &start,
-                     &made) == 0) {
-    throw std::runtime_error("CreateProcess " + codedb::PathText(program));
-  }
-  CloseHandle(made.hThread);
-  return Handle(made.hProcess);
+  return child::Spawn(program, line, std::move(streams), folder, flags);
 }
 
-int WaitFor(const Handle& process) {
-  DWORD status = 0;
-  WaitForSingleObject(process.Get(), INFINITE);
-  GetExitCodeProcess(process.Get(), &status);
-  return static_cast<int>(status);
-}
+int StatusOf(const Handle& process) { return static_cast<int>(child::WaitFor(process)); }
 
 constexpr const wchar_t* kInterruptedVariable = L"QUILLMATE_INTERRUPTED";
 
@@ -133,24 +79,15 @@ void StartedProgram::AwaitOutput() {
 void StartedProgram::Interrupt(int /*kind*/) {
   const std::wstring process = std::to_wstring(GetProcessId(handles_->process.Get()));
   SetEnvironmentVariableW(kInterruptedVariable, process.c_str());
-  std::wstring sender(32767, L'\0');
-  sender.resize(GetModuleFileNameW(nullptr, sender.data(), static_cast<DWORD>(sender.size())));
-  const fs::path here = fs::current_path();
   const Handle started =
-      Spawn(sender, {"--gtest_also_run_disabled_tests", "--gtest_filter=InterruptSender.DISABLED_Send"}, here,
-            fs::temp_directory_path(), {}, DETACHED_PROCESS);
-  EXPECT_EQ(WaitFor(started), 0);
+      child::Spawn(child::OwnProgram(), L"--gtest_also_run_disabled_tests --gtest_filter=InterruptSender.DISABLED_Send",
+                   {}, fs::current_path(), DETACHED_PROCESS);
+  EXPECT_EQ(StatusOf(started), 0);
 }
 
-int StartedProgram::Wait() { return WaitFor(handles_->process); }
+int StartedProgram::Wait() { return StatusOf(handles_->process); }
 
-std::string StartedProgram::Errors() {
-  std::string text(4096, '\0');
-  DWORD count = 0;
-  ReadFile(handles_->err.Get(), text.data(), static_cast<DWORD>(text.size()), &count, nullptr);
-  text.resize(count);
-  return text;
-}
+std::string StartedProgram::Errors() { return child::ReadSome(handles_->err); }
 
 std::vector<Interruption> Interruptions() { return {{CTRL_C_EVENT, static_cast<int>(0xC000013A)}}; }
 
@@ -159,13 +96,12 @@ Result CliTest::RunAt(const fs::path& program, const std::vector<std::string>& a
   const fs::path out = scratch_ / "out";
   const fs::path err = scratch_ / "err";
   Result result;
-  {
-    const Streams streams{
-        OpenInherited(around.input.empty() ? fs::path("NUL") : folder_ / around.input, GENERIC_READ, OPEN_EXISTING),
-        OpenInherited(out, GENERIC_WRITE, CREATE_ALWAYS), OpenInherited(err, GENERIC_WRITE, CREATE_ALWAYS)};
-    const fs::path temporary = around.temporary.empty() ? scratch_ : folder_ / around.temporary;
-    result.status = WaitFor(Spawn(program, arguments, folder_, temporary, streams, 0));
-  }
+  const fs::path temporary = around.temporary.empty() ? scratch_ : folder_ / around.temporary;
+  result.status = StatusOf(StartCli(
+      program, arguments, folder_, temporary,
+      {OpenInherited(around.input.empty() ? fs::path("NUL") : folder_ / around.input, GENERIC_READ, OPEN_EXISTING),
+       OpenInherited(out, GENERIC_WRITE, CREATE_ALWAYS), OpenInherited(err, GENERIC_WRITE, CREATE_ALWAYS)},
+      0));
   result.out = codedb::ReadWholeFile(out);
   result.err = codedb::ReadWholeFile(err);
   fs::remove(out);
@@ -175,12 +111,15 @@ Result CliTest::RunAt(const fs::path& program, const std::vector<std::string>& a
 
 StartedProgram CliTest::Start(const std::vector<std::string>& arguments, bool hasReader) const {
   auto handles = std::make_unique<StartedProgram::Handles>();
-  Streams streams;
-  streams.in = OpenInherited("NUL", GENERIC_READ, OPEN_EXISTING);
-  std::tie(handles->out, streams.out) = NewPipe();
-  std::tie(handles->err, streams.err) = NewPipe();
-  if (!hasReader) handles->out.Close();
-  handles->process = Spawn(Program(), arguments, folder_, scratch_, streams, CREATE_NO_WINDOW);
+  child::Pipe out = child::PipeFromChild();
+  child::Pipe err = child::PipeFromChild();
+  if (hasReader) handles->out = std::move(out.read);
+  out.read.Close();
+  handles->err = std::move(err.read);
+  handles->process =
+      StartCli(Program(), arguments, folder_, scratch_,
+               {OpenInherited("NUL", GENERIC_READ, OPEN_EXISTING), std::move(out.write), std::move(err.write)},
+               CREATE_NO_WINDOW);
   return StartedProgram(std::move(handles));
 }
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include <windows.h>
+#include "windows/child_process.h"
 
 namespace quillmate::host {
 
@@ -24,9 +24,9 @@ class StandInHost {
  private:
   std::string ReadLine() const;
 
-  HANDLE process_ = nullptr;
-  HANDLE input_ = nullptr;
-  HANDLE output_ = nullptr;
+  child::Handle process_;
+  child::Handle input_;
+  child::Handle output_;
 };
 
 }  // namespace quillmate::host

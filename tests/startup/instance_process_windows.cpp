@@ -1,11 +1,11 @@
-#include <cstdlib>
+#include <utility>
 
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <quillmate/startup/session.h>
 
 #include "startup/instance_process.h"
+#include "windows/child_process.h"
 
 namespace quillmate::startup {
 namespace {
@@ -17,16 +17,6 @@ std::wstring FolderFromParent() {
   folder.resize(GetEnvironmentVariableW(kFolderVariable, folder.data(), static_cast<DWORD>(folder.size())));
   return folder;
 }
-
-/// Both ends; the other process inherits one of them.
-struct Pipe {
-  Pipe() {
-    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-    if (CreatePipe(&read, &write, &inherited, 0) == 0) std::abort();
-  }
-  HANDLE read = nullptr;
-  HANDLE write = nullptr;
-};
 
 /// The instance's own process: it tells on standard error and takes the order from standard input.
 TEST(InstanceProcess, DISABLED_Run) {
@@ -43,55 +33,39 @@ TEST(InstanceProcess, DISABLED_Run) {
 }  // namespace
 
 struct InstanceProcess::Handles {
-  HANDLE process = nullptr;
-  HANDLE news = nullptr;
-  HANDLE orders = nullptr;
+  child::Handle process;
+  child::Handle news;
+  child::Handle orders;
+  bool running = true;
 
   void Reap() {
-    WaitForSingleObject(process, INFINITE);
-    for (const HANDLE handle : {process, news, orders}) CloseHandle(handle);
-    process = nullptr;
+    child::WaitFor(process);
+    running = false;
   }
 };
 
 InstanceProcess::InstanceProcess(const std::filesystem::path& programFolder) : handles_(std::make_unique<Handles>()) {
-  const Pipe news;
-  const Pipe orders;
-  for (const HANDLE own : {news.read, orders.write}) SetHandleInformation(own, HANDLE_FLAG_INHERIT, 0);
+  child::Pipe news = child::PipeFromChild();
+  child::Pipe orders = child::PipeToChild();
+  handles_->news = std::move(news.read);
+  handles_->orders = std::move(orders.write);
   SetEnvironmentVariableW(kFolderVariable, programFolder.c_str());
-  std::wstring program(32767, L'\0');
-  program.resize(GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size())));
-  std::wstring line = L"test --gtest_also_run_disabled_tests --gtest_filter=InstanceProcess.DISABLED_Run";
-  STARTUPINFOW start{};
-  start.cb = sizeof start;
-  start.dwFlags = STARTF_USESTDHANDLES;
-  start.hStdInput = orders.read;
-  start.hStdError = news.write;
-  PROCESS_INFORMATION made{};
-  if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &made) == 0) {
-    std::abort();
-  }
-  for (const HANDLE handle : {made.hThread, orders.read, news.write}) CloseHandle(handle);
-  *handles_ = {.process = made.hProcess, .news = news.read, .orders = orders.write};
+  handles_->process =
+      child::Spawn(child::OwnProgram(), L"--gtest_also_run_disabled_tests --gtest_filter=InstanceProcess.DISABLED_Run",
+                   {std::move(orders.read), {}, std::move(news.write)});
 }
 
 InstanceProcess::~InstanceProcess() = default;
 
-std::string InstanceProcess::AwaitNews() {
-  std::string text(4096, '\0');
-  DWORD count = 0;
-  ReadFile(handles_->news, text.data(), static_cast<DWORD>(text.size()), &count, nullptr);
-  text.resize(count);
-  return text;
-}
+std::string InstanceProcess::AwaitNews() { return child::ReadSome(handles_->news); }
 
 void InstanceProcess::End() {
   DWORD count = 0;
-  if (handles_->process != nullptr && WriteFile(handles_->orders, "e", 1, &count, nullptr) != 0) handles_->Reap();
+  if (handles_->running && WriteFile(handles_->orders.Get(), "e", 1, &count, nullptr) != 0) handles_->Reap();
 }
 
 void InstanceProcess::Kill() {
-  TerminateProcess(handles_->process, 1);
+  TerminateProcess(handles_->process.Get(), 1);
   handles_->Reap();
 }
 
