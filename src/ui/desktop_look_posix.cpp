@@ -6,6 +6,7 @@
 #include <QDBusVariant>
 
 #include "desktop_look.h"
+#include "portal_look.h"
 
 namespace quillmate::ui {
 namespace {
@@ -25,35 +26,27 @@ uint SchemeOf(QVariant value) {
   return value.toUInt();
 }
 
-/// Asks the desktop portal for light or dark and hears of changes. A desktop without one leaves all as it is.
-class PortalLook : public QObject {
-  Q_OBJECT
-
- public:
-  explicit PortalLook(QObject* parent) : QObject(parent) {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) return;
-    bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
-                SLOT(OnChange(QString, QString, QDBusVariant)));
-    QDBusMessage question = QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Read"));
-    question << kGroup << kKey;
-    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [](QDBusPendingCallWatcher* call) {
-      const QDBusPendingReply<QDBusVariant> reply = *call;
-      if (!reply.isError() && SchemeOf(reply.value().variant()) == kPrefersDark) UseLook(true);
-      call->deleteLater();
-    });
-  }
-
-  Q_SLOT void OnChange(const QString& group, const QString& key, const QDBusVariant& value) {
-    if (group == kGroup && key == kKey) UseLook(SchemeOf(value.variant()) == kPrefersDark);
-  }
-};
-
 }  // namespace
+
+PortalLook::PortalLook(QObject* parent) : QObject(parent) {
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return;
+  bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
+              SLOT(OnChange(QString, QString, QDBusVariant)));
+  QDBusMessage question = QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Read"));
+  question << kGroup << kKey;
+  auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+  connect(answer, &QDBusPendingCallWatcher::finished, this, [](QDBusPendingCallWatcher* call) {
+    const QDBusPendingReply<QDBusVariant> reply = *call;
+    if (!reply.isError() && SchemeOf(reply.value().variant()) == kPrefersDark) UseLook(true);
+    call->deleteLater();
+  });
+}
+
+void PortalLook::OnChange(const QString& group, const QString& key, const QDBusVariant& value) {
+  if (group == kGroup && key == kKey) UseLook(SchemeOf(value.variant()) == kPrefersDark);
+}
 
 void FollowDesktopLook(QApplication& app) { new PortalLook(&app); }
 
 }  // namespace quillmate::ui
-
-#include "desktop_look_posix.moc"

@@ -77,7 +77,7 @@ std::string StatusText(const host::ListResult& result, int locked) {
 host::ListResult ReadTree(Shell& shell, bool keepTicks) {
   const Working working(shell);
   host::HostTree tree;
-  const host::ListResult result =
+  host::ListResult result =
       host::ListHostProjects(shell.around.host, shell.Globals().hostSelector == startup::kAccess, tree);
   if (keepTicks) Tick(tree, TickedModules(shell.hostModel->Tree()));
   const UpdateLock lock(*shell.treApp);
@@ -87,7 +87,7 @@ host::ListResult ReadTree(Shell& shell, bool keepTicks) {
 }
 
 host::ListResult List(Shell& shell, bool keepTicks) {
-  const host::ListResult result = ReadTree(shell, keepTicks);
+  host::ListResult result = ReadTree(shell, keepTicks);
   shell.staBar->SetText(StatusPanels::kProgress, FromUtf8(StatusText(result, shell.hostModel->Tree().lockedProjects)));
   return result;
 }

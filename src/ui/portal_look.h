@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QDBusVariant>
+#include <QObject>
+#include <QString>
+
+namespace quillmate::ui {
+
+/// Asks the desktop portal for light or dark and hears of changes. A desktop without one leaves all as it is.
+class PortalLook : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit PortalLook(QObject* parent);
+
+  Q_SLOT void OnChange(const QString& group, const QString& key, const QDBusVariant& value);
+};
+
+}  // namespace quillmate::ui
