@@ -14,6 +14,9 @@ endif()
 
 if(WIN32)
   target_compile_definitions(qm_flags INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
+endif()
+if(WIN32 AND CMAKE_CROSSCOMPILING)
+  # Without the compiler's own libraries beside the programs. Whoever builds on Windows has them, and Qt, as DLLs.
   target_link_options(qm_flags INTERFACE -static)
 endif()
 

@@ -1,8 +1,17 @@
-# quillmate_windows_resources(TARGET DESCRIPTION): gives a program its icon, what Explorer shows about it, and the
-# manifest. A library of its own keeps the C++ compiler's options from the resource compiler.
+# quillmate_windows_resources(TARGET DESCRIPTION): gives a program or library what Explorer shows about it, a program also
+# its icon and the manifest. A library of its own keeps the C++ compiler's options from the resource compiler.
 function(quillmate_windows_resources target description)
   set(folder ${PROJECT_SOURCE_DIR}/packaging/windows)
+  get_target_property(type ${target} TYPE)
+  get_target_property(name ${target} OUTPUT_NAME)
+  set(QUILLMATE_IS_PROGRAM 1)
   set(QUILLMATE_PROGRAM ${target})
+  set(QUILLMATE_FILE ${target}.exe)
+  if(type STREQUAL SHARED_LIBRARY)
+    set(QUILLMATE_IS_PROGRAM 0)
+    set(QUILLMATE_PROGRAM ${name})
+    set(QUILLMATE_FILE ${name}.dll)
+  endif()
   set(QUILLMATE_DESCRIPTION ${description})
   set(QUILLMATE_ICON ${PROJECT_SOURCE_DIR}/resources/icons/4A.ico)
   set(QUILLMATE_MANIFEST ${folder}/quillmate.manifest)

@@ -143,8 +143,8 @@ void OfferToForgetLost(Shell& shell) {
   if (answer == Answer::kYes) Remember(shell, kept);
 }
 
-void Refresh(Shell& shell, bool keepTicks) {
-  Tell(shell, List(shell, keepTicks));
+void Refresh(Shell& shell, const host::ListResult& result) {
+  Tell(shell, result);
   OfferToForgetLost(shell);
 }
 
@@ -176,9 +176,15 @@ Paths Joined(Paths first, const Paths& second) {
 
 }  // namespace
 
-void RefreshHostProjects(Shell& shell) { Refresh(shell, false); }
+void ListAtStart(Shell& shell) {
+  host::ListResult result = List(shell, false);
+  if (result.attached) result.problem.clear();
+  Refresh(shell, result);
+}
 
-void RefreshKeepingTicks(Shell& shell) { Refresh(shell, true); }
+void RefreshHostProjects(Shell& shell) { Refresh(shell, List(shell, false)); }
+
+void RefreshKeepingTicks(Shell& shell) { Refresh(shell, List(shell, true)); }
 
 void LoadUserSources(Shell& shell) { UseSources(shell, settings::LoadSources(shell.around.settings)); }
 

@@ -10,6 +10,9 @@ class Shell;
 /// Lists the projects of the host anew, all expanded, nothing ticked, and tells the user when there is nothing to see
 /// or something could not be read.
 void RefreshHostProjects(Shell& shell);
+/// The same when the program starts: a running host that gives nothing beside the user's own sources is not worth a
+/// message at each start, the status bar says so.
+void ListAtStart(Shell& shell);
 /// The same after something went wrong with the modules ticked: the ticks stay.
 void RefreshKeepingTicks(Shell& shell);
 

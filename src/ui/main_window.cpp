@@ -81,7 +81,7 @@ void MainWindow::Load(bool mini) {
   shell.SetCaption();
   shell.SetMode(0);
   LoadUserSources(shell);
-  shell.Guarded([&shell] { RefreshHostProjects(shell); });
+  shell.Guarded([&shell] { ListAtStart(shell); });
   if (mini) {
     ShowMini(shell);
     return;

@@ -110,6 +110,9 @@ TEST_F(MenuTest, RefusedAccessIsSaidBesideTheSources) {
   fake.problem = "Excel verweigert den Zugriff";
   Start();
   EXPECT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Form\n Zebra\n");
+  EXPECT_EQ(platform.TakeText(), "") << "no message at each start";
+  EXPECT_EQ(Panel("Vorgang"), "Excel verweigert den Zugriff");
+  QTest::keyClick(&Window(), Qt::Key_F5);
   EXPECT_EQ(platform.TakeText(), "Folgendes konnte nicht gelesen werden:\r\n\r\nExcel verweigert den Zugriff");
   EXPECT_EQ(Panel("Vorgang"), "Excel verweigert den Zugriff");
   fake.problem.clear();
