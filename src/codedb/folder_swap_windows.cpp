@@ -21,9 +21,14 @@ class Renames {
   }
 
   void Rename(const fs::path& from, const fs::path& to) {
-    done_.reserve(done_.size() + 1);
-    RenamePath(from, to);
+    // Before it happens: what is not on the list can't be taken back.
     done_.emplace_back(from, to);
+    try {
+      RenamePath(from, to);
+    } catch (const fs::filesystem_error&) {
+      done_.pop_back();
+      throw;
+    }
   }
 
   void RenameContent(const fs::path& from, const fs::path& to) {

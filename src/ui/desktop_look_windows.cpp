@@ -1,5 +1,6 @@
 #include <QAbstractNativeEventFilter>
 #include <QApplication>
+#include <bit>
 #include <cwchar>
 
 #include <windows.h>
@@ -29,7 +30,7 @@ class SettingsLook : public QAbstractNativeEventFilter {
   bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override {
     const MSG& event = *static_cast<const MSG*>(message);
     if (event.message == WM_SETTINGCHANGE && event.lParam != 0 &&
-        std::wcscmp(reinterpret_cast<const wchar_t*>(event.lParam), kColours) == 0) {
+        std::wcscmp(std::bit_cast<const wchar_t*>(event.lParam), kColours) == 0) {
       UseLook(PrefersDark());
     }
     return false;

@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QDir>
-#include <QWidget>
 #include <string>
 
 // clang-format off
@@ -31,11 +30,10 @@ std::wstring NativePath(const QString& file) { return QDir::toNativeSeparators(f
 
 /// The shell itself shows nothing when it fails.
 bool Perform(const wchar_t* verb, const std::wstring& file) {
-  const QWidget* window = QApplication::activeWindow();
   SHELLEXECUTEINFOW order{};
   order.cbSize = sizeof(order);
   order.fMask = SEE_MASK_FLAG_NO_UI;
-  order.hwnd = window != nullptr ? reinterpret_cast<HWND>(window->winId()) : nullptr;
+  order.hwnd = GetActiveWindow();
   order.lpVerb = verb;
   order.lpFile = file.c_str();
   order.nShow = SW_SHOWNORMAL;

@@ -16,11 +16,24 @@ QString Link(const QString& item, const QString& text, const QString& title = {}
   return QStringLiteral("<a href=\"%1\" title=\"%3\">%2</a>").arg(item, text.toHtmlEscaped(), title.toHtmlEscaped());
 }
 
-QString Steps() {
+#ifdef _WIN32
+constexpr bool kHostsRunHere = true;
+#else
+constexpr bool kHostsRunHere = false;
+#endif
+
+/// The program's first source where it can run.
+QString OpenInHost(const QString& host) {
+  return QStringLiteral("<li>In %1 öffnen, was gelesen werden soll, und %2 (F5);<br>oder ")
+      .arg(host.toHtmlEscaped(), Link(QStringLiteral("mnuAnsicht_App_Aktualisieren"), QStringLiteral("aktualisieren")));
+}
+
+QString Steps(const QString& host) {
   return QStringLiteral(
-             "<ol><li>Quellen hinzufügen: %1 oder %2, oder hierher ziehen.</li>"
-             "<li>Links ankreuzen, was gelesen werden soll.</li><li>%3.</li></ol>"
-             "<p>Ein früher gespeichertes Projekt: %4.</p>")
+             "<ol>%1Quellen hinzufügen: %2 oder %3, oder hierher ziehen.</li>"
+             "<li>Links ankreuzen, was gelesen werden soll.</li><li>%4.</li></ol>"
+             "<p>Ein früher gespeichertes Projekt: %5.</p>")
+      .arg(kHostsRunHere ? OpenInHost(host) : QStringLiteral("<li>"))
       .arg(Link(QStringLiteral("mnuDatei_Dateien"), QStringLiteral("Dateien")),
            Link(QStringLiteral("mnuDatei_Ordner"), QStringLiteral("Ordner")),
            Link(QStringLiteral("mnuBearbeiten_Code"), QStringLiteral("Code einlesen")),
@@ -45,7 +58,7 @@ StartPage::StartPage(Shell& shell) : shell_(shell) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   AddLabel(*layout, "lblStart", QStringLiteral("<h2>Makrocode lesen und dokumentieren</h2>"));
-  QLabel* steps = AddLabel(*layout, "lblSchritte", Steps());
+  QLabel* steps = AddLabel(*layout, "lblSchritte", Steps(FromUtf8(shell.Globals().HostName)));
   recentTitle_ = AddLabel(*layout, "lblZuletzt", QStringLiteral("<h3>Zuletzt geöffnet</h3>"));
   recent_ = AddLabel(*layout, "lblProjekte", {});
   QLabel* drop =
