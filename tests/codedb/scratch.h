@@ -7,6 +7,7 @@
 
 #include <quillmate/codedb/code_database.h>
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/paths.h>
 
 namespace quillmate::codedb {
 
@@ -22,7 +23,7 @@ class ScratchFolder {
   ScratchFolder& operator=(const ScratchFolder&) = delete;
   ~ScratchFolder() {
     std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
+    RemoveFolder(root_, ignored);
   }
 
   const std::filesystem::path& Path() const { return path_; }

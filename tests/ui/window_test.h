@@ -26,6 +26,10 @@ namespace quillmate::testing {
 
 /// The real window over a program folder of its own, with the desktop replaced.
 class WindowTest : public ::testing::Test {
+ private:
+  // The first member: it goes when nothing in it is open any more.
+  TempFolder folder_;
+
  protected:
   void SetUp() override {
     std::filesystem::copy_file(std::filesystem::path(QUILLMATE_BIN_DIR) / codedb::kTemplateFile, TemplateFile());
@@ -114,7 +118,6 @@ class WindowTest : public ::testing::Test {
   bool documentsToo = false;
 
  private:
-  TempFolder folder_;
   std::unique_ptr<startup::InstanceMark> mark_;
   host::DocumentHost documents_;
   std::unique_ptr<host::JoinedHost> joined_;
