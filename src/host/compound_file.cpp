@@ -33,7 +33,9 @@ constexpr std::size_t kChildAt = 76;
 constexpr std::size_t kFirstSectorAt = 116;
 constexpr std::size_t kSizeAt = 120;
 
+constexpr std::uint32_t kEndOfChain = 0xFFFFFFFE;
 constexpr std::uint32_t kFreeSector = 0xFFFFFFFF;
+constexpr std::uint32_t kNoNode = 0xFFFFFFFF;
 constexpr std::size_t kNumberSize = sizeof(std::uint32_t);
 
 /// Notices a chain that runs into itself: a mark moves on after 1, 2, 4 ... steps, and a loop comes back to it.
@@ -55,17 +57,19 @@ class LoopGuard {
   std::uint64_t limit_ = 1;
 };
 
-/// Calls `append` with each sector of a chain and the bytes used of it, until `size` bytes are reached.
+/// Calls `append` with each sector of a chain and the bytes used of it, until `size` bytes are reached. Gives what
+/// stands behind the last one.
 template <typename Append>
-void Follow(const std::vector<std::uint32_t>& table, std::uint32_t first, std::uint64_t size, std::uint64_t sectorSize,
-            Append append) {
+std::uint32_t Follow(const std::vector<std::uint32_t>& table, std::uint32_t first, std::uint64_t size,
+                     std::uint64_t sectorSize, Append append) {
   LoopGuard guard;
-  for (std::uint32_t sector = first; size > 0 && sector < table.size() && !guard.Repeats(sector);
-       sector = table[sector]) {
+  std::uint32_t sector = first;
+  for (; size > 0 && sector < table.size() && !guard.Repeats(sector); sector = table[sector]) {
     const std::uint64_t used = std::min(size, sectorSize);
     append(sector, used);
     size -= used;
   }
+  return sector;
 }
 
 void AppendNumbers(std::string_view bytes, std::vector<std::uint32_t>& table) {
@@ -153,8 +157,10 @@ void CompoundFile::AppendFatSectors(std::string_view numbers) {
 }
 
 bool CompoundFile::ReadDirectory(std::uint32_t firstSector) {
-  PiecedSource chain = SectorChain(firstSector, kMostCompoundEntries * kNodeSize);
+  std::uint32_t next = kEndOfChain;
+  PiecedSource chain = SectorChain(firstSector, kMostCompoundEntries * kNodeSize, &next);
   const std::string directory = ReadBytes(chain, 0, chain.Size());
+  wholeDirectory_ = next == kEndOfChain && directory.size() == chain.Size();
   for (std::size_t at = 0; at + kNodeSize <= directory.size(); at += kNodeSize) {
     entries_.push_back(EntryOf(std::string_view(directory).substr(at, kNodeSize), sectorShift_ == kLongShift));
   }
@@ -177,9 +183,14 @@ void CompoundFile::LinkTree(std::string_view directory) {
   while (!steps.empty()) {
     const auto [node, parent] = steps.back();
     steps.pop_back();
-    if (node >= entries_.size() || entries_[node].parent.has_value()) continue;
+    if (node == kNoNode) continue;
+    const bool usable = node < entries_.size() && !entries_[node].parent.has_value() &&
+                        entries_[node].kind != CompoundEntry::Kind::kUnused;
+    if (!usable) {
+      wholeDirectory_ = false;
+      continue;
+    }
     CompoundEntry& entry = entries_[node];
-    if (entry.kind == CompoundEntry::Kind::kUnused) continue;
     entry.parent = parent;
     steps.push_back({number(node, kLeftAt), parent});
     steps.push_back({number(node, kRightAt), parent});
@@ -206,10 +217,12 @@ void CompoundFile::SortEntries() {
   });
 }
 
-PiecedSource CompoundFile::SectorChain(std::uint32_t first, std::uint64_t size) const {
+PiecedSource CompoundFile::SectorChain(std::uint32_t first, std::uint64_t size, std::uint32_t* next) const {
   PiecedSource chain(source_);
-  Follow(fat_, first, std::min(size, source_->Size()), SectorSize(),
-         [&](std::uint32_t sector, std::uint64_t used) { chain.Append(OffsetOf(sector), used); });
+  const std::uint32_t last =
+      Follow(fat_, first, std::min(size, source_->Size()), SectorSize(),
+             [&](std::uint32_t sector, std::uint64_t used) { chain.Append(OffsetOf(sector), used); });
+  if (next != nullptr) *next = last;
   return chain;
 }
 

@@ -27,6 +27,8 @@ constexpr const char* kTooLarge = "Makroprojekt ist zu groß (mehr als 128 MB)";
 constexpr const char* kBrokenZip = "Datei ist beschädigt: das Verzeichnis der Zip-Datei ist nicht lesbar";
 constexpr const char* kBrokenEntry = "Datei ist beschädigt: das Makroprojekt lässt sich nicht entpacken";
 constexpr const char* kBrokenCompound = "Datei ist beschädigt: ihr Verzeichnis ist nicht lesbar";
+constexpr const char* kPartOfDirectory = "Datei ist beschädigt: ein Teil ihres Verzeichnisses fehlt";
+constexpr const char* kBrokenPresentation = "Datei ist beschädigt: die Präsentation ist nicht lesbar";
 constexpr const char* kBrokenProject = "Datei ist beschädigt: das Makroprojekt ist nicht lesbar";
 constexpr const char* kNeedsAccess = "Datenbanken von Access lassen sich nur aus dem laufenden Access lesen";
 constexpr const char* kCutShort = "Das Makroprojekt ist beschädigt und wurde nur zum Teil entpackt";
@@ -96,7 +98,10 @@ OfficeFile ReadProjectIn(const CompoundFile& file, CompoundId storage, OfficeHos
   OfficeFile result;
   result.host = host;
   result.project = ReadVbaProject(file, storage);
-  const bool lost = result.project.modules.empty() && !result.project.protection.Locked();
+  // A protection that breaks off with the rest of the description is damage; the texts stay unread all the same.
+  const VbaProtection& protection = result.project.protection;
+  const bool locked = protection.Locked() && (!protection.unclear || result.project.warnings.empty());
+  const bool lost = result.project.modules.empty() && !locked;
   if (lost && !result.project.warnings.empty()) return Without(State::kFailed, kBrokenProject, host);
   if (lost) return Without(State::kNoMacros, kWithoutMacros, host);
   result.state = State::kRead;
@@ -127,6 +132,8 @@ OfficeFile ReadPresentation(const CompoundFile& file, CompoundId stream) {
       return Without(State::kFailed, kTooLarge, OfficeHost::kPowerPoint);
     case PresentationProject::State::kDamaged:
       return Without(State::kFailed, kBrokenEntry, OfficeHost::kPowerPoint);
+    case PresentationProject::State::kUnreadable:
+      return Without(State::kFailed, kBrokenPresentation, OfficeHost::kPowerPoint);
     default:
       return Without(State::kNoMacros, kWithoutMacros, OfficeHost::kPowerPoint);
   }
@@ -146,7 +153,10 @@ OfficeFile ReadCompound(ByteSource& source) {
     if (IsEncrypted(*file, host, *stream)) return Without(State::kFailed, kEncrypted, host);
   }
   const std::optional<CompoundId> storage = FindVbaProject(*file);
-  return storage.has_value() ? ReadProjectIn(*file, *storage, host) : Without(State::kNoMacros, kWithoutMacros, host);
+  if (storage.has_value()) return ReadProjectIn(*file, *storage, host);
+  // A file that was cut off may have had a project.
+  if (!file->WholeDirectory()) return Without(State::kFailed, kPartOfDirectory, host);
+  return Without(State::kNoMacros, kWithoutMacros, host);
 }
 
 // Zips ---------------------------------------------------------------------------------------------------------------

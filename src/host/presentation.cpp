@@ -20,6 +20,7 @@ enum RecordType : std::uint16_t {
   kVbaInfoAtom = 0x0400,
   kDocumentInfoList = 0x07D0,
   kUserEdit = 0x0FF5,
+  kCurrentUser = 0x0FF6,
   kOleObjectStorage = 0x1011,
   kPersistDirectory = 0x1772
 };
@@ -40,6 +41,8 @@ struct Record {
   std::uint64_t end;
   std::uint16_t type;
   bool packed;
+  /// False when it claims to reach beyond what holds it.
+  bool whole;
 };
 
 /// Grows by what is really there: the size that the record claims may be anything.
@@ -75,8 +78,13 @@ class Presentation {
 
   /// The project's record by way of the edits.
   Found FindProject(std::uint32_t currentEdit);
+  struct StorageList {
+    std::vector<Record> records;
+    /// False when the row of records breaks off.
+    bool whole = true;
+  };
   /// The storages of embedded objects, in the order of the stream.
-  std::vector<Record> Storages();
+  StorageList Storages();
   PresentationProject Unpack(const Record& record, std::size_t limit);
 
  private:
@@ -99,9 +107,10 @@ std::optional<Record> Presentation::RecordAt(std::uint64_t at, std::uint64_t end
   const std::string head = ReadBytes(stream_, at, kHeadSize);
   if (head.size() < kHeadSize || end - at < kHeadSize) return std::nullopt;
   const std::uint64_t start = at + kHeadSize;
-  const std::uint64_t size = std::min<std::uint64_t>(LittleEndian<std::uint32_t>(head, 4), end - start);
+  const std::uint64_t claimed = LittleEndian<std::uint32_t>(head, 4);
+  const std::uint64_t size = std::min(claimed, end - start);
   const auto instance = static_cast<std::uint16_t>(LittleEndian<std::uint16_t>(head, 0) >> 4U);
-  return Record{start, start + size, LittleEndian<std::uint16_t>(head, 2), instance == 1};
+  return Record{start, start + size, LittleEndian<std::uint16_t>(head, 2), instance == 1, size == claimed};
 }
 
 std::optional<Record> Presentation::RecordOfType(std::uint64_t at, std::uint16_t type) {
@@ -173,13 +182,18 @@ Found Presentation::FindProject(std::uint32_t currentEdit) {
   return project.has_value() ? Found{Found::End::kProject, *project} : Found{};
 }
 
-std::vector<Record> Presentation::Storages() {
-  std::vector<Record> storages;
+Presentation::StorageList Presentation::Storages() {
+  StorageList storages;
+  storages.whole = stream_.Size() > 0;
   for (std::uint64_t at = 0; at < stream_.Size();) {
     const std::optional<Record> record = RecordAt(at, stream_.Size());
-    if (!record.has_value()) break;
+    if (!record.has_value()) {
+      storages.whole = storages.whole && stream_.Size() - at < kHeadSize;
+      break;
+    }
     const bool isStorage = record->type == kOleObjectStorage && record->end - record->start >= kSmallestStorage;
-    if (isStorage) storages.push_back(*record);
+    if (isStorage) storages.records.push_back(*record);
+    storages.whole = storages.whole && record->whole;
     at = record->end;
   }
   return storages;
@@ -208,9 +222,15 @@ bool HoldsProject(const std::string& bytes) {
   return file.has_value() && file->FindStorage(CompoundFile::kRoot, "VBA").has_value();
 }
 
+/// PowerPoint 95 had no macros, and its streams are of another kind: the one of the user is no record.
+bool IsOfPowerPoint95(std::string_view currentUser) noexcept {
+  constexpr std::size_t kTypeAt = 2;
+  return !currentUser.empty() && LittleEndian<std::uint16_t>(currentUser, kTypeAt) != kCurrentUser;
+}
+
 /// The search from the end, for a presentation whose edits are damaged. Unpacks no more than `limit` bytes in all.
 PresentationProject LastProject(Presentation& presentation, std::size_t limit) {
-  const std::vector<Record> storages = presentation.Storages();
+  const auto [storages, whole] = presentation.Storages();
   PresentationProject project;
   for (std::size_t tried = 0; tried < std::min(storages.size(), kMostStorages) && limit > 0; ++tried) {
     project = presentation.Unpack(storages[storages.size() - 1 - tried], limit);
@@ -218,7 +238,8 @@ PresentationProject LastProject(Presentation& presentation, std::size_t limit) {
     limit -= std::min(limit, project.bytes.size());
   }
   project.bytes.clear();
-  project.state = limit == 0 ? State::kTooLarge : State::kNoMacros;
+  project.state = whole ? State::kNoMacros : State::kUnreadable;
+  if (limit == 0) project.state = State::kTooLarge;
   return project;
 }
 
@@ -239,7 +260,10 @@ PresentationProject ReadPresentationProject(PiecedSource document, std::string_v
     project = presentation.Unpack(found.record, limit);
     if (project.state == State::kTooLarge || HoldsProject(project.bytes)) return project;
   }
-  return LastProject(presentation, limit);
+  project = LastProject(presentation, limit);
+  const bool old = project.state == State::kUnreadable && IsOfPowerPoint95(currentUser);
+  if (old) project.state = State::kNoMacros;
+  return project;
 }
 
 }  // namespace quillmate::host

@@ -19,7 +19,14 @@
 namespace quillmate::host {
 
 struct PresentationProject {
-  enum class State { kRead, kNoMacros, kEncrypted, kTooLarge, kDamaged };
+  enum class State {
+    kRead,
+    kNoMacros,
+    kEncrypted,
+    kTooLarge,
+    kDamaged,    // there is a project, but it can't be unpacked
+    kUnreadable  // neither the edits nor the records lead to a project, and they don't show that there is none
+  };
 
   State state = State::kNoMacros;
   /// The compound file.
@@ -28,8 +35,8 @@ struct PresentationProject {
 
 /// The project of a presentation, at most `limit` bytes: `document` is its stream "PowerPoint Document", `currentUser`
 /// the content of the stream of that name, empty when there is none. When the way through the edits is damaged, the
-/// last record in the stream that holds a project is taken. Linear in the stream's size; at most 65,536 edits are gone
-/// through and 4,096 records searched.
+/// last record in the stream that holds a project is taken; a stream whose records break off without one is unreadable.
+/// Linear in the stream's size; at most 65,536 edits are gone through and 4,096 records searched.
 PresentationProject ReadPresentationProject(PiecedSource document, std::string_view currentUser, std::size_t limit);
 
 }  // namespace quillmate::host

@@ -118,7 +118,7 @@ class ProjectReader {
  private:
   std::optional<CompoundId> StreamIn(std::optional<CompoundId> storage, std::string_view name) const;
   DirStream ReadDir();
-  ProjectText ReadText() const;
+  ProjectText ReadText();
   VbaModule ReadModule(const ModulePlan& plan, const CodePage& codePage);
   std::optional<CompoundId> StreamOf(const ModulePlan& plan, const CodePage& codePage) const;
   VbaUnpacked UnpackText(const ModulePlan& plan, const CodePage& codePage);
@@ -150,9 +150,12 @@ DirStream ProjectReader::ReadDir() {
   return dir;
 }
 
-ProjectText ProjectReader::ReadText() const {
-  const std::optional<CompoundId> stream = StreamIn(storage_, "PROJECT");
-  return stream.has_value() ? ParseProjectText(file_.ReadStream(*stream, kLargestVbaDirectory).bytes) : ProjectText();
+ProjectText ProjectReader::ReadText() {
+  const std::optional<CompoundId> id = StreamIn(storage_, "PROJECT");
+  if (!id.has_value()) return {};
+  const CompoundStream stream = file_.ReadStream(*id, kLargestVbaDirectory);
+  if (!stream.complete) Warn("Die Beschreibung des Projekts (PROJECT) ist beschädigt");
+  return ParseProjectText(stream.bytes);
 }
 
 VbaProject ProjectReader::Read() {

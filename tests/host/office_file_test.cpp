@@ -75,7 +75,11 @@ TEST(OfficeFile, KindsByContent) {
   const std::string bin = SmallProject().Bin();
   const std::string modules = ": Tabelle1 0 Pr\303\274fung 3 frm 2";
   const std::string damaged = "3 Datei ist beschädigt: das Makroprojekt ist nicht lesbar";
-  const std::string cut = bin.substr(0, bin.size() - 100);
+  const std::string half = "3 Datei ist beschädigt: ein Teil ihres Verzeichnisses fehlt";
+  // The FAT comes last: without it only the directory's first sector is found.
+  const std::string oldWorkbook = Compound("_VBA_PROJECT_CUR/", {{"Workbook", Workbook(0x0042)}});
+  const std::string manyStreams = CompoundWriter{{{"a", ""}, {"b", ""}, {"c", ""}, {"d", ""}}}.File();
+  const std::string breaksOff = Bytes<4>(0x03E8000F) + Bytes<4>(5000) + "x";
   const struct {
     const char* what;
     std::string bytes;
@@ -113,6 +117,13 @@ TEST(OfficeFile, KindsByContent) {
       {"zip cut off", ZipOf({{"xl/vbaProject.bin", bin}}).substr(0, 400),
        "3 Datei ist beschädigt: das Verzeichnis der Zip-Datei ist nicht lesbar"},
       {"compound file cut off", bin.substr(0, 600), "3 Datei ist beschädigt: ihr Verzeichnis ist nicht lesbar"},
+      {"old workbook without its end", oldWorkbook.substr(0, oldWorkbook.size() - 512), half},
+      {"anything without its end", manyStreams.substr(0, manyStreams.size() - 512), half},
+      {"presentation that breaks off", CompoundWriter{{{"PowerPoint Document", breaksOff}}}.File(),
+       "3 Datei ist beschädigt: die Präsentation ist nicht lesbar"},
+      {"presentation of 95",
+       CompoundWriter{{{"PowerPoint Document", breaksOff}, {"Current User", Bytes<4>(5) + "Meier"}}}.File(),
+       "1 Datei enthält keine Makros"},
       {"project is none", ZipOf({{"xl/vbaProject.bin", "x"}}), damaged},
       {"project cut off", ZipOf({{"xl/vbaProject.bin", bin.substr(0, 700)}}), damaged},
       {"nothing in it", ZipOf({{"xl/vbaProject.bin", ""}}),
@@ -136,6 +147,24 @@ TEST(OfficeFile, DamagedProjectsAreReadAsFarAsTheyGo) {
   zip[zip.find("cccc")] = 'd';
   EXPECT_EQ(Shown(zip),
             "1: Tabelle1 0 Pr\303\274fung 3 frm 2 Das Makroprojekt ist beschädigt und wurde nur zum Teil entpackt");
+
+  // PROJECT goes on where the file does not, and what it still says decides.
+  const auto withProjectStream = [](const std::string& text) {
+    CompoundWriter writer;
+    SmallProject().AddTo(writer, "");
+    for (auto& [name, bytes] : writer.streams) {
+      if (name == "PROJECT") bytes = text;
+    }
+    std::string file = writer.File();
+    constexpr std::size_t kSizeAt = 120;
+    file.replace(file.find(Utf16Bytes(u"PROJECT") + std::string(50, '\0')) + kSizeAt, 4, Bytes<4>(4000));
+    return Shown(file);
+  };
+  const std::string text = SmallProject().ProjectStream();
+  EXPECT_EQ(withProjectStream(text),
+            "0: Tabelle1 0 Pr\303\274fung 3 frm 2 Die Beschreibung des Projekts (PROJECT) ist beschädigt");
+  EXPECT_EQ(withProjectStream(text.substr(0, text.find("CMG=") + 8)),
+            "3 Datei ist beschädigt: das Makroprojekt ist nicht lesbar");
 }
 
 TEST(OfficeFile, FilesThatCannotBeRead) {

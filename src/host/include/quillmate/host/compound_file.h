@@ -63,6 +63,8 @@ class CompoundFile {
   std::uint64_t Size() const noexcept { return source_->Size(); }
   /// Every entry of the directory; an id is a position in it.
   const std::vector<CompoundEntry>& Entries() const noexcept { return entries_; }
+  /// False when a part of the directory is lost: what is not among the entries may still have been in the file.
+  bool WholeDirectory() const noexcept { return wholeDirectory_; }
 
   /// An entry by its name in a storage, UTF-8 and in any case.
   std::optional<CompoundId> Find(CompoundId storage, std::string_view name) const;
@@ -91,7 +93,8 @@ class CompoundFile {
 
   std::uint64_t SectorSize() const noexcept { return std::uint64_t{1} << sectorShift_; }
   std::uint64_t OffsetOf(std::uint32_t sector) const noexcept { return (std::uint64_t{sector} + 1) << sectorShift_; }
-  PiecedSource SectorChain(std::uint32_t first, std::uint64_t size) const;
+  /// `next` gets what stands behind the chain's last sector.
+  PiecedSource SectorChain(std::uint32_t first, std::uint64_t size, std::uint32_t* next = nullptr) const;
   PiecedSource MiniChain(std::uint32_t first, std::uint64_t size) const;
 
   ByteSource* source_;
@@ -102,6 +105,7 @@ class CompoundFile {
   Table miniFat_;
   std::unique_ptr<PiecedSource> miniStream_;
   std::vector<CompoundEntry> entries_;
+  bool wholeDirectory_ = true;
   /// The entries that belong to a storage, by storage and key.
   std::vector<CompoundId> sorted_;
 };
