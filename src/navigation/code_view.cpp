@@ -26,9 +26,10 @@ std::size_t CodeView::LineFromChar(std::size_t offset) const noexcept {
 
 std::string_view CodeView::SelText() const noexcept { return std::string_view(text_).substr(selStart_, selLength_); }
 
-void CodeView::Select(std::size_t start, std::size_t length) noexcept {
+void CodeView::Select(std::size_t start, std::size_t length, bool caretBehind) noexcept {
   selStart_ = std::min(start, text_.size());
   selLength_ = std::min(length, text_.size() - selStart_);
+  caretBehind_ = caretBehind;
 }
 
 void CodeView::GoToLine(long line) {

@@ -82,12 +82,16 @@ void ShowCallers(Shell& shell, navigation::ProjectTree callers, const QString& r
   shell.callers.model->SetTree(std::move(callers));
   shell.callers.treRoutSuche->expandAll();
   shell.callers.lblRoutSuche->setText(QStringLiteral("Aufrufe: ") + routine);
+  shell.callers.treRoutSuche->setCurrentIndex(shell.callers.model->IndexOf(0));
   SetShown(shell, true);
+  shell.callers.treRoutSuche->setFocus();
 }
 
 void CloseCallers(Shell& shell) {
   const UpdateLock lock(shell.window);
+  const bool hadFocus = shell.callers.treRoutSuche->hasFocus();
   SetShown(shell, false);
+  if (hadFocus) shell.Editor().setFocus();
   shell.callers.model->SetTree({});
   shell.callers.lblRoutSuche->clear();
 }

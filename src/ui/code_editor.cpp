@@ -177,6 +177,21 @@ void CodeEditor::keyReleaseEvent(QKeyEvent* event) {
   if (onCaret) onCaret();
 }
 
+void CodeEditor::mousePressEvent(QMouseEvent* event) {
+  QPlainTextEdit::mousePressEvent(event);
+  if (event->button() == Qt::RightButton) TakeCaretTo(event->position().toPoint());
+}
+
+/// A menu is about what was clicked: the caret comes there, unless the click is for the selection.
+void CodeEditor::TakeCaretTo(const QPoint& place) {
+  const QTextCursor now = textCursor();
+  const QTextCursor there = cursorForPosition(place);
+  const bool isSelected = there.position() >= now.selectionStart() && there.position() <= now.selectionEnd();
+  if (view_ == nullptr || (now.hasSelection() && isSelected)) return;
+  setTextCursor(there);
+  if (onCaret) onCaret();
+}
+
 void CodeEditor::mouseReleaseEvent(QMouseEvent* event) {
   QPlainTextEdit::mouseReleaseEvent(event);
   if (event->button() == Qt::LeftButton && onCaret) onCaret();
@@ -235,7 +250,7 @@ void CodeEditor::StoreSelection() {
   if (!following_) return;
   const QTextCursor cursor = textCursor();
   const std::size_t start = OffsetOf(cursor.selectionStart());
-  view_->Select(start, OffsetOf(cursor.selectionEnd()) - start);
+  view_->Select(start, OffsetOf(cursor.selectionEnd()) - start, cursor.position() == cursor.selectionEnd());
 }
 
 void CodeEditor::PlaceCursor() {

@@ -47,7 +47,7 @@ class CodeEditor : public QPlainTextEdit {
   /// Calls `line(number, top)` for each line that can be seen: 0-based number, upper edge in pixels of the viewport.
   void ForEachLineOnScreen(const std::function<void(int, int)>& line) const;
 
-  /// Called when a key or the left mouse button was released: the caret may have moved.
+  /// Called when a key or the left mouse button was released, or the right one pressed: the caret may have moved.
   std::function<void()> onCaret;
   /// Called with the steps of the wheel, up positive, when it is turned with the Ctrl key held.
   std::function<void(int)> onFontSteps;
@@ -63,6 +63,7 @@ class CodeEditor : public QPlainTextEdit {
  protected:
   QMimeData* createMimeDataFromSelection() const override;
   void keyReleaseEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -74,6 +75,7 @@ class CodeEditor : public QPlainTextEdit {
   void Trim();
   void StoreScroll();
   void StoreSelection();
+  void TakeCaretTo(const QPoint& place);
   void PlaceCursor();
   int PositionOf(std::size_t offset) const;
   std::size_t OffsetOf(int position) const;

@@ -32,7 +32,7 @@ void SetName(const QMenu& menu, const NamedEntry& entry, QString name) {
 void ShowCodeMenu(Shell& shell, const QPoint& position) {
   const navigation::CodeView& view = shell.views.View(shell.views.Current());
   QMenu& menu = shell.commands->PreparePopup("mnuPopUpHaupt");
-  SetName(menu, kDefinition, FromCode(navigation::IdentifierAtCaret(view.Text(), view.SelStart())));
+  SetName(menu, kDefinition, FromCode(navigation::IdentifierAtCaret(view.Text(), view.Caret())));
   SetName(menu, kCallers, shell.staBar->Text(StatusPanels::kRoutine));
   menu.popup(position);
 }

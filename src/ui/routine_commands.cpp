@@ -41,8 +41,8 @@ void Jump(Shell& shell, std::string_view name, std::size_t from) {
 void ShowDefinition(Shell& shell) {
   if (RefusedInZoom(shell)) return;
   const navigation::CodeView& view = shell.views.View(shell.views.Current());
-  const std::string name(navigation::IdentifierAtCaret(view.Text(), view.SelStart()));
-  if (!name.empty()) Jump(shell, name, view.SelStart());
+  const std::string name(navigation::IdentifierAtCaret(view.Text(), view.Caret()));
+  if (!name.empty()) Jump(shell, name, view.Caret());
   shell.rtbHaupt->setFocus();
 }
 

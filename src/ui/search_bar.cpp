@@ -1,5 +1,7 @@
 #include "search_bar.h"
 
+#include <QKeyEvent>
+
 #include "qt_text.h"
 #include "shell.h"
 #include "whereabouts.h"
@@ -9,6 +11,29 @@ namespace quillmate::ui {
 namespace {
 
 constexpr int kFieldWidth = 160;
+
+/// The key Esc leads back to the code.
+class SearchText : public QLineEdit {
+ public:
+  explicit SearchText(Shell& shell) : shell_(shell) {}
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() != Qt::Key_Escape) {
+      QLineEdit::keyPressEvent(event);
+      return;
+    }
+    event->accept();
+    if (shell_.mode == 0) {
+      shell_.treApp->setFocus();
+    } else {
+      shell_.Editor().setFocus();
+    }
+  }
+
+ private:
+  Shell& shell_;
+};
 
 /// In the zoom view the stretch lies as far behind the first character as it does in the module.
 void SelectInZoom(Shell& shell, std::size_t position, std::size_t length) {
@@ -20,7 +45,7 @@ void SelectInZoom(Shell& shell, std::size_t position, std::size_t length) {
 }  // namespace
 
 QLineEdit* AddSearchText(Shell& shell) {
-  auto* field = new QLineEdit;
+  auto* field = new SearchText(shell);
   field->setObjectName(QStringLiteral("txtSuche"));
   field->setToolTip(QStringLiteral("Text für Suche"));
   field->setPlaceholderText(QStringLiteral("Suchtext"));
@@ -62,7 +87,7 @@ void ShowSearchResult(Shell& shell, const navigation::SearchResult& result) {
 
 void ShowMatch(Shell& shell, int view, std::size_t position, std::size_t length) {
   ShowModule(shell, view);
-  shell.views.View(view).Select(position, length);
+  shell.views.View(view).Select(position, length, true);
   shell.rtbHaupt->RevealSelection();
   RefreshStatus(shell);
   if (IsZoomed(shell)) {

@@ -2,6 +2,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QToolBar>
 #include <QToolButton>
@@ -195,6 +196,31 @@ TEST_F(NavigationTest, DefinitionSaysWhatItDoesNotKnow) {
   EXPECT_EQ(platform.TakeText(), "") << "in front of a word there is none";
 }
 
+TEST_F(NavigationTest, WordIsMeantBySelectingClickingOrFindingIt) {
+  const auto middle = [this](int line, int column) {
+    QTextCursor cursor(Code().document()->findBlockByNumber(line - 1));
+    cursor.movePosition(QTextCursor::Right, QTextCursor::MoveAnchor, column);
+    return Code().cursorRect(cursor).center();
+  };
+  QTest::mouseDClick(Code().viewport(), Qt::LeftButton, {}, middle(6, 9));
+  EXPECT_EQ(Code().textCursor().selectedText(), "Melden");
+  QTest::mousePress(Code().viewport(), Qt::RightButton, {}, middle(6, 10));
+  EXPECT_EQ(Code().textCursor().selectedText(), "Melden") << "a menu for the selection";
+  QTest::keyClick(&Code(), Qt::Key_F12);
+  EXPECT_EQ(Place(), "Lager.Melden");
+  Trigger("mnuBearbeiten_Definition");
+  EXPECT_EQ(platform.TakeText(), "") << "the word selected by a jump is nobody's choice";
+
+  Code().verticalScrollBar()->setValue(0);
+  QTest::mousePress(Code().viewport(), Qt::RightButton, {}, middle(7, 4));
+  EXPECT_EQ(MenuCaptions(Code()), (QStringList{"&Definition : Ende", "Aufrufe: Zugang", "&Zoom"}));
+
+  Window().findChild<QLineEdit*>("txtSuche")->setText("Meld");
+  Trigger("su_a");
+  Trigger("mnuBearbeiten_Definition");
+  EXPECT_EQ(Place(), "Lager.Melden");
+}
+
 TEST_F(NavigationTest, CallersTakeThePlaceOfTheTree) {
   ClickRoutine(0, 2);
   EXPECT_FALSE(Action("mnuAnsicht_RouClose").isEnabled());
@@ -207,7 +233,8 @@ TEST_F(NavigationTest, CallersTakeThePlaceOfTheTree) {
   EXPECT_FALSE(Bar("tobSymb1").isVisible());
   EXPECT_EQ(Panel("lblRoutSuche"), "Aufrufe: Zugang");
 
-  callers.setFocus();
+  EXPECT_TRUE(callers.hasFocus());
+  EXPECT_EQ(callers.currentIndex().data().toString(), "Lager");
   callers.setCurrentIndex(CallerNode(1, 0));
   QTest::keyClicks(&callers, "l");
   EXPECT_EQ(Place(), "Lager.Zugang");
@@ -232,6 +259,8 @@ TEST_F(NavigationTest, PrivateRoutineIsSoughtAtHome) {
   ClickRoutine(0, 1);
   QTest::keyClick(&Window(), Qt::Key_F12, Qt::ShiftModifier);
   EXPECT_EQ(TextOf(*Tree("treRoutSuche").model()), "Lager\n Zugang\n Melden\n");
+  QTest::keyClick(&Window(), Qt::Key_W, Qt::ControlModifier);
+  EXPECT_TRUE(Code().hasFocus());
 }
 
 TEST_F(NavigationTest, CallersSayWhyThereAreNone) {

@@ -140,6 +140,8 @@ TEST_F(SearchTest, SelectionBecomesTheSearchText) {
   EXPECT_TRUE(Field("txtSuche").hasFocus());
   QTest::keyClicks(&Field("txtSuche"), "rger");
   EXPECT_EQ(Field("txtSuche").text(), "rger");
+  QTest::keyClick(&Field("txtSuche"), Qt::Key_Escape);
+  EXPECT_TRUE(Code().hasFocus());
 }
 
 TEST_F(SearchTest, ListsEveryHit) {

@@ -52,9 +52,12 @@ class CodeView {
 
   /// Start of the selection, which is the caret when nothing is selected.
   std::size_t SelStart() const noexcept { return selStart_; }
+  /// Where names are looked up: behind a word that the user has selected up to its end or that a search has found, else
+  /// the start of the selection.
+  std::size_t Caret() const noexcept { return caretBehind_ ? selStart_ + selLength_ : selStart_; }
   std::size_t SelLength() const noexcept { return selLength_; }
   std::string_view SelText() const noexcept;
-  void Select(std::size_t start, std::size_t length) noexcept;
+  void Select(std::size_t start, std::size_t length, bool caretBehind = false) noexcept;
 
   /// Moves to the start of a line and selects its first word, with the result of a bisection over the characters.
   /// `line` is a 1-based line of the stored text; 0 counts as 1. A line behind the end, or below 0, leaves the caret at
@@ -69,6 +72,7 @@ class CodeView {
   std::vector<std::size_t> lineStarts_{0};
   std::size_t selStart_ = 0;
   std::size_t selLength_ = 0;
+  bool caretBehind_ = false;
 };
 
 }  // namespace quillmate::navigation
