@@ -15,7 +15,10 @@ QIcon LoadIcon(const QString& key) {
   QIcon icon;
   for (const int size : kSizes) {
     const QString file = QStringLiteral(":/icons/%1_%2.png").arg(key).arg(size);
-    if (QFile::exists(file)) icon.addFile(file, QSize(size, size));
+    if (!QFile::exists(file)) continue;
+    icon.addFile(file, QSize(size, size));
+    // In a selected row it stays as it is: tinted, a blue sign on blue could not be made out.
+    icon.addFile(file, QSize(size, size), QIcon::Selected);
   }
   return icon;
 }

@@ -1,5 +1,6 @@
 #include "start_page.h"
 
+#include <QPainter>
 #include <QVBoxLayout>
 
 #include "qt_text.h"
@@ -11,6 +12,23 @@ namespace {
 
 constexpr int kMargin = 32;
 constexpr int kWidest = 560;
+constexpr int kDropMargin = 24;
+constexpr int kDropCorner = 8;
+
+/// A place with a dashed frame around it.
+class DropField : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    QLabel::paintEvent(event);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(palette().color(QPalette::Disabled, QPalette::WindowText), 2, Qt::DashLine));
+    painter.drawRoundedRect(rect().adjusted(1, 1, -1, -1), kDropCorner, kDropCorner);
+  }
+};
 
 QString Link(const QString& item, const QString& text, const QString& title = {}) {
   return QStringLiteral("<a href=\"%1\" title=\"%3\">%2</a>").arg(item, text.toHtmlEscaped(), title.toHtmlEscaped());
@@ -40,13 +58,22 @@ QString Steps(const QString& host) {
            Link(QStringLiteral("mnuÖffnen"), QStringLiteral("Öffnen")));
 }
 
-QLabel* AddLabel(QVBoxLayout& layout, const char* name, const QString& text) {
-  auto* label = new QLabel(text);
+QLabel* Add(QVBoxLayout& layout, const char* name, QLabel* label) {
   label->setObjectName(QString::fromLatin1(name));
   label->setWordWrap(true);
   label->setMaximumWidth(kWidest);
-  label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
   layout.addWidget(label);
+  return label;
+}
+
+QLabel* AddLabel(QVBoxLayout& layout, const char* name, const QString& text) {
+  return Add(layout, name, new QLabel(text));
+}
+
+/// The key Tab stops only where there are links.
+QLabel* AddLinks(QVBoxLayout& layout, const char* name, const QString& text) {
+  QLabel* label = AddLabel(layout, name, text);
+  label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
   return label;
 }
 
@@ -58,16 +85,16 @@ StartPage::StartPage(Shell& shell) : shell_(shell) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   AddLabel(*layout, "lblStart", QStringLiteral("<h2>Makrocode lesen und dokumentieren</h2>"));
-  QLabel* steps = AddLabel(*layout, "lblSchritte", Steps(FromUtf8(shell.Globals().HostName)));
+  steps_ = AddLinks(*layout, "lblSchritte", Steps(FromUtf8(shell.Globals().HostName)));
   recentTitle_ = AddLabel(*layout, "lblZuletzt", QStringLiteral("<h3>Zuletzt geöffnet</h3>"));
-  recent_ = AddLabel(*layout, "lblProjekte", {});
-  QLabel* drop =
-      AddLabel(*layout, "lblAblage",
-               QStringLiteral("Office-Dateien, Module, Ordner und gespeicherte Projekte\nkönnen Sie hier ablegen."));
+  recent_ = AddLinks(*layout, "lblProjekte", {});
+  QLabel* drop = Add(*layout, "lblAblage",
+                     new DropField(QStringLiteral(
+                         "Office-Dateien, Module, Ordner und gespeicherte Projekte\nkönnen Sie hier ablegen.")));
   drop->setAlignment(Qt::AlignCenter);
-  drop->setStyleSheet(QStringLiteral("border: 2px dashed palette(mid); border-radius: 8px; padding: 24px;"));
+  drop->setMargin(kDropMargin);
   layout->addStretch();
-  for (QLabel* label : {steps, recent_}) {
+  for (QLabel* label : {steps_, recent_}) {
     connect(label, &QLabel::linkActivated, this, &StartPage::Follow);
   }
   ShowRecent({});
@@ -82,6 +109,17 @@ void StartPage::ShowRecent(const std::vector<std::string>& folders) {
   recent_->setText(list);
   recentTitle_->setVisible(!folders.empty());
   recent_->setVisible(!folders.empty());
+}
+
+void StartPage::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() != QEvent::PaletteChange) return;
+  // Links keep the colour of the time when their text was set.
+  for (QLabel* label : {steps_, recent_}) {
+    const QString text = label->text();
+    label->clear();
+    label->setText(text);
+  }
 }
 
 void StartPage::Follow(const QString& link) {

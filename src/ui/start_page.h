@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QEvent>
 #include <QLabel>
 #include <QWidget>
 #include <string>
@@ -18,11 +19,15 @@ class StartPage : public QWidget {
   /// Shows the project folders opened last, the newest first. UTF-8.
   void ShowRecent(const std::vector<std::string>& folders);
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   /// Carries out what a link stands for: the name of a menu item.
   void Follow(const QString& link);
 
   Shell& shell_;
+  QLabel* steps_ = nullptr;
   QLabel* recentTitle_ = nullptr;
   QLabel* recent_ = nullptr;
 };

@@ -86,6 +86,21 @@ TEST_F(PartsTest, StartPageLeadsOn) {
   EXPECT_TRUE(Window().findChild<QWidget*>("rtbHaupt")->isVisible());
 }
 
+TEST_F(PartsTest, StartPageIsReadableWhenTheDesktopTurnsDark) {
+  Start();
+  ui::UseLook(true);
+  QCoreApplication::processEvents();
+  const auto* page = Window().findChild<QWidget*>("fraStart");
+  const QImage image = Window().grab(QRect(page->mapTo(&Window(), QPoint()), page->size())).toImage();
+  const int ground = qGray(image.pixel(1, 1));
+  int darker = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) darker += qGray(image.pixel(x, y)) < ground ? 1 : 0;
+  }
+  EXPECT_EQ(darker, 0);
+  ui::UseLook(false);
+}
+
 TEST_F(PartsTest, AboutBoxNamesWhatRuns) {
   Start();
   Trigger("mnuHilfe_Info");
