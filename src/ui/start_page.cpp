@@ -1,5 +1,6 @@
 #include "start_page.h"
 
+#include <QFocusEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -14,6 +15,21 @@ constexpr int kMargin = 32;
 constexpr int kWidest = 560;
 constexpr int kDropMargin = 24;
 constexpr int kDropCorner = 8;
+
+/// The key Tab leads to a link at once, not to the text first.
+class LinkLabel : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override {
+    QLabel::focusInEvent(event);
+    const Qt::FocusReason reason = event->reason();
+    if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) {
+      focusNextPrevChild(reason == Qt::TabFocusReason);
+    }
+  }
+};
 
 /// A place with a dashed frame around it.
 class DropField : public QLabel {
@@ -70,9 +86,8 @@ QLabel* AddLabel(QVBoxLayout& layout, const char* name, const QString& text) {
   return Add(layout, name, new QLabel(text));
 }
 
-/// The key Tab stops only where there are links.
 QLabel* AddLinks(QVBoxLayout& layout, const char* name, const QString& text) {
-  QLabel* label = AddLabel(layout, name, text);
+  QLabel* label = Add(layout, name, new LinkLabel(text));
   label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
   return label;
 }
