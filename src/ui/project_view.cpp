@@ -80,6 +80,7 @@ void ResetProject(Shell& shell) {
   shell.ShowTree(*shell.treApp);
   shell.SetMode(0);
   shell.SetCaption();
+  shell.treApp->setFocus();
 }
 
 void ShowNode(Shell& shell, int node) {

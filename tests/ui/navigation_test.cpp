@@ -286,6 +286,7 @@ TEST_F(NavigationTest, LeavingTheProjectClosesItsResults) {
   platform.answers = {ui::Answer::kNo};
   Trigger("mnuNeu");
   EXPECT_TRUE(Tree("treApp").isVisible());
+  EXPECT_TRUE(Tree("treApp").hasFocus());
   EXPECT_TRUE(Bar("tobSymb1").isVisible());
   EXPECT_FALSE(Action("zoom").isChecked());
   EXPECT_TRUE(Window().findChild<QWidget*>("fraStart")->isVisible());
