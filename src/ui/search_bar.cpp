@@ -1,6 +1,7 @@
 #include "search_bar.h"
 
 #include <QKeyEvent>
+#include <algorithm>
 
 #include "qt_text.h"
 #include "shell.h"
@@ -11,6 +12,7 @@ namespace quillmate::ui {
 namespace {
 
 constexpr int kFieldWidth = 160;
+constexpr int kFieldCharacters = 22;
 
 /// The key Esc leads back to the code.
 class SearchText : public QLineEdit {
@@ -50,7 +52,7 @@ QLineEdit* AddSearchText(Shell& shell) {
   field->setToolTip(QStringLiteral("Text für Suche"));
   field->setPlaceholderText(QStringLiteral("Suchtext"));
   field->setClearButtonEnabled(true);
-  field->setFixedWidth(kFieldWidth);
+  field->setFixedWidth(std::max(kFieldWidth, kFieldCharacters * field->fontMetrics().averageCharWidth()));
   shell.commands->ToolBar().insertWidget(shell.commands->Button("su_a"), field);
   QObject::connect(field, &QLineEdit::returnPressed, field,
                    [&shell] { shell.commands->Item("mnuBearbeiten_Suchen")->trigger(); });
