@@ -154,6 +154,8 @@ std::string ReadWholeFile(const fs::path& file) {
   return bytes;
 }
 
+void FailToWrite(const fs::path& file, int code) { Fail(file, "geschrieben", code); }
+
 void WriteWholeFile(const fs::path& file, std::string_view bytes) { WritePieces(file, {bytes}); }
 
 void DeleteScratchFiles(const fs::path& folder) noexcept {

@@ -1,5 +1,5 @@
+#include <cerrno>
 #include <fstream>
-#include <stdexcept>
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/paths.h>
@@ -11,27 +11,27 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void Fail(const fs::path& file) {
-  throw std::runtime_error("Die Datei " + codedb::PathText(file) + " kann nicht geschrieben werden.");
-}
-
 /// `named` is the file that messages speak of.
 void WriteDirectly(const fs::path& file, const fs::path& named, const std::function<void(const Sink&)>& produce) {
+  errno = 0;
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  if (!out) Fail(named);
+  if (!out) codedb::FailToWrite(named, errno);
   produce([&](std::string_view bytes) {
-    if (!out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()))) Fail(named);
+    if (!out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()))) {
+      codedb::FailToWrite(named, errno);
+    }
   });
   out.close();
-  if (!out) Fail(named);
+  if (!out) codedb::FailToWrite(named, errno);
 }
 
 /// A name beside the target that nothing has yet.
 fs::path NameBeside(const fs::path& target) {
   fs::path name = target;
+  std::error_code unknown;
   do {
     name += ".neu";
-  } while (fs::exists(fs::symlink_status(name)));
+  } while (fs::exists(fs::symlink_status(name, unknown)));
   return name;
 }
 
@@ -57,7 +57,8 @@ void WriteBeside(const fs::path& target, const std::function<void(const Sink&)>&
   } catch (const std::exception& failure) {
     std::error_code ignored;
     fs::remove(fresh, ignored);
-    if (dynamic_cast<const fs::filesystem_error*>(&failure) != nullptr) Fail(target);
+    const auto* const file = dynamic_cast<const fs::filesystem_error*>(&failure);
+    if (file != nullptr) codedb::FailToWrite(target, file->code().default_error_condition().value());
     throw;
   }
 }
@@ -74,7 +75,7 @@ void WriteFile(const fs::path& target, const std::function<void(const Sink&)>& p
   } else if (IsWritable(target)) {
     WriteBeside(codedb::RealPath(target), produce);
   } else {
-    Fail(target);
+    codedb::FailToWrite(target, EACCES);
   }
 }
 

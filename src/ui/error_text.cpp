@@ -20,6 +20,11 @@ std::string Reason(const std::error_code& code) {
       {std::errc::read_only_file_system, "Der Datenträger ist schreibgeschützt."},
       {std::errc::no_such_file_or_directory, "Die Datei oder der Ordner existiert nicht."},
       {std::errc::filename_too_long, "Der Name ist zu lang."},
+      {std::errc::not_a_directory, "Im Pfad steht eine Datei, wo ein Ordner sein müsste."},
+      {std::errc::file_exists, "Unter diesem Namen gibt es schon eine Datei oder einen Ordner."},
+      {std::errc::invalid_argument, "Der Name ist nicht erlaubt."},
+      {std::errc::device_or_resource_busy, "Ein anderes Programm benutzt die Datei oder den Ordner."},
+      {std::errc::io_error, "Der Datenträger meldet einen Fehler."},
   };
   for (const auto& reason : kReasons) {
     if (code == reason.condition) return reason.text;

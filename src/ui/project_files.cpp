@@ -46,7 +46,13 @@ bool IsInScratchRoot(const fs::path& folder) {
 
 bool MayReplace(Shell& shell, const fs::path& folder) {
   std::error_code ignored;
-  if (!fs::exists(folder, ignored)) return true;
+  const fs::file_status status = fs::status(folder, ignored);
+  if (!fs::exists(status)) return true;
+  if (!fs::is_directory(status)) {
+    shell.Show("Unter diesem Namen gibt es schon eine Datei:\r\n" + codedb::PathText(folder),
+               MessageIcon::kExclamation);
+    return false;
+  }
   const std::string question =
       "\r\nEin Projekt:" + text::EnsureBackslash(codedb::PathText(folder)) + "existiert schon\r\nÜberschreiben ?";
   return shell.Show(question, MessageIcon::kQuestion, Buttons::kYesNo) == Answer::kYes;

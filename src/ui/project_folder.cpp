@@ -14,10 +14,11 @@ using Step = std::function<void()>;
 
 /// A name beside the target that nobody uses.
 fs::path FreeNeighbour(const fs::path& target, std::string_view ending) {
+  std::error_code unknown;
   for (int number = 0;; ++number) {
     fs::path candidate = target;
     candidate += "." + std::string(ending) + (number == 0 ? "" : std::to_string(number));
-    if (!fs::exists(fs::symlink_status(candidate))) return candidate;
+    if (!fs::exists(fs::symlink_status(candidate, unknown))) return candidate;
   }
 }
 
@@ -68,10 +69,11 @@ std::string CleanName(std::string_view name) {
   constexpr std::string_view kForbidden = "/\\:*?<>|\"";
   std::string clean(name);
   std::erase_if(clean, [=](char c) { return kForbidden.find(c) != std::string_view::npos; });
-  return clean;
+  return clean.find_first_not_of(". ") == std::string::npos ? std::string() : clean;
 }
 
-void ReplaceProjectFolder(const fs::path& source, const fs::path& target, const Step& step) {
+void ReplaceProjectFolder(const fs::path& source, const fs::path& named, const Step& step) {
+  const fs::path target = codedb::IsLink(named) ? codedb::RealPath(named) : named;
   const fs::path fresh = FreeNeighbour(target, "neu");
   fs::path old;
   try {
@@ -85,6 +87,10 @@ void ReplaceProjectFolder(const fs::path& source, const fs::path& target, const 
       step();
       codedb::RenamePath(fresh, target);
     }
+  } catch (const fs::filesystem_error& failure) {
+    RemoveFiles(fresh, [] {});
+    // The folder beside the target says nothing to whoever reads the message.
+    throw fs::filesystem_error("save", named, failure.code());
   } catch (...) {
     RemoveFiles(fresh, [] {});
     throw;

@@ -8,7 +8,8 @@
 /// The folder of a saved project: the index database and the module texts, nothing else of the program's.
 namespace quillmate::ui {
 
-/// A project name without the characters that no file name may hold: / \ : * ? < > | and the double quote. UTF-8.
+/// A project name without the characters that no file name may hold: / \ : * ? < > | and the double quote. Empty when
+/// only dots and blanks are left: they name the folder itself or the one above. UTF-8.
 std::string CleanName(std::string_view name);
 
 /// Puts a copy of all files of `source` in the place of `target`'s files; sub-folders of an earlier `target` stay. The

@@ -86,7 +86,12 @@ TEST_F(ProjectExport, FilesAreReplacedWholeOrNotAtAll) {
   EXPECT_EQ(codedb::ReadWholeFile(target), module);
   EXPECT_THROW(ExportProjectRtf(folder_, {modules_[0], {3, "weg", "M2"}}, true, options, target), std::runtime_error);
   EXPECT_THROW(ExportModuleRtf(folder_, 1, options, folder_ / "fehlt" / "a.RTF"), std::runtime_error);
-  EXPECT_THROW(ExportModuleRtf(folder_, 1, options, folder_), std::runtime_error);
+  try {
+    ExportModuleRtf(folder_, 1, options, folder_);
+    FAIL() << "a folder can't be written";
+  } catch (const std::runtime_error& error) {
+    EXPECT_TRUE(std::string_view(error.what()).ends_with("unter diesem Namen gibt es einen Ordner.")) << error.what();
+  }
   EXPECT_EQ(codedb::ReadWholeFile(target), module);
   EXPECT_EQ(Files(), (std::vector<std::string>{"M1.txt", "M2.txt", "projekt.RTF"}));
 }

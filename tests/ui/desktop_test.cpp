@@ -176,6 +176,8 @@ TEST(CleanName, DropsWhatNoFileNameMayHold) {
   EXPECT_EQ(CleanName("a:b*c"), "abc");
   EXPECT_EQ(CleanName("/\\:*?<>|\""), "");
   EXPECT_EQ(CleanName("Größe 1"), "Größe 1");
+  EXPECT_EQ(CleanName(" ..\\.. "), "") << "the folder above";
+  EXPECT_EQ(CleanName("..a."), "..a.");
 }
 
 }  // namespace

@@ -117,6 +117,23 @@ TEST_F(SavedProjectTest, AScratchFolderIsNoPlaceForAProject) {
   EXPECT_EQ(RecentItems(), QStringList());
 }
 
+TEST_F(SavedProjectTest, AFileOfTheNameStaysAndALinkStaysALink) {
+  StartWithProject();
+  fs::create_directories(Folder("Ziel"));
+  codedb::WriteWholeFile(Folder("Ziel") / "Lager", "wichtig");
+  SaveAs("Lager", Folder("Ziel"));
+  EXPECT_TRUE(platform.TakeText().startsWith("Unter diesem Namen gibt es schon eine Datei:\r\n"));
+  EXPECT_EQ(codedb::ReadWholeFile(Folder("Ziel") / "Lager"), "wichtig");
+  EXPECT_TRUE(Window().windowTitle().contains('['));
+#ifdef __unix__
+  fs::create_directories(Folder("Wirklich"));
+  fs::create_directory_symlink(Folder("Wirklich"), Folder("Ziel") / "Link");
+  SaveAs("Link", Folder("Ziel"));
+  EXPECT_TRUE(fs::is_symlink(Folder("Ziel") / "Link"));
+  EXPECT_TRUE(fs::exists(codedb::DatabasePath(Folder("Wirklich"))));
+#endif
+}
+
 TEST_F(SavedProjectTest, StandardFolderIsUsedUnaskedWhenItExists) {
   StartWithProject();
   globals.Options.stapro = true;

@@ -37,6 +37,10 @@ std::string ReadModuleText(const std::filesystem::path& folder, int moduleNumber
 std::string ReadWholeFile(const std::filesystem::path& file);
 void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
+/// Throws what the functions above throw when a file can't be written; `code` is the system's error number, 0 when it
+/// told none.
+[[noreturn]] void FailToWrite(const std::filesystem::path& file, int code);
+
 /// Deletes the files directly in `folder`, provided that a part of its path is the scratch root "TempDateien", as it is
 /// written and with all links and ".." followed, and that `folder` itself is no link. Errors are ignored, symbolic
 /// links in it are removed, never followed; sub-folders stay.
