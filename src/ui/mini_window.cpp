@@ -30,6 +30,9 @@ MiniWindow::MiniWindow() : QWidget(nullptr, Qt::Window | Qt::WindowStaysOnTopHin
   layout->addWidget(html);
   layout->addWidget(close);
   layout->setSizeConstraint(QLayout::SetFixedSize);
+  // The title bar counts only for a place given before the desktop knows the window, and only while its size stays.
+  layout->activate();
+  move(0, 0);
   connect(html, &QToolButton::clicked, this, [this] {
     if (onHtml) onHtml();
   });
@@ -41,7 +44,6 @@ MiniWindow::MiniWindow() : QWidget(nullptr, Qt::Window | Qt::WindowStaysOnTopHin
 
 void MiniWindow::showEvent(QShowEvent* event) {
   returning_ = false;
-  move(0, 0);
   QWidget::showEvent(event);
 }
 
