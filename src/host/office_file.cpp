@@ -31,6 +31,7 @@ constexpr const char* kPartOfDirectory = "Datei ist beschädigt: ein Teil ihres 
 constexpr const char* kBrokenPresentation = "Datei ist beschädigt: die Präsentation ist nicht lesbar";
 constexpr const char* kBrokenProject = "Datei ist beschädigt: das Makroprojekt ist nicht lesbar";
 constexpr const char* kNeedsAccess = "Datenbanken von Access lassen sich nur aus dem laufenden Access lesen";
+constexpr const char* kOfExcel95 = "Makros im Format von Excel 5.0 und 95 lassen sich nicht lesen";
 constexpr const char* kCutShort = "Das Makroprojekt ist beschädigt und wurde nur zum Teil entpackt";
 
 OfficeFile Without(State state, const char* reason, OfficeHost host = OfficeHost::kUnknown) {
@@ -156,6 +157,8 @@ OfficeFile ReadCompound(ByteSource& source) {
   if (storage.has_value()) return ReadProjectIn(*file, *storage, host);
   // A file that was cut off may have had a project.
   if (!file->WholeDirectory()) return Without(State::kFailed, kPartOfDirectory, host);
+  // Before Excel 97 a project lay elsewhere and in another form.
+  if (file->FindPath(CompoundFile::kRoot, "_VBA_PROJECT/dir")) return Without(State::kFailed, kOfExcel95, host);
   return Without(State::kNoMacros, kWithoutMacros, host);
 }
 

@@ -119,6 +119,8 @@ TEST(OfficeFile, KindsByContent) {
       {"compound file cut off", bin.substr(0, 600), "3 Datei ist beschädigt: ihr Verzeichnis ist nicht lesbar"},
       {"old workbook without its end", oldWorkbook.substr(0, oldWorkbook.size() - 512), half},
       {"anything without its end", manyStreams.substr(0, manyStreams.size() - 512), half},
+      {"workbook of 95", CompoundWriter{{{"Book", Workbook(0x0042)}, {"_VBA_PROJECT/dir", "x"}}}.File(),
+       "3 Makros im Format von Excel 5.0 und 95 lassen sich nicht lesen"},
       {"presentation that breaks off", CompoundWriter{{{"PowerPoint Document", breaksOff}}}.File(),
        "3 Datei ist beschädigt: die Präsentation ist nicht lesbar"},
       {"presentation of 95",
