@@ -27,6 +27,11 @@ host::ReadRequest RequestOf(Shell& shell) {
   return request;
 }
 
+std::string NoFolderMessage(const startup::AppGlobals& globals) {
+  return "Der Arbeitsordner konnte nicht angelegt werden in\r\n" +
+         codedb::PathText(globals.ProgramFolder / startup::kScratchRoot);
+}
+
 std::string NoDatabaseMessage(const std::filesystem::path& folder) {
   return "Die Projektdatenbank konnte nicht angelegt werden in\r\n" + codedb::PathText(folder);
 }
@@ -54,7 +59,7 @@ void TellFailure(Shell& shell, const host::ReadReport& report) {
 /// folder that its modules may lie in.
 void ReadProject(Shell& shell, const Reader& read) {
   startup::AppGlobals& globals = shell.Globals();
-  if (globals.RunTempFolder.empty()) throw std::runtime_error("Der Arbeitsordner konnte nicht angelegt werden.");
+  if (globals.RunTempFolder.empty()) throw std::runtime_error(NoFolderMessage(globals));
   if (shell.mode != 0 && shell.hostModel->Tree().AnyChecked()) {
     if (!ConfirmUnsaved(shell)) return;
     ResetProject(shell);
