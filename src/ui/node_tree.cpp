@@ -1,7 +1,10 @@
 #include "node_tree.h"
 
+#include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 
 #include "project_tree_model.h"
 
@@ -14,10 +17,27 @@ void Invert(QPalette& palette) {
   palette.setColor(QPalette::HighlightedText, Qt::yellow);
 }
 
-/// Paints the marked node inverted, whether it is selected or not.
-class MarkDelegate : public QStyledItemDelegate {
+/// A name that the column cuts off is shown whole under the mouse.
+class NameDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
+
+  bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                 const QModelIndex& index) override {
+    const bool isCut = sizeHint(option, index).width() > option.rect.width();
+    if (event->type() != QEvent::ToolTip || !isCut) return QStyledItemDelegate::helpEvent(event, view, option, index);
+    QString text = index.data(Qt::DisplayRole).toString();
+    const QString own = index.data(Qt::ToolTipRole).toString();
+    if (!own.isEmpty()) text += QLatin1Char('\n') + own;
+    QToolTip::showText(event->globalPos(), text, view->viewport(), option.rect);
+    return true;
+  }
+};
+
+/// Paints the marked node inverted, whether it is selected or not.
+class MarkDelegate : public NameDelegate {
+ public:
+  using NameDelegate::NameDelegate;
 
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -29,9 +49,9 @@ class MarkDelegate : public QStyledItemDelegate {
 };
 
 /// The style makes the frame of a box from the window's colour, darkened: on dark ground it vanishes.
-class TickDelegate : public QStyledItemDelegate {
+class TickDelegate : public NameDelegate {
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
+  using NameDelegate::NameDelegate;
 
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -52,6 +72,9 @@ void SetUpTree(QTreeView& tree, const QString& name) {
   tree.setEditTriggers(QAbstractItemView::NoEditTriggers);
   tree.setContextMenuPolicy(Qt::CustomContextMenu);
   tree.setMinimumWidth(1);
+  // Never wider than the tree either, as the last column may be: names that it cuts off are known to be cut.
+  tree.header()->setStretchLastSection(false);
+  tree.header()->setSectionResizeMode(QHeaderView::Stretch);
 }
 
 NodeTree::NodeTree(QWidget* parent) : QTreeView(parent) {

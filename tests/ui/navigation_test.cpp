@@ -1,11 +1,14 @@
 #include <QClipboard>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QScrollBar>
+#include <QSplitter>
 #include <QTextBlock>
 #include <QToolBar>
 #include <QToolButton>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include "window_test.h"
@@ -219,6 +222,17 @@ TEST_F(NavigationTest, WordIsMeantBySelectingClickingOrFindingIt) {
   Trigger("su_a");
   Trigger("mnuBearbeiten_Definition");
   EXPECT_EQ(Place(), "Lager.Melden");
+}
+
+TEST_F(NavigationTest, NameThatIsCutOffIsShownUnderTheMouse) {
+  QTreeView& tree = Tree("treProjekt");
+  for (const int width : {400, 70}) {
+    Window().findChild<QSplitter*>("fraContainer")->setSizes({width, 600});
+    const QPoint place = tree.visualRect(ProjectNode(0, 0)).center();
+    QHelpEvent event(QEvent::ToolTip, place, tree.viewport()->mapToGlobal(place));
+    QApplication::sendEvent(tree.viewport(), &event);
+    EXPECT_EQ(QToolTip::text(), width < 100 ? "Abgang" : "");
+  }
 }
 
 TEST_F(NavigationTest, CallersTakeThePlaceOfTheTree) {
