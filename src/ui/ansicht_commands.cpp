@@ -11,6 +11,7 @@ void RefreshProjects(Shell& shell) {
   if (!ConfirmUnsaved(shell)) return;
   shell.SetCaption();
   RefreshHostProjects(shell);
+  OfferToForgetUnreadable(shell);
 }
 
 void SwitchZoom(Shell& shell) { SetZoom(shell, !IsZoomed(shell)); }

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
@@ -125,22 +126,27 @@ void Remember(Shell& shell, const Paths& sources) {
   UseSources(shell, sources);
 }
 
-/// Offers to forget sources that are gone: nothing in the tree stands for them any more.
-void OfferToForgetLost(Shell& shell) {
-  const Paths sources = settings::LoadSources(shell.around.settings);
+bool Exists(const std::string& source) { return QFileInfo::exists(FromUtf8(source)); }
+
+/// Offers to forget sources that are of no use: nothing in the tree stands for them.
+void OfferToForget(Shell& shell, const std::string& heading, const std::function<bool(const std::string&)>& isUseless) {
   Paths kept;
-  std::string lost;
-  for (const std::string& source : sources) {
-    if (QFileInfo::exists(FromUtf8(source))) {
-      kept.push_back(source);
+  std::string useless;
+  for (const std::string& source : settings::LoadSources(shell.around.settings)) {
+    if (isUseless(source)) {
+      useless += "\r\n" + source;
     } else {
-      lost += "\r\n" + source;
+      kept.push_back(source);
     }
   }
-  if (lost.empty()) return;
-  const Answer answer = shell.Show("Diese Quellen gibt es nicht mehr:\r\n" + lost + "\r\n\r\nAus der Liste entfernen ?",
+  if (useless.empty()) return;
+  const Answer answer = shell.Show(heading + "\r\n" + useless + "\r\n\r\nAus der Liste entfernen ?",
                                    MessageIcon::kQuestion, Buttons::kYesNo);
   if (answer == Answer::kYes) Remember(shell, kept);
+}
+
+void OfferToForgetLost(Shell& shell) {
+  OfferToForget(shell, "Diese Quellen gibt es nicht mehr:", [](const std::string& source) { return !Exists(source); });
 }
 
 void Refresh(Shell& shell, const host::ListResult& result) {
@@ -204,6 +210,20 @@ void AddSources(Shell& shell, const QStringList& paths) {
   Remember(shell, Joined(known, Usable(added, shell.around.documents.Problems())));
   shell.treApp->scrollToBottom();
   Tell(shell, result);
+}
+
+void OfferToForgetUnreadable(Shell& shell) {
+  std::set<std::string> unreadable;
+  for (const host::SourceProblem& problem : shell.around.documents.Problems()) unreadable.insert(problem.source);
+  // What could be read in part stands in the tree, and goes from there.
+  const int projects = static_cast<int>(shell.hostModel->Tree().projects.size());
+  for (int project = 0; project < projects; ++project) {
+    const std::optional<int> document = DocumentIndex(shell, project);
+    if (document.has_value()) unreadable.erase(shell.around.documents.Project(*document).fileName.value_or(""));
+  }
+  OfferToForget(shell, "Diese Quellen lassen sich nicht lesen:", [&unreadable](const std::string& source) {
+    return unreadable.contains(source) && Exists(source);
+  });
 }
 
 bool IsFromSource(const Shell& shell, int project) { return DocumentIndex(shell, project).has_value(); }

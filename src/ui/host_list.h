@@ -16,6 +16,9 @@ void ListAtStart(Shell& shell);
 /// The same after something went wrong with the modules ticked: the ticks stay.
 void RefreshKeepingTicks(Shell& shell);
 
+/// Offers to forget sources that are there but give nothing to read, behind a listing that the user asked for.
+void OfferToForgetUnreadable(Shell& shell);
+
 /// Takes the remembered sources into use.
 void LoadUserSources(Shell& shell);
 /// Adds files and folders to the sources and remembers those that can be read. A loaded project is left first.

@@ -64,6 +64,25 @@ TEST_F(StartTest, OffersToForgetSourcesThatAreGone) {
   }
 }
 
+TEST_F(StartTest, OffersToForgetSourcesThatCannotBeReadWhenAskedToLookAgain) {
+  codedb::WriteWholeFile(Sources() / "leer.xlsm", "");
+  std::filesystem::create_directories(Folder("Ohne"));
+  const std::vector<std::string> unreadable = {Path("leer.xlsm"), codedb::PathText(Folder("Ohne"))};
+  settings::SaveSources(*settings, {unreadable[0], codedb::PathText(Sources()), unreadable[1]});
+  Start();
+  EXPECT_EQ(platform.messages.size(), 1U) << "not at each start";
+  for (const Answer answer : {Answer::kNo, Answer::kYes}) {
+    platform.messages.clear();
+    platform.answers = {Answer::kOk, answer};
+    Trigger("mnuAnsicht_App_Aktualisieren");
+    ASSERT_EQ(platform.messages.size(), 2U);
+    EXPECT_EQ(platform.messages[1].text.toStdString(), "Diese Quellen lassen sich nicht lesen:\r\n\r\n" +
+                                                           unreadable[0] + "\r\n" + unreadable[1] +
+                                                           "\r\n\r\nAus der Liste entfernen ?");
+    EXPECT_EQ(Remembered().size(), answer == Answer::kNo ? 3U : 1U);
+  }
+}
+
 TEST_F(StartTest, AddsFilesAndFoldersAndForgetsWhatIsNoSource) {
   Start();
   codedb::WriteWholeFile(Sources() / "bild.png", std::string("\0\1\2", 3));
