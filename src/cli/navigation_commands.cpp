@@ -34,11 +34,18 @@ int ModuleCount(codedb::CodeDatabase& database) {
   return count.Next() ? static_cast<int>(count.Number(0).value_or(0)) : 0;
 }
 
-/// The name of a routine of a module as it is spelled there; the name itself when there is none.
+/// The name of a routine of a module as it is spelled there; the name itself when there is none, or one of just that
+/// spelling.
 std::string SpelledName(codedb::CodeDatabase& database, int module, const std::string& name) {
   auto routine = database.OpenRecordset("SELECT rou_name FROM td_rout WHERE rou_name='" + codedb::QuoteLiteral(name) +
                                         "' AND mod_num=" + std::to_string(module) + ";");
-  return routine.Next() ? routine.Text(0) : name;
+  std::string spelled;
+  while (routine.Next()) {
+    const std::string found = routine.Text(0);
+    if (found == name) return name;
+    if (spelled.empty()) spelled = found;
+  }
+  return spelled.empty() ? name : spelled;
 }
 
 navigation::ProjectTree FindCallers(ProjectInput& input, int module, const std::string& routine) {

@@ -89,6 +89,9 @@ TEST_F(CodeCommands, AnswerInTextAndJson) {
     EXPECT_EQ(result.status, c.status);
   }
   EXPECT_EQ(Run({"search", "Hallo {", "gruss.bas"}).out, "Gruß:3:     MsgBox \"Hallo {Welt}\" ' Grüße\n");
+  Write("zwei.bas", "Declare Sub warte Lib \"a\" ()\nSub Warte()\n    Call Warte\nEnd Sub\n");
+  EXPECT_EQ(Run({"callers", "--module", "zwei", "--routine", "Warte", "zwei.bas"}).out, "zwei\n\tWarte\n")
+      << "two spellings in one module, and not the first one is meant";
 }
 
 TEST_F(CodeCommands, WrongUsage) {
