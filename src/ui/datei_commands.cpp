@@ -38,8 +38,11 @@ void OpenRecent(Shell& shell, std::size_t position) {
 
 void StartAnew(Shell& shell) {
   if (!ConfirmUnsaved(shell)) return;
+  // Without a project it is the button that looks again.
+  const bool looksAgain = shell.mode == 0;
   ResetProject(shell);
   RefreshHostProjects(shell);
+  if (looksAgain) OfferToForgetUnreadable(shell);
 }
 
 void SaveProjectAs(Shell& shell) { SaveProject(shell); }

@@ -72,30 +72,30 @@ std::string CleanName(std::string_view name) {
   return clean.find_first_not_of(". ") == std::string::npos ? std::string() : clean;
 }
 
-void ReplaceProjectFolder(const fs::path& source, const fs::path& named, const Step& step) {
-  const fs::path target = codedb::IsLink(named) ? codedb::RealPath(named) : named;
-  const fs::path fresh = FreeNeighbour(target, "neu");
+void ReplaceProjectFolder(const fs::path& source, const fs::path& target, const Step& step) {
+  const fs::path place = codedb::IsLink(target) ? codedb::RealPath(target) : target;
+  const fs::path fresh = FreeNeighbour(place, "neu");
   fs::path old;
   try {
     step();
     fs::create_directories(fresh);
     CopyFiles(source, fresh, step);
-    if (fs::exists(target)) {
+    if (fs::exists(place)) {
       step();
-      old = codedb::SwapFolders(fresh, target, FreeNeighbour(target, "alt"));
+      old = codedb::SwapFolders(fresh, place, FreeNeighbour(place, "alt"));
     } else {
       step();
-      codedb::RenamePath(fresh, target);
+      codedb::RenamePath(fresh, place);
     }
   } catch (const fs::filesystem_error& failure) {
     RemoveFiles(fresh, [] {});
     // The folder beside the target says nothing to whoever reads the message.
-    throw fs::filesystem_error("save", named, failure.code());
+    throw fs::filesystem_error("save", target, failure.code());
   } catch (...) {
     RemoveFiles(fresh, [] {});
     throw;
   }
-  if (!old.empty()) ClearOld(old, target, step);
+  if (!old.empty()) ClearOld(old, place, step);
 }
 
 }  // namespace quillmate::ui
