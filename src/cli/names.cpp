@@ -17,13 +17,17 @@ std::optional<std::string> CodeName(const std::string& name) {
 }
 
 int FindModule(codedb::CodeDatabase& database, const std::string& name) {
+  int first = 0;
   if (const auto code = CodeName(name)) {
-    auto found = database.OpenRecordset("SELECT mod_num FROM td_mod WHERE mod_name='" + codedb::QuoteLiteral(*code) +
-                                        "' ORDER BY mod_num;");
-    if (found.Next()) {
-      return static_cast<int>(found.Number(0).value_or(0));
+    auto found = database.OpenRecordset("SELECT mod_num, mod_name FROM td_mod WHERE mod_name='" +
+                                        codedb::QuoteLiteral(*code) + "' ORDER BY mod_num;");
+    while (found.Next()) {
+      const int number = static_cast<int>(found.Number(0).value_or(0));
+      if (found.Text(1) == *code) return number;
+      if (first == 0) first = number;
     }
   }
+  if (first != 0) return first;
   throw CommandFailure("Es gibt kein Modul " + Quoted(name));
 }
 

@@ -11,7 +11,8 @@ namespace quillmate::cli {
 /// A text from the command line as Windows-1252; nothing when no code can hold it.
 std::optional<std::string> CodeName(const std::string& name);
 
-/// `mod_num` of the module of that name, compared as the database does; of several the lowest. Throws CommandFailure.
+/// `mod_num` of the module of that name, compared as the database does: of several the first in just that spelling,
+/// else the first. Throws CommandFailure.
 int FindModule(codedb::CodeDatabase& database, const std::string& name);
 
 /// `mod_name` of a module, Windows-1252; empty when there is no such module.

@@ -90,8 +90,9 @@ TEST_F(CodeCommands, AnswerInTextAndJson) {
   }
   EXPECT_EQ(Run({"search", "Hallo {", "gruss.bas"}).out, "Gruß:3:     MsgBox \"Hallo {Welt}\" ' Grüße\n");
   Write("zwei.bas", "Declare Sub warte Lib \"a\" ()\nSub Warte()\n    Call Warte\nEnd Sub\n");
-  EXPECT_EQ(Run({"callers", "--module", "zwei", "--routine", "Warte", "zwei.bas"}).out, "zwei\n\tWarte\n")
-      << "two spellings in one module, and not the first one is meant";
+  Write("Gross.bas", "Attribute VB_Name = \"ZWEI\"\n'\n'\n'\n");
+  EXPECT_EQ(Run({"callers", "--module", "zwei", "--routine", "Warte", "Gross.bas", "zwei.bas"}).out, "zwei\n\tWarte\n")
+      << "two spellings of module and routine, and not the first one is meant";
 }
 
 TEST_F(CodeCommands, WrongUsage) {
