@@ -1,5 +1,7 @@
 #include "mini_view.h"
 
+#include <QWindow>
+
 #include "commands.h"
 #include "shell.h"
 
@@ -16,6 +18,9 @@ void ShowMini(Shell& shell) {
 }
 
 void ShowSpecialView(Shell& shell) {
+  // Given as a wish, the place is kept: the window comes back where it was, not where the desktop puts a new one.
+  QWindow& main = *shell.window.windowHandle();
+  main.setGeometry(main.geometry());
   shell.window.hide();
   ShowMini(shell);
 }
