@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QMainWindow>
 #include <QMessageBox>
@@ -81,6 +82,13 @@ QString ExistingFolder(const QString& start) {
   return !start.isEmpty() && QDir(start).exists() ? start : QDir::homePath();
 }
 
+/// The 1 of "Lager 2.1" is no extension, though a dot stands before it.
+bool HasExtension(const QString& file) {
+  const QString suffix = QFileInfo(file).suffix();
+  return suffix.size() >= 2 && suffix.size() <= 4 &&
+         std::all_of(suffix.begin(), suffix.end(), [](QChar c) { return c.isLetter(); });
+}
+
 /// What a dialog stands over. Right after a dialog of the system's own no window of the program is active.
 QWidget* Owner() {
   if (QWidget* active = QApplication::activeWindow()) return active;
@@ -150,7 +158,9 @@ class RealPlatform : public Platform {
       if (!extension.isEmpty() && extension != QLatin1String("*")) dialog.setDefaultSuffix(extension);
     });
     dialog.selectFile(request.fileName);
-    return dialog.exec() == QDialog::Accepted ? QDir::toNativeSeparators(dialog.selectedFiles().value(0)) : QString();
+    if (dialog.exec() != QDialog::Accepted) return {};
+    const QString file = QDir::toNativeSeparators(dialog.selectedFiles().value(0));
+    return HasExtension(file) ? file : WithExtension(file + QLatin1Char('.') + dialog.defaultSuffix());
   }
 
   void SetClipboard(const ClipboardContent& content) override {
@@ -171,6 +181,16 @@ class RealPlatform : public Platform {
   qint64 Milliseconds() override { return clock_.elapsed(); }
 
  private:
+  /// The dialog knew nothing of the extension, nor of a file with it.
+  QString WithExtension(const QString& file) {
+    const QString question = file + QStringLiteral("\r\nexistiert schon\r\nÜberschreiben ?");
+    const bool mayWrite =
+        !QFileInfo::exists(file) ||
+        Show({QStringLiteral("Speichern unter"), question, MessageIcon::kQuestion, Buttons::kYesNo, {}}) ==
+            Answer::kYes;
+    return mayWrite ? file : QString();
+  }
+
   QElapsedTimer clock_;
 };
 

@@ -63,6 +63,8 @@ TEST(SaveDialog, GivesANameTheExtensionOfItsKind) {
       {"liste", nullptr, start + separator + "liste.csv"},
       {"liste", "Text (*.txt)", start + separator + "liste.txt"},
       {"liste.log", "Text (*.txt)", start + separator + "liste.log"},
+      {"Lager 2.1", nullptr, start + separator + "Lager 2.1.csv"},
+      {"Fa. Meier", "Text (*.txt)", start + separator + "Fa. Meier.txt"},
       {nullptr, nullptr, QString()},
   };
   const auto platform = QtPlatform();
