@@ -144,7 +144,9 @@ void Shell::SetCaption(const QString& project) { window.setWindowTitle(FromUtf8(
 
 QString Shell::ProjectName() const {
   const QString project = window.windowTitle().section(QStringLiteral(" Projekt: "), 1);
-  return project.section(QStringLiteral(" ["), 0, 0);
+  // Behind the name of a project just read stand its file and a mark; a saved one may have brackets in its name.
+  const bool saved = !project.endsWith(QStringLiteral(" [nicht gespeichert !!!]"));
+  return saved ? project : project.section(QStringLiteral(" ["), 0, 0);
 }
 
 std::string Shell::VisibleSelection() { return std::string(Editor().SelectedCode()); }

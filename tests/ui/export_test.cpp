@@ -139,6 +139,11 @@ TEST_F(ExportTest, RtfGoesIntoTheFileWithTheForcedExtension) {
     EXPECT_EQ(rtf.find("Typ = Userform") != std::string::npos, std::string(c.command) == "mnuRtf_Projekt");
     EXPECT_EQ(Panel("Vorgang"), "");
   }
+  platform.folders = {Text(Folder(""))};
+  platform.typed = {QStringLiteral("Lager [alt]")};
+  Trigger("mnuSpeichern");
+  Trigger("mnuRtf_Projekt");
+  EXPECT_EQ(platform.saveRequests.back().fileName, "Lager [alt]");
 }
 
 TEST_F(ExportTest, WordProcessorReadsTheRtf) {
