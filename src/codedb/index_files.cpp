@@ -154,7 +154,7 @@ std::string ReadWholeFile(const fs::path& file) {
   return bytes;
 }
 
-void FailToWrite(const fs::path& file, int code) { Fail(file, "geschrieben", code); }
+void FailToWrite(const fs::path& file, int code) { Fail(file, "geschrieben", ReasonOf(file, code)); }
 
 void WriteWholeFile(const fs::path& file, std::string_view bytes) { WritePieces(file, {bytes}); }
 
