@@ -2,8 +2,10 @@
 
 #include <filesystem>
 #include <random>
+#include <set>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include <quillmate/codedb/code_database.h>
 #include <quillmate/codedb/index_files.h>
@@ -11,12 +13,13 @@
 
 namespace quillmate::codedb {
 
-/// A new empty folder (its path holds an umlaut and a blank) that goes with the test.
+/// A new empty folder (its path holds an umlaut and a blank) that goes with the test. Names are UTF-8.
 class ScratchFolder {
  public:
-  ScratchFolder() {
-    root_ = std::filesystem::temp_directory_path() / ("qm_codedb_" + std::to_string(std::random_device{}()));
-    path_ = root_ / PathFromText("Prüf Ordner");
+  explicit ScratchFolder(std::string_view name = "Prüf Ordner") {
+    static const auto parent = std::filesystem::canonical(std::filesystem::temp_directory_path());
+    root_ = parent / ("quillmate_" + std::to_string(std::random_device{}()));
+    path_ = root_ / PathFromText(name);
     std::filesystem::create_directories(path_);
   }
   ScratchFolder(const ScratchFolder&) = delete;
@@ -27,11 +30,29 @@ class ScratchFolder {
   }
 
   const std::filesystem::path& Path() const { return path_; }
+  std::filesystem::path operator/(std::string_view name) const { return path_ / PathFromText(name); }
+
+  /// Writes a file, with the folders above it, and gives its path.
+  std::filesystem::path Write(std::string_view name, std::string_view bytes) const {
+    std::filesystem::path file = *this / name;
+    std::filesystem::create_directories(file.parent_path());
+    WriteWholeFile(file, bytes);
+    return file;
+  }
 
  private:
   std::filesystem::path root_;
   std::filesystem::path path_;
 };
+
+/// What is in a folder: the names, sorted, with blanks between them.
+inline std::string Names(const std::filesystem::path& folder) {
+  std::set<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) names.insert(PathText(entry.path().filename()));
+  std::string joined;
+  for (const std::string& name : names) joined += (joined.empty() ? "" : " ") + name;
+  return joined;
+}
 
 inline std::filesystem::path TemplateFile() { return std::filesystem::path(QUILLMATE_BIN_DIR) / kTemplateFile; }
 

@@ -1,13 +1,13 @@
-#include <algorithm>
 #include <filesystem>
 
 #include <gtest/gtest.h>
 
-#include <quillmate/codedb/index_files.h>
 #include <quillmate/export/html.h>
 #include <quillmate/export/module_header.h>
 #include <quillmate/export/plain_text.h>
 #include <quillmate/export/project_export.h>
+
+#include "codedb/scratch.h"
 
 namespace quillmate::output {
 namespace {
@@ -21,22 +21,12 @@ constexpr std::string_view kSecond = "|\237k|' \344|n\237|";
 class ProjectExport : public testing::Test {
  protected:
   ProjectExport() {
-    folder_ = fs::path(testing::TempDir()) / testing::UnitTest::GetInstance()->current_test_info()->name();
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
     codedb::WriteModuleText(folder_, 1, kFirst);
     codedb::WriteModuleText(folder_, 2, kSecond);
   }
-  ~ProjectExport() override { fs::remove_all(folder_); }
 
-  std::vector<std::string> Files() const {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder_)) names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-  }
-
-  fs::path folder_;
+  codedb::ScratchFolder scratch_;
+  const fs::path& folder_ = scratch_.Path();
   const std::vector<ModuleEntry> modules_ = {{1, "mdlA", "M2"}, {2, "Tabelle1", "M5"}};
 };
 
@@ -86,18 +76,15 @@ TEST_F(ProjectExport, FilesAreReplacedWholeOrNotAtAll) {
   EXPECT_EQ(codedb::ReadWholeFile(target), module);
   EXPECT_THROW(ExportProjectRtf(folder_, {modules_[0], {3, "weg", "M2"}}, true, options, target), std::runtime_error);
   EXPECT_THROW(ExportModuleRtf(folder_, 1, options, folder_ / "fehlt" / "a.RTF"), std::runtime_error);
-  try {
-    ExportModuleRtf(folder_, 1, options, folder_);
-    FAIL() << "a folder can't be written";
-  } catch (const std::runtime_error& error) {
-    EXPECT_TRUE(std::string_view(error.what()).ends_with("unter diesem Namen gibt es einen Ordner.")) << error.what();
-  }
+  const std::string message =
+      codedb::MessageOf<std::runtime_error>([&] { ExportModuleRtf(folder_, 1, options, folder_); });
+  EXPECT_TRUE(message.ends_with("unter diesem Namen gibt es einen Ordner.")) << message;
   EXPECT_EQ(codedb::ReadWholeFile(target), module);
-  EXPECT_EQ(Files(), (std::vector<std::string>{"M1.txt", "M2.txt", "projekt.RTF"}));
+  EXPECT_EQ(codedb::Names(folder_), "M1.txt M2.txt projekt.RTF");
 }
 
 TEST_F(ProjectExport, ModulesByNumber) {
-  codedb::PrepareCodeDatabase(folder_, fs::path(QUILLMATE_BIN_DIR) / codedb::kTemplateFile);
+  codedb::PrepareCodeDatabase(folder_, codedb::TemplateFile());
   codedb::CodeDatabase database;
   database.Open(codedb::DatabasePath(folder_));
   for (const std::string_view values :

@@ -10,10 +10,11 @@
 #include <gtest/gtest.h>
 
 #include <quillmate/codedb/codes.h>
-#include <quillmate/codedb/index_files.h>
 #include <quillmate/export/site.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
+
+#include "codedb/scratch.h"
 
 namespace quillmate::output {
 
@@ -21,14 +22,10 @@ namespace quillmate::output {
 class SiteTest : public testing::Test {
  protected:
   SiteTest() {
-    const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = std::filesystem::path(testing::TempDir()) / ("quillmate-site-" + std::string(test->name()));
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directories(folder_ / "index");
     project_.title = "Prüfstück";
     project_.indexFolder = folder_ / "index";
+    std::filesystem::create_directories(project_.indexFolder);
   }
-  ~SiteTest() override { std::filesystem::remove_all(folder_); }
 
   /// Marked-up text: [keyword] {comment} ~string^ <header line>, lines separated by LF.
   static std::string Marked(std::string_view code) {
@@ -84,7 +81,7 @@ class SiteTest : public testing::Test {
     return begin == std::string::npos || end == std::string::npos ? std::string() : page.substr(begin, end - begin);
   }
 
-  std::filesystem::path folder_;
+  codedb::ScratchFolder folder_;
   SiteProject project_;
   std::int64_t routineNumber_ = 0;
 };

@@ -6,35 +6,20 @@ namespace quillmate::output {
 namespace {
 
 namespace fs = std::filesystem;
+using codedb::Names;
 
 /// Targets lie in "ziel"; beside it nothing may be left.
 class SiteFolderTest : public SiteTest {
  protected:
   SiteFolderTest() { AddModule("a", codedb::kStandard, "x"); }
 
-  void Put(const std::string& name, std::string_view bytes) const {
-    const fs::path file = Target() / name;
-    fs::create_directories(file.parent_path());
-    codedb::WriteWholeFile(file, bytes);
-  }
+  void Put(const std::string& name, std::string_view bytes) const { folder_.Write("oben/ziel/" + name, bytes); }
   std::string Read(const std::string& name) const { return codedb::ReadWholeFile(Target() / name); }
 
   void Export(bool force = false) const { ExportSite(project_, {}, Target(), force); }
 
   std::string Refusal(bool force = false) const {
-    try {
-      Export(force);
-    } catch (const std::runtime_error& error) {
-      return error.what();
-    }
-    return "";
-  }
-
-  static std::string Names(const fs::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return text::Join(names, " ");
+    return codedb::MessageOf<std::runtime_error>([&] { Export(force); });
   }
 
   fs::path Target() const { return folder_ / "oben" / "ziel"; }

@@ -15,8 +15,8 @@
 #include <quillmate/host/joined_host.h>
 #include <quillmate/host/project_reader.h>
 
+#include "codedb/scratch.h"
 #include "host/com_stand_in_windows.h"
-#include "host/temp_folder.h"
 
 namespace quillmate::host {
 namespace {
@@ -28,11 +28,12 @@ using Texts = std::vector<std::string>;
 /// With a host that stays busy no patience is needed.
 constexpr auto kImpatient = 1ms;
 
-Texts Nodes(const HostTree& tree) {
-  Texts nodes;
+/// "key text: image text, image text; ..." of each project with its modules.
+std::string Nodes(const HostTree& tree) {
+  std::string nodes;
   for (const HostProjectNode& project : tree.projects) {
-    nodes.push_back(project.key + project.text);
-    for (const HostModuleNode& module : project.modules) nodes.push_back(module.image + " " + module.text);
+    nodes += project.key + project.text + ": ";
+    for (const HostModuleNode& module : project.modules) nodes += module.image + " " + module.text + ", ";
   }
   return nodes;
 }
@@ -58,7 +59,7 @@ class RunningHost : public testing::Test {
  protected:
   RunningHost() {
     request_.folder = scratch_.Path();
-    request_.templateFile = fs::path(QUILLMATE_BIN_DIR) / codedb::kTemplateFile;
+    request_.templateFile = codedb::TemplateFile();
   }
 
   ListResult List(HostAutomation& host) { return ListHostProjects(host, false, tree_); }
@@ -74,28 +75,15 @@ class RunningHost : public testing::Test {
     return files;
   }
 
-  TempFolder scratch_{"TempDateien/T_1"};
+  codedb::ScratchFolder scratch_{"TempDateien/T_1"};
   codedb::CodeDatabase database_;
   ReadRequest request_;
   HostTree tree_;
 };
 
 TEST_F(RunningHost, EachEditionSeesItsOwnProgram) {
-  const Texts projects{"A2\\Pr\374fstand [Pr\374fung M\344rz.xls]",
-                       "M5 Tabelle1",
-                       "M2 mod\304nderung",
-                       "M3 clsKunde",
-                       "M1 frmEingabe",
-                       "A3\\Neu [Nicht gespeichert]",
-                       "M2 Modul1"};
-  const Texts access{"A2\\Pr\374fstand [Pr\374fung M\344rz.xls]",
-                     "M1 Main",
-                     "M6 Orders",
-                     "M2 mod\304nderung",
-                     "M3 clsKunde",
-                     "M1 frmEingabe",
-                     "A3\\Neu [Nicht gespeichert]",
-                     "M2 Modul1"};
+  const std::string first = "A2\\Pr\374fstand [Pr\374fung M\344rz.xls]: ";
+  const std::string others = "M2 mod\304nderung, M3 clsKunde, M1 frmEingabe, A3\\Neu [Nicht gespeichert]: M2 Modul1, ";
   for (const std::string edition : {"Excel", "Word", "Access", "PowerPoint", "VisualBasic"}) {
     SCOPED_TRACE(edition);
     const StandInHost standIn("--locked --unsaved --edition " + edition);
@@ -105,7 +93,7 @@ TEST_F(RunningHost, EachEditionSeesItsOwnProgram) {
     EXPECT_TRUE(result.attached);
     EXPECT_EQ(result.version, 16.0F);
     EXPECT_EQ(result.problem, "");
-    EXPECT_EQ(Nodes(tree_), isAccess ? access : projects);
+    EXPECT_EQ(Nodes(tree_), first + (isAccess ? "M1 Main, M6 Orders, " : "M5 Tabelle1, ") + others);
     EXPECT_EQ(tree_.lockedProjects, 1);
     EXPECT_EQ(tree_.projects[0].modules[isAccess ? 2 : 1].position, 3);
 
@@ -164,14 +152,13 @@ TEST_F(RunningHost, WhatIsWithheldHidesNothingElse) {
   const struct {
     const char* standIn;
     const char* problem;
-    Texts nodes;
+    const char* nodes;
   } cases[] = {
-      {"--withhold-code clsKunde",
-       "Das Modul clsKunde gibt seinen Code nicht heraus (Can't load the module)",
-       {"A1\\Pr\374fstand [Pr\374fung M\344rz.xls]", "M5 Tabelle1", "M2 mod\304nderung", "M1 frmEingabe"}},
+      {"--withhold-code clsKunde", "Das Modul clsKunde gibt seinen Code nicht heraus (Can't load the module)",
+       "A1\\Pr\374fstand [Pr\374fung M\344rz.xls]: M5 Tabelle1, M2 mod\304nderung, M1 frmEingabe, "},
       {"--unsaved --withhold-code Prüfstand",
        "Prüfstand: Das Projekt gibt seine Module nicht heraus (Can't perform operation since the project is protected)",
-       {"A1\\Pr\374fstand [Pr\374fung M\344rz.xls]", "A2\\Neu [Nicht gespeichert]", "M2 Modul1"}},
+       "A1\\Pr\374fstand [Pr\374fung M\344rz.xls]: A2\\Neu [Nicht gespeichert]: M2 Modul1, "},
   };
   for (const auto& each : cases) {
     const StandInHost standIn(each.standIn);
@@ -279,7 +266,7 @@ TEST_F(RunningHost, AModuleIsOneCall) {
 }
 
 TEST_F(RunningHost, BesideFiles) {
-  const TempFolder folder("Quelle");
+  const codedb::ScratchFolder folder("Quelle");
   DocumentHost documents;
   documents.SetSources({folder.Write("Datei.bas", "Sub M()\r\n\r\nEnd Sub\r\n")});
   ComHost excel("Excel");

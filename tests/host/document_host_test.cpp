@@ -8,7 +8,8 @@
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/host/document_host.h>
 
-#include "host/temp_folder.h"
+#include "codedb/scratch.h"
+#include "host/listing.h"
 
 #ifndef _WIN32
 #include <sys/stat.h>
@@ -19,36 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace std::string_view_literals;
-
-/// What a host lists, a line for each project and module: "Project [file]", "  name type lines file".
-std::vector<std::string> Listed(DocumentHost& host, const fs::path& root) {
-  std::vector<std::string> lines;
-  const int projects = host.ProjectCount();
-  for (int i = 1; i <= projects; ++i) {
-    const HostProject project = host.Project(i);
-    lines.push_back(project.name + " [" +
-                    codedb::PathFromText(*project.fileName).lexically_relative(root).generic_string() + "]");
-    for (int j = 1; j <= host.ComponentCount(i); ++j) {
-      const HostComponent component = host.Component(i, j);
-      lines.push_back("  " + component.name + " " + std::to_string(component.type) + " " +
-                      std::to_string(component.lineCount) + " " +
-                      codedb::PathFromText(component.file).lexically_relative(root).generic_string());
-    }
-  }
-  return lines;
-}
-
-/// "path: reason" of each problem.
-std::vector<std::string> Problems(const DocumentHost& host, const fs::path& root) {
-  std::vector<std::string> lines;
-  for (const SourceProblem& problem : host.Problems()) {
-    lines.push_back(codedb::PathFromText(problem.source).lexically_relative(root).generic_string() + ": " +
-                    problem.reason);
-  }
-  return lines;
-}
-
-using Lines = std::vector<std::string>;
 
 TEST(DocumentHost, AttachesWhenASourceIsKnown) {
   DocumentHost host;
@@ -64,7 +35,7 @@ TEST(DocumentHost, AttachesWhenASourceIsKnown) {
 }
 
 TEST(DocumentHost, FolderInByteOrderFilesFirst) {
-  const TempFolder temp("Lager");
+  const codedb::ScratchFolder temp("Lager");
   temp.Write("b.bas", "Attribute VB_Name = \"Zwei\"\r\nSub A()\r\nEnd Sub\r\n");
   temp.Write("B.CLS", "a\nb\nc");
   temp.Write("\xC3\xA4.frm", "x");
@@ -85,7 +56,7 @@ TEST(DocumentHost, FolderInByteOrderFilesFirst) {
 }
 
 TEST(DocumentHost, ModuleFilesAreProjectsOfTheirOwn) {
-  const TempFolder temp;
+  const codedb::ScratchFolder temp;
   const fs::path file = temp.Write("Bericht.BAS", "Attribute VB_Name = \"Modul1\"\r\na\r\nb\r\nc\r\n");
   DocumentHost host;
   host.SetSources({file, file});
@@ -94,7 +65,7 @@ TEST(DocumentHost, ModuleFilesAreProjectsOfTheirOwn) {
 }
 
 TEST(DocumentHost, VbProjectNamesItsModules) {
-  const TempFolder temp;
+  const codedb::ScratchFolder temp;
   temp.Write("src/Helfer.bas", "Attribute VB_Name = \"Anders\"\r\n1\r\n2\r\n3");
   temp.Write("src/Sub/KUNDE.CLS", "VERSION 1.0 CLASS\r\nBEGIN\r\nEND\r\nAttribute VB_Name = \"Kunde\"\r\n1");
   temp.Write("Maske.frm", "VERSION 5.00\nBegin VB.Form Maske\nEnd\nAttribute VB_Name = \"frmMaske\"\n1\n2");
@@ -108,16 +79,15 @@ TEST(DocumentHost, VbProjectNamesItsModules) {
       "Module=Weg; ..\\fehlt.bas\r\nDesigner=..\\src\\Sub\r\nName=\"Auftr\344ge\"\r\nHelpFile=\"\"\r\n");
   DocumentHost host;
   host.SetSources({project});
-  EXPECT_EQ(Listed(host, temp.Path()),
-            (Lines{"Auftr\344ge [vb/Auftrag.vbp]", "  frmMaske 3 2 Maske.frm", "  Helfer 1 3 src/Helfer.bas",
-                   "  Kunde 2 1 src/Sub/KUNDE.CLS", "  \334bersicht 11 1 \303\234bersicht.ctl",
-                   "  Alt 1 1 daneben/alt.mod"}));
-  EXPECT_EQ(Problems(host, temp.Path()),
-            (Lines{"fehlt.bas: Datei existiert nicht", "src/Sub: Ist ein Ordner, keine Datei"}));
+  EXPECT_EQ(
+      Listed(host, temp.Path()),
+      (Lines{"Auftr\344ge [vb/Auftrag.vbp]", "  frmMaske 3 2 Maske.frm", "  Helfer 1 3 src/Helfer.bas",
+             "  Kunde 2 1 src/Sub/KUNDE.CLS", "  \334bersicht 11 1 \303\234bersicht.ctl", "  Alt 1 1 daneben/alt.mod",
+             "fehlt.bas: Datei existiert nicht", "src/Sub: Ist ein Ordner, keine Datei"}));
 }
 
 TEST(DocumentHost, VbProjectInUtf8WithoutAName) {
-  const TempFolder temp;
+  const codedb::ScratchFolder temp;
   temp.Write("\xCE\xB1\xC3\xA4.bas", "1");
   const fs::path project = temp.Write("Plan.VBP", "\xEF\xBB\xBFmodule=\xC3\x84; \xCE\xB1\xC3\xA4.bas");
   DocumentHost host;
@@ -126,7 +96,7 @@ TEST(DocumentHost, VbProjectInUtf8WithoutAName) {
 }
 
 TEST(DocumentHost, WhatCannotBeReadIsAProblem) {
-  const TempFolder temp;
+  const codedb::ScratchFolder temp;
   temp.Write("gut/a.bas", "1\n2\n3");
   temp.Write("gut/leer.bas", "");
   temp.Write("gut/muell.bas", "MZ\0\1\2"sv);
@@ -140,9 +110,8 @@ TEST(DocumentHost, WhatCannotBeReadIsAProblem) {
   DocumentHost host;
   host.SetSources({temp / "fehlt.bas", temp / "gut", temp / "nur leer", temp / "ohne", temp / "ohne/x.bas",
                    temp / "text.xyz", temp / "nichts.vbp", temp / "ins Leere.vbp", temp / "gross.frm"});
-  EXPECT_EQ(Listed(host, temp.Path()), (Lines{"gut [gut]", "  a 1 3 gut/a.bas"}));
-  EXPECT_EQ(Problems(host, temp.Path()),
-            (Lines{"fehlt.bas: Datei existiert nicht", "gut/leer.bas: Datei ist leer",
+  EXPECT_EQ(Listed(host, temp.Path()),
+            (Lines{"gut [gut]", "  a 1 3 gut/a.bas", "fehlt.bas: Datei existiert nicht", "gut/leer.bas: Datei ist leer",
                    "gut/muell.bas: Datei enthält keinen Text", "gut/muell16.bas: Datei enthält keinen Text",
                    "nur leer/leer.cls: Datei ist leer", "ohne: Ordner enthält keine Module",
                    "ohne/x.bas: Ordner enthält keine Module", "text.xyz: Diese Dateiart kann nicht eingelesen werden",
@@ -152,7 +121,7 @@ TEST(DocumentHost, WhatCannotBeReadIsAProblem) {
 
 #ifndef _WIN32
 TEST(DocumentHost, LinksAndPipes) {
-  const TempFolder temp;
+  const codedb::ScratchFolder temp;
   temp.Write("fern/a.bas", "1");
   fs::create_directories(temp / "quelle");
   fs::create_symlink("nirgends", temp / "quelle/tot.bas");
@@ -166,29 +135,20 @@ TEST(DocumentHost, LinksAndPipes) {
   DocumentHost host;
   host.SetSources({temp / "quelle", temp / "nah", temp / "quelle/hinauf/nah/../quelle/kreis.bas"});
   EXPECT_EQ(Listed(host, temp.Path()),
-            (Lines{"quelle [quelle]", "  verweis 1 1 quelle/verweis.bas", "nah [nah]", "  a 1 1 nah/a.bas"}));
-  EXPECT_EQ(Problems(host, temp.Path()),
-            (Lines{"quelle/kreis.bas: Verknüpfung führt ins Leere", "quelle/rohr.bas: Datei kann nicht gelesen werden",
+            (Lines{"quelle [quelle]", "  verweis 1 1 quelle/verweis.bas", "nah [nah]", "  a 1 1 nah/a.bas",
+                   "quelle/kreis.bas: Verknüpfung führt ins Leere", "quelle/rohr.bas: Datei kann nicht gelesen werden",
                    "quelle/tot.bas: Verknüpfung führt ins Leere", "quelle/kreis.bas: Verknüpfung führt ins Leere"}));
 }
 #endif
 
 TEST(DocumentHost, ReadsTheFileAsItIsThen) {
-  const TempFolder temp;
+  const codedb::ScratchFolder temp;
   const fs::path file = temp.Write("a.bas", "Attribute VB_Name = \"A\"\n1\n2\n3\n");
   const fs::path other = temp.Write("b.bas", "1");
   DocumentHost host;
   host.SetSources({temp.Path()});
   ASSERT_TRUE(host.Attach());
   ASSERT_EQ(host.ProjectCount(), 1);
-  const auto reason = [&](const char* name, int position) -> std::string {
-    try {
-      host.ComponentByName(1, name, position);
-      return "";
-    } catch (const HostError& error) {
-      return error.what();
-    }
-  };
 
   // A new file before it moves nothing until the next listing.
   temp.Write("0.bas", "x");
@@ -197,18 +157,18 @@ TEST(DocumentHost, ReadsTheFileAsItIsThen) {
   // One look at the file serves both calls.
   fs::remove(file);
   EXPECT_EQ(host.Lines(1, "A", 1, 5), "1\r\n2\r\n3\r\n4\r\n5");
-  EXPECT_EQ(reason("A", 1), codedb::PathText(file) + ": Datei existiert nicht");
+  EXPECT_EQ(Reason(host, "A", 1), codedb::PathText(file) + ": Datei existiert nicht");
   temp.Write("a.bas", "Attribute VB_Name = \"Neu\"\n1\n2\n3");
-  EXPECT_EQ(reason("A", 1), codedb::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
+  EXPECT_EQ(Reason(host, "A", 1), codedb::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
   EXPECT_THROW(host.Lines(1, "A", 1, 3), HostError);
   temp.Write("b.bas", "\0\0"sv);
-  EXPECT_EQ(reason("b", 2), codedb::PathText(other) + ": Datei enthält keinen Text");
-  EXPECT_EQ(reason("C", 1), "Modul ist nicht mehr vorhanden");
-  EXPECT_EQ(reason("A", 9), codedb::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
+  EXPECT_EQ(Reason(host, "b", 2), codedb::PathText(other) + ": Datei enthält keinen Text");
+  EXPECT_EQ(Reason(host, "C", 1), "Modul ist nicht mehr vorhanden");
+  EXPECT_EQ(Reason(host, "A", 9), codedb::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
 }
 
 TEST(DocumentHost, LinesGivesTheFirstOnes) {
-  const TempFolder temp;
+  const codedb::ScratchFolder temp;
   temp.Write("a.bas", "1\n2\n3\n");
   DocumentHost host;
   host.SetSources({temp.Path()});

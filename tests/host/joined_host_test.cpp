@@ -4,12 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <quillmate/host/document_host.h>
 #include <quillmate/host/host_tree.h>
 #include <quillmate/host/joined_host.h>
 
 #include "host/fake_host.h"
-#include "host/temp_folder.h"
 
 namespace quillmate::host {
 namespace {
@@ -110,22 +108,6 @@ TEST_F(JoinedHosts, AFailingPartHidesNoOther) {
   excel_.failAt.clear();
   EXPECT_EQ(List(), (Texts{"A1\\Lager [b.xls]"}));
   EXPECT_EQ(joined_.IndexIn(files_, 1), std::nullopt);
-}
-
-TEST(JoinedHost, FilesBehindARunningHost) {
-  const TempFolder folder("Quelle");
-  FakeHost word;
-  word.projects = {{{"Brief", std::nullopt, false}, {{"Modul1", kStdModule, kCode}}}};
-  DocumentHost documents;
-  documents.SetSources({folder.Write("m.bas", "Sub M()\r\n\r\nEnd Sub\r\n")});
-  JoinedHost joined({&word, &documents});
-  HostTree tree;
-  EXPECT_TRUE(ListHostProjects(joined, false, tree).attached);
-  ASSERT_EQ(tree.projects.size(), 2U);
-  EXPECT_EQ(joined.IndexIn(documents, ProjectIndex(tree.projects[1].key)), 1);
-  EXPECT_TRUE(joined.Attach());
-  EXPECT_EQ(joined.Lines(2, "m", 1, 3), "Sub M()\r\n\r\nEnd Sub");
-  joined.Release();
 }
 
 }  // namespace

@@ -9,7 +9,8 @@
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/host_tree.h>
 
-#include "host/temp_folder.h"
+#include "codedb/scratch.h"
+#include "host/listing.h"
 #include "host/vba_writer.h"
 
 namespace quillmate::host {
@@ -17,7 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace std::string_view_literals;
-using Lines = std::vector<std::string>;
 
 WrittenProject Project(const std::string& name, const std::string& module) {
   WrittenProject project;
@@ -31,30 +31,8 @@ std::string Zipped(const std::string& entry, const WrittenProject& project) {
   return ZipOf({{"[Content_Types].xml", ""}, {entry, project.Bin()}});
 }
 
-std::string Below(const fs::path& root, const std::string& path) {
-  return codedb::PathFromText(path).lexically_relative(root).generic_string();
-}
-
-/// "Name [file]" of each project with its modules as "name type lines", then "file: reason" of each problem.
-Lines Listed(DocumentHost& host, const fs::path& root) {
-  Lines lines;
-  const int projects = host.ProjectCount();
-  for (int i = 1; i <= projects; ++i) {
-    const HostProject project = host.Project(i);
-    std::string line = project.name + " [" + Below(root, *project.fileName) + "]" + (project.locked ? " locked" : "");
-    for (int j = 1; j <= host.ComponentCount(i); ++j) {
-      const HostComponent component = host.Component(i, j);
-      line += " " + component.name + " " + std::to_string(component.type) + " " + std::to_string(component.lineCount);
-    }
-    lines.push_back(line);
-  }
-  for (const SourceProblem& problem : host.Problems())
-    lines.push_back(Below(root, problem.source) + ": " + problem.reason);
-  return lines;
-}
-
 TEST(OfficeSource, OneAndManyByTheirContent) {
-  const TempFolder temp;
+  const codedb::ScratchFolder temp;
   WrittenProject locked = Project("Zu", "M");
   locked.locked = true;
   WrittenProject torn = Project("Riss", "M");
@@ -65,11 +43,12 @@ TEST(OfficeSource, OneAndManyByTheirContent) {
                    temp.Write("Brief.bas", Zipped("word/vbaProject.bin", nameless)), temp.Write("zu.bin", locked.Bin()),
                    temp.Write("Riss", torn.Bin()), temp.Write("leer.xlsm", ""), temp.Write("falsch.docm", "abc"),
                    temp.Write("text.bas", "1\n2\n3")});
-  EXPECT_EQ(Listed(host, temp.Path()),
-            (Lines{"Kass\344 [Kasse.xlsm] Tabelle1 100 3 Pr\374fung 1 4", "Brief [Brief.bas] Tabelle1 100 3 M 1 4",
-                   "Zu [zu.bin] locked", "Riss [Riss] Tabelle1 100 3 M 1 4 Weg 2 0", "text [text.bas] text 1 3",
-                   "Riss: Modul Weg: Quelltext kann nicht entpackt werden", "leer.xlsm: Datei ist leer",
-                   "falsch.docm: Datei ist keine Office-Datei"}));
+  EXPECT_EQ(
+      Listed(host, temp.Path()),
+      (Lines{"Kass\344 [Kasse.xlsm]", "  Tabelle1 100 3", "  Pr\374fung 1 4", "Brief [Brief.bas]", "  Tabelle1 100 3",
+             "  M 1 4", "Zu [zu.bin] locked", "Riss [Riss]", "  Tabelle1 100 3", "  M 1 4", "  Weg 2 0",
+             "text [text.bas]", "  text 1 3 text.bas", "Riss: Modul Weg: Quelltext kann nicht entpackt werden",
+             "leer.xlsm: Datei ist leer", "falsch.docm: Datei ist keine Office-Datei"}));
   HostTree tree;
   EXPECT_TRUE(ListHostProjects(host, false, tree).attached);
   EXPECT_EQ(tree.lockedProjects, 1);
@@ -79,22 +58,23 @@ TEST(OfficeSource, OneAndManyByTheirContent) {
 }
 
 TEST(OfficeSource, LongPathsAndNamesInAllScripts) {
-  const TempFolder temp;
+  const codedb::ScratchFolder temp;
   const std::string folder(150, 'o');
   const std::string file = folder + "/Übung_日本_" + std::string(90, 'x') + ".xlsm";
   const std::string module = folder + "/Ω_" + std::string(120, 'x') + ".bas";
   temp.Write(file, Zipped("xl/vbaProject.bin", Project("Weit", "M")));
   temp.Write(module, "Attribute VB_Name = \"N\"\r\n1\r\n2\r\n3\r\n");
   DocumentHost host;
-  const std::string office = "Weit [" + file + "] Tabelle1 100 3 M 1 4";
+  const std::string office = "Weit [" + file + "]";
   host.SetSources({temp / folder, temp / file});
-  EXPECT_EQ(Listed(host, temp.Path()), (Lines{folder + " [" + folder + "] N 1 3", office, office}));
+  EXPECT_EQ(Listed(host, temp.Path()), (Lines{folder + " [" + folder + "]", "  N 1 3 " + module, office,
+                                              "  Tabelle1 100 3", "  M 1 4", office, "  Tabelle1 100 3", "  M 1 4"}));
   EXPECT_EQ(host.Lines(1, "N", 1, 9), "1\r\n2\r\n3");
   EXPECT_EQ(host.Lines(3, "M", 2, 1), "Sub M()");
 }
 
 TEST(OfficeSource, FoldersListTheFilesWithMacros) {
-  const TempFolder temp("Ablage");
+  const codedb::ScratchFolder temp("Ablage");
   temp.Write("m.bas", "1");
   temp.Write("B.XLSM", Zipped("xl/vbaProject.bin", Project("B", "M")));
   temp.Write("a/c.doc", Project("C", "M").Bin());
@@ -111,14 +91,15 @@ TEST(OfficeSource, FoldersListTheFilesWithMacros) {
   DocumentHost host;
   host.SetSources({temp.Path(), alone});
   EXPECT_EQ(Listed(host, temp.Path()),
-            (Lines{"Ablage [.] m 1 1", "B [B.XLSM] Tabelle1 100 3 M 1 4", "C [a/c.doc] Tabelle1 100 3 M 1 4",
-                   "D [a/vbaProject.bin] Tabelle1 100 3 M 1 4", "kaputt.pptm: Datei ist keine Office-Datei",
+            (Lines{"Ablage [.]", "  m 1 1 m.bas", "B [B.XLSM]", "  Tabelle1 100 3", "  M 1 4", "C [a/c.doc]",
+                   "  Tabelle1 100 3", "  M 1 4", "D [a/vbaProject.bin]", "  Tabelle1 100 3", "  M 1 4",
+                   "kaputt.pptm: Datei ist keine Office-Datei",
                    "lager.accdb: Datenbanken von Access lassen sich nur aus dem laufenden Access lesen",
                    "nur: Ordner enthält keine Module"}));
 }
 
 TEST(OfficeSource, TheEditionsOwnFilesComeFirst) {
-  const TempFolder temp;
+  const codedb::ScratchFolder temp;
   DocumentHost host;
   host.SetSources({temp.Write("1.bas", "1"), temp.Write("2.xlsm", Zipped("xl/vbaProject.bin", Project("P2", "M"))),
                    temp.Write("3.docm", Zipped("word/vbaProject.bin", Project("P3", "M"))),
@@ -135,19 +116,11 @@ TEST(OfficeSource, TheEditionsOwnFilesComeFirst) {
 }
 
 TEST(OfficeSource, ReadsTheFileOnceAndAsItIsThen) {
-  const TempFolder temp;
+  const codedb::ScratchFolder temp;
   const fs::path file = temp.Write("a.xlsm", Zipped("xl/vbaProject.bin", Project("P", "M")));
   DocumentHost host;
   host.SetSources({file});
   ASSERT_EQ(host.ProjectCount(), 1);
-  const auto reason = [&](const char* name, int position) -> std::string {
-    try {
-      host.ComponentByName(1, name, position);
-      return "";
-    } catch (const HostError& error) {
-      return error.what();
-    }
-  };
 
   // A sheet was added before the module since: the module is the one of that name.
   WrittenProject changed = Project("P", "Anderes");
@@ -161,15 +134,15 @@ TEST(OfficeSource, ReadsTheFileOnceAndAsItIsThen) {
   EXPECT_EQ(host.Lines(1, "Tabelle1", 1, 99), "Sub T()\r\nx\r\nEnd Sub");
   EXPECT_EQ(host.Lines(1, "M", 2, 5), "1\r\n2\r\n3\r\n4\r\n5");
   host.Release();
-  EXPECT_EQ(reason("M", 2), codedb::PathText(file) + ": Datei existiert nicht");
+  EXPECT_EQ(Reason(host, "M", 2), codedb::PathText(file) + ": Datei existiert nicht");
 
   changed.modules.pop_back();
   temp.Write("a.xlsm", Zipped("xl/vbaProject.bin", changed));
-  EXPECT_EQ(reason("M", 2), codedb::PathText(file) + ": Modul ist nicht mehr in der Datei");
+  EXPECT_EQ(Reason(host, "M", 2), codedb::PathText(file) + ": Modul ist nicht mehr in der Datei");
   host.Release();
   changed.locked = true;
   temp.Write("a.xlsm", changed.Bin());
-  EXPECT_EQ(reason("Tabelle1", 1), codedb::PathText(file) + ": Das Projekt ist gesperrt");
+  EXPECT_EQ(Reason(host, "Tabelle1", 1), codedb::PathText(file) + ": Das Projekt ist gesperrt");
 }
 
 }  // namespace

@@ -11,8 +11,8 @@
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/project_reader.h>
 
+#include "codedb/scratch.h"
 #include "host/fake_host.h"
-#include "host/temp_folder.h"
 
 namespace quillmate::host {
 namespace {
@@ -33,18 +33,10 @@ class ProjectReader : public testing::Test {
  protected:
   ProjectReader() {
     request_.folder = scratch_.Path();
-    request_.templateFile = fs::path(QUILLMATE_BIN_DIR) / codedb::kTemplateFile;
+    request_.templateFile = codedb::TemplateFile();
     request_.progress = [this](const std::string& status) { progress_.push_back(status); };
     scratch_.Write("M1.txt", "alt\r\n");
     scratch_.Write("M9.txt", "alt\r\n");
-  }
-
-  /// The files of the scratch folder in order.
-  Texts ScratchFiles() const {
-    Texts names;
-    for (const auto& entry : fs::directory_iterator(scratch_.Path())) names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
   }
 
   /// "number name kind lines: routine routine" of each module of the index.
@@ -68,11 +60,11 @@ class ProjectReader : public testing::Test {
     EXPECT_EQ(report.message, kFailedText);
     EXPECT_EQ(report.detail, detail);
     EXPECT_FALSE(database_.IsOpen());
-    EXPECT_EQ(ScratchFiles(), Texts{});
+    EXPECT_EQ(codedb::Names(scratch_.Path()), "");
   }
 
-  TempFolder scratch_{"TempDateien/T_1"};
-  TempFolder sources_{"Quelle"};
+  codedb::ScratchFolder scratch_{"TempDateien/T_1"};
+  codedb::ScratchFolder sources_{"Quelle"};
   codedb::CodeDatabase database_;
   ReadRequest request_;
   Texts progress_;
@@ -115,7 +107,7 @@ TEST_F(ProjectReader, ReadsTickedModulesInTreeOrder) {
   EXPECT_EQ(report.modules, 3);
   EXPECT_FALSE(database_.IsOpen());
   EXPECT_EQ(Index(), (Texts{"1 Tabelle1 5 3: 1A", "2 Pr\374fung 1 3: 2B", "3 D1 32 3: 3F"}));
-  EXPECT_EQ(ScratchFiles(), (Texts{"M1.txt", "M2.txt", "M3.txt", "Quillmate.mdb"}));
+  EXPECT_EQ(codedb::Names(scratch_.Path()), "M1.txt M2.txt M3.txt Quillmate.mdb");
   EXPECT_EQ(progress_, (Texts{"Erzeuge Projekt", "Modul: Tabelle1", "Modul: Prüfung", "Modul: D1"}));
   EXPECT_EQ(host.calls,
             (Texts{"Attach", "ComponentByName 2 Tabelle1", "Lines Tabelle1 3", "ComponentByName 2 Pr\374fung",
@@ -125,7 +117,7 @@ TEST_F(ProjectReader, ReadsTickedModulesInTreeOrder) {
   tree.projects[0].checked = false;
   EXPECT_EQ(ReadCheckedModules(host, tree, database_, request_).outcome, ReadOutcome::kDone);
   EXPECT_EQ(Index(), (Texts{"1 D1 32 3: 1F"}));
-  EXPECT_EQ(ScratchFiles(), (Texts{"M1.txt", "Quillmate.mdb"}));
+  EXPECT_EQ(codedb::Names(scratch_.Path()), "M1.txt Quillmate.mdb");
 
   // A tick at a project alone reads an empty one.
   tree.projects[1].modules[0].checked = false;
@@ -145,7 +137,7 @@ TEST_F(ProjectReader, NothingTickedChangesNothing) {
   }
   EXPECT_EQ(host.calls, Texts{});
   EXPECT_EQ(progress_, Texts{});
-  EXPECT_EQ(ScratchFiles(), (Texts{"M1.txt", "M9.txt"}));
+  EXPECT_EQ(codedb::Names(scratch_.Path()), "M1.txt M9.txt");
 }
 
 TEST_F(ProjectReader, NoHostOrNoTemplateEndsTheReadEarly) {
@@ -156,7 +148,7 @@ TEST_F(ProjectReader, NoHostOrNoTemplateEndsTheReadEarly) {
   EXPECT_EQ(report.outcome, ReadOutcome::kNotAttached);
   EXPECT_EQ(report.message, "");
   EXPECT_EQ(progress_, Texts{});
-  EXPECT_EQ(ScratchFiles(), Texts{});
+  EXPECT_EQ(codedb::Names(scratch_.Path()), "");
 
   host.running = true;
   request_.templateFile = sources_ / "fehlt.mdb";
