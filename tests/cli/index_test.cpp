@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include <quillmate/codedb/index_files.h>
 
 #include "modules.h"
@@ -7,8 +5,6 @@
 
 namespace quillmate::cli {
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr const char* kProjectFiles = "M1.txt M2.txt Quillmate.mdb";
 #ifndef _WIN32
@@ -22,7 +18,7 @@ class IndexTest : public CliTest {
     Write("a.bas", kGreeting);
     Write("b.cls", kCard);
     Write("c.bas", "'neu\n'\n'\n");
-    EXPECT_EQ(Run({"index", "-o", "p", "a.bas", "b.cls"}).status, 0);
+    EXPECT_EQ(Run("index -o p a.bas b.cls").status, 0);
     Write("p/Bilder/x.png", "x");
     Write("p/Notiz.txt", "n");
   }
@@ -31,22 +27,18 @@ class IndexTest : public CliTest {
 TEST_F(IndexTest, WritesAFolderOnlyOnce) {
   EXPECT_EQ(Names("p"), "Bilder M1.txt M2.txt Notiz.txt Quillmate.mdb");
   const std::string before = Read("p/Quillmate.mdb");
-  const Result result = Run({"index", "-o", "p", "c.bas"});
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.err, Messages({Full("p") + ": Der Ordner existiert schon; --force überschreibt ein "
-                                              "Projekt"}));
+  EXPECT_EQ(Run("index -o p c.bas"),
+            Refusal(1, {Full("p") + ": Der Ordner existiert schon; --force überschreibt ein Projekt"}));
   EXPECT_EQ(Read("p/Quillmate.mdb"), before);
 }
 
 TEST_F(IndexTest, ForceReplacesTheProjectsOwnFilesAndNoOthers) {
   for (const char* const target : {"p", "p/", "./q/../p"}) {
     Write("p/M2.txt", "alt");
-    const Result result = Run({"index", "--force", "-o", target, "c.bas"});
-    EXPECT_EQ(result.err, "");
-    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(Run("index --force c.bas -o " + std::string(target)), Success());
     EXPECT_EQ(Names("p"), "Bilder M1.txt Notiz.txt Quillmate.mdb");
     EXPECT_EQ(Read("p/Bilder/x.png") + Read("p/Notiz.txt"), "xn");
-    EXPECT_EQ(Run({"text", "--module", "c", "p"}).out, "'neu\r\n'\r\n'\r\n\r\n");
+    EXPECT_EQ(Run("text --module c p").out, "'neu\r\n'\r\n'\r\n\r\n");
   }
   EXPECT_EQ(Names("."), "a.bas b.cls c.bas p");
 }
@@ -61,36 +53,36 @@ TEST_F(IndexTest, ForceTouchesNoForeignFolder) {
                {"datei", "Das ist kein Ordner"},
                {"/", "Der Ordner ist kein Projekt und nicht leer; er wird nicht überschrieben"}};
   for (const auto& c : cases) {
-    const Result result = Run({"index", "--force", "-o", c.target, "a.bas"});
+    const Result result = Run("index --force a.bas -o " + std::string(c.target));
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
   }
   EXPECT_EQ(Read("daten/M1.txt") + Read("datei"), "meinmeine");
   fs::create_directory(Folder() / "leer");
-  EXPECT_EQ(Run({"index", "--force", "-o", "leer", "a.bas", "b.cls"}).status, 0);
+  EXPECT_EQ(Run("index --force -o leer a.bas b.cls").status, 0);
   EXPECT_EQ(Names("leer"), kProjectFiles);
 }
 
 TEST_F(IndexTest, NothingIsLeftOfAFailedRun) {
   const std::string before = Read("p/Quillmate.mdb");
   const struct {
-    std::vector<std::string> arguments;
+    const char* line;
     Surroundings around{};
   } cases[] = {
-      {{"index", "-o", "neu", "weg.bas"}},
-      {{"index", "--force", "-o", "p", "weg.bas"}},
-      {{"index", "-o", "fehlt/neu", "a.bas"}},
+      {"index -o neu weg.bas"},
+      {"index --force -o p weg.bas"},
+      {"index -o fehlt/neu a.bas"},
 #ifndef _WIN32
       // No file may grow beyond some blocks of 512 bytes, which fails like a full disk.
-      {{"index", "-o", "neu", "a.bas"}, kSmallFiles},
-      {{"index", "--force", "-o", "p", "a.bas"}, kSmallFiles},
-      {{"index", "--force", "-o", "p", "gross.bas"}, {.before = "trap '' XFSZ; ulimit -f 64;"}},
-      {{"index", "--force", "-o", "p", "p"}, kSmallFiles},
+      {"index -o neu a.bas", kSmallFiles},
+      {"index --force -o p a.bas", kSmallFiles},
+      {"index --force -o p gross.bas", {.before = "trap '' XFSZ; ulimit -f 64;"}},
+      {"index --force -o p p", kSmallFiles},
 #endif
   };
   Write("gross.bas", std::string(100000, '\n') + "'");
   for (const auto& c : cases) {
-    const Result result = Run(c.arguments, c.around);
+    const Result result = Run(c.line, c.around);
     EXPECT_EQ(result.status, 1);
     EXPECT_TRUE(result.err.starts_with("quillmate-cli: "));
     EXPECT_EQ(Names("."), "a.bas b.cls c.bas gross.bas p");
@@ -100,14 +92,14 @@ TEST_F(IndexTest, NothingIsLeftOfAFailedRun) {
 }
 
 TEST_F(IndexTest, CopiesASavedProject) {
-  const std::string modules = Run({"modules", "--json", "p"}).out;
-  EXPECT_EQ(Run({"index", "-o", "q", "p"}).err, "");
+  const std::string modules = Run("modules --json p").out;
+  EXPECT_EQ(Run("index -o q p").err, "");
   EXPECT_EQ(Names("q"), kProjectFiles);
-  EXPECT_EQ(Run({"modules", "--json", "q"}).out, modules);
-  EXPECT_EQ(Run({"text", "q"}).out, Run({"text", "p"}).out);
-  EXPECT_EQ(Run({"index", "--force", "-o", "p", "p"}).status, 0);
+  EXPECT_EQ(Run("modules --json q").out, modules);
+  EXPECT_EQ(Run("text q").out, Run("text p").out);
+  EXPECT_EQ(Run("index --force -o p p").status, 0);
   EXPECT_EQ(Names("p"), "Bilder M1.txt M2.txt Notiz.txt Quillmate.mdb");
-  EXPECT_EQ(Run({"modules", "--json", "p"}).out, modules);
+  EXPECT_EQ(Run("modules --json p").out, modules);
 }
 
 }  // namespace

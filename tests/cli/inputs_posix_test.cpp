@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include <unistd.h>
 
 #include "modules.h"
@@ -8,55 +6,49 @@
 namespace quillmate::cli {
 namespace {
 
-namespace fs = std::filesystem;
-
 TEST_F(CliTest, UnreadableFolder) {
   if (geteuid() == 0) {
     GTEST_SKIP() << "root reads every folder";
   }
   Write("zu/a.bas", kGreeting);
   fs::permissions(Folder() / "zu", fs::perms::none);
-  EXPECT_TRUE(Run({"text", "zu"}).err.starts_with("quillmate-cli: " + Full("zu") + ": "));
+  EXPECT_TRUE(Run("text zu").err.starts_with("quillmate-cli: " + Full("zu") + ": "));
   fs::permissions(Folder() / "zu", fs::perms::owner_all);
 }
 
 TEST_F(CliTest, LinksThatLeadNowhere) {
   fs::create_symlink("schleife.bas", Folder() / "schleife.bas");
-  const Result result = Run({"text", "schleife.bas"});
+  const Result result = Run("text schleife.bas");
   EXPECT_EQ(result.status, 1);
   EXPECT_TRUE(result.err.starts_with("quillmate-cli: " + Full("schleife.bas") + ": ")) << result.err;
 }
 
 /// What the caller has closed, or what can't be read, as standard input.
 TEST_F(CliTest, StandardInputThatGivesNothing) {
-  EXPECT_EQ(Run({"clip", "-o", "b"}, {.behind = "<&-"}).err, Messages({"Kein Text in der Standardeingabe"}));
-  EXPECT_EQ(Run({"clip"}, {.behind = "<."}).err,
+  EXPECT_EQ(Run("clip -o b", {.behind = "<&-"}).err, Messages({"Kein Text in der Standardeingabe"}));
+  EXPECT_EQ(Run("clip", {.behind = "<."}).err,
             Messages({"Die Standardeingabe kann nicht gelesen werden: Das ist ein Ordner"}));
   EXPECT_EQ(Names("."), "");
 }
 
 TEST_F(CliTest, NoHostRunsHere) {
   Write("a.bas", kGreeting);
-  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"text", "--host"},
-                                                    {"search", "x", "--host"},
-                                                    {"index", "-o", "p", "--host", "a.bas"}}) {
-    const Result result = Run(arguments);
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, Messages({"Ein laufendes Office-Programm kann nur unter Windows gelesen werden"}));
+  for (const char* const line : {"text --host", "search x --host", "index -o p --host a.bas"}) {
+    EXPECT_EQ(Run(line), Refusal(1, {"Ein laufendes Office-Programm kann nur unter Windows gelesen werden"}));
   }
-  EXPECT_EQ(Run({"search", "--host"}).status, 2) << "the text is still needed";
-  EXPECT_EQ(Run({"clip", "--host"}).status, 2);
+  EXPECT_EQ(Run("search --host").status, 2) << "the text is still needed";
+  EXPECT_EQ(Run("clip --host").status, 2);
   EXPECT_EQ(Names("."), "a.bas");
 }
 
 /// The folder behind a link becomes the project; the link stays, and who may enter the folder.
 TEST_F(CliTest, ForceFollowsALinkToTheFolder) {
   Write("a.bas", kGreeting);
-  ASSERT_EQ(Run({"index", "-o", "p", "a.bas"}).status, 0);
+  ASSERT_EQ(Run("index -o p a.bas").status, 0);
   fs::permissions(Folder() / "p", fs::perms::owner_all);
   fs::create_directory_symlink("p", Folder() / "verweis");
   Write("p/M2.txt", "alt");
-  EXPECT_EQ(Run({"index", "--force", "-o", "./verweis", "a.bas"}).err, "");
+  EXPECT_EQ(Run("index --force -o ./verweis a.bas").err, "");
   EXPECT_EQ(Names("p"), "M1.txt Quillmate.mdb");
   EXPECT_TRUE(fs::is_symlink(Folder() / "verweis"));
   EXPECT_EQ(fs::status(Folder() / "p").permissions(), fs::perms::owner_all);

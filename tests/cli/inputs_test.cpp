@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include <sqlite3.h>
 
 #include <quillmate/codedb/index_files.h>
@@ -10,8 +8,6 @@
 
 namespace quillmate::cli {
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr const char* kNothing = "Die Eingabe enthält kein lesbares Modul mit mehr als zwei Zeilen";
 
@@ -44,47 +40,38 @@ TEST_F(InputsTest, WhatCannotBeReadIsNamed) {
   Write("projekt.vbp", "Type=Exe\nModule=gut; gut.bas\nModule=weg; weg.bas\n");
   fs::create_directory(Folder() / "ordner");
   const struct {
-    std::vector<std::string> inputs;
+    const char* inputs;
     int status;
     std::vector<std::string> messages;
   } cases[] = {
-      {{"weg.bas"}, 1, {"@weg.bas"}},
-      {{"ordner"}, 1, {"@ordner"}},
-      {{"bild.png"}, 1, {"@bild.png"}},
-      {{"kurz.bas"}, 1, {kNothing}},
-      {{"leer.bas"}, 1, {"@leer.bas"}},
-      {{"rauschen.bas"}, 1, {"@rauschen.bas"}},
-      {{"gut.bas"}, 0, {}},
-      {{"weg.bas", "gut.bas"}, 0, {"@weg.bas"}},
-      {{"projekt.vbp"}, 0, {"@weg.bas"}},
+      {"weg.bas", 1, {"@weg.bas"}},         {"ordner", 1, {"@ordner"}},       {"bild.png", 1, {"@bild.png"}},
+      {"kurz.bas", 1, {kNothing}},          {"leer.bas", 1, {"@leer.bas"}},   {"rauschen.bas", 1, {"@rauschen.bas"}},
+      {"weg.bas gut.bas", 0, {"@weg.bas"}}, {"projekt.vbp", 0, {"@weg.bas"}},
   };
   for (const auto& c : cases) {
-    std::vector<std::string> arguments{"outline"};
-    arguments.insert(arguments.end(), c.inputs.begin(), c.inputs.end());
-    const Result result = Run(arguments);
-    EXPECT_EQ(result.status, c.status) << c.inputs[0];
-    EXPECT_EQ(result.out, c.status == 0 ? "gut\n" : "") << c.inputs[0];
+    const Result result = Run("outline " + std::string(c.inputs));
+    EXPECT_EQ(result.status, c.status) << c.inputs;
+    EXPECT_EQ(result.out, c.status == 0 ? "gut\n" : "") << c.inputs;
     ExpectMessages(result.err, c.messages);
   }
 }
 
 TEST_F(CliTest, DamagedAndLockedProjects) {
   Write("a.bas", kGreeting);
-  ASSERT_EQ(Run({"index", "-o", "p", "a.bas"}).status, 0);
+  ASSERT_EQ(Run("index -o p a.bas").status, 0);
   const std::string broken = "quillmate-cli: Projekt in " + text::EnsureBackslash("p") + " ist nicht mehr intakt: ";
 
   sqlite3* lock = nullptr;
   ASSERT_EQ(sqlite3_open(Full("p/Quillmate.mdb").c_str(), &lock), SQLITE_OK);
   ASSERT_EQ(sqlite3_exec(lock, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
-  EXPECT_TRUE(Run({"text", "p"}).err.starts_with(broken));
+  EXPECT_TRUE(Run("text p").err.starts_with(broken));
   sqlite3_close(lock);
-  EXPECT_EQ(Run({"text", "p"}).status, 0);
+  EXPECT_EQ(Run("text p").status, 0);
 
   for (const std::string& bytes : {std::string(), std::string(5000, 'x'), Read("p/Quillmate.mdb").substr(0, 5000)}) {
     Write("p/Quillmate.mdb", bytes);
-    for (const std::vector<std::string>& arguments :
-         {std::vector<std::string>{"text", "p"}, {"modules", "p"}, {"index", "-o", "q", "p"}}) {
-      const Result result = Run(arguments);
+    for (const char* const line : {"text p", "modules p", "index -o q p"}) {
+      const Result result = Run(line);
       EXPECT_EQ(result.status, 1);
       EXPECT_EQ(result.out, "");
       EXPECT_TRUE(result.err.starts_with(broken)) << result.err;
@@ -96,12 +83,11 @@ TEST_F(CliTest, DamagedAndLockedProjects) {
 
 TEST_F(CliTest, MissingModuleTextOfAProject) {
   Write("a.bas", kGreeting);
-  ASSERT_EQ(Run({"index", "-o", "p", "a.bas"}).status, 0);
+  ASSERT_EQ(Run("index -o p a.bas").status, 0);
   fs::remove(Folder() / "p" / "M1.txt");
-  EXPECT_EQ(Run({"outline", "p"}).status, 0);
-  for (const std::vector<std::string>& arguments :
-       {std::vector<std::string>{"text", "p"}, {"rtf", "-o", "x", "p"}, {"index", "-o", "q", "p"}}) {
-    const Result result = Run(arguments);
+  EXPECT_EQ(Run("outline p").status, 0);
+  for (const char* const line : {"text p", "rtf -o x p", "index -o q p"}) {
+    const Result result = Run(line);
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.err.find("M1.txt"), std::string::npos) << result.err;
   }
@@ -111,7 +97,7 @@ TEST_F(CliTest, MissingModuleTextOfAProject) {
 TEST_F(CliTest, AProjectIsTheOnlyInput) {
   Write("a.bas", kGreeting);
   Write("p/Quillmate.mdb", "");
-  const Result result = Run({"text", "a.bas", "p"});
+  const Result result = Run("text a.bas p");
   EXPECT_EQ(result.status, 2);
   EXPECT_TRUE(result.err.starts_with(Messages({"p ist ein gespeichertes Projekt und muss die einzige Eingabe sein"})));
 }
@@ -123,18 +109,15 @@ TEST_F(CliTest, WithoutTemplateNothingIsRead) {
   fs::copy_file(Program(), program);
   const std::string message = "Die notwendige Datenbank " + Full("bin/mask_Quillmate.mdb") +
                               " existiert nicht !!! Bitte kopieren Sie diese wieder an diese Stelle";
-  for (const std::vector<std::string>& arguments :
-       {std::vector<std::string>{"text", "a.bas"}, {"index", "-o", "p", "a.bas"}}) {
-    const Result result = RunAt(program, arguments);
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, Messages({message}));
+  for (const char* const line : {"text a.bas", "index -o p a.bas"}) {
+    EXPECT_EQ(RunAt(program, Words(line)), Refusal(1, {message}));
   }
   EXPECT_EQ(Names("."), "a.bas bin");
 }
 
 TEST_F(CliTest, NoFolderForTemporaryFiles) {
   Write("a.bas", kGreeting);
-  const Result result = Run({"text", "a.bas"}, {.temporary = "a.bas"});
+  const Result result = Run("text a.bas", {.temporary = "a.bas"});
   EXPECT_EQ(result.status, 1);
   EXPECT_TRUE(result.err.starts_with("quillmate-cli: Im Ordner für temporäre Dateien ")) << result.err;
 }

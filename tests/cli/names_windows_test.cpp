@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include <windows.h>
 
 #include <quillmate/codedb/index_files.h>
@@ -10,8 +8,6 @@
 namespace quillmate::cli {
 namespace {
 
-namespace fs = std::filesystem;
-
 /// What the shells of other systems do before they start a program.
 TEST_F(CliTest, WildcardsInTheLastPartOfAPath) {
   for (const char* const name : {"b.bas", "A1.BAS", "c\303\244.bas", "c.basx", "unter/c.cls", "unter/c.clsx", "ohne"}) {
@@ -19,31 +15,22 @@ TEST_F(CliTest, WildcardsInTheLastPartOfAPath) {
   }
   SetFileAttributesW(Write("~$b.bas", "x").c_str(), FILE_ATTRIBUTE_HIDDEN);
   const struct {
-    std::vector<std::string> inputs;
-    std::string outline;
+    const char* inputs;
+    const char* outline;
   } cases[] = {
-      {{"*.bas"}, "A1\nb\ncä\n"},
-      {{"a?.Bas", "?.bas"}, "A1\nb\n"},
-      {{".\\*.b*s"}, "A1\nb\ncä\n"},
-      {{"unter\\*.cls", "b.bas"}, "b\nc\n"},
-      {{"unter/c.*", "c\303\204.*"}, "cä\nc\n"},
-      {{"*u*t*r*"}, "c\n"},
-      {{"*.*s"}, "A1\nb\ncä\n"},
+      {"*.bas", "A1\nb\ncä\n"},         {"a?.Bas ?.bas", "A1\nb\n"},          {".\\*.b*s", "A1\nb\ncä\n"},
+      {"unter\\*.cls b.bas", "b\nc\n"}, {"unter/c.* c\303\204.*", "cä\nc\n"}, {"*u*t*r*", "c\n"},
+      {"*.*s", "A1\nb\ncä\n"},
   };
-  for (const auto& c : cases) {
-    std::vector<std::string> arguments{"outline"};
-    arguments.insert(arguments.end(), c.inputs.begin(), c.inputs.end());
-    const Result result = Run(arguments);
-    EXPECT_EQ(result.out, c.outline) << c.inputs[0];
-  }
-  const Result everything = Run({"outline", "*.*"});
+  for (const auto& c : cases) EXPECT_EQ(Run("outline " + std::string(c.inputs)).out, c.outline) << c.inputs;
+  const Result everything = Run("outline *.*");
   EXPECT_EQ(everything.out, "A1\nb\ncä\nc\n");
   EXPECT_NE(everything.err.find("ohne"), std::string::npos) << "it stands for names without a point too";
-  EXPECT_EQ(Run({"search", "'?", "b.bas"}).out, "") << "the text is none of the inputs";
+  EXPECT_EQ(Run("search '\\'?' b.bas"), Success()) << "the text is none of the inputs";
   for (const char* const nothing : {"*.frm", "fehlt\\*", "???.bas"}) {
-    const Result result = Run({"modules", "b.bas", nothing});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, Messages({"Keine Datei und kein Ordner passt auf \"" + std::string(nothing) + "\""}));
+    const std::string pattern(nothing);
+    EXPECT_EQ(Run("modules b.bas " + pattern),
+              Refusal(1, {"Keine Datei und kein Ordner passt auf \"" + pattern + "\""}));
   }
 }
 
@@ -51,14 +38,15 @@ TEST_F(CliTest, WildcardsInTheLastPartOfAPath) {
 class NamesTest : public CliTest {
  protected:
   void ExpectUsable(const std::string& folder) {
+    const auto run = [&](const std::vector<std::string>& arguments) { return RunAt(Program(), arguments); };
     const std::string file = folder + "\\Ω.bas";
-    EXPECT_EQ(Run({"outline", file}).out, "Gruß\n\tAnfang\n\tOffen\n\tSumme\n\tZeit\n");
-    EXPECT_EQ(Run({"index", "-o", folder + "\\проект", folder}).err, "");
-    EXPECT_EQ(Run({"index", "-o", folder + "\\проект\\", "--force", file}).err, "");
-    EXPECT_EQ(Run({"text", "-o", folder + "\\→.txt", folder + "\\проект"}).err, "");
-    EXPECT_EQ(Run({"text", folder + "\\→.txt.bas"}).err, Messages({folder + "\\→.txt.bas: Datei existiert nicht"}));
-    EXPECT_EQ(Run({"site", "-o", folder + "\\日本", folder}).err, "");
-    EXPECT_EQ(Run({"text", folder + "\\проект"}).out, codedb::ReadWholeFile(codedb::PathFromText(folder + "\\→.txt")));
+    EXPECT_EQ(run({"outline", file}).out, "Gruß\n\tAnfang\n\tOffen\n\tSumme\n\tZeit\n");
+    EXPECT_EQ(run({"index", "-o", folder + "\\проект", folder}).err, "");
+    EXPECT_EQ(run({"index", "-o", folder + "\\проект\\", "--force", file}).err, "");
+    EXPECT_EQ(run({"text", "-o", folder + "\\→.txt", folder + "\\проект"}).err, "");
+    EXPECT_EQ(run({"text", folder + "\\→.txt.bas"}).err, Messages({folder + "\\→.txt.bas: Datei existiert nicht"}));
+    EXPECT_EQ(run({"site", "-o", folder + "\\日本", folder}).err, "");
+    EXPECT_EQ(run({"text", folder + "\\проект"}).out, codedb::ReadWholeFile(codedb::PathFromText(folder + "\\→.txt")));
   }
 };
 

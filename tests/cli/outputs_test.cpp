@@ -1,58 +1,48 @@
-#include <filesystem>
-
 #include "modules.h"
 #include "process.h"
 
 namespace quillmate::cli {
 namespace {
 
-namespace fs = std::filesystem;
-
 TEST_F(CliTest, FilesAreReplacedWholeOrNotAtAll) {
   Write("a.bas", kGreeting);
   Write("alt", "bleibt");
   fs::create_directory(Folder() / "ordner");
-  for (const std::vector<std::string>& arguments :
-       {std::vector<std::string>{"text", "-o", "alt", "--module", "b", "a.bas"},
-        {"text", "-o", "ordner", "a.bas"},
-        {"text", "-o", "fehlt/neu", "a.bas"}}) {
-    const Result result = Run(arguments);
-    EXPECT_EQ(result.status, 1) << arguments[2];
+  for (const char* const line : {"text -o alt --module b a.bas", "text -o ordner a.bas", "text -o fehlt/neu a.bas"}) {
+    const Result result = Run(line);
+    EXPECT_EQ(result.status, 1) << line;
     EXPECT_NE(result.err, "");
     EXPECT_EQ(Names("."), "a.bas alt ordner");
     EXPECT_EQ(Read("alt"), "bleibt");
   }
-  EXPECT_EQ(Run({"text", "-o", "alt", "a.bas"}).err, "");
-  EXPECT_EQ(Read("alt"), Run({"text", "a.bas"}).out);
+  EXPECT_EQ(Run("text -o alt a.bas").err, "");
+  EXPECT_EQ(Read("alt"), Run("text a.bas").out);
 #ifdef _WIN32
-  EXPECT_EQ(Run({"text", "-o", "nul", "a.bas"}).err, "");
+  EXPECT_EQ(Run("text -o nul a.bas").err, "");
 #else
-  EXPECT_EQ(Run({"text", "-o", "/dev/null", "a.bas"}).err, "");
+  EXPECT_EQ(Run("text -o /dev/null a.bas").err, "");
 #endif
   EXPECT_EQ(Names("."), "a.bas alt ordner");
 }
 
 TEST_F(CliTest, TheOutputIsNeverPartOfTheInput) {
   Write("a.bas", kGreeting);
-  ASSERT_EQ(Run({"index", "-o", "p", "a.bas"}).status, 0);
+  ASSERT_EQ(Run("index -o p a.bas").status, 0);
   fs::create_hard_link(Folder() / "a.bas", Folder() / "b.bas");
-  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"text", "-o", "a.bas", "./a.bas"},
-                                                    {"rtf", "-o", "b.bas", "a.bas"},
-                                                    {"outline", "-o", "p/M1.txt", "p"},
-                                                    {"modules", "-o", "./p/Quillmate.mdb", "p"}}) {
-    const Result result = Run(arguments);
-    EXPECT_EQ(result.status, 2) << arguments[2];
-    EXPECT_TRUE(result.err.starts_with("quillmate-cli: Die Ausgabe " + arguments[2] + " gehört zur Eingabe\n"));
+  for (const char* const line :
+       {"text -o a.bas ./a.bas", "rtf -o b.bas a.bas", "outline -o p/M1.txt p", "modules -o ./p/Quillmate.mdb p"}) {
+    const Result result = Run(line);
+    EXPECT_EQ(result.status, 2) << line;
+    EXPECT_TRUE(result.err.starts_with("quillmate-cli: Die Ausgabe " + Words(line)[2] + " gehört zur Eingabe\n"));
   }
   EXPECT_EQ(Read("a.bas"), kGreeting);
-  EXPECT_EQ(Run({"text", "-o", "p/neu.txt", "p"}).status, 0);
+  EXPECT_EQ(Run("text -o p/neu.txt p").status, 0);
 }
 
 TEST_F(CliTest, AReaderThatGoesAwayIsNoError) {
   Write("lang.bas", LongModule());
-  for (const std::vector<std::string>& arguments :
-       {std::vector<std::string>{"text", "lang.bas"}, {"rtf", "-o", "-", "lang.bas"}, {"--help"}}) {
-    StartedProgram program = Start(arguments, false);
+  for (const char* const line : {"text lang.bas", "rtf -o - lang.bas", "--help"}) {
+    StartedProgram program = Start(line, false);
     EXPECT_EQ(program.Wait(), 0);
     EXPECT_EQ(program.Errors(), "");
   }
@@ -62,7 +52,7 @@ TEST_F(CliTest, AReaderThatGoesAwayIsNoError) {
 TEST_F(CliTest, InterruptionsRemoveWhatIsHalfDone) {
   Write("lang.bas", LongModule());
   for (const Interruption& interruption : Interruptions()) {
-    StartedProgram program = Start({"text", "lang.bas"});
+    StartedProgram program = Start("text lang.bas");
     program.AwaitOutput();
     EXPECT_FALSE(fs::is_empty(Scratch()));
     program.Interrupt(interruption.kind);

@@ -1,81 +1,56 @@
 #include "process.h"
 
-#include <algorithm>
-#include <random>
+#include <iomanip>
+#include <ostream>
+#include <sstream>
 
 #include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
-#include <quillmate/text/operations.h>
 
 namespace quillmate::cli {
-namespace {
-
-namespace fs = std::filesystem;
-
-fs::path NewFolder() {
-  static const fs::path parent = fs::canonical(fs::temp_directory_path());
-  std::random_device random;
-  for (;;) {
-    fs::path folder = parent / ("quillmate-cli-" + std::to_string(random()));
-    if (fs::create_directory(folder)) {
-      return folder;
-    }
-  }
-}
-
-/// Also what lies deeper than the standard library reaches on Windows.
-void RemoveAll(const fs::path& folder) {
-  std::error_code error;
-  for (const codedb::FolderEntry& entry : codedb::FolderEntries(folder, error)) {
-    if (entry.isFolder && !entry.isLink) RemoveAll(entry.path);
-    codedb::RemovePath(entry.path, error);
-  }
-  codedb::RemovePath(folder, error);
-}
-
-}  // namespace
-
-CliTest::CliTest() : folder_(NewFolder()), scratch_(NewFolder()) {}
 
 CliTest::~CliTest() {
-  EXPECT_TRUE(fs::is_empty(scratch_)) << "The program left something in its folder for temporary files";
-  RemoveAll(folder_);
-  RemoveAll(scratch_);
+  EXPECT_TRUE(fs::is_empty(Scratch())) << "The program left something in its folder for temporary files";
 }
 
-Result CliTest::Run(const std::vector<std::string>& arguments, const Surroundings& around) const {
-  return RunAt(Program(), arguments, around);
+Result CliTest::Run(const std::string& line, const Surroundings& around) const {
+  return RunAt(Program(), Words(line), around);
 }
 
-fs::path CliTest::Write(const std::string& name, std::string_view bytes) const {
-  fs::path file = folder_ / codedb::PathFromText(name);
-  fs::create_directories(file.parent_path());
-  codedb::WriteWholeFile(file, bytes);
-  return file;
+Result CliTest::RunAt(const fs::path& program, const std::vector<std::string>& arguments,
+                      const Surroundings& around) const {
+  const fs::path out = Scratch() / "out";
+  const fs::path err = Scratch() / "err";
+  Surroundings whole = around;
+  whole.temporary = around.temporary.empty() ? Scratch() : Folder() / around.temporary;
+  const int status = RunWithFiles(program, arguments, whole, Folder(), out, err);
+  const Result result{status, codedb::ReadWholeFile(out), codedb::ReadWholeFile(err)};
+  fs::remove(out);
+  fs::remove(err);
+  return result;
 }
 
-std::string CliTest::Read(const std::string& name) const {
-  return codedb::ReadWholeFile(folder_ / codedb::PathFromText(name));
+fs::path CliTest::Write(const std::string& name, std::string_view bytes) const { return folder_.Write(name, bytes); }
+
+std::string CliTest::Read(const std::string& name) const { return codedb::ReadWholeFile(folder_ / name); }
+
+std::string CliTest::Names(const std::string& folder) const { return codedb::Names(folder_ / folder); }
+
+std::string CliTest::Full(const std::string& name) const { return codedb::PathText((folder_ / name).make_preferred()); }
+
+std::vector<std::string> Words(const std::string& line) {
+  std::vector<std::string> words;
+  std::istringstream rest(line);
+  for (std::string word; rest >> std::quoted(word, '\'');) words.push_back(word);
+  return words;
 }
 
-std::string CliTest::Names(const std::string& folder) const {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder_ / codedb::PathFromText(folder))) {
-    names.push_back(codedb::PathText(entry.path().filename()));
-  }
-  std::sort(names.begin(), names.end());
-  return text::Join(names, " ");
-}
-
-std::string CliTest::Full(const std::string& name) const {
-  return codedb::PathText((folder_ / codedb::PathFromText(name)).make_preferred());
+void PrintTo(const Result& result, std::ostream* stream) {
+  *stream << "status " << result.status << "\n" << result.out << result.err;
 }
 
 std::string Messages(const std::vector<std::string>& texts) {
   std::string lines;
-  for (const std::string& text : texts) {
-    lines += "quillmate-cli: " + text + "\n";
-  }
+  for (const std::string& text : texts) lines += "quillmate-cli: " + text + "\n";
   return lines;
 }
 

@@ -8,14 +8,18 @@
 
 #include <gtest/gtest.h>
 
+#include "codedb/scratch.h"
+
 namespace quillmate::cli {
+
+namespace fs = std::filesystem;
 
 /// What the program finds around it.
 struct Surroundings {
   /// The file that standard input comes from; none: there is nothing to read.
-  std::string input{};
-  /// Folder for temporary files instead of the test's own.
-  std::string temporary{};
+  fs::path input{};
+  /// Folder for temporary files; none: the test's own.
+  fs::path temporary{};
 #ifndef _WIN32
   /// What stands around the program in the shell line that runs it: "ulimit -f 8;", ">/dev/full".
   std::string before{};
@@ -26,9 +30,17 @@ struct Surroundings {
 struct Result {
   /// The exit status; 128 + number when a signal ended the program.
   int status = -1;
-  std::string out;
-  std::string err;
+  std::string out{};
+  std::string err{};
+  bool operator==(const Result&) const = default;
 };
+void PrintTo(const Result& result, std::ostream* stream);
+
+/// "quillmate-cli: " + text + LF for each text.
+std::string Messages(const std::vector<std::string>& texts);
+/// What a run gives that goes well, and one that only complains.
+inline Result Success(const std::string& out = "") { return {0, out}; }
+inline Result Refusal(int status, const std::vector<std::string>& texts) { return {status, "", Messages(texts)}; }
 
 /// A program that runs beside the test, its standard output and error in pipes.
 class StartedProgram {
@@ -62,36 +74,39 @@ std::vector<Interruption> Interruptions();
 /// empty whenever the program has ended.
 class CliTest : public testing::Test {
  protected:
-  CliTest();
   ~CliTest() override;
 
-  /// Runs quillmate-cli in the test's folder and waits for it.
-  Result Run(const std::vector<std::string>& arguments, const Surroundings& around = {}) const;
-  /// The same for another program, such as a copy elsewhere.
-  Result RunAt(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+  /// Runs quillmate-cli in the test's folder and waits for it. In a line of arguments blanks part the words; a word
+  /// that begins with "'" goes on up to the next one.
+  Result Run(const std::string& line, const Surroundings& around = {}) const;
+  /// The same with another program, such as a copy elsewhere, and arguments of any characters.
+  Result RunAt(const fs::path& program, const std::vector<std::string>& arguments,
                const Surroundings& around = {}) const;
   /// Starts it and does not wait. With `hasReader` false nobody will ever read its standard output.
-  StartedProgram Start(const std::vector<std::string>& arguments, bool hasReader = true) const;
+  StartedProgram Start(const std::string& line, bool hasReader = true) const;
 
   /// Writes a file below the test's folder, its folders too; gives its path. Names are UTF-8.
-  std::filesystem::path Write(const std::string& name, std::string_view bytes) const;
+  fs::path Write(const std::string& name, std::string_view bytes) const;
   std::string Read(const std::string& name) const;
   /// The names in a folder below the test's folder, sorted, with blanks between them.
   std::string Names(const std::string& folder) const;
   /// The full path of something below the test's folder as messages show it.
   std::string Full(const std::string& name) const;
-  const std::filesystem::path& Folder() const { return folder_; }
-  const std::filesystem::path& Scratch() const { return scratch_; }
+  const fs::path& Folder() const { return folder_.Path(); }
+  const fs::path& Scratch() const { return scratch_.Path(); }
 
  private:
-  std::filesystem::path folder_;
-  std::filesystem::path scratch_;
+  codedb::ScratchFolder folder_{"cli"};
+  codedb::ScratchFolder scratch_;
 };
 
 /// The program under test.
-std::filesystem::path Program();
+fs::path Program();
 
-/// "quillmate-cli: " + text + LF for each text.
-std::string Messages(const std::vector<std::string>& texts);
+/// The words of a line of arguments.
+std::vector<std::string> Words(const std::string& line);
+/// Runs a program with its standard streams in files; the status as in Result.
+int RunWithFiles(const fs::path& program, const std::vector<std::string>& arguments, const Surroundings& around,
+                 const fs::path& folder, const fs::path& out, const fs::path& err);
 
 }  // namespace quillmate::cli

@@ -9,7 +9,6 @@
 namespace quillmate::cli {
 namespace {
 
-namespace fs = std::filesystem;
 using child::Handle;
 
 /// What a program takes apart into the same words.
@@ -91,25 +90,17 @@ std::string StartedProgram::Errors() { return child::ReadSome(handles_->err); }
 
 std::vector<Interruption> Interruptions() { return {{CTRL_C_EVENT, static_cast<int>(0xC000013A)}}; }
 
-Result CliTest::RunAt(const fs::path& program, const std::vector<std::string>& arguments,
-                      const Surroundings& around) const {
-  const fs::path out = scratch_ / "out";
-  const fs::path err = scratch_ / "err";
-  Result result;
-  const fs::path temporary = around.temporary.empty() ? scratch_ : folder_ / around.temporary;
-  result.status = StatusOf(StartCli(
-      program, arguments, folder_, temporary,
-      {OpenInherited(around.input.empty() ? fs::path("NUL") : folder_ / around.input, GENERIC_READ, OPEN_EXISTING),
-       OpenInherited(out, GENERIC_WRITE, CREATE_ALWAYS), OpenInherited(err, GENERIC_WRITE, CREATE_ALWAYS)},
-      0));
-  result.out = codedb::ReadWholeFile(out);
-  result.err = codedb::ReadWholeFile(err);
-  fs::remove(out);
-  fs::remove(err);
-  return result;
+int RunWithFiles(const fs::path& program, const std::vector<std::string>& arguments, const Surroundings& around,
+                 const fs::path& folder, const fs::path& out, const fs::path& err) {
+  const fs::path in = around.input.empty() ? fs::path("NUL") : folder / around.input;
+  return StatusOf(
+      StartCli(program, arguments, folder, around.temporary,
+               {OpenInherited(in, GENERIC_READ, OPEN_EXISTING), OpenInherited(out, GENERIC_WRITE, CREATE_ALWAYS),
+                OpenInherited(err, GENERIC_WRITE, CREATE_ALWAYS)},
+               0));
 }
 
-StartedProgram CliTest::Start(const std::vector<std::string>& arguments, bool hasReader) const {
+StartedProgram CliTest::Start(const std::string& line, bool hasReader) const {
   auto handles = std::make_unique<StartedProgram::Handles>();
   child::Pipe out = child::PipeFromChild();
   child::Pipe err = child::PipeFromChild();
@@ -117,7 +108,7 @@ StartedProgram CliTest::Start(const std::vector<std::string>& arguments, bool ha
   out.read.Close();
   handles->err = std::move(err.read);
   handles->process =
-      StartCli(Program(), arguments, folder_, scratch_,
+      StartCli(Program(), Words(line), Folder(), Scratch(),
                {OpenInherited("NUL", GENERIC_READ, OPEN_EXISTING), std::move(out.write), std::move(err.write)},
                CREATE_NO_WINDOW);
   return StartedProgram(std::move(handles));

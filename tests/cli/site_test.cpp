@@ -1,12 +1,8 @@
-#include <filesystem>
-
 #include "modules.h"
 #include "process.h"
 
 namespace quillmate::cli {
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr const char* kSite =
     "index.html modul-Gruss.html modul-Karte.html quillmate-site.txt routinen.html stil.css unbenutzt.html";
@@ -14,24 +10,19 @@ constexpr const char* kSite =
 TEST_F(CliTest, SiteOfSourcesAndOfTheSavedProject) {
   Write("q/a.bas", kGreeting);
   Write("q/b.cls", kCard);
-  ASSERT_EQ(Run({"index", "-o", "p", "q"}).status, 0);
+  ASSERT_EQ(Run("index -o p q").status, 0);
   const struct {
-    std::vector<std::string> arguments;
+    const char* line;
     const char* title;
   } cases[] = {
-      {{"q"}, "<h1>q</h1>"},
-      {{"p"}, "<h1>p</h1>"},
-      {{"p", "--title", "A & Ö"}, "<h1>A &amp; Ö</h1>"},
-      {{"q/a.bas", "q/b.cls"}, "<h1>Makroprojekt</h1>"},
-      {{"--option", "fkey=255", "--option", "rouf=0", "q"}, "<h1>q</h1>"},
+      {"q", "<h1>q</h1>"},
+      {"p", "<h1>p</h1>"},
+      {"p --title 'A & Ö'", "<h1>A &amp; Ö</h1>"},
+      {"q/a.bas q/b.cls", "<h1>Makroprojekt</h1>"},
+      {"--option fkey=255 --option rouf=0 q", "<h1>q</h1>"},
   };
   for (const auto& c : cases) {
-    std::vector<std::string> arguments{"site", "-o", "doku"};
-    arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
-    const Result result = Run(arguments);
-    EXPECT_EQ(result.err, "");
-    EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(Run("site -o doku " + std::string(c.line)), Success());
     EXPECT_EQ(Names("doku"), kSite);
     EXPECT_NE(Read("doku/index.html").find(c.title), std::string::npos) << c.title;
   }
@@ -50,30 +41,26 @@ TEST_F(CliTest, SiteIsRefusedOrWhole) {
   Write("datei", "bleibt");
   const char* const usage = "Aufruf: quillmate-cli site -o ORDNER [--title TEXT] [--force] EINGABE...";
   const struct {
-    std::vector<std::string> arguments;
+    const char* line;
     int status;
     std::vector<std::string> messages;
   } cases[] = {
-      {{"site", "a.bas"}, 2, {"Es fehlt der Ordner hinter -o", usage}},
-      {{"site", "-o", "-", "a.bas"}, 2, {"Es fehlt der Ordner hinter -o", usage}},
-      {{"site", "-o", "fremd", "fremd"}, 2, {"Die Ausgabe fremd gehört zur Eingabe", usage}},
-      {{"site", "-o", "fremd", "a.bas"},
-       1,
-       {Full("fremd") + ": Der Ordner ist nicht leer und keine HTML-Dokumentation"}},
-      {{"site", "-o", "datei", "--force", "a.bas"}, 1, {Full("datei") + ": Das ist kein Ordner"}},
-      {{"site", "-o", "fehlt/neu", "a.bas"}, 1, {Full("fehlt/neu") + ": Datei oder Ordner existiert nicht"}},
-      {{"site", "-o", "fremd", "--force", "fehlt.bas"}, 1, {Full("fehlt.bas") + ": Datei existiert nicht"}},
+      {"site a.bas", 2, {"Es fehlt der Ordner hinter -o", usage}},
+      {"site -o - a.bas", 2, {"Es fehlt der Ordner hinter -o", usage}},
+      {"site -o fremd fremd", 2, {"Die Ausgabe fremd gehört zur Eingabe", usage}},
+      {"site -o fremd a.bas", 1, {Full("fremd") + ": Der Ordner ist nicht leer und keine HTML-Dokumentation"}},
+      {"site -o datei --force a.bas", 1, {Full("datei") + ": Das ist kein Ordner"}},
+      {"site -o fehlt/neu a.bas", 1, {Full("fehlt/neu") + ": Datei oder Ordner existiert nicht"}},
+      {"site -o fremd --force fehlt.bas", 1, {Full("fehlt.bas") + ": Datei existiert nicht"}},
   };
   for (const auto& c : cases) {
-    const Result result = Run(c.arguments);
-    EXPECT_EQ(result.status, c.status);
-    EXPECT_EQ(result.err, Messages(c.messages));
+    EXPECT_EQ(Run(c.line), Refusal(c.status, c.messages));
     EXPECT_EQ(Names("."), "a.bas datei fremd");
     EXPECT_EQ(Names("fremd"), "x");
   }
-  EXPECT_EQ(Run({"site", "-o", "fremd", "--force", "a.bas"}).status, 0);
+  EXPECT_EQ(Run("site -o fremd --force a.bas").status, 0);
   EXPECT_EQ(Read("fremd/x"), "bleibt");
-  EXPECT_EQ(Run({"site", "-o", "fremd", "a.bas"}).status, 0);
+  EXPECT_EQ(Run("site -o fremd a.bas").status, 0);
   EXPECT_EQ(Names("."), "a.bas datei fremd");
 }
 
