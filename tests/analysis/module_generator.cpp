@@ -1,182 +1,59 @@
 #include "module_generator.h"
 
+#include <initializer_list>
 #include <iterator>
+#include <span>
 
 namespace quillmate::testing {
 namespace {
 
-const char* const kPieces[] = {" ",
-                               " ",
-                               " ",
-                               "  ",
-                               "\t",
-                               "(",
-                               ")",
-                               ",",
-                               "\"",
-                               "\"",
-                               "\"\"",
-                               "'",
-                               ":",
-                               "?",
-                               "_",
-                               " _\r\n",
-                               "_\r\n",
-                               "\r\n",
-                               "\r\n",
-                               "\r",
-                               "\n",
-                               "\237",
-                               "|",
-                               "*",
-                               "|\237f|",
-                               "|n\237|",
-                               "|\237x|",
-                               "|y\237|",
-                               "|\237u| ",
-                               "|\237d|",
-                               "|\237b|",
-                               "|\237k|",
-                               "|\237s|",
-                               "\237|?",
-                               "u| ",
-                               "d|",
-                               "\237u| ",
-                               "\237d",
-                               "|n\237",
-                               "\237*A00000001|",
-                               "\237*E00000001|",
-                               "\"?",
-                               "\"a\"?",
-                               "Sub",
-                               "Sub ",
-                               " Sub ",
-                               "Function",
-                               "Function ",
-                               "Property ",
-                               "Property Get ",
-                               "Property Let ",
-                               "Property Set ",
-                               "End ",
-                               "End Sub",
-                               "End Function",
-                               "End Property",
-                               "Exit Sub",
-                               "Exit ",
-                               "Private ",
-                               "Public ",
-                               "Friend ",
-                               "Static ",
-                               "Declare ",
-                               "Declare Function ",
-                               "Declare Sub ",
-                               " Lib ",
-                               "Lib",
-                               "Option Explicit",
-                               "Option Base 1",
-                               "Option Private Module",
-                               "Option Compare Text",
-                               "Option Compare Database ",
-                               "Option ",
-                               "Explicit ",
-                               "Not Not ",
-                               "Not ",
-                               "As Long",
-                               "As ",
-                               "sub ",
-                               "SUB ",
-                               "If ",
-                               "If a Then",
-                               "Then",
-                               " Then ",
-                               "Else",
-                               "ElseIf ",
-                               "End If",
-                               "For ",
-                               "Next",
-                               "Next ",
-                               "Do",
-                               "Do ",
-                               "Loop",
-                               "While ",
-                               "Wend",
-                               "With ",
-                               "End With",
-                               "Select Case ",
-                               "Case ",
-                               "End Select",
-                               "Type",
-                               "Type ",
-                               "End Type",
-                               "Public Type ",
-                               "Private Type ",
-                               "Rem ",
-                               "Foo",
-                               "B\344r",
-                               "x",
-                               "a",
-                               "1",
-                               "0",
-                               "=",
-                               "&",
-                               ".",
-                               "#If ",
-                               "'|",
-                               "'\"",
-                               "\"'",
-                               "\"text mit Sub drin\"",
-                               "' Kommentar, Sub (x)",
-                               "Foo(ByVal a As Long, b)",
-                               "\"\"\"\"",
-                               "x = \"\"",
-                               "\0"};
+const char* const kShortPieces[] = {
+    " ",   " ",    " ",    "  ",    "\t",    "(",     ")",    ",",     "\"",   "\"",    "\"\"",
+    "'",   ":",    "?",    "_",     "_\r\n", "\r\n",  "\r\n", "\r",    "\n",   "\237",  "|",
+    "*",   "u| ",  "d|",   "\237d", "\"?",   "Sub",   "Sub ", " Sub ", "End ", "Exit ", " Lib ",
+    "Lib", "Not ", "As ",  "sub ",  "SUB ",  "If ",   "Then", "Else",  "For ", "Next",  "Next ",
+    "Do",  "Do ",  "Loop", "Wend",  "With ", "Case ", "Type", "Type ", "Rem ", "Foo",   "x",
+    "a",   "1",    "0",    "=",     "&",     ".",     "#If ", "'|",    "'\"",  "\"'",   "\0"};
+const char* const kPieces[] = {
+    " _\r\n",       "|\237f|",      "|n\237|",       "|\237x|",       "|y\237|",       "|\237u| ",      "|\237d|",
+    "|\237b|",      "|\237k|",      "|\237s|",       "\237|?",        "\237u| ",       "|n\237",        "\"a\"?",
+    "Function",     "Function ",    "Property ",     "Property Get ", "Property Let ", "Property Set ", "End Sub",
+    "End Function", "End Property", "Exit Sub",      "Private ",      "Public ",       "Friend ",       "Static ",
+    "Declare ",     "Declare Sub ", "Option Base 1", "Option ",       "Explicit ",     "Not Not ",      "As Long",
+    "If a Then",    " Then ",       "ElseIf ",       "End If",        "While ",        "End With",      "Select Case ",
+    "End Select",   "End Type",     "Public Type ",  "Private Type ", "B\344r",        "\"\"\"\"",      "x = \"\""};
+const char* const kLongPieces[] = {"\237*A00000001|",          "\237*E00000001|",       "Declare Function ",
+                                   "Option Explicit",          "Option Private Module", "Option Compare Text",
+                                   "Option Compare Database ", "\"text mit Sub drin\"", "' Kommentar, Sub (x)",
+                                   "Foo(ByVal a As Long, b)"};
 
+const char* const kShortStatements[] = {
+    "",          "",           "Do",         "Else",       "Next",         "Loop",         "Wend",
+    "    ",      "If a _",     "End If",     "Next i",     "End Sub",      "While z",      "Exit Sub",
+    "With Foo",  "End With",   "End Type",   "DoEvents",   "\tx\t= 1",     "Else ' so",    "Case 1, 2",
+    "Case Else", "Do While x", "End Select", "Type Linie", "End Function", "End Property", "Loop Until y"};
 const char* const kStatements[] = {
     "Option Explicit",
     "Private Sub Foo()",
     "Public Function Bar(ByVal x As Long) As Long",
-    "End Sub",
-    "End Function",
     "Property Get Wert() As Long",
     "Property Let Wert(ByVal n As Long)",
     "Friend Property Set Wert(o)",
-    "End Property",
     "Private Declare PtrSafe Function GetTick Lib \"kernel32\" Alias \"GetTickCount\" () As Long",
     "Declare Sub Sleep _\r\n  Lib \"kernel32\" _\r\n  (ByVal ms As Long)",
     "Sub Kurz(): x = 1: End Sub",
     "Public Property Wert()",
     "Sub OhneKlammer",
     "Friend Sub F(a, _\r\n    b, _\r\n    c) ' (x)",
-    "Exit Sub",
     "If a > b Then",
     "If a Then b = 1",
     "If a And _\r\n   b Then ' Kommentar",
     "If x = \"Then\" Then c = 2 'Then",
-    "If a _",
     "ElseIf b Then",
-    "Else",
-    "Else ' so",
-    "End If",
     "For i = 1 To 10",
-    "Next i",
-    "Next",
-    "Do While x",
-    "Loop",
-    "Loop Until y",
-    "Do",
-    "While z",
-    "Wend",
-    "With Foo",
-    "End With",
     "End With ' Foo",
     "Select Case n",
-    "Case 1, 2",
-    "Case Else",
-    "End Select",
     "Public Type Punkt",
-    "Type Linie",
-    "End Type",
-    "DoEvents",
     "Debug.Print \"Hallo, 'Welt'\" & x ' und \"mehr\"",
     "s = \"a\"\"b\" & \"\"",
     "MsgBox \"offen",
@@ -187,19 +64,27 @@ const char* const kStatements[] = {
     "Rem Sub im Kommentar",
     "Dim a As Long, b As String",
     "z = f(Sub, Function)",
-    "    ",
-    "",
-    "",
-    "\tx\t= 1",
     "Function Sub Property",
     "Print\"a\"?Then"};
+
+using Texts = std::span<const char* const>;
+
+/// One of several lists that count as one.
+const char* TextAt(std::initializer_list<Texts> lists, std::size_t number) {
+  for (const Texts& list : lists) {
+    if (number < list.size()) return list[number];
+    number -= list.size();
+  }
+  return "";
+}
 
 }  // namespace
 
 std::string ModuleGenerator::Soup(std::size_t pieces) {
   std::string text;
   for (std::size_t i = 0; i < pieces; ++i) {
-    const char* piece = kPieces[Below(std::size(kPieces))];
+    constexpr std::size_t kAll = std::size(kShortPieces) + std::size(kPieces) + std::size(kLongPieces);
+    const char* piece = TextAt({kShortPieces, kPieces, kLongPieces}, Below(kAll));
     text += *piece == '\0' ? std::string(1, '\0') : std::string(piece);
   }
   return text;
@@ -207,7 +92,7 @@ std::string ModuleGenerator::Soup(std::size_t pieces) {
 
 std::string ModuleGenerator::Statement() {
   std::string text(Below(3) * 2, ' ');
-  text += kStatements[Below(std::size(kStatements))];
+  text += TextAt({kShortStatements, kStatements}, Below(std::size(kShortStatements) + std::size(kStatements)));
   if (Below(12) == 0) text += Soup(1 + Below(3));
   return text;
 }
