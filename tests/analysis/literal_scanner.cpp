@@ -2,10 +2,18 @@
 
 #include <algorithm>
 
+#include <quillmate/text/operations.h>
+
 namespace quillmate::literal {
 namespace {
 
 using analysis::ScanOptions;
+using text::Join;
+using text::ReplaceAll;
+using text::TextAfterLast;
+using text::TextBefore;
+using text::Trim;
+using text::TrimLeft;
 using Lines = std::vector<std::string>;
 
 const std::string Y = "\237";
@@ -25,40 +33,17 @@ const std::string Char159Guard = Y + "|?";
 const std::string kKeywords =
     " Option Base 1 , Option Private Module , Option Explicit , Option Compare Text , Option Compare Database , Access "
     ", And , As , Binary , Boolean , ByRef , Byte , ByVal , Call , Case , Cbool , Cbyte , Cint , Clng , Close , Const "
-    ", "
-    "Debug , Declare , DefBool , DefByte , DefCur , DefDate , DefDbl , DefDec , DefInt , DefLng , DefObj , DefSng , "
+    ", Debug , Declare , DefBool , DefByte , DefCur , DefDate , DefDbl , DefDec , DefInt , DefLng , DefObj , DefSng , "
     "DefStr , DefVar , Dim , Do , Double , Else , ElseIf , Empty , End , Enum , Erase , Error , Event , Exit , "
-    "Explicit "
-    ", False , For , Friend , Function , Get , Global , GoSub , GoTo , If , Input , Integer , Is , LBound , Let , Lib "
-    ", "
-    "Lock , Long , Loop , Mid , New , Next , Not , Nothing , Null , Object , On , Open , Preserve , Optional , Or , "
-    "ParamArray , Print , Private , Property , Public , Put , RaiseEvent , Random , Redim , Resume , Seek , Select , "
-    "Set , Shared , Single , Static , Step , Stop , String , Sub , Then , To , True , Type , UBound , Unlock , Until , "
-    "Variant , Wend , While , With , WithEvents , Write ";
-
-std::string Replace(const std::string& text, const std::string& from, const std::string& to) {
-  std::string out;
-  std::size_t start = 0;
-  for (std::size_t at = 0; (at = text.find(from, start)) != std::string::npos; start = at + from.size()) {
-    out += text.substr(start, at - start) + to;
-  }
-  return out + text.substr(start);
-}
+    "Explicit , False , For , Friend , Function , Get , Global , GoSub , GoTo , If , Input , Integer , Is , LBound , "
+    "Let , Lib , Lock , Long , Loop , Mid , New , Next , Not , Nothing , Null , Object , On , Open , Preserve , "
+    "Optional , Or , ParamArray , Print , Private , Property , Public , Put , RaiseEvent , Random , Redim , Resume , "
+    "Seek , Select , Set , Shared , Single , Static , Step , Stop , String , Sub , Then , To , True , Type , UBound , "
+    "Unlock , Until , Variant , Wend , While , With , WithEvents , Write ";
 
 Lines Split(const std::string& text, const std::string& separator) {
-  Lines parts;
-  std::size_t start = 0;
-  for (std::size_t at = 0; (at = text.find(separator, start)) != std::string::npos; start = at + separator.size()) {
-    parts.push_back(text.substr(start, at - start));
-  }
-  parts.push_back(text.substr(start));
-  return parts;
-}
-
-std::string Join(const Lines& parts, const std::string& separator) {
-  std::string text = parts[0];
-  for (std::size_t i = 1; i < parts.size(); ++i) text += separator + parts[i];
-  return text;
+  const auto parts = text::Split(text, separator);
+  return {parts.begin(), parts.end()};
 }
 
 bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
@@ -66,21 +51,8 @@ std::string Left(const std::string& text, std::size_t n) { return text.substr(0,
 std::string Right(const std::string& text, std::size_t n) {
   return text.size() <= n ? text : text.substr(text.size() - n);
 }
-std::string LTrim(const std::string& text) {
-  const std::size_t at = text.find_first_not_of(' ');
-  return at == std::string::npos ? "" : text.substr(at);
-}
-std::string Trim(const std::string& text) {
-  const std::string left = LTrim(text);
-  return left.substr(0, left.find_last_not_of(' ') + 1);
-}
-std::string Before(const std::string& text, const std::string& mark) { return text.substr(0, text.find(mark)); }
-std::string AfterLast(const std::string& text, const std::string& mark) {
-  const std::size_t at = text.rfind(mark);
-  return at == std::string::npos ? text : text.substr(at + mark.size());
-}
 std::string Word(const std::string& word) { return KeywordOpen + word + SpanClose; }
-std::string GuardBlanks(const std::string& text) { return Replace(text, " ", SpaceGuard); }
+std::string GuardBlanks(const std::string& text) { return ReplaceAll(text, " ", SpaceGuard); }
 
 std::string StringCommentSplitter(const std::string& line) {
   std::string out;
@@ -129,8 +101,8 @@ std::string StringsAndComments(const std::string& line) {
 std::string MarkKeywords(std::string text) {
   for (const std::string& padded : Split(kKeywords, ",")) {
     const std::string entry = padded.substr(1, padded.size() - 2);
-    const std::string marked = Replace(Word(entry), " ", SpanClose + " " + KeywordOpen);
-    text = Replace(text, padded, " " + marked + " ");
+    const std::string marked = ReplaceAll(Word(entry), " ", SpanClose + " " + KeywordOpen);
+    text = ReplaceAll(text, padded, " " + marked + " ");
   }
   return text;
 }
@@ -140,25 +112,25 @@ std::string MarkText(const std::string& code, const ScanOptions& options) {
   std::string text = CRLF + code + CRLF;
   if (options.indent) text = Reflow(text);
   if (options.removeEmptyLines) {
-    while (Contains(text, CRLF + CRLF)) text = Replace(text, CRLF + CRLF, CRLF);
+    while (Contains(text, CRLF + CRLF)) text = ReplaceAll(text, CRLF + CRLF, CRLF);
   }
-  text = Replace(text, Y, Char159Guard);
-  text = Replace(text, "\"\"", QuoteGuard);
-  text = Replace(text, "_" + CRLF, ContinuationGuard);
-  text = Replace(text, "(", " ( ");
-  text = Replace(text, ")", " ) ");
-  text = Replace(text, ",", " , ");
-  text = Replace(text, TAB, " " + TAB + " ");
+  text = ReplaceAll(text, Y, Char159Guard);
+  text = ReplaceAll(text, "\"\"", QuoteGuard);
+  text = ReplaceAll(text, "_" + CRLF, ContinuationGuard);
+  text = ReplaceAll(text, "(", " ( ");
+  text = ReplaceAll(text, ")", " ) ");
+  text = ReplaceAll(text, ",", " , ");
+  text = ReplaceAll(text, TAB, " " + TAB + " ");
   Lines lines = Split(text, CRLF);
   for (std::string& line : lines) line = StringsAndComments(line);
-  text = Replace(Join(lines, CRLF), CRLF, " " + CRLF + " ");
+  text = ReplaceAll(Join(lines, CRLF), CRLF, " " + CRLF + " ");
   text = MarkKeywords(text);
-  text = Replace(text, SpaceGuard, " ");
-  text = Replace(text, " " + TAB + " ", TAB);
-  text = Replace(text, " " + CRLF + " ", CRLF);
-  text = Replace(text, " ) ", ")");
-  text = Replace(text, " ( ", "(");
-  return Replace(text, " , ", ",");
+  text = ReplaceAll(text, SpaceGuard, " ");
+  text = ReplaceAll(text, " " + TAB + " ", TAB);
+  text = ReplaceAll(text, " " + CRLF + " ", CRLF);
+  text = ReplaceAll(text, " ) ", ")");
+  text = ReplaceAll(text, " ( ", "(");
+  return ReplaceAll(text, " , ", ",");
 }
 
 std::string Prefix(const std::string& kind, std::int64_t number) {
@@ -167,7 +139,7 @@ std::string Prefix(const std::string& kind, std::int64_t number) {
 }
 
 std::string BareLine(const std::string& line) {
-  return Replace(Replace(Replace(line, ContinuationGuard, ""), TAB, ""), " ", "");
+  return ReplaceAll(ReplaceAll(ReplaceAll(line, ContinuationGuard, ""), TAB, ""), " ", "");
 }
 
 /// One pass over all lines for one kind of routine; `scan` is null in display mode.
@@ -190,7 +162,7 @@ std::string HeaderPass(const std::string& text, const std::string& kind, int bas
       bool skipped = false;
       if (declare) {
         routine.kind = base + 10;
-        routine.name = AfterLast(Before(BareLine(line), KeywordOpen + "Lib"), "|");
+        routine.name = TextAfterLast(TextBefore(BareLine(line), KeywordOpen + "Lib"), "|");
       } else {
         routine.kind = base;
         if (kind == "Property") {
@@ -199,11 +171,11 @@ std::string HeaderPass(const std::string& text, const std::string& kind, int bas
           if (Contains(line, Word("Let"))) routine.kind = 3;
           skipped = routine.kind == base;
         }
-        routine.name = AfterLast(Before(BareLine(line), "("), "|");
+        routine.name = TextAfterLast(TextBefore(BareLine(line), "("), "|");
       }
       if (!skipped) {
         inRoutine = !declare;
-        routine.headerLines = static_cast<int>((line.size() - Replace(line, ContinuationGuard, "").size()) / 5 + 1);
+        routine.headerLines = static_cast<int>((line.size() - ReplaceAll(line, ContinuationGuard, "").size()) / 5 + 1);
         if (scan) {
           routine.number = scan->counter;
           scan->routines.push_back(routine);
@@ -240,7 +212,7 @@ Scan ScanForIndex(const std::string& code, const ScanOptions& options, std::int6
   Lines stored;
   for (std::string line : Split(text, CRLF)) {
     const bool prefixed = line.starts_with(Y + "*");
-    line = Replace(Replace(Replace(line, Char159Guard, Y), ContinuationGuard, "_" + CRLF), QuoteGuard, "\"\"");
+    line = ReplaceAll(ReplaceAll(ReplaceAll(line, Char159Guard, Y), ContinuationGuard, "_" + CRLF), QuoteGuard, "\"\"");
     if (prefixed) {
       Routine& routine = Find(scan, std::stoll(line.substr(3, 8)));
       const auto number = static_cast<std::int64_t>(stored.size());  // the empty first line goes
@@ -259,9 +231,9 @@ Scan ScanForIndex(const std::string& code, const ScanOptions& options, std::int6
 
 std::string ScanForDisplay(const std::string& code, const ScanOptions& options) {
   std::string text = HeaderPasses(MarkText(code, options), options, nullptr);
-  text = Replace(Replace(text, ContinuationGuard, "_" + CRLF), QuoteGuard, "\"\"");
+  text = ReplaceAll(ReplaceAll(text, ContinuationGuard, "_" + CRLF), QuoteGuard, "\"\"");
   text = text.size() < 4 ? "" : text.substr(2, text.size() - 4);
-  return Replace(text, Char159Guard, Y);
+  return ReplaceAll(text, Char159Guard, Y);
 }
 
 namespace {
@@ -279,56 +251,25 @@ void ClassifyLine(const std::string& line, Level& s) {
     s.level += step;
   };
   s.offset = 0;
-  switch (line[0]) {
-    case 'C':
-      if (is("Case ")) act(1, 0);
-      break;
-    case 'D':
-      if (is("Do") && endsOrBlank(2)) act(1, 1);
-      break;
-    case 'E':
-      if (is("Else") && line.size() == 4) {
-        act(1, 0);
-      } else if (Left(line, 9) == "End With") {
-        act(0, -1);
-      } else if (is("End If") || is("End Type")) {
-        act(0, -1);
-      } else if (is("End Select")) {
-        act(0, -2);
-      } else if (is("End Sub") || is("End Function") || is("End Property")) {
-        s.level = 0;
-      }
-      break;
-    case 'F':
-      if (is("For ")) act(1, 1);
-      break;
-    case 'I':
-      if (is("If ")) act(1, 1);
-      break;
-    case 'L':
-      if (is("Loop") && endsOrBlank(4)) act(0, -1);
-      break;
-    case 'N':
-      if (is("Next") && endsOrBlank(4)) act(0, -1);
-      break;
-    case 'P':
-      if (is("Public Type") || is("Private Type")) act(1, 1);
-      break;
-    case 'S':
-      if (is("Select Case ")) act(2, 2);
-      break;
-    case 'T':
-      if (is("Type")) act(1, 1);
-      break;
-    case 'W':
-      if (is("While ") || is("With ")) {
-        act(1, 1);
-      } else if (is("Wend") && endsOrBlank(4)) {
-        act(0, -1);
-      }
-      break;
-    default:
-      break;
+  if (is("Case ")) {
+    act(1, 0);
+  } else if (line == "Else") {
+    act(1, 0);
+  } else if (is("Do") && endsOrBlank(2)) {
+    act(1, 1);
+  } else if (is("For ") || is("If ") || is("Public Type") || is("Private Type") || is("Type") || is("While ") ||
+             is("With ")) {
+    act(1, 1);
+  } else if (is("Select Case ")) {
+    act(2, 2);
+  } else if (Left(line, 9) == "End With" || is("End If") || is("End Type")) {
+    act(0, -1);
+  } else if ((is("Loop") || is("Next") || is("Wend")) && endsOrBlank(4)) {
+    act(0, -1);
+  } else if (is("End Select")) {
+    act(0, -2);
+  } else if (is("End Sub") || is("End Function") || is("End Property")) {
+    s.level = 0;
   }
 }
 
@@ -339,7 +280,7 @@ bool SingleLineIf(const Lines& lines, std::size_t i, const std::string& l) {
     taken = lines[k];
     logical += taken;
   }
-  logical = Replace(logical, " _", "");
+  logical = ReplaceAll(logical, " _", "");
   if (logical.find('\'', 2) != std::string::npos) {
     bool inQuotes = false;
     for (std::size_t p = logical.size(); p >= 3; --p) {
@@ -356,11 +297,11 @@ bool SingleLineIf(const Lines& lines, std::size_t i, const std::string& l) {
 }  // namespace
 
 std::string Reflow(const std::string& text) {
-  Lines lines = Split(Replace(text, TAB, ""), CRLF);
+  Lines lines = Split(ReplaceAll(text, TAB, ""), CRLF);
   Level s;
   std::string previous;
   for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
-    const std::string l = LTrim(lines[i]);
+    const std::string l(TrimLeft(lines[i]));
     if (l.empty()) {
       lines[i] = "";
       continue;

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -37,22 +38,11 @@ std::vector<literal::Routine> RoutinesOf(const ScanResult& scan) {
   return routines;
 }
 
-std::string Visible(const std::string& text) {
-  std::string out;
-  for (const char c : text) {
-    if (c == '\r') {
-      out += "\\r";
-    } else if (c == '\n') {
-      out += "\\n\n";
-    } else if (c == '\t') {
-      out += "\\t";
-    } else if (c == '\237') {
-      out += "~";
-    } else {
-      out += c;
-    }
+std::string Visible(std::string text) {
+  for (const auto& [from, to] : {std::pair("\r", "\\r"), {"\n", "\\n\n"}, {"\t", "\\t"}, {"\237", "~"}}) {
+    text = text::ReplaceAll(text, from, to);
   }
-  return out;
+  return text;
 }
 
 /// Both scanners in both modes; true when they agree.
