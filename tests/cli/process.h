@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -46,9 +47,7 @@ inline Result Refusal(int status, const std::vector<std::string>& texts) { retur
 class StartedProgram {
  public:
   struct Handles;
-  explicit StartedProgram(std::unique_ptr<Handles> handles);
-  ~StartedProgram();
-  StartedProgram(StartedProgram&&) noexcept;
+  explicit StartedProgram(std::shared_ptr<Handles> handles) : handles_(std::move(handles)) {}
 
   /// Waits until something was written to standard output, and leaves it there.
   void AwaitOutput();
@@ -60,7 +59,7 @@ class StartedProgram {
   std::string Errors();
 
  private:
-  std::unique_ptr<Handles> handles_;
+  std::shared_ptr<Handles> handles_;
 };
 
 /// A way to end a program early, and the status that it leaves.

@@ -75,10 +75,6 @@ struct StartedProgram::Handles {
   }
 };
 
-StartedProgram::StartedProgram(std::unique_ptr<Handles> handles) : handles_(std::move(handles)) {}
-StartedProgram::StartedProgram(StartedProgram&&) noexcept = default;
-StartedProgram::~StartedProgram() = default;
-
 void StartedProgram::AwaitOutput() {
   pollfd written{handles_->out, POLLIN, 0};
   poll(&written, 1, -1);
@@ -108,7 +104,7 @@ int RunWithFiles(const fs::path& program, const std::vector<std::string>& argume
 }
 
 StartedProgram CliTest::Start(const std::string& line, bool hasReader) const {
-  auto handles = std::make_unique<StartedProgram::Handles>();
+  auto handles = std::make_shared<StartedProgram::Handles>();
   const auto [out, writeOut] = NewPipe();
   const auto [err, writeErr] = NewPipe();
   handles->err = err;

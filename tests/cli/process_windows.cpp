@@ -62,10 +62,6 @@ struct StartedProgram::Handles {
   Handle err;
 };
 
-StartedProgram::StartedProgram(std::unique_ptr<Handles> handles) : handles_(std::move(handles)) {}
-StartedProgram::StartedProgram(StartedProgram&&) noexcept = default;
-StartedProgram::~StartedProgram() = default;
-
 /// A read of nothing waits like any other.
 void StartedProgram::AwaitOutput() {
   DWORD count = 0;
@@ -101,7 +97,7 @@ int RunWithFiles(const fs::path& program, const std::vector<std::string>& argume
 }
 
 StartedProgram CliTest::Start(const std::string& line, bool hasReader) const {
-  auto handles = std::make_unique<StartedProgram::Handles>();
+  auto handles = std::make_shared<StartedProgram::Handles>();
   child::Pipe out = child::PipeFromChild();
   child::Pipe err = child::PipeFromChild();
   if (hasReader) handles->out = std::move(out.read);

@@ -48,8 +48,7 @@ TEST(CodeDatabase, QueriesOfTheProgram) {
 
   const std::string otherModules =
       "SELECT td_rout.rou_start,   td_rout.mod_num,   td_mod.mod_name, td_rout.rou_open FROM td_rout INNER JOIN td_mod "
-      "ON "
-      "td_rout.mod_num = td_mod.mod_num WHERE (((td_rout.rou_name)='zEbra') AND ((td_rout.rou_open)<>2));";
+      "ON td_rout.mod_num = td_mod.mod_num WHERE (((td_rout.rou_name)='zEbra') AND ((td_rout.rou_open)<>2));";
   const auto atLine = [](const std::string& line, const std::string& module) {
     return "SELECT td_rout.rou_name,   td_rout.rou_start,   td_rout.rou_ende FROM td_rout WHERE "
            "(((td_rout.rou_start)<=" +
@@ -62,8 +61,7 @@ TEST(CodeDatabase, QueriesOfTheProgram) {
   } cases[] = {
       {kModuleTree, 3, "1|B|5;2|\304pfel|2;2|Apfelmus|3;2|Zahlen|1;32|Fremd|4"},
       {"SELECT 'M' & [mod_num] AS mnum,   'R' & [rou_num] AS rnum,   td_rout.rou_name,   'R' & [rou_typ] & 'O' & "
-       "[rou_open]"
-       " AS iflag FROM td_rout ORDER BY td_rout.mod_num,   td_rout.rou_name;",
+       "[rou_open] AS iflag FROM td_rout ORDER BY td_rout.mod_num,   td_rout.rou_name;",
        4,
        "M1|R2|adler|R2O1;M1|R3|\326l|R4O1;M1|R1|Zebra|R1O2;M2|R7|Wert|R4O1;M2|R8|Wert|R3O1;M2|R4|ZEBRA|R2O3;M3|R6|"
        "GetTickCount|R12O1;M3|R5|zebra|R1O1"},
@@ -84,8 +82,7 @@ TEST(CodeDatabase, QueriesOfTheProgram) {
       {"SELECT Min([rou_start])-1 AS Letzte FROM td_rout WHERE (([mod_num]=1));", 1, "4"},
       {"SELECT Min([rou_start])-1 AS Letzte FROM td_rout WHERE (([mod_num]=99));", 1, ""},
       {"SELECT td_rout.rou_name,   Count(td_rout.rou_name) AS Anzahlvonrou_name FROM td_rout WHERE "
-       "(((td_rout.rou_typ)<3 Or "
-       "(td_rout.rou_typ)>10) AND ((td_rout.rou_open)=1)) GROUP BY td_rout.rou_name HAVING "
+       "(((td_rout.rou_typ)<3 Or (td_rout.rou_typ)>10) AND ((td_rout.rou_open)=1)) GROUP BY td_rout.rou_name HAVING "
        "(((Count(td_rout.rou_name))<2));",
        2, "adler|1;GetTickCount|1;zebra|1"},
       {"SELECT rou_name FROM td_rout WHERE rou_num='2'", 1, "adler"},
@@ -295,8 +292,8 @@ TEST(OpenDatabase, MissingTablesAndLocksAreNamed) {
   EXPECT_NE(MessageOf<DatabaseError>(open).find("td_rout"), std::string::npos);
   // A view can't stand in for a table.
   OpenRaw(file,
-          "CREATE VIEW td_rout AS SELECT mod_num, 1 AS rou_num, '' AS rou_name, 1 AS rou_typ, 1 AS rou_open, "
-          "1 AS anz_dec_zeilen, 1 AS rou_start, 1 AS rou_ende FROM td_mod");
+          "CREATE VIEW td_rout AS SELECT mod_num, 1 AS rou_num, '' AS rou_name, 1 AS rou_typ, 1 AS rou_open, 1 AS "
+          "anz_dec_zeilen, 1 AS rou_start, 1 AS rou_ende FROM td_mod");
   EXPECT_NE(MessageOf<DatabaseError>(open).find("td_rout"), std::string::npos);
 
   FilledIndex(folder.Path());

@@ -38,19 +38,11 @@ std::string Nodes(const HostTree& tree) {
   return nodes;
 }
 
-HostTree Ticked(HostTree tree) {
+/// Ticks all modules, or those of one name only, and their projects.
+HostTree Ticked(HostTree tree, const std::string& only = "") {
   for (HostProjectNode& project : tree.projects) {
     project.checked = true;
-    for (HostModuleNode& module : project.modules) module.checked = true;
-  }
-  return tree;
-}
-
-/// Ticks a single module, whatever its project.
-HostTree Only(HostTree tree, const std::string& name) {
-  for (HostProjectNode& project : tree.projects) {
-    project.checked = true;
-    for (HostModuleNode& module : project.modules) module.checked = module.text == name;
+    for (HostModuleNode& module : project.modules) module.checked = only.empty() || module.text == only;
   }
   return tree;
 }
@@ -187,14 +179,14 @@ TEST_F(RunningHost, FailedReadsSayWhatHappened) {
     StandInHost standIn(each.standIn);
     ComHost host("Excel", 20ms);
     EXPECT_TRUE(List(host).attached);
-    const ReadReport report = Read(host, Only(tree_, each.module));
+    const ReadReport report = Read(host, Ticked(tree_, each.module));
     EXPECT_EQ(report.outcome, ReadOutcome::kFailed);
     EXPECT_EQ(report.detail, each.detail);
     EXPECT_EQ(IndexFiles().size(), 0U);
     // What is left can be listed again; a program that ended is simply no longer there.
     standIn.End();
     EXPECT_FALSE(List(host).attached);
-    EXPECT_EQ(Read(host, Only(Ticked(tree_), each.module)).outcome, ReadOutcome::kNothingChecked);
+    EXPECT_EQ(Read(host, Ticked(tree_, each.module)).outcome, ReadOutcome::kNothingChecked);
   }
 }
 
@@ -203,7 +195,7 @@ TEST_F(RunningHost, ClosedProjectsLeadToNoOtherOnes) {
   const StandInHost standIn("--many 2 --unsaved --vanish Tabelle1 --close Großprojekt");
   ComHost host("Excel");
   EXPECT_TRUE(List(host).attached);
-  ReadReport report = Read(host, Only(tree_, "Modul1"));
+  ReadReport report = Read(host, Ticked(tree_, "Modul1"));
   EXPECT_EQ(report.outcome, ReadOutcome::kFailed);
   EXPECT_EQ(report.detail, "Modul1: Das Projekt Großprojekt [C:\\Daten\\Groß.xlsm] ist nicht mehr geöffnet");
 
@@ -283,8 +275,8 @@ TEST_F(RunningHost, BesideFiles) {
   ASSERT_EQ(tree_.projects.size(), 2U);
   EXPECT_EQ(tree_.projects[0].key, "A1\\");
   EXPECT_EQ(joined.IndexIn(documents, 2), 1);
-  EXPECT_EQ(Read(joined, Only(tree_, "Datei")).outcome, ReadOutcome::kDone);
-  EXPECT_EQ(Read(joined, Only(tree_, "clsKunde")).outcome, ReadOutcome::kDone);
+  EXPECT_EQ(Read(joined, Ticked(tree_, "Datei")).outcome, ReadOutcome::kDone);
+  EXPECT_EQ(Read(joined, Ticked(tree_, "clsKunde")).outcome, ReadOutcome::kDone);
   EXPECT_EQ(Read(joined, Ticked(tree_)).outcome, ReadOutcome::kFailed);
   // The files are still there.
   EXPECT_TRUE(List(joined).attached);

@@ -26,12 +26,14 @@ class FakeHost : public HostAutomation {
   std::vector<FakeProject> projects;
   bool running = true;
   float version = 9;
+  std::string problem;
   std::string failAt;
   std::vector<std::string> calls;
 
   bool Attach() override { return calls.emplace_back("Attach"), running; }
   void Release() noexcept override { calls.emplace_back("Release"); }
   float Version() const noexcept override { return version; }
+  std::string Problem() const override { return problem; }
   int ProjectCount() override { return Note("ProjectCount"), static_cast<int>(projects.size()); }
   HostProject Project(int project) override {
     return Note("Project " + std::to_string(project)), Nth(projects, project).info;

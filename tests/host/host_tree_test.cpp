@@ -126,25 +126,22 @@ TEST(RefreshMessage, SaysWhyThereIsNothingToRead) {
 
   EXPECT_EQ(
       RefreshMessage({true, 11}, HostTree{}, "Word"),
-      "Word ist zwar im Moment geöffnet, aber es gibt keine auslesbaren Projekte.\r\n\r\nBitte öffnen Sie in Word "
-      "die Datei, deren Code Sie einlesen möchten und klicken Sie danach auf Aktualisieren Word "
+      "Word ist zwar im Moment geöffnet, aber es gibt keine auslesbaren Projekte.\r\n\r\nBitte öffnen Sie in Word die "
+      "Datei, deren Code Sie einlesen möchten und klicken Sie danach auf Aktualisieren Word "
       "Projekte.\r\n\r\nAlternativ können Sie über Öffnen Projekte einlesen, die mit Quillmate erzeugt wurden.\r\n");
 
   const std::string refused =
       "Sie benutzen PowerPointXP.\r\nIhre Anwendung ist zwar geöffnet, aber der Zugriff wird verweigert.\r\nDies "
-      "können "
-      "Sie ändern, indem Sie in PowerPoint bei Extras - Makro - Sicherheit -vertrauenswürdige Quellen\r\nden Zugriff "
-      "auf "
-      "VBA-Projekte vertrauen anhaken.\r\nLesen Sie dazu unbedingt auch in der Hilfe die Informationen zu Office "
-      "XP\r\n\r\nKlicken Sie nachdem Sie die Einstellungen vorgenommen haben auf Aktualisieren";
+      "können Sie ändern, indem Sie in PowerPoint bei Extras - Makro - Sicherheit -vertrauenswürdige Quellen\r\nden "
+      "Zugriff auf VBA-Projekte vertrauen anhaken.\r\nLesen Sie dazu unbedingt auch in der Hilfe die Informationen zu "
+      "Office XP\r\n\r\nKlicken Sie nachdem Sie die Einstellungen vorgenommen haben auf Aktualisieren";
   EXPECT_EQ(RefreshMessage({false, 10.0F}, HostTree{}, "PowerPoint"), refused);
 
   const std::string notOpen =
       "PowerPoint ist im Moment nicht geöffnet. Es können daher keine Projekte aus PowerPoint angezeigt werden. "
       "\r\n\r\nBitte öffnen Sie PowerPoint und öffnen Sie die Mappe, deren Code Sie einlesen möchten !\r\nKlicken Sie "
       "danach auf Aktualisieren PowerPoint Projekte.\r\n\r\n\r\nAlternativ können Sie über Öffnen Projekte einlesen, "
-      "die "
-      "mit Quillmate erzeugt wurden.";
+      "die mit Quillmate erzeugt wurden.";
   EXPECT_EQ(RefreshMessage({false, 0}, HostTree{}, "PowerPoint"), notOpen);
   EXPECT_EQ(RefreshMessage({false, 9.0F}, HostTree{}, "PowerPoint"), notOpen);
 }

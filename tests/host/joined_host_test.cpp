@@ -16,13 +16,6 @@ using Texts = std::vector<std::string>;
 
 constexpr const char* kCode = "Sub A()\r\n\r\nEnd Sub";
 
-/// A fake host that says something about itself.
-class SpeakingHost : public FakeHost {
- public:
-  std::string problem;
-  std::string Problem() const override { return problem; }
-};
-
 class JoinedHosts : public testing::Test {
  protected:
   JoinedHosts() {
@@ -40,7 +33,7 @@ class JoinedHosts : public testing::Test {
     return texts;
   }
 
-  SpeakingHost excel_, files_;
+  FakeHost excel_, files_;
   JoinedHost joined_{{&excel_, &files_}};
   HostTree tree_;
   ListResult result_;

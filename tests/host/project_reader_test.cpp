@@ -25,8 +25,7 @@ constexpr const char* kFailedText =
     "geöffnet.\r\n2. Im Code sind Konstrukte, die die Quillmate nicht auslesen kann, z.B.  spezielle "
     "Doppelpunktonstrukte\r\nin der Art, \r\nPrivate Sub Test : End Sub\r\n(Also Deklaration Sub und  End Sub in einer "
     "Zeile)\r\n3. Syntaktisch nicht korrekter Code (Sollte dann auch im Editior rot sein)\r\nSiehe auch mögliche "
-    "Fehler in "
-    "der Hilfe";
+    "Fehler in der Hilfe";
 
 /// A run's scratch folder with an earlier index in it, and a place for sources.
 class ProjectReader : public testing::Test {
