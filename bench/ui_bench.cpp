@@ -24,7 +24,7 @@
 #include <quillmate/settings/sources.h>
 #include <quillmate/ui/main_window.h>
 
-#include "settings/temp_folder.h"
+#include "codedb/scratch.h"
 #include "ui/recording_platform.h"
 
 namespace {
@@ -195,7 +195,7 @@ int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication app(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
-  testing::TempFolder folder;
+  codedb::ScratchFolder folder;
   testing::RecordingPlatform platform;
   const auto store = settings::MemorySettings();
   std::vector<std::string> sources;

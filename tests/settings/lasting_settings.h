@@ -6,7 +6,7 @@
 
 #include <quillmate/settings/settings_store.h>
 
-#include "settings/temp_folder.h"
+#include "codedb/scratch.h"
 
 namespace quillmate::testing {
 
@@ -22,7 +22,7 @@ class LastingSettings {
   std::unique_ptr<settings::SettingsStore> Open();
 
  private:
-  TempFolder folder_;
+  codedb::ScratchFolder folder_;
   std::filesystem::path place_;
   int opened_ = 0;
 };

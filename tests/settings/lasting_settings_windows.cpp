@@ -7,7 +7,7 @@
 
 namespace quillmate::testing {
 
-LastingSettings::LastingSettings() : place_(L"Qm_Test_" + folder_.Path().filename().native()) {}
+LastingSettings::LastingSettings() : place_(L"Qm_Test_" + folder_.Path().parent_path().filename().native()) {}
 
 LastingSettings::~LastingSettings() { RegDeleteTreeW(HKEY_CURRENT_USER, (L"Software\\" + place_.native()).c_str()); }
 

@@ -1,5 +1,6 @@
 #include "startup/instance_process.h"
 
+#include <algorithm>
 #include <fstream>
 
 #include <quillmate/codedb/index_files.h>
@@ -18,6 +19,12 @@ void RunInstance(const std::filesystem::path& programFolder, const std::function
   std::ofstream(globals.RunTempFolder / "M1.txt") << "x";
   tell((mark.IsAlone() ? "1" : "0") + codedb::PathText(globals.RunTempFolder));
   if (awaitOrderToEnd()) EndRun(globals);
+}
+
+void Instance::AwaitStart() {
+  const std::string news = AwaitNews();
+  alone = news.starts_with('1');
+  folder = codedb::PathFromText(std::string_view(news).substr(std::min<std::size_t>(news.size(), 1)));
 }
 
 }  // namespace quillmate::startup

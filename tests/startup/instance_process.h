@@ -7,26 +7,32 @@
 
 namespace quillmate::startup {
 
-/// A process in which an instance of the program starts, tells how, and runs on until it is told to end.
-class InstanceProcess {
+/// An instance of the program in a process of its own. It starts when it is made and runs until it is ended or killed.
+class Instance {
  public:
-  explicit InstanceProcess(const std::filesystem::path& programFolder);
-  ~InstanceProcess();
-  InstanceProcess(const InstanceProcess&) = delete;
-  InstanceProcess& operator=(const InstanceProcess&) = delete;
+  explicit Instance(const std::filesystem::path& programFolder);
+  ~Instance() { End(); }
+  Instance(const Instance&) = delete;
+  Instance& operator=(const Instance&) = delete;
 
-  /// Waits for the end of the start: "1" or "0", whether it is alone, and the run's folder (UTF-8).
-  std::string AwaitNews();
+  /// Waits for the end of the start.
+  void AwaitStart();
   /// Both wait until the process is gone.
   void End();
   void Kill();
 
+  /// What it told about itself.
+  bool alone = false;
+  std::filesystem::path folder;
+
  private:
   struct Handles;
-  std::unique_ptr<Handles> handles_;
+  std::string AwaitNews();
+
+  std::shared_ptr<Handles> handles_;
 };
 
-/// What happens in such a process.
+/// What happens in such a process. It tells "1" or "0", whether it is alone, and the run's folder (UTF-8).
 void RunInstance(const std::filesystem::path& programFolder, const std::function<void(const std::string&)>& tell,
                  const std::function<bool()>& awaitOrderToEnd);
 

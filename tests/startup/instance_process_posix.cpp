@@ -13,7 +13,7 @@
 
 namespace quillmate::startup {
 
-struct InstanceProcess::Handles {
+struct Instance::Handles {
   pid_t process = 0;
   int news = 0;
   int orders = 0;
@@ -26,7 +26,7 @@ struct InstanceProcess::Handles {
   }
 };
 
-InstanceProcess::InstanceProcess(const std::filesystem::path& programFolder) : handles_(std::make_unique<Handles>()) {
+Instance::Instance(const std::filesystem::path& programFolder) : handles_(std::make_shared<Handles>()) {
   int news[2], orders[2];
   if (pipe(news) != 0 || pipe(orders) != 0) std::abort();
   handles_->process = fork();
@@ -47,19 +47,17 @@ InstanceProcess::InstanceProcess(const std::filesystem::path& programFolder) : h
   handles_->orders = orders[1];
 }
 
-InstanceProcess::~InstanceProcess() = default;
-
-std::string InstanceProcess::AwaitNews() {
+std::string Instance::AwaitNews() {
   std::string text(4096, '\0');
   text.resize(static_cast<std::size_t>(std::max<ssize_t>(read(handles_->news, text.data(), text.size()), 0)));
   return text;
 }
 
-void InstanceProcess::End() {
+void Instance::End() {
   if (handles_->process > 0 && write(handles_->orders, "e", 1) == 1) handles_->Reap();
 }
 
-void InstanceProcess::Kill() {
+void Instance::Kill() {
   kill(handles_->process, SIGKILL);
   handles_->Reap();
 }

@@ -32,7 +32,7 @@ TEST(InstanceProcess, DISABLED_Run) {
 
 }  // namespace
 
-struct InstanceProcess::Handles {
+struct Instance::Handles {
   child::Handle process;
   child::Handle news;
   child::Handle orders;
@@ -44,7 +44,7 @@ struct InstanceProcess::Handles {
   }
 };
 
-InstanceProcess::InstanceProcess(const std::filesystem::path& programFolder) : handles_(std::make_unique<Handles>()) {
+Instance::Instance(const std::filesystem::path& programFolder) : handles_(std::make_shared<Handles>()) {
   child::Pipe news = child::PipeFromChild();
   child::Pipe orders = child::PipeToChild();
   handles_->news = std::move(news.read);
@@ -55,16 +55,14 @@ InstanceProcess::InstanceProcess(const std::filesystem::path& programFolder) : h
                    {std::move(orders.read), {}, std::move(news.write)});
 }
 
-InstanceProcess::~InstanceProcess() = default;
+std::string Instance::AwaitNews() { return child::ReadSome(handles_->news); }
 
-std::string InstanceProcess::AwaitNews() { return child::ReadSome(handles_->news); }
-
-void InstanceProcess::End() {
+void Instance::End() {
   DWORD count = 0;
   if (handles_->running && WriteFile(handles_->orders.Get(), "e", 1, &count, nullptr) != 0) handles_->Reap();
 }
 
-void InstanceProcess::Kill() {
+void Instance::Kill() {
   TerminateProcess(handles_->process.Get(), 1);
   handles_->Reap();
 }

@@ -1,44 +1,18 @@
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include <quillmate/codedb/index_files.h>
 #include <quillmate/startup/session.h>
 
-#include "settings/temp_folder.h"
+#include "codedb/scratch.h"
 #include "startup/instance_process.h"
 
 namespace quillmate::startup {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// An instance of the program in a process of its own. It starts when it is made and runs until it is ended or killed.
-class Instance {
- public:
-  explicit Instance(const fs::path& programFolder) : process_(programFolder) {}
-  ~Instance() { End(); }
-  Instance(const Instance&) = delete;
-  Instance& operator=(const Instance&) = delete;
-
-  /// Waits for the end of the start.
-  void AwaitStart() {
-    const std::string news = process_.AwaitNews();
-    alone = news.starts_with('1');
-    folder = codedb::PathFromText(std::string_view(news).substr(std::min<std::size_t>(news.size(), 1)));
-  }
-  void End() { process_.End(); }
-  void Kill() { process_.Kill(); }
-
-  bool alone = false;
-  fs::path folder;
-
- private:
-  InstanceProcess process_;
-};
 
 std::unique_ptr<Instance> Started(const fs::path& programFolder) {
   auto instance = std::make_unique<Instance>(programFolder);
@@ -49,7 +23,7 @@ std::unique_ptr<Instance> Started(const fs::path& programFolder) {
 bool IsWhole(const Instance& instance) { return fs::exists(instance.folder / "M1.txt"); }
 
 TEST(Instances, LaterOnesLeaveTheScratchFoldersAlone) {
-  const testing::TempFolder program;
+  const codedb::ScratchFolder program;
   const auto first = Started(program.Path());
   const auto second = Started(program.Path());
   EXPECT_TRUE(first->alone);
@@ -67,7 +41,7 @@ TEST(Instances, LaterOnesLeaveTheScratchFoldersAlone) {
 }
 
 TEST(Instances, LeftoversOfCrashedOnesGoAtTheNextLoneStart) {
-  const testing::TempFolder program;
+  const codedb::ScratchFolder program;
   const auto crashed = Started(program.Path());
   const auto other = Started(program.Path());
   crashed->Kill();
@@ -83,7 +57,7 @@ TEST(Instances, LeftoversOfCrashedOnesGoAtTheNextLoneStart) {
 }
 
 TEST(Instances, NewcomersWaitUntilTheLoneOneAdmitsThem) {
-  const testing::TempFolder folder;
+  const codedb::ScratchFolder folder;
   {
     InstanceMark mark(folder.Path());
     EXPECT_TRUE(mark.IsAlone());
@@ -101,7 +75,7 @@ TEST(Instances, NewcomersWaitUntilTheLoneOneAdmitsThem) {
 
 TEST(Instances, StartingAllAtOnceNoneLosesItsFolder) {
   for (int round = 0; round < 10; ++round) {
-    const testing::TempFolder program;
+    const codedb::ScratchFolder program;
     const fs::path root = program.Path() / "TempDateien";
     for (int old = 0; old < 40; ++old) fs::create_directories(root / ("T_" + std::to_string(old)));
     std::vector<std::unique_ptr<Instance>> instances(6);

@@ -13,9 +13,9 @@
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/ui/platform.h>
 
+#include "codedb/scratch.h"
 #include "error_text.h"
 #include "project_folder.h"
-#include "settings/temp_folder.h"
 #include "splitter.h"
 
 namespace quillmate::ui {
@@ -52,7 +52,7 @@ TEST(MessageBox, HasGermanButtonsAndHarmlessEscape) {
 }
 
 TEST(SaveDialog, GivesANameTheExtensionOfItsKind) {
-  const quillmate::testing::TempFolder folder;
+  const codedb::ScratchFolder folder;
   const QString start = QString::fromStdString(codedb::PathText(folder.Path()));
   const QChar separator = QDir::separator();
   const struct {
@@ -130,48 +130,6 @@ TEST(Splitter, BarFollowsTheMouse) {
   EXPECT_EQ(bar->x(), before + 100);
   drag(-before - 95);
   EXPECT_EQ(bar->x(), before + 100) << "too far left: stays";
-}
-
-class ProjectFolderTest : public ::testing::Test {
- protected:
-  ProjectFolderTest() {
-    fs::create_directories(source_ / "Unter");
-    codedb::WriteWholeFile(source_ / "Quillmate.mdb", "neu");
-    codedb::WriteWholeFile(source_ / "M1.txt", "eins");
-  }
-  std::vector<std::string> Names(const fs::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-  }
-  quillmate::testing::TempFolder temp_;
-  fs::path source_ = temp_.Path() / "von";
-  fs::path target_ = temp_.Path() / "nach";
-};
-
-TEST_F(ProjectFolderTest, ReplacesTheFilesAndKeepsTheSubFolders) {
-  for (const bool existed : {false, true}) {
-    if (existed) {
-      fs::create_directories(target_ / "Eigenes");
-      codedb::WriteWholeFile(target_ / "Eigenes" / "x", "bleibt");
-      codedb::WriteWholeFile(target_ / "M7.txt", "alt");
-    }
-    ReplaceProjectFolder(source_, target_);
-    using Expected = std::vector<std::string>;
-    EXPECT_EQ(Names(target_),
-              existed ? (Expected{"Eigenes", "M1.txt", "Quillmate.mdb"}) : (Expected{"M1.txt", "Quillmate.mdb"}));
-    EXPECT_EQ(Names(temp_.Path()), (Expected{"nach", "von"})) << "nothing is left beside the project";
-  }
-  EXPECT_EQ(codedb::ReadWholeFile(target_ / "Eigenes" / "x"), "bleibt");
-}
-
-TEST_F(ProjectFolderTest, FailureLeavesTheOldProject) {
-  fs::create_directories(target_);
-  codedb::WriteWholeFile(target_ / "M1.txt", "alt");
-  EXPECT_THROW(ReplaceProjectFolder(temp_.Path() / "fehlt", target_), fs::filesystem_error);
-  EXPECT_EQ(codedb::ReadWholeFile(target_ / "M1.txt"), "alt");
-  EXPECT_EQ(Names(temp_.Path()), (std::vector<std::string>{"nach", "von"}));
 }
 
 TEST(CleanName, DropsWhatNoFileNameMayHold) {

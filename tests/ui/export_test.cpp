@@ -29,7 +29,6 @@ class ExportTest : public WindowTest {
     Code().setTextCursor(cursor);
   }
   QString Clip() const { return platform.clipboard.text; }
-  QString Text(const std::filesystem::path& path) { return QString::fromStdString(codedb::PathText(path)); }
 };
 
 TEST_F(ExportTest, HtmlGoesToTheClipboardAsTextWithTheCreditThatTheUserWants) {
@@ -84,9 +83,7 @@ TEST_F(ExportTest, EmptySourcesAreToldAndLeaveTheClipboard) {
     Mark(0, 0);
     platform.clipboard = {{}, "bleibt", {}};
     Trigger(c.command);
-    ASSERT_EQ(platform.messages.size(), 1U) << c.command;
-    EXPECT_EQ(platform.messages[0].icon, c.icon) << c.command;
-    EXPECT_EQ(platform.TakeText(), c.text);
+    ExpectMessage(c.text, c.icon);
     EXPECT_EQ(platform.clipboard.rtf, "bleibt") << c.command;
   }
 }
@@ -139,9 +136,7 @@ TEST_F(ExportTest, RtfGoesIntoTheFileWithTheForcedExtension) {
     EXPECT_EQ(rtf.find("Typ = Userform") != std::string::npos, std::string(c.command) == "mnuRtf_Projekt");
     EXPECT_EQ(Panel("Vorgang"), "");
   }
-  platform.folders = {Text(Folder(""))};
-  platform.typed = {QStringLiteral("Lager [alt]")};
-  Trigger("mnuSpeichern");
+  SaveAs("Lager [alt]", Folder(""));
   Trigger("mnuRtf_Projekt");
   EXPECT_EQ(platform.saveRequests.back().fileName, "Lager [alt]");
 }
@@ -151,10 +146,10 @@ TEST_F(ExportTest, WordProcessorReadsTheRtf) {
   if (office.isEmpty()) GTEST_SKIP() << "no word processor installed";
   platform.saveFiles = {Text(Folder("projekt.RTF"))};
   Trigger("mnuRtf_Projekt");
-  const QString profile = QStringLiteral("-env:UserInstallation=file://") + Text(Folder("profil"));
+  const QUrl profile = QUrl::fromLocalFile(Text(Folder("profil")));
   QProcess convert;
-  convert.start(office, {profile, "--headless", "--convert-to", "fodt", "--outdir", Text(Folder("aus")),
-                         Text(Folder("projekt.RTF"))});
+  convert.start(office, {"-env:UserInstallation=" + profile.toString(QUrl::FullyEncoded), "--headless", "--convert-to",
+                         "fodt", "--outdir", Text(Folder("aus")), Text(Folder("projekt.RTF"))});
   ASSERT_TRUE(convert.waitForFinished(-1));
   const QString read =
       QString::fromUtf8(QByteArray::fromStdString(codedb::ReadWholeFile(Folder("aus") / "projekt.fodt")));

@@ -5,11 +5,13 @@
 
 #include "code_style.h"
 #include "command_table.h"
-#include "fake_host.h"
+#include "host/fake_host.h"
 #include "window_test.h"
 
 namespace quillmate::testing {
 namespace {
+
+const host::FakeComponent kModule{"Modul1", host::kStdModule, "Sub A()\r\n  x = 1\r\nEnd Sub"};
 
 class MenuTest : public WindowTest {
  protected:
@@ -77,10 +79,10 @@ TEST_F(MenuTest, ContextMenusFitThePlace) {
 }
 
 TEST_F(MenuTest, RunningHostStandsBeforeTheSources) {
-  FakeHost fake;
+  host::FakeHost fake;
   host = &fake;
   documentsToo = true;
-  fake.projects = {{"P", "C:\\a\\P.xls", false}, {"Zu", {}, true}};
+  fake.projects = {{{"P", "C:\\a\\P.xls", false}, {kModule}}, {{"Zu", {}, true}, {}}};
   Start();
   QTreeView& hosts = Tree("treApp");
   EXPECT_EQ(TextOf(*hosts.model()), "P [P.xls]\n Modul1\nQuelle [Quelle]\n Form\n Zebra\n");
@@ -102,7 +104,7 @@ TEST_F(MenuTest, RunningHostStandsBeforeTheSources) {
 }
 
 TEST_F(MenuTest, RefusedAccessIsSaidBesideTheSources) {
-  FakeHost fake;
+  host::FakeHost fake;
   host = &fake;
   documentsToo = true;
   fake.running = false;
@@ -121,9 +123,9 @@ TEST_F(MenuTest, RefusedAccessIsSaidBesideTheSources) {
 }
 
 TEST_F(MenuTest, RefreshKeySaysWhatTheHostSays) {
-  FakeHost fake;
+  host::FakeHost fake;
   host = &fake;
-  fake.projects = {{"P", "C:\\a\\P.xls", false}, {"Zu", {}, true}, {"Neu", {}, false}};
+  fake.projects = {{{"P", "C:\\a\\P.xls", false}, {kModule}}, {{"Zu", {}, true}, {}}, {{"Neu", {}, false}, {kModule}}};
   Start();
   EXPECT_EQ(TextOf(*Tree("treApp").model()), "P [P.xls]\n Modul1\nNeu [Nicht gespeichert]\n Modul1\n");
   EXPECT_EQ(Panel("Vorgang"), "1 gesperrtes Projekt ausgelassen");
@@ -147,9 +149,9 @@ TEST_F(MenuTest, RefreshKeySaysWhatTheHostSays) {
 }
 
 TEST_F(MenuTest, HostThatEndedMeanwhileIsToldWithTheListCleared) {
-  FakeHost fake;
+  host::FakeHost fake;
   host = &fake;
-  fake.projects = {{"P", {}, false}};
+  fake.projects = {{{"P", {}, false}, {kModule}}};
   Start();
   Tick(0);
   fake.running = false;

@@ -58,12 +58,6 @@ class NavigationTest : public WindowTest {
     const QAbstractItemModel& model = *Tree("treRoutSuche").model();
     return model.index(routine, 0, model.index(module, 0));
   }
-  /// The only message and its icon.
-  void ExpectMessage(const char* text, MessageIcon icon) {
-    ASSERT_EQ(platform.messages.size(), 1U);
-    EXPECT_EQ(platform.messages[0].icon, icon);
-    EXPECT_EQ(platform.TakeText(), QString::fromUtf8(text));
-  }
   /// Captions of the popup of the code, those that are off in brackets.
   QStringList MenuCaptions(QPlainTextEdit& code) {
     QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5}, code.viewport()->mapToGlobal(QPoint(5, 5)));
@@ -141,19 +135,10 @@ TEST_F(NavigationTest, HistoryGoesBackAndOn) {
   EXPECT_TRUE(Action("mnuBearbeiten_RouBew3").isEnabled());
 }
 
-TEST_F(NavigationTest, HistoryKeepsThirtyPlaces) {
-  ClickRoutine(2, 0);
-  for (int i = 0; i < 30; ++i) ClickRoutine(i % 2, 0);
-  for (int i = 0; i < 40; ++i) Trigger("mnuBearbeiten_RouBew3");
-  EXPECT_EQ(Place(), "Lager.Abgang") << "the first place is gone";
-  EXPECT_EQ(Steps(), "->");
-}
-
 TEST_F(NavigationTest, PlacesOfAProjectThatIsGoneAreLeftAlone) {
   ClickRoutine(2, 0);
   ClickRoutine(1, 0);
-  platform.answers = {ui::Answer::kNo};
-  Trigger("mnuNeu");
+  LeaveProject();
   Trigger("mnuBearbeiten_RouBew3");
   EXPECT_EQ(platform.TakeText(), "Projekt wurde nicht gespeichert !\r\nProjekt jetzt speichern ?");
   EXPECT_EQ(Place(), ".");
@@ -297,8 +282,7 @@ TEST_F(NavigationTest, LeavingTheProjectClosesItsResults) {
   ClickRoutine(0, 2);
   Trigger("mnuBearbeiten_Rout");
   Trigger("mnuAnsicht_Zoom");
-  platform.answers = {ui::Answer::kNo};
-  Trigger("mnuNeu");
+  LeaveProject();
   EXPECT_TRUE(Tree("treApp").isVisible());
   EXPECT_TRUE(Tree("treApp").hasFocus());
   EXPECT_TRUE(Bar("tobSymb1").isVisible());

@@ -119,47 +119,28 @@ TEST_F(ProjectTest, KeysInTheTreeOnlyMoveUntilEnter) {
 
 TEST_F(ProjectTest, CommandsFollowTheMode) {
   const struct {
-    const char* name;
+    const char* names;
     bool without;
     bool with;
   } kRows[] = {
-      {"mnuNeu", false, true},
-      {"neu", false, true},
-      {"mnuSpeichern", false, true},
-      {"save", false, true},
-      {"refresh", true, false},
-      {"mnuAnsicht_App_Aktualisieren", true, false},
-      {"mnuBearbeiten_Code", true, false},
-      {"doit", true, false},
-      {"mnuBearbeiten_Kopieren_Modul", false, true},
-      {"mnuBearbeiten_Kopieren_Auswahl", false, true},
-      {"mnuRtf", false, true},
-      {"mnuText", false, true},
-      {"mnuHtml_Auswahl", false, true},
-      {"mnuHtml_Modul", false, true},
-      {"mnuHtml_projekt", false, true},
-      {"ht_aus", false, true},
-      {"ht_mod", false, true},
-      {"ht_pro", false, true},
-      {"mnuHtml_Clipboard", true, true},
-      {"ht_clip", true, true},
-      {"mnuÖffnen", true, true},
-      {"open", true, true},
-      {"mnuTest", false, true},
-      {"mnuExtras_Optionen", true, true},
-      {"mnuAnsicht_Spezial", true, true},
-      {"mnuHilfe_Hilfe", true, true},
-      {"mnuVB", true, true},
-      {"mnuExtras_Struktur", true, true},
-      {"mnuExtras_ClearClip", true, true},
-      {"mnuDatei_Dateien", true, true},
-      {"mnuEnde", true, true},
+      {"refresh mnuAnsicht_App_Aktualisieren mnuBearbeiten_Code doit", true, false},
+      {"mnuNeu neu mnuSpeichern save mnuBearbeiten_Kopieren_Modul mnuBearbeiten_Kopieren_Auswahl mnuRtf mnuText "
+       "mnuHtml_Auswahl mnuHtml_Modul mnuHtml_projekt ht_aus ht_mod ht_pro mnuTest",
+       false, true},
+      {"mnuHtml_Clipboard ht_clip mnuÖffnen open mnuExtras_Optionen mnuAnsicht_Spezial mnuHilfe_Hilfe mnuVB "
+       "mnuExtras_Struktur mnuExtras_ClearClip mnuDatei_Dateien mnuEnde",
+       true, true},
+  };
+  const auto expectEnabled = [this](const char* names, bool enabled) {
+    for (const QByteArray& name : QByteArray(names).split(' ')) {
+      EXPECT_EQ(Action(name.constData()).isEnabled(), enabled) << name.constData();
+    }
   };
   Start();
-  for (const auto& row : kRows) EXPECT_EQ(Action(row.name).isEnabled(), row.without) << row.name;
+  for (const auto& row : kRows) expectEnabled(row.names, row.without);
   Tick(0);
   Window().PressToolButton("DoIt");
-  for (const auto& row : kRows) EXPECT_EQ(Action(row.name).isEnabled(), row.with) << row.name;
+  for (const auto& row : kRows) expectEnabled(row.names, row.with);
 }
 
 TEST_F(ProjectTest, EveryTableRowLeadsToACommand) {
@@ -173,18 +154,15 @@ TEST_F(ProjectTest, NewAsksAboutTheUnsavedProject) {
   StartWithProject();
   platform.answers = {Answer::kCancel};
   Trigger("mnuNeu");
-  ASSERT_EQ(platform.messages.size(), 1U);
-  EXPECT_EQ(platform.messages[0].icon, MessageIcon::kQuestion);
-  EXPECT_EQ(platform.messages[0].buttons, Buttons::kYesNoCancel);
-  EXPECT_EQ(platform.TakeText(), "Projekt wurde nicht gespeichert !\r\nProjekt jetzt speichern ?");
+  EXPECT_EQ(platform.messages.at(0).buttons, Buttons::kYesNoCancel);
+  ExpectMessage("Projekt wurde nicht gespeichert !\r\nProjekt jetzt speichern ?", MessageIcon::kQuestion);
   EXPECT_TRUE(Tree("treProjekt").isVisible());
 
   platform.answers = {Answer::kYes};
   Trigger("neu");
   EXPECT_TRUE(Tree("treProjekt").isVisible()) << "no folder chosen: not saved, not left";
 
-  platform.answers = {Answer::kNo};
-  Trigger("neu");
+  LeaveProject();
   EXPECT_TRUE(Tree("treApp").isVisible());
   EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0");
   EXPECT_EQ(Code().toPlainText(), "");
@@ -197,7 +175,7 @@ TEST_F(ProjectTest, SavesBeforeLeaving) {
   StartWithProject();
   std::filesystem::create_directories(Folder("Ziel"));
   platform.answers = {Answer::kYes};
-  platform.folders = {QString::fromStdString(codedb::PathText(Folder("Ziel")))};
+  platform.folders = {Text(Folder("Ziel"))};
   platform.typed = {QStringLiteral(" La:g*er ")};
   Trigger("mnuNeu");
   EXPECT_TRUE(Tree("treApp").isVisible());
@@ -210,9 +188,7 @@ TEST_F(ProjectTest, SavesBeforeLeaving) {
 TEST_F(ProjectTest, FailedSaveKeepsTheProject) {
   StartWithProject();
   codedb::WriteWholeFile(Folder("Datei"), "kein Ordner");
-  platform.folders = {QString::fromStdString(codedb::PathText(Folder("Datei")))};
-  platform.typed = {QStringLiteral("Lager")};
-  Trigger("mnuSpeichern");
+  SaveAs("Lager", Folder("Datei"));
   ASSERT_EQ(platform.messages.size(), 1U);
   EXPECT_EQ(platform.messages[0].icon, MessageIcon::kExclamation);
   EXPECT_EQ(Window().windowTitle(), kUnsaved);
@@ -229,9 +205,7 @@ TEST_F(ProjectTest, DamagedIndexIsToldAndTheHostTreeStays) {
     if (Window().windowTitle() == kUnsaved) codedb::WriteWholeFile(codedb::DatabasePath(globals.TempFolder), "x");
   };
   Trigger("mnuBearbeiten_Code");
-  ASSERT_EQ(platform.messages.size(), 1U);
-  EXPECT_EQ(platform.messages[0].icon, MessageIcon::kExclamation);
-  EXPECT_EQ(platform.TakeText().toStdString(), codedb::BrokenProjectMessage(globals.TempFolder));
+  ExpectMessage(QString::fromStdString(codedb::BrokenProjectMessage(globals.TempFolder)), MessageIcon::kExclamation);
   EXPECT_TRUE(Tree("treApp").isVisible());
   EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0");
   EXPECT_TRUE(Action("doit").isEnabled());
@@ -242,12 +216,10 @@ TEST_F(ProjectTest, SavedProjectIsTheCurrentOne) {
   std::filesystem::create_directories(Folder("Ziel") / "Lager");
   const auto save = [this](Answer overwrite) {
     platform.answers = {overwrite};
-    platform.folders = {QString::fromStdString(codedb::PathText(Folder("Ziel")))};
-    platform.typed = {QStringLiteral("Lager")};
-    Trigger("save");
+    SaveAs("Lager", Folder("Ziel"));
   };
   save(Answer::kNo);
-  const QString folder = QString::fromStdString(codedb::PathText(Folder("Ziel") / "Lager")) + QDir::separator();
+  const QString folder = Text(Folder("Ziel") / "Lager") + QDir::separator();
   EXPECT_EQ(platform.TakeText(), "\r\nEin Projekt:" + folder + "existiert schon\r\nÜberschreiben ?");
   EXPECT_EQ(Window().windowTitle(), kUnsaved);
   Tree("treProjekt").expandAll();

@@ -1,5 +1,4 @@
 #include <QLineEdit>
-#include <QMimeData>
 #include <map>
 #ifdef __unix__
 #include <csignal>
@@ -17,18 +16,12 @@ namespace quillmate::testing {
 namespace {
 
 namespace fs = std::filesystem;
-using ui::Answer;
-using ui::MessageIcon;
 
 class SavedProjectTest : public WindowTest {
  protected:
-  static QString Text(const fs::path& path) { return QString::fromStdString(codedb::PathText(path)); }
-  /// Saves the loaded project as a folder below the test's folder.
   void SaveAs(const char* name, const fs::path& path) {
     fs::create_directories(path);
-    platform.folders = {Text(path)};
-    platform.typed = {QString::fromUtf8(name)};
-    Trigger("mnuSpeichern");
+    WindowTest::SaveAs(name, path);
   }
   void Open(const fs::path& folder) {
     platform.folders = {Text(folder)};
@@ -82,9 +75,7 @@ TEST_F(SavedProjectTest, WhatIsNoProjectOrBrokenLeavesEverythingAsItWas) {
   };
   for (const auto& c : kCases) {
     Open(c.folder);
-    ASSERT_EQ(platform.messages.size(), 1U);
-    EXPECT_EQ(platform.messages[0].icon, MessageIcon::kExclamation);
-    EXPECT_EQ(platform.TakeText().toStdString(), c.text);
+    ExpectMessage(QString::fromStdString(c.text), ui::MessageIcon::kExclamation);
     EXPECT_EQ(Window().windowTitle(), title);
     EXPECT_EQ(globals.TempFolder, globals.RunTempFolder);
     Tree("treProjekt").expandAll();
@@ -98,8 +89,7 @@ TEST_F(SavedProjectTest, WhatIsNoProjectOrBrokenLeavesEverythingAsItWas) {
   fs::remove_all(Folder("kaputt"));
   Trigger("mnuOpenIndex0");
   EXPECT_EQ(platform.TakeText().toStdString(), kCases[0].text);
-  platform.answers = {Answer::kNo};
-  Trigger("mnuNeu");
+  LeaveProject();
   platform.messages.clear();
   Open({});
   Trigger("mnuOpenIndex0");
@@ -151,11 +141,7 @@ TEST_F(SavedProjectTest, DroppedProjectIsOpened) {
   for (const QLineEdit* field : Window().findChildren<QLineEdit*>()) {
     EXPECT_FALSE(field->acceptDrops()) << field->objectName().toStdString() << " would keep the file for itself";
   }
-  QMimeData data;
-  data.setUrls({QUrl::fromLocalFile(Text(Folder("Ziel") / "Lager"))});
-  QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-  static_cast<QObject&>(Window()).event(&drop);
-  QApplication::processEvents();
+  Drop({Text(Folder("Ziel") / "Lager")});
   EXPECT_TRUE(Tree("treProjekt").isVisible());
   EXPECT_EQ(settings::LoadSources(*settings).size(), 1U) << "it has not become a source";
 }
@@ -218,7 +204,7 @@ class BrokenSaveTest : public ::testing::Test {
   const Files fresh_ = {
       {"Quillmate.mdb", std::string(5000, 'n')}, {"M1.txt", "neu"}, {"M2.txt", std::string(9000, 'm')}};
   const Files old_ = {{"Quillmate.mdb", "alt"}, {"M1.txt", "alt"}, {"M7.txt", "alt"}};
-  TempFolder temp_;
+  codedb::ScratchFolder temp_;
   fs::path base_;
   int attempt_ = 0;
 };
@@ -239,15 +225,16 @@ TEST_F(BrokenSaveTest, AnErrorAtAnyStepLeavesOneProjectWhole) {
         thrown = true;
       }
       done = step < failing;
-      EXPECT_TRUE(IsWhole(existed)) << failing;
-      if (!thrown) {
-        EXPECT_EQ(Read(base_ / "nach"), fresh_) << failing;
-      } else {
-        EXPECT_EQ(Read(base_ / "nach"), existed ? old_ : Files()) << failing;
+      EXPECT_EQ(Read(base_ / "nach"), !thrown ? fresh_ : existed ? old_ : Files()) << failing;
+      if (thrown) {
         EXPECT_FALSE(fs::exists(base_ / "nach.neu")) << "half a copy is removed";
       }
     }
+    EXPECT_EQ(codedb::Names(base_), "nach von") << "nothing is left beside the project";
+    EXPECT_EQ(codedb::Names(base_ / "nach"), std::string(existed ? "Eigenes " : "") + "M1.txt M2.txt Quillmate.mdb");
   }
+  EXPECT_THROW(ui::ReplaceProjectFolder(base_ / "fehlt", base_ / "nach"), fs::filesystem_error);
+  EXPECT_EQ(Read(base_ / "nach"), fresh_);
 }
 
 #ifdef __unix__

@@ -10,8 +10,6 @@
 namespace quillmate::testing {
 namespace {
 
-using ui::MessageIcon;
-
 /// The modules "Lager" and "Suche", in the tree and in the index in this order.
 class SearchTest : public WindowTest {
  protected:
@@ -39,10 +37,8 @@ class SearchTest : public WindowTest {
         .arg(start.positionInBlock() + 1)
         .arg(cursor.selectedText());
   }
-  void ExpectMessage(const char* text) {
-    ASSERT_EQ(platform.messages.size(), 1U);
-    EXPECT_EQ(platform.messages[0].icon, MessageIcon::kExclamation);
-    EXPECT_EQ(platform.TakeText(), QString::fromUtf8(text));
+  void ExpectNotFound(const char* text) {
+    ExpectMessage(QString::fromUtf8(text), ui::MessageIcon::kExclamation);
     EXPECT_TRUE(Code().hasFocus());
   }
   QTreeView& Hits() { return Tree("lstTreffer"); }
@@ -78,7 +74,7 @@ TEST_F(SearchTest, FindsFromTheTopAndOnInTheModule) {
   EXPECT_EQ(Found(), "Lager 7:11 menge");
   EXPECT_EQ(Panel("Routine"), "Ablegen");
   Trigger("su_w");
-  ExpectMessage("Der Suchtext\r\nwurde ausgehend von  der letzten Position \r\nim Modul nicht gefunden .\r\n");
+  ExpectNotFound("Der Suchtext\r\nwurde ausgehend von  der letzten Position \r\nim Modul nicht gefunden .\r\n");
   EXPECT_EQ(Found(), "Lager 7:11 menge") << "no wrap, and the place stays";
   QTest::keyClick(&Window(), Qt::Key_F3);
   EXPECT_EQ(Found(), "Lager 2:3 Menge");
@@ -106,9 +102,9 @@ TEST_F(SearchTest, SwitchesAreMirroredAndObeyed) {
   EXPECT_EQ(Found(), "Lager 2:3 Menge") << "once around";
   SearchFor("gibt es nicht");
   Trigger("su_w");
-  ExpectMessage("Der Suchtext wurde nicht gefunden");
+  ExpectNotFound("Der Suchtext wurde nicht gefunden");
   Trigger("su_a");
-  ExpectMessage("Der Suchtext wurde im gesamten Projekt nicht gefunden");
+  ExpectNotFound("Der Suchtext wurde im gesamten Projekt nicht gefunden");
 }
 
 TEST_F(SearchTest, WhatCannotBeFoundIsToldAndBlanksAreNothing) {
@@ -118,7 +114,7 @@ TEST_F(SearchTest, WhatCannotBeFoundIsToldAndBlanksAreNothing) {
     if (std::string(text) == "Public") {
       EXPECT_EQ(Found(), "Lager 6:1 Public") << "not the one that the module begins with";
     } else {
-      ExpectMessage("Der Suchtext\r\nwurde im Modul nicht gefunden .\r\n");
+      ExpectNotFound("Der Suchtext\r\nwurde im Modul nicht gefunden .\r\n");
     }
   }
   SearchFor("   ");
@@ -238,8 +234,7 @@ TEST_F(SearchTest, HitInZoomShowsItsRoutine) {
   auto& zoom = *Window().findChild<QPlainTextEdit*>("rtbZoom");
   EXPECT_EQ(zoom.textCursor().selectedText(), "x =");
   EXPECT_TRUE(zoom.hasFocus());
-  platform.answers = {ui::Answer::kNo};
-  Trigger("mnuNeu");
+  LeaveProject();
   EXPECT_EQ(HitRows(), QStringList());
   EXPECT_FALSE(Window().findChild<QDockWidget*>("fraTreffer")->isVisible());
 }
@@ -277,8 +272,7 @@ TEST_F(SearchTest, FilterLeavesWhatHasTheLetters) {
 
 TEST_F(SearchTest, FilterGoesWithItsProject) {
   Field("txtFilter").setText("lad");
-  platform.answers = {ui::Answer::kNo};
-  Trigger("mnuNeu");
+  LeaveProject();
   EXPECT_EQ(Field("txtFilter").text(), "");
   Tick(0);
   Trigger("doit");

@@ -1,4 +1,3 @@
-#include <QMimeData>
 #include <QToolButton>
 #include <fstream>
 
@@ -14,17 +13,6 @@ class StartTest : public WindowTest {
  protected:
   std::vector<std::string> Remembered() { return settings::LoadSources(*settings); }
   std::string Path(const char* name) { return codedb::PathText(Sources() / name); }
-
-  void Drop(const QStringList& files) {
-    QMimeData data;
-    QList<QUrl> urls;
-    for (const QString& file : files) urls.append(QUrl::fromLocalFile(file));
-    data.setUrls(urls);
-    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    // Sending would ask for a drag in progress.
-    static_cast<QObject&>(Window()).event(&drop);
-    QApplication::processEvents();
-  }
 };
 
 TEST_F(StartTest, ListsTheSourcesAllExpandedAndUnticked) {
@@ -177,10 +165,7 @@ TEST_F(StartTest, MiniWindowLeadsBackOrEnds) {
     int ended = 0;
     Window().onEnd = [&ended] { ++ended; };
     EXPECT_FALSE(Window().isVisible());
-    QWidget* mini = nullptr;
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-      if (widget->objectName() == "frmMin" && widget->isVisible()) mini = widget;
-    }
+    QWidget* mini = Mini();
     ASSERT_NE(mini, nullptr);
     EXPECT_EQ(mini->pos(), QPoint(0, 0));
     EXPECT_TRUE(mini->windowFlags().testFlag(Qt::WindowStaysOnTopHint));

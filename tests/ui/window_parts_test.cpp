@@ -21,13 +21,6 @@ using ui::MessageIcon;
 class PartsTest : public WindowTest {
  protected:
   QDialog* Dialog(const char* name) { return Window().findChild<QDialog*>(QString::fromLatin1(name)); }
-  static QWidget* Mini() {
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-      if (widget->objectName() == "frmMin" && widget->isVisible()) return widget;
-    }
-    return nullptr;
-  }
-  static QString Text(const std::filesystem::path& path) { return QString::fromStdString(codedb::PathText(path)); }
 };
 
 TEST_F(PartsTest, HelpIsOpenedOrSaidToBeMissing) {
@@ -204,8 +197,7 @@ TEST_F(PartsTest, UnusedRoutinesAreListedShownCopiedAndSaved) {
   EXPECT_EQ(codedb::ReadWholeFile(Folder("Liste.txt")), "Form\tLaden\tsicher\nZebra\tZahl\tsicher\n");
   EXPECT_TRUE(platform.TakeText().startsWith("Die Datei konnte nicht geschrieben werden:"));
 
-  platform.answers = {ui::Answer::kNo};
-  Trigger("mnuNeu");
+  LeaveProject();
   EXPECT_EQ(Dialog("frmUnbenutzt"), nullptr) << "the list goes with its project";
 }
 

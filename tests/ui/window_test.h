@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QStringList>
 #include <QTest>
@@ -19,8 +20,8 @@
 #include <quillmate/settings/sources.h>
 #include <quillmate/ui/main_window.h>
 
+#include "codedb/scratch.h"
 #include "recording_platform.h"
-#include "settings/temp_folder.h"
 
 namespace quillmate::testing {
 
@@ -28,7 +29,7 @@ namespace quillmate::testing {
 class WindowTest : public ::testing::Test {
  private:
   // The first member: it goes when nothing in it is open any more.
-  TempFolder folder_;
+  codedb::ScratchFolder folder_;
 
  protected:
   void SetUp() override {
@@ -44,6 +45,7 @@ class WindowTest : public ::testing::Test {
   std::filesystem::path Sources() const { return folder_.Path() / "Quelle"; }
   std::filesystem::path TemplateFile() const { return folder_.Path() / codedb::kTemplateFile; }
   std::filesystem::path Folder(const char* name) const { return folder_.Path() / name; }
+  static QString Text(const std::filesystem::path& path) { return QString::fromStdString(codedb::PathText(path)); }
 
   void AddModule(const char* name, const std::string& code) const {
     std::filesystem::create_directories(Sources());
@@ -98,6 +100,42 @@ class WindowTest : public ::testing::Test {
   void Click(QTreeView& tree, const QModelIndex& index) {
     tree.scrollTo(index);
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(index).center());
+  }
+
+  /// Lets files and folders fall on the window.
+  void Drop(const QStringList& files) {
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString& file : files) urls.append(QUrl::fromLocalFile(file));
+    data.setUrls(urls);
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    // Sending would ask for a drag in progress.
+    static_cast<QObject&>(Window()).event(&drop);
+    QApplication::processEvents();
+  }
+  /// Saves the loaded project as a folder below another one.
+  void SaveAs(const char* name, const std::filesystem::path& path) {
+    platform.folders = {Text(path)};
+    platform.typed = {QString::fromUtf8(name)};
+    Trigger("mnuSpeichern");
+  }
+  /// Leaves the loaded project, which is not saved.
+  void LeaveProject() {
+    platform.answers = {ui::Answer::kNo};
+    Trigger("mnuNeu");
+  }
+  /// There was one message since the last look at them.
+  void ExpectMessage(const QString& text, ui::MessageIcon icon) {
+    ASSERT_EQ(platform.messages.size(), 1U);
+    EXPECT_EQ(platform.messages[0].icon, icon);
+    EXPECT_EQ(platform.TakeText(), text);
+  }
+  /// The small window that is on the screen; none when there is none.
+  static QWidget* Mini() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      if (widget->objectName() == "frmMin" && widget->isVisible()) return widget;
+    }
+    return nullptr;
   }
 
   /// What a tree shows, one node a line, children behind their parent with a blank in front.
