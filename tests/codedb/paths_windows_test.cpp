@@ -8,6 +8,7 @@
 #include <quillmate/codedb/paths.h>
 
 #include "scratch.h"
+#include "windows/child_process.h"
 
 namespace quillmate::codedb {
 namespace {
@@ -64,19 +65,6 @@ TEST(PathsOfWindows, WhatIsOpenIsNamedAsTheReason) {
   EXPECT_EQ(error, std::errc::device_or_resource_busy);
 }
 
-/// A file held open so that nobody may move or remove it.
-class HeldFile {
- public:
-  explicit HeldFile(const fs::path& file)
-      : handle_(CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr)) {}
-  HeldFile(const HeldFile&) = delete;
-  HeldFile& operator=(const HeldFile&) = delete;
-  ~HeldFile() { CloseHandle(handle_); }
-
- private:
-  HANDLE handle_;
-};
-
 TEST(SwapFolders, AFileInUseLeavesAllAsItWas) {
   const ScratchFolder folder;
   const fs::path fresh = folder.Path() / "neu";
@@ -88,7 +76,9 @@ TEST(SwapFolders, AFileInUseLeavesAllAsItWas) {
   const fs::path before = fs::current_path();
   fs::current_path(old);
   {
-    const HeldFile held(old / "b");
+    // Open so that nobody may move or remove it.
+    const child::Handle held(
+        CreateFileW((old / "b").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
     EXPECT_THROW(SwapFolders(fresh, old, folder.Path() / "weg"), fs::filesystem_error);
   }
   fs::current_path(before);

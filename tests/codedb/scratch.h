@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <random>
 #include <set>
 #include <stdexcept>
@@ -52,6 +53,16 @@ inline std::string Names(const std::filesystem::path& folder) {
   std::string joined;
   for (const std::string& name : names) joined += (joined.empty() ? "" : " ") + name;
   return joined;
+}
+
+/// The files directly in a folder by their names, with their bytes; none when there is no folder.
+inline std::map<std::string, std::string> FilesIn(const std::filesystem::path& folder) {
+  std::map<std::string, std::string> files;
+  std::error_code missing;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, missing)) {
+    if (entry.is_regular_file()) files[PathText(entry.path().filename())] = ReadWholeFile(entry.path());
+  }
+  return files;
 }
 
 inline std::filesystem::path TemplateFile() { return std::filesystem::path(QUILLMATE_BIN_DIR) / kTemplateFile; }

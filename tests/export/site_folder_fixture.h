@@ -66,11 +66,7 @@ class SiteTest : public testing::Test {
     std::filesystem::remove_all(site);
     std::filesystem::create_directories(site);
     WriteSite(project_, style, site);
-    std::map<std::string, std::string> files;
-    for (const auto& entry : std::filesystem::directory_iterator(site)) {
-      files[entry.path().filename().string()] = codedb::ReadWholeFile(entry.path());
-    }
-    return files;
+    return codedb::FilesIn(site);
   }
 
   /// The part of a page from `from` up to before `to`.

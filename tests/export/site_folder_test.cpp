@@ -103,7 +103,9 @@ TEST_F(SiteFolderTest, AFailureLeavesTheTargetAsItWas) {
   EXPECT_EQ(Names(Target()), kSite);
   EXPECT_EQ(Names(folder_ / "oben"), "ziel");
   codedb::WriteWholeFile(folder_ / "datei", "bleibt");
-  EXPECT_THROW(ExportSite(project_, {}, folder_ / "datei", true), std::runtime_error);
+  const std::string message =
+      codedb::MessageOf<std::runtime_error>([&] { ExportSite(project_, {}, folder_ / "datei", true); });
+  EXPECT_EQ(message, codedb::PathText(folder_ / "datei") + ": Das ist kein Ordner");
   EXPECT_EQ(codedb::ReadWholeFile(folder_ / "datei"), "bleibt");
 }
 

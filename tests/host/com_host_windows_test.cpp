@@ -58,14 +58,6 @@ class RunningHost : public testing::Test {
   ReadReport Read(HostAutomation& host, const HostTree& tree) {
     return ReadCheckedModules(host, tree, database_, request_);
   }
-  /// Every file of the index with its bytes.
-  std::map<std::string, std::string> IndexFiles() const {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : fs::directory_iterator(scratch_.Path())) {
-      files[codedb::PathText(entry.path().filename())] = codedb::ReadWholeFile(entry.path());
-    }
-    return files;
-  }
 
   codedb::ScratchFolder scratch_{"TempDateien/T_1"};
   codedb::CodeDatabase database_;
@@ -182,7 +174,7 @@ TEST_F(RunningHost, FailedReadsSayWhatHappened) {
     const ReadReport report = Read(host, Ticked(tree_, each.module));
     EXPECT_EQ(report.outcome, ReadOutcome::kFailed);
     EXPECT_EQ(report.detail, each.detail);
-    EXPECT_EQ(IndexFiles().size(), 0U);
+    EXPECT_EQ(codedb::Names(scratch_.Path()), "");
     // What is left can be listed again; a program that ended is simply no longer there.
     standIn.End();
     EXPECT_FALSE(List(host).attached);
@@ -223,14 +215,14 @@ TEST_F(RunningHost, TheSampleGivesTheSameIndexAsItsFiles) {
   ReadReport report = Read(host, Ticked(tree_));
   EXPECT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
   EXPECT_GT(report.modules, 20);
-  const std::map<std::string, std::string> fromHost = IndexFiles();
+  const std::map<std::string, std::string> fromHost = codedb::FilesIn(scratch_.Path());
 
   DocumentHost documents;
   documents.SetSources({codedb::PathFromText(sources[0]), codedb::PathFromText(sources[1])});
   EXPECT_TRUE(List(documents).attached);
   report = Read(documents, Ticked(tree_));
   EXPECT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
-  const std::map<std::string, std::string> fromFiles = IndexFiles();
+  const std::map<std::string, std::string> fromFiles = codedb::FilesIn(scratch_.Path());
   EXPECT_EQ(fromHost.size(), static_cast<std::size_t>(report.modules) + 1);
   ASSERT_EQ(fromHost.size(), fromFiles.size());
   for (const auto& [name, bytes] : fromFiles) EXPECT_TRUE(fromHost.at(name) == bytes) << name;

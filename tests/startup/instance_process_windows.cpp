@@ -68,18 +68,17 @@ void Instance::Kill() {
 }
 
 std::string FreeLocks(const std::filesystem::path& scratchRoot) {
-  const HANDLE file = CreateFileW((scratchRoot / kInstanceFile).c_str(), GENERIC_READ | GENERIC_WRITE,
-                                  FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
-  const auto isFree = [file](DWORD kind) {
+  const child::Handle file(CreateFileW((scratchRoot / kInstanceFile).c_str(), GENERIC_READ | GENERIC_WRITE,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+  const auto isFree = [&file](DWORD kind) {
     OVERLAPPED start{};
-    const bool locked = LockFileEx(file, kind | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &start) != 0;
-    if (locked) UnlockFileEx(file, 0, 1, 0, &start);
+    const bool locked = LockFileEx(file.Get(), kind | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &start) != 0;
+    if (locked) UnlockFileEx(file.Get(), 0, 1, 0, &start);
     return locked;
   };
   std::string free;
   if (isFree(LOCKFILE_EXCLUSIVE_LOCK)) free += "exclusive ";
   if (isFree(0)) free += "shared";
-  CloseHandle(file);
   return free;
 }
 
