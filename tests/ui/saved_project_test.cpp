@@ -19,10 +19,6 @@ namespace fs = std::filesystem;
 
 class SavedProjectTest : public WindowTest {
  protected:
-  void SaveAs(const char* name, const fs::path& path) {
-    fs::create_directories(path);
-    WindowTest::SaveAs(name, path);
-  }
   void Open(const fs::path& folder) {
     platform.folders = {Text(folder)};
     Trigger("open");
@@ -180,14 +176,6 @@ class BrokenSaveTest : public ::testing::Test {
     fs::create_directories(folder);
     for (const auto& [name, text] : files) codedb::WriteWholeFile(folder / name, text);
   }
-  static Files Read(const fs::path& folder) {
-    Files files;
-    if (!fs::exists(folder)) return files;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-      if (entry.is_regular_file()) files[entry.path().filename().string()] = codedb::ReadWholeFile(entry.path());
-    }
-    return files;
-  }
   /// A fresh pair of folders for each attempt.
   void Prepare(bool existed) {
     base_ = temp_.Path() / std::to_string(++attempt_);
@@ -197,7 +185,7 @@ class BrokenSaveTest : public ::testing::Test {
     Fill(base_ / "nach" / "Eigenes", {{"x", "bleibt"}});
   }
   bool IsWhole(bool existed) {
-    const Files files = Read(base_ / "nach");
+    const Files files = codedb::FilesIn(base_ / "nach");
     return files == fresh_ || files == (existed ? old_ : Files());
   }
 
@@ -225,7 +213,7 @@ TEST_F(BrokenSaveTest, AnErrorAtAnyStepLeavesOneProjectWhole) {
         thrown = true;
       }
       done = step < failing;
-      EXPECT_EQ(Read(base_ / "nach"), !thrown ? fresh_ : existed ? old_ : Files()) << failing;
+      EXPECT_EQ(codedb::FilesIn(base_ / "nach"), !thrown ? fresh_ : existed ? old_ : Files()) << failing;
       if (thrown) {
         EXPECT_FALSE(fs::exists(base_ / "nach.neu")) << "half a copy is removed";
       }
@@ -234,7 +222,7 @@ TEST_F(BrokenSaveTest, AnErrorAtAnyStepLeavesOneProjectWhole) {
     EXPECT_EQ(codedb::Names(base_ / "nach"), std::string(existed ? "Eigenes " : "") + "M1.txt M2.txt Quillmate.mdb");
   }
   EXPECT_THROW(ui::ReplaceProjectFolder(base_ / "fehlt", base_ / "nach"), fs::filesystem_error);
-  EXPECT_EQ(Read(base_ / "nach"), fresh_);
+  EXPECT_EQ(codedb::FilesIn(base_ / "nach"), fresh_);
 }
 
 #ifdef __unix__
@@ -264,10 +252,10 @@ TEST_F(BrokenSaveTest, AKillAtAnyStepLeavesOneProjectWhole) {
         });
       });
       EXPECT_TRUE(IsWhole(existed)) << killed;
-      EXPECT_EQ(Read(base_ / "von"), fresh_);
+      EXPECT_EQ(codedb::FilesIn(base_ / "von"), fresh_);
       if (!survived) ++killed;
     }
-    EXPECT_EQ(Read(base_ / "nach"), fresh_);
+    EXPECT_EQ(codedb::FilesIn(base_ / "nach"), fresh_);
     EXPECT_GE(killed, existed ? 10 : 5) << "every step was tried";
   }
 }
@@ -285,7 +273,7 @@ TEST_F(BrokenSaveTest, AFullDiskLeavesTheOldProject) {
     }
     _exit(1);
   }));
-  EXPECT_EQ(Read(base_ / "nach"), old_);
+  EXPECT_EQ(codedb::FilesIn(base_ / "nach"), old_);
   EXPECT_FALSE(fs::exists(base_ / "nach.neu"));
 }
 

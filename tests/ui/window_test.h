@@ -113,8 +113,9 @@ class WindowTest : public ::testing::Test {
     static_cast<QObject&>(Window()).event(&drop);
     QApplication::processEvents();
   }
-  /// Saves the loaded project as a folder below another one.
+  /// Saves the loaded project as a folder below another one, which is made unless something is there.
   void SaveAs(const char* name, const std::filesystem::path& path) {
+    if (!std::filesystem::exists(path)) std::filesystem::create_directories(path);
     platform.folders = {Text(path)};
     platform.typed = {QString::fromUtf8(name)};
     Trigger("mnuSpeichern");
