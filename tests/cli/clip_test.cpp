@@ -17,7 +17,6 @@ std::string Span(const std::string& colour, const std::string& text) {
 TEST_F(CliTest, ClipTakesAFileOrStandardInput) {
   Write("ansi", "x = \"\344\" ' <\374>");
   Write("utf8", "x = \"ä\" ' <ü>");
-  Write("utf16", std::string_view("\377\376x\0 \0\r\0", 8));
   Write("leer", "");
   const std::string marked = "x = " + Span("#800000", "&#34;&auml;&#34;") + " " + Span("#008000", "' &lt;&uuml;&gt;");
   const struct {
@@ -28,7 +27,6 @@ TEST_F(CliTest, ClipTakesAFileOrStandardInput) {
       {"clip ansi", "", kOpen + marked + kClose},
       {"clip", "utf8", kOpen + marked + kClose},
       {"clip - --credit", "ansi", kOpen + marked + kClose + kCredit + "Excel Quillmate</a>"},
-      {"clip utf16", "", kOpen + std::string("x \r\n") + kClose},
       {"clip --option font=Arial,8 --option fstr=255 --option fkom=0 ansi", "",
        "<pre><span style=\"font-family=Arial,Arial; font-size=8pt\"; >x = " + Span("#FF0000", "&#34;&auml;&#34;") +
            " " + Span("#000000", "' &lt;&uuml;&gt;") + kClose},
