@@ -251,20 +251,17 @@ void ClassifyLine(const std::string& line, Level& s) {
     s.level += step;
   };
   s.offset = 0;
-  if (is("Case ")) {
+  const bool opens = is("For ") || is("If ") || is("Public Type") || is("Private Type") || is("Type") || is("While ") ||
+                     is("With ") || (is("Do") && endsOrBlank(2));
+  const bool closes = Left(line, 9) == "End With" || is("End If") || is("End Type") ||
+                      ((is("Loop") || is("Next") || is("Wend")) && endsOrBlank(4));
+  if (is("Case ") || line == "Else") {
     act(1, 0);
-  } else if (line == "Else") {
-    act(1, 0);
-  } else if (is("Do") && endsOrBlank(2)) {
-    act(1, 1);
-  } else if (is("For ") || is("If ") || is("Public Type") || is("Private Type") || is("Type") || is("While ") ||
-             is("With ")) {
+  } else if (opens) {
     act(1, 1);
   } else if (is("Select Case ")) {
     act(2, 2);
-  } else if (Left(line, 9) == "End With" || is("End If") || is("End Type")) {
-    act(0, -1);
-  } else if ((is("Loop") || is("Next") || is("Wend")) && endsOrBlank(4)) {
+  } else if (closes) {
     act(0, -1);
   } else if (is("End Select")) {
     act(0, -2);

@@ -23,7 +23,7 @@ Result CliTest::RunAt(const fs::path& program, const std::vector<std::string>& a
   Surroundings whole = around;
   whole.temporary = around.temporary.empty() ? Scratch() : Folder() / around.temporary;
   const int status = RunWithFiles(program, arguments, whole, Folder(), out, err);
-  const Result result{status, codedb::ReadWholeFile(out), codedb::ReadWholeFile(err)};
+  Result result{status, codedb::ReadWholeFile(out), codedb::ReadWholeFile(err)};
   fs::remove(out);
   fs::remove(err);
   return result;

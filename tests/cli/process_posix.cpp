@@ -39,6 +39,7 @@ pid_t Spawn(std::vector<std::string> command, const fs::path& folder, const Stre
   posix_spawn_file_actions_adddup2(&actions, streams.out, STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&actions, streams.err, STDERR_FILENO);
   std::vector<char*> words;
+  words.reserve(command.size() + 1);
   for (std::string& word : command) words.push_back(word.data());
   words.push_back(nullptr);
   pid_t process = -1;
