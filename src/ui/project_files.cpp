@@ -97,11 +97,12 @@ bool SaveProject(Shell& shell) {
   startup::AppGlobals& globals = shell.Globals();
   const fs::path source = globals.TempFolder;
   std::error_code ignored;
+  fs::path left;
   if (!fs::equivalent(source, folder, ignored)) {
     const Working working(shell);
     globals.CodeDb.Close();
     try {
-      ReplaceProjectFolder(source, folder);
+      left = ReplaceProjectFolder(source, folder);
     } catch (...) {
       globals.CodeDb.Open(codedb::DatabasePath(source));
       throw;
@@ -111,6 +112,11 @@ bool SaveProject(Shell& shell) {
   }
   AddRecentProject(shell, folder);
   shell.SetCaption(QStringLiteral(" Projekt: ") + FromUtf8(name));
+  if (!left.empty()) {
+    shell.Show("Das Projekt ist gespeichert. Was vom alten nicht übernommen werden konnte, liegt in\r\n" +
+                   codedb::PathText(left),
+               MessageIcon::kExclamation);
+  }
   return true;
 }
 

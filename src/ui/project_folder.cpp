@@ -53,14 +53,17 @@ void RemoveFiles(const fs::path& folder, const Step& step) {
   codedb::RemovePath(folder, ignored);
 }
 
-/// The new project is in place; what is left of the old one is no reason to call the save a failure.
-void ClearOld(const fs::path& old, const fs::path& target, const Step& step) noexcept {
+/// The new project is in place; what is left of the old one is no reason to call the save a failure. Gives the folder
+/// where it lies, nothing when all is gone.
+fs::path ClearOld(const fs::path& old, const fs::path& target, const Step& step) noexcept {
   try {
     MoveSubFolders(old, target, step);
     RemoveFiles(old, step);
   } catch (const std::exception&) {
-    return;
+    return old;
   }
+  std::error_code ignored;
+  return fs::exists(old, ignored) ? old : fs::path();
 }
 
 }  // namespace
@@ -72,7 +75,7 @@ std::string CleanName(std::string_view name) {
   return clean.find_first_not_of(". ") == std::string::npos ? std::string() : clean;
 }
 
-void ReplaceProjectFolder(const fs::path& source, const fs::path& target, const Step& step) {
+fs::path ReplaceProjectFolder(const fs::path& source, const fs::path& target, const Step& step) {
   const fs::path place = codedb::IsLink(target) ? codedb::RealPath(target) : target;
   const fs::path fresh = FreeNeighbour(place, "neu");
   fs::path old;
@@ -95,7 +98,7 @@ void ReplaceProjectFolder(const fs::path& source, const fs::path& target, const 
     RemoveFiles(fresh, [] {});
     throw;
   }
-  if (!old.empty()) ClearOld(old, place, step);
+  return old.empty() ? fs::path() : ClearOld(old, place, step);
 }
 
 }  // namespace quillmate::ui

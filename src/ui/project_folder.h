@@ -16,9 +16,10 @@ std::string CleanName(std::string_view name);
 /// copy is made beside the target first and takes its place in one step when it is whole (in two steps where the file
 /// system can't exchange folders), so that a full disk or a killed program leaves the old project or the new one. Where
 /// `target` is a link, the folder behind it is the one that is replaced. `step` is called before each file operation;
-/// what it throws fails the save like an error of that operation. Throws std::runtime_error or
-/// std::filesystem::filesystem_error; the target is as before then.
-void ReplaceProjectFolder(
+/// what it throws fails the save like an error of that operation. Gives the folder beside the target where something of
+/// the earlier project lies that could neither be moved nor removed, an empty path when nothing does. Throws
+/// std::runtime_error or std::filesystem::filesystem_error; the target is as before then.
+std::filesystem::path ReplaceProjectFolder(
     const std::filesystem::path& source, const std::filesystem::path& target,
     const std::function<void()>& step = [] {});
 
