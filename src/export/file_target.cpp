@@ -1,5 +1,6 @@
 #include <cerrno>
 #include <fstream>
+#include <system_error>
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/paths.h>
@@ -58,8 +59,10 @@ void WriteBeside(const fs::path& target, const std::function<void(const Sink&)>&
     std::error_code ignored;
     fs::remove(fresh, ignored);
     const auto* const file = dynamic_cast<const fs::filesystem_error*>(&failure);
-    if (file != nullptr) codedb::FailToWrite(target, file->code().default_error_condition().value());
-    throw;
+    if (file == nullptr) throw;
+    // A system's own number means nothing to whoever words the reason.
+    const std::error_condition reason = file->code().default_error_condition();
+    codedb::FailToWrite(target, reason.category() == std::generic_category() ? reason.value() : 0);
   }
 }
 
