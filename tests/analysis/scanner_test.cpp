@@ -12,6 +12,7 @@
 
 #include "literal_scanner.h"
 #include "module_generator.h"
+#include "places.h"
 
 namespace quillmate::analysis {
 namespace {
@@ -69,7 +70,7 @@ TEST(Scanner, AgreesWithTheLiteralOneOnGeneratedModules) {
 }
 
 TEST(Scanner, AgreesWithTheLiteralOneOnTheSample) {
-  const std::filesystem::path folder = std::filesystem::path(QUILLMATE_SOURCE_DIR) / "samples" / "Lagerverwaltung";
+  const std::filesystem::path folder = tests::SourceFolder() / "samples" / "Lagerverwaltung";
   int modules = 0;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
     std::ifstream file(entry.path(), std::ios::binary);

@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "places.h"
 #include "process.h"
 
 namespace quillmate::cli {
@@ -119,6 +120,6 @@ StartedProgram CliTest::Start(const std::string& line, bool hasReader) const {
   return StartedProgram(std::move(handles));
 }
 
-fs::path Program() { return QUILLMATE_BIN_DIR "/quillmate-cli"; }
+fs::path Program() { return tests::ProgramFolder() / "quillmate-cli"; }
 
 }  // namespace quillmate::cli

@@ -3,6 +3,7 @@
 
 #include <quillmate/codedb/index_files.h>
 
+#include "places.h"
 #include "process.h"
 #include "windows/child_process.h"
 
@@ -110,6 +111,6 @@ StartedProgram CliTest::Start(const std::string& line, bool hasReader) const {
   return StartedProgram(std::move(handles));
 }
 
-fs::path Program() { return fs::path(QUILLMATE_BIN_DIR "/quillmate-cli.exe").make_preferred(); }
+fs::path Program() { return (tests::ProgramFolder() / "quillmate-cli.exe").make_preferred(); }
 
 }  // namespace quillmate::cli

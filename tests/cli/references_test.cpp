@@ -2,12 +2,13 @@
 
 #include <quillmate/codedb/index_files.h>
 
+#include "places.h"
 #include "process.h"
 
 namespace quillmate::cli {
 namespace {
 
-const fs::path kReferences = QUILLMATE_SOURCE_DIR "/tests/cli/reference";
+const fs::path kReferences = tests::SourceFolder() / "tests/cli/reference";
 
 /// The sample project through every command of the list in commands.txt, byte for byte. scripts/renew-references renews
 /// the files.
@@ -19,7 +20,7 @@ TEST_F(CliTest, References) {
     if (arguments.empty()) continue;
     const std::string file = arguments.front();
     arguments.erase(arguments.begin());
-    arguments.emplace_back(QUILLMATE_SOURCE_DIR "/samples/Lagerverwaltung");
+    arguments.push_back((tests::SourceFolder() / "samples/Lagerverwaltung").string());
     const Result result = RunAt(Program(), arguments);
     EXPECT_EQ(result.err, "");
     ++references;

@@ -3,6 +3,7 @@
 #include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/index_files.h>
 
+#include "places.h"
 #include "scratch.h"
 
 namespace quillmate::codedb {
@@ -62,7 +63,7 @@ TEST(Template, EveryBuildMakesTheSameSmallFile) {
   const fs::path again = folder.Path() / kTemplateFile;
   WriteWholeFile(again, "alt");
   // A relative name, for which no shell needs to know umlauts.
-  const fs::path tool = fs::absolute(fs::path(QUILLMATE_BIN_DIR).parent_path() / "tools" / "make_template");
+  const fs::path tool = tests::ProgramFolder().parent_path() / "tools" / "make_template";
   const std::string command = '"' + PathText(fs::path(tool).make_preferred()) + "\" " + std::string(kTemplateFile);
   const fs::path before = fs::current_path();
   fs::current_path(folder.Path());

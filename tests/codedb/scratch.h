@@ -12,6 +12,8 @@
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/paths.h>
 
+#include "places.h"
+
 namespace quillmate::codedb {
 
 /// A new empty folder (its path holds an umlaut and a blank) that goes with the test. Names are UTF-8.
@@ -65,7 +67,7 @@ inline std::map<std::string, std::string> FilesIn(const std::filesystem::path& f
   return files;
 }
 
-inline std::filesystem::path TemplateFile() { return std::filesystem::path(QUILLMATE_BIN_DIR) / kTemplateFile; }
+inline std::filesystem::path TemplateFile() { return tests::ProgramFolder() / kTemplateFile; }
 
 /// A fresh index, open.
 struct FreshIndex {

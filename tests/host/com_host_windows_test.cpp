@@ -17,6 +17,7 @@
 
 #include "codedb/scratch.h"
 #include "host/com_stand_in_windows.h"
+#include "places.h"
 
 namespace quillmate::host {
 namespace {
@@ -206,7 +207,7 @@ TEST_F(RunningHost, ClosedProjectsLeadToNoOtherOnes) {
 }
 
 TEST_F(RunningHost, TheSampleGivesTheSameIndexAsItsFiles) {
-  const fs::path samples = fs::path(QUILLMATE_SOURCE_DIR) / "samples";
+  const fs::path samples = tests::SourceFolder() / "samples";
   const Texts sources{codedb::PathText(samples / "Lagerverwaltung"), codedb::PathText(samples / "Kasse/Kasse.vbp")};
   const StandInHost standIn("--sources \"" + sources[0] + "\" \"" + sources[1] + "\"");
   ComHost host("Excel");

@@ -21,6 +21,7 @@
 #include <quillmate/ui/main_window.h>
 
 #include "codedb/scratch.h"
+#include "places.h"
 #include "recording_platform.h"
 
 namespace quillmate::testing {
@@ -33,7 +34,7 @@ class WindowTest : public ::testing::Test {
 
  protected:
   void SetUp() override {
-    std::filesystem::copy_file(std::filesystem::path(QUILLMATE_BIN_DIR) / codedb::kTemplateFile, TemplateFile());
+    std::filesystem::copy_file(tests::ProgramFolder() / codedb::kTemplateFile, TemplateFile());
     AddModule("Zebra.bas",
               "Attribute VB_Name = \"Zebra\"\r\nOption Explicit\r\n\r\nPublic Sub Zahl()\r\n"
               "  Call Adler ' \344\366\374\r\nEnd Sub\r\n\r\nPrivate Sub Adler()\r\n  s = \"x\"\r\nEnd Sub\r\n");
