@@ -126,7 +126,7 @@ class UnusedReport {
       publics_.candidates[i].hooked = IsHooked(*publics_.candidates[i].routine, text);
     }
     for (std::size_t i = 0; i < list.turns.size(); ++i) {
-      const NameTable::Group* const group = names_.GroupOf(list.turns[i].name);
+      const CandidateNames::Group* const group = names_.GroupOf(list.turns[i].name);
       list.candidates[i].hooked = IsHooked(*list.candidates[i].routine, text);
       list.candidates[i].inOtherSpelling = group != nullptr && group->lastModule == number;
     }
@@ -136,7 +136,7 @@ class UnusedReport {
     const codedb::RoutineRecord& routine = *candidate.routine;
     const bool called = routine.kind == codedb::kSub && IsCalledByHost(routine.name, moduleKind);
     if (called || candidate.hooked) return UnusedClass::kHost;
-    const NameTable::Group* const group = names_.GroupOf(turn.name);
+    const CandidateNames::Group* const group = names_.GroupOf(turn.name);
     // Friend routines are looked for in their own module alone, but others may call them.
     const bool seenElsewhere = routine.visibility != codedb::kPrivate && group != nullptr && group->lastModule > 0;
     const bool named = candidate.inOtherSpelling || seenElsewhere || (group != nullptr && group->inLiteral);
@@ -163,7 +163,7 @@ class UnusedReport {
   codedb::CodeDatabase& database_;
   std::filesystem::path folder_;
   std::vector<codedb::ModuleRecord> modules_;
-  NameTable names_;
+  CandidateNames names_;
   CandidateList publics_;
   std::vector<std::vector<std::size_t>> publicsOf_;  // by module: indices in publics_
   std::vector<CandidateList> privates_;              // by module

@@ -6,24 +6,23 @@ namespace quillmate::analysis {
 namespace {
 
 struct Character {
-  unsigned char folded = 0;
   bool identifier = false;
   bool before = false;  // may stand before a name
   bool behind = false;  // may stand behind a name
 };
 
-std::array<Character, 256> MakeCharacters() {
-  std::array<Character, 256> characters;
+constexpr std::array<Character, 256> MakeCharacters() noexcept {
+  std::array<Character, 256> characters{};
   for (unsigned code = 0; code < 256; ++code) {
-    const auto byte = static_cast<unsigned char>(code);
-    const bool identifier = text::IsIdentifierCharacter(byte);
-    const bool behind = !identifier || byte == 'Z';
-    characters[code] = {text::ToLower(byte), identifier, behind || (byte >= '0' && byte <= '9'), behind};
+    const char c = static_cast<char>(code);
+    const bool identifier = text::IsIdentifierCharacter(c);
+    const bool behind = !identifier || c == 'Z';
+    characters[code] = {identifier, behind || (c >= '0' && c <= '9'), behind};
   }
   return characters;
 }
 
-const std::array<Character, 256> kCharacters = MakeCharacters();
+constexpr std::array<Character, 256> kCharacters = MakeCharacters();
 
 const Character& CharacterOf(char c) noexcept { return kCharacters[static_cast<unsigned char>(c)]; }
 
@@ -32,8 +31,8 @@ const Character& CharacterOf(char c) noexcept { return kCharacters[static_cast<u
 bool MayStandBefore(char c) noexcept { return CharacterOf(c).before; }
 bool MayStandBehind(char c) noexcept { return CharacterOf(c).behind; }
 
-NameScan::NameScan(NameTable& names) : names_(names), powers_(names.Longest() + 1, 1) {
-  for (std::size_t i = 1; i < powers_.size(); ++i) powers_[i] = powers_[i - 1] * kHashFactor;
+NameScan::NameScan(CandidateNames& names) : names_(names), powers_(names.Longest() + 1, 1) {
+  for (std::size_t i = 1; i < powers_.size(); ++i) powers_[i] = powers_[i - 1] * text::kHashFactor;
 }
 
 const std::vector<Occurrence>& NameScan::Scan(const ReferenceText& text, int moduleNumber) {
@@ -60,7 +59,7 @@ std::size_t NameScan::ScanWord(std::size_t start) {
   std::size_t end = start;
   for (; end < code_.size() && CharacterOf(code_[end]).identifier; ++end) {
     const Character& c = CharacterOf(code_[end]);
-    hash = AppendToHash(hash, c.folded);
+    hash = text::AppendToHash(hash, code_[end]);
     inParts = inParts || joint || (c.behind && end > start);
     joint = c.before;
   }
@@ -70,8 +69,8 @@ std::size_t NameScan::ScanWord(std::size_t start) {
 }
 
 void NameScan::LookUpWord(std::uint64_t hash, std::size_t start, std::size_t end) {
-  if (end - start > names_.Longest() || !names_.Begins(CharacterOf(code_[start]).folded)) return;
-  NameTable::Group* const group = names_.Find(hash, code_.substr(start, end - start));
+  if (end - start > names_.Longest() || !names_.Begins(code_[start])) return;
+  CandidateNames::Group* const group = names_.Find(hash, code_.substr(start, end - start));
   if (group == nullptr) return;
   group->lastModule = module_;
   Collect(*group, start, end, true);
@@ -82,25 +81,25 @@ void NameScan::LookUpParts(std::size_t start, std::size_t end) {
   hashes_.assign(1, 0);
   joints_.assign(1, start);
   for (std::size_t i = start; i < end; ++i) {
-    hashes_.push_back(AppendToHash(hashes_.back(), CharacterOf(code_[i]).folded));
+    hashes_.push_back(text::AppendToHash(hashes_.back(), code_[i]));
     const std::size_t next = i + 1;
     if (next == end || MayStandBefore(code_[i]) || MayStandBehind(code_[next])) joints_.push_back(next);
   }
   for (std::size_t a = 0; a + 1 < joints_.size(); ++a) {
     const std::size_t from = joints_[a];
-    if (!names_.Begins(CharacterOf(code_[from]).folded)) continue;
+    if (!names_.Begins(code_[from])) continue;
     for (std::size_t b = a + 1; b < joints_.size() && joints_[b] - from <= names_.Longest(); ++b) {
       const std::size_t to = joints_[b];
       if (from == start && to == end) continue;
       const std::uint64_t hash = hashes_[to - start] - hashes_[from - start] * powers_[to - from];
-      const NameTable::Group* const group = names_.Find(hash, code_.substr(from, to - from));
+      const CandidateNames::Group* const group = names_.Find(hash, code_.substr(from, to - from));
       if (group != nullptr) Collect(*group, from, to, to == end);
     }
   }
 }
 
 /// Adds the names of a group that stand at `start`; the group's word ends at `end`.
-void NameScan::Collect(const NameTable::Group& group, std::size_t start, std::size_t end, bool wordEnds) {
+void NameScan::Collect(const CandidateNames::Group& group, std::size_t start, std::size_t end, bool wordEnds) {
   const std::string_view word = code_.substr(start, end - start);
   for (const int name : group.whole) {
     if (names_.Name(name) == word) {
@@ -124,10 +123,10 @@ void NameScan::ScanLiteral(std::string_view literal) {
     const std::size_t start = i;
     std::uint64_t hash = 0;
     for (; i < literal.size() && CharacterOf(literal[i]).identifier; ++i) {
-      hash = AppendToHash(hash, CharacterOf(literal[i]).folded);
+      hash = text::AppendToHash(hash, literal[i]);
     }
     if (i == start || i - start > names_.Longest()) continue;
-    NameTable::Group* const group = names_.Find(hash, literal.substr(start, i - start));
+    CandidateNames::Group* const group = names_.Find(hash, literal.substr(start, i - start));
     if (group != nullptr) group->inLiteral = true;
   }
 }

@@ -29,7 +29,7 @@ struct Occurrence {
 class NameScan {
  public:
   /// `names` is complete.
-  explicit NameScan(NameTable& names);
+  explicit NameScan(CandidateNames& names);
 
   /// All occurrences that begin and end at joints. Notes in the table what words the code and the literals hold. The
   /// result is valid until the next call.
@@ -39,11 +39,11 @@ class NameScan {
   std::size_t ScanWord(std::size_t start);
   void LookUpWord(std::uint64_t hash, std::size_t start, std::size_t end);
   void LookUpParts(std::size_t start, std::size_t end);
-  void Collect(const NameTable::Group& group, std::size_t start, std::size_t end, bool wordEnds);
+  void Collect(const CandidateNames::Group& group, std::size_t start, std::size_t end, bool wordEnds);
   void CollectAt(std::size_t start, const std::vector<int>& names);
   void ScanLiteral(std::string_view literal);
 
-  NameTable& names_;
+  CandidateNames& names_;
   std::vector<std::uint64_t> powers_;
   std::string_view code_;
   int module_ = 0;

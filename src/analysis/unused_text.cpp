@@ -3,14 +3,17 @@
 #include <algorithm>
 
 #include <quillmate/text/characters.h>
-#include <quillmate/text/markers.h>
+#include <quillmate/text/marked_walk.h>
 #include <quillmate/text/operations.h>
 
 namespace quillmate::analysis {
 namespace {
 
-constexpr std::string_view kAnyOpener = "|\237";
 constexpr std::string_view kAnyCloser = "\237|";
+/// What is no reference: header and end lines of routines first, then keywords, strings and comments. Of a closer only
+/// the first character goes.
+constexpr text::SpanRule kHeaderLines{text::HeaderLineOpen, text::HeaderLineClose, 1};
+constexpr text::SpanRule kSpans{text::kAnyOpener, kAnyCloser, 1};
 constexpr std::string_view kEventVariable = "WithEvents";
 constexpr std::string_view kInterface = "Implements ";
 /// Begins the types of the parameters that a ribbon hands to its call-backs.
@@ -19,8 +22,7 @@ constexpr std::string_view kRibbonType = "IRibbon";
 /// The identifier that a text begins with behind blanks.
 std::string_view LeadingIdentifier(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-  const auto end =
-      std::ranges::find_if_not(text, [](char c) { return text::IsIdentifierCharacter(static_cast<unsigned char>(c)); });
+  const auto end = std::ranges::find_if_not(text, text::IsIdentifierCharacter);
   return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
 
@@ -29,26 +31,21 @@ class Preparation {
   explicit Preparation(std::string_view markedText) : marked_(markedText) { result_.code = markedText; }
 
   ReferenceText Run() {
-    ForEachPart(text::HeaderLineOpen, text::HeaderLineClose,
-                [&](std::size_t start, std::size_t end) { NoteRibbon(start, end); });
-    ForEachPart(kAnyOpener, kAnyCloser, [&](std::size_t start, std::size_t end) { NoteSpan(start, end); });
+    BlankOut(kHeaderLines, [&](std::size_t start, std::size_t end) { NoteRibbon(start, end); });
+    BlankOut(kSpans, [&](std::size_t start, std::size_t end) { NoteSpan(start, end); });
     NoteInterfaces();
     return std::move(result_);
   }
 
  private:
-  /// Blanks out what lies between the first characters of an opener and of the closer behind it, both included.
   template <typename Note>
-  void ForEachPart(std::string_view opener, std::string_view closer, Note note) {
+  void BlankOut(const text::SpanRule& rule, Note note) {
     std::string& code = result_.code;
-    for (std::size_t start = code.find(opener); start != std::string::npos;) {
-      const std::size_t closing = code.find(closer, start + opener.size());
-      const std::size_t end = std::min(closing, code.size());
-      note(start, end);
-      const std::size_t behind = std::min(end + 1, code.size());
-      std::fill(code.begin() + static_cast<std::ptrdiff_t>(start), code.begin() + static_cast<std::ptrdiff_t>(behind),
-                ' ');
-      start = code.find(opener, behind);
+    text::MarkedSpan span = text::NextSpan(code, rule, 0);
+    while (span.start != code.size()) {
+      note(span.start, span.close);
+      std::fill(code.data() + span.start, code.data() + span.end, ' ');
+      span = text::NextSpan(code, rule, span.end);
     }
   }
 

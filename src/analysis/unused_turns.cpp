@@ -16,7 +16,7 @@ constexpr std::array<std::string_view, 5> kNamesInMarkers{"v", "w", "\237v", "w\
 
 }  // namespace
 
-TurnTaking::TurnTaking(const NameTable& names, std::vector<Turn>& publics)
+TurnTaking::TurnTaking(const CandidateNames& names, std::vector<Turn>& publics)
     : names_(names), publics_(publics), byName_(names.Count()) {
   for (std::size_t i = 0; i < publics.size(); ++i) {
     byName_[static_cast<std::size_t>(publics[i].name)].publicTurn = static_cast<int>(i);

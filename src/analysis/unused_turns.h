@@ -24,7 +24,7 @@ struct Turn {
 class TurnTaking {
  public:
   /// `publics` are looked for in every module, before its private names. Both must outlive this.
-  TurnTaking(const NameTable& names, std::vector<Turn>& publics);
+  TurnTaking(const CandidateNames& names, std::vector<Turn>& publics);
 
   /// Marks what the module references. `occurrences` are those of all names of the table in its `code`.
   void Take(std::string_view code, const std::vector<Occurrence>& occurrences, std::vector<Turn>& privates);
@@ -50,7 +50,7 @@ class TurnTaking {
   bool IsInMarkers(const Turn& turn) const;
   void MeetMarkers(int firstReferenced);
 
-  const NameTable& names_;
+  const CandidateNames& names_;
   std::vector<Turn>& publics_;
   std::vector<Turn>* privates_ = nullptr;
   std::vector<TurnsOfName> byName_;

@@ -1,19 +1,15 @@
-#include <algorithm>
-#include <array>
-#include <cstring>
-#include <memory>
-
+#include <quillmate/codedb/index_files.h>
 #include <quillmate/export/html.h>
-#include <quillmate/text/marker_match.h>
+#include <quillmate/export/module_header.h>
 
-#include "html_frame_p.h"
-#include "pieces_p.h"
+#include "markup_p.h"
 
 namespace quillmate::output {
 namespace {
 
-using text::kMarkerLength;
 using text::Marker;
+
+constexpr std::string_view kHtmlEnd = "</span></pre>";
 
 struct Entity {
   char character;
@@ -27,110 +23,41 @@ constexpr Entity kEntities[] = {
     {'"', "&#34;"},     {':', "&#58;"},     {')', "&#41;"},     {'(', "&#40;"},     {'+', "&#43;"},
 };
 
-/// A short text in a slot of fixed size: the whole slot is copied, which costs no branch.
-template <std::size_t Size>
-struct Slot {
-  char text[Size] = {};
-  std::uint8_t length = 0;
-
-  constexpr void Set(std::string_view source) noexcept {
-    std::copy(source.begin(), source.end(), text);
-    length = static_cast<std::uint8_t>(source.size());
-  }
-  char* Put(char* out) const noexcept {
-    std::memcpy(out, this, sizeof(*this));
-    return out + length;
-  }
-};
-
-using ByteSlot = Slot<7>;
-constexpr std::size_t kLongestEntity = 7;
-
-constexpr std::array<ByteSlot, 256> MakeByteTable() noexcept {
-  std::array<ByteSlot, 256> table{};
-  for (std::size_t c = 0; c < table.size(); ++c) {
-    table[c].text[0] = static_cast<char>(c);
-    table[c].length = 1;
-  }
-  for (const Entity& entity : kEntities) table[static_cast<unsigned char>(entity.character)].Set(entity.text);
-  return table;
+constexpr ByteSlots MakeBytes() noexcept {
+  ByteSlots bytes = PlainBytes();
+  for (const Entity& entity : kEntities) bytes[static_cast<unsigned char>(entity.character)].Set(entity.text);
+  return bytes;
 }
 
-constexpr auto kBytes = MakeByteTable();
+constexpr ByteSlots kBytes = MakeBytes();
 
-/// Fits a tag with three colour parts of eight digits.
-using TagSlot = Slot<63>;
-using TagSlots = std::array<TagSlot, static_cast<std::size_t>(Marker::kNone)>;
+/// Upper case, at least two digits.
+std::string Hex(std::int32_t part) {
+  static constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string digits;
+  for (auto rest = static_cast<std::uint32_t>(part); rest != 0 || digits.size() < 2; rest /= 16) {
+    digits.insert(digits.begin(), kDigits[rest % 16]);
+  }
+  return digits;
+}
 
 std::string ColourSpan(std::int32_t colour) { return "<span style=\"color:" + ColourToHex(colour) + "\"; >"; }
 
-TagSlots MakeTags(const HtmlOptions& options) {
-  TagSlots tags{};
-  const auto set = [&](Marker marker, std::string_view tag) { tags[static_cast<std::size_t>(marker)].Set(tag); };
+Markup HtmlMarkup(const HtmlOptions& options) {
+  Markup markup{.bytes = kBytes, .tags = {}, .lineFeed = {}, .headersVanish = !options.boldRoutines};
+  const auto set = [&](Marker marker, std::string_view tag) { markup.tags[static_cast<std::size_t>(marker)].Set(tag); };
   set(Marker::kSpanClose, "</span>");
   set(Marker::kCommentOpen, ColourSpan(options.commentColour));
   set(Marker::kKeywordOpen, ColourSpan(options.keywordColour));
   set(Marker::kStringOpen, ColourSpan(options.stringColour));
   set(Marker::kHeaderLineOpen, options.boldRoutines ? "<b>" : "");
   set(Marker::kHeaderLineClose, options.boldRoutines ? "</b>" : "");
-  return tags;
+  return markup;
 }
 
-/// Writes the HTML of one piece. Without bold a header line marker leaves nothing, and what it stood between comes
-/// together: two halves of a closing header marker vanish in turn, which is why those are recognised in what has been
-/// written. What comes together by the removal of a closing marker is no marker again: `closed_` is where the last one
-/// was.
-class BodyWriter {
- public:
-  BodyWriter(char* buffer, const TagSlots& tags, bool bold)
-      : begin_(buffer), closed_(buffer), tags_(tags), bold_(bold) {}
-
-  std::string_view Write(std::string_view piece) noexcept {
-    const char* in = piece.data();
-    const char* const end = in + piece.size();
-    char* out = begin_;
-    while (in != end) {
-      if (*in == '|') {
-        out = PutBar(in, end, out);
-      } else {
-        out = kBytes[static_cast<unsigned char>(*in++)].Put(out);
-      }
-    }
-    return {begin_, static_cast<std::size_t>(out - begin_)};
-  }
-
- private:
-  /// Writes the tag of the marker, or the plain bar, at `in` and steps behind it.
-  char* PutBar(const char*& in, const char* end, char* out) noexcept {
-    const Marker marker = text::CountedMarkerAt(in, end);
-    if (marker == Marker::kNone || (!bold_ && marker == Marker::kHeaderLineClose)) {
-      ++in;
-      return PutPlainBar(out);
-    }
-    in += kMarkerLength;
-    return tags_[static_cast<std::size_t>(marker)].Put(out);
-  }
-
-  char* PutPlainBar(char* out) noexcept {
-    constexpr std::string_view kBegun = text::HeaderLineClose.substr(0, kMarkerLength - 1);
-    if (!bold_ && std::string_view(closed_, static_cast<std::size_t>(out - closed_)).ends_with(kBegun)) {
-      return closed_ = out - kBegun.size();
-    }
-    *out = '|';
-    return out + 1;
-  }
-
-  char* begin_;
-  char* closed_;
-  const TagSlots& tags_;
-  bool bold_;
-};
-
-/// Room for the HTML of a piece, and for the rest of the last slot.
-std::size_t RoomFor(std::size_t pieceSize, const TagSlots& tags) noexcept {
-  std::size_t longest = kLongestEntity * kMarkerLength;
-  for (const TagSlot& tag : tags) longest = std::max<std::size_t>(longest, tag.length);
-  return (pieceSize / kMarkerLength + 1) * longest + sizeof(TagSlot);
+std::string HtmlHead(const HtmlOptions& options) {
+  return "<pre><span style=\"font-family=" + options.fontName +
+         ",Arial; font-size=" + std::to_string(options.fontSize) + "pt\"; >";
 }
 
 }  // namespace
@@ -139,28 +66,20 @@ std::string EscapeHtml(std::string_view text) {
   std::string escaped;
   escaped.reserve(text.size() + text.size() / 2);
   for (const char c : text) {
-    const ByteSlot& slot = kBytes[static_cast<unsigned char>(c)];
+    const auto& slot = kBytes[static_cast<unsigned char>(c)];
     escaped.append(slot.text, slot.length);
   }
   return escaped;
 }
 
-void HtmlBody(std::string_view markedText, const HtmlOptions& options, const Sink& sink) {
-  const TagSlots tags = MakeTags(options);
-  std::size_t size = 0;
-  std::unique_ptr<char[]> buffer;
-  ForEachPiece(markedText, [&](std::string_view piece) {
-    if (piece.size() > size) {
-      size = piece.size();
-      buffer = std::make_unique_for_overwrite<char[]>(RoomFor(size, tags));
-    }
-    sink(BodyWriter(buffer.get(), tags, options.boldRoutines).Write(piece));
-  });
+std::string ColourToHex(std::int32_t colour) {
+  const std::int32_t low = colour % 65536;
+  return "#" + Hex(low % 256) + Hex(low / 256) + Hex(colour / 65536);
 }
 
 void BuildHtml(std::string_view markedText, const HtmlOptions& options, const Sink& sink) {
   sink(HtmlHead(options));
-  HtmlBody(markedText, options, sink);
+  WriteMarkup(markedText, HtmlMarkup(options), sink);
   sink(kHtmlEnd);
 }
 
@@ -169,6 +88,43 @@ std::string BuildHtml(std::string_view markedText, const HtmlOptions& options) {
   html.reserve(markedText.size() * 2);
   BuildHtml(markedText, options, [&](std::string_view piece) { html.append(piece); });
   return html;
+}
+
+std::string CreditLine(std::string_view hostName) {
+  std::string line =
+      "<span style=\" font-weight:bold;\"> Code eingef&uuml;gt mit: </span> "
+      "<a style =\"color:#ffff00; background-color:#000080; font-weight:bold;\" "
+      "href=\"https://quillmate.example/\" target=\"blank\">";
+  return line.append(hostName).append(" Quillmate</a>");
+}
+
+std::string AppendCredit(std::string html, std::string_view hostName) {
+  return html.append("\r\n<br>").append(CreditLine(hostName));
+}
+
+std::string PreviewDocument(std::string_view html, std::string_view hostName) {
+  std::string page = "<HTML><HEAD><TITLE>";
+  page.append(hostName).append(" Quillmate</TITLE></HEAD><BODY>").append(html);
+  return page.append("</Body></HTML>\r\n");
+}
+
+std::string_view HtmlTypeLine(std::string_view imageKey) { return imageKey == "M5" ? imageKey : TypeLine(imageKey); }
+
+void ModuleHtml(const std::filesystem::path& folder, int moduleNumber, const HtmlOptions& options, const Sink& sink) {
+  BuildHtml(codedb::ReadModuleText(folder, moduleNumber), options, sink);
+}
+
+void ProjectHtml(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
+                 const HtmlOptions& options, const Sink& sink) {
+  const std::string head = HtmlHead(options);
+  const Markup markup = HtmlMarkup(options);
+  for (const ModuleEntry& module : modules) {
+    sink(head);
+    // The block ends at a line's end, so that it can be turned into HTML by itself.
+    if (headers) WriteMarkup(HeaderBlockWithType(module.name, HtmlTypeLine(module.imageKey)), markup, sink);
+    WriteMarkup(codedb::ReadModuleText(folder, module.number), markup, sink);
+    sink(kHtmlEnd);
+  }
 }
 
 }  // namespace quillmate::output

@@ -178,13 +178,13 @@ void AppendModuleCode(std::string& html, std::string_view markedText, int module
                       ReferenceFinder& finder) {
   finder.EnterModule(module);
   ModuleRenderer renderer(html, module, model, finder);
-  CodeWalk(markedText, renderer).Run();
+  WalkCode(markedText, renderer);
   renderer.Finish();
 }
 
 void AppendPlainCode(std::string& html, std::string_view markedText) {
   PlainRenderer renderer(html);
-  CodeWalk(markedText, renderer).Run();
+  WalkCode(markedText, renderer);
   renderer.Finish();
 }
 

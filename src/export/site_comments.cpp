@@ -23,8 +23,7 @@ bool IsCommentLine(std::string_view line, bool continued) noexcept {
 }
 
 bool HasWord(std::string_view text) noexcept {
-  return std::any_of(text.begin(), text.end(),
-                     [](char c) { return c != '_' && text::IsIdentifierCharacter(static_cast<unsigned char>(c)); });
+  return std::any_of(text.begin(), text.end(), [](char c) { return c != '_' && text::IsIdentifierCharacter(c); });
 }
 
 /// The words of a comment line; empty when it only draws a line.

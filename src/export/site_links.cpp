@@ -101,7 +101,7 @@ void ReferenceFinder::NextLine() noexcept {
 
 SiteReference ReferenceFinder::Find(std::string_view identifier) const noexcept {
   const int name = model_.names.Find(identifier);
-  if (name == NameTable::kNone) return {};
+  if (name == text::NameTable::kNone) return {};
   if (IsInHeader() && model_.Routine(current_).name == name) return {current_, true};
   const OwnRoutine& own = ownOfName_[static_cast<std::size_t>(name)];
   return {own.module == module_ ? own.routine : model_.publicRoutine[static_cast<std::size_t>(name)], false};
@@ -120,7 +120,7 @@ bool ReferenceFinder::IsInHeader() const noexcept {
 void CollectReferences(std::string_view markedText, int module, ReferenceFinder& finder, SiteModel& model) {
   finder.EnterModule(module);
   Collector collector(markedText, module, finder, model);
-  CodeWalk(markedText, collector).Run();
+  WalkCode(markedText, collector);
 }
 
 void SortReferences(SiteModel& model) {

@@ -29,7 +29,7 @@ std::vector<const codedb::RoutineRecord*> InOrderOfCode(const codedb::ModuleReco
 
 }  // namespace
 
-SiteModel::SiteModel(const SiteProject& siteProject) : project(siteProject), names(CountRoutines(siteProject)) {
+SiteModel::SiteModel(const SiteProject& siteProject) : project(siteProject) {
   FileNames pages;
   modules.reserve(project.modules.size());
   routines.reserve(CountRoutines(project));

@@ -6,6 +6,7 @@
 
 #include <quillmate/codedb/records.h>
 #include <quillmate/export/site.h>
+#include <quillmate/text/name_table.h>
 
 #include "site_names_p.h"
 
@@ -25,7 +26,7 @@ struct SiteRoutine {
   const codedb::RoutineRecord* record = nullptr;
   int module = 0;
   /// Position in SiteModel::names.
-  int name = NameTable::kNone;
+  int name = text::NameTable::kNone;
   /// Position in SiteModel::callers; shared by the routines of a module with the same name.
   int group = 0;
   /// Behind "r-" and "c-"; unique in the module.
@@ -55,7 +56,7 @@ struct SiteModel {
   const SiteProject& project;
   std::vector<SiteModule> modules;
   std::vector<SiteRoutine> routines;
-  NameTable names;
+  text::NameTable names;
   /// By name: the first routine of that name that is not private, in the order of the routines' numbers.
   std::vector<int> publicRoutine;
   /// By group: its first routine.

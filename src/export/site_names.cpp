@@ -1,8 +1,4 @@
-#include <algorithm>
 #include <array>
-#include <bit>
-
-#include <quillmate/text/characters.h>
 
 #include "site_names_p.h"
 
@@ -44,30 +40,6 @@ std::string LowerAscii(std::string_view name) {
   return lower;
 }
 
-using LowerTable = std::array<unsigned char, 256>;
-
-LowerTable MakeLowerTable() {
-  LowerTable table{};
-  for (unsigned code = 0; code < table.size(); ++code) table[code] = text::ToLower(static_cast<unsigned char>(code));
-  return table;
-}
-
-const LowerTable kLower = MakeLowerTable();
-
-unsigned char Lower(char c) noexcept { return kLower[static_cast<unsigned char>(c)]; }
-
-std::uint32_t HashOf(std::string_view name) noexcept {
-  std::uint32_t hash = 2166136261U;
-  for (const char c : name) hash = (hash ^ Lower(c)) * 16777619U;
-  return hash ^ (hash >> 15U);
-}
-
-bool EqualsLower(std::string_view name, std::string_view lower) noexcept {
-  return name.size() == lower.size() && std::equal(name.begin(), name.end(), lower.begin(), [](char a, char b) {
-           return Lower(a) == static_cast<unsigned char>(b);
-         });
-}
-
 }  // namespace
 
 std::string FileNames::Make(std::string_view name) {
@@ -79,36 +51,6 @@ std::string FileNames::Make(std::string_view name) {
     // The reference stays good when the table grows.
     if (taken_.emplace(key + suffix, 2).second) return stem + suffix;
   }
-}
-
-NameTable::NameTable(std::size_t most) : slots_(std::bit_ceil(std::max<std::size_t>(most * 4, 16))) {}
-
-int NameTable::Add(std::string_view name) {
-  const std::uint32_t hash = HashOf(name);
-  Slot& slot = slots_[SlotOf(name, hash)];
-  if (slot.name != kNone) return slot.name;
-  const int number = static_cast<int>(names_.size());
-  slot = {hash, number};
-  std::string lower(name);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) { return static_cast<char>(Lower(c)); });
-  names_.push_back(std::move(lower));
-  return number;
-}
-
-int NameTable::Find(std::string_view name) const noexcept {
-  const std::uint32_t hash = HashOf(name);
-  return slots_[SlotOf(name, hash)].name;
-}
-
-std::size_t NameTable::SlotOf(std::string_view name, std::uint32_t hash) const noexcept {
-  const std::size_t mask = slots_.size() - 1;
-  std::size_t at = hash & mask;
-  while (slots_[at].name != kNone) {
-    const Slot& slot = slots_[at];
-    if (slot.hash == hash && EqualsLower(name, names_[static_cast<std::size_t>(slot.name)])) break;
-    at = (at + 1) & mask;
-  }
-  return at;
 }
 
 }  // namespace quillmate::output

@@ -72,7 +72,7 @@ void TakeLine(std::string_view line, VbProject& project) {
 /// A name in the form in which names that differ in case only are equal.
 std::string Folded(const fs::path& name) {
   std::string folded = text::CodeFromUtf8(codedb::PathText(name));
-  for (char& c : folded) c = static_cast<char>(text::ToLower(static_cast<unsigned char>(c)));
+  for (char& c : folded) c = static_cast<char>(text::ToLower(c));
   return folded;
 }
 

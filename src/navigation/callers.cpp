@@ -6,7 +6,7 @@
 #include <quillmate/codedb/codes.h>
 #include <quillmate/navigation/callers.h>
 #include <quillmate/navigation/routine_lines.h>
-#include <quillmate/text/markers.h>
+#include <quillmate/text/marked_walk.h>
 
 #include "needle_p.h"
 #include "words_p.h"
@@ -14,7 +14,9 @@
 namespace quillmate::navigation {
 namespace {
 
-constexpr std::string_view kAnyOpener = "|\237";
+/// Comments, string literals and keywords. Any opener begins such a span, that of a header line too; it ends with the
+/// next closer of a span, so that of a header line only the first keyword belongs to it.
+constexpr text::SpanRule kNoCallers{text::kAnyOpener, text::SpanClose, text::SpanClose.size()};
 
 std::string ScopeQuery(int view, std::string_view name) {
   return "SELECT td_rout.rou_name, "
@@ -35,27 +37,20 @@ std::string ModuleQuery(int moduleNumber) {
          std::to_string(moduleNumber);
 }
 
-/// Tells which parts of a marked-up text are comments, string literals or keywords. Any opener begins such a part, that
-/// of a header line, too; it ends with the next closer of a span or else with the text, so that of a header line only
-/// the first keyword belongs to it.
+/// Tells which offsets of a marked-up text no caller is looked for at.
 class SpanWalk {
  public:
   explicit SpanWalk(std::string_view text) : text_(text) {}
 
   /// Offsets must ascend.
   bool Covers(std::size_t offset) {
-    while (end_ <= offset) {
-      start_ = std::min(text_.find(kAnyOpener, end_), text_.size());
-      const std::size_t closer = text_.find(text::SpanClose, start_ + kAnyOpener.size());
-      end_ = closer == std::string_view::npos ? text_.size() : closer + text::SpanClose.size();
-    }
-    return offset >= start_;
+    while (span_.end <= offset) span_ = text::NextSpan(text_, kNoCallers, span_.end);
+    return offset >= span_.start;
   }
 
  private:
   std::string_view text_;
-  std::size_t start_ = 0;  // the last span looked at
-  std::size_t end_ = 0;
+  text::MarkedSpan span_;  // the last one looked at
 };
 
 bool StandsAlone(std::string_view text, std::size_t start, std::size_t end) noexcept {

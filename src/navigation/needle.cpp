@@ -17,13 +17,11 @@ std::size_t Frequency(char c) noexcept {
   return rank == std::string_view::npos ? 0 : kFrequent.size() - rank;
 }
 
-unsigned char Fold(char c) noexcept { return text::ToLower(static_cast<unsigned char>(c)); }
-
 /// The other byte that folds to the same letter; the byte itself when there is none.
 unsigned char OtherCase(unsigned char folded) noexcept {
   for (unsigned code = 0; code < 256; ++code) {
     const auto other = static_cast<unsigned char>(code);
-    if (other != folded && text::ToLower(other) == folded) return other;
+    if (other != folded && text::ToLower(static_cast<char>(other)) == folded) return other;
   }
   return folded;
 }
@@ -31,7 +29,8 @@ unsigned char OtherCase(unsigned char folded) noexcept {
 }  // namespace
 
 Needle::Needle(std::string_view needle, bool ignoreCase) : needle_(needle), ignoreCase_(ignoreCase) {
-  if (ignoreCase_) std::ranges::transform(needle_, needle_.begin(), [](char c) { return static_cast<char>(Fold(c)); });
+  if (ignoreCase_)
+    std::ranges::transform(needle_, needle_.begin(), [](char c) { return static_cast<char>(text::ToLower(c)); });
   const auto rarest = std::ranges::min_element(needle_, {}, Frequency);
   rarest_ = static_cast<std::size_t>(rarest - needle_.begin());
   const auto code = static_cast<unsigned char>(*rarest);
@@ -71,7 +70,7 @@ std::size_t Needle::Next() noexcept {
 bool Needle::MatchesAt(const char* text) const noexcept {
   if (!ignoreCase_) return std::memcmp(text, needle_.data(), needle_.size()) == 0;
   return std::equal(needle_.begin(), needle_.end(), text,
-                    [](char n, char c) { return static_cast<char>(Fold(c)) == n; });
+                    [](char n, char c) { return static_cast<char>(text::ToLower(c)) == n; });
 }
 
 }  // namespace quillmate::navigation

@@ -1,13 +1,9 @@
-#include <cstring>
-
 #include <quillmate/navigation/code_view.h>
-#include <quillmate/text/marker_match.h>
+#include <quillmate/text/marked_walk.h>
 
 namespace quillmate::navigation {
 namespace {
 
-using text::CountedMarkerAt;
-using text::kMarkerLength;
 using text::Marker;
 
 /// Collects the text and its runs. Colour and bold are switches as in the RTF: an opener sets the colour, whatever it
@@ -16,7 +12,7 @@ class RunBuilder {
  public:
   explicit RunBuilder(std::size_t size) { module_.text.reserve(size); }
 
-  void Switch(Marker marker) noexcept {
+  void Mark(Marker marker) noexcept {
     switch (marker) {
       case Marker::kSpanClose:
         span_ = Span::kPlain;
@@ -35,7 +31,7 @@ class RunBuilder {
     }
   }
 
-  void Add(std::string_view code) {
+  void Code(std::string_view code) {
     if (span_ == Span::kPlain && !headerLine_) {
       module_.text.append(code);
     } else {
@@ -79,21 +75,7 @@ class RunBuilder {
 
 PlainModule StripMarkers(std::string_view markedText) {
   RunBuilder builder(markedText.size());
-  const char* start = markedText.data();
-  const char* const end = start + markedText.size();
-  const char* in = start;
-  while (in != end) {
-    const void* found = std::memchr(in, '|', static_cast<std::size_t>(end - in));
-    if (found == nullptr) break;
-    const char* bar = static_cast<const char*>(found);
-    const Marker marker = CountedMarkerAt(bar, end);
-    in = bar + 1;
-    if (marker == Marker::kNone) continue;
-    builder.Add({start, bar});
-    builder.Switch(marker);
-    start = in = bar + kMarkerLength;
-  }
-  builder.Add({start, end});
+  text::WalkMarkedText(markedText, builder);
   return builder.Take();
 }
 

@@ -8,7 +8,7 @@
 namespace quillmate::navigation {
 
 inline bool IsIdentifierAt(std::string_view text, std::size_t offset) noexcept {
-  return text::IsIdentifierCharacter(static_cast<unsigned char>(text[offset]));
+  return text::IsIdentifierCharacter(text[offset]);
 }
 
 }  // namespace quillmate::navigation

@@ -51,9 +51,8 @@ class SlowScan {
   static std::vector<std::string> WordsOf(const std::string& code) {
     std::vector<std::string> words(1);
     for (const char c : code) {
-      const auto byte = static_cast<unsigned char>(c);
-      if (text::IsIdentifierCharacter(byte)) {
-        words.back() += static_cast<char>(text::ToLower(byte));
+      if (text::IsIdentifierCharacter(c)) {
+        words.back() += static_cast<char>(text::ToLower(c));
       } else {
         words.emplace_back();
       }
@@ -126,7 +125,7 @@ class SiteCallersTest : public SiteTest {
       const auto addLine = [&] {
         for (std::size_t i = random() % 5; i > 0; --i) {
           std::string name = pick(kNames);
-          if (random() % 2 == 0) name[0] = static_cast<char>(text::ToLower(static_cast<unsigned char>(name[0])));
+          if (random() % 2 == 0) name[0] = static_cast<char>(text::ToLower(name[0]));
           code += name + pick(kCode);
         }
         code += '\n';

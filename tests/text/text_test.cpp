@@ -72,12 +72,12 @@ TEST(Operations, PiecesAndEnds) {
 }
 
 TEST(Characters, UmlautsCountAndFold) {
-  EXPECT_TRUE(IsIdentifierCharacter(0xC4));
-  EXPECT_FALSE(IsIdentifierCharacter(0xE9));
+  EXPECT_TRUE(IsIdentifierCharacter('\304'));
+  EXPECT_FALSE(IsIdentifierCharacter('\351'));
   EXPECT_FALSE(IsIdentifierCharacter('.'));
-  EXPECT_EQ(ToLower(0xDC), 0xFC);
-  EXPECT_EQ(ToLower(0xD7), 0xD7);
-  EXPECT_EQ(ToLower(0x9F), 0xFF);
+  EXPECT_EQ(ToLower('\334'), 0xFC);
+  EXPECT_EQ(ToLower('\327'), 0xD7);
+  EXPECT_EQ(ToLower('\237'), 0xFF);
 }
 
 }  // namespace

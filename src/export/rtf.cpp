@@ -1,9 +1,12 @@
 #include <quillmate/export/rtf.h>
-#include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
+
+#include "markup_p.h"
 
 namespace quillmate::output {
 namespace {
+
+using text::Marker;
 
 constexpr std::string_view kFontTable =
     "{\\rtf1\\ansi\\deff0\\deftab720{\\fonttbl{\\f0\\fswiss MS Sans Serif;}\r\n"
@@ -18,7 +21,41 @@ std::string TabStops(int millimetres) {
   return stops;
 }
 
+constexpr ByteSlots MakeBytes() noexcept {
+  ByteSlots bytes = PlainBytes();
+  bytes['\\'].Set("\\\\");
+  bytes['{'].Set("\\{");
+  bytes['}'].Set("\\}");
+  bytes['\t'].Set("\\tab ");
+  return bytes;
+}
+
+constexpr ByteSlots kBytes = MakeBytes();
+
+Markup RtfMarkup(bool boldRoutines) {
+  Markup markup{.bytes = kBytes, .tags = {}, .lineFeed = "\n\\par ", .headersVanish = !boldRoutines};
+  const auto set = [&](Marker marker, std::string_view tag) { markup.tags[static_cast<std::size_t>(marker)].Set(tag); };
+  set(Marker::kSpanClose, "\\cf0 ");
+  set(Marker::kCommentOpen, "\\cf2 ");
+  set(Marker::kKeywordOpen, "\\cf1 ");
+  set(Marker::kStringOpen, "\\cf3 ");
+  set(Marker::kHeaderLineOpen, boldRoutines ? "\\b " : "");
+  set(Marker::kHeaderLineClose, boldRoutines ? "\\b0 " : "");
+  return markup;
+}
+
 }  // namespace
+
+void ColourBody(std::string_view markedText, bool boldRoutines, const Sink& sink) {
+  WriteMarkup(markedText, RtfMarkup(boldRoutines), sink);
+}
+
+std::string ColourBody(std::string_view markedText, bool boldRoutines) {
+  std::string body;
+  body.reserve(markedText.size() + markedText.size() / 4);
+  ColourBody(markedText, boldRoutines, [&](std::string_view piece) { body.append(piece); });
+  return body;
+}
 
 std::string ColourEntry(std::int32_t colour) {
   return "\\red" + std::to_string(colour % 256) + "\\green" + std::to_string(colour / 256 % 256) + "\\blue" +
