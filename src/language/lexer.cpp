@@ -1,0 +1,580 @@
+#include <algorithm>
+#include <bit>
+
+#include <quillmate/text/utf8.h>
+
+#include "case_folding_p.h"
+#include "characters_p.h"
+#include "lexer_p.h"
+
+namespace quillmate::language {
+namespace {
+
+constexpr std::size_t kLongestDate = 64;      // between two "#"
+constexpr std::size_t kNestedBrackets = 256;  // how far to look for the outer end of brackets in brackets
+
+/// Reserved words that a file number or a date may follow without a blank: `Close#1`.
+constexpr bool TakesHash(NameId word) noexcept {
+  return word < kWordAccess && word != kWordDate && word != kWordString && word != kWordTab;
+}
+
+BuiltinType SuffixType(char c) noexcept {
+  switch (c) {
+    case '%':
+      return BuiltinType::kInteger;
+    case '&':
+      return BuiltinType::kLong;
+    case '^':
+      return BuiltinType::kLongLong;
+    case '!':
+      return BuiltinType::kSingle;
+    case '#':
+      return BuiltinType::kDouble;
+    case '@':
+      return BuiltinType::kCurrency;
+    case '$':
+      return BuiltinType::kString;
+    default:
+      return BuiltinType::kUndeclared;
+  }
+}
+
+/// True when "&" or "^", glued to what stands before it, is an operator because of the character behind it.
+bool StartsOperand(char sign, char next) noexcept {
+  const CharacterClass found = ClassOf(next);
+  if (found == CharacterClass::kLetter || found == CharacterClass::kDigit || found == CharacterClass::kHigh ||
+      found == CharacterClass::kQuote) {
+    return true;
+  }
+  return sign == '^' && (next == '(' || next == '-' || next == '.' || next == '[');
+}
+
+text::Utf8Character CharacterAt(const char* at, const char* end) noexcept {
+  const text::Utf8Character read =
+      text::ReadUtf8({at, static_cast<std::size_t>(std::min<std::ptrdiff_t>(end - at, 4))});
+  return read.length == 0 ? text::Utf8Character{U'\uFFFD', 1} : read;
+}
+
+bool IsHexDigit(char c) noexcept { return IsAsciiDigit(c) || ((c | 0x20) >= 'a' && (c | 0x20) <= 'f'); }
+
+/// The blank before "_" that makes it a continuation; the no-break space is none.
+bool IsBlankBeforeContinuation(const char* at, const char* begin) noexcept {
+  if (at == begin) return false;
+  if (IsNarrowBlank(at[-1])) return true;
+  if (static_cast<signed char>(at[-1]) >= 0 || at - begin < 3) return false;
+  const text::Utf8Character read = text::ReadUtf8({at - 3, 3});
+  return read.length == 3 && IsBlank(read.character);
+}
+
+}  // namespace
+
+void Lexer::Start(std::string_view text, std::size_t offset, NameTable& names, Module& module, bool keepComments) {
+  begin_ = text.data();
+  end_ = begin_ + text.size();
+  at_ = begin_ + offset;
+  names_ = &names;
+  module_ = &module;
+  line_ = static_cast<std::uint32_t>(module.lines.size());
+  keepComments_ = keepComments;
+}
+
+bool Lexer::Next() {
+  tokens_.clear();
+  comments_.clear();
+  open_.clear();
+  pending_ = token_flag::kBlankBefore;
+  if (at_ == end_) return false;
+  firstLine_ = line_ + 1;
+  BeginPhysicalLine();
+  lineOpen_ = true;
+  while (lineOpen_) ReadTokens();
+  return true;
+}
+
+void Lexer::BeginPhysicalLine() {
+  ++line_;
+  columnBase_ = at_;
+  noBracketBefore_ = at_;
+  firstOfLine_ = tokens_.size();
+  PhysicalLine& line = module_->lines.emplace_back();
+  line.offset = static_cast<std::uint32_t>(at_ - begin_);
+}
+
+/// Takes the line break and settles what the line was.
+void Lexer::EndPhysicalLine(bool continues) {
+  PhysicalLine& line = module_->lines.back();
+  if (tokens_.size() > firstOfLine_ || (continues && !line.trailingComment)) {
+    const bool directive = !tokens_.empty() && tokens_.front().kind == TokenKind::kDirective;
+    line.lineClass = directive ? LineClass::kDirective : LineClass::kCode;
+  } else if (line.trailingComment) {
+    line.lineClass = LineClass::kComment;
+    line.trailingComment = false;
+  }
+  line.continues = continues;
+  SkipLineEnd();
+  lineOpen_ = continues && at_ < end_;
+  if (lineOpen_) BeginPhysicalLine();
+}
+
+void Lexer::SkipLineEnd() noexcept {
+  if (at_ == end_) return;
+  if (*at_++ == '\r' && at_ < end_ && *at_ == '\n') ++at_;
+}
+
+const char* Lexer::FindLineEnd(const char* from) const noexcept {
+  constexpr std::uint64_t kOnes = 0x0101010101010101U;
+  const auto zeroBytes = [](std::uint64_t word) { return (word - kOnes) & ~word & name_word::kHighBits; };
+  for (; from < end_; from += 8) {
+    const std::uint64_t word = name_word::Load(from);
+    const std::uint64_t found = zeroBytes(word ^ (kOnes * '\n')) | zeroBytes(word ^ (kOnes * '\r'));
+    if (found == 0) continue;
+    if constexpr (std::endian::native == std::endian::little) {
+      from += std::countr_zero(found) / 8;
+    } else {
+      while (!IsLineEnd(*from)) ++from;
+    }
+    return std::min(from, end_);
+  }
+  return end_;
+}
+
+void Lexer::ReadTokens() {
+  while (lineOpen_) {
+    switch (ClassOf(*at_)) {
+      case CharacterClass::kBlank:
+        if (at_ >= end_) return EndPhysicalLine(false);
+        while (ClassOf(*++at_) == CharacterClass::kBlank && at_ < end_) {
+        }
+        pending_ |= token_flag::kBlankBefore;
+        break;
+      case CharacterClass::kLineEnd:
+        return EndPhysicalLine(false);
+      case CharacterClass::kLetter:
+        ReadName();
+        break;
+      case CharacterClass::kDigit:
+        ReadNumber();
+        break;
+      case CharacterClass::kUnderscore:
+        ReadUnderscore();
+        break;
+      case CharacterClass::kHigh:
+        ReadHighCharacter();
+        break;
+      case CharacterClass::kQuote:
+        ReadString();
+        break;
+      case CharacterClass::kApostrophe:
+        return ReadComment(at_);
+      case CharacterClass::kOperator:
+        ReadOperator();
+        break;
+      case CharacterClass::kAmpersand:
+        ReadAmpersand();
+        break;
+      case CharacterClass::kBang:
+        PushOperator(Operator::kBang, 1);
+        break;
+      case CharacterClass::kHash:
+        ReadHash();
+        break;
+      case CharacterClass::kDot:
+        if (IsAsciiDigit(at_[1]) && ((pending_ & token_flag::kBlankBefore) != 0 || !EndsOperand())) {
+          ReadNumber();
+        } else {
+          PushOperator(Operator::kDot, 1);
+        }
+        break;
+      case CharacterClass::kBracket:
+        ReadBracketedName();
+        break;
+      case CharacterClass::kOpen:
+        ReadOpen();
+        break;
+      case CharacterClass::kClose:
+        ReadClose();
+        break;
+      case CharacterClass::kOther:
+        Push(TokenKind::kUnknown, at_, at_ + 1);
+        break;
+    }
+  }
+}
+
+Token& Lexer::Push(TokenKind kind, const char* from, const char* to) {
+  Token& token = tokens_.emplace_back();
+  token.offset = static_cast<std::uint32_t>(from - begin_);
+  token.length = static_cast<std::uint32_t>(to - from);
+  token.line = line_;
+  token.column = static_cast<std::uint32_t>(from - columnBase_) + 1;
+  token.name = kNone;
+  token.kind = kind;
+  token.flags = pending_;
+  pending_ = 0;
+  at_ = to;
+  return token;
+}
+
+void Lexer::PushOperator(Operator op, std::uint32_t length) {
+  Push(TokenKind::kOperator, at_, at_ + length).detail = static_cast<std::uint8_t>(op);
+}
+
+/// Where Rem is a comment: the first word of a statement.
+bool Lexer::AtStatementStart() const noexcept {
+  if (tokens_.empty()) return true;
+  const Token& last = tokens_.back();
+  if (last.kind == TokenKind::kInteger) return tokens_.size() == 1;
+  if (last.kind == TokenKind::kOperator) return last.detail == static_cast<std::uint8_t>(Operator::kColon);
+  return last.kind == TokenKind::kName && (last.name == kWordThen || last.name == kWordElse) &&
+         (last.flags & token_flag::kBracketed) == 0;
+}
+
+/// True when the last token can be the end of an operand, so that an operator and not a sign of its own follows.
+bool Lexer::EndsOperand() const noexcept {
+  if (tokens_.empty()) return false;
+  const Token& last = tokens_.back();
+  switch (last.kind) {
+    case TokenKind::kOperator:
+      return last.detail == static_cast<std::uint8_t>(Operator::kClose);
+    case TokenKind::kDirective:
+    case TokenKind::kUnknown:
+    case TokenKind::kComment:
+      return false;
+    default:
+      return true;
+  }
+}
+
+void Lexer::ReadName() {
+  const char* to = at_ + 1;
+  while (GoesOnWithName(*to)) ++to;
+  const char* const from = at_;
+  unsigned char bits = 0;
+  for (const char* c = from; c < to; ++c) bits |= static_cast<unsigned char>(*c);
+  if (bits < 0x80) {
+    const NameId name = names_->Plain(from, static_cast<std::size_t>(to - from));
+    if (name == kWordRem && AtStatementStart()) return ReadComment(from);
+    Token& token = Push(TokenKind::kName, from, to);
+    token.name = name;
+    return ReadNameSuffix(token);
+  }
+  ReadHighCharacter();
+}
+
+/// A name with characters beyond ASCII, or one of those that belong to none.
+void Lexer::ReadHighCharacter() {
+  const char* const from = at_;
+  const char* to = from;
+  std::ptrdiff_t extraBytes = 0;
+  while (to < end_ && GoesOnWithName(*to)) {
+    if (static_cast<unsigned char>(*to) < 0x80) {
+      ++to;
+      continue;
+    }
+    const text::Utf8Character read = CharacterAt(to, end_);
+    const bool blank = IsBlank(read.character);
+    if (blank || IsPunctuation(read.character)) {
+      if (to > from) break;
+      if (blank) {
+        pending_ |= token_flag::kBlankBefore;
+        at_ = to + read.length;
+      } else {
+        Push(TokenKind::kUnknown, to, to + read.length);
+      }
+      columnBase_ += read.length - 1;
+      return;
+    }
+    to += read.length;
+    extraBytes += static_cast<std::ptrdiff_t>(read.length) - 1;
+  }
+  Token& token = Push(TokenKind::kName, from, to);
+  columnBase_ += extraBytes;
+  token.name = names_->Other({from, static_cast<std::size_t>(to - from)});
+  ReadNameSuffix(token);
+}
+
+/// The "]" that ends the name at `at_`, null when the line has none.
+const char* Lexer::FindBracketEnd() noexcept {
+  if (at_ < noBracketBefore_) return nullptr;
+  const char* first = nullptr;
+  int depth = 0;
+  const char* c = at_;
+  for (; c < end_ && !IsLineEnd(*c); ++c) {
+    if (*c == '[') ++depth;
+    if (*c != ']') continue;
+    if (first == nullptr) first = c;
+    if (--depth == 0) return c;
+    if (c - at_ > static_cast<std::ptrdiff_t>(kNestedBrackets)) return first;
+  }
+  if (first == nullptr) noBracketBefore_ = c;
+  return first;
+}
+
+void Lexer::ReadBracketedName() {
+  const char* const from = at_;
+  const char* const close = FindBracketEnd();
+  if (close == nullptr) {
+    Push(TokenKind::kUnknown, from, from + 1).flags |= token_flag::kUnclosed;
+    return;
+  }
+  Token& token = Push(TokenKind::kName, from, close + 1);
+  token.flags |= token_flag::kBracketed;
+  bool plain = close > from + 1;
+  for (const char* c = from + 1; c < close; ++c) {
+    plain = plain && GoesOnWithName(*c) && static_cast<unsigned char>(*c) < 0x80;
+    if ((static_cast<unsigned char>(*c) & 0xC0) == 0x80) ++columnBase_;
+  }
+  const auto length = static_cast<std::size_t>(close - from - 1);
+  token.name = plain ? names_->Plain(from + 1, length) : names_->Other({from + 1, length});
+  ReadNameSuffix(token);
+}
+
+void Lexer::TakeSuffix(Token& token) {
+  token.detail = static_cast<std::uint8_t>(SuffixType(*at_));
+  token.flags |= token_flag::kSuffixed;
+  ++token.length;
+  ++at_;
+}
+
+void Lexer::ReadNameSuffix(Token& token) {
+  const bool reserved = token.name < kWordAccess && (token.flags & token_flag::kBracketed) == 0;
+  switch (*at_) {
+    case '%':
+    case '@':
+    case '$':
+      return TakeSuffix(token);
+    case '&':
+      if (!StartsOperand('&', at_[1]) && !reserved) TakeSuffix(token);
+      return;
+    case '^':
+      if (!StartsOperand('^', at_[1]) && !reserved) TakeSuffix(token);
+      return;
+    case '!': {
+      const CharacterClass next = ClassOf(at_[1]);
+      const bool access = next == CharacterClass::kLetter || next == CharacterClass::kHigh ||
+                          next == CharacterClass::kBracket || next == CharacterClass::kUnderscore;
+      if (!access && !reserved) TakeSuffix(token);
+      return;
+    }
+    case '#':
+      if (!TakesHash(token.name) || (token.flags & token_flag::kBracketed) != 0) TakeSuffix(token);
+      return;
+    default:
+      return;
+  }
+}
+
+void Lexer::ReadNumber() {
+  const char* const from = at_;
+  const char* to = from;
+  TokenKind kind = TokenKind::kInteger;
+  while (IsAsciiDigit(*to)) ++to;
+  if (*to == '.') {
+    kind = TokenKind::kFloat;
+    ++to;
+    while (IsAsciiDigit(*to)) ++to;
+  }
+  const char exponent = static_cast<char>(*to | 0x20);
+  if (exponent == 'e' || exponent == 'd') {
+    const char* digits = to + 1;
+    if (*digits == '+' || *digits == '-') ++digits;
+    if (IsAsciiDigit(*digits)) {
+      kind = TokenKind::kFloat;
+      for (to = digits; IsAsciiDigit(*to);) ++to;
+    }
+  }
+  ReadNumberSuffix(Push(kind, from, to));
+}
+
+void Lexer::ReadNumberSuffix(Token& token) {
+  const char c = *at_;
+  switch (c) {
+    case '&':
+    case '^':
+      if (StartsOperand(c, at_[1])) return;
+      break;
+    case '%':
+    case '!':
+    case '#':
+    case '@':
+      break;
+    default:
+      return;
+  }
+  TakeSuffix(token);
+}
+
+/// "&H1F", "&O17", "&17".
+void Lexer::ReadRadixNumber(std::uint32_t prefix) {
+  const char* const from = at_;
+  const char* to = from + prefix;
+  while (IsHexDigit(*to)) ++to;
+  ReadNumberSuffix(Push(TokenKind::kInteger, from, to));
+}
+
+void Lexer::ReadAmpersand() {
+  const bool glued = (pending_ & token_flag::kBlankBefore) == 0;
+  const bool operand = EndsOperand();
+  const bool reserved = operand && tokens_.back().kind == TokenKind::kName && tokens_.back().name < kWordAccess &&
+                        (tokens_.back().flags & token_flag::kBracketed) == 0;
+  const char next = static_cast<char>(at_[1] | 0x20);
+  const char* digits = at_ + 2;
+  if (next == 'h') {
+    while (IsHexDigit(*digits)) ++digits;
+    // Behind a name it is an argument ("Sleep &H10"), behind any other operand a concatenation with its blank missing.
+    const bool argument = !operand || reserved || (!glued && tokens_.back().kind == TokenKind::kName);
+    if (digits > at_ + 2 && !GoesOnWithName(*digits) && argument) return ReadRadixNumber(2);
+  } else if (!operand || reserved) {
+    if (next == 'o' && IsAsciiDigit(at_[2])) return ReadRadixNumber(2);
+    if (IsAsciiDigit(at_[1])) return ReadRadixNumber(1);
+  }
+  PushOperator(Operator::kConcatenate, 1);
+}
+
+void Lexer::ReadString() {
+  const char* const from = at_;
+  const char* to = from + 1;
+  const char* columnBase = columnBase_;
+  while (to < end_) {
+    const char c = *to;
+    if (c == '"') {
+      if (to[1] != '"') break;
+      ++to;
+    } else if (IsLineEnd(c)) {
+      break;
+    } else if ((static_cast<unsigned char>(c) & 0xC0) == 0x80) {
+      ++columnBase;
+    }
+    ++to;
+  }
+  if (to < end_ && *to == '"') {
+    Push(TokenKind::kString, from, to + 1);
+  } else {
+    // Unclosed; a continuation at the line's end is not part of it.
+    const char* last = to;
+    while (last > from && IsNarrowBlank(last[-1])) --last;
+    if (last - from > 2 && last[-1] == '_' && IsBlankBeforeContinuation(last - 1, begin_)) to = last - 2;
+    Push(TokenKind::kString, from, to).flags |= token_flag::kUnclosed;
+  }
+  columnBase_ = columnBase;
+}
+
+void Lexer::ReadHash() {
+  if (BeginsLine()) {
+    Push(TokenKind::kDirective, at_, at_ + 1);
+    return;
+  }
+  const char* const limit = at_ + std::min<std::ptrdiff_t>(end_ - at_, static_cast<std::ptrdiff_t>(kLongestDate));
+  const char* to = at_ + 1;
+  while (to < limit && *to != '#' && !IsLineEnd(*to)) ++to;
+  if (to < limit && *to == '#' && IsDateText({at_ + 1, static_cast<std::size_t>(to - at_ - 1)})) {
+    Push(TokenKind::kDate, at_, to + 1);
+    return;
+  }
+  PushOperator(Operator::kFileNumber, 1);
+}
+
+/// The rest of the line, and every further line that it continues on.
+void Lexer::ReadComment(const char* from) {
+  do {
+    const char* const to = FindLineEnd(from);
+    at_ = to;
+    const char* last = to;
+    while (last > from && IsNarrowBlank(last[-1])) --last;
+    module_->lines.back().trailingComment = last > from;
+    if (keepComments_ && last > from) KeepComment(from, to);
+    const bool continues = last > from && last[-1] == '_' && IsBlankBeforeContinuation(last - 1, begin_);
+    EndPhysicalLine(continues);
+    from = at_;
+  } while (lineOpen_);
+}
+
+void Lexer::KeepComment(const char* from, const char* to) {
+  Token& comment = comments_.emplace_back();
+  comment.offset = static_cast<std::uint32_t>(from - begin_);
+  comment.length = static_cast<std::uint32_t>(to - from);
+  comment.line = line_;
+  comment.column = static_cast<std::uint32_t>(from - columnBase_) + 1;
+  comment.name = kNone;
+  comment.kind = TokenKind::kComment;
+}
+
+void Lexer::ReadUnderscore() {
+  const char* to = at_ + 1;
+  while (to < end_ && IsNarrowBlank(*to)) ++to;
+  if ((to == end_ || IsLineEnd(*to)) && at_ > columnBase_ && IsBlankBeforeContinuation(at_, begin_)) {
+    at_ = to;
+    EndPhysicalLine(true);
+    pending_ |= token_flag::kBlankBefore | token_flag::kContinuedBefore;
+  } else if (GoesOnWithName(at_[1])) {
+    ReadName();
+  } else {
+    Push(TokenKind::kUnknown, at_, at_ + 1);
+  }
+}
+
+void Lexer::ReadOpen() {
+  open_.push_back(static_cast<std::uint32_t>(tokens_.size()));
+  PushOperator(Operator::kOpen, 1);
+}
+
+void Lexer::ReadClose() {
+  if (!open_.empty()) {
+    tokens_[open_.back()].name = static_cast<NameId>(tokens_.size());
+    open_.pop_back();
+  }
+  PushOperator(Operator::kClose, 1);
+}
+
+void Lexer::ReadOperator() {
+  const char next = at_[1];
+  const auto pushPair = [&](char second, Operator pair, Operator single) {
+    next == second ? PushOperator(pair, 2) : PushOperator(single, 1);
+  };
+  switch (*at_) {
+    case '+':
+      return PushOperator(Operator::kPlus, 1);
+    case '-':
+      return PushOperator(Operator::kMinus, 1);
+    case '*':
+      return PushOperator(Operator::kTimes, 1);
+    case '/':
+      return PushOperator(Operator::kDivide, 1);
+    case '\\':
+      return PushOperator(Operator::kIntegerDivide, 1);
+    case '^':
+      return PushOperator(Operator::kPower, 1);
+    case '=':
+      if (next == '<') return PushOperator(Operator::kLessEqual, 2);
+      return pushPair('>', Operator::kGreaterEqual, Operator::kEqual);
+    case '<':
+      if (next == '>') return PushOperator(Operator::kNotEqual, 2);
+      return pushPair('=', Operator::kLessEqual, Operator::kLess);
+    case '>':
+      if (next == '<') return PushOperator(Operator::kNotEqual, 2);
+      return pushPair('=', Operator::kGreaterEqual, Operator::kGreater);
+    case ',':
+      return PushOperator(Operator::kComma, 1);
+    case ';':
+      return PushOperator(Operator::kSemicolon, 1);
+    case '?':
+      return PushOperator(Operator::kQuestion, 1);
+    default:
+      return ReadColon();
+  }
+}
+
+/// ":" and ":="; blanks between the two signs can be meant only among arguments.
+void Lexer::ReadColon() {
+  const char* to = at_ + 1;
+  if (!open_.empty()) {
+    while (to < end_ && IsNarrowBlank(*to)) ++to;
+  }
+  if (*to == '=') {
+    PushOperator(Operator::kAssignArgument, static_cast<std::uint32_t>(to + 1 - at_));
+  } else {
+    PushOperator(Operator::kColon, 1);
+  }
+}
+
+}  // namespace quillmate::language

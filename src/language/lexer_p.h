@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <quillmate/language/module.h>
+
+#include "names_p.h"
+
+/// Text to logical lines of tokens. No token crosses the end of a logical line, so a damaged line costs nobody else.
+namespace quillmate::language {
+
+class Lexer {
+ public:
+  /// Starts at `offset` of `text`, in line `line` of `module`, whose lines before that one are there already.
+  /// `text.data()` is readable for kReadAhead bytes, zeros, behind its end.
+  void Start(std::string_view text, std::size_t offset, NameTable& names, Module& module, bool keepComments);
+
+  /// Reads the next logical line and appends its physical lines to the module, with their classes; false at the end.
+  bool Next();
+
+  /// The tokens of the logical line, comments left out.
+  const std::vector<Token>& Tokens() const noexcept { return tokens_; }
+  /// Its comments, if they are kept: one token for each physical line of them.
+  const std::vector<Token>& Comments() const noexcept { return comments_; }
+
+  std::uint32_t FirstLine() const noexcept { return firstLine_; }
+  std::uint32_t LineCount() const noexcept { return line_ - firstLine_ + 1; }
+
+ private:
+  void BeginPhysicalLine();
+  void EndPhysicalLine(bool continues);
+  void SkipLineEnd() noexcept;
+  void ReadTokens();
+  void ReadName();
+  void ReadHighCharacter();
+  void ReadBracketedName();
+  void ReadNumber();
+  void ReadRadixNumber(std::uint32_t prefix);
+  void ReadString();
+  void ReadHash();
+  void ReadComment(const char* from);
+  void KeepComment(const char* from, const char* to);
+  void ReadUnderscore();
+  void ReadOperator();
+  void ReadColon();
+  void ReadAmpersand();
+  void ReadOpen();
+  void ReadClose();
+
+  const char* FindLineEnd(const char* from) const noexcept;
+  const char* FindBracketEnd() noexcept;
+  bool AtStatementStart() const noexcept;
+  bool EndsOperand() const noexcept;
+  bool BeginsLine() const noexcept { return tokens_.empty(); }
+  Token& Push(TokenKind kind, const char* from, const char* to);
+  void PushOperator(Operator op, std::uint32_t length);
+  void ReadNameSuffix(Token& token);
+  void ReadNumberSuffix(Token& token);
+  void TakeSuffix(Token& token);
+
+  const char* begin_ = nullptr;
+  const char* end_ = nullptr;
+  const char* at_ = nullptr;
+  const char* columnBase_ = nullptr;       ///< a token at p has column p - columnBase_ + 1
+  const char* noBracketBefore_ = nullptr;  ///< between `at_` and there is no "]"
+  NameTable* names_ = nullptr;
+  Module* module_ = nullptr;
+  std::vector<Token> tokens_, comments_;
+  std::vector<std::uint32_t> open_;  ///< "(" that have no ")" so far
+  std::size_t firstOfLine_ = 0;      ///< the first token of the physical line
+  std::uint32_t line_ = 0, firstLine_ = 0;
+  std::uint8_t pending_ = 0;  ///< token_flag of the next token
+  bool keepComments_ = false;
+  bool lineOpen_ = false;  ///< the logical line goes on
+};
+
+/// True for what may stand between the two "#" of a date literal.
+bool IsDateText(std::string_view body) noexcept;
+
+}  // namespace quillmate::language

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <quillmate/language/module.h>
+
+/// Names to ids. Names of ASCII letters, digits and "_" (nearly all) are hashed and compared eight bytes at a time
+/// straight from the source; the text must be readable for eight bytes from any of its characters.
+namespace quillmate::language {
+
+inline constexpr std::size_t kReadAhead = 16;  ///< readable bytes behind every text that is looked at in words
+
+namespace name_word {
+
+inline constexpr std::uint64_t kLowerCase = 0x2020202020202020U;
+inline constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+
+inline std::uint64_t Load(const char* at) noexcept {
+  std::uint64_t word;
+  std::memcpy(&word, at, sizeof word);
+  return word;
+}
+
+/// The first `count` (1 to 7) bytes of a word read from memory.
+inline std::uint64_t First(std::uint64_t word, std::size_t count) noexcept {
+  static constexpr char kMask[16] = {'\xff', '\xff', '\xff', '\xff', '\xff', '\xff', '\xff', '\xff'};
+  return word & Load(kMask + 8 - count);
+}
+
+inline std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) noexcept {
+  hash = (hash ^ word) * 0x9E3779B97F4A7C15U;
+  return hash ^ (hash >> 32);
+}
+
+/// Letters without case, bytes beyond ASCII as they are.
+inline std::uint64_t Fold(std::uint64_t word) noexcept { return word | ((~word & kHighBits) >> 2); }
+
+}  // namespace name_word
+
+/// The hash of a folded name, or of a plain one in any case; both readable for eight bytes from each character.
+inline std::uint64_t HashReadable(const char* name, std::size_t length) noexcept {
+  std::uint64_t hash = length;
+  for (; length >= 8; name += 8, length -= 8) {
+    hash = name_word::Mix(hash, name_word::Fold(name_word::Load(name)));
+  }
+  if (length > 0) hash = name_word::Mix(hash, name_word::First(name_word::Fold(name_word::Load(name)), length));
+  return hash;
+}
+
+class NameTable {
+ public:
+  NameTable();
+
+  /// Forgets all names but the words; those that come next are written to `module`.
+  void Start(Module& module);
+
+  /// Of ASCII letters, digits and "_" only.
+  NameId Plain(const char* name, std::size_t length) {
+    const std::uint64_t hash = HashReadable(name, length);
+    for (std::size_t slot = hash & mask_;; slot = (slot + 1) & mask_) {
+      const Slot& entry = slots_[slot];
+      if (entry.id == kNone) return Add(slot, hash, name, length);
+      if (entry.hash == hash && SamePlain(spellings_[entry.id], name, length)) return entry.id;
+    }
+  }
+  /// Any other: UTF-8, not folded yet.
+  NameId Other(std::string_view name);
+
+ private:
+  struct Slot {
+    std::uint64_t hash;
+    NameId id;
+  };
+  struct Spelling {
+    const char* plain;  ///< null: not plain, compare the folded text
+    std::size_t length;
+  };
+
+  static bool SamePlain(const Spelling& known, const char* name, std::size_t length) noexcept {
+    if (known.length != length || known.plain == nullptr) return false;
+    const char* other = known.plain;
+    for (; length >= 8; name += 8, other += 8, length -= 8) {
+      if (((name_word::Load(name) ^ name_word::Load(other)) & ~name_word::kLowerCase) != 0) return false;
+    }
+    if (length == 0) return true;
+    return name_word::First((name_word::Load(name) ^ name_word::Load(other)) & ~name_word::kLowerCase, length) == 0;
+  }
+
+  NameId Add(std::size_t slot, std::uint64_t hash, const char* name, std::size_t length);
+  NameId AddOther(std::size_t slot, std::uint64_t hash, std::string_view folded);
+  NameId Enter(std::size_t slot, std::uint64_t hash, Spelling spelling);
+  void Grow();
+
+  std::vector<Slot> slots_;
+  std::vector<Slot> words_;  ///< the slots when only the words are in them
+  std::vector<Spelling> spellings_;
+  std::size_t mask_ = 0;
+  std::string folded_;
+  std::deque<std::string> extra_;
+  Module* module_ = nullptr;
+};
+
+/// The folded form of what stands inside brackets or of a name without its suffix.
+void AppendFolded(std::string& folded, std::string_view name);
+
+}  // namespace quillmate::language

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <vector>
+
+#include <quillmate/language/parse.h>
+
+#include "lexer_p.h"
+#include "names_p.h"
+
+namespace quillmate::language {
+
+struct Workspace::Data {
+  std::vector<char> text;  ///< the source with kReadAhead zeros behind it
+  NameTable names;
+  Lexer lexer;
+};
+
+}  // namespace quillmate::language
