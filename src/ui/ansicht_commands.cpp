@@ -25,11 +25,11 @@ void FilterTree(Shell& shell) {
 }
 
 void SwitchLineNumbers(Shell& shell) {
-  SetLineNumbers(shell, !shell.commands->Item("mnuAnsicht_Zeilennummern")->isChecked());
+  SetLineNumbers(shell, !shell.commands->Item(CommandId::kSwitchLineNumbers).isChecked());
 }
 
 void SwitchSourceOrder(Shell& shell) {
-  SetSourceOrder(shell, !shell.commands->Item("mnuAnsicht_Quellreihenfolge")->isChecked());
+  SetSourceOrder(shell, !shell.commands->Item(CommandId::kSwitchSourceOrder).isChecked());
 }
 
 void EnlargeFont(Shell& shell) { ChangeFont(shell, 1); }

@@ -3,7 +3,7 @@
 #include <QKeySequence>
 #include <QMenuBar>
 #include <QToolBar>
-#include <utility>
+#include <algorithm>
 
 #include "icons.h"
 #include "qt_text.h"
@@ -13,12 +13,20 @@ namespace {
 
 constexpr int kToolIconSize = 24;
 
-/// Context items hold the name of their command.
-constexpr const char* kCommandProperty = "command";
+CommandId CommandOf(const QAction& popupItem) { return static_cast<CommandId>(popupItem.data().toInt()); }
+
+/// Those of submenus, too.
+QList<QAction*> ItemsOf(const QMenu& popup) {
+  QList<QAction*> items;
+  for (QAction* item : popup.findChildren<QAction*>()) {
+    if (item->data().isValid()) items.append(item);
+  }
+  return items;
+}
 
 }  // namespace
 
-CommandSet::CommandSet(QMainWindow& window, std::function<void(const Command&)> run) : run_(std::move(run)) {
+CommandSet::CommandSet(QMainWindow& window) : QObject(&window) {
   BuildMenus(window);
   BuildToolBar(window);
   BuildPopups(window);
@@ -26,25 +34,25 @@ CommandSet::CommandSet(QMainWindow& window, std::function<void(const Command&)> 
 
 QAction* CommandSet::MakeItem(const Command& command, QObject* parent) {
   auto* item = new QAction(FromUtf8(command.caption), parent);
-  item->setObjectName(FromUtf8(command.id));
+  item->setObjectName(FromUtf8(command.name));
   item->setShortcut(QKeySequence(FromUtf8(command.shortcut)));
   if (*command.icon != '\0') item->setIcon(LoadIcon(FromUtf8(command.icon)));
   item->setCheckable(command.checkable);
-  QObject::connect(item, &QAction::triggered, item, [this, &command, item] {
-    // The mark is the handler's to set: a command that fails leaves it as it was.
+  connect(item, &QAction::triggered, this, [this, &command, item] {
+    // A command that fails leaves its mark as it was.
     if (command.checkable) item->setChecked(!item->isChecked());
-    run_(command);
+    emit Triggered(command.id);
   });
-  items_.insert(item->objectName(), item);
+  items_.insert(command.id, item);
   return item;
 }
 
 void CommandSet::BuildMenus(QMainWindow& window) {
   for (const Menu& row : Menus()) {
     QMenu* menu = window.menuBar()->addMenu(FromUtf8(row.caption));
-    menu->setObjectName(FromUtf8(row.id));
+    menu->setObjectName(FromUtf8(row.name));
     menu->menuAction()->setObjectName(menu->objectName());
-    menus_.insert(menu->objectName(), menu);
+    menus_.insert(row.id, menu);
     for (const Command& command : Commands()) {
       if (command.menu != row.id) continue;
       if (command.separatorBefore) menu->addSeparator();
@@ -52,7 +60,7 @@ void CommandSet::BuildMenus(QMainWindow& window) {
     }
   }
   for (const Command& command : Commands()) {
-    if (command.menu.empty()) MakeItem(command, &window);
+    if (command.menu == MenuId::kNone) MakeItem(command, &window);
   }
 }
 
@@ -67,25 +75,25 @@ void CommandSet::BuildToolBar(QMainWindow& window) {
     if (row.separatorBefore) bar->addSeparator();
     QAction* button = bar->addAction(LoadIcon(FromUtf8(row.key)), FromUtf8(row.tooltip));
     button->setObjectName(FromUtf8(row.key));
-    const Command* command = FindCommand(row.command);
-    QAction* item = Item(command->id);
-    button->setCheckable(command->checkable);
-    QObject::connect(item, &QAction::toggled, button, &QAction::setChecked);
-    QObject::connect(button, &QAction::triggered, button, [this, command, button, item] {
+    QAction* item = &Item(row.command);
+    button->setCheckable(item->isCheckable());
+    connect(item, &QAction::toggled, button, &QAction::setChecked);
+    connect(button, &QAction::triggered, this, [this, &row, button, item] {
       button->setChecked(item->isChecked());
-      run_(*command);
+      emit Triggered(row.command);
     });
-    buttons_.insert(button->objectName(), button);
+    buttons_.insert(row.id, button);
   }
 }
 
 void CommandSet::BuildPopups(QMainWindow& window) {
+  for (const Popup& row : Popups()) {
+    auto* popup = new QMenu(&window);
+    popup->setObjectName(FromUtf8(row.name));
+    popups_.insert(row.id, popup);
+  }
   for (const ContextItem& row : ContextItems()) {
-    QMenu*& popup = popups_[FromUtf8(row.popup)];
-    if (popup == nullptr) {
-      popup = new QMenu(&window);
-      popup->setObjectName(FromUtf8(row.popup));
-    }
+    QMenu* popup = popups_[row.popup];
     QMenu* menu = popup;
     if (*row.submenu != '\0') {
       const QList<QAction*> last = popup->actions();
@@ -93,43 +101,36 @@ void CommandSet::BuildPopups(QMainWindow& window) {
       menu = open ? last.back()->menu() : popup->addMenu(FromUtf8(row.submenu));
     }
     QAction* item = menu->addAction(FromUtf8(row.caption));
-    item->setObjectName(FromUtf8(row.id));
-    item->setProperty(kCommandProperty, FromUtf8(row.command));
-    const Command* command = FindCommand(row.command);
-    QObject::connect(item, &QAction::triggered, item, [this, command] { run_(*command); });
+    item->setObjectName(FromUtf8(row.name));
+    item->setData(static_cast<int>(row.command));
+    connect(item, &QAction::triggered, this, [this, &row] { emit Triggered(row.command); });
   }
 }
 
 void CommandSet::SetMode(int mode) {
   if (mode < 0 || mode > 2) return;
   const unsigned bit = mode == 0 ? kNoProject : kWithProject;
-  for (const Menu& menu : Menus()) menus_.value(FromUtf8(menu.id))->setEnabled((menu.modes & bit) != 0);
+  const auto isOn = [bit](unsigned modes) { return (modes & bit) != 0; };
+  for (const Menu& menu : Menus()) menus_[menu.id]->setEnabled(isOn(menu.modes));
   for (const Command& command : Commands()) {
-    if (command.modes != kBySituation) Item(command.id)->setEnabled((command.modes & bit) != 0);
+    if (command.modes != kBySituation) Item(command.id).setEnabled(isOn(command.modes));
   }
   for (const ToolButton& button : ToolButtons()) {
-    if (button.modes != kBySituation) Button(button.key)->setEnabled((button.modes & bit) != 0);
+    if (button.modes != kBySituation) Button(button.id).setEnabled(isOn(button.modes));
   }
 }
 
-QAction* CommandSet::Item(std::string_view command) const { return items_.value(FromUtf8(command)); }
-
-QAction* CommandSet::Button(std::string_view key) const {
-  const ToolButton* row = FindToolButton(key);
-  return row == nullptr ? nullptr : buttons_.value(FromUtf8(row->key));
+QMenu& CommandSet::PreparePopup(PopupId popup) {
+  QMenu& menu = *popups_[popup];
+  for (QAction* item : ItemsOf(menu)) item->setEnabled(Item(CommandOf(*item)).isEnabled());
+  return menu;
 }
 
-QMenu& CommandSet::PreparePopup(std::string_view popup) {
-  QMenu* menu = popups_.value(FromUtf8(popup));
-  for (QAction* item : menu->findChildren<QAction*>()) {
-    const QAction* command = items_.value(item->property(kCommandProperty).toString());
-    if (command != nullptr) item->setEnabled(command->isEnabled());
-  }
-  return *menu;
-}
+void CommandSet::ShowPopup(PopupId popup, const QPoint& globalPosition) { PreparePopup(popup).popup(globalPosition); }
 
-void CommandSet::Popup(std::string_view popup, const QPoint& globalPosition) {
-  PreparePopup(popup).popup(globalPosition);
+QAction& CommandSet::PopupItem(PopupId popup, CommandId command) const {
+  const QList<QAction*> items = ItemsOf(*popups_[popup]);
+  return **std::ranges::find_if(items, [command](const QAction* item) { return CommandOf(*item) == command; });
 }
 
 }  // namespace quillmate::ui

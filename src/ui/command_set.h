@@ -6,31 +6,35 @@
 #include <QMenu>
 #include <QPoint>
 #include <QToolBar>
-#include <functional>
-#include <string_view>
 
 #include "command_table.h"
 
 namespace quillmate::ui {
 
 /// Menus, toolbar `tobSymb1` and context menus of the window, built from the command tables.
-class CommandSet {
+class CommandSet : public QObject {
+  Q_OBJECT
+
  public:
-  /// `run` gets each command that the user gives.
-  CommandSet(QMainWindow& window, std::function<void(const Command&)> run);
+  explicit CommandSet(QMainWindow& window);
 
   /// Switches every entry on or off for a mode (0 no project; 1, 2 project loaded). Other modes change nothing.
   void SetMode(int mode);
 
-  /// The menu item of a command and the button of a toolbar key; null when there is none.
-  QAction* Item(std::string_view command) const;
-  QAction* Button(std::string_view key) const;
+  QAction& Item(CommandId command) const { return *items_[command]; }
+  QAction& Button(ButtonId button) const { return *buttons_[button]; }
   QToolBar& ToolBar() const { return *toolBar_; }
 
   /// A context menu ready to be shown: an entry is on when its command is.
-  QMenu& PreparePopup(std::string_view popup);
+  QMenu& PreparePopup(PopupId popup);
   /// Shows it.
-  void Popup(std::string_view popup, const QPoint& globalPosition);
+  void ShowPopup(PopupId popup, const QPoint& globalPosition);
+  /// The entry of a context menu that stands for a command.
+  QAction& PopupItem(PopupId popup, CommandId command) const;
+
+ signals:
+  /// The user gives a command. The mark of a switch is its handler's to set.
+  void Triggered(CommandId command);
 
  private:
   void BuildMenus(QMainWindow& window);
@@ -38,12 +42,11 @@ class CommandSet {
   void BuildPopups(QMainWindow& window);
   QAction* MakeItem(const Command& command, QObject* parent);
 
-  std::function<void(const Command&)> run_;
   QToolBar* toolBar_ = nullptr;
-  QHash<QString, QAction*> items_;
-  QHash<QString, QAction*> buttons_;
-  QHash<QString, QMenu*> menus_;
-  QHash<QString, QMenu*> popups_;
+  QHash<CommandId, QAction*> items_;
+  QHash<ButtonId, QAction*> buttons_;
+  QHash<MenuId, QMenu*> menus_;
+  QHash<PopupId, QMenu*> popups_;
 };
 
 }  // namespace quillmate::ui

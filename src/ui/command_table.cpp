@@ -4,148 +4,160 @@
 
 #include <quillmate/text/operations.h>
 
-#include "commands.h"
-
 namespace quillmate::ui {
 namespace {
 
+using enum CommandId;
+
 constexpr Menu kMenus[] = {
-    {"mnuDatei", "&Datei"},   {"mnuBearbeiten", "&Bearbeiten"}, {"mnuAnsicht", "&Ansicht"},
-    {"mnuHtml", "HTML"},      {"mnuRtf", "&RTF", kWithProject}, {"mnuText", "&Nur-Text", kWithProject},
-    {"mnuExtras", "&Extras"}, {"mnuHilfe", "&Hilfe"},
+    {MenuId::kFile, "mnuDatei", "&Datei"},          {MenuId::kEdit, "mnuBearbeiten", "&Bearbeiten"},
+    {MenuId::kView, "mnuAnsicht", "&Ansicht"},      {MenuId::kHtml, "mnuHtml", "HTML"},
+    {MenuId::kRtf, "mnuRtf", "&RTF", kWithProject}, {MenuId::kText, "mnuText", "&Nur-Text", kWithProject},
+    {MenuId::kExtras, "mnuExtras", "&Extras"},      {MenuId::kHelp, "mnuHilfe", "&Hilfe"},
 };
 
-// id, menu, caption, shortcut, icon, modes, separator before, handler
+// id, name, menu, caption, shortcut, icon, modes, separator before, switch
 constexpr Command kCommands[] = {
-    {"mnuÖffnen", "mnuDatei", "&Öffnen ...", "Ctrl+O", "open", kAlways, false, OpenSavedProject},
-    {"mnuNeu", "mnuDatei", "&Neu", "Ctrl+N", "neu", kWithProject, false, StartAnew},
-    {"mnuSpeichern", "mnuDatei", "&Speichern Unter ...", "Ctrl+S", "save", kWithProject, false, SaveProjectAs},
-    {"mnuDatei_Dateien", "mnuDatei", "&Dateien hinzufügen ...", "Ctrl+D", "add_files", kAlways, true, AddFiles},
-    {"mnuDatei_Ordner", "mnuDatei", "O&rdner hinzufügen ...", "Ctrl+Shift+D", "", kAlways, false, AddFolder},
-    {"mnuOpenIndex0", "mnuDatei", "&0 - ", "", "", kAlways, true, OpenRecentAt<0>},
-    {"mnuOpenIndex1", "mnuDatei", "&1 - ", "", "", kAlways, false, OpenRecentAt<1>},
-    {"mnuOpenIndex2", "mnuDatei", "&2 - ", "", "", kAlways, false, OpenRecentAt<2>},
-    {"mnuOpenIndex3", "mnuDatei", "&3 - ", "", "", kAlways, false, OpenRecentAt<3>},
-    {"mnuOpenIndex4", "mnuDatei", "&4 - ", "", "", kAlways, false, OpenRecentAt<4>},
-    {"mnuOpenIndex5", "mnuDatei", "&5 - ", "", "", kAlways, false, OpenRecentAt<5>},
-    {"mnuOpenIndex6", "mnuDatei", "&6 - ", "", "", kAlways, false, OpenRecentAt<6>},
-    {"mnuOpenIndex7", "mnuDatei", "&7 - ", "", "", kAlways, false, OpenRecentAt<7>},
-    {"mnuOpenIndex8", "mnuDatei", "&8 - ", "", "", kAlways, false, OpenRecentAt<8>},
-    {"mnuOpenIndex9", "mnuDatei", "&9 - ", "", "", kAlways, false, OpenRecentAt<9>},
-    {"mnuEnde", "mnuDatei", "&Beenden", "Ctrl+Q", "", kAlways, true, EndProgram},
+    {kOpenSavedProject, "mnuÖffnen", MenuId::kFile, "&Öffnen ...", "Ctrl+O", "open", kAlways, false},
+    {kStartAnew, "mnuNeu", MenuId::kFile, "&Neu", "Ctrl+N", "neu", kWithProject, false},
+    {kSaveProjectAs, "mnuSpeichern", MenuId::kFile, "&Speichern Unter ...", "Ctrl+S", "save", kWithProject, false},
+    {kAddFiles, "mnuDatei_Dateien", MenuId::kFile, "&Dateien hinzufügen ...", "Ctrl+D", "add_files", kAlways, true},
+    {kAddFolder, "mnuDatei_Ordner", MenuId::kFile, "O&rdner hinzufügen ...", "Ctrl+Shift+D", "", kAlways, false},
+    {kOpenRecent0, "mnuOpenIndex0", MenuId::kFile, "&0 - ", "", "", kAlways, true},
+    {kOpenRecent1, "mnuOpenIndex1", MenuId::kFile, "&1 - ", "", "", kAlways, false},
+    {kOpenRecent2, "mnuOpenIndex2", MenuId::kFile, "&2 - ", "", "", kAlways, false},
+    {kOpenRecent3, "mnuOpenIndex3", MenuId::kFile, "&3 - ", "", "", kAlways, false},
+    {kOpenRecent4, "mnuOpenIndex4", MenuId::kFile, "&4 - ", "", "", kAlways, false},
+    {kOpenRecent5, "mnuOpenIndex5", MenuId::kFile, "&5 - ", "", "", kAlways, false},
+    {kOpenRecent6, "mnuOpenIndex6", MenuId::kFile, "&6 - ", "", "", kAlways, false},
+    {kOpenRecent7, "mnuOpenIndex7", MenuId::kFile, "&7 - ", "", "", kAlways, false},
+    {kOpenRecent8, "mnuOpenIndex8", MenuId::kFile, "&8 - ", "", "", kAlways, false},
+    {kOpenRecent9, "mnuOpenIndex9", MenuId::kFile, "&9 - ", "", "", kAlways, false},
+    {kEndProgram, "mnuEnde", MenuId::kFile, "&Beenden", "Ctrl+Q", "", kAlways, true},
 
-    {"mnuBearbeiten_Code", "mnuBearbeiten", "&Code Einlesen", "F9", "doit", kNoProject, false, ReadCode},
-    {"mnuBearbeiten_Suchen", "mnuBearbeiten", "&Suchen", "F3", "su_a", kAlways, true, SearchFromTop},
-    {"mnuBearbeiten_SuchenWeiter", "mnuBearbeiten", "Suchen ab P&osition", "Ctrl+F3", "su_w", kAlways, false, SearchOn},
-    {"mnuBearbeiten_Suchen_Projekt", "mnuBearbeiten", "&Projektsuche An/Aus", "", "su_p", kAlways, false,
-     SwitchProjectSearch, true},
-    {"mnuBearbeiten_Suchen_GanzWort", "mnuBearbeiten", "&Ganzes Wort Suche An/Aus", "", "su_g", kAlways, false,
-     SwitchWholeWord, true},
-    {"mnuBearbeiten_Suchen_Auswahl", "mnuBearbeiten", "&Auswahl nach Suche", "", "su_i", kAlways, false,
-     TakeSearchText},
-    {"mnuBearbeiten_Suchen_Text", "mnuBearbeiten", "Such&text eingeben", "Ctrl+F", "", kAlways, false, EnterSearchText},
-    {"mnuBearbeiten_Suchen_Alle", "mnuBearbeiten", "A&lle Treffer ...", "Ctrl+Shift+F", "", kWithProject, false,
-     ListAllHits},
-    {"mnuBearbeiten_Rout", "mnuBearbeiten", "Aktuelle &Routine Aufrufe", "Shift+F12", "", kWithProject, true,
-     FindRoutineCallers},
-    {"mnuBearbeiten_Definition", "mnuBearbeiten", "&Definition", "F12", "", kWithProject, false, ShowDefinition},
-    {"mnuBearbeiten_RouBew3", "mnuBearbeiten", "Routine &Zurück", "F4", "back", kBySituation, false, GoBack},
-    {"mnuBearbeiten_RouBew4", "mnuBearbeiten", "Routine &Vor", "Ctrl+F4", "next", kBySituation, false, GoNext},
-    {"mnuBearbeiten_Kopieren_Modul", "mnuBearbeiten", "Kopieren &Modul", "", "", kWithProject, true, CopyModule},
-    {"mnuBearbeiten_Kopieren_Auswahl", "mnuBearbeiten", "&Kopieren Auswahl", "Ctrl+C", "", kWithProject, false,
-     CopySelection},
+    {kReadCode, "mnuBearbeiten_Code", MenuId::kEdit, "&Code Einlesen", "F9", "doit", kNoProject, false},
+    {kSearchFromTop, "mnuBearbeiten_Suchen", MenuId::kEdit, "&Suchen", "F3", "su_a", kAlways, true},
+    {kSearchOn, "mnuBearbeiten_SuchenWeiter", MenuId::kEdit, "Suchen ab P&osition", "Ctrl+F3", "su_w", kAlways, false},
+    {kSwitchProjectSearch, "mnuBearbeiten_Suchen_Projekt", MenuId::kEdit, "&Projektsuche An/Aus", "", "su_p", kAlways,
+     false, true},
+    {kSwitchWholeWord, "mnuBearbeiten_Suchen_GanzWort", MenuId::kEdit, "&Ganzes Wort Suche An/Aus", "", "su_g", kAlways,
+     false, true},
+    {kTakeSearchText, "mnuBearbeiten_Suchen_Auswahl", MenuId::kEdit, "&Auswahl nach Suche", "", "su_i", kAlways, false},
+    {kEnterSearchText, "mnuBearbeiten_Suchen_Text", MenuId::kEdit, "Such&text eingeben", "Ctrl+F", "", kAlways, false},
+    {kListAllHits, "mnuBearbeiten_Suchen_Alle", MenuId::kEdit, "A&lle Treffer ...", "Ctrl+Shift+F", "", kWithProject,
+     false},
+    {kFindRoutineCallers, "mnuBearbeiten_Rout", MenuId::kEdit, "Aktuelle &Routine Aufrufe", "Shift+F12", "",
+     kWithProject, true},
+    {kShowDefinition, "mnuBearbeiten_Definition", MenuId::kEdit, "&Definition", "F12", "", kWithProject, false},
+    {kGoBack, "mnuBearbeiten_RouBew3", MenuId::kEdit, "Routine &Zurück", "F4", "back", kBySituation, false},
+    {kGoNext, "mnuBearbeiten_RouBew4", MenuId::kEdit, "Routine &Vor", "Ctrl+F4", "next", kBySituation, false},
+    {kCopyModule, "mnuBearbeiten_Kopieren_Modul", MenuId::kEdit, "Kopieren &Modul", "", "", kWithProject, true},
+    {kCopySelection, "mnuBearbeiten_Kopieren_Auswahl", MenuId::kEdit, "&Kopieren Auswahl", "Ctrl+C", "", kWithProject,
+     false},
 
-    {"mnuAnsicht_App_Aktualisieren", "mnuAnsicht", "&Aktualisieren VBA Projekte", "F5", "refresh", kNoProject, false,
-     RefreshProjects},
-    {"mnuAnsicht_Zoom", "mnuAnsicht", "&Zoom", "F11", "zoom", kWithProject, true, SwitchZoom, true},
-    {"mnuAnsicht_RouClose", "mnuAnsicht", "&Routinensuche schliessen", "Ctrl+W", "close", kBySituation, false,
-     CloseCallerList},
-    {"mnuAnsicht_Filter", "mnuAnsicht", "Modul oder Routine &finden", "Ctrl+T", "", kWithProject, true, FilterTree},
-    {"mnuAnsicht_Quellreihenfolge", "mnuAnsicht", "Routinen in &Quellreihenfolge", "", "", kAlways, false,
-     SwitchSourceOrder, true},
-    {"mnuAnsicht_Zeilennummern", "mnuAnsicht", "Zeilen&nummern", "", "", kAlways, true, SwitchLineNumbers, true},
-    {"mnuAnsicht_Schrift_Plus", "mnuAnsicht", "Schrift &größer", "Ctrl++", "", kAlways, false, EnlargeFont},
-    {"mnuAnsicht_Schrift_Minus", "mnuAnsicht", "Schrift &kleiner", "Ctrl+-", "", kAlways, false, ReduceFont},
-    {"mnuAnsicht_Schrift_Normal", "mnuAnsicht", "Schrift n&ormal", "Ctrl+0", "", kAlways, false, ResetFont},
-    {"mnuAnsicht_Spezial", "mnuAnsicht", "&Spezialansicht", "", "", kAlways, true, ShowSpecialView},
+    {kRefreshProjects, "mnuAnsicht_App_Aktualisieren", MenuId::kView, "&Aktualisieren VBA Projekte", "F5", "refresh",
+     kNoProject, false},
+    {kSwitchZoom, "mnuAnsicht_Zoom", MenuId::kView, "&Zoom", "F11", "zoom", kWithProject, true, true},
+    {kCloseCallerList, "mnuAnsicht_RouClose", MenuId::kView, "&Routinensuche schliessen", "Ctrl+W", "close",
+     kBySituation, false},
+    {kFilterTree, "mnuAnsicht_Filter", MenuId::kView, "Modul oder Routine &finden", "Ctrl+T", "", kWithProject, true},
+    {kSwitchSourceOrder, "mnuAnsicht_Quellreihenfolge", MenuId::kView, "Routinen in &Quellreihenfolge", "", "", kAlways,
+     false, true},
+    {kSwitchLineNumbers, "mnuAnsicht_Zeilennummern", MenuId::kView, "Zeilen&nummern", "", "", kAlways, true, true},
+    {kEnlargeFont, "mnuAnsicht_Schrift_Plus", MenuId::kView, "Schrift &größer", "Ctrl++", "", kAlways, false},
+    {kReduceFont, "mnuAnsicht_Schrift_Minus", MenuId::kView, "Schrift &kleiner", "Ctrl+-", "", kAlways, false},
+    {kResetFont, "mnuAnsicht_Schrift_Normal", MenuId::kView, "Schrift n&ormal", "Ctrl+0", "", kAlways, false},
+    {kShowSpecialView, "mnuAnsicht_Spezial", MenuId::kView, "&Spezialansicht", "", "", kAlways, true},
 
-    {"mnuHtml_Clipboard", "mnuHtml", "&Zwischenablage", "", "ht_clip", kAlways, false, ExportClipboardHtml},
-    {"mnuHtml_Auswahl", "mnuHtml", "&Auswahl", "", "ht_aus", kWithProject, false, ExportSelectionHtml},
-    {"mnuHtml_Modul", "mnuHtml", "&Modul", "", "ht_mod", kWithProject, false, ExportModuleHtml},
-    {"mnuHtml_projekt", "mnuHtml", "&Projekt", "", "ht_pro", kWithProject, false, ExportProjectHtml},
-    {"mnuHtml_Dokumentation", "mnuHtml", "HTML-&Dokumentation ...", "", "", kWithProject, true, WriteDocumentation},
-    {"mnuPopUp_Zoom_Html", "", "Zoom nach &Html", "", "ht_clip", kWithProject, false, ExportZoomHtml},
+    {kExportClipboardHtml, "mnuHtml_Clipboard", MenuId::kHtml, "&Zwischenablage", "", "ht_clip", kAlways, false},
+    {kExportSelectionHtml, "mnuHtml_Auswahl", MenuId::kHtml, "&Auswahl", "", "ht_aus", kWithProject, false},
+    {kExportModuleHtml, "mnuHtml_Modul", MenuId::kHtml, "&Modul", "", "ht_mod", kWithProject, false},
+    {kExportProjectHtml, "mnuHtml_projekt", MenuId::kHtml, "&Projekt", "", "ht_pro", kWithProject, false},
+    {kWriteDocumentation, "mnuHtml_Dokumentation", MenuId::kHtml, "HTML-&Dokumentation ...", "", "", kWithProject,
+     true},
+    {kExportZoomHtml, "mnuPopUp_Zoom_Html", MenuId::kNone, "Zoom nach &Html", "", "ht_clip", kWithProject, false},
 
-    {"mnuRtf_Projekt", "mnuRtf", "&Projekt", "", "", kWithProject, false, ExportProjectRtf},
-    {"mnuRtf_Modul", "mnuRtf", "&Modul", "", "", kWithProject, false, ExportModuleRtf},
+    {kExportProjectRtf, "mnuRtf_Projekt", MenuId::kRtf, "&Projekt", "", "", kWithProject, false},
+    {kExportModuleRtf, "mnuRtf_Modul", MenuId::kRtf, "&Modul", "", "", kWithProject, false},
 
-    {"mnuText_Auswahl", "mnuText", "&Auswahl", "", "", kWithProject, false, CopySelectionText},
-    {"mnuText_Modul", "mnuText", "&Modul", "", "", kWithProject, false, CopyModuleText},
+    {kCopySelectionText, "mnuText_Auswahl", MenuId::kText, "&Auswahl", "", "", kWithProject, false},
+    {kCopyModuleText, "mnuText_Modul", MenuId::kText, "&Modul", "", "", kWithProject, false},
 
-    {"mnuVB", "mnuExtras", "&VB Einlesen", "", "", kAlways, false, ReadVbFiles},
-    {"mnuExtras_Struktur", "mnuExtras", "&Struktur nach Zwischenablage", "", "", kAlways, false, CopyOutline},
-    {"mnuTest", "mnuExtras", "Tests", "", "", kWithProject, false, ShowUnusedRoutines},
-    {"mnuExtras_Optionen", "mnuExtras", "&Optionen", "", "", kAlways, true, ShowOptions},
-    {"mnuExtras_Screen_define", "mnuExtras", "Benutzer Bildschirm &Festlegen", "", "", kAlways, true, StoreDisplaySize},
-    {"mnuExtras_Screen_call", "mnuExtras", "&Benutzer Bildschirm Aufrufen", "", "", kAlways, false,
-     ApplyStoredDisplaySize},
-    {"mnuExtras_ClearClip", "mnuExtras", "&Zwischenablage Leeren", "", "", kAlways, true, ClearClipboard},
+    {kReadVbFiles, "mnuVB", MenuId::kExtras, "&VB Einlesen", "", "", kAlways, false},
+    {kCopyOutline, "mnuExtras_Struktur", MenuId::kExtras, "&Struktur nach Zwischenablage", "", "", kAlways, false},
+    {kShowUnusedRoutines, "mnuTest", MenuId::kExtras, "Tests", "", "", kWithProject, false},
+    {kShowOptions, "mnuExtras_Optionen", MenuId::kExtras, "&Optionen", "", "", kAlways, true},
+    {kStoreDisplaySize, "mnuExtras_Screen_define", MenuId::kExtras, "Benutzer Bildschirm &Festlegen", "", "", kAlways,
+     true},
+    {kApplyStoredDisplaySize, "mnuExtras_Screen_call", MenuId::kExtras, "&Benutzer Bildschirm Aufrufen", "", "",
+     kAlways, false},
+    {kClearClipboard, "mnuExtras_ClearClip", MenuId::kExtras, "&Zwischenablage Leeren", "", "", kAlways, true},
 
-    {"mnuHilfe_Hilfe", "mnuHilfe", "&Hilfe", "F1", "", kAlways, false, ShowHelp},
-    {"mnuHilfe_Info", "mnuHilfe", "&Info", "", "", kAlways, false, ShowAbout},
+    {kShowHelp, "mnuHilfe_Hilfe", MenuId::kHelp, "&Hilfe", "F1", "", kAlways, false},
+    {kShowAbout, "mnuHilfe_Info", MenuId::kHelp, "&Info", "", "", kAlways, false},
 
-    {"mnuPopUpEinlesen_Entfernen", "", "Quelle &entfernen", "", "remove", kBySituation, false, RemoveSource},
+    {kRemoveSource, "mnuPopUpEinlesen_Entfernen", MenuId::kNone, "Quelle &entfernen", "", "remove", kBySituation,
+     false},
 };
 
 // The refresh button starts anew like "neu" does, but is there for the time without a project.
 constexpr ToolButton kToolButtons[] = {
-    {"neu", "Neu", "mnuNeu", kWithProject, false},
-    {"open", "Öffnen", "mnuÖffnen", kAlways, false},
-    {"save", "Speichern", "mnuSpeichern", kWithProject, false},
-    {"refresh", "", "mnuNeu", kNoProject, true},
-    {"doit", "Code Lesen", "mnuBearbeiten_Code", kNoProject, false},
-    {"ht_clip", "Zwischenablage nach HTML", "mnuHtml_Clipboard", kAlways, true},
-    {"ht_aus", "Auswahl nach HTML", "mnuHtml_Auswahl", kWithProject, false},
-    {"ht_mod", "Modul nach HTML", "mnuHtml_Modul", kWithProject, false},
-    {"ht_pro", "Projekt nach HTML", "mnuHtml_projekt", kWithProject, false},
-    {"su_a", "Suchen (F3)", "mnuBearbeiten_Suchen", kAlways, true},
-    {"su_w", "Suchen ab Position(STRG+F3)", "mnuBearbeiten_SuchenWeiter", kAlways, false},
-    {"su_p", "Projektweite Suche Ein/Aus", "mnuBearbeiten_Suchen_Projekt", kAlways, false},
-    {"su_g", "Ganzes Wort Ein/Aus", "mnuBearbeiten_Suchen_GanzWort", kAlways, false},
-    {"su_i", "Markierten Text in's Suchfenster", "mnuBearbeiten_Suchen_Auswahl", kAlways, false},
-    {"zoom", "Zoom", "mnuAnsicht_Zoom", kWithProject, true},
+    {ButtonId::kNew, "neu", "Neu", kStartAnew, kWithProject, false},
+    {ButtonId::kOpen, "open", "Öffnen", kOpenSavedProject, kAlways, false},
+    {ButtonId::kSave, "save", "Speichern", kSaveProjectAs, kWithProject, false},
+    {ButtonId::kRefresh, "refresh", "", kStartAnew, kNoProject, true},
+    {ButtonId::kRead, "doit", "Code Lesen", kReadCode, kNoProject, false},
+    {ButtonId::kClipboardHtml, "ht_clip", "Zwischenablage nach HTML", kExportClipboardHtml, kAlways, true},
+    {ButtonId::kSelectionHtml, "ht_aus", "Auswahl nach HTML", kExportSelectionHtml, kWithProject, false},
+    {ButtonId::kModuleHtml, "ht_mod", "Modul nach HTML", kExportModuleHtml, kWithProject, false},
+    {ButtonId::kProjectHtml, "ht_pro", "Projekt nach HTML", kExportProjectHtml, kWithProject, false},
+    {ButtonId::kSearch, "su_a", "Suchen (F3)", kSearchFromTop, kAlways, true},
+    {ButtonId::kSearchOn, "su_w", "Suchen ab Position(STRG+F3)", kSearchOn, kAlways, false},
+    {ButtonId::kProjectSearch, "su_p", "Projektweite Suche Ein/Aus", kSwitchProjectSearch, kAlways, false},
+    {ButtonId::kWholeWord, "su_g", "Ganzes Wort Ein/Aus", kSwitchWholeWord, kAlways, false},
+    {ButtonId::kTakeSearchText, "su_i", "Markierten Text in's Suchfenster", kTakeSearchText, kAlways, false},
+    {ButtonId::kZoom, "zoom", "Zoom", kSwitchZoom, kWithProject, true},
 };
 
+constexpr Popup kPopups[] = {
+    {PopupId::kCode, "mnuPopUpHaupt"}, {PopupId::kZoom, "mnuPopUp_Zoom"}, {PopupId::kReading, "mnuPopUpEinlesen"}};
+
 constexpr ContextItem kContextItems[] = {
-    {"mnuPopUpHaupt", "mnuPopUpHaupt_Html_Index0", "&Zwischenablage", "mnuHtml_Clipboard", "&HTML"},
-    {"mnuPopUpHaupt", "mnuPopUpHaupt_Html_Index1", "&Auswahl", "mnuHtml_Auswahl", "&HTML"},
-    {"mnuPopUpHaupt", "mnuPopUpHaupt_Html_Index2", "&Modul", "mnuHtml_Modul", "&HTML"},
-    {"mnuPopUpHaupt", "mnuPopUpHaupt_Html_Index3", "&Projekt", "mnuHtml_projekt", "&HTML"},
-    {"mnuPopUpHaupt", "mnuPopUpHaupt_Copy_Modul", "&Modul", "mnuBearbeiten_Kopieren_Modul", "&Kopieren"},
-    {"mnuPopUpHaupt", "mnuPopUpHaupt_Copy_Auswahl", "&Auswahl", "mnuBearbeiten_Kopieren_Auswahl", "&Kopieren"},
-    {"mnuPopUpHaupt", "mnuPopUpHaupt_Definition", "Definition", "mnuBearbeiten_Definition", ""},
-    {"mnuPopUpHaupt", "mnuPopUpHaupt_Aufruf", "Aufruf", "mnuBearbeiten_Rout", ""},
-    {"mnuPopUpHaupt", "mnuPopUpHaupt_Zoom", "&Zoom", "mnuAnsicht_Zoom", ""},
-    {"mnuPopUp_Zoom", "mnuPopUp_Zoom_Html", "Zoom nach &Html", "mnuPopUp_Zoom_Html", ""},
-    {"mnuPopUp_Zoom", "mnuPopUp_Zoom_Copy", "&Zoom Kopieren", "mnuBearbeiten_Kopieren_Auswahl", ""},
-    {"mnuPopUp_Zoom", "mnuPopUp_Zoom_Aus", "&Zoom Aus", "mnuAnsicht_Zoom", ""},
-    {"mnuPopUpEinlesen", "mnuPopUpEinlesen_Clip", "&HTML Zwischenablage", "mnuHtml_Clipboard", ""},
-    {"mnuPopUpEinlesen", "mnuPopUpEinlesen_Code", "&Code Einlesen", "mnuBearbeiten_Code", ""},
-    {"mnuPopUpEinlesen", "mnuPopUpEinlesen_Entfernen", "Quelle &entfernen", "mnuPopUpEinlesen_Entfernen", ""},
+    {PopupId::kCode, "mnuPopUpHaupt_Html_Index0", "&Zwischenablage", kExportClipboardHtml, "&HTML"},
+    {PopupId::kCode, "mnuPopUpHaupt_Html_Index1", "&Auswahl", kExportSelectionHtml, "&HTML"},
+    {PopupId::kCode, "mnuPopUpHaupt_Html_Index2", "&Modul", kExportModuleHtml, "&HTML"},
+    {PopupId::kCode, "mnuPopUpHaupt_Html_Index3", "&Projekt", kExportProjectHtml, "&HTML"},
+    {PopupId::kCode, "mnuPopUpHaupt_Copy_Modul", "&Modul", kCopyModule, "&Kopieren"},
+    {PopupId::kCode, "mnuPopUpHaupt_Copy_Auswahl", "&Auswahl", kCopySelection, "&Kopieren"},
+    {PopupId::kCode, "mnuPopUpHaupt_Definition", "Definition", kShowDefinition, ""},
+    {PopupId::kCode, "mnuPopUpHaupt_Aufruf", "Aufruf", kFindRoutineCallers, ""},
+    {PopupId::kCode, "mnuPopUpHaupt_Zoom", "&Zoom", kSwitchZoom, ""},
+    {PopupId::kZoom, "mnuPopUp_Zoom_Html", "Zoom nach &Html", kExportZoomHtml, ""},
+    {PopupId::kZoom, "mnuPopUp_Zoom_Copy", "&Zoom Kopieren", kCopySelection, ""},
+    {PopupId::kZoom, "mnuPopUp_Zoom_Aus", "&Zoom Aus", kSwitchZoom, ""},
+    {PopupId::kReading, "mnuPopUpEinlesen_Clip", "&HTML Zwischenablage", kExportClipboardHtml, ""},
+    {PopupId::kReading, "mnuPopUpEinlesen_Code", "&Code Einlesen", kReadCode, ""},
+    {PopupId::kReading, "mnuPopUpEinlesen_Entfernen", "Quelle &entfernen", kRemoveSource, ""},
 };
+
+/// Each id has a row, and no id has two.
+template <typename Row, std::size_t kRows>
+constexpr bool IsWhole(const Row (&rows)[kRows], std::size_t ids) {
+  for (std::size_t id = 0; id < kRows; ++id) {
+    if (static_cast<std::size_t>(rows[id].id) != id) return false;
+  }
+  return kRows == ids;
+}
+static_assert(IsWhole(kCommands, static_cast<std::size_t>(kRemoveSource) + 1));
+static_assert(IsWhole(kToolButtons, static_cast<std::size_t>(ButtonId::kZoom) + 1));
 
 }  // namespace
 
 std::span<const Menu> Menus() { return kMenus; }
 std::span<const Command> Commands() { return kCommands; }
 std::span<const ToolButton> ToolButtons() { return kToolButtons; }
+std::span<const Popup> Popups() { return kPopups; }
 std::span<const ContextItem> ContextItems() { return kContextItems; }
-
-const Command* FindCommand(std::string_view id) {
-  const auto* found = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                   [id](const Command& command) { return command.id == id; });
-  return found == std::end(kCommands) ? nullptr : found;
-}
 
 const ToolButton* FindToolButton(std::string_view key) {
   const auto* found = std::find_if(std::begin(kToolButtons), std::end(kToolButtons),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -7,9 +8,107 @@
 /// mode of the window switches their entries on and off.
 namespace quillmate::ui {
 
-class Shell;
+/// Every command of the window. What the user calls them is in the table.
+enum class CommandId {
+  // Datei
+  kOpenSavedProject,
+  kStartAnew,
+  kSaveProjectAs,
+  kAddFiles,
+  kAddFolder,
+  kOpenRecent0,
+  kOpenRecent1,
+  kOpenRecent2,
+  kOpenRecent3,
+  kOpenRecent4,
+  kOpenRecent5,
+  kOpenRecent6,
+  kOpenRecent7,
+  kOpenRecent8,
+  kOpenRecent9,
+  kEndProgram,
+  // Bearbeiten
+  kReadCode,
+  kSearchFromTop,
+  kSearchOn,
+  kSwitchProjectSearch,
+  kSwitchWholeWord,
+  kTakeSearchText,
+  kEnterSearchText,
+  kListAllHits,
+  kFindRoutineCallers,
+  kShowDefinition,
+  kGoBack,
+  kGoNext,
+  kCopyModule,
+  kCopySelection,
+  // Ansicht
+  kRefreshProjects,
+  kSwitchZoom,
+  kCloseCallerList,
+  kFilterTree,
+  kSwitchSourceOrder,
+  kSwitchLineNumbers,
+  kEnlargeFont,
+  kReduceFont,
+  kResetFont,
+  kShowSpecialView,
+  // HTML
+  kExportClipboardHtml,
+  kExportSelectionHtml,
+  kExportModuleHtml,
+  kExportProjectHtml,
+  kWriteDocumentation,
+  kExportZoomHtml,
+  // RTF
+  kExportProjectRtf,
+  kExportModuleRtf,
+  // Nur-Text
+  kCopySelectionText,
+  kCopyModuleText,
+  // Extras
+  kReadVbFiles,
+  kCopyOutline,
+  kShowUnusedRoutines,
+  kShowOptions,
+  kStoreDisplaySize,
+  kApplyStoredDisplaySize,
+  kClearClipboard,
+  // Hilfe
+  kShowHelp,
+  kShowAbout,
+  // Context menu only
+  kRemoveSource
+};
 
-using Handler = void (*)(Shell&);
+inline constexpr std::size_t kRecentCommands = 10;
+/// The command that opens the project at a 0-based position of the list of recent projects, below kRecentCommands.
+constexpr CommandId OpenRecentCommand(std::size_t position) {
+  return static_cast<CommandId>(static_cast<std::size_t>(CommandId::kOpenRecent0) + position);
+}
+
+enum class MenuId { kNone, kFile, kEdit, kView, kHtml, kRtf, kText, kExtras, kHelp };
+
+enum class ButtonId {
+  kNew,
+  kOpen,
+  kSave,
+  kRefresh,
+  kRead,
+  kClipboardHtml,
+  kSelectionHtml,
+  kModuleHtml,
+  kProjectHtml,
+  kSearch,
+  kSearchOn,
+  kProjectSearch,
+  kWholeWord,
+  kTakeSearchText,
+  kZoom
+};
+
+/// The context menus: of the code, of the zoom view, and of what is on screen before a project is loaded.
+enum class PopupId { kCode, kZoom, kReading };
 
 /// In which modes of the window an entry is on.
 enum Modes : unsigned {
@@ -20,16 +119,19 @@ enum Modes : unsigned {
 };
 
 struct Menu {
-  std::string_view id;
+  MenuId id;
+  /// Name of the QMenu.
+  const char* name;
   const char* caption;
   unsigned modes = kAlways;
 };
 
 struct Command {
+  CommandId id;
   /// Name of the menu item and of its QAction.
-  std::string_view id;
-  /// The menu that shows it; empty for a command that only a context menu shows.
-  std::string_view menu;
+  const char* name;
+  /// kNone for a command that only a context menu shows.
+  MenuId menu;
   const char* caption;
   /// As QKeySequence reads it; empty for none.
   const char* shortcut;
@@ -37,26 +139,32 @@ struct Command {
   const char* icon;
   unsigned modes;
   bool separatorBefore;
-  Handler run;
   /// A switch: its handler sets the check mark; the toolbar button shows the same.
   bool checkable = false;
 };
 
 struct ToolButton {
+  ButtonId id;
   /// Key of the button, image key and name of its QAction. Keys compare without regard to case.
   std::string_view key;
   const char* tooltip;
-  std::string_view command;
+  CommandId command;
   unsigned modes;
   bool separatorBefore;
 };
 
+struct Popup {
+  PopupId id;
+  /// Name of the QMenu.
+  const char* name;
+};
+
 struct ContextItem {
-  /// Name of the popup and of the item in it.
-  std::string_view popup;
-  std::string_view id;
+  PopupId popup;
+  /// Name of the item's QAction.
+  const char* name;
   const char* caption;
-  std::string_view command;
+  CommandId command;
   /// Title of the submenu that holds the item; empty for the popup itself. Items of a submenu follow one another.
   const char* submenu;
 };
@@ -64,10 +172,9 @@ struct ContextItem {
 std::span<const Menu> Menus();
 std::span<const Command> Commands();
 std::span<const ToolButton> ToolButtons();
+std::span<const Popup> Popups();
 std::span<const ContextItem> ContextItems();
 
-/// The command of that name; null when there is none.
-const Command* FindCommand(std::string_view id);
 /// The button with that key in any case; null when there is none.
 const ToolButton* FindToolButton(std::string_view key);
 

@@ -1,13 +1,17 @@
 #pragma once
 
-#include <QStringList>
 #include <cstddef>
 
-/// The handlers of the command table, one source file for each menu. A handler may throw: the window shows what
+#include "command_table.h"
+
+/// The handlers of the commands, one source file for each menu. A handler may throw: the window shows what
 /// happened and leaves everything as it was.
 namespace quillmate::ui {
 
 class Shell;
+
+/// Runs the handler of a command.
+void RunCommand(Shell& shell, CommandId command);
 
 // Datei
 void OpenSavedProject(Shell& shell);
@@ -16,12 +20,8 @@ void SaveProjectAs(Shell& shell);
 void AddFiles(Shell& shell);
 void AddFolder(Shell& shell);
 void RemoveSource(Shell& shell);
-/// The project behind an item of the list of recent projects, 0-based.
+/// The project at a 0-based position of the list of recent projects.
 void OpenRecent(Shell& shell, std::size_t position);
-template <std::size_t kPosition>
-void OpenRecentAt(Shell& shell) {
-  OpenRecent(shell, kPosition);
-}
 void EndProgram(Shell& shell);
 
 // Bearbeiten

@@ -42,8 +42,8 @@ QSize StartSize() {
 
 void SetHostCaptions(Shell& shell) {
   const std::string& host = shell.Globals().HostName;
-  shell.commands->Item("mnuAnsicht_App_Aktualisieren")->setText(FromUtf8(startup::RefreshCaption(host)));
-  shell.commands->Button("refresh")->setToolTip(FromUtf8(startup::RefreshTooltip(host)));
+  shell.commands->Item(CommandId::kRefreshProjects).setText(FromUtf8(startup::RefreshCaption(host)));
+  shell.commands->Button(ButtonId::kRefresh).setToolTip(FromUtf8(startup::RefreshTooltip(host)));
 }
 
 /// A folder that holds a saved project is opened, everything else becomes a source.
@@ -99,8 +99,8 @@ void MainWindow::Unload() {
 }
 
 void MainWindow::PressToolButton(std::string_view key) {
-  QAction* button = shell_->commands->Button(key);
-  if (button != nullptr) button->trigger();
+  const ToolButton* button = FindToolButton(key);
+  if (button != nullptr) shell_->commands->Button(button->id).trigger();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

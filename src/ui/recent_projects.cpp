@@ -25,13 +25,13 @@ bool IsFolder(const std::string& path) {
 void ShowInMenu(Shell& shell, Folders folders) {
   for (std::size_t position = 0; position < kRecentCount; ++position) {
     const std::string number = std::to_string(position);
-    QAction* item = shell.commands->Item("mnuOpenIndex" + number);
-    item->setVisible(position < folders.size());
+    QAction& item = shell.commands->Item(OpenRecentCommand(position));
+    item.setVisible(position < folders.size());
     if (position >= folders.size()) continue;
     // A "&" in a name is no access key.
     const QString name = FromUtf8(ProjectNameOf(folders[position])).replace(QLatin1Char('&'), QStringLiteral("&&"));
-    item->setText(QLatin1Char('&') + FromUtf8(number) + QStringLiteral(" - ") + name);
-    item->setToolTip(FromUtf8(folders[position]));
+    item.setText(QLatin1Char('&') + FromUtf8(number) + QStringLiteral(" - ") + name);
+    item.setToolTip(FromUtf8(folders[position]));
   }
   shell.startPage->ShowRecent(folders);
   shell.recent = std::move(folders);

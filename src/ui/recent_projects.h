@@ -6,14 +6,16 @@
 
 #include <quillmate/settings/settings_store.h>
 
+#include "command_table.h"
+
 /// The list of the projects opened last: section "recent", keys "F0" (the last one) to "F9", each text the path of a
 /// project folder with a separator at its end. UTF-8.
 namespace quillmate::ui {
 
 class Shell;
 
-/// As many as the Datei menu has items for them, `mnuOpenIndex`(0..9).
-inline constexpr std::size_t kRecentCount = 10;
+/// As many as the Datei menu has items for them.
+inline constexpr std::size_t kRecentCount = kRecentCommands;
 
 /// The stored list, at most ten.
 std::vector<std::string> LoadRecent(const settings::SettingsStore& store);

@@ -5,6 +5,7 @@
 #include <exception>
 
 #include "code_menu.h"
+#include "commands.h"
 #include "error_text.h"
 #include "hit_panel.h"
 #include "host_list.h"
@@ -31,7 +32,9 @@ Shell::Shell(MainWindow& mainWindow, const Surroundings& surroundings) : around(
   window.setStatusBar(staBar);
   BuildTrees();
   BuildArea();
-  commands = std::make_unique<CommandSet>(window, [this](const Command& command) { Run(command); });
+  commands = new CommandSet(window);
+  QObject::connect(commands, &CommandSet::Triggered, commands,
+                   [this](CommandId command) { Guarded([this, command] { RunCommand(*this, command); }); });
   BuildNavigation();
   WireContextMenus();
 }
@@ -91,22 +94,22 @@ void Shell::BuildNavigation() {
 void Shell::WireContextMenus() {
   QObject::connect(treApp, &QWidget::customContextMenuRequested, treApp, [this](const QPoint& position) {
     treApp->setCurrentIndex(treApp->indexAt(position));
-    commands->Item("mnuPopUpEinlesen_Entfernen")
-        ->setEnabled(IsFromSource(*this, hostModel->ProjectOf(treApp->currentIndex())));
-    commands->Popup("mnuPopUpEinlesen", treApp->viewport()->mapToGlobal(position));
+    commands->Item(CommandId::kRemoveSource)
+        .setEnabled(IsFromSource(*this, hostModel->ProjectOf(treApp->currentIndex())));
+    commands->ShowPopup(PopupId::kReading, treApp->viewport()->mapToGlobal(position));
   });
   QObject::connect(rtbHaupt, &QWidget::customContextMenuRequested, rtbHaupt, [this](const QPoint& position) {
     const QPoint global = rtbHaupt->viewport()->mapToGlobal(position);
-    commands->Item("mnuPopUpEinlesen_Entfernen")->setEnabled(false);
+    commands->Item(CommandId::kRemoveSource).setEnabled(false);
     if (mode == 0) {
-      commands->Popup("mnuPopUpEinlesen", global);
+      commands->ShowPopup(PopupId::kReading, global);
     } else {
       ShowCodeMenu(*this, global);
     }
   });
   QObject::connect(startPage, &QWidget::customContextMenuRequested, startPage, [this](const QPoint& position) {
-    commands->Item("mnuPopUpEinlesen_Entfernen")->setEnabled(false);
-    commands->Popup("mnuPopUpEinlesen", startPage->mapToGlobal(position));
+    commands->Item(CommandId::kRemoveSource).setEnabled(false);
+    commands->ShowPopup(PopupId::kReading, startPage->mapToGlobal(position));
   });
   WireZoomMenu(*this);
 }
@@ -122,10 +125,6 @@ void Shell::Guarded(const std::function<void()>& work) {
     Show("Unbekannter Fehler", MessageIcon::kExclamation);
   }
   busy_ = false;
-}
-
-void Shell::Run(const Command& command) {
-  Guarded([this, &command] { command.run(*this); });
 }
 
 Answer Shell::Show(std::string_view text, MessageIcon icon, Buttons buttons, std::string_view detail) {

@@ -37,7 +37,6 @@ class Shell {
 
   /// Runs something the user asked for. An error is shown and ends it; while something runs, nothing else starts.
   void Guarded(const std::function<void()>& work);
-  void Run(const Command& command);
 
   /// Message box under the program's title. Texts are UTF-8.
   Answer Show(std::string_view text, MessageIcon icon = MessageIcon::kNone, Buttons buttons = Buttons::kOk,
@@ -88,7 +87,7 @@ class Shell {
   QLineEdit* txtSuche = nullptr;
   HitPanel* hits = nullptr;
   StatusPanels* staBar = nullptr;
-  std::unique_ptr<CommandSet> commands;
+  CommandSet* commands = nullptr;
   std::unique_ptr<MiniWindow> mini;
   /// The project folders behind the items `mnuOpenIndex`(0..9).
   std::vector<std::string> recent;

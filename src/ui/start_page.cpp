@@ -46,7 +46,8 @@ class DropField : public QLabel {
   }
 };
 
-QString Link(const QString& item, const QString& text, const QString& title = {}) {
+QString Link(CommandId command, const QString& text, const QString& title = {}) {
+  const QString item = FromUtf8(Commands()[static_cast<std::size_t>(command)].name);
   return QStringLiteral("<a href=\"%1\" title=\"%3\">%2</a>").arg(item, text.toHtmlEscaped(), title.toHtmlEscaped());
 }
 
@@ -59,7 +60,7 @@ constexpr bool kHostsRunHere = false;
 /// The program's first source where it can run.
 QString OpenInHost(const QString& host) {
   return QStringLiteral("<li>In %1 öffnen, was gelesen werden soll, und %2 (F5);<br>oder ")
-      .arg(host.toHtmlEscaped(), Link(QStringLiteral("mnuAnsicht_App_Aktualisieren"), QStringLiteral("aktualisieren")));
+      .arg(host.toHtmlEscaped(), Link(CommandId::kRefreshProjects, QStringLiteral("aktualisieren")));
 }
 
 QString Steps(const QString& host) {
@@ -68,10 +69,9 @@ QString Steps(const QString& host) {
              "<li>Links ankreuzen, was gelesen werden soll.</li><li>%4.</li></ol>"
              "<p>Ein früher gespeichertes Projekt: %5.</p>")
       .arg(kHostsRunHere ? OpenInHost(host) : QStringLiteral("<li>"))
-      .arg(Link(QStringLiteral("mnuDatei_Dateien"), QStringLiteral("Dateien")),
-           Link(QStringLiteral("mnuDatei_Ordner"), QStringLiteral("Ordner")),
-           Link(QStringLiteral("mnuBearbeiten_Code"), QStringLiteral("Code einlesen")),
-           Link(QStringLiteral("mnuÖffnen"), QStringLiteral("Öffnen")));
+      .arg(Link(CommandId::kAddFiles, QStringLiteral("Dateien")), Link(CommandId::kAddFolder, QStringLiteral("Ordner")),
+           Link(CommandId::kReadCode, QStringLiteral("Code einlesen")),
+           Link(CommandId::kOpenSavedProject, QStringLiteral("Öffnen")));
 }
 
 QLabel* Add(QVBoxLayout& layout, const char* name, QLabel* label) {
@@ -118,8 +118,8 @@ StartPage::StartPage(Shell& shell) : shell_(shell) {
 void StartPage::ShowRecent(const std::vector<std::string>& folders) {
   QString list;
   for (std::size_t i = 0; i < folders.size(); ++i) {
-    list += Link(QStringLiteral("mnuOpenIndex%1").arg(i), FromUtf8(ProjectNameOf(folders[i])), FromUtf8(folders[i])) +
-            QStringLiteral("<br>");
+    list +=
+        Link(OpenRecentCommand(i), FromUtf8(ProjectNameOf(folders[i])), FromUtf8(folders[i])) + QStringLiteral("<br>");
   }
   recent_->setText(list);
   recentTitle_->setVisible(!folders.empty());
@@ -138,8 +138,10 @@ void StartPage::changeEvent(QEvent* event) {
 }
 
 void StartPage::Follow(const QString& link) {
-  QAction* item = shell_.commands->Item(ToUtf8(link));
-  if (item != nullptr) item->trigger();
+  const std::string name = ToUtf8(link);
+  for (const Command& command : Commands()) {
+    if (name == command.name) shell_.commands->Item(command.id).trigger();
+  }
 }
 
 }  // namespace quillmate::ui

@@ -9,9 +9,9 @@
 namespace quillmate::ui {
 namespace {
 
-void Toggle(Shell& shell, std::string_view command) {
-  QAction* item = shell.commands->Item(command);
-  item->setChecked(!item->isChecked());
+void Toggle(Shell& shell, CommandId command) {
+  QAction& item = shell.commands->Item(command);
+  item.setChecked(!item.isChecked());
 }
 
 }  // namespace
@@ -20,9 +20,9 @@ void SearchFromTop(Shell& shell) { ShowSearchResult(shell, navigation::FindFirst
 
 void SearchOn(Shell& shell) { ShowSearchResult(shell, navigation::FindNext(shell.views, CurrentRequest(shell))); }
 
-void SwitchProjectSearch(Shell& shell) { Toggle(shell, "mnuBearbeiten_Suchen_Projekt"); }
+void SwitchProjectSearch(Shell& shell) { Toggle(shell, CommandId::kSwitchProjectSearch); }
 
-void SwitchWholeWord(Shell& shell) { Toggle(shell, "mnuBearbeiten_Suchen_GanzWort"); }
+void SwitchWholeWord(Shell& shell) { Toggle(shell, CommandId::kSwitchWholeWord); }
 
 void TakeSearchText(Shell& shell) {
   const std::string selected = shell.VisibleSelection();

@@ -23,12 +23,12 @@ void Write(Shell& shell, std::string_view key, const std::string& value) {
 }
 
 void ApplyLineNumbers(Shell& shell, bool on) {
-  shell.commands->Item("mnuAnsicht_Zeilennummern")->setChecked(on);
+  shell.commands->Item(CommandId::kSwitchLineNumbers).setChecked(on);
   for (CodeEditor* editor : {shell.rtbHaupt, shell.rtbZoom}) editor->ShowLineNumbers(on);
 }
 
 void ApplySourceOrder(Shell& shell, bool on) {
-  shell.commands->Item("mnuAnsicht_Quellreihenfolge")->setChecked(on);
+  shell.commands->Item(CommandId::kSwitchSourceOrder).setChecked(on);
   shell.treeFilter->OrderBySource(on);
 }
 

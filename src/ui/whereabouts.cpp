@@ -40,8 +40,7 @@ class MouseSteps : public QObject {
     if (widget == nullptr || widget->window() != &shell_.window) return false;
     const Qt::MouseButton button = static_cast<QMouseEvent*>(event)->button();
     if (button != Qt::BackButton && button != Qt::ForwardButton) return false;
-    const char* const command = button == Qt::BackButton ? "mnuBearbeiten_RouBew3" : "mnuBearbeiten_RouBew4";
-    shell_.commands->Item(command)->trigger();
+    shell_.commands->Item(button == Qt::BackButton ? CommandId::kGoBack : CommandId::kGoNext).trigger();
     return true;
   }
 
@@ -54,7 +53,7 @@ class MouseSteps : public QObject {
 void WireWhereabouts(Shell& shell) {
   shell.rtbHaupt->onCaret = [&shell] { shell.Guarded([&shell] { TrackCaret(shell); }); };
   shell.staBar->onArrow = [&shell](int panel) { shell.Guarded([&shell, panel] { Step(shell, panel); }); };
-  shell.staBar->onRoutine = [&shell] { shell.commands->Item("mnuBearbeiten_Rout")->trigger(); };
+  shell.staBar->onRoutine = [&shell] { shell.commands->Item(CommandId::kFindRoutineCallers).trigger(); };
   ShowSteps(shell);
   new MouseSteps(shell);
 }
@@ -107,8 +106,8 @@ void ShowSteps(Shell& shell) {
   const navigation::RoutineHistory& history = shell.whereabouts.history;
   shell.staBar->SetEnabled(StatusPanels::kBack, history.BackEnabled());
   shell.staBar->SetEnabled(StatusPanels::kNext, history.NextEnabled());
-  shell.commands->Item("mnuBearbeiten_RouBew3")->setEnabled(history.BackEnabled());
-  shell.commands->Item("mnuBearbeiten_RouBew4")->setEnabled(history.NextEnabled());
+  shell.commands->Item(CommandId::kGoBack).setEnabled(history.BackEnabled());
+  shell.commands->Item(CommandId::kGoNext).setEnabled(history.NextEnabled());
 }
 
 void Step(Shell& shell, int panel) {

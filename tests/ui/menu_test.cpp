@@ -39,8 +39,8 @@ TEST_F(MenuTest, KeysAndAccessKeysAreUnambiguous) {
   for (const ui::Command& command : ui::Commands()) {
     if (*command.shortcut == '\0') continue;
     const QKeySequence keys(QString::fromUtf8(command.shortcut));
-    EXPECT_EQ(keys.count(), 1) << command.id;
-    EXPECT_FALSE(shortcuts.contains(keys.toString())) << command.id;
+    EXPECT_EQ(keys.count(), 1) << command.name;
+    EXPECT_FALSE(shortcuts.contains(keys.toString())) << command.name;
     shortcuts.insert(keys.toString());
   }
   QList<QMenu*> menus = Window().menuBar()->findChildren<QMenu*>();

@@ -1,7 +1,6 @@
 #include <QAbstractItemModelTester>
 #include <QDir>
 
-#include "command_table.h"
 #include "window_test.h"
 
 namespace quillmate::testing {
@@ -141,13 +140,6 @@ TEST_F(ProjectTest, CommandsFollowTheMode) {
   Tick(0);
   Window().PressToolButton("DoIt");
   for (const auto& row : kRows) expectEnabled(row.names, row.with);
-}
-
-TEST_F(ProjectTest, EveryTableRowLeadsToACommand) {
-  for (const ui::ToolButton& row : ui::ToolButtons()) EXPECT_NE(ui::FindCommand(row.command), nullptr) << row.key;
-  for (const ui::ContextItem& row : ui::ContextItems()) EXPECT_NE(ui::FindCommand(row.command), nullptr) << row.id;
-  EXPECT_EQ(ui::FindToolButton("NEU"), ui::FindToolButton("neu"));
-  EXPECT_EQ(ui::FindToolButton("blind"), nullptr);
 }
 
 TEST_F(ProjectTest, NewAsksAboutTheUnsavedProject) {

@@ -6,11 +6,11 @@
 
 namespace quillmate::ui {
 
-bool IsZoomed(const Shell& shell) { return shell.commands->Item("mnuAnsicht_Zoom")->isChecked(); }
+bool IsZoomed(const Shell& shell) { return shell.commands->Item(CommandId::kSwitchZoom).isChecked(); }
 
 void SetZoom(Shell& shell, bool on) {
   if (on) BuildZoom(shell);
-  shell.commands->Item("mnuAnsicht_Zoom")->setChecked(on);
+  shell.commands->Item(CommandId::kSwitchZoom).setChecked(on);
   const bool hadFocus = shell.Editor().hasFocus();
   shell.codes->setCurrentWidget(on ? shell.rtbZoom : shell.rtbHaupt);
   if (on || hadFocus) shell.Editor().setFocus();

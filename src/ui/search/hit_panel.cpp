@@ -107,7 +107,7 @@ void HitPanel::Open(const QString& text) {
 }
 
 QString HitPanel::Find(std::vector<navigation::ModuleHits>& hits) {
-  const bool wholeWord = shell_.commands->Item("mnuBearbeiten_Suchen_GanzWort")->isChecked();
+  const bool wholeWord = shell_.commands->Item(CommandId::kSwitchWholeWord).isChecked();
   const QString typed = text_->text();
   codedb::CodeDatabase& database = shell_.Globals().CodeDb;
   if (isPattern_->isChecked()) {

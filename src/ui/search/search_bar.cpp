@@ -53,9 +53,9 @@ QLineEdit* AddSearchText(Shell& shell) {
   field->setPlaceholderText(QStringLiteral("Suchtext"));
   field->setClearButtonEnabled(true);
   field->setFixedWidth(std::max(kFieldWidth, kFieldCharacters * field->fontMetrics().averageCharWidth()));
-  shell.commands->ToolBar().insertWidget(shell.commands->Button("su_a"), field);
+  shell.commands->ToolBar().insertWidget(&shell.commands->Button(ButtonId::kSearch), field);
   QObject::connect(field, &QLineEdit::returnPressed, field,
-                   [&shell] { shell.commands->Item("mnuBearbeiten_Suchen")->trigger(); });
+                   [&shell] { shell.commands->Item(CommandId::kSearchFromTop).trigger(); });
   return field;
 }
 
@@ -63,8 +63,8 @@ navigation::SearchRequest CurrentRequest(Shell& shell) {
   const QString typed = shell.txtSuche->text();
   navigation::SearchRequest request;
   request.text = ToCode(typed);
-  request.wholeWord = shell.commands->Item("mnuBearbeiten_Suchen_GanzWort")->isChecked();
-  request.project = shell.commands->Item("mnuBearbeiten_Suchen_Projekt")->isChecked();
+  request.wholeWord = shell.commands->Item(CommandId::kSwitchWholeWord).isChecked();
+  request.project = shell.commands->Item(CommandId::kSwitchProjectSearch).isChecked();
   request.zoomMode = IsZoomed(shell);
   request.isForeign = FromCode(request.text) != typed;
   return request;

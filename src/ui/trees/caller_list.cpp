@@ -42,7 +42,7 @@ void BuildToolBar(Shell& shell) {
   QAction* close = bar->addAction(LoadIcon(QStringLiteral("close")), QStringLiteral("Schliesst die Routinensuche"));
   close->setObjectName(QStringLiteral("close"));
   QObject::connect(close, &QAction::triggered, close,
-                   [&shell] { shell.commands->Item("mnuAnsicht_RouClose")->trigger(); });
+                   [&shell] { shell.commands->Item(CommandId::kCloseCallerList).trigger(); });
   bar->hide();
   shell.callers.tobSuche = bar;
 }
@@ -59,7 +59,7 @@ void SetShown(Shell& shell, bool shown) {
   shell.ShowTree(shown ? *shell.callers.treRoutSuche : *shell.treProjekt);
   shell.callers.tobSuche->setVisible(shown);
   shell.commands->ToolBar().setVisible(!shown);
-  shell.commands->Item("mnuAnsicht_RouClose")->setEnabled(shown);
+  shell.commands->Item(CommandId::kCloseCallerList).setEnabled(shown);
 }
 
 }  // namespace
@@ -70,7 +70,7 @@ void BuildCallerList(Shell& shell) {
     shell.Guarded([&shell, index] { ShowCaller(shell, index); });
   };
   BuildToolBar(shell);
-  shell.commands->Item("mnuAnsicht_RouClose")->setEnabled(false);
+  shell.commands->Item(CommandId::kCloseCallerList).setEnabled(false);
 }
 
 void ShowCallers(Shell& shell, navigation::ProjectTree callers, const QString& routine) {

@@ -1,0 +1,122 @@
+#include "commands.h"
+
+namespace quillmate::ui {
+
+void RunCommand(Shell& shell, CommandId command) {
+  switch (command) {
+    using enum CommandId;
+    case kOpenSavedProject:
+      return OpenSavedProject(shell);
+    case kStartAnew:
+      return StartAnew(shell);
+    case kSaveProjectAs:
+      return SaveProjectAs(shell);
+    case kAddFiles:
+      return AddFiles(shell);
+    case kAddFolder:
+      return AddFolder(shell);
+    case kOpenRecent0:
+    case kOpenRecent1:
+    case kOpenRecent2:
+    case kOpenRecent3:
+    case kOpenRecent4:
+    case kOpenRecent5:
+    case kOpenRecent6:
+    case kOpenRecent7:
+    case kOpenRecent8:
+    case kOpenRecent9:
+      return OpenRecent(shell, static_cast<std::size_t>(command) - static_cast<std::size_t>(kOpenRecent0));
+    case kEndProgram:
+      return EndProgram(shell);
+    case kReadCode:
+      return ReadCode(shell);
+    case kSearchFromTop:
+      return SearchFromTop(shell);
+    case kSearchOn:
+      return SearchOn(shell);
+    case kSwitchProjectSearch:
+      return SwitchProjectSearch(shell);
+    case kSwitchWholeWord:
+      return SwitchWholeWord(shell);
+    case kTakeSearchText:
+      return TakeSearchText(shell);
+    case kEnterSearchText:
+      return EnterSearchText(shell);
+    case kListAllHits:
+      return ListAllHits(shell);
+    case kFindRoutineCallers:
+      return FindRoutineCallers(shell);
+    case kShowDefinition:
+      return ShowDefinition(shell);
+    case kGoBack:
+      return GoBack(shell);
+    case kGoNext:
+      return GoNext(shell);
+    case kCopyModule:
+      return CopyModule(shell);
+    case kCopySelection:
+      return CopySelection(shell);
+    case kRefreshProjects:
+      return RefreshProjects(shell);
+    case kSwitchZoom:
+      return SwitchZoom(shell);
+    case kCloseCallerList:
+      return CloseCallerList(shell);
+    case kFilterTree:
+      return FilterTree(shell);
+    case kSwitchSourceOrder:
+      return SwitchSourceOrder(shell);
+    case kSwitchLineNumbers:
+      return SwitchLineNumbers(shell);
+    case kEnlargeFont:
+      return EnlargeFont(shell);
+    case kReduceFont:
+      return ReduceFont(shell);
+    case kResetFont:
+      return ResetFont(shell);
+    case kShowSpecialView:
+      return ShowSpecialView(shell);
+    case kExportClipboardHtml:
+      return ExportClipboardHtml(shell);
+    case kExportSelectionHtml:
+      return ExportSelectionHtml(shell);
+    case kExportModuleHtml:
+      return ExportModuleHtml(shell);
+    case kExportProjectHtml:
+      return ExportProjectHtml(shell);
+    case kWriteDocumentation:
+      return WriteDocumentation(shell);
+    case kExportZoomHtml:
+      return ExportZoomHtml(shell);
+    case kExportProjectRtf:
+      return ExportProjectRtf(shell);
+    case kExportModuleRtf:
+      return ExportModuleRtf(shell);
+    case kCopySelectionText:
+      return CopySelectionText(shell);
+    case kCopyModuleText:
+      return CopyModuleText(shell);
+    case kReadVbFiles:
+      return ReadVbFiles(shell);
+    case kCopyOutline:
+      return CopyOutline(shell);
+    case kShowUnusedRoutines:
+      return ShowUnusedRoutines(shell);
+    case kShowOptions:
+      return ShowOptions(shell);
+    case kStoreDisplaySize:
+      return StoreDisplaySize(shell);
+    case kApplyStoredDisplaySize:
+      return ApplyStoredDisplaySize(shell);
+    case kClearClipboard:
+      return ClearClipboard(shell);
+    case kShowHelp:
+      return ShowHelp(shell);
+    case kShowAbout:
+      return ShowAbout(shell);
+    case kRemoveSource:
+      return RemoveSource(shell);
+  }
+}
+
+}  // namespace quillmate::ui
