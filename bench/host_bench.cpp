@@ -5,7 +5,7 @@
 #include <benchmark/benchmark.h>
 
 #include <quillmate/host/document_host.h>
-#include <quillmate/host/module_file.h>
+#include <quillmate/office/module_file.h>
 #include <quillmate/text/source_text.h>
 
 /// Listing and reading a folder of a thousand modules of about 35 KB each, in the styles that real projects mix: every
@@ -86,7 +86,7 @@ BENCHMARK(ReadFolder)->Unit(benchmark::kMillisecond);
 
 void ParseModule(benchmark::State& state) {
   const std::string bytes = ModuleBytes(static_cast<int>(state.range(0)));
-  for (auto step : state) benchmark::DoNotOptimize(ParseModuleFile(bytes, "bas"));
+  for (auto step : state) benchmark::DoNotOptimize(office::ParseModuleFile(bytes, "bas"));
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));
 }
 BENCHMARK(ParseModule)->Arg(1)->Arg(2)->Arg(3);

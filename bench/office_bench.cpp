@@ -6,15 +6,16 @@
 #include <benchmark/benchmark.h>
 
 #include <quillmate/host/document_host.h>
-#include <quillmate/host/vba_compression.h>
+#include <quillmate/office/vba_compression.h>
 
-#include "host/vba_writer.h"
+#include "office/vba_writer.h"
 
 /// Listing and reading a workbook of 2.7 MB with 670 modules and 1.8 MB of source, and unpacking a text.
 namespace quillmate::host {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace office;
 
 constexpr int kModules = 670;
 constexpr std::size_t kModuleSize = 2600;

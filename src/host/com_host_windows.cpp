@@ -5,7 +5,7 @@
 #include <vector>
 
 #include <quillmate/host/com_host.h>
-#include <quillmate/host/module_file.h>
+#include <quillmate/office/module_file.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/source_text.h>
@@ -32,7 +32,7 @@ bool Same(const HostProject& a, const HostProject& b) { return a.name == b.name 
 /// The lines asked for, without the line break that a host may put behind the last.
 std::string AskedLines(std::wstring_view lines, int count) {
   std::string code = text::NormalizeLineBreaks(CodeOf(lines));
-  if (CountLines(code) == count + 1 && code.ends_with(text::kLineBreak)) {
+  if (office::CountLines(code) == count + 1 && code.ends_with(text::kLineBreak)) {
     code.resize(code.size() - text::kLineBreak.size());
   }
   return code;
@@ -303,7 +303,7 @@ std::string ComHost::Lines(int project, const std::string& name, int position, i
   if (!lines.Become(VT_BSTR)) throw HostError(kModuleGone);
   std::string code = AskedLines(lines.Text(), count);
   // Fewer lines are fine only while there are no more: a host counts a last line without text or not.
-  if (CountLines(code) != count && calls.GetNumber(codeModule, L"CountOfLines", kModuleGone) != count) {
+  if (office::CountLines(code) != count && calls.GetNumber(codeModule, L"CountOfLines", kModuleGone) != count) {
     throw HostError("Das Modul wurde geändert, während es gelesen wurde");
   }
   return code;

@@ -35,20 +35,20 @@ const ListedModule& FindModule(const ListedProject& project, const std::string& 
 }
 
 /// A file that turned into another module is not the one that was ticked.
-ModuleFile LoadOwnFile(const ListedModule& module, std::string& buffer) {
-  ModuleFile file = LoadModule(module, buffer);
+office::ModuleFile LoadOwnFile(const ListedModule& module, std::string& buffer) {
+  office::ModuleFile file = LoadModule(module, buffer);
   if (NameOf(module, file) != module.component.name) throw HostError("Datei enthält jetzt ein anderes Modul");
   return file;
 }
 
 /// The module where it was listed, or wherever it has moved to by its name.
-ModuleFile FindInProject(const ListedModule& module, const VbaProject& project) {
+office::ModuleFile FindInProject(const ListedModule& module, const office::VbaProject& project) {
   if (project.protection.Locked()) throw HostError("Das Projekt ist gesperrt");
   if (*module.inOfficeFile < project.modules.size()) {
-    ModuleFile file = ModuleFileOf(project.modules[*module.inOfficeFile]);
+    office::ModuleFile file = ModuleFileOf(project.modules[*module.inOfficeFile]);
     if (file.name == module.component.name) return file;
   }
-  for (const VbaModule& candidate : project.modules) {
+  for (const office::VbaModule& candidate : project.modules) {
     if (text::CodeFromUtf8(candidate.name) == module.component.name) return ModuleFileOf(candidate);
   }
   throw HostError("Modul ist nicht mehr in der Datei");
@@ -72,17 +72,17 @@ struct DocumentHost::State {
   /// The module that ComponentByName has looked at: Lines is asked for it next, and gets the same state of the file.
   struct Loaded {
     const ListedModule* module;
-    ModuleFile file;
+    office::ModuleFile file;
   };
 
   /// The Office file that was read last: its modules are asked for one after the other.
   struct OpenOfficeFile {
     fs::path path;
-    VbaProject project;
+    office::VbaProject project;
   };
 
   std::vector<fs::path> sources;
-  OfficeHost ownHost = OfficeHost::kUnknown;
+  office::OfficeHost ownHost = office::OfficeHost::kUnknown;
   Listing listing;
   std::optional<Loaded> loaded;
   std::optional<OpenOfficeFile> officeFile;
@@ -93,17 +93,17 @@ struct DocumentHost::State {
   void List() {
     Forget();
     listing = ListSources(sources);
-    if (ownHost != OfficeHost::kUnknown) {
+    if (ownHost != office::OfficeHost::kUnknown) {
       std::stable_partition(listing.projects.begin(), listing.projects.end(),
                             [&](const ListedProject& project) { return project.host == ownHost; });
     }
     listed = true;
   }
-  const VbaProject& OfficeProject(const fs::path& path) {
+  const office::VbaProject& OfficeProject(const fs::path& path) {
     if (!officeFile.has_value() || officeFile->path != path) {
       officeFile.reset();
-      OfficeFile file = ReadOfficeFile(path);
-      if (file.state != OfficeFile::State::kRead) throw HostError(file.reason);
+      office::OfficeFile file = office::ReadOfficeFile(path);
+      if (file.state != office::OfficeFile::State::kRead) throw HostError(file.reason);
       officeFile = OpenOfficeFile{path, std::move(file.project)};
     }
     return officeFile->project;
@@ -134,7 +134,7 @@ DocumentHost::~DocumentHost() = default;
 
 void DocumentHost::SetSources(std::vector<fs::path> sources) { state_->sources = std::move(sources); }
 
-void DocumentHost::SetOwnHost(OfficeHost host) { state_->ownHost = host; }
+void DocumentHost::SetOwnHost(office::OfficeHost host) { state_->ownHost = host; }
 
 const std::vector<SourceProblem>& DocumentHost::Problems() const noexcept { return state_->listing.problems; }
 
@@ -176,7 +176,7 @@ HostComponent DocumentHost::ComponentByName(int project, const std::string& name
 std::string DocumentHost::Lines(int project, const std::string& name, int position, int count) {
   const ListedModule& module = FindModule(state_->Project(project), name, position);
   if (!state_->loaded.has_value() || state_->loaded->module != &module) state_->Load(module);
-  ModuleFile file = std::move(state_->loaded->file);
+  office::ModuleFile file = std::move(state_->loaded->file);
   state_->loaded.reset();
   return count >= file.lineCount ? std::move(file.code) : FirstLines(std::move(file.code), count);
 }

@@ -36,16 +36,16 @@ bool MayBeOfficeFile(const fs::path& file) {
   std::string extension = ExtensionOf(file);
   if (name.starts_with("~$") || extension.empty()) return false;
   extension.erase(0, 1);
-  return Holds(OfficeFileExtensions(), extension) || Holds(kAccessExtensions, extension) ||
+  return Holds(office::OfficeFileExtensions(), extension) || Holds(kAccessExtensions, extension) ||
          text::EqualsIgnoreCase(name, "vbaProject.bin");
 }
 
 /// A file in a folder that was opened in vain: no macros, or something else altogether. Files with the old extensions,
 /// all of three letters, are often enough RTF, HTML or text.
-bool IsOfNoConcern(const fs::path& file, OfficeFile::State state) {
+bool IsOfNoConcern(const fs::path& file, office::OfficeFile::State state) {
   constexpr std::size_t kOldExtension = 4;  // with the dot
-  if (state == OfficeFile::State::kNotOffice) return ExtensionOf(file).size() <= kOldExtension;
-  return state == OfficeFile::State::kNoMacros;
+  if (state == office::OfficeFile::State::kNotOffice) return ExtensionOf(file).size() <= kOldExtension;
+  return state == office::OfficeFile::State::kNoMacros;
 }
 
 /// The names of a folder, files apart from sub-folders, each in byte order.
@@ -64,7 +64,7 @@ void TakeEntry(const codedb::FolderEntry& entry, FolderContent& content) {
   if (entry.isFolder) {
     // A linked folder may lie above this one.
     if (!entry.isLink) content.folders.push_back(entry.path);
-  } else if (IsModuleFileExtension(ExtensionOf(entry.path))) {
+  } else if (office::IsModuleFileExtension(ExtensionOf(entry.path))) {
     content.files.push_back(entry.path);
   } else if (MayBeOfficeFile(entry.path)) {
     content.officeFiles.push_back(entry.path);
@@ -122,8 +122,8 @@ void Lister::ListSource(const fs::path& source) {
   if (fs::is_directory(full, error)) {
     ListFolder(full);
   } else if (!fs::exists(full, error)) {
-    AddProblem(full, ProblemOfPath(full));
-  } else if (LooksLikeOfficeFile(full)) {
+    AddProblem(full, office::ProblemOfPath(full));
+  } else if (office::LooksLikeOfficeFile(full)) {
     ListOfficeFile(full, false);
   } else {
     ListByName(full);
@@ -135,7 +135,7 @@ void Lister::ListByName(const fs::path& file) {
   const std::string extension = ExtensionOf(file);
   if (text::EqualsIgnoreCase(extension, ".vbp")) {
     ListVbProject(file);
-  } else if (IsModuleFileExtension(extension)) {
+  } else if (office::IsModuleFileExtension(extension)) {
     ListModuleFile(file);
   } else if (MayBeOfficeFile(file)) {
     ListOfficeFile(file, false);
@@ -186,25 +186,24 @@ void Lister::ListModuleFile(const fs::path& file) {
 }
 
 void Lister::ListOfficeFile(const fs::path& file, bool inFolder) {
-  const OfficeFile office = ReadOfficeFile(file);
-  if (office.state != OfficeFile::State::kRead) {
-    if (!inFolder || !IsOfNoConcern(file, office.state)) AddProblem(file, office.reason);
+  const office::OfficeFile read = office::ReadOfficeFile(file);
+  if (read.state != office::OfficeFile::State::kRead) {
+    if (!inFolder || !IsOfNoConcern(file, read.state)) AddProblem(file, read.reason);
     return;
   }
   ListedProject project;
-  project.project.name =
-      office.project.name.empty() ? CodeOfPath(file.stem()) : text::CodeFromUtf8(office.project.name);
+  project.project.name = read.project.name.empty() ? CodeOfPath(file.stem()) : text::CodeFromUtf8(read.project.name);
   project.project.fileName = codedb::PathText(file);
-  project.project.locked = office.project.protection.Locked();
-  project.host = office.host;
-  for (const VbaModule& module : office.project.modules) {
+  project.project.locked = read.project.protection.Locked();
+  project.host = read.host;
+  for (const office::VbaModule& module : read.project.modules) {
     ListedModule listed;
     listed.component = {text::CodeFromUtf8(module.name), module.type, module.lineCount, {}};
     listed.path = file;
     listed.inOfficeFile = project.modules.size();
     project.modules.push_back(std::move(listed));
   }
-  for (const std::string& warning : office.project.warnings) AddProblem(file, warning);
+  for (const std::string& warning : read.project.warnings) AddProblem(file, warning);
   AddProject(std::move(project));
 }
 
@@ -219,7 +218,7 @@ void Lister::AddFolder(const fs::path& folder, ListedProject& project, std::vect
 void Lister::AddModule(ListedModule module, ListedProject& project) {
   const SourceBytes content = ReadSourceFile(module.path, buffer_);
   if (!content.problem.empty()) return AddProblem(module.path, content.problem);
-  const ModuleFile file = SummarizeModuleFile(content.bytes, module.extension);
+  const office::ModuleFile file = office::SummarizeModuleFile(content.bytes, module.extension);
   module.component = {NameOf(module, file), file.type, file.lineCount, codedb::PathText(module.path)};
   project.modules.push_back(std::move(module));
 }
@@ -240,18 +239,18 @@ Listing ListSources(const std::vector<fs::path>& sources) {
   return lister.Take();
 }
 
-std::string NameOf(const ListedModule& module, const ModuleFile& file) {
+std::string NameOf(const ListedModule& module, const office::ModuleFile& file) {
   if (!module.givenName.empty()) return module.givenName;
   return file.name.empty() ? CodeOfPath(module.path.stem()) : file.name;
 }
 
-ModuleFile LoadModule(const ListedModule& module, std::string& buffer) {
+office::ModuleFile LoadModule(const ListedModule& module, std::string& buffer) {
   const SourceBytes content = ReadSourceFile(module.path, buffer);
   if (!content.problem.empty()) throw HostError(content.problem);
-  return ParseModuleFile(content.bytes, module.extension);
+  return office::ParseModuleFile(content.bytes, module.extension);
 }
 
-ModuleFile ModuleFileOf(const VbaModule& module) {
+office::ModuleFile ModuleFileOf(const office::VbaModule& module) {
   return {text::CodeFromUtf8(module.name), module.type, module.code, module.lineCount};
 }
 

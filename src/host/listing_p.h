@@ -9,8 +9,8 @@
 
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/host_automation.h>
-#include <quillmate/host/module_file.h>
-#include <quillmate/host/office_file.h>
+#include <quillmate/office/module_file.h>
+#include <quillmate/office/office_file.h>
 
 namespace quillmate::host {
 
@@ -30,7 +30,7 @@ struct ListedProject {
   HostProject project;
   std::vector<ListedModule> modules;
   /// Whose file it is, as far as that is known.
-  OfficeHost host = OfficeHost::kUnknown;
+  office::OfficeHost host = office::OfficeHost::kUnknown;
 };
 
 struct Listing {
@@ -42,12 +42,12 @@ struct Listing {
 Listing ListSources(const std::vector<std::filesystem::path>& sources);
 
 /// A module's name, Windows-1252: as the project file gives it, as the file says itself, or the file name's stem.
-std::string NameOf(const ListedModule& module, const ModuleFile& file);
+std::string NameOf(const ListedModule& module, const office::ModuleFile& file);
 
 /// The text of a file that holds a module. Throws HostError (the reason alone).
-ModuleFile LoadModule(const ListedModule& module, std::string& buffer);
+office::ModuleFile LoadModule(const ListedModule& module, std::string& buffer);
 
 /// A module of an Office file in the form in which a file of its own would give it.
-ModuleFile ModuleFileOf(const VbaModule& module);
+office::ModuleFile ModuleFileOf(const office::VbaModule& module);
 
 }  // namespace quillmate::host

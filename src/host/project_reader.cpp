@@ -10,8 +10,8 @@
 #include <quillmate/analysis/module_indexer.h>
 #include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/index_files.h>
-#include <quillmate/host/module_file.h>
 #include <quillmate/host/project_reader.h>
+#include <quillmate/office/module_file.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/source_text.h>
 #include <quillmate/text/windows1252.h>
@@ -194,7 +194,7 @@ void ReadFromFile(const HostModuleNode& node, std::string& buffer, IndexBuild& b
   const SourceBytes content = ReadSourceFile(codedb::PathFromText(node.file), buffer);
   if (!content.problem.empty()) throw HostError(content.problem);
   build.StartModule(node.text, KindOfImage(node.image));
-  build.ScanCode(DropAttributeLines(text::DecodeSourceText(content.bytes)));
+  build.ScanCode(office::DropAttributeLines(text::DecodeSourceText(content.bytes)));
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 #include <fstream>
 #include <system_error>
 
+#include <quillmate/office/byte_source.h>
+
 #include "source_file_p.h"
 
 namespace quillmate::host {
@@ -41,21 +43,9 @@ bool ReadToEnd(std::ifstream& in, std::size_t expected, std::string& buffer, std
 
 }  // namespace
 
-std::string ProblemOfPath(const fs::path& path) {
-  std::error_code error;
-  const fs::file_status status = fs::status(path, error);
-  if (fs::is_directory(status)) return "Ist ein Ordner, keine Datei";
-  if (status.type() == fs::file_type::not_found || status.type() == fs::file_type::none) {
-    std::error_code ignored;
-    if (fs::is_symlink(fs::symlink_status(path, ignored))) return "Verknüpfung führt ins Leere";
-    if (status.type() == fs::file_type::not_found) return "Datei existiert nicht";
-  }
-  return kUnreadable;
-}
-
 SourceBytes ReadSourceFile(const fs::path& file, std::string& buffer) {
   std::error_code error;
-  if (!fs::is_regular_file(file, error)) return {{}, ProblemOfPath(file)};
+  if (!fs::is_regular_file(file, error)) return {{}, office::ProblemOfPath(file)};
   const std::uintmax_t expected = fs::file_size(file, error);
   if (error) return {{}, kUnreadable};
   if (expected > kLargestFile) return {{}, "Datei ist zu groß für ein Modul"};

@@ -19,7 +19,4 @@ struct SourceBytes {
 /// make the program wait for ever.
 SourceBytes ReadSourceFile(const std::filesystem::path& file, std::string& buffer);
 
-/// Why a path is of no use: missing, dead or circular link, not readable. German, UTF-8, one line.
-std::string ProblemOfPath(const std::filesystem::path& path);
-
 }  // namespace quillmate::host

@@ -6,11 +6,11 @@
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/paths.h>
 #include <quillmate/text/characters.h>
+#include <quillmate/text/lines.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/source_text.h>
 #include <quillmate/text/windows1252.h>
 
-#include "lines_p.h"
 #include "vb_project_p.h"
 
 namespace quillmate::host {
@@ -86,7 +86,7 @@ bool Exists(const fs::path& path) {
 VbProject ParseVbProject(std::string_view bytes) {
   const std::string content = Utf8FromBytes(bytes);
   VbProject project;
-  LineReader lines(content);
+  text::LineReader lines(content);
   for (std::string_view line; lines.Next(line);) TakeLine(line, project);
   return project;
 }

@@ -1,5 +1,5 @@
 #include <quillmate/codedb/index_files.h>
-#include <quillmate/host/office_file.h>
+#include <quillmate/office/office_file.h>
 
 #include "commands.h"
 #include "host_list.h"
@@ -15,7 +15,7 @@ namespace {
 /// The dialog's kinds of files: all that can be a source, Office files, modules and projects, everything.
 QString FileFilter() {
   QStringList office;
-  for (const std::string_view extension : host::OfficeFileExtensions()) {
+  for (const std::string_view extension : office::OfficeFileExtensions()) {
     office << QStringLiteral("*.") + FromUtf8(std::string(extension));
   }
   const QString modules = QStringLiteral("*.bas *.cls *.frm *.ctl *.pag *.dob *.dsr *.vbp");

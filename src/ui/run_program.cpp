@@ -2,7 +2,7 @@
 
 #include <quillmate/host/com_host.h>
 #include <quillmate/host/joined_host.h>
-#include <quillmate/host/office_file.h>
+#include <quillmate/office/office_file.h>
 #include <quillmate/startup/edition.h>
 #include <quillmate/ui/main_window.h>
 #include <quillmate/ui/run_program.h>
@@ -22,16 +22,16 @@ namespace {
 std::string CommandLine() { return ToUtf8(QApplication::arguments().mid(1).join(QLatin1Char(' '))); }
 
 /// The Office program whose files an edition lists first.
-host::OfficeHost OwnHost(int selector) {
+office::OfficeHost OwnHost(int selector) {
   switch (selector) {
     case startup::kExcel:
-      return host::OfficeHost::kExcel;
+      return office::OfficeHost::kExcel;
     case startup::kWord:
-      return host::OfficeHost::kWord;
+      return office::OfficeHost::kWord;
     case startup::kPowerPoint:
-      return host::OfficeHost::kPowerPoint;
+      return office::OfficeHost::kPowerPoint;
     default:
-      return host::OfficeHost::kUnknown;
+      return office::OfficeHost::kUnknown;
   }
 }
 

@@ -1,8 +1,8 @@
-#include <quillmate/host/compound_file.h>
+#include <quillmate/office/compound_file.h>
 
 #include "fuzz.h"
 
-void quillmate::host::Check(std::string_view bytes) {
+void quillmate::office::Check(std::string_view bytes) {
   MemorySource source(bytes);
   const std::optional<CompoundFile> file = CompoundFile::Open(source);
   if (!file.has_value()) return;

@@ -1,8 +1,8 @@
-#include <quillmate/host/vba_directory.h>
+#include <quillmate/office/vba_directory.h>
 
 #include "fuzz.h"
 
-void quillmate::host::Check(std::string_view bytes) {
+void quillmate::office::Check(std::string_view bytes) {
   const DirStream dir = ParseDirStream(bytes);
   Expect(dir.modules.size() <= bytes.size() / 6);
   for (const DirModule& module : dir.modules) Expect(!module.name.empty() || !module.unicodeName.empty());

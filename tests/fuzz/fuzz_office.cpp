@@ -1,8 +1,8 @@
-#include <quillmate/host/office_file.h>
+#include <quillmate/office/office_file.h>
 
 #include "fuzz.h"
 
-void quillmate::host::Check(std::string_view bytes) {
+void quillmate::office::Check(std::string_view bytes) {
   MemorySource source(bytes);
   const OfficeFile file = ReadOfficeFile(source);
   Expect(file.reason.empty() == (file.state == OfficeFile::State::kRead));

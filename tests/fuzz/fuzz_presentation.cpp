@@ -2,7 +2,7 @@
 #include "presentation_p.h"
 
 /// The input is the stream "PowerPoint Document" itself, with the place of the last edit in its last four bytes.
-void quillmate::host::Check(std::string_view bytes) {
+void quillmate::office::Check(std::string_view bytes) {
   constexpr std::size_t kLimit = 1000000;
   const std::size_t tail = bytes.size() < 4 ? bytes.size() : 4;
   const std::string user = std::string(16, '\0') + std::string(bytes.substr(bytes.size() - tail));

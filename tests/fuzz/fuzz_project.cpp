@@ -1,8 +1,8 @@
-#include <quillmate/host/vba_directory.h>
+#include <quillmate/office/vba_directory.h>
 
 #include "fuzz.h"
 
-void quillmate::host::Check(std::string_view bytes) {
+void quillmate::office::Check(std::string_view bytes) {
   const ProjectText project = ParseProjectText(bytes);
   Expect(project.modules.size() <= bytes.size());
   for (const ProjectTextModule& module : project.modules) Expect(!module.name.empty() && module.type != 0);

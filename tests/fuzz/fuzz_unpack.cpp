@@ -1,8 +1,8 @@
-#include <quillmate/host/vba_compression.h>
+#include <quillmate/office/vba_compression.h>
 
 #include "fuzz.h"
 
-void quillmate::host::Check(std::string_view bytes) {
+void quillmate::office::Check(std::string_view bytes) {
   constexpr std::size_t kLimit = 1000000;
   const VbaUnpacked unpacked = UnpackVba(bytes, kLimit);
   Expect(unpacked.bytes.size() <= kLimit + 4096);

@@ -1,7 +1,7 @@
 #include "fuzz.h"
 #include "zip_entry_p.h"
 
-void quillmate::host::Check(std::string_view bytes) {
+void quillmate::office::Check(std::string_view bytes) {
   constexpr std::size_t kLimit = 1000000;
   MemorySource source(bytes);
   const ZipEntry entry = ReadZipEntry(source, "vbaProject.bin", kLimit);

@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-#include <quillmate/host/compound_file.h>
+#include <quillmate/office/compound_file.h>
 
-#include "host/vba_writer.h"
+#include "office/vba_writer.h"
 
 /// Writes the seed corpus: a folder for each target below the one given.
-namespace quillmate::host {
+namespace quillmate::office {
 namespace {
 
 namespace fs = std::filesystem;
@@ -85,10 +85,10 @@ void AddProject(Corpus& corpus, const WrittenProject& project) {
 }
 
 }  // namespace
-}  // namespace quillmate::host
+}  // namespace quillmate::office
 
 int main(int argc, char** argv) {
-  using namespace quillmate::host;
+  using namespace quillmate::office;
   if (argc != 2) {
     std::cerr << "write_seeds FOLDER\n";
     return 2;

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include <quillmate/host/host_automation.h>
-#include <quillmate/host/module_file.h>
+#include <quillmate/office/module_file.h>
 
 namespace quillmate::host {
 
@@ -60,7 +60,7 @@ class FakeHost : public HostAutomation {
     return items.at(static_cast<std::size_t>(number) - 1);
   }
   static HostComponent Info(const FakeComponent& component) {
-    return {component.name, component.type, CountLines(component.code), {}};
+    return {component.name, component.type, office::CountLines(component.code), {}};
   }
   const FakeComponent& ByName(int project, const std::string& name, int position) const {
     const FakeComponent& component = Nth(Nth(projects, project).components, position);

@@ -11,12 +11,13 @@
 
 #include "codedb/scratch.h"
 #include "host/listing.h"
-#include "host/vba_writer.h"
+#include "office/vba_writer.h"
 
 namespace quillmate::host {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace office;
 using namespace std::string_view_literals;
 
 WrittenProject Project(const std::string& name, const std::string& module) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include <quillmate/host/module_file.h>
+#include <quillmate/office/module_file.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
@@ -60,7 +60,7 @@ std::string Lines(Model& model, const Component& component, int first, int count
   const Options& options = model.options;
   if (component.name == options.dieAt) TerminateProcess(GetCurrentProcess(), kKilled);
   if (component.name == options.hangAt) WaitForSingleObject(model.stop, INFINITE);
-  if (first < 1 || count < 1 || first + count - 1 > host::CountLines(component.code)) throw Refused(kOutOfRange);
+  if (first < 1 || count < 1 || first + count - 1 > office::CountLines(component.code)) throw Refused(kOutOfRange);
   if (component.name == options.shortenAt) --count;
   const std::size_t start = StartOfLine(component.code, first);
   return component.code.substr(start, StartOfLine(component.code, first + count) - text::kLineBreak.size() - start);
@@ -71,7 +71,7 @@ IDispatch* MakeCodeModule(Model& model, const ComponentPointer& component) {
                          [&model, component](const Arguments&, VARIANT& result) {
                            // A module that was made shorter is found so when it is looked at again.
                            const bool shorter = component->name == model.options.shortenAt && model.traffic.lines > 0;
-                           GiveNumber(result, host::CountLines(component->code) - (shorter ? 1 : 0));
+                           GiveNumber(result, office::CountLines(component->code) - (shorter ? 1 : 0));
                          }},
                         {L"Lines", [&model, component](const Arguments& arguments, VARIANT& result) {
                            GiveText(result, text::Utf16FromCode(

@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <string>
 
+#include <quillmate/office/component_type.h>
+
 /// The object model of a running Office host, as far as the program reads it. Nothing here ever starts a host, writes
 /// to it or runs a macro. Names and code are Windows-1252, file names UTF-8, messages (what()) UTF-8.
 namespace quillmate::host {
@@ -14,9 +16,9 @@ class HostError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Kind of a component as the host's editor numbers it. kOtherComponent stands for every further number (user controls,
-/// property pages, user documents, designers).
-enum ComponentType : int { kStdModule = 1, kClassModule = 2, kMSForm = 3, kOtherComponent = 11, kHostDocument = 100 };
+/// A component's type is a module's.
+using office::ComponentType;
+using enum office::ComponentType;
 
 struct HostProject {
   std::string name;

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quillmate::office {
+
+/// A module file (.bas, .cls, .frm and their kin) taken apart. Everything Windows-1252 with CR LF.
+///
+/// Format, as the host's editor and VB write it (words in any case, lines ended by CR LF, LF or CR):
+///
+///     VERSION 5.00                                  "VERSION 1.0 CLASS" in class modules; standard modules have none
+///     Object = "{...}#2.0#0"; "MSCOMCTL.OCX"        any number, forms only
+///     Begin VB.Form Form1                           "BEGIN" alone in class modules
+///        BeginProperty Font                         blocks nest: Begin ... End, BeginProperty ... EndProperty
+///        EndProperty
+///        Begin VB.CommandButton Command1
+///        End
+///     End
+///     Attribute VB_Name = "Form1"
+///     Attribute VB_PredeclaredId = True
+///     Option Explicit                               the code; further Attribute lines stand inside it
+///
+/// The header begins with the file's first line ("VERSION" and a number) and ends with the End of the outer block. A
+/// file whose outer block never ends has no header: all of it is code, so that nothing gets lost.
+struct ModuleFile {
+  /// From the first "Attribute VB_Name"; empty when the file has none (the caller knows the file's name).
+  std::string name;
+  /// ComponentType; from the extension and, for .cls, from the attributes of a document module.
+  int type = 0;
+  /// What the host's editor shows: no header, no Attribute lines, and one trailing line break less.
+  std::string code;
+  /// Lines of `code` as CountLines counts them.
+  int lineCount = 0;
+};
+
+/// `bytes` as they lie in the file, `extension` with or without its dot, any case.
+///
+/// A .cls file is a document module when VB_PredeclaredId and VB_Exposed are True and VB_Creatable is not, or when
+/// VB_Base begins with "0{0002" (the class ids of the hosts' own documents).
+ModuleFile ParseModuleFile(std::string_view bytes, std::string_view extension);
+
+/// The same without `code`: what a listing needs, at the cost of one look at the bytes.
+ModuleFile SummarizeModuleFile(std::string_view bytes, std::string_view extension);
+
+/// True for the extensions that are read as module files: bas, cls, frm, ctl, pag, dob, dsr.
+bool IsModuleFileExtension(std::string_view extension);
+
+/// The code with every line dropped whose first ten characters behind leading blanks are "Attribute " in any case.
+std::string DropAttributeLines(std::string_view code);
+
+/// Lines of a code text as the host's editor counts them: 0 for an empty text, otherwise its line breaks + 1.
+int CountLines(std::string_view code) noexcept;
+
+}  // namespace quillmate::office

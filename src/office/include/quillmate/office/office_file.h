@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include <quillmate/office/byte_source.h>
+#include <quillmate/office/vba_project.h>
+
+/// Macro projects of Office files, read without Office. No macro can run: nothing but the texts is taken out.
+///
+/// What a file is, its first bytes say, not its name:
+///
+/// * zip: the first entry whose path ends in "vbaProject.bin" holds the project [ECMA-376], [MS-OVBA];
+/// * compound file: the project lies in a storage of a workbook [MS-XLS], of a document [MS-DOC] or on its own, or,
+///   packed, in a presentation's stream [MS-PPT];
+/// * Access database: needs the running Access.
+///
+/// Files may be damaged or made to do harm. Bounds: a packed project of more than kLargestVbaProject bytes is not read;
+/// of the file itself only what leads to the project is read (see compound_file.h and vba_project.h); a zip's table of
+/// contents must not be longer than 8 MB. Files are opened for reading and never kept open.
+namespace quillmate::office {
+
+inline constexpr std::size_t kLargestVbaProject = std::size_t{128} << 20U;
+
+enum class OfficeHost { kUnknown, kExcel, kWord, kPowerPoint };
+
+struct OfficeFile {
+  enum class State {
+    kRead,       // there is a project; it may be locked, and its warnings say what is missing
+    kNoMacros,   // an Office file without a project
+    kNotOffice,  // something else
+    kFailed      // empty, not readable, encrypted, damaged, too large, or of Access
+  };
+
+  State state = State::kFailed;
+  /// Why there is no project: German, UTF-8, one line, without the file's name. Empty when there is one.
+  std::string reason;
+  OfficeHost host = OfficeHost::kUnknown;
+  VbaProject project;
+};
+
+/// Reads the project of a file, or of bytes from anywhere. Never throws for what lies in it.
+OfficeFile ReadOfficeFile(const std::filesystem::path& file);
+OfficeFile ReadOfficeFile(ByteSource& source);
+
+/// True when the first bytes are those of a kind of file that ReadOfficeFile has more to say about than kNotOffice.
+bool LooksLikeOfficeFile(const std::filesystem::path& file);
+
+/// The extensions of files that can hold macros, without dots, in lower case: for the choice of files in a dialog or a
+/// folder. Those of Access are not among them.
+std::span<const std::string_view> OfficeFileExtensions() noexcept;
+
+}  // namespace quillmate::office

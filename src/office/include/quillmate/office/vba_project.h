@@ -1,0 +1,55 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <quillmate/office/compound_file.h>
+#include <quillmate/office/vba_directory.h>
+
+/// A macro project as it lies in a storage of a compound file, after the published format [MS-OVBA] 2.2:
+///
+///     PROJECT       text: kinds and order of the modules, protection          2.3.1
+///     VBA/dir       packed: code page, names, streams and text offsets        2.3.4.2
+///     VBA/<module>  compiled code, then the packed text                       2.3.4.3
+///     <form>        designer data of a form, not read
+///
+/// Nothing but the texts is looked at; compiled code is never used. Files may be damaged or made to do harm. Bounds:
+/// kMostVbaModules modules, kLargestVbaDirectory bytes of dir and of PROJECT, kLargestVbaModule bytes of a module's
+/// text, kLargestVbaText of all texts together, and all module streams together not longer than the file.
+namespace quillmate::office {
+
+inline constexpr std::size_t kLargestVbaDirectory = std::size_t{16} << 20U;
+inline constexpr std::size_t kLargestVbaModule = std::size_t{16} << 20U;
+inline constexpr std::size_t kLargestVbaText = std::size_t{128} << 20U;
+
+struct VbaModule {
+  /// UTF-8.
+  std::string name;
+  /// ComponentType: from PROJECT; where that does not name the module, from dir and from the module's attributes.
+  int type = 0;
+  /// What the host's editor shows, Windows-1252 with CR LF: no Attribute lines, and one trailing line break less.
+  std::string code;
+  /// Lines of `code` as the editor counts them.
+  int lineCount = 0;
+};
+
+struct VbaProject {
+  /// UTF-8.
+  std::string name;
+  VbaProtection protection;
+  /// In the order of the editor: that of PROJECT, then those that only dir names. Empty when the project is locked.
+  std::vector<VbaModule> modules;
+  /// What could not be read, or not whole: German, UTF-8, one line each. A module named here is listed all the same.
+  std::vector<std::string> warnings;
+};
+
+/// The storage that holds the file's own project; nothing when there is none. Known places come first (the root, then
+/// "_VBA_PROJECT_CUR" and "Macros" in it), then the first storage with a dir stream in a storage "VBA".
+std::optional<CompoundId> FindVbaProject(const CompoundFile& file);
+
+/// Reads the project in a storage as far as it goes. A module whose text does not lie where dir says is searched for in
+/// its stream: a text begins with the attribute of its name. A locked project is not read.
+VbaProject ReadVbaProject(const CompoundFile& file, CompoundId storage);
+
+}  // namespace quillmate::office

@@ -1,0 +1,246 @@
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include <quillmate/office/component_type.h>
+#include <quillmate/office/module_file.h>
+#include <quillmate/office/vba_compression.h>
+#include <quillmate/office/vba_project.h>
+#include <quillmate/text/markers.h>
+#include <quillmate/text/operations.h>
+#include <quillmate/text/source_text.h>
+
+#include "code_page_p.h"
+#include "unicode_names_p.h"
+
+namespace quillmate::office {
+namespace {
+
+constexpr std::string_view kTextStart = "Attribute VB_Name";
+
+// Finding ------------------------------------------------------------------------------------------------------------
+
+bool HoldsProject(const CompoundFile& file, CompoundId storage) {
+  const std::optional<CompoundId> vba = file.FindStorage(storage, "VBA");
+  return vba.has_value() && file.FindStream(*vba, "dir").has_value();
+}
+
+/// The storage above a storage "VBA", for a project whose dir stream is lost.
+bool NamesProject(const CompoundFile& file, CompoundId storage) {
+  return file.FindStorage(storage, "VBA").has_value() && file.FindStream(storage, "PROJECT").has_value();
+}
+
+template <typename Accept>
+std::optional<CompoundId> FindStorageWhere(const CompoundFile& file, Accept accept) {
+  if (accept(file, CompoundFile::kRoot)) return CompoundFile::kRoot;
+  for (const char* name : {"_VBA_PROJECT_CUR", "Macros"}) {
+    const std::optional<CompoundId> known = file.FindStorage(CompoundFile::kRoot, name);
+    if (known.has_value() && accept(file, *known)) return known;
+  }
+  for (CompoundId id = 0; id < file.Entries().size(); ++id) {
+    const CompoundEntry& entry = file.Entries()[id];
+    if (entry.kind == CompoundEntry::Kind::kStorage && entry.parent.has_value() && accept(file, id)) return id;
+  }
+  return std::nullopt;
+}
+
+// Modules ------------------------------------------------------------------------------------------------------------
+
+/// What PROJECT and dir say about a module, put together.
+struct ModulePlan {
+  std::string name;
+  /// 0 when PROJECT does not name it.
+  int type = 0;
+  /// Nothing when dir does not name it.
+  const DirModule* inDir = nullptr;
+};
+
+class ModulePlanner {
+ public:
+  ModulePlanner(const DirStream& dir, const CodePage& codePage) : dir_(dir), codePage_(codePage) {
+    for (const DirModule& module : dir.modules) {
+      // PROJECT has names in the code page only, so that is what they are compared in.
+      byName_.try_emplace(UpperCaseName(codePage.Utf8From(module.name)), &module);
+      byName_.try_emplace(UpperCaseName(module.unicodeName), &module);
+    }
+  }
+
+  std::vector<ModulePlan> Plan(const ProjectText& text) {
+    for (const ProjectTextModule& module : text.modules) Add(module);
+    for (const DirModule& module : dir_.modules) {
+      if (used_.insert(&module).second) plans_.push_back({NameOf(module), 0, &module});
+    }
+    return std::move(plans_);
+  }
+
+ private:
+  void Add(const ProjectTextModule& module) {
+    const std::string name = codePage_.Utf8From(module.name);
+    const auto found = byName_.find(UpperCaseName(name));
+    if (found == byName_.end()) {
+      plans_.push_back({name, module.type, nullptr});
+    } else if (used_.insert(found->second).second) {
+      plans_.push_back({NameOf(*found->second), module.type, found->second});
+    }
+  }
+  std::string NameOf(const DirModule& module) const {
+    return module.unicodeName.empty() ? codePage_.Utf8From(module.name) : module.unicodeName;
+  }
+
+  const DirStream& dir_;
+  const CodePage& codePage_;
+  std::unordered_map<std::string, const DirModule*> byName_;
+  std::unordered_set<const DirModule*> used_;
+  std::vector<ModulePlan> plans_;
+};
+
+/// Unpacked text as the editor shows it.
+std::string EditorCode(std::string_view bytes, const CodePage& codePage) {
+  // A chunk that is not packed is filled up with NUL bytes.
+  bytes = bytes.substr(0, bytes.find_last_not_of('\0') + 1);
+  std::string code = codePage.CodeFrom(bytes);
+  std::replace(code.begin(), code.end(), '\0', '?');
+  code = DropAttributeLines(text::NormalizeLineBreaks(code));
+  if (code.ends_with(text::kLineBreak)) code.resize(code.size() - text::kLineBreak.size());
+  return code;
+}
+
+class ProjectReader {
+ public:
+  ProjectReader(const CompoundFile& file, CompoundId storage)
+      : file_(file), storage_(storage), vba_(file.FindStorage(storage, "VBA")), streamBytesLeft_(file.Size()) {}
+
+  VbaProject Read();
+
+ private:
+  std::optional<CompoundId> StreamIn(std::optional<CompoundId> storage, std::string_view name) const;
+  DirStream ReadDir();
+  ProjectText ReadText();
+  VbaModule ReadModule(const ModulePlan& plan, const CodePage& codePage);
+  std::optional<CompoundId> StreamOf(const ModulePlan& plan, const CodePage& codePage) const;
+  VbaUnpacked UnpackText(const ModulePlan& plan, const CodePage& codePage);
+  VbaUnpacked UnpackStream(std::string_view stream, std::optional<std::uint32_t> offset);
+  VbaUnpacked Unpack(std::string_view container);
+  int TypeFromContent(const ModulePlan& plan, std::string_view text) const;
+  void Warn(std::string warning) { project_.warnings.push_back(std::move(warning)); }
+  void Warn(const ModulePlan& plan, const char* reason) { Warn("Modul " + plan.name + ": " + reason); }
+
+  const CompoundFile& file_;
+  CompoundId storage_;
+  std::optional<CompoundId> vba_;
+  std::uint64_t streamBytesLeft_;
+  std::size_t textBytesLeft_ = kLargestVbaText;
+  VbaProject project_;
+};
+
+std::optional<CompoundId> ProjectReader::StreamIn(std::optional<CompoundId> storage, std::string_view name) const {
+  return storage.has_value() && !name.empty() ? file_.FindStream(*storage, name) : std::nullopt;
+}
+
+DirStream ProjectReader::ReadDir() {
+  const std::optional<CompoundId> stream = StreamIn(vba_, "dir");
+  VbaUnpacked unpacked;
+  if (stream.has_value())
+    unpacked = UnpackVba(file_.ReadStream(*stream, kLargestVbaDirectory).bytes, kLargestVbaDirectory);
+  DirStream dir = ParseDirStream(unpacked.bytes);
+  if (!unpacked.complete || !dir.complete) Warn("Das Verzeichnis der Module (dir) ist beschädigt");
+  return dir;
+}
+
+ProjectText ProjectReader::ReadText() {
+  const std::optional<CompoundId> id = StreamIn(storage_, "PROJECT");
+  if (!id.has_value()) return {};
+  const CompoundStream stream = file_.ReadStream(*id, kLargestVbaDirectory);
+  if (!stream.complete) Warn("Die Beschreibung des Projekts (PROJECT) ist beschädigt");
+  return ParseProjectText(stream.bytes);
+}
+
+VbaProject ProjectReader::Read() {
+  const DirStream dir = ReadDir();
+  const ProjectText text = ReadText();
+  const CodePage codePage(dir.codePage);
+  project_.name = codePage.Utf8From(dir.projectName.empty() ? text.name : dir.projectName);
+  project_.protection = text.protection;
+  if (project_.protection.Locked()) return std::move(project_);
+  std::vector<ModulePlan> plans = ModulePlanner(dir, codePage).Plan(text);
+  if (plans.size() > kMostVbaModules) {
+    plans.resize(kMostVbaModules);
+    Warn("Mehr als 32767 Module: die übrigen wurden ausgelassen");
+  }
+  project_.modules.reserve(plans.size());
+  for (const ModulePlan& plan : plans) project_.modules.push_back(ReadModule(plan, codePage));
+  return std::move(project_);
+}
+
+VbaModule ProjectReader::ReadModule(const ModulePlan& plan, const CodePage& codePage) {
+  const VbaUnpacked text = UnpackText(plan, codePage);
+  VbaModule module;
+  module.name = plan.name;
+  module.type = plan.type != 0 ? plan.type : TypeFromContent(plan, text.bytes);
+  module.code = EditorCode(text.bytes, codePage);
+  module.lineCount = CountLines(module.code);
+  return module;
+}
+
+std::optional<CompoundId> ProjectReader::StreamOf(const ModulePlan& plan, const CodePage& codePage) const {
+  std::optional<CompoundId> stream;
+  if (plan.inDir != nullptr) {
+    stream = StreamIn(vba_, plan.inDir->unicodeStreamName);
+    if (!stream.has_value()) stream = StreamIn(vba_, codePage.Utf8From(plan.inDir->streamName));
+  }
+  return stream.has_value() ? stream : StreamIn(vba_, plan.name);
+}
+
+VbaUnpacked ProjectReader::UnpackText(const ModulePlan& plan, const CodePage& codePage) {
+  const std::optional<CompoundId> id = StreamOf(plan, codePage);
+  if (!id.has_value()) return Warn(plan, "Quelltext fehlt"), VbaUnpacked{};
+  const CompoundStream stream = file_.ReadStream(*id, streamBytesLeft_);
+  streamBytesLeft_ -= stream.bytes.size();
+
+  const std::optional<std::uint32_t> offset = plan.inDir == nullptr ? std::nullopt : plan.inDir->textOffset;
+  VbaUnpacked text = UnpackStream(stream.bytes, offset);
+  if (text.bytes.empty()) {
+    Warn(plan, "Quelltext kann nicht entpackt werden");
+  } else if (!text.complete || !stream.complete) {
+    Warn(plan, "Quelltext ist beschädigt oder zu groß und wurde nur zum Teil gelesen");
+  }
+  return text;
+}
+
+/// The text of a module stream, from where dir says or from where one is found.
+VbaUnpacked ProjectReader::UnpackStream(std::string_view stream, std::optional<std::uint32_t> offset) {
+  const std::string_view atOffset = stream.substr(std::min<std::size_t>(offset.value_or(0), stream.size()));
+  if (UnpacksTo(atOffset, kTextStart)) return Unpack(atOffset);
+  const std::size_t found = FindContainer(stream, kTextStart);
+  if (found != std::string_view::npos) return Unpack(stream.substr(found));
+  // A text without the attribute is a text still, when dir points to it and it unpacks.
+  VbaUnpacked unpacked = Unpack(atOffset);
+  return unpacked.complete ? unpacked : VbaUnpacked{};
+}
+
+VbaUnpacked ProjectReader::Unpack(std::string_view container) {
+  VbaUnpacked unpacked = UnpackVba(container, std::min(kLargestVbaModule, textBytesLeft_));
+  textBytesLeft_ -= std::min(textBytesLeft_, unpacked.bytes.size());
+  return unpacked;
+}
+
+int ProjectReader::TypeFromContent(const ModulePlan& plan, std::string_view text) const {
+  if (plan.inDir == nullptr || plan.inDir->procedural) return kStdModule;
+  // A form's designer data lies in a storage of its name.
+  if (file_.FindStorage(storage_, plan.name).has_value()) return kMSForm;
+  return SummarizeModuleFile(text, "cls").type;
+}
+
+}  // namespace
+
+std::optional<CompoundId> FindVbaProject(const CompoundFile& file) {
+  const std::optional<CompoundId> found = FindStorageWhere(file, HoldsProject);
+  return found.has_value() ? found : FindStorageWhere(file, NamesProject);
+}
+
+VbaProject ReadVbaProject(const CompoundFile& file, CompoundId storage) { return ProjectReader(file, storage).Read(); }
+
+}  // namespace quillmate::office
