@@ -58,6 +58,8 @@ void TakeClass(std::vector<std::string>& classes, std::string_view value) {
   throw UsageError("Unbekannte Klasse " + Quoted(value));
 }
 
+constexpr std::string_view kClassWords = "sicher host text";
+
 constexpr std::array kOptions{
     OptionSpec{"-o", "ZIEL", "schreibt in die Datei (index, site: in den Ordner); - ist die Standardausgabe",
                kTakesOutput, TakeOutput},
@@ -72,10 +74,10 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view value) { i.name = value; }},
     OptionSpec{"--whole-word", "", "findet nur ganze Wörter", kTakesWholeWord,
                [](Invocation& i, std::string_view) { i.wholeWord = true; }},
-    OptionSpec{"--only", "KLASSE", "listet nur diese Klasse: sicher, host oder text; mehrfach möglich", kTakesClasses,
-               [](Invocation& i, std::string_view value) { TakeClass(i.only, value); }},
+    OptionSpec{"--only", "KLASSE", "listet nur diese Klasse; mehrfach möglich", kTakesClasses,
+               [](Invocation& i, std::string_view value) { TakeClass(i.only, value); }, kClassWords},
     OptionSpec{"--fail-on", "KLASSE", "Rückgabewert 1, wenn es eine Routine dieser Klasse gibt; mehrfach möglich",
-               kTakesClasses, [](Invocation& i, std::string_view value) { TakeClass(i.failOn, value); }},
+               kTakesClasses, [](Invocation& i, std::string_view value) { TakeClass(i.failOn, value); }, kClassWords},
     OptionSpec{"--title", "TEXT", "Titel der Dokumentation statt des Namens der Eingabe", kTakesTitle,
                [](Invocation& i, std::string_view value) { i.title = value; }},
     OptionSpec{"--credit", "", "hängt den Hinweis auf das Erstellungsprogramm an", kTakesCredit,
@@ -85,11 +87,11 @@ constexpr std::array kOptions{
     OptionSpec{"--host", "", "liest die geöffneten Projekte des laufenden Office-Programms, vor den Eingaben",
                kTakesHost, [](Invocation& i, std::string_view) { i.host = true; }},
     OptionSpec{"--option", "SCHLÜSSEL=WERT", "setzt eine Einstellung, z.B. einr=-1; mehrfach möglich", kAnyCommand,
-               TakeSetting},
+               TakeSetting, "fkey fkom fstr rouf aufk leer vor rer rle meld einr stapro tab font usb"},
     OptionSpec{"--user-settings", "", "geht von den gespeicherten Einstellungen aus", kAnyCommand,
                [](Invocation& i, std::string_view) { i.userSettings = true; }},
-    OptionSpec{"--edition", "NAME", "excel (Vorgabe), word, access, powerpoint oder visualbasic", kAnyCommand,
-               TakeEdition},
+    OptionSpec{"--edition", "NAME", "Office-Programm, um das es geht; Vorgabe: excel", kAnyCommand, TakeEdition,
+               "excel word access powerpoint visualbasic"},
     OptionSpec{"--help", "", "zeigt diese Hilfe, hinter einem Befehl die des Befehls", kAnyCommand,
                [](Invocation& i, std::string_view) { i.help = true; }},
     OptionSpec{"--version", "", "zeigt die Version", kAnyCommand,

@@ -57,6 +57,7 @@ enum OptionSet : unsigned {
   kTakesHost = 1U << 11U
 };
 
+/// One row of the table that the parser, the help, the manual page and the completion of the shell share.
 struct OptionSpec {
   std::string_view name;
   /// As usage texts show the value; empty for an option without one.
@@ -67,6 +68,8 @@ struct OptionSpec {
   unsigned bit;
   /// Takes the option over; throws UsageError when the value makes no sense.
   void (*take)(Invocation&, std::string_view value);
+  /// The values that make sense, separated by blanks, when they are words of a list: help and completion show them.
+  std::string_view words = {};
 };
 
 std::span<const OptionSpec> AllOptions();

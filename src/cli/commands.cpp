@@ -4,6 +4,8 @@
 #include <array>
 #include <string>
 
+#include <quillmate/text/operations.h>
+
 #include "messages.h"
 
 namespace quillmate::cli {
@@ -66,7 +68,9 @@ std::string OptionList(unsigned allowed) {
   for (const OptionSpec& option : AllOptions()) {
     if ((option.bit & allowed) != 0) {
       const std::string value = option.value.empty() ? "" : " " + std::string(option.value);
-      text += ListLine(std::string(option.name) + value, option.help);
+      std::string help(option.help);
+      if (!option.words.empty()) help += " (" + text::ReplaceAll(option.words, " ", ", ") + ")";
+      text += ListLine(std::string(option.name) + value, help);
     }
   }
   return text;
