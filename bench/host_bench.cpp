@@ -6,7 +6,7 @@
 
 #include <quillmate/host/document_host.h>
 #include <quillmate/office/module_file.h>
-#include <quillmate/text/source_text.h>
+#include <quillmate/text/operations.h>
 
 /// Listing and reading a folder of a thousand modules of about 35 KB each, in the styles that real projects mix: every
 /// third file with umlauts in Windows-1252, half of the files with LF alone.

@@ -195,7 +195,7 @@ int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication app(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
-  codedb::ScratchFolder folder;
+  files::ScratchFolder folder;
   testing::RecordingPlatform platform;
   const auto store = settings::MemorySettings();
   std::vector<std::string> sources;

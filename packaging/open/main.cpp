@@ -10,7 +10,7 @@
 
 #include <unistd.h>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/host/document_host.h>
 #include <quillmate/settings/settings_store.h>
 #include <quillmate/settings/sources.h>
@@ -21,7 +21,7 @@
 namespace {
 
 namespace fs = std::filesystem;
-namespace codedb = quillmate::codedb;
+namespace files = quillmate::files;
 namespace settings = quillmate::settings;
 namespace startup = quillmate::startup;
 using quillmate::host::SourceProblem;
@@ -40,7 +40,7 @@ constexpr std::array kEditions{EditionName{"excel", startup::kExcel}, EditionNam
 Paths NewSources(int count, char** files, const Paths& known) {
   Paths added;
   for (int i = 0; i < count; ++i) {
-    std::string path = codedb::PathText(fs::absolute(codedb::PathFromText(files[i])).lexically_normal());
+    std::string path = files::PathText(fs::absolute(files::PathFromText(files[i])).lexically_normal());
     const auto holds = [&path](const Paths& paths) { return std::ranges::find(paths, path) != paths.end(); };
     if (!holds(known) && !holds(added)) added.push_back(std::move(path));
   }
@@ -50,7 +50,7 @@ Paths NewSources(int count, char** files, const Paths& known) {
 std::vector<SourceProblem> ProblemsOf(const Paths& sources) {
   quillmate::host::DocumentHost documents;
   std::vector<fs::path> paths;
-  for (const std::string& source : sources) paths.push_back(codedb::PathFromText(source));
+  for (const std::string& source : sources) paths.push_back(files::PathFromText(source));
   documents.SetSources(std::move(paths));
   if (documents.Attach()) documents.ProjectCount();
   documents.Release();

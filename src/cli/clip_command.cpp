@@ -4,10 +4,11 @@
 #include <string>
 
 #include <quillmate/analysis/scanner.h>
-#include <quillmate/codedb/index_files.h>
 #include <quillmate/export/html.h>
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/paths.h>
+#include <quillmate/files/source_text.h>
 #include <quillmate/startup/edition.h>
-#include <quillmate/text/source_text.h>
 
 #include "commands.h"
 #include "messages.h"
@@ -38,8 +39,8 @@ void RunClip(const Invocation& invocation) {
   }
   CheckOutputIsNoInput(invocation);
   const bool fromFile = !invocation.inputs.empty() && invocation.inputs.front() != "-";
-  const std::string code = text::DecodeSourceText(
-      fromFile ? codedb::ReadWholeFile(codedb::PathFromText(invocation.inputs.front())) : ReadStandardInput());
+  const std::string code = files::DecodeSourceText(
+      fromFile ? files::ReadWholeFile(files::PathFromText(invocation.inputs.front())) : ReadStandardInput());
   if (code.empty()) {
     throw CommandFailure("Kein Text in " + (fromFile ? invocation.inputs.front() : "der Standardeingabe"));
   }

@@ -2,6 +2,7 @@
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/records.h>
+#include <quillmate/files/paths.h>
 
 #include "commands.h"
 #include "messages.h"
@@ -21,7 +22,7 @@ void CopyFile(const fs::path& from, const fs::path& to) {
     fs::permissions(to, fs::perms::owner_write, fs::perm_options::add, error);
   }
   if (error) {
-    throw CommandFailure(codedb::PathText(from) + " kann nicht kopiert werden: " + SystemReason(error));
+    throw CommandFailure(files::PathText(from) + " kann nicht kopiert werden: " + SystemReason(error));
   }
 }
 
@@ -45,7 +46,7 @@ void RunIndex(const Invocation& invocation) {
   const bool saved = IsSavedProject(invocation);
   NewProjectFolder target(*invocation.output, invocation.force);
   if (saved) {
-    CopyProject(codedb::PathFromText(invocation.inputs.front()), target.Path());
+    CopyProject(files::PathFromText(invocation.inputs.front()), target.Path());
   } else {
     codedb::CodeDatabase database;
     ReadSources(invocation, RunOptions(invocation), target.Path(), database);

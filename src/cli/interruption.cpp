@@ -3,7 +3,7 @@
 #include <list>
 #include <system_error>
 
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
 
 #include "platform.h"
 
@@ -24,12 +24,12 @@ Registry& TheRegistry() {
 /// A file or link, or a folder with all that it holds; no link is followed.
 void RemoveWhole(const std::filesystem::path& path, std::error_code& error) {
   std::error_code none;
-  if (!codedb::IsLink(path) && std::filesystem::is_directory(path, none)) {
-    for (const codedb::FolderEntry& entry : codedb::FolderEntries(path, none)) {
+  if (!files::IsLink(path) && std::filesystem::is_directory(path, none)) {
+    for (const files::FolderEntry& entry : files::FolderEntries(path, none)) {
       RemoveWhole(entry.path, none);
     }
   }
-  codedb::RemovePath(path, error);
+  files::RemovePath(path, error);
 }
 
 /// The main thread may still be making files in the folder; it gives up once the folder is gone.

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/startup/edition.h>
 
 #include "commands.h"
@@ -56,7 +56,7 @@ int RunProgram(const std::vector<std::string>& arguments) {
   } catch (const ReaderGone&) {
     return kExitDone;
   } catch (const std::filesystem::filesystem_error& error) {
-    Complain(codedb::PathText(error.path1()) + ": " + SystemReason(error.code()));
+    Complain(files::PathText(error.path1()) + ": " + SystemReason(error.code()));
   } catch (const std::bad_alloc&) {
     Complain("Der Speicher reicht nicht");
   } catch (const std::exception& error) {

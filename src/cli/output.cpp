@@ -4,8 +4,7 @@
 #include <system_error>
 #include <utility>
 
-#include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
 
 #include "messages.h"
 #include "platform.h"
@@ -21,7 +20,7 @@ constexpr std::size_t kBufferSize = std::size_t{1} << 16U;
 /// The file itself when the target is a symbolic link to one.
 fs::path FollowLinks(const fs::path& target) {
   std::error_code error;
-  fs::path real = fs::exists(target, error) ? codedb::RealPath(target, error) : target;
+  fs::path real = fs::exists(target, error) ? files::RealPath(target, error) : target;
   return error ? target : real;
 }
 
@@ -50,7 +49,7 @@ Output::~Output() {
 }
 
 void Output::OpenFile(const std::string& target) {
-  target_ = FollowLinks(codedb::PathFromText(target));
+  target_ = FollowLinks(files::PathFromText(target));
   std::error_code ignored;
   const fs::file_status status = fs::status(target_, ignored);
   if (fs::is_directory(status)) {
@@ -117,7 +116,7 @@ void Output::Finish() {
 
 void Output::PutInPlace() try {
   const RunLock lock;
-  codedb::RenamePath(temporary_->Path(), target_);
+  files::RenamePath(temporary_->Path(), target_);
   temporary_->Release(lock);
 } catch (const fs::filesystem_error& error) {
   Fail(error.code());

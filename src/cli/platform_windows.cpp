@@ -13,7 +13,7 @@
 #include <sys/stat.h>
 // clang-format on
 
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/text/wide.h>
 
 #include "platform.h"
@@ -141,7 +141,7 @@ std::size_t TerminalColumns() noexcept {
   return known && info.dwSize.X > 0 ? static_cast<std::size_t>(info.dwSize.X) : 80;
 }
 
-bool IsDevice(const std::filesystem::path& path) { return codedb::AbsolutePath(path).native().starts_with(L"\\\\.\\"); }
+bool IsDevice(const std::filesystem::path& path) { return files::AbsolutePath(path).native().starts_with(L"\\\\.\\"); }
 
 std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept {
   const int flags = _O_WRONLY | _O_BINARY | _O_NOINHERIT | (mode == OpenMode::kNew ? _O_CREAT | _O_EXCL : 0);

@@ -6,9 +6,9 @@
 #include <system_error>
 #include <vector>
 
-#include <quillmate/codedb/folder_swap.h>
 #include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/folder_swap.h>
+#include <quillmate/files/paths.h>
 
 #include "messages.h"
 #include "platform.h"
@@ -19,13 +19,13 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void Fail(const fs::path& path, std::string_view what) {
-  throw CommandFailure(codedb::PathText(path) + ": " + std::string(what));
+  throw CommandFailure(files::PathText(path) + ": " + std::string(what));
 }
 
 /// Absolute, symbolic links resolved, without a separator at its end.
 fs::path ResolveTarget(const std::string& target) {
   std::error_code error;
-  fs::path path = codedb::RealPath(codedb::PathFromText(target), error);
+  fs::path path = files::RealPath(files::PathFromText(target), error);
   if (error) {
     throw CommandFailure(target + ": " + SystemReason(error));
   }
@@ -50,14 +50,14 @@ fs::path MakeFolderBeside(const fs::path& target) {
 /// Where the old folder waits while the new one takes its place.
 fs::path Aside(fs::path fresh) { return fresh += ".alt"; }
 
-bool BelongsToOldProject(const codedb::FolderEntry& entry) {
+bool BelongsToOldProject(const files::FolderEntry& entry) {
   const bool isFolder = !entry.isLink && entry.isFolder;
   return !isFolder && IsProjectFile(entry.path.filename());
 }
 
-std::vector<codedb::FolderEntry> EntriesOf(const fs::path& folder) {
+std::vector<files::FolderEntry> EntriesOf(const fs::path& folder) {
   std::error_code error;
-  std::vector<codedb::FolderEntry> entries = codedb::FolderEntries(folder, error);
+  std::vector<files::FolderEntry> entries = files::FolderEntries(folder, error);
   if (error) {
     throw fs::filesystem_error("list", folder, error);
   }
@@ -66,7 +66,7 @@ std::vector<codedb::FolderEntry> EntriesOf(const fs::path& folder) {
 
 void Remove(const fs::path& path) {
   std::error_code error;
-  codedb::RemovePath(path, error);
+  files::RemovePath(path, error);
   if (error) {
     throw fs::filesystem_error("remove", path, error);
   }
@@ -76,18 +76,18 @@ void Remove(const fs::path& path) {
 void ClearOldFolder(const fs::path& old, const fs::path& target) try {
   std::vector<fs::path> own;
   std::vector<fs::path> others;
-  for (const codedb::FolderEntry& entry : EntriesOf(old)) {
+  for (const files::FolderEntry& entry : EntriesOf(old)) {
     (BelongsToOldProject(entry) ? own : others).push_back(entry.path);
   }
   for (const fs::path& path : others) {
-    codedb::RenamePath(path, target / path.filename());
+    files::RenamePath(path, target / path.filename());
   }
   for (const fs::path& path : own) {
     Remove(path);
   }
   Remove(old);
 } catch (const fs::filesystem_error& error) {
-  Fail(target, "Das neue Projekt ist geschrieben, in " + codedb::PathText(old) +
+  Fail(target, "Das neue Projekt ist geschrieben, in " + files::PathText(old) +
                    " liegen noch Dateien von vorher: " + SystemReason(error.code()));
 }
 
@@ -104,7 +104,7 @@ bool IsNumberBetween(std::string_view name, std::string_view before, std::string
 
 bool IsProjectFile(const fs::path& name) {
   constexpr std::array<std::string_view, 4> kEngineSuffixes{"", "-journal", "-wal", "-shm"};
-  const std::string text = codedb::PathText(name);
+  const std::string text = files::PathText(name);
   const std::string database(codedb::kDatabaseFile);
   return std::ranges::any_of(kEngineSuffixes, [&](std::string_view s) { return text == database + std::string(s); }) ||
          IsNumberBetween(text, "M", ".txt");
@@ -146,14 +146,14 @@ void NewProjectFolder::Finish() try {
 
 void NewProjectFolder::PutInPlace() {
   const RunLock lock;
-  codedb::RenamePath(folder_->Path(), target_);
+  files::RenamePath(folder_->Path(), target_);
   folder_->Release(lock);
 }
 
 void NewProjectFolder::Replace() {
   fs::permissions(folder_->Path(), fs::status(target_).permissions());
   const RunLock lock;
-  const fs::path old = codedb::SwapFolders(folder_->Path(), target_, Aside(folder_->Path()));
+  const fs::path old = files::SwapFolders(folder_->Path(), target_, Aside(folder_->Path()));
   folder_->Release(lock);
   ClearOldFolder(old, target_);
 }

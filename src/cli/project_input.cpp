@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/host/project_reader.h>
 #include <quillmate/startup/session.h>
 
@@ -33,10 +34,10 @@ void CheckOutputIsNoInput(const Invocation& invocation) {
   if (!invocation.output) {
     return;
   }
-  const fs::path output = codedb::PathFromText(*invocation.output);
+  const fs::path output = files::PathFromText(*invocation.output);
   for (const std::string& input : invocation.inputs) {
     std::error_code none;
-    const fs::path source = codedb::PathFromText(input);
+    const fs::path source = files::PathFromText(input);
     if (fs::equivalent(output, source, none) ||
         (IsProjectFile(output.filename()) && fs::equivalent(output, source / output.filename(), none))) {
       throw UsageError("Die Ausgabe " + *invocation.output + " gehört zur Eingabe");
@@ -47,7 +48,7 @@ void CheckOutputIsNoInput(const Invocation& invocation) {
 bool IsSavedProject(const Invocation& invocation) {
   for (const std::string& input : invocation.inputs) {
     std::error_code ignored;
-    if (fs::exists(codedb::DatabasePath(codedb::PathFromText(input)), ignored)) {
+    if (fs::exists(codedb::DatabasePath(files::PathFromText(input)), ignored)) {
       if (invocation.inputs.size() > 1 || invocation.host) {
         throw UsageError(input + " ist ein gespeichertes Projekt und muss die einzige Eingabe sein");
       }
@@ -81,7 +82,7 @@ void OpenIndex(codedb::CodeDatabase& database, const fs::path& folder) try {
 ProjectInput::ProjectInput(const Invocation& invocation, const settings::Options& options) {
   CheckOutputIsNoInput(invocation);
   if (IsSavedProject(invocation)) {
-    folder_ = codedb::PathFromText(invocation.inputs.front());
+    folder_ = files::PathFromText(invocation.inputs.front());
   } else {
     scratch_.emplace();
     folder_ = scratch_->Path();

@@ -1,6 +1,6 @@
 #include "scratch_folder.h"
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 
 #include "messages.h"
 #include "platform.h"
@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 fs::path MakeScratchFolder() try {
   return MakePrivateFolder(FolderForScratch(), "Quillmate-TempDateien-");
 } catch (const fs::filesystem_error& error) {
-  throw CommandFailure("Im Ordner für temporäre Dateien " + codedb::PathText(error.path1()) +
+  throw CommandFailure("Im Ordner für temporäre Dateien " + files::PathText(error.path1()) +
                        " lässt sich kein Ordner anlegen: " + SystemReason(error.code()));
 }
 

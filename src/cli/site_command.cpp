@@ -4,10 +4,9 @@
 #include <vector>
 
 #include <quillmate/analysis/unused.h>
-#include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
 #include <quillmate/codedb/records.h>
 #include <quillmate/export/site.h>
+#include <quillmate/files/paths.h>
 
 #include "commands.h"
 #include "interruption.h"
@@ -26,7 +25,7 @@ class GuardedSiteFolder {
  public:
   explicit GuardedSiteFolder(const Invocation& invocation)
       : leftover_([&] {
-          folder_.emplace(codedb::PathFromText(*invocation.output), invocation.force);
+          folder_.emplace(files::PathFromText(*invocation.output), invocation.force);
           return folder_->Path();
         }) {}
 
@@ -51,8 +50,8 @@ std::string TitleOf(const Invocation& invocation) {
   if (invocation.host || invocation.inputs.size() > 1) {
     return "Makroprojekt";
   }
-  const fs::path input = codedb::RealPath(codedb::PathFromText(invocation.inputs.front()));
-  return codedb::PathText(fs::is_directory(input) ? input.filename() : input.stem());
+  const fs::path input = files::RealPath(files::PathFromText(invocation.inputs.front()));
+  return files::PathText(fs::is_directory(input) ? input.filename() : input.stem());
 }
 
 output::SiteJudgement JudgementOf(analysis::UnusedClass unused) {

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <utility>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/startup/edition.h>
 #include <quillmate/text/windows1252.h>
 
@@ -20,7 +20,7 @@ std::vector<fs::path> SourcePaths(const std::vector<std::string>& inputs) {
   std::vector<fs::path> paths;
   paths.reserve(inputs.size());
   for (const std::string& input : inputs) {
-    paths.push_back(codedb::PathFromText(input));
+    paths.push_back(files::PathFromText(input));
   }
   return paths;
 }

@@ -4,8 +4,7 @@
 
 #include <windows.h>
 
-#include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
 
 #include "messages.h"
 #include "wildcards.h"
@@ -56,7 +55,7 @@ std::vector<fs::path> Fitting(const fs::path& input) {
   const fs::path folder = input.parent_path();
   std::vector<fs::path> paths;
   std::error_code error;
-  for (const codedb::FolderEntry& entry : codedb::FolderEntries(folder.empty() ? "." : folder, error)) {
+  for (const files::FolderEntry& entry : files::FolderEntries(folder.empty() ? "." : folder, error)) {
     const fs::path name = entry.path.filename();
     if (Fits(name.native(), pattern) && !IsHidden(entry.path)) {
       paths.push_back(folder / name);
@@ -74,7 +73,7 @@ std::vector<fs::path> Fitting(const fs::path& input) {
 std::vector<std::string> ExpandWildcards(const std::vector<std::string>& inputs) {
   std::vector<std::string> expanded;
   for (const std::string& input : inputs) {
-    const fs::path path = codedb::PathFromText(input);
+    const fs::path path = files::PathFromText(input);
     if (path.filename().native().find_first_of(kWildcards) == std::wstring::npos) {
       expanded.push_back(input);
       continue;
@@ -83,7 +82,7 @@ std::vector<std::string> ExpandWildcards(const std::vector<std::string>& inputs)
     if (fitting.empty()) {
       throw CommandFailure("Keine Datei und kein Ordner passt auf " + Quoted(input));
     }
-    std::ranges::transform(fitting, std::back_inserter(expanded), codedb::PathText);
+    std::ranges::transform(fitting, std::back_inserter(expanded), files::PathText);
   }
   return expanded;
 }

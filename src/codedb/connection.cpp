@@ -8,8 +8,7 @@
 #include <sqlite3.h>
 
 #include <quillmate/codedb/code_database.h>
-#include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/text/windows1252.h>
 
 #include "collation_p.h"
@@ -89,10 +88,10 @@ int BindText(sqlite3_stmt* prepared, int index, std::string_view utf8, Binding b
 Connection::Connection(const std::filesystem::path& file) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) {
-    throw DatabaseError("Die Datenbank " + PathText(file) + " existiert nicht");
+    throw DatabaseError("Die Datenbank " + files::PathText(file) + " existiert nicht");
   }
   // An absolute path: SQLite would take a name that begins with "file:" for an address.
-  const std::string name = PathText(AbsolutePath(file));
+  const std::string name = files::PathText(files::AbsolutePath(file));
   ConfigureEngine();
   constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
   const bool opened = sqlite3_open_v2(name.c_str(), &db_, kFlags, nullptr) == SQLITE_OK;
@@ -104,7 +103,7 @@ Connection::Connection(const std::filesystem::path& file) {
   } catch (const DatabaseError& reason) {
     // The destructor of an object that never came to be does not run.
     Close();
-    throw DatabaseError("Die Datenbank " + PathText(file) + " lässt sich nicht öffnen.\r\n" + reason.what());
+    throw DatabaseError("Die Datenbank " + files::PathText(file) + " lässt sich nicht öffnen.\r\n" + reason.what());
   }
 }
 

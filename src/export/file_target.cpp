@@ -2,8 +2,8 @@
 #include <fstream>
 #include <system_error>
 
-#include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/paths.h>
 
 #include "file_target_p.h"
 
@@ -16,14 +16,14 @@ namespace fs = std::filesystem;
 void WriteDirectly(const fs::path& file, const fs::path& named, const std::function<void(const Sink&)>& produce) {
   errno = 0;
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  if (!out) codedb::FailToWrite(named, errno);
+  if (!out) files::FailToWrite(named, errno);
   produce([&](std::string_view bytes) {
     if (!out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()))) {
-      codedb::FailToWrite(named, errno);
+      files::FailToWrite(named, errno);
     }
   });
   out.close();
-  if (!out) codedb::FailToWrite(named, errno);
+  if (!out) files::FailToWrite(named, errno);
 }
 
 /// A name beside the target that nothing has yet.
@@ -41,10 +41,10 @@ bool IsWritable(const fs::path& file) { return std::ofstream(file, std::ios::bin
 /// A target that another program has open keeps its place where the system does not let go of it, and gets the bytes.
 void PutInPlace(const fs::path& fresh, const fs::path& target) {
   try {
-    codedb::RenamePath(fresh, target);
+    files::RenamePath(fresh, target);
   } catch (const fs::filesystem_error&) {
     if (!fs::exists(target)) throw;
-    const std::string bytes = codedb::ReadWholeFile(fresh);
+    const std::string bytes = files::ReadWholeFile(fresh);
     WriteDirectly(target, target, [&](const Sink& sink) { sink(bytes); });
     fs::remove(fresh);
   }
@@ -62,7 +62,7 @@ void WriteBeside(const fs::path& target, const std::function<void(const Sink&)>&
     if (file == nullptr) throw;
     // A system's own number means nothing to whoever words the reason.
     const std::error_condition reason = file->code().default_error_condition();
-    codedb::FailToWrite(target, reason.category() == std::generic_category() ? reason.value() : 0);
+    files::FailToWrite(target, reason.category() == std::generic_category() ? reason.value() : 0);
   }
 }
 
@@ -76,9 +76,9 @@ void WriteFile(const fs::path& target, const std::function<void(const Sink&)>& p
   } else if (!fs::is_regular_file(status)) {
     WriteDirectly(target, target, produce);
   } else if (IsWritable(target)) {
-    WriteBeside(codedb::RealPath(target), produce);
+    WriteBeside(files::RealPath(target), produce);
   } else {
-    codedb::FailToWrite(target, EACCES);
+    files::FailToWrite(target, EACCES);
   }
 }
 

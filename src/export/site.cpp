@@ -2,6 +2,7 @@
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/export/site.h>
+#include <quillmate/files/file_bytes.h>
 #include <quillmate/text/markers.h>
 
 #include "site_comments_p.h"
@@ -58,7 +59,7 @@ class SiteWriter {
   }
 
   void Write(const std::string& file, std::string_view page) {
-    codedb::WriteWholeFile(folder_ / file, page);
+    files::WriteWholeFile(folder_ / file, page);
     files_.push_back(file);
   }
 

@@ -5,10 +5,10 @@
 #include <system_error>
 #include <vector>
 
-#include <quillmate/codedb/folder_swap.h>
-#include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
 #include <quillmate/export/site.h>
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/folder_swap.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/text/operations.h>
 
 #include "site_files_p.h"
@@ -21,12 +21,12 @@ namespace fs = std::filesystem;
 constexpr std::string_view kListTitle = "Quillmate HTML-Dokumentation";
 
 [[noreturn]] void Fail(const fs::path& path, const std::string& what) {
-  throw std::runtime_error(codedb::PathText(path) + ": " + what);
+  throw std::runtime_error(files::PathText(path) + ": " + what);
 }
 
 /// Absolute, symbolic links resolved, without a separator at its end.
 fs::path ResolveTarget(const fs::path& target) {
-  fs::path path = codedb::RealPath(target);
+  fs::path path = files::RealPath(target);
   return path.has_filename() ? path : path.parent_path();
 }
 
@@ -50,16 +50,16 @@ bool IsSite(const fs::path& folder) {
   const fs::path list = folder / kSiteListFile;
   std::error_code error;
   return fs::is_regular_file(list, error) &&
-         codedb::ReadWholeFile(list).starts_with(std::string(kListTitle).append("\n"));
+         files::ReadWholeFile(list).starts_with(std::string(kListTitle).append("\n"));
 }
 
 /// The names of the files that make up the site in a folder, the list included; empty when there is no site.
 std::set<fs::path> FilesOfSite(const fs::path& folder) {
   if (!IsSite(folder)) return {};
   std::set<fs::path> files{kSiteListFile};
-  const std::string list = codedb::ReadWholeFile(folder / kSiteListFile);
+  const std::string list = files::ReadWholeFile(folder / kSiteListFile);
   for (const std::string_view name : text::Split(list, "\n")) {
-    if (IsPlainName(name) && name != kListTitle) files.insert(codedb::PathFromText(name));
+    if (IsPlainName(name) && name != kListTitle) files.insert(files::PathFromText(name));
   }
   return files;
 }
@@ -68,7 +68,7 @@ std::set<fs::path> FilesOfSite(const fs::path& folder) {
 std::vector<fs::path> OthersIn(const fs::path& folder, const std::set<fs::path>& siteFiles) {
   std::vector<fs::path> others;
   std::error_code error;
-  for (const codedb::FolderEntry& entry : codedb::FolderEntries(folder, error)) {
+  for (const files::FolderEntry& entry : files::FolderEntries(folder, error)) {
     const bool isFolder = entry.isFolder && !entry.isLink;
     const fs::path name = entry.path.filename();
     if (isFolder || !siteFiles.contains(name)) others.push_back(name);
@@ -86,7 +86,7 @@ void WriteSiteList(const fs::path& folder, const std::vector<std::string>& files
   std::string list(kListTitle);
   list += '\n';
   for (const std::string& file : files) list.append(file).append("\n");
-  codedb::WriteWholeFile(folder / kSiteListFile, list);
+  files::WriteWholeFile(folder / kSiteListFile, list);
 }
 
 SiteFolder::SiteFolder(const fs::path& target, bool force) : target_(ResolveTarget(target)), force_(force) {
@@ -96,7 +96,7 @@ SiteFolder::SiteFolder(const fs::path& target, bool force) : target_(ResolveTarg
 
 SiteFolder::~SiteFolder() {
   std::error_code ignored;
-  if (!fresh_.empty()) codedb::RemoveFolder(fresh_, ignored);
+  if (!fresh_.empty()) files::RemoveFolder(fresh_, ignored);
 }
 
 void SiteFolder::CheckTarget() const {
@@ -104,7 +104,7 @@ void SiteFolder::CheckTarget() const {
   const fs::file_status status = fs::status(target_, error);
   if (!fs::exists(status)) return;
   if (!fs::is_directory(status)) Fail(target_, "Das ist kein Ordner");
-  if (force_ || IsSite(target_) || codedb::FolderEntries(target_, error).empty()) return;
+  if (force_ || IsSite(target_) || files::FolderEntries(target_, error).empty()) return;
   Fail(target_, "Der Ordner ist nicht leer und keine HTML-Dokumentation");
 }
 
@@ -120,11 +120,11 @@ void SiteFolder::CheckNames() const {
 
 void SiteFolder::PutInPlace() {
   if (!fs::exists(target_)) {
-    codedb::RenamePath(fresh_, target_);
+    files::RenamePath(fresh_, target_);
   } else {
     CheckNames();
     fs::permissions(fresh_, fs::status(target_).permissions());
-    old_ = codedb::SwapFolders(fresh_, target_, Aside(fresh_));
+    old_ = files::SwapFolders(fresh_, target_, Aside(fresh_));
   }
   fresh_.clear();
 }
@@ -133,14 +133,14 @@ void SiteFolder::RemoveOld() try {
   if (old_.empty()) return;
   const std::set<fs::path> siteFiles = FilesOfSite(old_);
   for (const fs::path& name : OthersIn(old_, siteFiles)) {
-    if (!fs::exists(fs::symlink_status(target_ / name))) codedb::RenamePath(old_ / name, target_ / name);
+    if (!fs::exists(fs::symlink_status(target_ / name))) files::RenamePath(old_ / name, target_ / name);
   }
   std::error_code error;
-  codedb::RemoveFolder(old_, error);
+  files::RemoveFolder(old_, error);
   if (error) throw fs::filesystem_error("remove", old_, error);
 } catch (const fs::filesystem_error&) {
   Fail(target_,
-       "Die neue HTML-Dokumentation ist geschrieben, in " + codedb::PathText(old_) + " liegen noch Dateien von vorher");
+       "Die neue HTML-Dokumentation ist geschrieben, in " + files::PathText(old_) + " liegen noch Dateien von vorher");
 }
 
 }  // namespace quillmate::output

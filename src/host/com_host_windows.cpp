@@ -8,7 +8,6 @@
 #include <quillmate/office/module_file.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
-#include <quillmate/text/source_text.h>
 #include <quillmate/text/wide.h>
 #include <quillmate/text/windows1252.h>
 

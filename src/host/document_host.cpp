@@ -2,7 +2,7 @@
 #include <optional>
 #include <utility>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/host/document_host.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/windows1252.h>
@@ -115,7 +115,7 @@ struct DocumentHost::State {
       loaded = Loaded{&module, module.inOfficeFile.has_value() ? FindInProject(module, OfficeProject(module.path))
                                                                : LoadOwnFile(module, buffer)};
     } catch (const HostError& error) {
-      throw HostError(codedb::PathText(module.path) + ": " + error.what());
+      throw HostError(files::PathText(module.path) + ": " + error.what());
     }
   }
   const ListedProject& Project(int project) {

@@ -3,8 +3,7 @@
 #include <system_error>
 #include <utility>
 
-#include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
@@ -17,8 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string CodeOfPath(const fs::path& path) { return text::CodeFromUtf8(codedb::PathText(path)); }
-std::string ExtensionOf(const fs::path& file) { return codedb::PathText(file.extension()); }
+std::string CodeOfPath(const fs::path& path) { return text::CodeFromUtf8(files::PathText(path)); }
+std::string ExtensionOf(const fs::path& file) { return files::PathText(file.extension()); }
 
 /// Databases can't be read, but whoever adds a folder with one wants to know.
 constexpr std::array<std::string_view, 6> kAccessExtensions{"accdb", "accda", "accde", "mdb", "mda", "mde"};
@@ -32,7 +31,7 @@ bool Holds(const Names& names, std::string_view name) {
 /// A file in a folder that is opened to see whether it holds macros. Beside an open document Office puts a file "~$..."
 /// that only says who has it open.
 bool MayBeOfficeFile(const fs::path& file) {
-  const std::string name = codedb::PathText(file.filename());
+  const std::string name = files::PathText(file.filename());
   std::string extension = ExtensionOf(file);
   if (name.starts_with("~$") || extension.empty()) return false;
   extension.erase(0, 1);
@@ -60,7 +59,7 @@ void SortByBytes(std::vector<fs::path>& paths) {
             [](const fs::path& a, const fs::path& b) { return a.filename().u8string() < b.filename().u8string(); });
 }
 
-void TakeEntry(const codedb::FolderEntry& entry, FolderContent& content) {
+void TakeEntry(const files::FolderEntry& entry, FolderContent& content) {
   if (entry.isFolder) {
     // A linked folder may lie above this one.
     if (!entry.isLink) content.folders.push_back(entry.path);
@@ -73,7 +72,7 @@ void TakeEntry(const codedb::FolderEntry& entry, FolderContent& content) {
 
 std::error_code ReadFolder(const fs::path& folder, FolderContent& content) {
   std::error_code error;
-  for (const codedb::FolderEntry& entry : codedb::FolderEntries(folder, error)) TakeEntry(entry, content);
+  for (const files::FolderEntry& entry : files::FolderEntries(folder, error)) TakeEntry(entry, content);
   SortByBytes(content.files);
   SortByBytes(content.officeFiles);
   SortByBytes(content.folders);
@@ -84,13 +83,13 @@ std::error_code ReadFolder(const fs::path& folder, FolderContent& content) {
 /// link; further up ".." leads where the system takes it.
 fs::path FullPath(const fs::path& source) {
   std::error_code error;
-  fs::path full = codedb::AbsolutePath(source);
+  fs::path full = files::AbsolutePath(source);
   if (std::find(full.begin(), full.end(), fs::path("..")) == full.end()) {
-    full = codedb::NormalPath(full);
+    full = files::NormalPath(full);
   } else if (const fs::path name = full.filename(); name.empty() || name == "." || name == "..") {
-    full = codedb::RealPath(full, error);
+    full = files::RealPath(full, error);
   } else {
-    full = codedb::RealPath(full.parent_path(), error) / name;
+    full = files::RealPath(full.parent_path(), error) / name;
   }
   return full.has_filename() || full == full.root_path() ? full : full.parent_path();
 }
@@ -148,7 +147,7 @@ void Lister::ListFolder(const fs::path& folder) {
   const std::size_t before = listing_.projects.size() + listing_.problems.size();
   ListedProject project;
   project.project.name = CodeOfPath(folder.has_filename() ? folder.filename() : folder);
-  project.project.fileName = codedb::PathText(folder);
+  project.project.fileName = files::PathText(folder);
   std::vector<fs::path> officeFiles;
   AddFolder(folder, project, officeFiles);
   AddProject(std::move(project));
@@ -165,7 +164,7 @@ void Lister::ListVbProject(const fs::path& file) {
 
   ListedProject project;
   project.project.name = vbProject.name.empty() ? CodeOfPath(file.stem()) : text::CodeFromUtf8(vbProject.name);
-  project.project.fileName = codedb::PathText(file);
+  project.project.fileName = files::PathText(file);
   ProjectPaths paths(file.parent_path());
   for (const VbProjectModule& entry : vbProject.modules) {
     ListedModule module;
@@ -180,7 +179,7 @@ void Lister::ListVbProject(const fs::path& file) {
 void Lister::ListModuleFile(const fs::path& file) {
   ListedProject project;
   project.project.name = CodeOfPath(file.stem());
-  project.project.fileName = codedb::PathText(file);
+  project.project.fileName = files::PathText(file);
   AddModule({{}, file, ExtensionOf(file), {}, {}}, project);
   AddProject(std::move(project));
 }
@@ -193,7 +192,7 @@ void Lister::ListOfficeFile(const fs::path& file, bool inFolder) {
   }
   ListedProject project;
   project.project.name = read.project.name.empty() ? CodeOfPath(file.stem()) : text::CodeFromUtf8(read.project.name);
-  project.project.fileName = codedb::PathText(file);
+  project.project.fileName = files::PathText(file);
   project.project.locked = read.project.protection.Locked();
   project.host = read.host;
   for (const office::VbaModule& module : read.project.modules) {
@@ -219,7 +218,7 @@ void Lister::AddModule(ListedModule module, ListedProject& project) {
   const SourceBytes content = ReadSourceFile(module.path, buffer_);
   if (!content.problem.empty()) return AddProblem(module.path, content.problem);
   const office::ModuleFile file = office::SummarizeModuleFile(content.bytes, module.extension);
-  module.component = {NameOf(module, file), file.type, file.lineCount, codedb::PathText(module.path)};
+  module.component = {NameOf(module, file), file.type, file.lineCount, files::PathText(module.path)};
   project.modules.push_back(std::move(module));
 }
 
@@ -228,7 +227,7 @@ void Lister::AddProject(ListedProject project) {
 }
 
 void Lister::AddProblem(const fs::path& path, std::string reason) {
-  listing_.problems.push_back({codedb::PathText(path), std::move(reason)});
+  listing_.problems.push_back({files::PathText(path), std::move(reason)});
 }
 
 }  // namespace

@@ -10,10 +10,11 @@
 #include <quillmate/analysis/module_indexer.h>
 #include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
+#include <quillmate/files/source_text.h>
 #include <quillmate/host/project_reader.h>
 #include <quillmate/office/module_file.h>
 #include <quillmate/text/operations.h>
-#include <quillmate/text/source_text.h>
 #include <quillmate/text/windows1252.h>
 
 #include "source_file_p.h"
@@ -191,10 +192,10 @@ int KindOfImage(const std::string& image) {
 void ReadFromFile(const HostModuleNode& node, std::string& buffer, IndexBuild& build) {
   build.SetSubject(SubjectOf(node));
   if (node.file.empty()) throw HostError("Modul liegt nicht in einer Datei");
-  const SourceBytes content = ReadSourceFile(codedb::PathFromText(node.file), buffer);
+  const SourceBytes content = ReadSourceFile(files::PathFromText(node.file), buffer);
   if (!content.problem.empty()) throw HostError(content.problem);
   build.StartModule(node.text, KindOfImage(node.image));
-  build.ScanCode(office::DropAttributeLines(text::DecodeSourceText(content.bytes)));
+  build.ScanCode(office::DropAttributeLines(files::DecodeSourceText(content.bytes)));
 }
 
 }  // namespace

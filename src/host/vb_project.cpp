@@ -3,12 +3,11 @@
 #include <system_error>
 #include <utility>
 
-#include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
+#include <quillmate/files/source_text.h>
 #include <quillmate/text/characters.h>
 #include <quillmate/text/lines.h>
 #include <quillmate/text/operations.h>
-#include <quillmate/text/source_text.h>
 #include <quillmate/text/windows1252.h>
 
 #include "vb_project_p.h"
@@ -33,7 +32,7 @@ std::string Utf8FromBytes(std::string_view bytes) {
   constexpr std::string_view kMark = "\xEF\xBB\xBF";
   if (bytes.starts_with(kMark)) bytes.remove_prefix(kMark.size());
   if (text::IsValidUtf8(bytes)) return std::string(bytes);
-  return text::Utf8FromCode(text::DecodeSourceText(bytes));
+  return text::Utf8FromCode(files::DecodeSourceText(bytes));
 }
 
 std::string_view Value(std::string_view text) noexcept {
@@ -71,7 +70,7 @@ void TakeLine(std::string_view line, VbProject& project) {
 
 /// A name in the form in which names that differ in case only are equal.
 std::string Folded(const fs::path& name) {
-  std::string folded = text::CodeFromUtf8(codedb::PathText(name));
+  std::string folded = text::CodeFromUtf8(files::PathText(name));
   for (char& c : folded) c = static_cast<char>(text::ToLower(c));
   return folded;
 }
@@ -92,10 +91,10 @@ VbProject ParseVbProject(std::string_view bytes) {
 }
 
 fs::path ProjectPaths::Resolve(std::string_view written) {
-  const fs::path relative = codedb::PathFromText(text::ReplaceAll(written, "\\", "/"));
+  const fs::path relative = files::PathFromText(text::ReplaceAll(written, "\\", "/"));
   // ".." goes up by name, as it did where the project was made, also behind a link.
-  fs::path direct = codedb::NormalPath(codedb::PathSeenFrom(folder_, relative));
-  if (codedb::IsAbsolutePath(relative) || Exists(direct)) return codedb::PathAsNamed(direct);
+  fs::path direct = files::NormalPath(files::PathSeenFrom(folder_, relative));
+  if (files::IsAbsolutePath(relative) || Exists(direct)) return files::PathAsNamed(direct);
   fs::path found = folder_;
   for (const fs::path& name : relative) {
     found = Step(found, name);
@@ -117,7 +116,7 @@ const ProjectPaths::Names& ProjectPaths::NamesIn(const fs::path& folder) {
   const auto [entry, added] = names_.try_emplace(folder);
   if (!added) return entry->second;
   std::error_code error;
-  for (const codedb::FolderEntry& item : codedb::FolderEntries(folder, error)) {
+  for (const files::FolderEntry& item : files::FolderEntries(folder, error)) {
     const fs::path name = item.path.filename();
     const auto [known, first] = entry->second.try_emplace(Folded(name), name);
     // Of several names that differ in case only, the first in byte order counts.

@@ -4,12 +4,12 @@
 #include <cstring>
 #include <utility>
 
+#include <quillmate/files/source_text.h>
 #include <quillmate/office/component_type.h>
 #include <quillmate/office/module_file.h>
 #include <quillmate/text/lines.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
-#include <quillmate/text/source_text.h>
 
 namespace quillmate::office {
 namespace {
@@ -198,7 +198,7 @@ ModuleFile ParseModuleFile(std::string_view bytes, std::string_view extension) {
   // Most files are plain ASCII, which needs no decoding; the line reader takes every line break.
   std::string decoded;
   if (!IsPlainAscii(bytes)) {
-    decoded = text::DecodeSourceText(bytes);
+    decoded = files::DecodeSourceText(bytes);
     bytes = decoded;
   }
   std::string code;
@@ -215,7 +215,7 @@ ModuleFile SummarizeModuleFile(std::string_view bytes, std::string_view extensio
         TakeApart(bytes.starts_with(kUtf8Mark) ? bytes.substr(kUtf8Mark.size()) : bytes, extension, nullptr);
     if (IsPlainAscii(file.name)) return file;
   }
-  return TakeApart(text::DecodeSourceText(bytes), extension, nullptr);
+  return TakeApart(files::DecodeSourceText(bytes), extension, nullptr);
 }
 
 bool IsModuleFileExtension(std::string_view extension) { return TypeOfExtension(extension) != 0; }

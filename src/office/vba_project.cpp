@@ -11,7 +11,6 @@
 #include <quillmate/office/vba_project.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
-#include <quillmate/text/source_text.h>
 
 #include "code_page_p.h"
 #include "unicode_names_p.h"

@@ -1,5 +1,5 @@
 #include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/startup/session.h>
 
 #include "places_p.h"
@@ -15,7 +15,7 @@ bool HasTemplate(const fs::path& folder) {
 }
 
 fs::path InstalledDataFolder(const fs::path& executableFolder) {
-  return codedb::NormalPath(executableFolder / ".." / "share" / "quillmate");
+  return files::NormalPath(executableFolder / ".." / "share" / "quillmate");
 }
 
 }  // namespace

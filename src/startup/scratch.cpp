@@ -3,7 +3,7 @@
 #include <vector>
 
 #include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/startup/session.h>
 
 namespace quillmate::startup {
@@ -23,7 +23,7 @@ bool IsScratchPath(const fs::path& path) {
 /// A folder itself, no link to one.
 bool IsRealFolder(const fs::path& path) {
   std::error_code ignored;
-  return fs::is_directory(path, ignored) && !codedb::IsLink(path);
+  return fs::is_directory(path, ignored) && !files::IsLink(path);
 }
 
 /// The folder with its files; one with sub-folders stays.
@@ -36,7 +36,7 @@ void RemoveScratchFolder(const fs::path& folder) {
 
 void RemoveScratchFile(const fs::path& file) {
   std::error_code ignored;
-  if (file.filename() != kInstanceFile && IsScratchPath(file)) codedb::RemovePath(file, ignored);
+  if (file.filename() != kInstanceFile && IsScratchPath(file)) files::RemovePath(file, ignored);
 }
 
 /// A new folder `prefix` + random number; nothing when none can be made. Making it is what finds the name free, so that
@@ -79,11 +79,11 @@ void RemoveRunFolder(const fs::path& folder) {
 void CleanScratchRoot(const fs::path& scratchRoot) noexcept try {
   if (!IsRealFolder(scratchRoot)) return;
   std::error_code ignored;
-  const std::vector<codedb::FolderEntry> entries = codedb::FolderEntries(scratchRoot, ignored);
-  for (const codedb::FolderEntry& entry : entries) {
+  const std::vector<files::FolderEntry> entries = files::FolderEntries(scratchRoot, ignored);
+  for (const files::FolderEntry& entry : entries) {
     if (!IsRealFolder(entry.path)) RemoveScratchFile(entry.path);
   }
-  for (const codedb::FolderEntry& entry : entries) RemoveScratchFolder(entry.path);
+  for (const files::FolderEntry& entry : entries) RemoveScratchFolder(entry.path);
 } catch (...) {
   // What can't be listed stays for the next lone start.
 }

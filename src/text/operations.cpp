@@ -30,6 +30,23 @@ std::string ReplaceAll(std::string_view text, std::string_view from, std::string
   return out.append(text.substr(start));
 }
 
+std::string NormalizeLineBreaks(std::string_view text) {
+  std::string out;
+  out.reserve(text.size() + text.size() / 16);
+  std::size_t start = 0;
+  while (start < text.size()) {
+    const auto* found = std::find_if(text.begin() + static_cast<std::ptrdiff_t>(start), text.end(),
+                                     [](char c) { return c == '\r' || c == '\n'; });
+    const auto end = static_cast<std::size_t>(found - text.begin());
+    out.append(text, start, end - start);
+    if (end == text.size()) break;
+    out += "\r\n";
+    const bool pair = text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n';
+    start = end + (pair ? 2 : 1);
+  }
+  return out;
+}
+
 std::vector<std::string_view> Split(std::string_view text, std::string_view separator) {
   std::vector<std::string_view> pieces;
   std::size_t start = 0;

@@ -1,7 +1,7 @@
 #include <functional>
 #include <stdexcept>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/host/project_reader.h>
 
 #include "commands.h"
@@ -29,11 +29,11 @@ host::ReadRequest RequestOf(Shell& shell) {
 
 std::string NoFolderMessage(const startup::AppGlobals& globals) {
   return "Der Arbeitsordner konnte nicht angelegt werden in\r\n" +
-         codedb::PathText(globals.ProgramFolder / startup::kScratchRoot);
+         files::PathText(globals.ProgramFolder / startup::kScratchRoot);
 }
 
 std::string NoDatabaseMessage(const std::filesystem::path& folder) {
-  return "Die Projektdatenbank konnte nicht angelegt werden in\r\n" + codedb::PathText(folder);
+  return "Die Projektdatenbank konnte nicht angelegt werden in\r\n" + files::PathText(folder);
 }
 
 /// What happens after a read that did not succeed.

@@ -1,4 +1,4 @@
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/office/office_file.h>
 
 #include "commands.h"
@@ -33,7 +33,7 @@ void OpenSavedProject(Shell& shell) {
 }
 
 void OpenRecent(Shell& shell, std::size_t position) {
-  if (position < shell.recent.size()) OpenProjectFolder(shell, codedb::PathFromText(shell.recent[position]));
+  if (position < shell.recent.size()) OpenProjectFolder(shell, files::PathFromText(shell.recent[position]));
 }
 
 void StartAnew(Shell& shell) {

@@ -2,10 +2,9 @@
 #include <string>
 
 #include <quillmate/analysis/unused.h>
-#include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
 #include <quillmate/codedb/records.h>
 #include <quillmate/export/site.h>
+#include <quillmate/files/paths.h>
 
 #include "commands.h"
 #include "project_folder.h"
@@ -49,9 +48,9 @@ output::SiteStyle StyleOfSite(const settings::Options& options) {
 /// that the pages do not mix with other files.
 fs::path TargetIn(const fs::path& chosen, const std::string& title) {
   std::error_code unreadable;
-  const bool free = codedb::FolderEntries(chosen, unreadable).empty() && !(unreadable && fs::exists(chosen));
+  const bool free = files::FolderEntries(chosen, unreadable).empty() && !(unreadable && fs::exists(chosen));
   if (free || fs::exists(chosen / output::kSiteListFile)) return chosen;
-  return chosen / codedb::PathFromText(CleanName(title + " Dokumentation"));
+  return chosen / files::PathFromText(CleanName(title + " Dokumentation"));
 }
 
 }  // namespace
@@ -72,7 +71,7 @@ void WriteDocumentation(Shell& shell) {
   }
   const fs::path start = target / "index.html";
   if (!shell.around.platform.OpenInBrowser(FromPath(start))) {
-    shell.Show("Die Dokumentation steht in\r\n" + codedb::PathText(start), MessageIcon::kInformation);
+    shell.Show("Die Dokumentation steht in\r\n" + files::PathText(start), MessageIcon::kInformation);
   }
 }
 

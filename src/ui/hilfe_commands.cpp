@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 
 #include "about_box.h"
 #include "commands.h"
@@ -76,7 +76,7 @@ std::string MissingHelpMessage(const startup::AppGlobals& globals, const fs::pat
   const std::string name(kHelpName);
   return "Die Hilfsdatei:\r\n" + name + ".chm\r\nkonnte nicht gefunden werden. \r\n" +
          "Diese muss im selben Verzeichnis wie\r\n" + globals.EditionCode + "_XT.exe\r\ninstalliert werden.\r\n" +
-         "Bitte kopieren Sie also \r\n" + name + ".chm nach:\r\n" + codedb::PathText(folder);
+         "Bitte kopieren Sie also \r\n" + name + ".chm nach:\r\n" + files::PathText(folder);
 }
 
 }  // namespace
@@ -91,7 +91,7 @@ void ShowHelp(Shell& shell) {
   const bool shown = std::any_of(files.begin(), files.end(),
                                  [&shell](const fs::path& file) { return OpenManual(shell.around.platform, file); });
   if (!shown) {
-    shell.Show("Die Hilfe kann nicht angezeigt werden:\r\n" + codedb::PathText(files.front()),
+    shell.Show("Die Hilfe kann nicht angezeigt werden:\r\n" + files::PathText(files.front()),
                MessageIcon::kExclamation);
   }
 }

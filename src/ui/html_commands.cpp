@@ -2,7 +2,7 @@
 #include <string>
 
 #include <quillmate/export/html.h>
-#include <quillmate/text/source_text.h>
+#include <quillmate/text/operations.h>
 
 #include "commands.h"
 #include "html_delivery.h"

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include <quillmate/analysis/scanner.h>
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/file_bytes.h>
 #include <quillmate/text/windows1252.h>
 
 #include "qt_text.h"
@@ -18,7 +18,7 @@ void ShowPreview(Shell& shell, std::string_view html) {
   const std::filesystem::path file = globals.ProgramFolder / output::kPreviewFile;
   bool shown = false;
   try {
-    codedb::WriteWholeFile(file, output::PreviewDocument(html, globals.HostName));
+    files::WriteWholeFile(file, output::PreviewDocument(html, globals.HostName));
     shown = shell.around.platform.OpenInBrowser(FromPath(file));
   } catch (const std::exception&) {
     // Why it failed is of no use to somebody who wanted to see a page.

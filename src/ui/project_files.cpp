@@ -6,7 +6,7 @@
 #include <string>
 
 #include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/text/operations.h>
 
 #include "project_folder.h"
@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 
 /// The folder that gets the project's folder; empty when the user gives none.
 fs::path ChooseProjectPath(Shell& shell) {
-  fs::path standard = codedb::PathFromText(shell.Globals().LastProjectFolder);
+  fs::path standard = files::PathFromText(shell.Globals().LastProjectFolder);
   std::error_code ignored;
   if (shell.Globals().Options.stapro && fs::is_directory(standard, ignored)) return standard;
   return ToPath(shell.around.platform.ChooseFolder(QStringLiteral("Bitte Projektpfad auswählen"), FromPath(standard)));
@@ -37,9 +37,9 @@ std::string AskProjectName(Shell& shell) {
 /// True when the folder would be swept away with what crashed runs leave behind.
 bool IsInScratchRoot(const fs::path& folder) {
   std::error_code failed;
-  const fs::path real = codedb::RealPath(folder, failed);
+  const fs::path real = files::RealPath(folder, failed);
   const auto isRoot = [](const fs::path& part) {
-    return text::EqualsIgnoreCase(codedb::PathText(part), startup::kScratchRoot);
+    return text::EqualsIgnoreCase(files::PathText(part), startup::kScratchRoot);
   };
   return std::any_of(folder.begin(), folder.end(), isRoot) || std::any_of(real.begin(), real.end(), isRoot);
 }
@@ -49,12 +49,11 @@ bool MayReplace(Shell& shell, const fs::path& folder) {
   const fs::file_status status = fs::status(folder, ignored);
   if (!fs::exists(status)) return true;
   if (!fs::is_directory(status)) {
-    shell.Show("Unter diesem Namen gibt es schon eine Datei:\r\n" + codedb::PathText(folder),
-               MessageIcon::kExclamation);
+    shell.Show("Unter diesem Namen gibt es schon eine Datei:\r\n" + files::PathText(folder), MessageIcon::kExclamation);
     return false;
   }
   const std::string question =
-      "\r\nEin Projekt:" + text::EnsureBackslash(codedb::PathText(folder)) + "existiert schon\r\nÜberschreiben ?";
+      "\r\nEin Projekt:" + text::EnsureBackslash(files::PathText(folder)) + "existiert schon\r\nÜberschreiben ?";
   return shell.Show(question, MessageIcon::kQuestion, Buttons::kYesNo) == Answer::kYes;
 }
 
@@ -85,7 +84,7 @@ bool SaveProject(Shell& shell) {
   if (path.empty()) return false;
   const std::string name = AskProjectName(shell);
   if (name.empty()) return false;
-  const fs::path folder = path / codedb::PathFromText(name);
+  const fs::path folder = path / files::PathFromText(name);
   if (IsInScratchRoot(folder)) {
     shell.Show("Im Ordner \"" + std::string(startup::kScratchRoot) +
                    "\" räumt das Programm selbst auf.\r\nBitte wählen Sie einen anderen Projektpfad.",
@@ -114,7 +113,7 @@ bool SaveProject(Shell& shell) {
   shell.SetCaption(QStringLiteral(" Projekt: ") + FromUtf8(name));
   if (!left.empty()) {
     shell.Show("Das Projekt ist gespeichert. Was vom alten nicht übernommen werden konnte, liegt in\r\n" +
-                   codedb::PathText(left),
+                   files::PathText(left),
                MessageIcon::kExclamation);
   }
   return true;

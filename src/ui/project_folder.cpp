@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include <quillmate/codedb/folder_swap.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/folder_swap.h>
+#include <quillmate/files/paths.h>
 
 namespace quillmate::ui {
 namespace {
@@ -24,7 +24,7 @@ fs::path FreeNeighbour(const fs::path& target, std::string_view ending) {
 
 void CopyFiles(const fs::path& source, const fs::path& target, const Step& step) {
   std::error_code error;
-  for (const codedb::FolderEntry& entry : codedb::FolderEntries(source, error)) {
+  for (const files::FolderEntry& entry : files::FolderEntries(source, error)) {
     if (entry.isFolder) continue;
     step();
     fs::copy_file(entry.path, target / entry.path.filename());
@@ -35,7 +35,7 @@ void CopyFiles(const fs::path& source, const fs::path& target, const Step& step)
 /// What a project folder held besides the project.
 void MoveSubFolders(const fs::path& source, const fs::path& target, const Step& step) {
   std::error_code ignored;
-  for (const codedb::FolderEntry& entry : codedb::FolderEntries(source, ignored)) {
+  for (const files::FolderEntry& entry : files::FolderEntries(source, ignored)) {
     if (!entry.isFolder || entry.isLink) continue;
     step();
     fs::rename(entry.path, target / entry.path.filename(), ignored);
@@ -44,13 +44,13 @@ void MoveSubFolders(const fs::path& source, const fs::path& target, const Step& 
 
 void RemoveFiles(const fs::path& folder, const Step& step) {
   std::error_code ignored;
-  for (const codedb::FolderEntry& entry : codedb::FolderEntries(folder, ignored)) {
+  for (const files::FolderEntry& entry : files::FolderEntries(folder, ignored)) {
     if (entry.isFolder && !entry.isLink) continue;
     step();
-    codedb::RemovePath(entry.path, ignored);
+    files::RemovePath(entry.path, ignored);
   }
   step();
-  codedb::RemovePath(folder, ignored);
+  files::RemovePath(folder, ignored);
 }
 
 /// The new project is in place; what is left of the old one is no reason to call the save a failure. Gives the folder
@@ -76,7 +76,7 @@ std::string CleanName(std::string_view name) {
 }
 
 fs::path ReplaceProjectFolder(const fs::path& source, const fs::path& target, const Step& step) {
-  const fs::path place = codedb::IsLink(target) ? codedb::RealPath(target) : target;
+  const fs::path place = files::IsLink(target) ? files::RealPath(target) : target;
   const fs::path fresh = FreeNeighbour(place, "neu");
   fs::path old;
   try {
@@ -85,10 +85,10 @@ fs::path ReplaceProjectFolder(const fs::path& source, const fs::path& target, co
     CopyFiles(source, fresh, step);
     if (fs::exists(place)) {
       step();
-      old = codedb::SwapFolders(fresh, place, FreeNeighbour(place, "alt"));
+      old = files::SwapFolders(fresh, place, FreeNeighbour(place, "alt"));
     } else {
       step();
-      codedb::RenamePath(fresh, place);
+      files::RenamePath(fresh, place);
     }
   } catch (const fs::filesystem_error& failure) {
     RemoveFiles(fresh, [] {});

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/settings/options.h>
 #include <quillmate/text/operations.h>
 
@@ -19,7 +19,7 @@ using Folders = std::vector<std::string>;
 
 bool IsFolder(const std::string& path) {
   std::error_code ignored;
-  return std::filesystem::is_directory(codedb::PathFromText(path), ignored);
+  return std::filesystem::is_directory(files::PathFromText(path), ignored);
 }
 
 void ShowInMenu(Shell& shell, Folders folders) {
@@ -60,14 +60,14 @@ Folders AddRecent(settings::SettingsStore& store, const std::string& folder) {
 }
 
 std::string ProjectNameOf(const std::string& folder) {
-  const std::filesystem::path path = codedb::PathFromText(folder);
-  return codedb::PathText(path.has_filename() ? path.filename() : path.parent_path().filename());
+  const std::filesystem::path path = files::PathFromText(folder);
+  return files::PathText(path.has_filename() ? path.filename() : path.parent_path().filename());
 }
 
 void LoadRecentMenu(Shell& shell) { ShowInMenu(shell, LoadRecent(shell.around.settings)); }
 
 void AddRecentProject(Shell& shell, const std::filesystem::path& folder) {
-  ShowInMenu(shell, AddRecent(shell.around.settings, text::EnsureBackslash(codedb::PathText(folder))));
+  ShowInMenu(shell, AddRecent(shell.around.settings, text::EnsureBackslash(files::PathText(folder))));
 }
 
 }  // namespace quillmate::ui

@@ -1,6 +1,7 @@
 #include "saved_project.h"
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 
 #include "project_view.h"
 #include "qt_text.h"
@@ -44,7 +45,7 @@ void OpenProjectFolder(Shell& shell, const fs::path& folder) {
   globals.CodeDb.Close();
   globals.TempFolder = folder;
   AddRecentProject(shell, folder);
-  shell.SetCaption(QStringLiteral(" Projekt: ") + FromUtf8(ProjectNameOf(codedb::PathText(folder))));
+  shell.SetCaption(QStringLiteral(" Projekt: ") + FromUtf8(ProjectNameOf(files::PathText(folder))));
   if (!ReloadProject(shell)) ReturnTo(shell, before);
 }
 

@@ -1,4 +1,3 @@
-#include <quillmate/codedb/index_files.h>
 
 #include "modules.h"
 #include "process.h"

@@ -1,6 +1,7 @@
 #include <windows.h>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/paths.h>
 
 #include "modules.h"
 #include "process.h"
@@ -46,7 +47,7 @@ class NamesTest : public CliTest {
     EXPECT_EQ(run({"text", "-o", folder + "\\→.txt", folder + "\\проект"}).err, "");
     EXPECT_EQ(run({"text", folder + "\\→.txt.bas"}).err, Messages({folder + "\\→.txt.bas: Datei existiert nicht"}));
     EXPECT_EQ(run({"site", "-o", folder + "\\日本", folder}).err, "");
-    EXPECT_EQ(run({"text", folder + "\\проект"}).out, codedb::ReadWholeFile(codedb::PathFromText(folder + "\\→.txt")));
+    EXPECT_EQ(run({"text", folder + "\\проект"}).out, files::ReadWholeFile(files::PathFromText(folder + "\\→.txt")));
   }
 };
 
@@ -70,7 +71,7 @@ TEST_F(NamesTest, OfTheNetwork) {
   std::string share = Full("");
   share.replace(0, 2, "\\\\localhost\\" + share.substr(0, 1) + "$");
   share.pop_back();
-  if (std::error_code error; !fs::exists(codedb::PathFromText(share), error)) GTEST_SKIP() << share;
+  if (std::error_code error; !fs::exists(files::PathFromText(share), error)) GTEST_SKIP() << share;
   ExpectUsable(share);
 }
 

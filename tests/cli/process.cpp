@@ -4,7 +4,8 @@
 #include <ostream>
 #include <sstream>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/paths.h>
 
 namespace quillmate::cli {
 
@@ -23,7 +24,7 @@ Result CliTest::RunAt(const fs::path& program, const std::vector<std::string>& a
   Surroundings whole = around;
   whole.temporary = around.temporary.empty() ? Scratch() : Folder() / around.temporary;
   const int status = RunWithFiles(program, arguments, whole, Folder(), out, err);
-  Result result{status, codedb::ReadWholeFile(out), codedb::ReadWholeFile(err)};
+  Result result{status, files::ReadWholeFile(out), files::ReadWholeFile(err)};
   fs::remove(out);
   fs::remove(err);
   return result;
@@ -31,11 +32,11 @@ Result CliTest::RunAt(const fs::path& program, const std::vector<std::string>& a
 
 fs::path CliTest::Write(const std::string& name, std::string_view bytes) const { return folder_.Write(name, bytes); }
 
-std::string CliTest::Read(const std::string& name) const { return codedb::ReadWholeFile(folder_ / name); }
+std::string CliTest::Read(const std::string& name) const { return files::ReadWholeFile(folder_ / name); }
 
-std::string CliTest::Names(const std::string& folder) const { return codedb::Names(folder_ / folder); }
+std::string CliTest::Names(const std::string& folder) const { return files::Names(folder_ / folder); }
 
-std::string CliTest::Full(const std::string& name) const { return codedb::PathText((folder_ / name).make_preferred()); }
+std::string CliTest::Full(const std::string& name) const { return files::PathText((folder_ / name).make_preferred()); }
 
 std::vector<std::string> Words(const std::string& line) {
   std::vector<std::string> words;

@@ -95,8 +95,8 @@ class CliTest : public testing::Test {
   const fs::path& Scratch() const { return scratch_.Path(); }
 
  private:
-  codedb::ScratchFolder folder_{"cli"};
-  codedb::ScratchFolder scratch_;
+  files::ScratchFolder folder_{"cli"};
+  files::ScratchFolder scratch_;
 };
 
 /// The program under test.

@@ -1,7 +1,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 
 #include "places.h"
 #include "process.h"
@@ -16,7 +16,7 @@ using child::Handle;
 std::wstring QuotedWord(const std::string& word) {
   std::wstring quoted = L"\"";
   std::size_t backslashes = 0;
-  const std::wstring wide = codedb::PathFromText(word).native();
+  const std::wstring wide = files::PathFromText(word).native();
   for (const wchar_t c : wide) {
     if (c == L'"') quoted.append(backslashes + 1, L'\\');
     backslashes = c == L'\\' ? backslashes + 1 : 0;
@@ -29,7 +29,7 @@ Handle OpenInherited(const fs::path& file, DWORD access, DWORD disposition) {
   SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
   const HANDLE handle = CreateFileW(file.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, disposition,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (handle == INVALID_HANDLE_VALUE) throw std::runtime_error("CreateFile " + codedb::PathText(file));
+  if (handle == INVALID_HANDLE_VALUE) throw std::runtime_error("CreateFile " + files::PathText(file));
   return Handle(handle);
 }
 

@@ -1,6 +1,6 @@
 #include <fstream>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/file_bytes.h>
 
 #include "places.h"
 #include "process.h"
@@ -25,7 +25,7 @@ TEST_F(CliTest, References) {
     EXPECT_EQ(result.err, "");
     ++references;
     const fs::path expected = kReferences / file;
-    if (codedb::ReadWholeFile(expected) == result.out) continue;
+    if (files::ReadWholeFile(expected) == result.out) continue;
     const fs::path actual = Write(file, result.out);
 #ifdef _WIN32
     ADD_FAILURE() << expected << " and " << actual << " differ";

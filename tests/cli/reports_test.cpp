@@ -1,4 +1,4 @@
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/file_bytes.h>
 
 #include "modules.h"
 #include "places.h"
@@ -29,7 +29,7 @@ TEST_F(CliTest, ReportsOfSourcesAndOfTheSavedProject) {
 }
 
 TEST_F(CliTest, EmptyProjectHasEmptyReports) {
-  Write("p/Quillmate.mdb", codedb::ReadWholeFile(tests::ProgramFolder() / "mask_Quillmate.mdb"));
+  Write("p/Quillmate.mdb", files::ReadWholeFile(tests::ProgramFolder() / "mask_Quillmate.mdb"));
   EXPECT_EQ(Run("modules --json p").out, "{\"modules\":[]}\n");
   for (const char* const line : {"modules p", "outline p", "text p"}) EXPECT_EQ(Run(line), Success());
 }

@@ -9,6 +9,8 @@
 
 #include <quillmate/codedb/code_database.h>
 #include <quillmate/codedb/records.h>
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/paths.h>
 
 #include "scratch.h"
 
@@ -235,7 +237,7 @@ std::string FilledIndex(const fs::path& folder) {
   FreshIndex index;
   for (int i = 1; i <= 500; ++i) index.AddRoutine(i, 1, std::string(60, 'x') + std::to_string(i));
   index.database.Close();
-  std::string bytes = ReadWholeFile(DatabasePath(index.folder.Path()));
+  std::string bytes = files::ReadWholeFile(DatabasePath(index.folder.Path()));
   WriteBytes(DatabasePath(folder), bytes);
   return bytes;
 }
@@ -260,7 +262,7 @@ TEST(OpenDatabase, WhatIsNoWholeIndexIsRefused) {
     const std::string message = MessageOf<DatabaseError>([&] { database.Open(file); });
     EXPECT_NE(message.find("Prüf Ordner"), std::string::npos) << c.name << message;
     EXPECT_FALSE(database.IsOpen()) << c.name;
-    EXPECT_EQ(ReadWholeFile(file), c.bytes) << c.name;
+    EXPECT_EQ(files::ReadWholeFile(file), c.bytes) << c.name;
   }
   WriteBytes(file, whole);
   database.Open(file);
@@ -278,7 +280,7 @@ using Raw = std::unique_ptr<sqlite3, decltype(&sqlite3_close)>;
 
 Raw OpenRaw(const fs::path& file, const char* statements) {
   sqlite3* opened = nullptr;
-  sqlite3_open(PathText(file).c_str(), &opened);
+  sqlite3_open(files::PathText(file).c_str(), &opened);
   EXPECT_EQ(sqlite3_exec(opened, statements, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(opened);
   return {opened, sqlite3_close};
 }

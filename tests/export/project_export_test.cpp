@@ -6,6 +6,7 @@
 #include <quillmate/export/module_header.h>
 #include <quillmate/export/plain_text.h>
 #include <quillmate/export/project_export.h>
+#include <quillmate/files/file_bytes.h>
 
 #include "codedb/scratch.h"
 
@@ -25,7 +26,7 @@ class ProjectExport : public testing::Test {
     codedb::WriteModuleText(folder_, 2, kSecond);
   }
 
-  codedb::ScratchFolder scratch_;
+  files::ScratchFolder scratch_;
   const fs::path& folder_ = scratch_.Path();
   const std::vector<ModuleEntry> modules_ = {{1, "mdlA", "M2"}, {2, "Tabelle1", "M5"}};
 };
@@ -73,14 +74,14 @@ TEST_F(ProjectExport, FilesAreReplacedWholeOrNotAtAll) {
   const fs::path target = folder_ / "projekt.RTF";
   ExportModuleRtf(folder_, 1, options, target);
   const std::string module = RtfDocument(std::string(kFirst) + "\r\n", options);
-  EXPECT_EQ(codedb::ReadWholeFile(target), module);
+  EXPECT_EQ(files::ReadWholeFile(target), module);
   EXPECT_THROW(ExportProjectRtf(folder_, {modules_[0], {3, "weg", "M2"}}, true, options, target), std::runtime_error);
   EXPECT_THROW(ExportModuleRtf(folder_, 1, options, folder_ / "fehlt" / "a.RTF"), std::runtime_error);
   const std::string message =
       codedb::MessageOf<std::runtime_error>([&] { ExportModuleRtf(folder_, 1, options, folder_); });
   EXPECT_TRUE(message.ends_with("unter diesem Namen gibt es einen Ordner.")) << message;
-  EXPECT_EQ(codedb::ReadWholeFile(target), module);
-  EXPECT_EQ(codedb::Names(folder_), "M1.txt M2.txt projekt.RTF");
+  EXPECT_EQ(files::ReadWholeFile(target), module);
+  EXPECT_EQ(files::Names(folder_), "M1.txt M2.txt projekt.RTF");
 }
 
 TEST_F(ProjectExport, ModulesByNumber) {

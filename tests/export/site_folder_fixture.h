@@ -66,7 +66,7 @@ class SiteTest : public testing::Test {
     std::filesystem::remove_all(site);
     std::filesystem::create_directories(site);
     WriteSite(project_, style, site);
-    return codedb::FilesIn(site);
+    return files::FilesIn(site);
   }
 
   /// The part of a page from `from` up to before `to`.
@@ -77,7 +77,7 @@ class SiteTest : public testing::Test {
     return begin == std::string::npos || end == std::string::npos ? std::string() : page.substr(begin, end - begin);
   }
 
-  codedb::ScratchFolder folder_;
+  files::ScratchFolder folder_;
   SiteProject project_;
   std::int64_t routineNumber_ = 0;
 };

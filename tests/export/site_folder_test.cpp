@@ -1,12 +1,15 @@
 #include <stdexcept>
 
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/paths.h>
+
 #include "site_folder_fixture.h"
 
 namespace quillmate::output {
 namespace {
 
 namespace fs = std::filesystem;
-using codedb::Names;
+using files::Names;
 
 /// Targets lie in "ziel"; beside it nothing may be left.
 class SiteFolderTest : public SiteTest {
@@ -14,7 +17,7 @@ class SiteFolderTest : public SiteTest {
   SiteFolderTest() { AddModule("a", codedb::kStandard, "x"); }
 
   void Put(const std::string& name, std::string_view bytes) const { folder_.Write("oben/ziel/" + name, bytes); }
-  std::string Read(const std::string& name) const { return codedb::ReadWholeFile(Target() / name); }
+  std::string Read(const std::string& name) const { return files::ReadWholeFile(Target() / name); }
 
   void Export(bool force = false) const { ExportSite(project_, {}, Target(), force); }
 
@@ -59,7 +62,7 @@ TEST_F(SiteFolderTest, NewEmptyAndEarlierFolders) {
 TEST_F(SiteFolderTest, ForeignFoldersNeedForce) {
   Put("index.html", "fremd");
   Put("notiz", "bleibt");
-  const std::string path = codedb::PathText(fs::canonical(Target()));
+  const std::string path = files::PathText(fs::canonical(Target()));
   EXPECT_EQ(Refusal(), path + ": Der Ordner ist nicht leer und keine HTML-Dokumentation");
   EXPECT_EQ(Names(Target()), "index.html notiz");
   EXPECT_EQ(Refusal(true), "");
@@ -74,7 +77,7 @@ TEST_F(SiteFolderTest, NothingOfOthersIsOverwrittenOrRemoved) {
   Export();
   Put("modul-b.html", "fremd");
   AddModule("b", codedb::kStandard, "x");
-  const std::string clash = codedb::PathText(fs::canonical(Target()) / "modul-b.html");
+  const std::string clash = files::PathText(fs::canonical(Target()) / "modul-b.html");
   EXPECT_EQ(Refusal(), clash + ": Das gehört nicht zur HTML-Dokumentation und wird nicht überschrieben");
   EXPECT_EQ(Read("modul-b.html"), "fremd");
   fs::remove(Target() / "modul-b.html");
@@ -83,7 +86,7 @@ TEST_F(SiteFolderTest, NothingOfOthersIsOverwrittenOrRemoved) {
   EXPECT_EQ(Read("modul-b.html/x"), "fremd");
   fs::remove_all(Target() / "modul-b.html");
   // A list that was tampered with.
-  codedb::WriteWholeFile(folder_ / "oben" / "fremd", "bleibt");
+  files::WriteWholeFile(folder_ / "oben" / "fremd", "bleibt");
   Put("unter/fremd", "bleibt");
   Put(kSiteListFile, "Quillmate HTML-Dokumentation\n../fremd\nunter\nunter/fremd\n..\n.\n\n");
   Export(true);
@@ -102,11 +105,11 @@ TEST_F(SiteFolderTest, AFailureLeavesTheTargetAsItWas) {
   EXPECT_EQ(Read("index.html"), before);
   EXPECT_EQ(Names(Target()), kSite);
   EXPECT_EQ(Names(folder_ / "oben"), "ziel");
-  codedb::WriteWholeFile(folder_ / "datei", "bleibt");
+  files::WriteWholeFile(folder_ / "datei", "bleibt");
   const std::string message =
       codedb::MessageOf<std::runtime_error>([&] { ExportSite(project_, {}, folder_ / "datei", true); });
-  EXPECT_EQ(message, codedb::PathText(folder_ / "datei") + ": Das ist kein Ordner");
-  EXPECT_EQ(codedb::ReadWholeFile(folder_ / "datei"), "bleibt");
+  EXPECT_EQ(message, files::PathText(folder_ / "datei") + ": Das ist kein Ordner");
+  EXPECT_EQ(files::ReadWholeFile(folder_ / "datei"), "bleibt");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/records.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/host/com_host.h>
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/host_tree.h>
@@ -60,7 +61,7 @@ class RunningHost : public testing::Test {
     return ReadCheckedModules(host, tree, database_, request_);
   }
 
-  codedb::ScratchFolder scratch_{"TempDateien/T_1"};
+  files::ScratchFolder scratch_{"TempDateien/T_1"};
   codedb::CodeDatabase database_;
   ReadRequest request_;
   HostTree tree_;
@@ -175,7 +176,7 @@ TEST_F(RunningHost, FailedReadsSayWhatHappened) {
     const ReadReport report = Read(host, Ticked(tree_, each.module));
     EXPECT_EQ(report.outcome, ReadOutcome::kFailed);
     EXPECT_EQ(report.detail, each.detail);
-    EXPECT_EQ(codedb::Names(scratch_.Path()), "");
+    EXPECT_EQ(files::Names(scratch_.Path()), "");
     // What is left can be listed again; a program that ended is simply no longer there.
     standIn.End();
     EXPECT_FALSE(List(host).attached);
@@ -208,7 +209,7 @@ TEST_F(RunningHost, ClosedProjectsLeadToNoOtherOnes) {
 
 TEST_F(RunningHost, TheSampleGivesTheSameIndexAsItsFiles) {
   const fs::path samples = tests::SourceFolder() / "samples";
-  const Texts sources{codedb::PathText(samples / "Lagerverwaltung"), codedb::PathText(samples / "Kasse/Kasse.vbp")};
+  const Texts sources{files::PathText(samples / "Lagerverwaltung"), files::PathText(samples / "Kasse/Kasse.vbp")};
   const StandInHost standIn("--sources \"" + sources[0] + "\" \"" + sources[1] + "\"");
   ComHost host("Excel");
   EXPECT_TRUE(List(host).attached);
@@ -216,14 +217,14 @@ TEST_F(RunningHost, TheSampleGivesTheSameIndexAsItsFiles) {
   ReadReport report = Read(host, Ticked(tree_));
   EXPECT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
   EXPECT_GT(report.modules, 20);
-  const std::map<std::string, std::string> fromHost = codedb::FilesIn(scratch_.Path());
+  const std::map<std::string, std::string> fromHost = files::FilesIn(scratch_.Path());
 
   DocumentHost documents;
-  documents.SetSources({codedb::PathFromText(sources[0]), codedb::PathFromText(sources[1])});
+  documents.SetSources({files::PathFromText(sources[0]), files::PathFromText(sources[1])});
   EXPECT_TRUE(List(documents).attached);
   report = Read(documents, Ticked(tree_));
   EXPECT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
-  const std::map<std::string, std::string> fromFiles = codedb::FilesIn(scratch_.Path());
+  const std::map<std::string, std::string> fromFiles = files::FilesIn(scratch_.Path());
   EXPECT_EQ(fromHost.size(), static_cast<std::size_t>(report.modules) + 1);
   ASSERT_EQ(fromHost.size(), fromFiles.size());
   for (const auto& [name, bytes] : fromFiles) EXPECT_TRUE(fromHost.at(name) == bytes) << name;
@@ -251,7 +252,7 @@ TEST_F(RunningHost, AModuleIsOneCall) {
 }
 
 TEST_F(RunningHost, BesideFiles) {
-  const codedb::ScratchFolder folder("Quelle");
+  const files::ScratchFolder folder("Quelle");
   DocumentHost documents;
   documents.SetSources({folder.Write("Datei.bas", "Sub M()\r\n\r\nEnd Sub\r\n")});
   ComHost excel("Excel");

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/host/document_host.h>
 
 #include "codedb/scratch.h"
@@ -35,7 +35,7 @@ TEST(DocumentHost, AttachesWhenASourceIsKnown) {
 }
 
 TEST(DocumentHost, FolderInByteOrderFilesFirst) {
-  const codedb::ScratchFolder temp("Lager");
+  const files::ScratchFolder temp("Lager");
   temp.Write("b.bas", "Attribute VB_Name = \"Zwei\"\r\nSub A()\r\nEnd Sub\r\n");
   temp.Write("B.CLS", "a\nb\nc");
   temp.Write("\xC3\xA4.frm", "x");
@@ -56,7 +56,7 @@ TEST(DocumentHost, FolderInByteOrderFilesFirst) {
 }
 
 TEST(DocumentHost, ModuleFilesAreProjectsOfTheirOwn) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   const fs::path file = temp.Write("Bericht.BAS", "Attribute VB_Name = \"Modul1\"\r\na\r\nb\r\nc\r\n");
   DocumentHost host;
   host.SetSources({file, file});
@@ -65,7 +65,7 @@ TEST(DocumentHost, ModuleFilesAreProjectsOfTheirOwn) {
 }
 
 TEST(DocumentHost, VbProjectNamesItsModules) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   temp.Write("src/Helfer.bas", "Attribute VB_Name = \"Anders\"\r\n1\r\n2\r\n3");
   temp.Write("src/Sub/KUNDE.CLS", "VERSION 1.0 CLASS\r\nBEGIN\r\nEND\r\nAttribute VB_Name = \"Kunde\"\r\n1");
   temp.Write("Maske.frm", "VERSION 5.00\nBegin VB.Form Maske\nEnd\nAttribute VB_Name = \"frmMaske\"\n1\n2");
@@ -87,7 +87,7 @@ TEST(DocumentHost, VbProjectNamesItsModules) {
 }
 
 TEST(DocumentHost, VbProjectInUtf8WithoutAName) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   temp.Write("\xCE\xB1\xC3\xA4.bas", "1");
   const fs::path project = temp.Write("Plan.VBP", "\xEF\xBB\xBFmodule=\xC3\x84; \xCE\xB1\xC3\xA4.bas");
   DocumentHost host;
@@ -96,7 +96,7 @@ TEST(DocumentHost, VbProjectInUtf8WithoutAName) {
 }
 
 TEST(DocumentHost, WhatCannotBeReadIsAProblem) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   temp.Write("gut/a.bas", "1\n2\n3");
   temp.Write("gut/leer.bas", "");
   temp.Write("gut/muell.bas", "MZ\0\1\2"sv);
@@ -121,7 +121,7 @@ TEST(DocumentHost, WhatCannotBeReadIsAProblem) {
 
 #ifndef _WIN32
 TEST(DocumentHost, LinksAndPipes) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   temp.Write("fern/a.bas", "1");
   fs::create_directories(temp / "quelle");
   fs::create_symlink("nirgends", temp / "quelle/tot.bas");
@@ -142,7 +142,7 @@ TEST(DocumentHost, LinksAndPipes) {
 #endif
 
 TEST(DocumentHost, ReadsTheFileAsItIsThen) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   const fs::path file = temp.Write("a.bas", "Attribute VB_Name = \"A\"\n1\n2\n3\n");
   const fs::path other = temp.Write("b.bas", "1");
   DocumentHost host;
@@ -157,18 +157,18 @@ TEST(DocumentHost, ReadsTheFileAsItIsThen) {
   // One look at the file serves both calls.
   fs::remove(file);
   EXPECT_EQ(host.Lines(1, "A", 1, 5), "1\r\n2\r\n3\r\n4\r\n5");
-  EXPECT_EQ(Reason(host, "A", 1), codedb::PathText(file) + ": Datei existiert nicht");
+  EXPECT_EQ(Reason(host, "A", 1), files::PathText(file) + ": Datei existiert nicht");
   temp.Write("a.bas", "Attribute VB_Name = \"Neu\"\n1\n2\n3");
-  EXPECT_EQ(Reason(host, "A", 1), codedb::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
+  EXPECT_EQ(Reason(host, "A", 1), files::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
   EXPECT_THROW(host.Lines(1, "A", 1, 3), HostError);
   temp.Write("b.bas", "\0\0"sv);
-  EXPECT_EQ(Reason(host, "b", 2), codedb::PathText(other) + ": Datei enthält keinen Text");
+  EXPECT_EQ(Reason(host, "b", 2), files::PathText(other) + ": Datei enthält keinen Text");
   EXPECT_EQ(Reason(host, "C", 1), "Modul ist nicht mehr vorhanden");
-  EXPECT_EQ(Reason(host, "A", 9), codedb::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
+  EXPECT_EQ(Reason(host, "A", 9), files::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
 }
 
 TEST(DocumentHost, LinesGivesTheFirstOnes) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   temp.Write("a.bas", "1\n2\n3\n");
   DocumentHost host;
   host.SetSources({temp.Path()});

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include <quillmate/files/paths.h>
 #include <quillmate/host/document_host.h>
 
 #include "codedb/scratch.h"
@@ -16,7 +17,7 @@ using Lines = std::vector<std::string>;
 /// "  name type lines file", in the end "file: reason" of each problem.
 inline Lines Listed(DocumentHost& host, const std::filesystem::path& root) {
   const auto below = [&](const std::string& file) {
-    return codedb::PathFromText(file).lexically_relative(root).generic_string();
+    return files::PathFromText(file).lexically_relative(root).generic_string();
   };
   Lines lines;
   for (int i = 1, projects = host.ProjectCount(); i <= projects; ++i) {

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/host_tree.h>
 
@@ -33,7 +33,7 @@ std::string Zipped(const std::string& entry, const WrittenProject& project) {
 }
 
 TEST(OfficeSource, OneAndManyByTheirContent) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   WrittenProject locked = Project("Zu", "M");
   locked.locked = true;
   WrittenProject torn = Project("Riss", "M");
@@ -59,7 +59,7 @@ TEST(OfficeSource, OneAndManyByTheirContent) {
 }
 
 TEST(OfficeSource, LongPathsAndNamesInAllScripts) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   const std::string folder(150, 'o');
   const std::string file = folder + "/Übung_日本_" + std::string(90, 'x') + ".xlsm";
   const std::string module = folder + "/Ω_" + std::string(120, 'x') + ".bas";
@@ -75,7 +75,7 @@ TEST(OfficeSource, LongPathsAndNamesInAllScripts) {
 }
 
 TEST(OfficeSource, FoldersListTheFilesWithMacros) {
-  const codedb::ScratchFolder temp("Ablage");
+  const files::ScratchFolder temp("Ablage");
   temp.Write("m.bas", "1");
   temp.Write("B.XLSM", Zipped("xl/vbaProject.bin", Project("B", "M")));
   temp.Write("a/c.doc", Project("C", "M").Bin());
@@ -100,7 +100,7 @@ TEST(OfficeSource, FoldersListTheFilesWithMacros) {
 }
 
 TEST(OfficeSource, TheEditionsOwnFilesComeFirst) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   DocumentHost host;
   host.SetSources({temp.Write("1.bas", "1"), temp.Write("2.xlsm", Zipped("xl/vbaProject.bin", Project("P2", "M"))),
                    temp.Write("3.docm", Zipped("word/vbaProject.bin", Project("P3", "M"))),
@@ -117,7 +117,7 @@ TEST(OfficeSource, TheEditionsOwnFilesComeFirst) {
 }
 
 TEST(OfficeSource, ReadsTheFileOnceAndAsItIsThen) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   const fs::path file = temp.Write("a.xlsm", Zipped("xl/vbaProject.bin", Project("P", "M")));
   DocumentHost host;
   host.SetSources({file});
@@ -135,15 +135,15 @@ TEST(OfficeSource, ReadsTheFileOnceAndAsItIsThen) {
   EXPECT_EQ(host.Lines(1, "Tabelle1", 1, 99), "Sub T()\r\nx\r\nEnd Sub");
   EXPECT_EQ(host.Lines(1, "M", 2, 5), "1\r\n2\r\n3\r\n4\r\n5");
   host.Release();
-  EXPECT_EQ(Reason(host, "M", 2), codedb::PathText(file) + ": Datei existiert nicht");
+  EXPECT_EQ(Reason(host, "M", 2), files::PathText(file) + ": Datei existiert nicht");
 
   changed.modules.pop_back();
   temp.Write("a.xlsm", Zipped("xl/vbaProject.bin", changed));
-  EXPECT_EQ(Reason(host, "M", 2), codedb::PathText(file) + ": Modul ist nicht mehr in der Datei");
+  EXPECT_EQ(Reason(host, "M", 2), files::PathText(file) + ": Modul ist nicht mehr in der Datei");
   host.Release();
   changed.locked = true;
   temp.Write("a.xlsm", changed.Bin());
-  EXPECT_EQ(Reason(host, "Tabelle1", 1), codedb::PathText(file) + ": Das Projekt ist gesperrt");
+  EXPECT_EQ(Reason(host, "Tabelle1", 1), files::PathText(file) + ": Das Projekt ist gesperrt");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/records.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/project_reader.h>
 
@@ -59,11 +60,11 @@ class ProjectReader : public testing::Test {
     EXPECT_EQ(report.message, kFailedText);
     EXPECT_EQ(report.detail, detail);
     EXPECT_FALSE(database_.IsOpen());
-    EXPECT_EQ(codedb::Names(scratch_.Path()), "");
+    EXPECT_EQ(files::Names(scratch_.Path()), "");
   }
 
-  codedb::ScratchFolder scratch_{"TempDateien/T_1"};
-  codedb::ScratchFolder sources_{"Quelle"};
+  files::ScratchFolder scratch_{"TempDateien/T_1"};
+  files::ScratchFolder sources_{"Quelle"};
   codedb::CodeDatabase database_;
   ReadRequest request_;
   Texts progress_;
@@ -106,7 +107,7 @@ TEST_F(ProjectReader, ReadsTickedModulesInTreeOrder) {
   EXPECT_EQ(report.modules, 3);
   EXPECT_FALSE(database_.IsOpen());
   EXPECT_EQ(Index(), (Texts{"1 Tabelle1 5 3: 1A", "2 Pr\374fung 1 3: 2B", "3 D1 32 3: 3F"}));
-  EXPECT_EQ(codedb::Names(scratch_.Path()), "M1.txt M2.txt M3.txt Quillmate.mdb");
+  EXPECT_EQ(files::Names(scratch_.Path()), "M1.txt M2.txt M3.txt Quillmate.mdb");
   EXPECT_EQ(progress_, (Texts{"Erzeuge Projekt", "Modul: Tabelle1", "Modul: Prüfung", "Modul: D1"}));
   EXPECT_EQ(host.calls,
             (Texts{"Attach", "ComponentByName 2 Tabelle1", "Lines Tabelle1 3", "ComponentByName 2 Pr\374fung",
@@ -116,7 +117,7 @@ TEST_F(ProjectReader, ReadsTickedModulesInTreeOrder) {
   tree.projects[0].checked = false;
   EXPECT_EQ(ReadCheckedModules(host, tree, database_, request_).outcome, ReadOutcome::kDone);
   EXPECT_EQ(Index(), (Texts{"1 D1 32 3: 1F"}));
-  EXPECT_EQ(codedb::Names(scratch_.Path()), "M1.txt Quillmate.mdb");
+  EXPECT_EQ(files::Names(scratch_.Path()), "M1.txt Quillmate.mdb");
 
   // A tick at a project alone reads an empty one.
   tree.projects[1].modules[0].checked = false;
@@ -136,7 +137,7 @@ TEST_F(ProjectReader, NothingTickedChangesNothing) {
   }
   EXPECT_EQ(host.calls, Texts{});
   EXPECT_EQ(progress_, Texts{});
-  EXPECT_EQ(codedb::Names(scratch_.Path()), "M1.txt M9.txt");
+  EXPECT_EQ(files::Names(scratch_.Path()), "M1.txt M9.txt");
 }
 
 TEST_F(ProjectReader, NoHostOrNoTemplateEndsTheReadEarly) {
@@ -147,13 +148,13 @@ TEST_F(ProjectReader, NoHostOrNoTemplateEndsTheReadEarly) {
   EXPECT_EQ(report.outcome, ReadOutcome::kNotAttached);
   EXPECT_EQ(report.message, "");
   EXPECT_EQ(progress_, Texts{});
-  EXPECT_EQ(codedb::Names(scratch_.Path()), "");
+  EXPECT_EQ(files::Names(scratch_.Path()), "");
 
   host.running = true;
   request_.templateFile = sources_ / "fehlt.mdb";
   report = ReadCheckedModules(host, tree, database_, request_);
   EXPECT_EQ(report.outcome, ReadOutcome::kNoTemplate);
-  EXPECT_EQ(report.message, "Die notwendige Datenbank\r\n" + codedb::PathText(request_.templateFile) +
+  EXPECT_EQ(report.message, "Die notwendige Datenbank\r\n" + files::PathText(request_.templateFile) +
                                 "\r\nexistiert nicht !!!\r\nBitte kopieren Sie diese wieder an diese Stelle");
   EXPECT_EQ(progress_, Texts{"Erzeuge Projekt"});
   EXPECT_EQ(host.calls.back(), "Release");
@@ -203,7 +204,7 @@ TEST_F(ProjectReader, DocumentsAreReadLikeAHost) {
 
   fs::remove(second);
   ExpectFailed(ReadCheckedModules(host, tree, database_, request_),
-               codedb::PathText(second) + ": Datei existiert nicht");
+               files::PathText(second) + ": Datei existiert nicht");
 }
 
 TEST_F(ProjectReader, ModuleFilesAreReadWithTheirHeaders) {
@@ -211,7 +212,7 @@ TEST_F(ProjectReader, ModuleFilesAreReadWithTheirHeaders) {
   tree.projects.resize(2);
   tree.projects[0].text = "P [p]";
   // The name is the node's text, whatever the file says; the kind is the image's digit. No project needs a tick here.
-  const std::string file = codedb::PathText(sources_.Write(
+  const std::string file = files::PathText(sources_.Write(
       "a.cls", "VERSION 1.0 CLASS\nBEGIN\nEND\nAttribute VB_Name = \"X\"\nSub A()\n attribute A.b = 1\nEnd Sub\n"));
   for (const char* image : {"M1", "M2", "M3", "M5", "M6", "XXX"}) {
     tree.projects[0].modules.push_back({"A1\\X", std::string("N") + image, image, file, 1, true});
@@ -230,9 +231,9 @@ TEST_F(ProjectReader, ModuleFilesAreReadWithTheirHeaders) {
 
   tree.projects[1].modules[0].checked = true;
   ExpectFailed(ReadModuleFiles(tree, database_, request_), "Y: Modul liegt nicht in einer Datei");
-  tree.projects[1].modules[0].file = codedb::PathText(sources_ / "weg.bas");
+  tree.projects[1].modules[0].file = files::PathText(sources_ / "weg.bas");
   ExpectFailed(ReadModuleFiles(tree, database_, request_),
-               codedb::PathText(sources_ / "weg.bas") + ": Datei existiert nicht");
+               files::PathText(sources_ / "weg.bas") + ": Datei existiert nicht");
 }
 
 }  // namespace

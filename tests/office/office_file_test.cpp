@@ -9,7 +9,7 @@
 
 #include <quillmate/office/office_file.h>
 
-#include "codedb/scratch.h"
+#include "files/scratch.h"
 #include "office/vba_writer.h"
 
 #ifndef _WIN32
@@ -170,7 +170,7 @@ TEST(OfficeFile, DamagedProjectsAreReadAsFarAsTheyGo) {
 }
 
 TEST(OfficeFile, FilesThatCannotBeRead) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   const auto reason = [](const std::filesystem::path& file) { return ReadOfficeFile(file).reason; };
   EXPECT_EQ(reason(temp / "fehlt.xlsm"), "Datei existiert nicht");
   EXPECT_EQ(reason(temp.Path()), "Ist ein Ordner, keine Datei");
@@ -190,7 +190,7 @@ TEST(OfficeFile, FilesThatCannotBeRead) {
 
 /// A file that shrinks while it is read is not damaged, it can't be read.
 TEST(OfficeFile, FileThatShrinks) {
-  const codedb::ScratchFolder temp;
+  const files::ScratchFolder temp;
   const std::filesystem::path path = temp.Write("a.bin", std::string(5000, 'x'));
   FileSource source(path);
   EXPECT_EQ(ReadBytes(source, 4990, 100).size(), 10U);

@@ -6,7 +6,7 @@
 
 #include <quillmate/settings/settings_store.h>
 
-#include "codedb/scratch.h"
+#include "files/scratch.h"
 
 namespace quillmate::testing {
 
@@ -22,7 +22,7 @@ class LastingSettings {
   std::unique_ptr<settings::SettingsStore> Open();
 
  private:
-  codedb::ScratchFolder folder_;
+  files::ScratchFolder folder_;
   std::filesystem::path place_;
   int opened_ = 0;
 };

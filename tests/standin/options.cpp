@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
@@ -37,10 +37,10 @@ std::string HostNameOf(const std::string& edition) {
 Options ParseOptions(const std::vector<std::wstring>& arguments) {
   Options options;
   for (std::size_t at = 0; at < arguments.size(); ++at) {
-    const std::string option = codedb::PathText(arguments[at]);
+    const std::string option = files::PathText(arguments[at]);
     const auto value = [&] {
       if (++at == arguments.size()) throw std::runtime_error("value missing: " + option);
-      return text::CodeFromUtf8(codedb::PathText(arguments[at]));
+      return text::CodeFromUtf8(files::PathText(arguments[at]));
     };
     if (const auto found = kSwitches.find(option); found != kSwitches.end()) {
       options.*found->second = true;

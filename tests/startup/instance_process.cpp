@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <fstream>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/startup/edition.h>
 #include <quillmate/startup/session.h>
 
@@ -17,14 +17,14 @@ void RunInstance(const std::filesystem::path& programFolder, const std::function
   InstanceMark mark(globals.TempFolder);
   MakeRunFolder(globals, mark, *store);
   std::ofstream(globals.RunTempFolder / "M1.txt") << "x";
-  tell((mark.IsAlone() ? "1" : "0") + codedb::PathText(globals.RunTempFolder));
+  tell((mark.IsAlone() ? "1" : "0") + files::PathText(globals.RunTempFolder));
   if (awaitOrderToEnd()) EndRun(globals);
 }
 
 void Instance::AwaitStart() {
   const std::string news = AwaitNews();
   alone = news.starts_with('1');
-  folder = codedb::PathFromText(std::string_view(news).substr(std::min<std::size_t>(news.size(), 1)));
+  folder = files::PathFromText(std::string_view(news).substr(std::min<std::size_t>(news.size(), 1)));
 }
 
 }  // namespace quillmate::startup

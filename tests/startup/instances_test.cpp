@@ -23,7 +23,7 @@ std::unique_ptr<Instance> Started(const fs::path& programFolder) {
 bool IsWhole(const Instance& instance) { return fs::exists(instance.folder / "M1.txt"); }
 
 TEST(Instances, LaterOnesLeaveTheScratchFoldersAlone) {
-  const codedb::ScratchFolder program;
+  const files::ScratchFolder program;
   const auto first = Started(program.Path());
   const auto second = Started(program.Path());
   EXPECT_TRUE(first->alone);
@@ -41,7 +41,7 @@ TEST(Instances, LaterOnesLeaveTheScratchFoldersAlone) {
 }
 
 TEST(Instances, LeftoversOfCrashedOnesGoAtTheNextLoneStart) {
-  const codedb::ScratchFolder program;
+  const files::ScratchFolder program;
   const auto crashed = Started(program.Path());
   const auto other = Started(program.Path());
   crashed->Kill();
@@ -57,7 +57,7 @@ TEST(Instances, LeftoversOfCrashedOnesGoAtTheNextLoneStart) {
 }
 
 TEST(Instances, NewcomersWaitUntilTheLoneOneAdmitsThem) {
-  const codedb::ScratchFolder folder;
+  const files::ScratchFolder folder;
   {
     InstanceMark mark(folder.Path());
     EXPECT_TRUE(mark.IsAlone());
@@ -75,7 +75,7 @@ TEST(Instances, NewcomersWaitUntilTheLoneOneAdmitsThem) {
 
 TEST(Instances, StartingAllAtOnceNoneLosesItsFolder) {
   for (int round = 0; round < 10; ++round) {
-    const codedb::ScratchFolder program;
+    const files::ScratchFolder program;
     const fs::path root = program.Path() / "TempDateien";
     for (int old = 0; old < 40; ++old) fs::create_directories(root / ("T_" + std::to_string(old)));
     std::vector<std::unique_ptr<Instance>> instances(6);

@@ -37,7 +37,7 @@ struct ProgramRun {
 };
 
 TEST(Session, EditionsAndTheirTexts) {
-  const codedb::ScratchFolder folder;
+  const files::ScratchFolder folder;
   const std::map<int, std::string> cases = {
       {0, ""}, {1, "Excel EQM"}, {2, "Word WQM"}, {3, "Access AQM"}, {4, "PowerPoint PPQM"}, {9, "VisualBasic VB"},
       {5, ""}};
@@ -57,7 +57,7 @@ TEST(Session, CommandLineForTheMiniWindow) {
 }
 
 TEST(Session, LastProjectFolderComesFromTheSettings) {
-  const codedb::ScratchFolder folder;
+  const files::ScratchFolder folder;
   ProgramRun run(folder.Path());
   for (const auto& [stored, expected] :
        std::map<std::string, std::string>{{"", "C:\\"},
@@ -73,7 +73,7 @@ TEST(Session, LastProjectFolderComesFromTheSettings) {
 }
 
 TEST(Session, RunFolderIsMadeBelowTheRootAndRemovedAtTheEnd) {
-  const codedb::ScratchFolder folder;
+  const files::ScratchFolder folder;
   ProgramRun run(folder.Path() / "neu");
   const fs::path root = folder.Path() / "neu" / "TempDateien";
   EXPECT_EQ(run.globals.TempFolder, root);
@@ -96,7 +96,7 @@ TEST(Session, RunFolderIsMadeBelowTheRootAndRemovedAtTheEnd) {
 }
 
 TEST(Session, SavedProjectIsNotTouchedAtTheEnd) {
-  const codedb::ScratchFolder folder;
+  const files::ScratchFolder folder;
   ProgramRun run(folder.Path());
   run.MakeFolder();
   run.globals.TempFolder = folder.Path() / "TempDateien" / "Projekt";
@@ -109,7 +109,7 @@ TEST(Session, SavedProjectIsNotTouchedAtTheEnd) {
 }
 
 TEST(Session, WithoutAScratchRootTheRunUsesTheSystemsTemporaryFolder) {
-  const codedb::ScratchFolder folder;
+  const files::ScratchFolder folder;
   Write(folder.Path() / "file");
   ProgramRun run(folder.Path() / "file");
   EXPECT_FALSE(run.mark->IsAlone());
@@ -125,7 +125,7 @@ TEST(Session, WithoutAScratchRootTheRunUsesTheSystemsTemporaryFolder) {
 }
 
 TEST(Session, CleaningStaysInsideTheRoot) {
-  const codedb::ScratchFolder folder;
+  const files::ScratchFolder folder;
   const fs::path root = folder.Path() / "TempDateien", outside = folder.Path() / "outside";
   fs::create_directory(folder.Path() / "other");
   for (const fs::path& made : {outside, root / "T_1", root / "T_2", root / "T_3" / "deep"}) {
@@ -164,7 +164,7 @@ fs::path UserFolder(const fs::path& home) {
 }
 
 TEST(Session, ProgramAndTemplateFolders) {
-  const codedb::ScratchFolder folder;
+  const files::ScratchFolder folder;
   const fs::path bin = folder.Path() / "bin", data = folder.Path() / "share" / "quillmate";
   const fs::path user = UserFolder(folder.Path() / "home");
   const auto expectPlaces = [&](const fs::path& programFolder, const fs::path& templateFolder) {

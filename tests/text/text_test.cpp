@@ -4,7 +4,6 @@
 
 #include <quillmate/text/characters.h>
 #include <quillmate/text/operations.h>
-#include <quillmate/text/source_text.h>
 #include <quillmate/text/windows1252.h>
 
 namespace quillmate::text {
@@ -28,24 +27,6 @@ TEST(Windows1252, UnknownAndMalformedBecomeQuestionMarks) {
   for (const std::string_view bad : {"\xC0\x80", "\xED\xA0\x80", "\xF5\x80\x80\x80", "\xC3", "\xE0\x80\x80"}) {
     EXPECT_FALSE(IsValidUtf8(bad));
   }
-}
-
-TEST(SourceText, EncodingIsTakenFromTheBytes) {
-  const struct {
-    std::string_view name, bytes, code;
-  } cases[] = {
-      {"plain", "Sub A\r\n", "Sub A\r\n"},
-      {"utf-8 without mark", "'\xC3\xA4\n", "'\xE4\r\n"},
-      {"utf-8 with mark", "\xEF\xBB\xBFx", "x"},
-      {"windows-1252", "'\xE4\xF6\xFC", "'\xE4\xF6\xFC"},
-      {"half a sequence is windows-1252", "'\xC3\xA4\xE4", "'\xC3\xA4\xE4"},
-      {"utf-16 little endian", {"\xFF\xFE\xE4\0\r\0\n\0", 8}, "\xE4\r\n"},
-      {"utf-16 big endian", {"\xFE\xFF\0\xE4\0\n", 6}, "\xE4\r\n"},
-      {"utf-16 with half a unit", {"\xFF\xFE\x41\0\x42", 5}, "A"},
-      {"lone breaks", "a\rb\nc\r\nd\n\r", "a\r\nb\r\nc\r\nd\r\n\r\n"},
-      {"empty", "", ""},
-  };
-  for (const auto& c : cases) EXPECT_EQ(DecodeSourceText(c.bytes), c.code) << c.name;
 }
 
 TEST(Operations, LeadingNumberReadsWhatStandsInFront) {

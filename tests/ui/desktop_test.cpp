@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/ui/platform.h>
 
 #include "codedb/scratch.h"
@@ -52,8 +52,8 @@ TEST(MessageBox, HasGermanButtonsAndHarmlessEscape) {
 }
 
 TEST(SaveDialog, GivesANameTheExtensionOfItsKind) {
-  const codedb::ScratchFolder folder;
-  const QString start = QString::fromStdString(codedb::PathText(folder.Path()));
+  const files::ScratchFolder folder;
+  const QString start = QString::fromStdString(files::PathText(folder.Path()));
   const QChar separator = QDir::separator();
   const struct {
     const char* typed;

@@ -5,6 +5,7 @@
 
 #include <quillmate/export/html.h>
 #include <quillmate/export/site.h>
+#include <quillmate/files/file_bytes.h>
 
 #include "save_dialog.h"
 #include "window_test.h"
@@ -94,8 +95,8 @@ TEST_F(ExportTest, PreviewIsAFileInTheProgramFolder) {
   const std::filesystem::path file = globals.ProgramFolder / "TempQuillmate.htm";
   Trigger("mnuHtml_Modul");
   EXPECT_EQ(platform.opened, QStringList(Text(file)));
-  EXPECT_EQ(codedb::ReadWholeFile(file), "<HTML><HEAD><TITLE>Excel Quillmate</TITLE></HEAD><BODY>" +
-                                             Clip().toLatin1().toStdString() + "</Body></HTML>\r\n");
+  EXPECT_EQ(files::ReadWholeFile(file), "<HTML><HEAD><TITLE>Excel Quillmate</TITLE></HEAD><BODY>" +
+                                            Clip().toLatin1().toStdString() + "</Body></HTML>\r\n");
   for (const bool written : {true, false}) {
     platform.canOpen = false;
     if (!written) {
@@ -131,7 +132,7 @@ TEST_F(ExportTest, RtfGoesIntoTheFileWithTheForcedExtension) {
     EXPECT_EQ(request.extension, "RTF");
     EXPECT_EQ(request.folder, QDir::currentPath());
     EXPECT_EQ(request.fileName, c.offered);
-    const std::string rtf = codedb::ReadWholeFile(Folder(c.written));
+    const std::string rtf = files::ReadWholeFile(Folder(c.written));
     EXPECT_TRUE(rtf.starts_with("{\\rtf1") && rtf.ends_with("}")) << c.written;
     EXPECT_EQ(rtf.find("Typ = Userform") != std::string::npos, std::string(c.command) == "mnuRtf_Projekt");
     EXPECT_EQ(Panel("Vorgang"), "");
@@ -152,14 +153,14 @@ TEST_F(ExportTest, WordProcessorReadsTheRtf) {
                          "fodt", "--outdir", Text(Folder("aus")), Text(Folder("projekt.RTF"))});
   ASSERT_TRUE(convert.waitForFinished(-1));
   const QString read =
-      QString::fromUtf8(QByteArray::fromStdString(codedb::ReadWholeFile(Folder("aus") / "projekt.fodt")));
+      QString::fromUtf8(QByteArray::fromStdString(files::ReadWholeFile(Folder("aus") / "projekt.fodt")));
   for (const char* part : {"#000080", "#008000", "#800000", "fo:font-weight=\"bold\"", "style:tab-stop ", "äöü"}) {
     EXPECT_TRUE(read.contains(QString::fromUtf8(part))) << part;
   }
 }
 
 TEST_F(ExportTest, RtfOverwritesNothingUnaskedAndNothingWhenItFails) {
-  codedb::WriteWholeFile(Folder("M.RTF"), "alt");
+  files::WriteWholeFile(Folder("M.RTF"), "alt");
   platform.saveFiles = {Text(Folder("M.txt")), {}};
   platform.answers = {Answer::kNo};
   Trigger("mnuRtf_Modul");
@@ -172,7 +173,7 @@ TEST_F(ExportTest, RtfOverwritesNothingUnaskedAndNothingWhenItFails) {
   platform.saveFiles = {Text(Folder("M.RTF"))};
   Trigger("mnuRtf_Projekt");
   EXPECT_TRUE(platform.TakeText().contains("M2.txt"));
-  EXPECT_EQ(codedb::ReadWholeFile(Folder("M.RTF")), "alt");
+  EXPECT_EQ(files::ReadWholeFile(Folder("M.RTF")), "alt");
   EXPECT_EQ(Panel("Vorgang"), "");
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }

@@ -8,6 +8,8 @@
 #include <QTextBlock>
 #include <QTextLayout>
 
+#include <quillmate/files/paths.h>
+
 #include "colour_frame.h"
 #include "window_test.h"
 
@@ -140,9 +142,9 @@ TEST_F(OptionsTest, ModuleHeadersStayOn) {
 
 TEST_F(OptionsTest, FoldersAreChosenAndMade) {
   StartWithProject();
-  EXPECT_EQ(Get<QLineEdit>("txtInfo").text().toStdString(), codedb::PathText(codedb::DatabasePath(globals.TempFolder)));
+  EXPECT_EQ(Get<QLineEdit>("txtInfo").text().toStdString(), files::PathText(codedb::DatabasePath(globals.TempFolder)));
   EXPECT_FALSE(Get<QAbstractButton>("cmdVBÄndern").isEnabled());
-  const QString parent = QString::fromStdString(codedb::PathText(Sources()));
+  const QString parent = QString::fromStdString(files::PathText(Sources()));
   const auto folder = [this] { return Get<QLineEdit>("txtSpeichern").text(); };
   Press("cmdSpeichernÄndern");
   EXPECT_EQ(folder(), "C:\\") << "a cancelled chooser";

@@ -1,6 +1,8 @@
 #include <QAbstractItemModelTester>
 #include <QDir>
 
+#include <quillmate/files/file_bytes.h>
+
 #include "window_test.h"
 
 namespace quillmate::testing {
@@ -179,7 +181,7 @@ TEST_F(ProjectTest, SavesBeforeLeaving) {
 
 TEST_F(ProjectTest, FailedSaveKeepsTheProject) {
   StartWithProject();
-  codedb::WriteWholeFile(Folder("Datei"), "kein Ordner");
+  files::WriteWholeFile(Folder("Datei"), "kein Ordner");
   SaveAs("Lager", Folder("Datei"));
   ASSERT_EQ(platform.messages.size(), 1U);
   EXPECT_EQ(platform.messages[0].icon, MessageIcon::kExclamation);
@@ -194,7 +196,7 @@ TEST_F(ProjectTest, DamagedIndexIsToldAndTheHostTreeStays) {
   Start();
   Tick(0);
   platform.onClock = [this] {
-    if (Window().windowTitle() == kUnsaved) codedb::WriteWholeFile(codedb::DatabasePath(globals.TempFolder), "x");
+    if (Window().windowTitle() == kUnsaved) files::WriteWholeFile(codedb::DatabasePath(globals.TempFolder), "x");
   };
   Trigger("mnuBearbeiten_Code");
   ExpectMessage(QString::fromStdString(codedb::BrokenProjectMessage(globals.TempFolder)), MessageIcon::kExclamation);

@@ -6,6 +6,9 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/paths.h>
 #endif
 
 #include "project_folder.h"
@@ -45,7 +48,7 @@ TEST_F(SavedProjectTest, OpensWhatWasSaved) {
   EXPECT_TRUE(Code().toPlainText().startsWith("Sub Laden"));
   EXPECT_TRUE(Action("mnuRtf").isEnabled());
   EXPECT_EQ(RecentItems(), (QStringList{"&0 - Lager", "&1 - Lager"})) << "a project may stand there twice";
-  EXPECT_EQ(settings->ReadSetting("recent", "F0"), codedb::PathText(Folder("Ziel") / "Lager" / ""));
+  EXPECT_EQ(settings->ReadSetting("recent", "F0"), files::PathText(Folder("Ziel") / "Lager" / ""));
   EXPECT_EQ(settings->ReadSetting("recent", "F0"), settings->ReadSetting("recent", "F1"));
   EXPECT_EQ(platform.TakeText(), "");
   // Leaving it does not touch its files.
@@ -61,7 +64,7 @@ TEST_F(SavedProjectTest, WhatIsNoProjectOrBrokenLeavesEverythingAsItWas) {
   StartWithProject();
   const QString title = Window().windowTitle();
   fs::create_directories(Folder("kaputt"));
-  codedb::WriteWholeFile(codedb::DatabasePath(Folder("kaputt")), "x");
+  files::WriteWholeFile(codedb::DatabasePath(Folder("kaputt")), "x");
   const struct {
     fs::path folder;
     std::string text;
@@ -106,10 +109,10 @@ TEST_F(SavedProjectTest, AScratchFolderIsNoPlaceForAProject) {
 TEST_F(SavedProjectTest, AFileOfTheNameStaysAndALinkStaysALink) {
   StartWithProject();
   fs::create_directories(Folder("Ziel"));
-  codedb::WriteWholeFile(Folder("Ziel") / "Lager", "wichtig");
+  files::WriteWholeFile(Folder("Ziel") / "Lager", "wichtig");
   SaveAs("Lager", Folder("Ziel"));
   EXPECT_TRUE(platform.TakeText().startsWith("Unter diesem Namen gibt es schon eine Datei:\r\n"));
-  EXPECT_EQ(codedb::ReadWholeFile(Folder("Ziel") / "Lager"), "wichtig");
+  EXPECT_EQ(files::ReadWholeFile(Folder("Ziel") / "Lager"), "wichtig");
   EXPECT_TRUE(Window().windowTitle().contains('['));
 #ifdef __unix__
   fs::create_directories(Folder("Wirklich"));
@@ -123,7 +126,7 @@ TEST_F(SavedProjectTest, AFileOfTheNameStaysAndALinkStaysALink) {
 TEST_F(SavedProjectTest, StandardFolderIsUsedUnaskedWhenItExists) {
   StartWithProject();
   globals.Options.stapro = true;
-  globals.LastProjectFolder = codedb::PathText(Sources());
+  globals.LastProjectFolder = files::PathText(Sources());
   platform.typed = {QStringLiteral("Lager")};
   Trigger("save");
   EXPECT_TRUE(fs::exists(codedb::DatabasePath(Sources() / "Lager")));
@@ -146,7 +149,7 @@ TEST_F(SavedProjectTest, RecentListHasTenPlacesWithoutGaps) {
   const auto folder = [this](int number) {
     const fs::path path = Folder("Projekte") / ("P" + std::to_string(number));
     fs::create_directories(path);
-    return codedb::PathText(path) + "/";
+    return files::PathText(path) + "/";
   };
   std::vector<std::string> expected;
   for (int number = 0; number < 12; ++number) {
@@ -155,7 +158,7 @@ TEST_F(SavedProjectTest, RecentListHasTenPlacesWithoutGaps) {
     EXPECT_EQ(ui::AddRecent(*settings, folder(number)), expected);
   }
   EXPECT_EQ(settings->SettingKeys("recent").size(), 10U);
-  for (const int gone : {8, 5}) fs::remove_all(codedb::PathFromText(folder(gone)));
+  for (const int gone : {8, 5}) fs::remove_all(files::PathFromText(folder(gone)));
   Start();
   EXPECT_EQ(RecentItems().size(), 10) << "only the next new entry drops what is gone";
   const std::vector<std::string> list = ui::AddRecent(*settings, folder(11));
@@ -173,7 +176,7 @@ class BrokenSaveTest : public ::testing::Test {
 
   static void Fill(const fs::path& folder, const Files& files) {
     fs::create_directories(folder);
-    for (const auto& [name, text] : files) codedb::WriteWholeFile(folder / name, text);
+    for (const auto& [name, text] : files) files::WriteWholeFile(folder / name, text);
   }
   /// A fresh pair of folders for each attempt.
   void Prepare(bool existed) {
@@ -184,14 +187,14 @@ class BrokenSaveTest : public ::testing::Test {
     Fill(base_ / "nach" / "Eigenes", {{"x", "bleibt"}});
   }
   bool IsWhole(bool existed) {
-    const Files files = codedb::FilesIn(base_ / "nach");
+    const Files files = files::FilesIn(base_ / "nach");
     return files == fresh_ || files == (existed ? old_ : Files());
   }
 
   const Files fresh_ = {
       {"Quillmate.mdb", std::string(5000, 'n')}, {"M1.txt", "neu"}, {"M2.txt", std::string(9000, 'm')}};
   const Files old_ = {{"Quillmate.mdb", "alt"}, {"M1.txt", "alt"}, {"M7.txt", "alt"}};
-  codedb::ScratchFolder temp_;
+  files::ScratchFolder temp_;
   fs::path base_;
   int attempt_ = 0;
 };
@@ -213,16 +216,16 @@ TEST_F(BrokenSaveTest, AnErrorAtAnyStepLeavesOneProjectWhole) {
         thrown = true;
       }
       done = step < failing;
-      EXPECT_EQ(codedb::FilesIn(base_ / "nach"), !thrown ? fresh_ : existed ? old_ : Files()) << failing;
+      EXPECT_EQ(files::FilesIn(base_ / "nach"), !thrown ? fresh_ : existed ? old_ : Files()) << failing;
       // Half a copy is removed; what stays of the old project is told.
-      const std::string beside = left.empty() ? "" : codedb::PathText(left.filename()) + " ";
-      EXPECT_EQ(codedb::Names(base_), (existed || !thrown ? "nach " : "") + beside + "von");
+      const std::string beside = left.empty() ? "" : files::PathText(left.filename()) + " ";
+      EXPECT_EQ(files::Names(base_), (existed || !thrown ? "nach " : "") + beside + "von");
     }
-    EXPECT_EQ(codedb::Names(base_), "nach von") << "nothing is left beside the project";
-    EXPECT_EQ(codedb::Names(base_ / "nach"), std::string(existed ? "Eigenes " : "") + "M1.txt M2.txt Quillmate.mdb");
+    EXPECT_EQ(files::Names(base_), "nach von") << "nothing is left beside the project";
+    EXPECT_EQ(files::Names(base_ / "nach"), std::string(existed ? "Eigenes " : "") + "M1.txt M2.txt Quillmate.mdb");
   }
   EXPECT_THROW(ui::ReplaceProjectFolder(base_ / "fehlt", base_ / "nach"), fs::filesystem_error);
-  EXPECT_EQ(codedb::FilesIn(base_ / "nach"), fresh_);
+  EXPECT_EQ(files::FilesIn(base_ / "nach"), fresh_);
 }
 
 #ifdef __unix__
@@ -252,10 +255,10 @@ TEST_F(BrokenSaveTest, AKillAtAnyStepLeavesOneProjectWhole) {
         });
       });
       EXPECT_TRUE(IsWhole(existed)) << killed;
-      EXPECT_EQ(codedb::FilesIn(base_ / "von"), fresh_);
+      EXPECT_EQ(files::FilesIn(base_ / "von"), fresh_);
       if (!survived) ++killed;
     }
-    EXPECT_EQ(codedb::FilesIn(base_ / "nach"), fresh_);
+    EXPECT_EQ(files::FilesIn(base_ / "nach"), fresh_);
     EXPECT_GE(killed, existed ? 10 : 5) << "every step was tried";
   }
 }
@@ -273,7 +276,7 @@ TEST_F(BrokenSaveTest, AFullDiskLeavesTheOldProject) {
     }
     _exit(1);
   }));
-  EXPECT_EQ(codedb::FilesIn(base_ / "nach"), old_);
+  EXPECT_EQ(files::FilesIn(base_ / "nach"), old_);
   EXPECT_FALSE(fs::exists(base_ / "nach.neu"));
 }
 

@@ -1,6 +1,9 @@
 #include <QToolButton>
 #include <fstream>
 
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/paths.h>
+
 #include "window_test.h"
 
 namespace quillmate::testing {
@@ -12,7 +15,7 @@ using ui::MessageIcon;
 class StartTest : public WindowTest {
  protected:
   std::vector<std::string> Remembered() { return settings::LoadSources(*settings); }
-  std::string Path(const char* name) { return codedb::PathText(Sources() / name); }
+  std::string Path(const char* name) { return files::PathText(Sources() / name); }
 };
 
 TEST_F(StartTest, ListsTheSourcesAllExpandedAndUnticked) {
@@ -40,7 +43,7 @@ TEST_F(StartTest, SaysThatTheHostIsNotOpenWithoutSources) {
 TEST_F(StartTest, OffersToForgetSourcesThatAreGone) {
   const std::string lost = Path("weg.bas");
   for (const Answer answer : {Answer::kNo, Answer::kYes}) {
-    settings::SaveSources(*settings, {lost, codedb::PathText(Sources())});
+    settings::SaveSources(*settings, {lost, files::PathText(Sources())});
     platform.answers = {Answer::kOk, answer};
     Start();
     ASSERT_EQ(platform.messages.size(), 2U);
@@ -53,10 +56,10 @@ TEST_F(StartTest, OffersToForgetSourcesThatAreGone) {
 }
 
 TEST_F(StartTest, OffersToForgetSourcesThatCannotBeReadWhenAskedToLookAgain) {
-  codedb::WriteWholeFile(Sources() / "leer.xlsm", "");
+  files::WriteWholeFile(Sources() / "leer.xlsm", "");
   std::filesystem::create_directories(Folder("Ohne"));
-  const std::vector<std::string> unreadable = {Path("leer.xlsm"), codedb::PathText(Folder("Ohne"))};
-  settings::SaveSources(*settings, {unreadable[0], codedb::PathText(Sources()), unreadable[1]});
+  const std::vector<std::string> unreadable = {Path("leer.xlsm"), files::PathText(Folder("Ohne"))};
+  settings::SaveSources(*settings, {unreadable[0], files::PathText(Sources()), unreadable[1]});
   Start();
   EXPECT_EQ(platform.messages.size(), 1U) << "not at each start";
   for (const Answer answer : {Answer::kNo, Answer::kYes}) {
@@ -73,16 +76,16 @@ TEST_F(StartTest, OffersToForgetSourcesThatCannotBeReadWhenAskedToLookAgain) {
 
 TEST_F(StartTest, AddsFilesAndFoldersAndForgetsWhatIsNoSource) {
   Start();
-  codedb::WriteWholeFile(Sources() / "bild.png", std::string("\0\1\2", 3));
+  files::WriteWholeFile(Sources() / "bild.png", std::string("\0\1\2", 3));
   Tick(0, 1);
   platform.files = {QString::fromStdString(Path("Zebra.bas")), QString::fromStdString(Path("bild.png"))};
   Trigger("mnuDatei_Dateien");
   EXPECT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Form\n Zebra\nZebra [Zebra.bas]\n Zebra\n");
   EXPECT_EQ(HostNode(0, 1).data(Qt::CheckStateRole), Qt::Checked) << "adding a source unticks nothing";
-  EXPECT_EQ(Remembered(), (std::vector<std::string>{codedb::PathText(Sources()), Path("Zebra.bas")}));
+  EXPECT_EQ(Remembered(), (std::vector<std::string>{files::PathText(Sources()), Path("Zebra.bas")}));
   EXPECT_TRUE(platform.TakeText().contains("bild.png: "));
 
-  platform.folders = {QString::fromStdString(codedb::PathText(Sources()) + "/")};
+  platform.folders = {QString::fromStdString(files::PathText(Sources()) + "/")};
   Trigger("mnuDatei_Ordner");
   EXPECT_EQ(Remembered().size(), 2U) << "a known source is not added twice";
   Drop({QString::fromStdString(Path("Form.frm"))});
@@ -90,14 +93,14 @@ TEST_F(StartTest, AddsFilesAndFoldersAndForgetsWhatIsNoSource) {
 }
 
 TEST_F(StartTest, RemovesASource) {
-  settings::SaveSources(*settings, {Path("Form.frm"), codedb::PathText(Sources())});
+  settings::SaveSources(*settings, {Path("Form.frm"), files::PathText(Sources())});
   Start();
   Tick(1, 0);
   Tree("treApp").setCurrentIndex(HostNode(0, 0));
   Trigger("mnuPopUpEinlesen_Entfernen");
   EXPECT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Form\n Zebra\n");
   EXPECT_EQ(HostNode(0, 0).data(Qt::CheckStateRole), Qt::Checked);
-  EXPECT_EQ(Remembered(), std::vector<std::string>{codedb::PathText(Sources())});
+  EXPECT_EQ(Remembered(), std::vector<std::string>{files::PathText(Sources())});
   Tree("treApp").setCurrentIndex(HostNode(0));
   Trigger("mnuPopUpEinlesen_Entfernen");
   EXPECT_EQ(Tree("treApp").model()->rowCount(), 0);

@@ -6,6 +6,9 @@
 #include <QToolButton>
 #include <QTreeWidget>
 
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/paths.h>
+
 #include "about_box.h"
 #include "desktop_look.h"
 #include "unused_report.h"
@@ -30,11 +33,11 @@ TEST_F(PartsTest, HelpIsOpenedOrSaidToBeMissing) {
             "Die Hilfsdatei:\r\nQuillmate.chm\r\nkonnte nicht gefunden werden. \r\nDiese muss im selben Verzeichnis "
             "wie\r\nEQM_XT.exe\r\ninstalliert werden.\r\nBitte kopieren Sie also \r\nQuillmate.chm nach:\r\n" +
                 Text(TemplateFile().parent_path()));
-  codedb::WriteWholeFile(Folder("Quillmate.chm"), "Hilfe");
+  files::WriteWholeFile(Folder("Quillmate.chm"), "Hilfe");
   Tree("treApp").setFocus();
   Trigger("mnuHilfe_Hilfe");
   EXPECT_EQ(platform.opened.back(), Text(Folder("Quillmate.chm")) + "::/hilfe/quellen.html");
-  codedb::WriteWholeFile(Folder("Quillmate.html"), "Hilfe");
+  files::WriteWholeFile(Folder("Quillmate.html"), "Hilfe");
   platform.hasHelpViewer = false;
   Trigger("mnuHilfe_Hilfe");
   EXPECT_EQ(platform.opened.back(), Text(Folder("Quillmate.html")));
@@ -47,8 +50,8 @@ TEST_F(PartsTest, HelpIsOpenedOrSaidToBeMissing) {
 TEST_F(PartsTest, HelpOpensThePageOfTheFocusedArea) {
   StartWithProject();
   std::filesystem::create_directory(Folder("hilfe"));
-  codedb::WriteWholeFile(Folder("Quillmate.html"), "Hilfe");
-  codedb::WriteWholeFile(Folder("hilfe") / "code-lesen.html", "Hilfe");
+  files::WriteWholeFile(Folder("Quillmate.html"), "Hilfe");
+  files::WriteWholeFile(Folder("hilfe") / "code-lesen.html", "Hilfe");
   Window().findChild<QWidget*>("rtbHaupt")->setFocus();
   QTest::keyClick(Window().findChild<QWidget*>("rtbHaupt"), Qt::Key_F1);
   EXPECT_EQ(platform.opened.back(), Text(Folder("hilfe") / "code-lesen.html"));
@@ -58,7 +61,7 @@ TEST_F(PartsTest, HelpOpensThePageOfTheFocusedArea) {
 }
 
 TEST_F(PartsTest, StartPageLeadsOn) {
-  settings->WriteSetting("recent", "F0", codedb::PathText(Folder("Lager")));
+  settings->WriteSetting("recent", "F0", files::PathText(Folder("Lager")));
   Start();
   auto* page = Window().findChild<QWidget*>("fraStart");
   auto* projects = page->findChild<QLabel*>("lblProjekte");
@@ -192,9 +195,9 @@ TEST_F(PartsTest, UnusedRoutinesAreListedShownCopiedAndSaved) {
   EXPECT_EQ(TextOf(*tree.model()), "Form\n Laden\nZebra\n Zahl\n");
   platform.saveFiles = {{}, Text(Folder("Liste.CSV")), Text(Folder("Liste.txt")), Text(Folder("fehlt") / "x.txt")};
   for (int time = 0; time < 4; ++time) press("cmdSpeichern");
-  EXPECT_EQ(codedb::ReadWholeFile(Folder("Liste.CSV")),
+  EXPECT_EQ(files::ReadWholeFile(Folder("Liste.CSV")),
             "\xEF\xBB\xBFModul;Routine;Klasse\r\nForm;Laden;sicher\r\nZebra;Zahl;sicher\r\n");
-  EXPECT_EQ(codedb::ReadWholeFile(Folder("Liste.txt")), "Form\tLaden\tsicher\nZebra\tZahl\tsicher\n");
+  EXPECT_EQ(files::ReadWholeFile(Folder("Liste.txt")), "Form\tLaden\tsicher\nZebra\tZahl\tsicher\n");
   EXPECT_TRUE(platform.TakeText().startsWith("Die Datei konnte nicht geschrieben werden:"));
 
   LeaveProject();

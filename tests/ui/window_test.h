@@ -17,6 +17,8 @@
 #include <gtest/gtest.h>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/settings/sources.h>
 #include <quillmate/ui/main_window.h>
 
@@ -30,7 +32,7 @@ namespace quillmate::testing {
 class WindowTest : public ::testing::Test {
  private:
   // The first member: it goes when nothing in it is open any more.
-  codedb::ScratchFolder folder_;
+  files::ScratchFolder folder_;
 
  protected:
   void SetUp() override {
@@ -40,17 +42,17 @@ class WindowTest : public ::testing::Test {
               "  Call Adler ' \344\366\374\r\nEnd Sub\r\n\r\nPrivate Sub Adler()\r\n  s = \"x\"\r\nEnd Sub\r\n");
     AddModule("Form.frm", "Attribute VB_Name = \"Form\"\r\nSub Laden()\r\n  x = 1\r\nEnd Sub\r\n");
     AddModule("Kurz.bas", "Attribute VB_Name = \"Kurz\"\r\nOption Explicit\r\n\r\n");
-    settings::SaveSources(*settings, {codedb::PathText(Sources())});
+    settings::SaveSources(*settings, {files::PathText(Sources())});
   }
 
   std::filesystem::path Sources() const { return folder_.Path() / "Quelle"; }
   std::filesystem::path TemplateFile() const { return folder_.Path() / codedb::kTemplateFile; }
   std::filesystem::path Folder(const char* name) const { return folder_.Path() / name; }
-  static QString Text(const std::filesystem::path& path) { return QString::fromStdString(codedb::PathText(path)); }
+  static QString Text(const std::filesystem::path& path) { return QString::fromStdString(files::PathText(path)); }
 
   void AddModule(const char* name, const std::string& code) const {
     std::filesystem::create_directories(Sources());
-    codedb::WriteWholeFile(Sources() / name, code);
+    files::WriteWholeFile(Sources() / name, code);
   }
 
   /// Starts the program up to the visible window.

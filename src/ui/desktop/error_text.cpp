@@ -4,7 +4,7 @@
 #include <new>
 #include <system_error>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 
 namespace quillmate::ui {
 namespace {
@@ -36,7 +36,7 @@ std::string Reason(const std::error_code& code) {
 
 std::string ErrorText(const std::exception& error) {
   if (const auto* file = dynamic_cast<const std::filesystem::filesystem_error*>(&error)) {
-    return codedb::PathText(file->path1()) + "\r\n" + Reason(file->code());
+    return files::PathText(file->path1()) + "\r\n" + Reason(file->code());
   }
   if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) return "Der Arbeitsspeicher reicht nicht aus.";
   return error.what();

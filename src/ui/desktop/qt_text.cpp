@@ -2,7 +2,7 @@
 
 #include <QDir>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/text/windows1252.h>
 
 namespace quillmate::ui {
@@ -22,10 +22,10 @@ QString FromUtf8(std::string_view utf8) { return QString::fromUtf8(utf8.data(), 
 
 std::string ToUtf8(const QString& text) { return text.toStdString(); }
 
-QString FromPath(const std::filesystem::path& path) { return FromUtf8(codedb::PathText(path)); }
+QString FromPath(const std::filesystem::path& path) { return FromUtf8(files::PathText(path)); }
 
 std::filesystem::path ToPath(const QString& text) {
-  return codedb::PathFromText(ToUtf8(QDir::toNativeSeparators(text)));
+  return files::PathFromText(ToUtf8(QDir::toNativeSeparators(text)));
 }
 
 }  // namespace quillmate::ui

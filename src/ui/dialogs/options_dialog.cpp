@@ -11,6 +11,7 @@
 #include <optional>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/text/operations.h>
 
 #include "commands.h"
@@ -270,7 +271,7 @@ void OptionsDialog::MakeFolder() {
                                      QStringLiteral("Namen für neuen Ordner angeben"), QStringLiteral("Neuer Ordner"));
   const std::string name = CleanName(text::Trim(ToUtf8(typed.value_or(QString()))));
   if (name.empty()) return;
-  const std::filesystem::path folder = ToPath(parent) / codedb::PathFromText(name);
+  const std::filesystem::path folder = ToPath(parent) / files::PathFromText(name);
   std::filesystem::create_directory(folder);
   txtSpeichern_->setText(FromPath(folder));
 }

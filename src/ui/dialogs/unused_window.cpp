@@ -11,7 +11,6 @@
 #include <utility>
 
 #include <quillmate/codedb/codes.h>
-#include <quillmate/codedb/index_files.h>
 
 #include "commands.h"
 #include "project_view.h"

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/host/host_tree.h>
 #include <quillmate/settings/sources.h>
 #include <quillmate/startup/edition.h>
@@ -117,7 +117,7 @@ void Tell(Shell& shell, const host::ListResult& result) {
 
 void UseSources(Shell& shell, const Paths& sources) {
   std::vector<std::filesystem::path> paths;
-  for (const std::string& source : sources) paths.push_back(codedb::PathFromText(source));
+  for (const std::string& source : sources) paths.push_back(files::PathFromText(source));
   shell.around.documents.SetSources(std::move(paths));
 }
 

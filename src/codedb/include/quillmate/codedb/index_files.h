@@ -32,23 +32,10 @@ void WriteModuleText(const std::filesystem::path& folder, int moduleNumber, std:
 /// The file's bytes. Throws std::runtime_error (UTF-8, names the file).
 std::string ReadModuleText(const std::filesystem::path& folder, int moduleNumber);
 
-/// Any file's bytes, and any bytes into a file; failures as above. A file that can't be written whole (full disk) is
-/// removed: half a file would pass for a whole one.
-std::string ReadWholeFile(const std::filesystem::path& file);
-void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
-
-/// Throws what the functions above throw when a file can't be written; `code` is the system's error number, 0 when it
-/// told none.
-[[noreturn]] void FailToWrite(const std::filesystem::path& file, int code);
-
 /// Deletes the files directly in `folder`, provided that a part of its path is the scratch root "TempDateien", as it is
 /// written and with all links and ".." followed, and that `folder` itself is no link. Errors are ignored, symbolic
 /// links in it are removed, never followed; sub-folders stay.
 void DeleteScratchFiles(const std::filesystem::path& folder) noexcept;
-
-/// A path as UTF-8 text, for messages, and the way back.
-std::string PathText(const std::filesystem::path& path);
-std::filesystem::path PathFromText(std::string_view utf8);
 
 /// The message for an index that can't be opened: "Projekt in " + folder + CR LF + "ist nicht mehr intakt". UTF-8.
 std::string BrokenProjectMessage(const std::filesystem::path& folder);

@@ -10,6 +10,9 @@ namespace quillmate::text {
 /// Every occurrence of `from`, left to right without overlaps, replaced by `to`. An empty `from` changes nothing.
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to);
 
+/// LF alone and CR alone turned into CR LF.
+std::string NormalizeLineBreaks(std::string_view text);
+
 /// The pieces between the separators; always at least one piece. `separator` must not be empty.
 std::vector<std::string_view> Split(std::string_view text, std::string_view separator);
 std::string Join(const std::vector<std::string>& pieces, std::string_view separator);

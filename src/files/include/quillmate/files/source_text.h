@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace quillmate::text {
+namespace quillmate::files {
 
 /// The bytes of a module file, or of code from anywhere, as code text: Windows-1252 with CR LF line breaks.
 ///
@@ -12,7 +12,4 @@ namespace quillmate::text {
 /// LF alone and CR alone become CR LF.
 std::string DecodeSourceText(std::string_view bytes);
 
-/// LF alone and CR alone turned into CR LF.
-std::string NormalizeLineBreaks(std::string_view text);
-
-}  // namespace quillmate::text
+}  // namespace quillmate::files

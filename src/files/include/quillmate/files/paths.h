@@ -1,13 +1,18 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
 /// Paths as the system takes them. On Windows the standard library knows neither shared folders of the network
 /// (\\server\folder) nor links between folders, and has little to say about why a file can't be moved.
-namespace quillmate::codedb {
+namespace quillmate::files {
+
+/// A path as UTF-8 text, for messages, and the way back.
+std::string PathText(const std::filesystem::path& path);
+std::filesystem::path PathFromText(std::string_view utf8);
 
 /// True for a path that does not depend on the current folder or drive.
 bool IsAbsolutePath(const std::filesystem::path& path);
@@ -56,4 +61,4 @@ bool RemovePath(const std::filesystem::path& path, std::error_code& error) noexc
 /// last one. A folder that does not exist is no error.
 void RemoveFolder(const std::filesystem::path& folder, std::error_code& error);
 
-}  // namespace quillmate::codedb
+}  // namespace quillmate::files

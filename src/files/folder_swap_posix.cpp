@@ -3,9 +3,9 @@
 
 #include <fcntl.h>
 
-#include <quillmate/codedb/folder_swap.h>
+#include <quillmate/files/folder_swap.h>
 
-namespace quillmate::codedb {
+namespace quillmate::files {
 namespace {
 
 namespace fs = std::filesystem;
@@ -32,4 +32,4 @@ fs::path SwapFolders(const fs::path& fresh, const fs::path& old, const fs::path&
   throw fs::filesystem_error("rename", fresh, old, error);
 }
 
-}  // namespace quillmate::codedb
+}  // namespace quillmate::files

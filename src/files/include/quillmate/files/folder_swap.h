@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-namespace quillmate::codedb {
+namespace quillmate::files {
 
 /// Puts the folder `fresh` where the folder `old` is and gives the path at which the old one lies then. Both lie on one
 /// file system. In one step where the system can exchange folders, and `fresh` is the path then; otherwise in two
@@ -12,4 +12,4 @@ namespace quillmate::codedb {
 std::filesystem::path SwapFolders(const std::filesystem::path& fresh, const std::filesystem::path& old,
                                   const std::filesystem::path& aside);
 
-}  // namespace quillmate::codedb
+}  // namespace quillmate::files

@@ -2,10 +2,10 @@
 #include <utility>
 #include <vector>
 
-#include <quillmate/codedb/folder_swap.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/folder_swap.h>
+#include <quillmate/files/paths.h>
 
-namespace quillmate::codedb {
+namespace quillmate::files {
 namespace {
 
 namespace fs = std::filesystem;
@@ -88,4 +88,4 @@ fs::path SwapFolders(const fs::path& fresh, const fs::path& old, const fs::path&
   return aside;
 }
 
-}  // namespace quillmate::codedb
+}  // namespace quillmate::files

@@ -3,14 +3,14 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <quillmate/codedb/folder_swap.h>
-#include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/folder_swap.h>
+#include <quillmate/files/paths.h>
 
 #include "scratch.h"
 #include "windows/child_process.h"
 
-namespace quillmate::codedb {
+namespace quillmate::files {
 namespace {
 
 namespace fs = std::filesystem;
@@ -89,4 +89,4 @@ TEST(SwapFolders, AFileInUseLeavesAllAsItWas) {
 }
 
 }  // namespace
-}  // namespace quillmate::codedb
+}  // namespace quillmate::files

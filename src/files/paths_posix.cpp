@@ -1,6 +1,6 @@
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
 
-namespace quillmate::codedb {
+namespace quillmate::files {
 
 namespace fs = std::filesystem;
 
@@ -35,4 +35,4 @@ void RenamePath(const fs::path& from, const fs::path& to) { fs::rename(from, to)
 
 bool RemovePath(const fs::path& path, std::error_code& error) noexcept { return fs::remove(path, error); }
 
-}  // namespace quillmate::codedb
+}  // namespace quillmate::files

@@ -1,8 +1,15 @@
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
 
-namespace quillmate::codedb {
+namespace quillmate::files {
 
 namespace fs = std::filesystem;
+
+std::string PathText(const fs::path& path) {
+  const std::u8string utf8 = path.u8string();
+  return {utf8.begin(), utf8.end()};
+}
+
+fs::path PathFromText(std::string_view utf8) { return fs::path(std::u8string(utf8.begin(), utf8.end())); }
 
 fs::path PathSeenFrom(const fs::path& folder, const fs::path& path) {
   return IsAbsolutePath(path) ? path : folder / path;
@@ -31,4 +38,4 @@ void RemoveFolder(const fs::path& folder, std::error_code& error) {
   if (failure) error = failure;
 }
 
-}  // namespace quillmate::codedb
+}  // namespace quillmate::files

@@ -6,9 +6,9 @@
 
 #include <windows.h>
 
-#include <quillmate/codedb/paths.h>
+#include <quillmate/files/paths.h>
 
-namespace quillmate::codedb {
+namespace quillmate::files {
 namespace {
 
 namespace fs = std::filesystem;
@@ -180,4 +180,4 @@ bool RemovePath(const fs::path& path, std::error_code& error) noexcept {
   return false;
 }
 
-}  // namespace quillmate::codedb
+}  // namespace quillmate::files
