@@ -1,0 +1,518 @@
+#include <algorithm>
+
+#include <quillmate/language/parse.h>
+
+#include "binder_p.h"
+
+namespace quillmate::symbols {
+namespace {
+
+using language::Access;
+using language::Declaration;
+using language::DeclarationKind;
+using language::Role;
+namespace use_flag = language::use_flag;
+namespace declaration_flag = language::declaration_flag;
+
+constexpr Meaning kUnknownMeaning{kNone, kNone, MeaningKind::kUnknown};
+
+bool IsFunction(DeclarationKind kind) {
+  return kind == DeclarationKind::kFunction || kind == DeclarationKind::kPropertyGet;
+}
+
+}  // namespace
+
+Binder::Binder(const Tables& tables, Index module, Scratch& scratch, ModuleReferences& result)
+    : tables_(tables),
+      module_(module),
+      table_(tables.modules[module]),
+      code_(*table_.code),
+      scratch_(scratch),
+      result_(result),
+      project_(table_.project) {
+  if (scratch_.wordHashes.empty()) {
+    for (language::NameId word = 0; word < language::kWordCount; ++word) {
+      scratch_.wordHashes.push_back(code_.NameHash(word));
+    }
+  }
+  const std::size_t names = code_.NameCount();
+  scratch_.values.assign(names, Meaning{});
+  scratch_.types.assign(names, Meaning{});
+  scratch_.bound.assign(code_.uses.size(), Bound{});
+  scratch_.localStamps.assign(names, 0);
+  scratch_.labelStamps.assign(names, 0);
+  scratch_.pendingStamps.assign(names, 0);
+  scratch_.locals.resize(names);
+  scratch_.labels.resize(names);
+  scratch_.pendings.resize(names);
+}
+
+void Binder::Run() {
+  result_.references.reserve(code_.uses.size());
+  result_.routineEnds.reserve(code_.routines.size());
+  for (Index number = 0; number < code_.uses.size(); ++number) {
+    const Index routine = Use(number).routine;
+    if (routine != routine_) {
+      LeaveRoutine();
+      while (routine != kNone && nextRoutine_ < routine) {
+        EnterRoutine(nextRoutine_);
+        LeaveRoutine();
+      }
+      if (routine != kNone) EnterRoutine(routine);
+    }
+    BindUse(number);
+  }
+  LeaveRoutine();
+  while (nextRoutine_ < code_.routines.size()) {
+    EnterRoutine(nextRoutine_);
+    LeaveRoutine();
+  }
+  for (; nextString_ < code_.strings.size(); ++nextString_) BindString(nextString_);
+}
+
+// ------------------------------------------------------------------------------------------------------- routines
+
+void Binder::EnterLocal(Index declaration) {
+  const Declaration& declared = code_.declarations[declaration];
+  const bool label = declared.kind == DeclarationKind::kLabel;
+  std::vector<std::uint32_t>& stamps = label ? scratch_.labelStamps : scratch_.localStamps;
+  std::vector<Index>& numbers = label ? scratch_.labels : scratch_.locals;
+  if (stamps[declared.name] == stamp_) {
+    // Two of one name: the active one counts, else the first.
+    const bool inactive = (code_.declarations[numbers[declared.name]].flags & declaration_flag::kInactive) != 0;
+    if (!inactive || (declared.flags & declaration_flag::kInactive) != 0) return;
+  }
+  stamps[declared.name] = stamp_;
+  numbers[declared.name] = declaration;
+}
+
+void Binder::EnterRoutine(Index number) {
+  routine_ = number;
+  nextRoutine_ = number + 1;
+  ++stamp_;
+  pendings_.clear();
+  const language::Routine& routine = code_.routines[number];
+  for (Index at = routine.firstDeclaration; at < routine.endDeclaration; ++at) {
+    const Declaration& declared = code_.declarations[at];
+    const bool known = (table_.status[at] & status::kNone) == 0;
+    switch (declared.kind) {
+      case DeclarationKind::kParameter:
+        if (declared.parent == routine.declaration) EnterLocal(at);
+        break;
+      case DeclarationKind::kVariable:
+      case DeclarationKind::kConstant:
+      case DeclarationKind::kLabel:
+        if (known) EnterLocal(at);
+        break;
+      default:
+        break;
+    }
+  }
+  // The names of the routine's module are asked from inside it: by now its locals are known.
+  routineFirst_ = result_.references.size();
+  EnterReDims(routine);
+  BindHeader(number);
+}
+
+void Binder::EnterReDims(const language::Routine& routine) {
+  for (Index at = routine.firstDeclaration; at < routine.endDeclaration; ++at) {
+    const Declaration& declared = code_.declarations[at];
+    if (declared.kind != DeclarationKind::kReDim || (declared.flags & declaration_flag::kInactive) != 0) continue;
+    if (scratch_.localStamps[declared.name] == stamp_) continue;
+    const Declaration& header = code_.declarations[routine.declaration];
+    if (IsFunction(header.kind) && header.name == declared.name) continue;
+    const Meaning& meaning = ValueOf(declared.name);
+    if (meaning.kind == MeaningKind::kSeveral) continue;
+    if (meaning.kind == MeaningKind::kGroup) {
+      const SymbolKind kind = KindOf(tables_.modules[meaning.module], meaning.local);
+      if (kind == SymbolKind::kVariable || IsProperty(kind)) continue;
+    }
+    result_.redims.push_back(at);
+    EnterLocal(at);
+  }
+}
+
+void Binder::LeaveRoutine() {
+  if (routine_ == kNone) return;
+  for (; nextString_ < code_.strings.size(); ++nextString_) {
+    const Index routine = code_.strings[nextString_].routine;
+    if (routine != kNone && routine > routine_) break;
+    BindString(nextString_);
+  }
+  if (!pendings_.empty()) SettlePendings();
+  result_.routineEnds.push_back(static_cast<Index>(result_.references.size()));
+  routine_ = kNone;
+}
+
+/// Decides which unknown names of the routine are variables that their first use declares.
+void Binder::SettlePendings() {
+  for (Pending& pending : pendings_) {
+    if (pending.use == kNone) continue;
+    if (pending.doubtful || pending.constant || !pending.value) {
+      if (!pending.written) continue;
+    }
+    pending.implicit = static_cast<Index>(result_.implicits.size());
+    result_.implicits.push_back({pending.use, routine_, pending.form});
+  }
+  const auto settled = [&](StoredReference& reference) {
+    if ((reference.flags & reference_flag::kPending) == 0) return true;
+    const Pending& pending = pendings_[reference.target];
+    if (pending.implicit == kNone || pending.use == reference.place) return false;
+    reference.target = pending.implicit;
+    reference.flags =
+        static_cast<std::uint16_t>((reference.flags & ~reference_flag::kPending) | reference_flag::kUndeclared);
+    return true;
+  };
+  const auto first = result_.references.begin() + static_cast<std::ptrdiff_t>(routineFirst_);
+  result_.references.erase(
+      std::remove_if(first, result_.references.end(), [&](StoredReference& r) { return !settled(r); }),
+      result_.references.end());
+}
+
+const Meaning& Binder::ValueOf(language::NameId name) {
+  Meaning& meaning = scratch_.values[name];
+  if (meaning.kind == MeaningKind::kUnset) meaning = ValueMeaning(tables_, module_, HashOf(name));
+  return meaning;
+}
+
+// ------------------------------------------------------------------------------------------------------------ uses
+
+Form Binder::FormOf(Role role) noexcept {
+  switch (role) {
+    case Role::kCall:
+      return Form::kCall;
+    case Role::kLetTarget:
+      return Form::kLet;
+    case Role::kSetTarget:
+      return Form::kSet;
+    case Role::kForVariable:
+    case Role::kForEachVariable:
+    case Role::kInputTarget:
+    case Role::kReDim:
+    case Role::kErase:
+      return Form::kChange;
+    case Role::kType:
+    case Role::kNew:
+    case Role::kTypeOf:
+      return Form::kType;
+    case Role::kImplements:
+      return Form::kImplements;
+    case Role::kAddressOf:
+      return Form::kAddress;
+    case Role::kRaiseEvent:
+      return Form::kRaise;
+    case Role::kLabel:
+      return Form::kLabel;
+    case Role::kNamedArgument:
+      return Form::kNamedArgument;
+    default:
+      return Form::kRead;
+  }
+}
+
+void Binder::BindUse(Index number) {
+  switch (Use(number).role) {
+    case Role::kConditional:
+    case Role::kAttributeMember:
+      return;
+    case Role::kType:
+    case Role::kNew:
+    case Role::kTypeOf:
+    case Role::kImplements:
+      return BindType(number);
+    case Role::kAddressOf:
+      return BindAddress(number);
+    case Role::kRaiseEvent:
+      return BindEvent(number);
+    case Role::kLabel:
+      return BindLabel(number);
+    case Role::kNamedArgument:
+      return BindNamedArgument(number);
+    default:
+      return BindValue(number);
+  }
+}
+
+void Binder::BindValue(Index number) {
+  switch (Use(number).access) {
+    case Access::kSimple:
+      return BindSimple(number);
+    case Access::kMember:
+    case Access::kWith:
+      return BindMember(number);
+    case Access::kKey:
+    case Access::kWithKey:
+      return BindKey(number);
+  }
+}
+
+void Binder::BindSimple(Index number) {
+  const NameUse& use = Use(number);
+  if (use.name == language::kWordMe && (use.flags & use_flag::kBracketed) == 0) {
+    Bound& bound = scratch_.bound[number];
+    bound.state = Bound::State::kOwn;
+    bound.module = module_;
+    bound.local = 0;
+    if (table_.classLike)
+      bound.type = Follow(number, TypeRef::Class(module_), use.argumentCount > 0 ? 1 : 0, FormOf(use.role));
+    return;
+  }
+  if (routine_ != kNone && (BindLocal(number) || BindResult(number))) return;
+  BindMeaning(number, ValueOf(use.name));
+}
+
+/// What the routine itself declares. An active use of something that only inactive code declares goes on looking.
+bool Binder::BindLocal(Index number) {
+  const NameUse& use = Use(number);
+  if (scratch_.localStamps[use.name] != stamp_) return false;
+  const Index declaration = scratch_.locals[use.name];
+  const Declaration& declared = code_.declarations[declaration];
+  if ((use.flags & use_flag::kConstant) != 0 &&
+      (declared.kind != DeclarationKind::kConstant || declared.offset > use.offset)) {
+    return false;
+  }
+  const bool inactive = (declared.flags & declaration_flag::kInactive) != 0;
+  if (inactive && !IsInactive(use)) {
+    const Meaning& meaning = ValueOf(use.name);
+    if (meaning.kind == MeaningKind::kGroup && !tables_.modules[meaning.module].IsInactive(meaning.local)) return false;
+  }
+  if (declared.kind == DeclarationKind::kReDim && declared.offset == use.offset) {
+    scratch_.bound[number] = {table_.types[declaration + 1], module_, declaration + 1, Bound::State::kOwn};
+    return true;
+  }
+  BindTo(number, module_, declaration + 1, inactive);
+  return true;
+}
+
+/// The routine's own name where it stands for its result.
+bool Binder::BindResult(Index number) {
+  const NameUse& use = Use(number);
+  const language::Routine& routine = code_.routines[routine_];
+  const Declaration& header = code_.declarations[routine.declaration];
+  if (header.name != use.name || !IsFunction(header.kind) || use.role == Role::kCall) return false;
+  if ((use.flags & (use_flag::kParenthesised | use_flag::kConstant)) != 0) return false;
+  if ((table_.status[routine.declaration] & status::kNone) != 0) return false;
+  BindTo(number, module_, routine.declaration + 1, table_.IsInactive(routine.declaration + 1), reference_flag::kResult);
+  return true;
+}
+
+void Binder::BindMeaning(Index number, const Meaning& meaning) {
+  switch (meaning.kind) {
+    case MeaningKind::kGroup: {
+      const NameUse& use = Use(number);
+      // "Left" of a form and the function Left: two arguments tell them apart.
+      if (use.argumentCount == 2 && meaning.module == module_ && (use.flags & use_flag::kParenthesised) != 0) {
+        static const NameHash kLeft = language::HashName("left");
+        const ModuleTable& table = tables_.modules[meaning.module];
+        const TypeKind type = table.types[meaning.local].kind;
+        const bool simple = type == TypeKind::kScalar && !table.types[meaning.local].array;
+        if (HashOf(use.name) == kLeft && simple &&
+            (!table.IsDeclaration(meaning.local) || table.Declared(meaning.local).childCount == 0)) {
+          return BindLibrary(number, library::Result::kPlain);
+        }
+      }
+      return BindGroup(number, meaning.module, meaning.local);
+    }
+    case MeaningKind::kSeveral: {
+      const Index project = tables_.modules[tables_.exports[meaning.local].module].project;
+      const Form form = PickForm(FormOf(Use(number).role));
+      return BindSeveral(number, {SetKind::kExports, form, false, project, kNone, HashOf(Use(number).name), 0});
+    }
+    case MeaningKind::kModule:
+      return BindModuleName(number, meaning.module);
+    case MeaningKind::kProject:
+    case MeaningKind::kLibraryScope:
+      scratch_.bound[number].type = TypeOfMeaning(tables_, meaning);
+      scratch_.bound[number].state = Bound::State::kLibrary;
+      return;
+    case MeaningKind::kLibrary:
+      if (meaning.doubtful) BindUnknown(number, meaning);
+      return BindLibrary(number, static_cast<library::Result>(meaning.local));
+    default:
+      return BindUnknown(number, meaning);
+  }
+}
+
+void Binder::BindModuleName(Index number, Index module) {
+  const NameUse& use = Use(number);
+  const ModuleTable& table = tables_.modules[module];
+  Bound& bound = scratch_.bound[number];
+  if (tables_.nextModule[module] != kNone) {
+    bound.state = Bound::State::kSeveral;
+    Emit(number, SetNumber({SetKind::kModules, Form::kRead, false, table.project, kNone, table.nameHash, 0}),
+         Form::kRead, IsInactive(use) ? Certainty::kInactive : Certainty::kAmbiguous, reference_flag::kSet);
+    return;
+  }
+  const bool object = table.classLike && table.predeclared;
+  const Certainty certainty = IsInactive(use) ? Certainty::kInactive : Certainty::kSure;
+  Emit(number, Raw(module, 0), FormOf(use.role), certainty, object ? std::uint16_t{0} : reference_flag::kTypeUse);
+  bound.state = Bound::State::kOwn;
+  bound.module = module;
+  bound.local = 0;
+  if (object) {
+    bound.type = Follow(number, TypeRef::Class(module), use.argumentCount > 0 ? 1 : 0, FormOf(use.role));
+  } else if (table.classLike) {
+    bound.type = TypeRef::Of(TypeKind::kScalar);
+  } else if ((use.flags & use_flag::kQualifier) != 0) {
+    bound.type = {module, kNone, TypeKind::kModuleScope, false};
+  } else {
+    // A routine with the name of a module needs the module before it; whoever forgot that meant it.
+    const Meaning routine = ExportedMeaning(tables_, table.project, table.nameHash, kNone, false);
+    if (routine.kind == MeaningKind::kUnknown) return;
+    Emit(number,
+         SetNumber({SetKind::kExports, PickForm(FormOf(use.role)), false, table.project, kNone, table.nameHash, 0}),
+         FormOf(use.role), IsInactive(use) ? Certainty::kInactive : Certainty::kAmbiguous, reference_flag::kSet);
+  }
+}
+
+void Binder::BindLibrary(Index number, library::Result result) {
+  const NameUse& use = Use(number);
+  Bound& bound = scratch_.bound[number];
+  bound.state = Bound::State::kLibrary;
+  const unsigned lists = (use.argumentCount > 0 ? 1U : 0U) + ((use.flags & use_flag::kMoreArguments) != 0 ? 1U : 0U);
+  bound.type = library::TypeOf(result);
+  if (lists > 0 && result == library::Result::kElements) bound.type = TypeRef::Of(TypeKind::kObject);
+}
+
+/// Nothing has the name. Without Option Explicit that makes a variable, whose first use declares it.
+void Binder::BindUnknown(Index number, const Meaning& meaning) {
+  const NameUse& use = Use(number);
+  if (routine_ == kNone || code_.facts.optionExplicit) return;
+  constexpr std::uint32_t kNever = use_flag::kBracketed | use_flag::kConstant;
+  if ((use.flags & kNever) != 0 || use.role == Role::kCall) return;
+  if (scratch_.pendingStamps[use.name] != stamp_) {
+    scratch_.pendingStamps[use.name] = stamp_;
+    scratch_.pendings[use.name] = static_cast<Index>(pendings_.size());
+    Pending& pending = pendings_.emplace_back();
+    pending.constant = library::LooksLikeConstant(code_.Spelling(use));
+    pending.doubtful = meaning.kind == MeaningKind::kLibrary;
+  }
+  const Index number_ = scratch_.pendings[use.name];
+  Pending& pending = pendings_[number_];
+  const Form form = FormOf(use.role);
+  const bool write = form == Form::kLet || form == Form::kSet || form == Form::kChange;
+  if (!IsInactive(use) && (use.flags & use_flag::kParenthesised) == 0) {
+    const bool left = (use.flags & use_flag::kQualifier) != 0;
+    if (pending.use == kNone) {
+      pending.use = number;
+      pending.form = form;
+    }
+    pending.written = pending.written || (write && !left);
+    pending.value = pending.value || !left;
+  }
+  const std::uint16_t flags = MayWrite(use) ? reference_flag::kMayWrite : std::uint16_t{0};
+  Emit(number, number_, form, IsInactive(use) ? Certainty::kInactive : Certainty::kSure,
+       static_cast<std::uint16_t>(reference_flag::kPending | flags));
+}
+
+void Binder::BindType(Index number) {
+  const NameUse& use = Use(number);
+  const bool first = use.access == Access::kSimple;
+  const bool qualifier = (use.flags & use_flag::kQualifier) != 0;
+  Meaning meaning;
+  if (first && !qualifier) {
+    Meaning& cached = scratch_.types[use.name];
+    if (cached.kind == MeaningKind::kUnset) cached = TypeMeaning(tables_, module_, HashOf(use.name));
+    meaning = cached;
+  } else {
+    const TypeRef before = use.previous == kNone ? TypeRef{} : scratch_.bound[use.previous].type;
+    meaning = TypeStep(tables_, module_, HashOf(use.name), first, qualifier, before);
+  }
+  Bound& bound = scratch_.bound[number];
+  bound.type = TypeOfMeaning(tables_, meaning);
+  const Form form = use.role == Role::kImplements && !qualifier ? Form::kImplements : Form::kType;
+  Certainty certainty = IsInactive(use) ? Certainty::kInactive : Certainty::kSure;
+  switch (meaning.kind) {
+    case MeaningKind::kModule:
+      bound.state = Bound::State::kOwn;
+      bound.module = meaning.module;
+      bound.local = 0;
+      if (tables_.nextModule[meaning.module] != kNone) {
+        const ModuleTable& table = tables_.modules[meaning.module];
+        Emit(number, SetNumber({SetKind::kModules, Form::kRead, false, table.project, kNone, table.nameHash, 0}), form,
+             IsInactive(use) ? certainty : Certainty::kAmbiguous, reference_flag::kSet | reference_flag::kTypeUse);
+        return;
+      }
+      return Emit(number, Raw(meaning.module, 0), form, certainty, reference_flag::kTypeUse);
+    case MeaningKind::kType:
+      bound.state = Bound::State::kOwn;
+      if (tables_.modules[meaning.module].IsInactive(meaning.local)) certainty = Certainty::kInactive;
+      return Emit(number, Raw(meaning.module, meaning.local), form, certainty, 0);
+    case MeaningKind::kSeveral: {
+      const Index project = tables_.modules[tables_.exports[meaning.local].module].project;
+      bound.state = Bound::State::kSeveral;
+      return Emit(number, SetNumber({SetKind::kExportedTypes, Form::kRead, false, project, kNone, HashOf(use.name), 0}),
+                  form, IsInactive(use) ? certainty : Certainty::kAmbiguous, reference_flag::kSet);
+    }
+    default:
+      bound.state = Bound::State::kLibrary;
+  }
+}
+
+void Binder::BindAddress(Index number) {
+  const NameUse& use = Use(number);
+  if (use.access != Access::kSimple) return BindMember(number);
+  const NameHash name = HashOf(use.name);
+  if ((use.flags & use_flag::kQualifier) != 0) return BindMeaning(number, ValueOf(use.name));
+  const Meaning meaning = AddressMeaning(tables_, module_, name);
+  if (meaning.kind == MeaningKind::kGroup) return BindGroup(number, meaning.module, meaning.local, true);
+  if (meaning.kind != MeaningKind::kSeveral) return;
+  const Index project = tables_.modules[tables_.exports[meaning.local].module].project;
+  BindSeveral(number, {SetKind::kExportedRoutines, Form::kRead, false, project, kNone, name, 0});
+}
+
+void Binder::BindEvent(Index number) {
+  const NameUse& use = Use(number);
+  const Local event = table_.FindEvent(HashOf(use.name));
+  if (event == kNone) return;
+  scratch_.bound[number] = {{}, module_, event, Bound::State::kOwn};
+  const bool inactive = IsInactive(use) || table_.IsInactive(event);
+  Emit(number, Raw(module_, event), Form::kRaise, inactive ? Certainty::kInactive : Certainty::kSure, 0);
+}
+
+void Binder::BindLabel(Index number) {
+  const NameUse& use = Use(number);
+  if (routine_ == kNone || scratch_.labelStamps[use.name] != stamp_) return;
+  const Local label = scratch_.labels[use.name] + 1;
+  const bool inactive = IsInactive(use) || table_.IsInactive(label);
+  Emit(number, Raw(module_, label), Form::kLabel, inactive ? Certainty::kInactive : Certainty::kSure, 0);
+}
+
+void Binder::BindNamedArgument(Index number) {
+  const NameUse& use = Use(number);
+  if (use.owner == kNone) return;
+  const Bound& owner = scratch_.bound[use.owner];
+  const NameHash name = HashOf(use.name);
+  if (owner.state == Bound::State::kOwn) {
+    const ModuleTable& table = tables_.modules[owner.module];
+    if (owner.local == 0 || !table.IsDeclaration(owner.local)) return;
+    const Local parameter = table.FindParameter(owner.local, name);
+    if (parameter == kNone) return;
+    scratch_.bound[number] = {{}, owner.module, parameter, Bound::State::kOwn};
+    const bool inactive = IsInactive(use) || table.IsInactive(parameter);
+    Emit(number, Raw(owner.module, parameter), Form::kNamedArgument, inactive ? Certainty::kInactive : Certainty::kSure,
+         0);
+    return;
+  }
+  if ((owner.state != Bound::State::kSeveral && owner.state != Bound::State::kLate) || owner.local == kNone) return;
+  SetRequest request = result_.sets[owner.local];
+  request.argument = name;
+  switch (request.kind) {
+    case SetKind::kMembers:
+      request.kind = SetKind::kMemberParameters;
+      break;
+    case SetKind::kExports:
+      request.kind = SetKind::kExportParameters;
+      break;
+    case SetKind::kGroup:
+      request.kind = SetKind::kGroupParameters;
+      break;
+    default:
+      return;
+  }
+  Certainty certainty = owner.state == Bound::State::kLate ? Certainty::kByName : Certainty::kAmbiguous;
+  if (IsInactive(use)) certainty = Certainty::kInactive;
+  Emit(number, SetNumber(request), Form::kNamedArgument, certainty, reference_flag::kSet);
+}
+
+}  // namespace quillmate::symbols

@@ -1,0 +1,95 @@
+#include <algorithm>
+#include <vector>
+
+#include "binder_p.h"
+
+namespace quillmate::symbols {
+namespace {
+
+using language::BuiltinType;
+using language::Declaration;
+namespace declaration_flag = language::declaration_flag;
+
+TypeRef OfBuiltin(BuiltinType type) {
+  switch (type) {
+    case BuiltinType::kUndeclared:
+    case BuiltinType::kVariant:
+    case BuiltinType::kAny:
+    case BuiltinType::kNamed:
+      return {};
+    case BuiltinType::kObject:
+      return TypeRef::Of(TypeKind::kObject);
+    default:
+      return TypeRef::Of(TypeKind::kScalar);
+  }
+}
+
+/// The meaning of a qualified name from its last use backwards. Each is walked once, whatever its length.
+Meaning MeaningOfChain(const Tables& tables, Index module, Index last, std::vector<Index>& parts) {
+  const language::Module& code = *tables.modules[module].code;
+  parts.clear();
+  for (Index part = last; part != kNone; part = code.uses[part].previous) parts.push_back(part);
+  Meaning meaning;
+  TypeRef before;
+  for (std::size_t at = parts.size(); at-- > 0;) {
+    const bool first = at + 1 == parts.size();
+    meaning = TypeStep(tables, module, code.NameHash(code.uses[parts[at]].name), first, at > 0, before);
+    before = TypeOfMeaning(tables, meaning);
+  }
+  return meaning;
+}
+
+TypeRef TypeOfControl(const Tables& tables, Index module, const ControlTable& control) {
+  TypeRef type = TypeRef::Library();
+  const std::size_t dot = control.type.rfind('.');
+  const std::string name = dot == std::string::npos ? control.type : control.type.substr(dot + 1);
+  if (!name.empty()) {
+    const NameHash hash = language::HashName(language::FoldName(name));
+    const Index project = tables.modules[module].project;
+    const std::string_view library = std::string_view(control.type).substr(0, dot == std::string::npos ? 0 : dot);
+    const bool own =
+        library.empty() || language::HashName(language::FoldName(library)) == tables.projects[project].nameHash;
+    const Index named = own ? tables.FindModule(project, hash) : kNone;
+    if (named != kNone && named != module && tables.modules[named].classLike) type = TypeRef::Class(named);
+  }
+  type.array = control.array;
+  return type;
+}
+
+}  // namespace
+
+void ResolveTypes(Tables& tables, Index module) {
+  ModuleTable& table = tables.modules[module];
+  const language::Module& code = *table.code;
+  std::vector<Index> parts;
+  table.types.assign(table.LocalCount(), TypeRef{});
+  for (std::size_t number = 0; number < code.declarations.size(); ++number) {
+    const Declaration& declared = code.declarations[number];
+    TypeRef& type = table.types[number + 1];
+    if (declared.kind == language::DeclarationKind::kEnumMember) {
+      type = TypeRef::Of(TypeKind::kScalar);
+    } else if (declared.type == BuiltinType::kNamed && declared.typeUse != kNone) {
+      type = TypeOfMeaning(tables, MeaningOfChain(tables, module, declared.typeUse, parts));
+      if (type.kind != TypeKind::kClass && type.kind != TypeKind::kRecord && type.kind != TypeKind::kLibrary &&
+          type.kind != TypeKind::kScalar && type.kind != TypeKind::kObject) {
+        type = TypeRef::Of(TypeKind::kObject);
+      }
+    } else {
+      type = OfBuiltin(declared.type);
+    }
+    type.array = (declared.flags & (declaration_flag::kArray | declaration_flag::kParamArray)) != 0 ||
+                 declared.kind == language::DeclarationKind::kReDim;
+  }
+  for (std::size_t control = 0; control < table.controls.size(); ++control) {
+    table.types[1 + code.declarations.size() + control] = TypeOfControl(tables, module, table.controls[control]);
+  }
+  table.interfaceNames.Reserve(table.interfaceUses.size());
+  for (const Index use : table.interfaceUses) {
+    Index& number = table.interfaceNames[code.NameHash(code.uses[use].name)];
+    if (number == kNone) number = static_cast<Index>(table.interfaces.size());
+    const Meaning meaning = MeaningOfChain(tables, module, use, parts);
+    table.interfaces.push_back(meaning.kind == MeaningKind::kModule ? meaning.module : kNone);
+  }
+}
+
+}  // namespace quillmate::symbols
