@@ -11,6 +11,7 @@
 #include <quillmate/export/plain_text.h>
 #include <quillmate/export/rtf.h>
 #include <quillmate/export/site.h>
+#include <quillmate/settings/options.h>
 
 #include "marked_code.h"
 
@@ -49,19 +50,19 @@ void PlainTextWhole(benchmark::State& state) {
 
 void BuildHtmlWhole(benchmark::State& state) {
   const std::string code = CodeOf(state);
-  HtmlOptions options;
-  options.boldRoutines = state.range(1) != 0;
-  for ([[maybe_unused]] auto round : state) benchmark::DoNotOptimize(BuildHtml(code, options));
+  text::CodeLook look = settings::LookOf({});
+  look.boldRoutines = state.range(1) != 0;
+  for ([[maybe_unused]] auto round : state) benchmark::DoNotOptimize(BuildHtml(code, look));
   CountBytes(state, code);
 }
 
 void BuildHtmlPieces(benchmark::State& state) {
   const std::string code = CodeOf(state);
-  HtmlOptions options;
-  options.boldRoutines = state.range(1) != 0;
+  text::CodeLook look = settings::LookOf({});
+  look.boldRoutines = state.range(1) != 0;
   std::size_t written = 0;
   for ([[maybe_unused]] auto round : state) {
-    BuildHtml(code, options, [&](std::string_view piece) { written += piece.size(); });
+    BuildHtml(code, look, [&](std::string_view piece) { written += piece.size(); });
   }
   benchmark::DoNotOptimize(written);
   CountBytes(state, code);
@@ -100,7 +101,7 @@ void WriteWholeSite(benchmark::State& state) {
   std::filesystem::create_directories(folder / "site");
   const int modules = static_cast<int>(state.range(0));
   const SiteProject project = ProjectOfModules(modules, folder);
-  for ([[maybe_unused]] auto round : state) WriteSite(project, {}, folder / "site");
+  for ([[maybe_unused]] auto round : state) WriteSite(project, settings::LookOf({}), folder / "site");
   state.SetItemsProcessed(state.iterations() * modules * 1000);
   std::filesystem::remove_all(folder);
 }

@@ -45,7 +45,8 @@ void RunClip(const Invocation& invocation) {
     throw CommandFailure("Kein Text in " + (fromFile ? invocation.inputs.front() : "der Standardeingabe"));
   }
   const settings::Options options = RunOptions(invocation);
-  std::string html = output::BuildHtml(analysis::ScanForDisplay(code, ScanOptionsOf(options)), HtmlOptionsOf(options));
+  std::string html =
+      output::BuildHtml(analysis::ScanForDisplay(code, settings::LayoutOf(options)), settings::LookOf(options));
   if (invocation.credit) {
     html = output::AppendCredit(std::move(html), startup::EditionOf(invocation.edition).hostName);
   }

@@ -51,25 +51,25 @@ void RunText(const Invocation& invocation) {
 
 void RunRtf(const Invocation& invocation) {
   const settings::Options options = RunOptions(invocation);
-  const output::RtfOptions rtf = RtfOptionsOf(options);
+  const text::CodeLook look = settings::LookOf(options);
   ProjectInput input(invocation, options);
   Output output(invocation.output);
   const output::Sink sink = SinkInto(output);
   Export(invocation, input,
-         {.module = [&](int number) { output::ModuleRtf(input.Folder(), number, rtf, sink); },
-          .project = [&](const auto& modules) { output::ProjectRtf(input.Folder(), modules, true, rtf, sink); }});
+         {.module = [&](int number) { output::ModuleRtf(input.Folder(), number, look, sink); },
+          .project = [&](const auto& modules) { output::ProjectRtf(input.Folder(), modules, true, look, sink); }});
   output.Finish();
 }
 
 void RunHtml(const Invocation& invocation) {
   const settings::Options options = RunOptions(invocation);
-  const output::HtmlOptions html = HtmlOptionsOf(options);
+  const text::CodeLook look = settings::LookOf(options);
   ProjectInput input(invocation, options);
   Output output(invocation.output);
   const output::Sink sink = SinkInto(output);
   Export(invocation, input,
-         {.module = [&](int number) { output::ModuleHtml(input.Folder(), number, html, sink); },
-          .project = [&](const auto& modules) { output::ProjectHtml(input.Folder(), modules, true, html, sink); }});
+         {.module = [&](int number) { output::ModuleHtml(input.Folder(), number, look, sink); },
+          .project = [&](const auto& modules) { output::ProjectHtml(input.Folder(), modules, true, look, sink); }});
   if (invocation.credit) {
     sink(output::AppendCredit({}, startup::EditionOf(invocation.edition).hostName));
   }

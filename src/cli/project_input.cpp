@@ -65,7 +65,7 @@ void ReadSources(const Invocation& invocation, const settings::Options& options,
   ProgressLine progress;
   const host::ReadRequest request{.folder = folder,
                                   .templateFile = startup::FindProgramPlaces(ExecutableFolder()).templateFile,
-                                  .options = ScanOptionsOf(options),
+                                  .options = settings::LayoutOf(options),
                                   .progress = [&](const std::string& text) { progress.Show(text); }};
   const host::ReadReport report = host::ReadCheckedModules(sources.Host(), tree, database, request);
   if (report.outcome != host::ReadOutcome::kDone) {

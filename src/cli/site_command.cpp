@@ -88,7 +88,7 @@ void RunSite(const Invocation& invocation) {
   ProjectInput input(invocation, options);
   const output::SiteProject project = ReadSiteProject(invocation, input);
   ProgressLine progress;
-  output::WriteSite(project, SiteStyleOf(options), target.Path(), [&](std::size_t done, std::size_t total) {
+  output::WriteSite(project, settings::LookOf(options), target.Path(), [&](std::size_t done, std::size_t total) {
     progress.Show("Schreibe Seite " + std::to_string(done) + " von " + std::to_string(total));
   });
   target.Finish();

@@ -43,21 +43,21 @@ std::string Hex(std::int32_t part) {
 
 std::string ColourSpan(std::int32_t colour) { return "<span style=\"color:" + ColourToHex(colour) + "\"; >"; }
 
-Markup HtmlMarkup(const HtmlOptions& options) {
-  Markup markup{.bytes = kBytes, .tags = {}, .lineFeed = {}, .headersVanish = !options.boldRoutines};
+Markup HtmlMarkup(const text::CodeLook& look) {
+  Markup markup{.bytes = kBytes, .tags = {}, .lineFeed = {}, .headersVanish = !look.boldRoutines};
   const auto set = [&](Marker marker, std::string_view tag) { markup.tags[static_cast<std::size_t>(marker)].Set(tag); };
   set(Marker::kSpanClose, "</span>");
-  set(Marker::kCommentOpen, ColourSpan(options.commentColour));
-  set(Marker::kKeywordOpen, ColourSpan(options.keywordColour));
-  set(Marker::kStringOpen, ColourSpan(options.stringColour));
-  set(Marker::kHeaderLineOpen, options.boldRoutines ? "<b>" : "");
-  set(Marker::kHeaderLineClose, options.boldRoutines ? "</b>" : "");
+  set(Marker::kCommentOpen, ColourSpan(look.commentColour));
+  set(Marker::kKeywordOpen, ColourSpan(look.keywordColour));
+  set(Marker::kStringOpen, ColourSpan(look.stringColour));
+  set(Marker::kHeaderLineOpen, look.boldRoutines ? "<b>" : "");
+  set(Marker::kHeaderLineClose, look.boldRoutines ? "</b>" : "");
   return markup;
 }
 
-std::string HtmlHead(const HtmlOptions& options) {
-  return "<pre><span style=\"font-family=" + options.fontName +
-         ",Arial; font-size=" + std::to_string(options.fontSize) + "pt\"; >";
+std::string HtmlHead(const text::CodeLook& look) {
+  return "<pre><span style=\"font-family=" + look.fontName + ",Arial; font-size=" + std::to_string(look.fontSize) +
+         "pt\"; >";
 }
 
 }  // namespace
@@ -77,16 +77,16 @@ std::string ColourToHex(std::int32_t colour) {
   return "#" + Hex(low % 256) + Hex(low / 256) + Hex(colour / 65536);
 }
 
-void BuildHtml(std::string_view markedText, const HtmlOptions& options, const Sink& sink) {
-  sink(HtmlHead(options));
-  WriteMarkup(markedText, HtmlMarkup(options), sink);
+void BuildHtml(std::string_view markedText, const text::CodeLook& look, const Sink& sink) {
+  sink(HtmlHead(look));
+  WriteMarkup(markedText, HtmlMarkup(look), sink);
   sink(kHtmlEnd);
 }
 
-std::string BuildHtml(std::string_view markedText, const HtmlOptions& options) {
+std::string BuildHtml(std::string_view markedText, const text::CodeLook& look) {
   std::string html;
   html.reserve(markedText.size() * 2);
-  BuildHtml(markedText, options, [&](std::string_view piece) { html.append(piece); });
+  BuildHtml(markedText, look, [&](std::string_view piece) { html.append(piece); });
   return html;
 }
 
@@ -110,14 +110,14 @@ std::string PreviewDocument(std::string_view html, std::string_view hostName) {
 
 std::string_view HtmlTypeLine(std::string_view imageKey) { return imageKey == "M5" ? imageKey : TypeLine(imageKey); }
 
-void ModuleHtml(const std::filesystem::path& folder, int moduleNumber, const HtmlOptions& options, const Sink& sink) {
-  BuildHtml(codedb::ReadModuleText(folder, moduleNumber), options, sink);
+void ModuleHtml(const std::filesystem::path& folder, int moduleNumber, const text::CodeLook& look, const Sink& sink) {
+  BuildHtml(codedb::ReadModuleText(folder, moduleNumber), look, sink);
 }
 
 void ProjectHtml(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
-                 const HtmlOptions& options, const Sink& sink) {
-  const std::string head = HtmlHead(options);
-  const Markup markup = HtmlMarkup(options);
+                 const text::CodeLook& look, const Sink& sink) {
+  const std::string head = HtmlHead(look);
+  const Markup markup = HtmlMarkup(look);
   for (const ModuleEntry& module : modules) {
     sink(head);
     // The block ends at a line's end, so that it can be turned into HTML by itself.

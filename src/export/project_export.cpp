@@ -32,15 +32,14 @@ std::vector<ModuleEntry> ReadModules(codedb::CodeDatabase& database) {
   return modules;
 }
 
-void ModuleRtf(const fs::path& folder, int moduleNumber, const RtfOptions& options, const Sink& sink) {
-  ProjectRtf(folder, {{moduleNumber, {}, {}}}, false, options, sink);
+void ModuleRtf(const fs::path& folder, int moduleNumber, const text::CodeLook& look, const Sink& sink) {
+  ProjectRtf(folder, {{moduleNumber, {}, {}}}, false, look, sink);
 }
 
 void ProjectRtf(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
-                const RtfOptions& options, const Sink& sink) {
-  sink(DocumentHead(options));
-  ForEachText(folder, modules, headers,
-              [&](std::string_view marked) { ColourBody(marked, options.boldRoutines, sink); });
+                const text::CodeLook& look, const Sink& sink) {
+  sink(DocumentHead(look));
+  ForEachText(folder, modules, headers, [&](std::string_view marked) { ColourBody(marked, look.boldRoutines, sink); });
   sink(kDocumentEnd);
 }
 
@@ -52,13 +51,13 @@ void ProjectText(const fs::path& folder, const std::vector<ModuleEntry>& modules
   ForEachText(folder, modules, headers, [&](std::string_view marked) { PlainText(marked, sink); });
 }
 
-void ExportModuleRtf(const fs::path& folder, int moduleNumber, const RtfOptions& options, const fs::path& target) {
-  WriteFile(target, [&](const Sink& sink) { ModuleRtf(folder, moduleNumber, options, sink); });
+void ExportModuleRtf(const fs::path& folder, int moduleNumber, const text::CodeLook& look, const fs::path& target) {
+  WriteFile(target, [&](const Sink& sink) { ModuleRtf(folder, moduleNumber, look, sink); });
 }
 
 void ExportProjectRtf(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
-                      const RtfOptions& options, const fs::path& target) {
-  WriteFile(target, [&](const Sink& sink) { ProjectRtf(folder, modules, headers, options, sink); });
+                      const text::CodeLook& look, const fs::path& target) {
+  WriteFile(target, [&](const Sink& sink) { ProjectRtf(folder, modules, headers, look, sink); });
 }
 
 }  // namespace quillmate::output

@@ -62,23 +62,23 @@ std::string ColourEntry(std::int32_t colour) {
          std::to_string(colour / 65536) + ";";
 }
 
-std::string DocumentHead(const RtfOptions& options) {
-  std::string head = text::ReplaceAll(kFontTable, kFontPlace, options.fontName);
+std::string DocumentHead(const text::CodeLook& look) {
+  std::string head = text::ReplaceAll(kFontTable, kFontPlace, look.fontName);
   head += "{\\colortbl\\red0\\green0\\blue0;";
-  head += ColourEntry(options.keywordColour) + ColourEntry(options.commentColour) + ColourEntry(options.stringColour);
+  head += ColourEntry(look.keywordColour) + ColourEntry(look.commentColour) + ColourEntry(look.stringColour);
   head += "}";
   head += text::kLineBreak;
-  head += "\\deflang1031\\pard\\li105" + TabStops(options.tabWidth);
-  head += "\\plain\\f3\\fs" + std::to_string(2LL * options.fontSize) + " ";
+  head += "\\deflang1031\\pard\\li105" + TabStops(look.tabWidth);
+  head += "\\plain\\f3\\fs" + std::to_string(2LL * look.fontSize) + " ";
   return head;
 }
 
-std::string WrapDocument(std::string_view body, const RtfOptions& options) {
-  return DocumentHead(options).append(body).append(kDocumentEnd);
+std::string WrapDocument(std::string_view body, const text::CodeLook& look) {
+  return DocumentHead(look).append(body).append(kDocumentEnd);
 }
 
-std::string RtfDocument(std::string_view markedText, const RtfOptions& options) {
-  return WrapDocument(ColourBody(markedText, options.boldRoutines), options);
+std::string RtfDocument(std::string_view markedText, const text::CodeLook& look) {
+  return WrapDocument(ColourBody(markedText, look.boldRoutines), look);
 }
 
 }  // namespace quillmate::output

@@ -21,13 +21,13 @@ std::string_view WithoutAddedBreaks(std::string_view stored) noexcept {
 
 class SiteWriter {
  public:
-  SiteWriter(const SiteProject& project, const SiteStyle& style, const std::filesystem::path& folder)
-      : project_(project), style_(style), folder_(folder), model_(project), finder_(model_) {}
+  SiteWriter(const SiteProject& project, const text::CodeLook& look, const std::filesystem::path& folder)
+      : project_(project), look_(look), folder_(folder), model_(project), finder_(model_) {}
 
   void Run(const SiteProgress& progress) {
     ForEachModule([&](int module, std::string_view text) { ReadModule(module, text); });
     SortReferences(model_);
-    Write(kStyleFile, StyleSheet(style_));
+    Write(kStyleFile, StyleSheet(look_));
     Write(kStartFile, StartPage(model_));
     Write(kRoutinesFile, RoutinesPage(model_));
     Write(kUnusedFile, UnusedPage(model_));
@@ -64,7 +64,7 @@ class SiteWriter {
   }
 
   const SiteProject& project_;
-  const SiteStyle& style_;
+  const text::CodeLook& look_;
   const std::filesystem::path& folder_;
   SiteModel model_;
   ReferenceFinder finder_;
@@ -73,15 +73,15 @@ class SiteWriter {
 
 }  // namespace
 
-void WriteSite(const SiteProject& project, const SiteStyle& style, const std::filesystem::path& folder,
+void WriteSite(const SiteProject& project, const text::CodeLook& look, const std::filesystem::path& folder,
                const SiteProgress& progress) {
-  SiteWriter(project, style, folder).Run(progress);
+  SiteWriter(project, look, folder).Run(progress);
 }
 
-void ExportSite(const SiteProject& project, const SiteStyle& style, const std::filesystem::path& target, bool force,
+void ExportSite(const SiteProject& project, const text::CodeLook& look, const std::filesystem::path& target, bool force,
                 const SiteProgress& progress) {
   SiteFolder folder(target, force);
-  WriteSite(project, style, folder.Path(), progress);
+  WriteSite(project, look, folder.Path(), progress);
   folder.PutInPlace();
   folder.RemoveOld();
 }

@@ -91,14 +91,14 @@ std::string Variables(std::string_view ground, std::int32_t keyword, std::int32_
   return css.append(";--c:").append(ColourToHex(comment)).append(";--s:").append(ColourToHex(string)).append("}\n");
 }
 
-std::string LightVariables(const SiteStyle& style) {
-  return Variables(kLight, style.keywordColour & kColourBits, style.commentColour & kColourBits,
-                   style.stringColour & kColourBits);
+std::string LightVariables(const text::CodeLook& look) {
+  return Variables(kLight, look.keywordColour & kColourBits, look.commentColour & kColourBits,
+                   look.stringColour & kColourBits);
 }
 
-std::string DarkVariables(const SiteStyle& style) {
-  return Variables(kDark, ColourOnDark(style.keywordColour), ColourOnDark(style.commentColour),
-                   ColourOnDark(style.stringColour));
+std::string DarkVariables(const text::CodeLook& look) {
+  return Variables(kDark, ColourOnDark(look.keywordColour), ColourOnDark(look.commentColour),
+                   ColourOnDark(look.stringColour));
 }
 
 /// Parts from 0 to 1.
@@ -151,12 +151,12 @@ std::int32_t ColourOnDark(std::int32_t colour) {
   return ColourOf(lighter);
 }
 
-std::string StyleSheet(const SiteStyle& style) {
-  std::string css = LightVariables(style);
-  css.append("@media (prefers-color-scheme:dark){\n").append(DarkVariables(style)).append("}\n");
+std::string StyleSheet(const text::CodeLook& look) {
+  std::string css = LightVariables(look);
+  css.append("@media (prefers-color-scheme:dark){\n").append(DarkVariables(look)).append("}\n");
   for (const std::string_view rule : kRules) css.append(rule).append("\n");
-  if (!style.boldRoutines) css += "pre b{font-weight:400}\n";
-  css.append("@media print{\n").append(LightVariables(style));
+  if (!look.boldRoutines) css += "pre b{font-weight:400}\n";
+  css.append("@media print{\n").append(LightVariables(look));
   for (const std::string_view rule : kPrintRules) css.append(rule).append("\n");
   return css += "}\n";
 }

@@ -10,7 +10,7 @@ namespace quillmate::output {
 inline constexpr const char* kStyleFile = "stil.css";
 
 /// The style sheet of a site.
-std::string StyleSheet(const SiteStyle& style);
+std::string StyleSheet(const text::CodeLook& look);
 
 /// A colour of the user's, made light enough to be read on the dark ground; hue and saturation stay. One that is light
 /// enough stays as it is.

@@ -8,6 +8,7 @@
 
 #include <quillmate/settings/options.h>
 #include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
 
 namespace quillmate::settings {
 namespace {
@@ -20,31 +21,31 @@ using Field =
 struct OptionKey {
   std::string_view key;
   Field field;
+  /// In its text form.
+  std::string_view standard;
+  /// SaveOptions writes it; the display size has a command of its own.
+  bool saved = true;
 };
 
-/// In the order in which they are read.
-constexpr std::array<OptionKey, 16> kOptionKeys = {{
-    {"fkey", &Options::fkey},
-    {"fkom", &Options::fkom},
-    {"fstr", &Options::fstr},
-    {"einr", &Options::einr},
-    {"rouf", &Options::rouf},
-    {"vor", &Options::vor},
-    {"rer", &Options::rer},
-    {"rle", &Options::rle},
-    {"bis", &Options::bis},
-    {"meld", &Options::meld},
-    {"usb", &Options::usb},
-    {"stapro", &Options::stapro},
-    {"aufk", &Options::aufk},
-    {"leer", &Options::leer},
-    {"tab", &Options::tab},
-    {"font", FontField{}},
-}};
-
 /// In the order in which they are written.
-constexpr std::array<std::string_view, 15> kSavedKeys = {"fkey", "fkom", "fstr", "rouf",   "aufk", "leer", "vor", "rer",
-                                                         "rle",  "meld", "einr", "stapro", "tab",  "font", "usb"};
+constexpr std::array<OptionKey, 16> kOptionKeys = {{
+    {"fkey", &Options::fkey, "8388608"},
+    {"fkom", &Options::fkom, "32768"},
+    {"fstr", &Options::fstr, "128"},
+    {"rouf", &Options::rouf, "-1"},
+    {"aufk", &Options::aufk, "0"},
+    {"leer", &Options::leer, "0"},
+    {"vor", &Options::vor, "0"},
+    {"rer", &Options::rer, "0"},
+    {"rle", &Options::rle, "0"},
+    {"meld", &Options::meld, "-1"},
+    {"einr", &Options::einr, "0"},
+    {"stapro", &Options::stapro, "0"},
+    {"tab", &Options::tab, "5"},
+    {"font", FontField{}, "MS Sans Serif,10"},
+    {"usb", &Options::usb, "0"},
+    {"bis", &Options::bis, "max", false},
+}};
 
 const OptionKey* FindKey(std::string_view key) {
   const auto* found =
@@ -90,14 +91,19 @@ void SetKey(Options& options, const OptionKey& key, std::string_view text) {
 
 }  // namespace
 
+Options::Options() {
+  for (const OptionKey& key : kOptionKeys) SetKey(*this, key, key.standard);
+}
+
 void LoadOptions(const SettingsStore& store, Options& options) {
   for (const OptionKey& key : kOptionKeys) SetKey(options, key, store.ReadSetting(kOptionsSection, key.key));
 }
 
 void SaveOptions(SettingsStore& store, const Options& options) {
-  for (const std::string_view name : kSavedKeys) {
-    const Field& field = FindKey(name)->field;
-    store.WriteSetting(kOptionsSection, name, std::visit([&](auto f) { return FieldText(options, f); }, field));
+  for (const OptionKey& key : kOptionKeys) {
+    if (!key.saved) continue;
+    const std::string text = std::visit([&](auto field) { return FieldText(options, field); }, key.field);
+    store.WriteSetting(kOptionsSection, key.key, text);
   }
 }
 
@@ -105,6 +111,23 @@ bool SetOption(Options& options, std::string_view key, std::string_view text) {
   const OptionKey* found = FindKey(key);
   if (found) SetKey(options, *found, text);
   return found != nullptr;
+}
+
+text::CodeLook LookOf(const Options& options) {
+  return {.keywordColour = options.fkey,
+          .commentColour = options.fkom,
+          .stringColour = options.fstr,
+          .fontName = text::CodeFromUtf8(options.fontName),
+          .fontSize = options.fontSize,
+          .tabWidth = options.tab,
+          .boldRoutines = options.rouf};
+}
+
+text::CodeLayout LayoutOf(const Options& options) {
+  return {.indent = options.einr,
+          .indentBodies = options.rer,
+          .removeEmptyLines = options.leer,
+          .emptyLineBeforeRoutines = options.rle};
 }
 
 }  // namespace quillmate::settings

@@ -8,7 +8,6 @@
 #include "host_list.h"
 #include "project_view.h"
 #include "qt_text.h"
-#include "scan_options.h"
 #include "shell.h"
 #include "zoom_view.h"
 
@@ -22,7 +21,7 @@ host::ReadRequest RequestOf(Shell& shell) {
   host::ReadRequest request;
   request.folder = globals.RunTempFolder;
   request.templateFile = globals.TemplatePath;
-  request.options = ScanOptionsOf(globals.Options);
+  request.options = settings::LayoutOf(globals.Options);
   request.progress = [&shell](const std::string& text) { shell.ShowProgress(text); };
   return request;
 }

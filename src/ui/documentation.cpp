@@ -40,10 +40,6 @@ output::SiteProject ReadProject(Shell& shell) {
   return project;
 }
 
-output::SiteStyle StyleOfSite(const settings::Options& options) {
-  return {options.fkey, options.fkom, options.fstr, options.rouf};
-}
-
 /// The chosen folder when it is empty or holds an earlier documentation; otherwise a folder of its own below it, so
 /// that the pages do not mix with other files.
 fs::path TargetIn(const fs::path& chosen, const std::string& title) {
@@ -64,7 +60,7 @@ void WriteDocumentation(Shell& shell) {
     const Working working(shell);
     shell.ShowProgress("Erzeuge HTML-Dokumentation");
     output::ExportSite(
-        ReadProject(shell), StyleOfSite(shell.Globals().Options), target, false,
+        ReadProject(shell), settings::LookOf(shell.Globals().Options), target, false,
         [&shell](std::size_t done, std::size_t total) {
           shell.ShowProgress("HTML-Dokumentation: Modul " + std::to_string(done) + " von " + std::to_string(total));
         });

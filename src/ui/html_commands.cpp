@@ -45,7 +45,8 @@ void ExportSelectionHtml(Shell& shell) {
 void ExportModuleHtml(Shell& shell) {
   const startup::AppGlobals& globals = shell.Globals();
   DeliverHtml(shell, Collect(shell, [&](const output::Sink& sink) {
-                output::ModuleHtml(globals.TempFolder, shell.views.Current() + 1, HtmlOptionsOf(globals.Options), sink);
+                output::ModuleHtml(globals.TempFolder, shell.views.Current() + 1, settings::LookOf(globals.Options),
+                                   sink);
               }));
 }
 
@@ -53,7 +54,7 @@ void ExportProjectHtml(Shell& shell) {
   startup::AppGlobals& globals = shell.Globals();
   DeliverHtml(shell, Collect(shell, [&](const output::Sink& sink) {
                 output::ProjectHtml(globals.TempFolder, output::ReadModules(globals.CodeDb), kModuleHeaders,
-                                    HtmlOptionsOf(globals.Options), sink);
+                                    settings::LookOf(globals.Options), sink);
               }));
 }
 

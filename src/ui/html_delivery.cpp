@@ -4,10 +4,8 @@
 
 #include <quillmate/analysis/scanner.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/text/windows1252.h>
 
 #include "qt_text.h"
-#include "scan_options.h"
 #include "shell.h"
 
 namespace quillmate::ui {
@@ -30,21 +28,10 @@ std::string ToHtml(Shell& shell, std::string_view code) {
   const Working working(shell);
   shell.ShowProgress(output::kHtmlActivity);
   const settings::Options& options = shell.Globals().Options;
-  return output::BuildHtml(analysis::ScanForDisplay(code, ScanOptionsOf(options)), HtmlOptionsOf(options));
+  return output::BuildHtml(analysis::ScanForDisplay(code, settings::LayoutOf(options)), settings::LookOf(options));
 }
 
 }  // namespace
-
-output::HtmlOptions HtmlOptionsOf(const settings::Options& options) {
-  output::HtmlOptions html;
-  html.keywordColour = options.fkey;
-  html.commentColour = options.fkom;
-  html.stringColour = options.fstr;
-  html.fontName = text::CodeFromUtf8(options.fontName);
-  html.fontSize = options.fontSize;
-  html.boldRoutines = options.rouf;
-  return html;
-}
 
 void DeliverHtml(Shell& shell, std::string html) {
   const startup::AppGlobals& globals = shell.Globals();

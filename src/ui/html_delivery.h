@@ -14,8 +14,6 @@ class Shell;
 /// changes it.
 inline constexpr bool kModuleHeaders = true;
 
-output::HtmlOptions HtmlOptionsOf(const settings::Options& options);
-
 /// Puts finished HTML (Windows-1252) on the clipboard as plain text; asks for the credit line and shows the preview as
 /// the options say.
 void DeliverHtml(Shell& shell, std::string html);

@@ -37,23 +37,23 @@ void ExportRtf(Shell& shell, const QString& fileName, std::string_view activity,
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
   const Working working(shell);
   shell.ShowProgress(activity);
-  run(StyleOf(shell.Globals().Options, shell.window.logicalDpiX()).rtf, ToPath(path));
+  run(settings::LookOf(shell.Globals().Options), ToPath(path));
 }
 
 }  // namespace
 
 void ExportModuleRtf(Shell& shell) {
   ExportRtf(shell, shell.staBar->Text(StatusPanels::kModule), "Erzeuge RTF-Modul",
-            [&shell](const output::RtfOptions& options, const std::filesystem::path& target) {
-              output::ExportModuleRtf(shell.Globals().TempFolder, shell.views.Current() + 1, options, target);
+            [&shell](const text::CodeLook& look, const std::filesystem::path& target) {
+              output::ExportModuleRtf(shell.Globals().TempFolder, shell.views.Current() + 1, look, target);
             });
 }
 
 void ExportProjectRtf(Shell& shell) {
   ExportRtf(shell, shell.ProjectName(), "Erzeuge RTF-Projekt",
-            [&shell](const output::RtfOptions& options, const std::filesystem::path& target) {
+            [&shell](const text::CodeLook& look, const std::filesystem::path& target) {
               startup::AppGlobals& globals = shell.Globals();
-              output::ExportProjectRtf(globals.TempFolder, output::ReadModules(globals.CodeDb), kModuleHeaders, options,
+              output::ExportProjectRtf(globals.TempFolder, output::ReadModules(globals.CodeDb), kModuleHeaders, look,
                                        target);
             });
 }

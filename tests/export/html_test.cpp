@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <quillmate/export/html.h>
+#include <quillmate/settings/options.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 
@@ -14,7 +15,7 @@ namespace {
 using text::ReplaceAll;
 
 /// The replacements one after the other, each over the whole text.
-std::string ReplaceInTurn(std::string html, const HtmlOptions& options) {
+std::string ReplaceInTurn(std::string html, const text::CodeLook& look) {
   const std::string span = "<span style=\"color:#\"; >";
   const std::pair<std::string_view, std::string> steps[] = {
       {"&", "&#38;"},
@@ -33,22 +34,22 @@ std::string ReplaceInTurn(std::string html, const HtmlOptions& options) {
       {"(", "&#40;"},
       {"+", "&#43;"},
       {text::SpanClose, "</span>"},
-      {text::CommentOpen, ReplaceAll(span, "#", ColourToHex(options.commentColour))},
-      {text::KeywordOpen, ReplaceAll(span, "#", ColourToHex(options.keywordColour))},
-      {text::StringOpen, ReplaceAll(span, "#", ColourToHex(options.stringColour))},
-      {text::HeaderLineOpen, options.boldRoutines ? "<b>" : ""},
-      {text::HeaderLineClose, options.boldRoutines ? "</b>" : ""},
+      {text::CommentOpen, ReplaceAll(span, "#", ColourToHex(look.commentColour))},
+      {text::KeywordOpen, ReplaceAll(span, "#", ColourToHex(look.keywordColour))},
+      {text::StringOpen, ReplaceAll(span, "#", ColourToHex(look.stringColour))},
+      {text::HeaderLineOpen, look.boldRoutines ? "<b>" : ""},
+      {text::HeaderLineClose, look.boldRoutines ? "</b>" : ""},
   };
   for (const auto& [from, to] : steps) html = ReplaceAll(html, from, to);
-  return "<pre><span style=\"font-family=" + options.fontName +
-         ",Arial; font-size=" + std::to_string(options.fontSize) + "pt\"; >" + html + "</span></pre>";
+  return "<pre><span style=\"font-family=" + look.fontName + ",Arial; font-size=" + std::to_string(look.fontSize) +
+         "pt\"; >" + html + "</span></pre>";
 }
 
-/// What stands between the frame's tags with the default options.
+/// What stands between the frame's tags with the default look.
 std::string Body(std::string_view marked, bool bold) {
-  HtmlOptions options;
-  options.boldRoutines = bold;
-  const std::string html = BuildHtml(marked, options);
+  text::CodeLook look = settings::LookOf({});
+  look.boldRoutines = bold;
+  const std::string html = BuildHtml(marked, look);
   const std::string_view head = "<pre><span style=\"font-family=MS Sans Serif,Arial; font-size=10pt\"; >";
   const std::string_view end = "</span></pre>";
   EXPECT_TRUE(html.starts_with(head) && html.ends_with(end)) << html;
@@ -81,7 +82,7 @@ TEST(BuildHtml, KnownTexts) {
 }
 
 TEST(BuildHtml, AgreesWithTheReplacementsInTurn) {
-  HtmlOptions odd;
+  text::CodeLook odd = settings::LookOf({});
   odd.keywordColour = 0;
   odd.commentColour = -1;
   odd.stringColour = 0x7F123456;
@@ -90,8 +91,8 @@ TEST(BuildHtml, AgreesWithTheReplacementsInTurn) {
   odd.boldRoutines = false;
   for (unsigned seed = 0; seed < 40000; ++seed) {
     const std::string soup = MarkerSoup(seed, 1 + seed % 60);
-    for (const HtmlOptions& options : {HtmlOptions(), odd}) {
-      ASSERT_EQ(BuildHtml(soup, options), ReplaceInTurn(soup, options)) << seed;
+    for (const text::CodeLook& look : {settings::LookOf({}), odd}) {
+      ASSERT_EQ(BuildHtml(soup, look), ReplaceInTurn(soup, look)) << seed;
     }
   }
 }
@@ -100,9 +101,9 @@ TEST(BuildHtml, AgreesAcrossPieces) {
   for (unsigned seed = 0; seed < 60; ++seed) {
     const std::string soup = MarkerSoup(seed, 100000);
     for (const bool bold : {true, false}) {
-      HtmlOptions options;
-      options.boldRoutines = bold;
-      EXPECT_TRUE(BuildHtml(soup, options) == ReplaceInTurn(soup, options)) << seed;
+      text::CodeLook look = settings::LookOf({});
+      look.boldRoutines = bold;
+      EXPECT_TRUE(BuildHtml(soup, look) == ReplaceInTurn(soup, look)) << seed;
     }
   }
   const std::string longest(200000, '\334');

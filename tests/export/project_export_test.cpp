@@ -7,6 +7,7 @@
 #include <quillmate/export/plain_text.h>
 #include <quillmate/export/project_export.h>
 #include <quillmate/files/file_bytes.h>
+#include <quillmate/settings/options.h>
 
 #include "codedb/scratch.h"
 
@@ -46,39 +47,39 @@ TEST_F(ProjectExport, OneFrameAroundAllModules) {
     marked += first;
     if (headers) marked += HeaderBlock("Tabelle1", "M5");
     marked += second;
-    const RtfOptions options;
-    EXPECT_EQ(Collect([&](const Sink& sink) { ProjectRtf(folder_, modules_, headers, options, sink); }),
-              RtfDocument(marked, options));
+    const text::CodeLook look = settings::LookOf({});
+    EXPECT_EQ(Collect([&](const Sink& sink) { ProjectRtf(folder_, modules_, headers, look, sink); }),
+              RtfDocument(marked, look));
     EXPECT_EQ(Collect([&](const Sink& sink) { ProjectText(folder_, modules_, headers, sink); }), PlainText(marked));
   }
   EXPECT_EQ(Collect([&](const Sink& sink) { ModuleText(folder_, 2, sink); }), "' \344\r\n");
 }
 
 TEST_F(ProjectExport, HtmlHasOnePiecePerModule) {
-  const HtmlOptions options;
+  const text::CodeLook look = settings::LookOf({});
   const std::string first = std::string(kFirst) + "\r\n";
   const std::string second = std::string(kSecond) + "\r\n";
-  EXPECT_EQ(Collect([&](const Sink& sink) { ModuleHtml(folder_, 2, options, sink); }), BuildHtml(second, options));
-  EXPECT_EQ(Collect([&](const Sink& sink) { ProjectHtml(folder_, modules_, false, options, sink); }),
-            BuildHtml(first, options) + BuildHtml(second, options));
-  const std::string headed = Collect([&](const Sink& sink) { ProjectHtml(folder_, modules_, true, options, sink); });
-  EXPECT_EQ(headed, BuildHtml(HeaderBlock("mdlA", "M2") + first, options) +
-                        BuildHtml(HeaderBlockWithType("Tabelle1", "M5") + second, options));
+  EXPECT_EQ(Collect([&](const Sink& sink) { ModuleHtml(folder_, 2, look, sink); }), BuildHtml(second, look));
+  EXPECT_EQ(Collect([&](const Sink& sink) { ProjectHtml(folder_, modules_, false, look, sink); }),
+            BuildHtml(first, look) + BuildHtml(second, look));
+  const std::string headed = Collect([&](const Sink& sink) { ProjectHtml(folder_, modules_, true, look, sink); });
+  EXPECT_EQ(headed, BuildHtml(HeaderBlock("mdlA", "M2") + first, look) +
+                        BuildHtml(HeaderBlockWithType("Tabelle1", "M5") + second, look));
   EXPECT_NE(headed.find("'  Modul&#58;  Tabelle1  M5\r\n"), std::string::npos);
   EXPECT_EQ(HtmlTypeLine("M3"), "Typ = Klassenmodul");
   EXPECT_EQ(HtmlTypeLine("M32"), "");
 }
 
 TEST_F(ProjectExport, FilesAreReplacedWholeOrNotAtAll) {
-  const RtfOptions options;
+  const text::CodeLook look = settings::LookOf({});
   const fs::path target = folder_ / "projekt.RTF";
-  ExportModuleRtf(folder_, 1, options, target);
-  const std::string module = RtfDocument(std::string(kFirst) + "\r\n", options);
+  ExportModuleRtf(folder_, 1, look, target);
+  const std::string module = RtfDocument(std::string(kFirst) + "\r\n", look);
   EXPECT_EQ(files::ReadWholeFile(target), module);
-  EXPECT_THROW(ExportProjectRtf(folder_, {modules_[0], {3, "weg", "M2"}}, true, options, target), std::runtime_error);
-  EXPECT_THROW(ExportModuleRtf(folder_, 1, options, folder_ / "fehlt" / "a.RTF"), std::runtime_error);
+  EXPECT_THROW(ExportProjectRtf(folder_, {modules_[0], {3, "weg", "M2"}}, true, look, target), std::runtime_error);
+  EXPECT_THROW(ExportModuleRtf(folder_, 1, look, folder_ / "fehlt" / "a.RTF"), std::runtime_error);
   const std::string message =
-      codedb::MessageOf<std::runtime_error>([&] { ExportModuleRtf(folder_, 1, options, folder_); });
+      codedb::MessageOf<std::runtime_error>([&] { ExportModuleRtf(folder_, 1, look, folder_); });
   EXPECT_TRUE(message.ends_with("unter diesem Namen gibt es einen Ordner.")) << message;
   EXPECT_EQ(files::ReadWholeFile(target), module);
   EXPECT_EQ(files::Names(folder_), "M1.txt M2.txt projekt.RTF");

@@ -4,6 +4,7 @@
 
 #include <quillmate/export/plain_text.h>
 #include <quillmate/export/rtf.h>
+#include <quillmate/settings/options.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 
@@ -85,18 +86,18 @@ TEST(ColourBody, AgreesAcrossPieces) {
 }
 
 TEST(WrapDocument, ExactBytes) {
-  RtfOptions options;
-  options.fontName = "Courier New";
-  options.tabWidth = 10;
-  EXPECT_EQ(WrapDocument("BODY", options),
+  text::CodeLook look = settings::LookOf({});
+  look.fontName = "Courier New";
+  look.tabWidth = 10;
+  EXPECT_EQ(WrapDocument("BODY", look),
             "{\\rtf1\\ansi\\deff0\\deftab720{\\fonttbl{\\f0\\fswiss MS Sans Serif;}\r\n"
             "{\\f1\\froman\\fcharset2 Symbol;}{\\f2\\fswiss MS Sans Serif;}{\\f3\\fswiss Courier New;}"
             "{\\f4\\fswiss\\fprq2 System;}}\r\n"
             "{\\colortbl\\red0\\green0\\blue0;\\red0\\green0\\blue128;\\red0\\green128\\blue0;\\red128\\green0\\blue0;}"
             "\r\n\\deflang1031\\pard\\li105\\tx567\\tx1134\\tx1701\\tx2268\\tx2835\\tx3402\\tx3969\\tx4536\\tx5103"
             "\\tx5670\\plain\\f3\\fs20 BODY}");
-  options.fontName = "Arial Black";
-  EXPECT_NE(DocumentHead(options).find("{\\f3\\fswiss Arial Black;}"), std::string::npos);
+  look.fontName = "Arial Black";
+  EXPECT_NE(DocumentHead(look).find("{\\f3\\fswiss Arial Black;}"), std::string::npos);
 }
 
 TEST(WrapDocument, TabStopsAreTruncatedBeforeTheyAreMultiplied) {
@@ -109,9 +110,9 @@ TEST(WrapDocument, TabStopsAreTruncatedBeforeTheyAreMultiplied) {
                {7, "\\tx396\\tx792", "\\tx3960\\plain"},
                {32767, "\\tx1857888\\tx3715776", "\\tx18578880\\plain"}};
   for (const auto& c : cases) {
-    RtfOptions options;
-    options.tabWidth = c.millimetres;
-    const std::string head = DocumentHead(options);
+    text::CodeLook look = settings::LookOf({});
+    look.tabWidth = c.millimetres;
+    const std::string head = DocumentHead(look);
     EXPECT_NE(head.find(std::string("\\li105") + std::string(c.first)), std::string::npos) << head;
     EXPECT_NE(head.find(c.last), std::string::npos) << head;
   }

@@ -11,6 +11,7 @@
 
 #include <quillmate/codedb/codes.h>
 #include <quillmate/export/site.h>
+#include <quillmate/settings/options.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 
@@ -61,11 +62,11 @@ class SiteTest : public testing::Test {
   }
 
   /// All files of the site by name.
-  std::map<std::string, std::string> Write(const SiteStyle& style = {}) const {
+  std::map<std::string, std::string> Write(const text::CodeLook& look = settings::LookOf({})) const {
     const std::filesystem::path site = folder_ / "site";
     std::filesystem::remove_all(site);
     std::filesystem::create_directories(site);
-    WriteSite(project_, style, site);
+    WriteSite(project_, look, site);
     return files::FilesIn(site);
   }
 

@@ -103,7 +103,9 @@ TEST_F(SiteTest, ColoursAreExactOnWhiteAndReadableOnDark) {
       {0x00FFFF, "#FFFF00", "#FFFF00"},
   };
   for (const auto& c : cases) {
-    const std::string css = Write({.keywordColour = c.colour}).at("stil.css");
+    text::CodeLook look = settings::LookOf({});
+    look.keywordColour = c.colour;
+    const std::string css = Write(look).at("stil.css");
     const std::size_t dark = css.find("@media (prefers-color-scheme:dark)");
     EXPECT_NE(css.substr(0, dark).find("--k:" + c.light + ";"), std::string::npos);
     EXPECT_EQ(css.substr(css.find("--k:", dark), 11), "--k:" + c.dark);

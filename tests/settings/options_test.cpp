@@ -1,4 +1,5 @@
 #include <clocale>
+#include <map>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -37,8 +38,19 @@ TEST(Options, AreWrittenInOrderWithTheirDefaults) {
 }
 
 TEST(Options, EveryValueSurvivesSavingAndLoading) {
-  const Options options{-1,     16777215,           0,  false, true,     true, true, true, true, false, true, true,
-                        -32768, "Schrift \xC3\xA4", 12, true,  "1;2;3;4"};
+  Options options;
+  for (const auto& [key, text] : std::map<std::string, std::string>{{"fkey", "-1"},
+                                                                    {"fkom", "16777215"},
+                                                                    {"fstr", "0"},
+                                                                    {"tab", "-32768"},
+                                                                    {"font", "Schrift \xC3\xA4,12"},
+                                                                    {"bis", "1;2;3;4"}}) {
+    SetOption(options, key, text);
+  }
+  for (bool Options::*flag : {&Options::rouf, &Options::aufk, &Options::leer, &Options::vor, &Options::rer,
+                              &Options::rle, &Options::meld, &Options::einr, &Options::stapro, &Options::usb}) {
+    options.*flag = !(options.*flag);
+  }
   const std::unique_ptr<SettingsStore> store = MemorySettings();
   SaveOptions(*store, options);
   Options loaded;

@@ -180,8 +180,8 @@ TEST(CodeStyle, FollowsTheOptions) {
     EXPECT_EQ(style.comment, QColor(0, 255, 0));
     EXPECT_EQ(style.string, QColor(0, 0, 255));
     EXPECT_EQ(style.font.pointSize(), 14);
-    EXPECT_EQ(style.rtf.fontName, "Gibt es nicht");
-    EXPECT_EQ(style.rtf.tabWidth, tab.millimetres);
+    EXPECT_EQ(style.look.fontName, "Gibt es nicht");
+    EXPECT_EQ(style.look.tabWidth, tab.millimetres);
   }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include <quillmate/export/rtf.h>
 #include <quillmate/text/markers.h>
 
 #include "qt_text.h"
@@ -68,7 +69,7 @@ const QColor* ColourOf(Span span, const CodeStyle& style) {
 QString StyleText(const StyleRun& run, const CodeStyle& style) {
   QString css;
   if (const QColor* colour = ColourOf(run.span, style)) css += QStringLiteral("color:%1;").arg(colour->name());
-  if (run.headerLine && style.boldRoutines) css += QStringLiteral("font-weight:bold;");
+  if (run.headerLine && style.look.boldRoutines) css += QStringLiteral("font-weight:bold;");
   return css;
 }
 
@@ -88,8 +89,8 @@ std::string MarkedUp(const CodeStretch& stretch) {
 
 QString ClipHtml(const CodeStretch& stretch, const CodeStyle& style) {
   QString html = QStringLiteral("<pre style=\"font-family:'%1',monospace;font-size:%2pt;\">")
-                     .arg(FromCode(style.rtf.fontName).toHtmlEscaped().remove(QLatin1Char('\'')))
-                     .arg(style.rtf.fontSize);
+                     .arg(FromCode(style.look.fontName).toHtmlEscaped().remove(QLatin1Char('\'')))
+                     .arg(style.look.fontSize);
   ForEachPiece(stretch, [&](std::string_view piece, const StyleRun& run) {
     const QString text = FromCode(piece).toHtmlEscaped();
     const QString css = StyleText(run, style);
@@ -102,7 +103,7 @@ ClipboardContent ClipOf(const CodeStretch& stretch, const CodeStyle& style) {
   ClipboardContent content;
   content.text = FromCode(std::string_view(stretch.text).substr(stretch.start, stretch.length));
   content.text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-  content.rtf = QByteArray::fromStdString(output::RtfDocument(MarkedUp(stretch), style.rtf));
+  content.rtf = QByteArray::fromStdString(output::RtfDocument(MarkedUp(stretch), style.look));
   content.html = ClipHtml(stretch, style);
   return content;
 }

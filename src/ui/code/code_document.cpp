@@ -23,7 +23,7 @@ class Formats {
       for (std::size_t bold = 0; bold < 2; ++bold) {
         QTextCharFormat& format = formats_[span * 2 + bold];
         if (colours[span].isValid()) format.setForeground(colours[span]);
-        if (bold != 0 && style.boldRoutines) format.setFontWeight(QFont::Bold);
+        if (bold != 0 && style.look.boldRoutines) format.setFontWeight(QFont::Bold);
       }
     }
   }

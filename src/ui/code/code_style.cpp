@@ -2,8 +2,6 @@
 
 #include <QFontDatabase>
 
-#include <quillmate/text/windows1252.h>
-
 #include "qt_text.h"
 
 namespace quillmate::ui {
@@ -22,18 +20,6 @@ double TabStop(int millimetres, double dpi) {
   return (twips > 0 ? twips : 720) * dpi / 1440.0;
 }
 
-output::RtfOptions RtfOptionsOf(const settings::Options& options) {
-  output::RtfOptions rtf;
-  rtf.keywordColour = options.fkey;
-  rtf.commentColour = options.fkom;
-  rtf.stringColour = options.fstr;
-  rtf.fontName = text::CodeFromUtf8(options.fontName);
-  rtf.fontSize = options.fontSize;
-  rtf.tabWidth = options.tab;
-  rtf.boldRoutines = options.rouf;
-  return rtf;
-}
-
 }  // namespace
 
 QColor FromColourValue(std::int32_t value) {
@@ -49,8 +35,7 @@ CodeStyle StyleOf(const settings::Options& options, double dpi) {
   style.keyword = FromColourValue(options.fkey);
   style.comment = FromColourValue(options.fkom);
   style.string = FromColourValue(options.fstr);
-  style.boldRoutines = options.rouf;
-  style.rtf = RtfOptionsOf(options);
+  style.look = settings::LookOf(options);
   return style;
 }
 

@@ -4,7 +4,6 @@
 #include <QFont>
 #include <cstdint>
 
-#include <quillmate/export/rtf.h>
 #include <quillmate/settings/options.h>
 
 namespace quillmate::ui {
@@ -17,9 +16,8 @@ struct CodeStyle {
   QColor keyword;
   QColor comment;
   QColor string;
-  bool boldRoutines = true;
-  /// The same for RTF.
-  output::RtfOptions rtf;
+  /// The same as the exports take it.
+  text::CodeLook look;
 };
 
 /// A colour of the options, red in its lowest byte.

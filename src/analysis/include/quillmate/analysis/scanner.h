@@ -5,16 +5,13 @@
 #include <string_view>
 #include <vector>
 
+#include <quillmate/text/code_options.h>
+
 /// Marks up a module and finds its routines. Texts are Windows-1252 with CR LF line breaks; the markers are those of
 /// quillmate/text/markers.h.
 namespace quillmate::analysis {
 
-struct ScanOptions {
-  bool indent = false;                   // setting "einr": reflow first
-  bool indentBodies = false;             // setting "rer": routine bodies one TAB deeper; counts only with `indent`
-  bool removeEmptyLines = false;         // setting "leer"
-  bool emptyLineBeforeRoutines = false;  // setting "rle"
-};
+using ScanOptions = text::CodeLayout;
 
 /// One routine or external declaration, with the code values of quillmate/codedb/codes.h.
 struct ScannedRoutine {

@@ -8,29 +8,18 @@
 
 #include <quillmate/export/project_export.h>
 #include <quillmate/export/sink.h>
+#include <quillmate/text/code_options.h>
 
 /// Marked-up text as a piece of HTML for pasting into a web page. Input and output are Windows-1252 bytes unless said.
 ///
 /// A piece is "<pre>", a span with the code font, the text and "</span></pre>". Line breaks stay CR LF. Umlauts, "&",
 /// "<", ">", quotes, ":", "(", ")" and "+" become entities; every other byte stays as it is. Comments, keywords and
-/// strings are wrapped in coloured spans, header and end lines of routines in "<b>".
+/// strings are wrapped in coloured spans, header and end lines of routines in "<b>" when they are to be bold. The name
+/// of the font stands in its span as it is; the tab width is not used.
 ///
 /// For code that is in no index (a selection, the clipboard) the caller scans it in display mode and hands the
 /// marked-up text to BuildHtml.
 namespace quillmate::output {
-
-struct HtmlOptions {
-  /// Colours: red + 256 * green + 65536 * blue.
-  std::int32_t keywordColour = 8388608;
-  std::int32_t commentColour = 32768;
-  std::int32_t stringColour = 128;
-  /// Windows-1252. Stands in the font span as it is.
-  std::string fontName = "MS Sans Serif";
-  /// Points.
-  int fontSize = 10;
-  /// Header and end lines of routines in "<b>"; otherwise their markers vanish.
-  bool boldRoutines = true;
-};
 
 /// The entities alone; markers pass through.
 std::string EscapeHtml(std::string_view text);
@@ -41,9 +30,9 @@ std::string ColourToHex(std::int32_t colour);
 
 /// Marked-up text to HTML, in one pass with the result of the replacements one after the other: the entities, span
 /// close, comment, keyword, string, header line open and close.
-std::string BuildHtml(std::string_view markedText, const HtmlOptions& options);
+std::string BuildHtml(std::string_view markedText, const text::CodeLook& look);
 /// The same, handed out in pieces made from about 64 KB of marked-up text each.
-void BuildHtml(std::string_view markedText, const HtmlOptions& options, const Sink& sink);
+void BuildHtml(std::string_view markedText, const text::CodeLook& look, const Sink& sink);
 
 /// What AppendCredit appends. `hostName` as the user interface shows it, for instance "Excel".
 std::string CreditLine(std::string_view hostName);
@@ -57,10 +46,10 @@ std::string PreviewDocument(std::string_view html, std::string_view hostName);
 std::string_view HtmlTypeLine(std::string_view imageKey);
 
 /// Read from the module text files of an index folder, as in project_export.h.
-void ModuleHtml(const std::filesystem::path& folder, int moduleNumber, const HtmlOptions& options, const Sink& sink);
+void ModuleHtml(const std::filesystem::path& folder, int moduleNumber, const text::CodeLook& look, const Sink& sink);
 /// The modules one after the other, each a piece of its own; with `headers`, each begins with its header block.
 void ProjectHtml(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
-                 const HtmlOptions& options, const Sink& sink);
+                 const text::CodeLook& look, const Sink& sink);
 
 /// The file of the preview, in the program's folder.
 inline constexpr std::string_view kPreviewFile = "TempQuillmate.htm";

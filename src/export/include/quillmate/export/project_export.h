@@ -26,10 +26,10 @@ struct ModuleEntry {
 /// All modules of an index by number, the order of project exports. Throws codedb::DatabaseError.
 std::vector<ModuleEntry> ReadModules(codedb::CodeDatabase& database);
 
-void ModuleRtf(const std::filesystem::path& folder, int moduleNumber, const RtfOptions& options, const Sink& sink);
+void ModuleRtf(const std::filesystem::path& folder, int moduleNumber, const text::CodeLook& look, const Sink& sink);
 /// All modules in one document; with `headers`, each behind its header block, otherwise back to back.
 void ProjectRtf(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
-                const RtfOptions& options, const Sink& sink);
+                const text::CodeLook& look, const Sink& sink);
 
 /// The code as the code view shows it, Windows-1252.
 void ModuleText(const std::filesystem::path& folder, int moduleNumber, const Sink& sink);
@@ -39,9 +39,9 @@ void ProjectText(const std::filesystem::path& folder, const std::vector<ModuleEn
 
 /// The RTF into a file. An earlier file stays as it was until the new one is whole. A target that is no plain file (a
 /// device, a pipe) is written to directly. Throws std::runtime_error (UTF-8, names the file).
-void ExportModuleRtf(const std::filesystem::path& folder, int moduleNumber, const RtfOptions& options,
+void ExportModuleRtf(const std::filesystem::path& folder, int moduleNumber, const text::CodeLook& look,
                      const std::filesystem::path& target);
 void ExportProjectRtf(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
-                      const RtfOptions& options, const std::filesystem::path& target);
+                      const text::CodeLook& look, const std::filesystem::path& target);
 
 }  // namespace quillmate::output

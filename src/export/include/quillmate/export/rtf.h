@@ -5,28 +5,15 @@
 #include <string_view>
 
 #include <quillmate/export/sink.h>
+#include <quillmate/text/code_options.h>
 
 /// Marked-up text as RTF. Input and output are Windows-1252 bytes; characters outside ASCII are written as they are.
 ///
 /// A document is a head (font table, colour table, paragraph format with ten tab stops, font size in half-points), the
 /// body and a closing brace. The body has one paragraph per line of the marked-up text, the paragraph mark at the start
-/// of the following line. Colours: \cf0 plain, \cf1 keyword, \cf2 comment, \cf3 string; font 3 is the code font.
+/// of the following line. Colours: \cf0 plain, \cf1 keyword, \cf2 comment, \cf3 string; font 3 is the code font, whose
+/// name is put into the font table as it is.
 namespace quillmate::output {
-
-struct RtfOptions {
-  /// Colours: red + 256 * green + 65536 * blue.
-  std::int32_t keywordColour = 8388608;
-  std::int32_t commentColour = 32768;
-  std::int32_t stringColour = 128;
-  /// Windows-1252. Stands in the font table as it is.
-  std::string fontName = "MS Sans Serif";
-  /// Points.
-  int fontSize = 10;
-  /// Millimetres.
-  int tabWidth = 5;
-  /// Header and end lines of routines in bold.
-  bool boldRoutines = true;
-};
 
 /// "\redR\greenG\blueB;". Blue is what is left of the value above 65536, however large; the parts of a negative value
 /// are negative or 0 (division truncates).
@@ -39,12 +26,12 @@ std::string ColourBody(std::string_view markedText, bool boldRoutines);
 void ColourBody(std::string_view markedText, bool boldRoutines, const Sink& sink);
 
 /// What stands before a document's body, and behind it.
-std::string DocumentHead(const RtfOptions& options);
+std::string DocumentHead(const text::CodeLook& look);
 inline constexpr std::string_view kDocumentEnd = "}";
 /// RTF body to a complete RTF document.
-std::string WrapDocument(std::string_view body, const RtfOptions& options);
+std::string WrapDocument(std::string_view body, const text::CodeLook& look);
 
 /// Both, for a module or for text that already carries headers.
-std::string RtfDocument(std::string_view markedText, const RtfOptions& options);
+std::string RtfDocument(std::string_view markedText, const text::CodeLook& look);
 
 }  // namespace quillmate::output

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <quillmate/codedb/records.h>
+#include <quillmate/text/code_options.h>
 
 /// The documentation of a project as a folder of linked pages: HTML5 in German, UTF-8 with LF, without scripts and
 /// without anything from a network.
@@ -54,24 +55,15 @@ struct SiteProject {
   std::vector<SiteUnused> unused;
 };
 
-struct SiteStyle {
-  /// Colours on white: red + 256 * green + 65536 * blue; what is above 24 bits does not count. On dark ground they are
-  /// made light enough to be read.
-  std::int32_t keywordColour = 8388608;
-  std::int32_t commentColour = 32768;
-  std::int32_t stringColour = 128;
-  /// Header and end lines of routines in bold.
-  bool boldRoutines = true;
-};
-
 /// Told about each module page that is written, `done` from 1.
 using SiteProgress = std::function<void(std::size_t done, std::size_t total)>;
 
 inline constexpr const char* kSiteListFile = "quillmate-site.txt";
 
-/// Writes all files into an existing folder. Linear in the size of the project; holds the text of one module and its
-/// page at a time. Throws std::runtime_error (UTF-8, names the file) and what `progress` throws.
-void WriteSite(const SiteProject& project, const SiteStyle& style, const std::filesystem::path& folder,
+/// Writes all files into an existing folder. Of the look the colours and the bold lines count, of the colours 24 bits;
+/// on dark ground they are made light enough to be read. Linear in the size of the project; holds the text of one
+/// module and its page at a time. Throws std::runtime_error (UTF-8, names the file) and what `progress` throws.
+void WriteSite(const SiteProject& project, const text::CodeLook& look, const std::filesystem::path& folder,
                const SiteProgress& progress = {});
 
 /// A place for a site: a new hidden folder beside the target, which takes the target's place in the end. Until then,
@@ -107,7 +99,7 @@ class SiteFolder {
 };
 
 /// All steps in one.
-void ExportSite(const SiteProject& project, const SiteStyle& style, const std::filesystem::path& target, bool force,
+void ExportSite(const SiteProject& project, const text::CodeLook& look, const std::filesystem::path& target, bool force,
                 const SiteProgress& progress = {});
 
 }  // namespace quillmate::output
