@@ -88,6 +88,7 @@ bool Lexer::Next() {
   BeginPhysicalLine();
   lineOpen_ = true;
   while (lineOpen_) ReadTokens();
+  Push(TokenKind::kEnd, at_, at_);
   return true;
 }
 

@@ -21,7 +21,7 @@ class Lexer {
   /// Reads the next logical line and appends its physical lines to the module, with their classes; false at the end.
   bool Next();
 
-  /// The tokens of the logical line, comments left out.
+  /// The tokens of the logical line, comments left out; the last one is a kEnd.
   const std::vector<Token>& Tokens() const noexcept { return tokens_; }
   /// Its comments, if they are kept: one token for each physical line of them.
   const std::vector<Token>& Comments() const noexcept { return comments_; }

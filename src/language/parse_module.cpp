@@ -8,8 +8,6 @@
 namespace quillmate::language {
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
 /// A copy of the text that can be read a little beyond its end.
 std::string_view Readable(std::string_view text, std::vector<char>& copy) {
   copy.resize(text.size() + kReadAhead);
@@ -31,15 +29,7 @@ void ParseModule(std::string_view text, const ParseOptions& options, Workspace& 
   text = text.substr(0, std::numeric_limits<std::uint32_t>::max() - kReadAhead);
   module.text = text;
   data.names.Start(module);
-  const std::size_t start = text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
-  data.lexer.Start(Readable(text, data.text), start, data.names, module, options.keepTokens);
-  while (data.lexer.Next()) {
-    const Index firstToken = options.keepTokens ? static_cast<Index>(module.tokens.size()) : kNone;
-    module.logicalLines.push_back({data.lexer.FirstLine(), data.lexer.LineCount(), 0, firstToken, kNone});
-    if (!options.keepTokens) continue;
-    module.tokens.insert(module.tokens.end(), data.lexer.Tokens().begin(), data.lexer.Tokens().end());
-    module.tokens.insert(module.tokens.end(), data.lexer.Comments().begin(), data.lexer.Comments().end());
-  }
+  data.parser.Parse(Readable(text, data.text), options, data.names, data.lexer, module);
 }
 
 Module ParseModule(std::string_view text, const ParseOptions& options) {

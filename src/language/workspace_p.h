@@ -6,6 +6,7 @@
 
 #include "lexer_p.h"
 #include "names_p.h"
+#include "parser_p.h"
 
 namespace quillmate::language {
 
@@ -13,6 +14,7 @@ struct Workspace::Data {
   std::vector<char> text;  ///< the source with kReadAhead zeros behind it
   NameTable names;
   Lexer lexer;
+  Parser parser;
 };
 
 }  // namespace quillmate::language

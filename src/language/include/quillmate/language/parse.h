@@ -21,6 +21,10 @@ struct ConditionalConstant {
   std::int64_t value = 0;
 };
 
+/// "iVBVer = 6 : afDebug = 5": the constants as project files and macro containers write them. What can't be read is
+/// left out.
+std::vector<ConditionalConstant> ParseConditionalConstants(std::string_view text);
+
 struct ParseOptions {
   /// Sets the constants that are there without being defined: Win32 = 1, VBA6 = 1, Win16 = Mac = 0, and VBA7 = Win64 =
   /// 1 for VBA, 0 for VB6.

@@ -68,6 +68,7 @@ enum class TokenKind : std::uint8_t {
   kDirective,  ///< the "#" that begins a directive
   kComment,    ///< from "'" or Rem to the end of its physical line; a continued comment is one token for each line
   kUnknown,    ///< one character that belongs to nothing
+  kEnd,        ///< of a logical line; never in Module::tokens
 };
 
 enum class Operator : std::uint8_t {
@@ -441,6 +442,8 @@ struct Control {
   std::int32_t index;  ///< "Index" of a control array, -1 if none
   std::uint32_t line;
   bool menu;
+  Span eventPrefix;  ///< "EventProcPrefix" of an Access control: what its handlers' names begin with, if it is not its
+                     ///< own
 };
 
 /// A property of a form or control that names what happens on an event ("OnClick", "AfterUpdate" ...).

@@ -1,0 +1,530 @@
+#include <algorithm>
+
+#include "parser_p.h"
+#include "word_classes_p.h"
+
+namespace quillmate::language {
+
+bool Parser::AtEnd() const noexcept {
+  const Token& token = tokens_[at_];
+  if (token.kind == TokenKind::kEnd) return true;
+  if (token.kind == TokenKind::kOperator) return token.detail == static_cast<std::uint8_t>(Operator::kColon);
+  return token.kind == TokenKind::kName && token.name == kWordElse && !inlineIfs_.empty() && AtWord(kWordElse);
+}
+
+/// What a statement has left, names included.
+void Parser::SkipToEnd() {
+  while (!AtEnd()) {
+    const std::uint32_t before = at_;
+    Run(Mode::kExpression);
+    if (at_ == before) ++at_;
+  }
+}
+
+void Parser::Complete(StatementKind kind, std::uint32_t firstToken, bool counted) {
+  if (counted && routine_ != kNone && activity_ == Activity::kActive) ++module_->routines[routine_].metrics.statements;
+  if (!options_->keepStatements || firstToken == at_) return;
+  const Token& first = tokens_[firstToken];
+  const Token& last = tokens_[at_ - 1];
+  Statement& statement = module_->statements.emplace_back();
+  statement.offset = first.offset;
+  statement.line = first.line;
+  statement.length = last.offset + last.length - first.offset;
+  statement.firstToken = firstToken_ == kNone ? kNone : firstToken_ + firstToken;
+  statement.firstUse = statementUse_;
+  statement.routine = routine_;
+  statement.kind = kind;
+  statement.activity = activity_;
+  statement.depth = static_cast<std::uint16_t>(std::min<std::uint32_t>(Depth(), 0xFFFF));
+}
+
+std::uint32_t Parser::Depth() const noexcept { return blocks_.Depth() + static_cast<std::uint32_t>(inlineIfs_.size()); }
+
+void Parser::Complexity(std::uint32_t points) {
+  if (routine_ != kNone && activity_ == Activity::kActive) module_->routines[routine_].metrics.complexity += points;
+}
+
+void Parser::Nesting(std::uint32_t depth) {
+  if (routine_ == kNone || activity_ != Activity::kActive) return;
+  std::uint32_t& deepest = module_->routines[routine_].metrics.nesting;
+  deepest = std::max(deepest, depth);
+}
+
+void Parser::OpenBlock(BlockStack::Kind kind, Index withUse, bool counted) {
+  blocks_.Push(kind, withUse, static_cast<std::uint32_t>(inlineIfs_.size()), counted);
+  Nesting(blocks_.Depth());
+}
+
+void Parser::CloseBlock(BlockStack::Kind kind) {
+  if (!blocks_.Pop(kind)) Note(tokens_[at_ - 1].line, ProblemKind::kStrayBlockEnd);
+}
+
+void Parser::ParseStatements() {
+  if (InRoutine() && block_ == kNone) ParseLabels();
+  while (tokens_[at_].kind != TokenKind::kEnd) {
+    if (TakeOperator(Operator::kColon)) continue;
+    if (AtEnd()) {
+      ParseElse();
+      continue;
+    }
+    const std::uint32_t before = at_;
+    continues_ = false;
+    ParseStatement();
+    if (!continues_) SkipToEnd();
+    if (at_ == before) ++at_;
+  }
+  inlineIfs_.clear();
+}
+
+/// A number and a name with ":" at the start of a line of a routine.
+void Parser::ParseLabels() {
+  if (tokens_[at_].kind == TokenKind::kInteger) {
+    const Token& number = tokens_[at_];
+    const Index label = Declare(number, DeclarationKind::kLabel, Visibility::kLocal, RoutineDeclaration());
+    Decl(label).name = NumberName(number);
+    Decl(label).flags |= declaration_flag::kNumber;
+    ++at_;
+    TakeOperator(Operator::kColon);
+  }
+  const Token& name = tokens_[at_];
+  const bool label = name.kind == TokenKind::kName && name.name >= kWordAccess && name.name != kWordRandomize &&
+                     (name.flags & (token_flag::kBracketed | token_flag::kSuffixed)) == 0 &&
+                     IsOperator(at_ + 1, Operator::kColon);
+  if (!label) return;
+  Declare(name, DeclarationKind::kLabel, Visibility::kLocal, RoutineDeclaration());
+  at_ += 2;
+}
+
+void Parser::ParseStatement() {
+  const std::uint32_t first = at_;
+  statementUse_ = static_cast<Index>(module_->uses.size());
+  const Token& token = tokens_[at_];
+  if (block_ != kNone && ParseBlockMember()) return;
+  const bool word =
+      token.kind == TokenKind::kName && token.name < kWordCount && (token.flags & token_flag::kBracketed) == 0;
+  if (word) {
+    // In the middle of a line a header can only follow a routine that has ended.
+    if (const Header header = FindHeader(at_); header.name != 0 && (at_ == 0 || !InRoutine())) {
+      ParseHeader(header);
+      return;
+    }
+    bodyBegun_ = true;
+    if (ParseDeclaration()) return;
+    if (token.name < kWordAccess ? ParseWordStatement(token.name) : ParseContextualStatement(token.name)) return;
+  }
+  bodyBegun_ = true;
+  if (TakeOperator(Operator::kQuestion)) {
+    Run(Mode::kOutputList);
+    Complete(StatementKind::kCall, first, true);
+    return;
+  }
+  ParseCallOrAssignment();
+}
+
+/// A statement that begins with a reserved word; false for the few that are used like names.
+bool Parser::ParseWordStatement(NameId word) {
+  const std::uint32_t first = at_++;
+  switch (word) {
+    case kWordCall:
+      ParseCallWord();
+      return true;
+    case kWordLet:
+    case kWordLSet:
+    case kWordRSet:
+      ParseAssignment(Role::kLetTarget);
+      return true;
+    case kWordSet:
+      ParseAssignment(Role::kSetTarget);
+      return true;
+    case kWordIf:
+      ParseIf();
+      return true;
+    case kWordElseIf:
+      ParseElseIf();
+      return true;
+    case kWordElse:
+      --at_;
+      ParseElse();
+      return true;
+    case kWordEndIf:
+      CloseBlock(BlockStack::Kind::kIf);
+      Complete(StatementKind::kEndIf, first, false);
+      return true;
+    case kWordFor:
+      ParseFor();
+      return true;
+    case kWordNext:
+      ParseNext();
+      return true;
+    case kWordDo:
+      ParseDo(false);
+      return true;
+    case kWordLoop:
+      ParseDo(true);
+      return true;
+    case kWordWhile:
+      ParseWhile();
+      return true;
+    case kWordWend:
+      CloseBlock(BlockStack::Kind::kWhile);
+      Complete(StatementKind::kWend, first, false);
+      return true;
+    case kWordSelect:
+      ParseSelect();
+      return true;
+    case kWordCase:
+      ParseCase();
+      return true;
+    case kWordWith:
+      ParseWith();
+      return true;
+    case kWordEnd:
+      ParseEnd();
+      return true;
+    case kWordExit:
+      while (AtName()) ++at_;
+      Complete(StatementKind::kExit, first, true);
+      return true;
+    case kWordGoTo:
+      ParseGoTo(StatementKind::kGoTo);
+      return true;
+    case kWordGoSub:
+      ParseGoTo(StatementKind::kGoSub);
+      return true;
+    case kWordOn:
+      ParseOn();
+      return true;
+    case kWordResume:
+      ParseResume();
+      return true;
+    case kWordReturn:
+      Complete(StatementKind::kReturn, first, true);
+      return true;
+    case kWordStop:
+      Complete(StatementKind::kStop, first, true);
+      return true;
+    case kWordRaiseEvent:
+      ParseRaiseEvent();
+      return true;
+    case kWordReDim:
+      ParseReDim();
+      return true;
+    case kWordErase:
+      ParseErase();
+      return true;
+    case kWordOpen:
+      ParseOpen();
+      return true;
+    case kWordClose:
+    case kWordLock:
+    case kWordUnlock:
+      ParseFileList(false);
+      return true;
+    case kWordGet:
+      ParseGet(true);
+      return true;
+    case kWordPut:
+      ParseGet(false);
+      return true;
+    case kWordPrint:
+    case kWordWrite:
+      ParsePrint();
+      return true;
+    case kWordInput:
+    case kWordSeek:
+      if (MakesName(at_)) break;
+      ParseFileList(word == kWordInput);
+      return true;
+    case kWordImplements:
+      ParseImplements();
+      return true;
+    case kWordOption:
+      ParseOption();
+      return true;
+    case kWordDefBool:
+      ParseDefType(BuiltinType::kBoolean);
+      return true;
+    case kWordDefByte:
+      ParseDefType(BuiltinType::kByte);
+      return true;
+    case kWordDefCur:
+      ParseDefType(BuiltinType::kCurrency);
+      return true;
+    case kWordDefDate:
+      ParseDefType(BuiltinType::kDate);
+      return true;
+    case kWordDefDbl:
+      ParseDefType(BuiltinType::kDouble);
+      return true;
+    case kWordDefDec:
+      ParseDefType(BuiltinType::kDecimal);
+      return true;
+    case kWordDefInt:
+      ParseDefType(BuiltinType::kInteger);
+      return true;
+    case kWordDefLng:
+      ParseDefType(BuiltinType::kLong);
+      return true;
+    case kWordDefLngLng:
+      ParseDefType(BuiltinType::kLongLong);
+      return true;
+    case kWordDefLngPtr:
+      ParseDefType(BuiltinType::kLongPtr);
+      return true;
+    case kWordDefObj:
+      ParseDefType(BuiltinType::kObject);
+      return true;
+    case kWordDefSng:
+      ParseDefType(BuiltinType::kSingle);
+      return true;
+    case kWordDefStr:
+      ParseDefType(BuiltinType::kString);
+      return true;
+    case kWordDefVar:
+      ParseDefType(BuiltinType::kVariant);
+      return true;
+    default:
+      break;
+  }
+  at_ = first;
+  if (ClassOfWord(word) == WordClass::kName) return false;
+  // No statement begins like this; its names are still read.
+  ++at_;
+  Note(tokens_[first].line, ProblemKind::kUnreadable);
+  SkipToEnd();
+  Complete(StatementKind::kOther, first, true);
+  return true;
+}
+
+/// True when the token behind a word makes it a name.
+bool Parser::MakesName(std::uint32_t next) const {
+  return IsOperator(next, Operator::kEqual) || IsOperator(next, Operator::kDot) || IsOperator(next, Operator::kBang);
+}
+
+/// A statement that begins with a word that may be a name as well; false when it is one.
+bool Parser::ParseContextualStatement(NameId word) {
+  const std::uint32_t first = at_;
+  switch (word) {
+    case kWordLine:
+      if (IsWord(at_ + 1, kWordInput)) {
+        at_ += 2;
+        ParseFileList(true);
+        return true;
+      }
+      break;
+    case kWordName:
+      if (!IsRename()) return false;
+      ++at_;
+      ParseName();
+      return true;
+    case kWordWidth:
+      if (!IsOperator(at_ + 1, Operator::kFileNumber)) return false;
+      ++at_;
+      ParseFileList(false);
+      return true;
+    case kWordGo:
+      if (IsWord(at_ + 1, kWordTo) || IsWord(at_ + 1, kWordSub)) {
+        const bool sub = IsWord(at_ + 1, kWordSub);
+        at_ += 2;
+        ParseGoTo(sub ? StatementKind::kGoSub : StatementKind::kGoTo);
+        return true;
+      }
+      return false;
+    case kWordMid:
+    case kWordMidB:
+      return ParseMid();
+    case kWordAttribute:
+      if (tokens_[at_ + 1].kind != TokenKind::kName) return false;
+      ParseAttribute();
+      return true;
+    case kWordCircle:
+    case kWordPSet:
+    case kWordScale:
+      break;
+    default:
+      return false;
+  }
+  if (!BeginsGraphics(at_ + 1)) return false;
+  ++at_;
+  ParseGraphics(kNone);
+  Complete(StatementKind::kGraphics, first, true);
+  return true;
+}
+
+// ------------------------------------------------------------------------------------------ calls and assignments
+
+void Parser::ParseCallOrAssignment() {
+  const std::uint32_t first = at_;
+  Run(Mode::kTarget);
+  const Outcome target = Whole();
+  if (target.last == kNone) {
+    SkipToEnd();
+    if (at_ > first) Complete(StatementKind::kOther, first, true);
+    return;
+  }
+  if (AtOperator(Operator::kEqual)) {
+    ++at_;
+    ParseValue(target.last, Role::kLetTarget);
+    Complete(StatementKind::kAssign, first, true);
+    return;
+  }
+  Use(target.last).role = Role::kCall;
+  ParseCallArguments(target.last);
+  Complete(IsWord(first, kWordError) ? StatementKind::kErrorStatement : StatementKind::kCall, first, true);
+}
+
+/// Behind a called name: arguments without parentheses, an output list or points.
+void Parser::ParseCallArguments(Index callee) {
+  if (AtEnd()) return;
+  const NameId name = Use(callee).name;
+  const bool member = Use(callee).access != Access::kSimple;
+  if (member && name == kWordPrint) {
+    Use(callee).flags |= use_flag::kOutputList;
+    Run(Mode::kOutputList, callee);
+    return;
+  }
+  const bool drawing = name == kWordLine || name == kWordCircle || name == kWordPSet || name == kWordScale;
+  if (member && drawing && BeginsGraphics(at_)) {
+    ParseGraphics(callee);
+    return;
+  }
+  if ((Use(callee).flags & use_flag::kParenthesised) != 0) {
+    // `x.y(1) 2`: what follows goes to the default member of the result.
+    Use(callee).flags |= use_flag::kMoreArguments;
+    Run(Mode::kExpression);
+    return;
+  }
+  const auto firstUse = static_cast<Index>(module_->uses.size());
+  Run(Mode::kArguments, callee);
+  if (!member && (name == kWordLoad || name == kWordUnload)) MarkLoaded(callee, firstUse);
+}
+
+void Parser::MarkLoaded(Index callee, Index firstUse) {
+  for (auto use = firstUse; use < module_->uses.size(); ++use) {
+    if (Use(use).owner != callee || (Use(use).flags & use_flag::kBareArgument) == 0) continue;
+    Use(use).role = Use(callee).name == kWordLoad ? Role::kLoad : Role::kUnload;
+  }
+}
+
+void Parser::ParseCallWord() {
+  const std::uint32_t first = at_ - 1;
+  Run(Mode::kOperand);
+  const Outcome called = Whole();
+  if (called.last != kNone) {
+    Use(called.last).role = Role::kCall;
+    Use(called.last).flags |= use_flag::kCallWord;
+  }
+  SkipToEnd();
+  Complete(StatementKind::kCall, first, true);
+}
+
+/// Behind Let, Set, LSet, RSet.
+void Parser::ParseAssignment(Role role) {
+  const std::uint32_t first = at_ - 1;
+  Run(Mode::kOperand);
+  const Outcome target = Whole();
+  if (TakeOperator(Operator::kEqual)) ParseValue(target.last, role);
+  SkipToEnd();
+  Complete(StatementKind::kAssign, first, true);
+}
+
+/// The right side of "=".
+void Parser::ParseValue(Index target, Role role) {
+  if (target != kNone) Use(target).role = role;
+  assigned_ = target;
+  const std::uint32_t first = at_;
+  Run(Mode::kExpression);
+  assigned_ = kNone;
+  const Outcome value = Whole();
+  if (value.last != kNone && AtEnd()) {
+    Use(value.last).flags |= use_flag::kWholeValue;
+    if (role == Role::kSetTarget) Use(value.last).flags |= use_flag::kObjectValue;
+  }
+  const bool literal = first + 1 == at_ && tokens_[first].kind == TokenKind::kString && tokens_[first].length > 2;
+  if (literal && target != kNone) module_->strings.back().whole = true;
+}
+
+/// The statement `Mid(target, from, length) = value`; false when it is a call or a name.
+bool Parser::ParseMid() {
+  const std::uint32_t first = at_;
+  if (!IsOperator(at_ + 1, Operator::kOpen)) return false;
+  const NameId close = tokens_[at_ + 1].name;
+  if (close == kNone || !IsOperator(close + 1, Operator::kEqual)) return false;
+  const auto mid = static_cast<Index>(module_->uses.size());
+  Run(Mode::kOperand);
+  for (Index use = mid + 1; use < module_->uses.size(); ++use) {
+    if (Use(use).owner != mid || Use(use).position != 1) continue;
+    Use(use).role = Role::kLetTarget;
+    Use(use).flags = (Use(use).flags & ~use_flag::kBareArgument) | use_flag::kReadToo;
+  }
+  TakeOperator(Operator::kEqual);
+  ParseValue(kNone, Role::kLetTarget);
+  Complete(StatementKind::kAssign, first, true);
+  return true;
+}
+
+void Parser::ParseRaiseEvent() {
+  const std::uint32_t first = at_ - 1;
+  Run(Mode::kOperand);
+  if (Whole().last != kNone) Use(Whole().last).role = Role::kRaiseEvent;
+  SkipToEnd();
+  Complete(StatementKind::kRaiseEvent, first, true);
+}
+
+/// One operand that the statement writes; what is no single operand is read.
+void Parser::ParseTarget(Role role) {
+  Run(Mode::kToComma);
+  const Outcome target = Whole();
+  if (target.direct) Use(target.last).role = role;
+}
+
+void Parser::ParseReDim() {
+  const std::uint32_t first = at_ - 1;
+  const std::uint32_t flags = TakeWord(kWordPreserve) ? use_flag::kPreserve : 0;
+  while (!AtEnd()) {
+    const std::uint32_t before = at_;
+    ParseReDimItem(flags);
+    if (!TakeOperator(Operator::kComma) && at_ == before) ++at_;
+  }
+  Complete(StatementKind::kReDim, first, true);
+}
+
+/// `name(bounds) As type`, `o.name(bounds)`.
+void Parser::ParseReDimItem(std::uint32_t flags) {
+  const std::uint32_t first = at_;
+  Run(Mode::kBounded);
+  const Outcome target = Whole();
+  if (target.last == kNone) return;
+  Use(target.last).role = Role::kReDim;
+  Use(target.last).flags |= flags;
+  const bool simple = Use(target.last).access == Access::kSimple;
+  Index declaration = kNone;
+  if (simple) {
+    declaration = Declare(tokens_[first], DeclarationKind::kReDim, Visibility::kLocal, RoutineDeclaration());
+    Decl(declaration).flags |= declaration_flag::kArray | declaration_flag::kBounds;
+  }
+  if (AtOperator(Operator::kOpen)) Run(Mode::kToComma);
+  if (AtWord(kWordAs)) {
+    const TypeClause clause = ParseTypeClause(declaration, false);
+    if (declaration != kNone) ApplyType(declaration, clause);
+  }
+}
+
+void Parser::ParseErase() {
+  const std::uint32_t first = at_ - 1;
+  while (!AtEnd()) {
+    const std::uint32_t before = at_;
+    ParseTarget(Role::kErase);
+    if (!TakeOperator(Operator::kComma) && at_ == before) ++at_;
+  }
+  Complete(StatementKind::kErase, first, true);
+}
+
+void Parser::ParseImplements() {
+  const std::uint32_t first = at_ - 1;
+  EmitQualified(Role::kImplements, 0, kNone);
+  SkipToEnd();
+  Complete(StatementKind::kImplements, first, false);
+}
+
+}  // namespace quillmate::language

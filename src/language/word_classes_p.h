@@ -1,0 +1,79 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include <quillmate/language/records.h>
+#include <quillmate/language/words.h>
+
+/// What a reserved word does in an expression, and which types the language has.
+namespace quillmate::language {
+
+enum class WordClass : std::uint8_t {
+  kName,      ///< not reserved, or used like a name: Me, Date, String
+  kOperator,  ///< And, Mod, Like ...
+  kLiteral,
+  kNew,
+  kTypeOf,
+  kIs,
+  kAddressOf,
+  kPassing,  ///< ByVal, ByRef
+  kTo,
+  kThen,      ///< Then, Else: end every expression, however deep
+  kReserved,  ///< begins or goes on with a statement
+};
+
+struct WordTable {
+  std::array<WordClass, kWordCount> classes{};
+  std::array<BuiltinType, kWordCount> types{};
+
+  constexpr WordTable() {
+    for (NameId word = 0; word < kWordAccess; ++word) classes[word] = WordClass::kReserved;
+    for (const NameId word :
+         {kWordMe, kWordDate, kWordString, kWordInput, kWordSeek, kWordSpc, kWordTab, kWordDoEvents}) {
+      classes[word] = WordClass::kName;
+    }
+    for (const NameId word : {kWordAnd, kWordOr, kWordXor, kWordEqv, kWordImp, kWordMod, kWordLike, kWordNot}) {
+      classes[word] = WordClass::kOperator;
+    }
+    for (const NameId word : {kWordTrue, kWordFalse, kWordNothing, kWordEmpty, kWordNull}) {
+      classes[word] = WordClass::kLiteral;
+    }
+    classes[kWordNew] = WordClass::kNew;
+    classes[kWordTypeOf] = WordClass::kTypeOf;
+    classes[kWordIs] = WordClass::kIs;
+    classes[kWordAddressOf] = WordClass::kAddressOf;
+    classes[kWordByVal] = classes[kWordByRef] = WordClass::kPassing;
+    classes[kWordTo] = WordClass::kTo;
+    classes[kWordThen] = classes[kWordElse] = WordClass::kThen;
+
+    types.fill(BuiltinType::kNamed);
+    types[kWordBoolean] = BuiltinType::kBoolean;
+    types[kWordByte] = BuiltinType::kByte;
+    types[kWordCurrency] = BuiltinType::kCurrency;
+    types[kWordDate] = BuiltinType::kDate;
+    types[kWordDecimal] = BuiltinType::kDecimal;
+    types[kWordDouble] = BuiltinType::kDouble;
+    types[kWordInteger] = BuiltinType::kInteger;
+    types[kWordLong] = BuiltinType::kLong;
+    types[kWordLongLong] = BuiltinType::kLongLong;
+    types[kWordLongPtr] = BuiltinType::kLongPtr;
+    types[kWordObject] = BuiltinType::kObject;
+    types[kWordSingle] = BuiltinType::kSingle;
+    types[kWordString] = BuiltinType::kString;
+    types[kWordVariant] = BuiltinType::kVariant;
+    types[kWordAny] = BuiltinType::kAny;
+  }
+};
+
+inline constexpr WordTable kWords;
+
+/// Of a name token that is not written in brackets.
+inline WordClass ClassOfWord(NameId name) noexcept {
+  return name < kWordCount ? kWords.classes[name] : WordClass::kName;
+}
+inline BuiltinType TypeOfWord(NameId name) noexcept {
+  return name < kWordCount ? kWords.types[name] : BuiltinType::kNamed;
+}
+
+}  // namespace quillmate::language
