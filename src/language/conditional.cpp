@@ -5,7 +5,6 @@
 
 #include "characters_p.h"
 #include "conditional_p.h"
-#include "names_p.h"
 
 namespace quillmate::language {
 namespace {
@@ -267,8 +266,9 @@ double NumberOf(std::string_view literal) {
 
 }  // namespace
 
-void ConditionalConstants::Start(const Module& module, const ParseOptions& options) {
-  module_ = &module;
+void ConditionalConstants::Start(std::string_view text, const NameTable& names, const ParseOptions& options) {
+  text_ = text;
+  names_ = &names;
   options_ = &options;
   own_.clear();
   texts_.clear();
@@ -276,7 +276,7 @@ void ConditionalConstants::Start(const Module& module, const ParseOptions& optio
 
 ConditionalValue ConditionalConstants::ValueOf(NameId name) const {
   if (const auto own = own_.find(name); own != own_.end()) return own->second;
-  const std::string_view folded = module_->NameText(name);
+  const std::string_view folded = names_->Text(name);
   for (const ConditionalConstant& constant : options_->constants) {
     if (constant.name.size() == folded.size() && FoldName(constant.name) == folded) {
       return Number(static_cast<double>(constant.value));
@@ -289,7 +289,7 @@ ConditionalValue ConditionalConstants::ValueOf(NameId name) const {
 }
 
 ConditionalValue ConditionalConstants::Operand(const Token& token) const {
-  const std::string_view text = module_->text.substr(token.offset, token.length);
+  const std::string_view text = text_.substr(token.offset, token.length);
   switch (token.kind) {
     case TokenKind::kName:
       if (token.name == kWordTrue) return Truth(true);

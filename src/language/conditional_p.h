@@ -10,6 +10,8 @@
 
 #include <quillmate/language/parse.h>
 
+#include "names_p.h"
+
 /// Conditions of "#If" and values of "#Const".
 namespace quillmate::language {
 
@@ -25,7 +27,7 @@ struct ConditionalValue {
 
 class ConditionalConstants {
  public:
-  void Start(const Module& module, const ParseOptions& options);
+  void Start(std::string_view text, const NameTable& names, const ParseOptions& options);
 
   /// Sets a constant of the module.
   void Define(NameId name, ConditionalValue value) { own_[name] = value; }
@@ -41,7 +43,8 @@ class ConditionalConstants {
   bool ReduceTop();
   ConditionalValue Joined(const ConditionalValue& a, const ConditionalValue& b);
 
-  const Module* module_ = nullptr;
+  std::string_view text_;
+  const NameTable* names_ = nullptr;
   const ParseOptions* options_ = nullptr;
   std::unordered_map<NameId, ConditionalValue> own_;
   std::vector<ConditionalValue> values_;

@@ -22,67 +22,59 @@ constexpr std::string_view kSuffixes = "%&^!#@$";
 
 }  // namespace
 
-NameTable::NameTable() : words_(kFirstSlots, Slot{0, kNone}) {
-  slots_ = words_;
-  mask_ = kFirstSlots - 1;
+NameTable::NameTable() : slots_(kFirstSlots, Slot{0, kNone}), folded_(kReadAhead), mask_(kFirstSlots - 1) {
+  Module words;
+  module_ = &words;
   for (NameId word = 0; word < kWordCount; ++word) {
     const std::string_view folded = WordFolded(word);
     const std::uint64_t hash = HashReadable(folded.data(), folded.size());
     std::size_t slot = hash & mask_;
     while (slots_[slot].id != kNone) slot = (slot + 1) & mask_;
-    slots_[slot] = {hash, word};
-    spellings_.push_back({folded.data(), folded.size()});
+    Add(slot, hash, folded, true);
   }
   words_ = slots_;
+  wordsSize_ = foldedSize_;
+  module_ = nullptr;
 }
 
 void NameTable::Start(Module& module) {
   slots_.assign(words_.begin(), words_.end());
   mask_ = slots_.size() - 1;
   spellings_.resize(kWordCount);
-  extra_.clear();
+  foldedSize_ = wordsSize_;
   module_ = &module;
 }
 
-NameId NameTable::Enter(std::size_t slot, std::uint64_t hash, Spelling spelling) {
+NameId NameTable::Add(std::size_t slot, std::uint64_t hash, std::string_view name, bool plain) {
   const auto id = static_cast<NameId>(spellings_.size());
-  slots_[slot] = {hash, id};
-  spellings_.push_back(spelling);
+  const auto offset = static_cast<std::uint32_t>(foldedSize_);
+  const auto length = static_cast<std::uint32_t>(name.size());
+  foldedSize_ += length;
+  if (foldedSize_ + kReadAhead > folded_.size()) folded_.resize(2 * foldedSize_ + kReadAhead);
+  std::transform(name.begin(), name.end(), folded_.data() + offset, LowerAscii);
+  slots_[slot] = {static_cast<std::uint32_t>(hash >> 32), id};
+  spellings_.push_back({offset, plain ? length : length | kOther});
+  module_->names.push_back({offset - static_cast<std::uint32_t>(wordsSize_), length, hash});
   if (spellings_.size() * 2 > slots_.size()) Grow();
   return id;
 }
 
-NameId NameTable::Add(std::size_t slot, std::uint64_t hash, const char* name, std::size_t length) {
-  std::string& folded = module_->foldedNames;
-  module_->names.push_back({static_cast<std::uint32_t>(folded.size()), static_cast<std::uint32_t>(length), hash});
-  std::transform(name, name + length, std::back_inserter(folded), LowerAscii);
-  return Enter(slot, hash, {name, length});
-}
-
-NameId NameTable::AddOther(std::size_t slot, std::uint64_t hash, std::string_view folded) {
-  std::string& all = module_->foldedNames;
-  module_->names.push_back({static_cast<std::uint32_t>(all.size()), static_cast<std::uint32_t>(folded.size()), hash});
-  all += folded;
-  return Enter(slot, hash, {nullptr, folded.size()});
-}
-
 NameId NameTable::Other(std::string_view name) {
-  folded_.clear();
-  AppendFolded(folded_, name);
-  const std::size_t length = folded_.size();
-  const bool plain = std::all_of(folded_.begin(), folded_.end(), IsPlainCharacter);
-  folded_.append(kReadAhead, '\0');
-  const std::string_view folded(folded_.data(), length);
+  scratch_.clear();
+  AppendFolded(scratch_, name);
+  const std::size_t length = scratch_.size();
+  // Folding can make it plain: the Kelvin sign is a "k".
+  const bool plain = std::all_of(scratch_.begin(), scratch_.end(), IsPlainCharacter);
+  scratch_.append(kReadAhead, '\0');
+  if (plain) return Plain(scratch_.data(), length);
+  const std::string_view folded(scratch_.data(), length);
   const std::uint64_t hash = HashReadable(folded.data(), length);
+  const auto tag = static_cast<std::uint32_t>(hash >> 32);
   std::size_t slot = hash & mask_;
   for (; slots_[slot].id != kNone; slot = (slot + 1) & mask_) {
-    if (slots_[slot].hash != hash) continue;
-    const NameId id = slots_[slot].id;
-    if (plain ? SamePlain(spellings_[id], folded.data(), length) : module_->NameText(id) == folded) return id;
+    if (slots_[slot].tag == tag && Text(slots_[slot].id) == folded) return slots_[slot].id;
   }
-  if (!plain) return AddOther(slot, hash, folded);
-  // Folding made it plain (the Kelvin sign is a "k"): from now on it is compared like those of the source.
-  return Add(slot, hash, extra_.emplace_back(folded_).data(), length);
+  return Add(slot, hash, folded, false);
 }
 
 void NameTable::Grow() {
@@ -90,7 +82,9 @@ void NameTable::Grow() {
   mask_ = larger.size() - 1;
   for (const Slot& entry : slots_) {
     if (entry.id == kNone) continue;
-    std::size_t slot = entry.hash & mask_;
+    const std::uint64_t hash = entry.id < kWordCount ? HashReadable(Text(entry.id).data(), Text(entry.id).size())
+                                                     : module_->names[entry.id - kWordCount].hash;
+    std::size_t slot = hash & mask_;
     while (larger[slot].id != kNone) slot = (slot + 1) & mask_;
     larger[slot] = entry;
   }

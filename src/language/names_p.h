@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -59,32 +58,41 @@ class NameTable {
 
   /// Forgets all names but the words; those that come next are written to `module`.
   void Start(Module& module);
+  /// Gives the module its folded spellings.
+  void Finish() { module_->foldedNames.assign(folded_.data() + wordsSize_, foldedSize_ - wordsSize_); }
 
   /// Of ASCII letters, digits and "_" only.
   NameId Plain(const char* name, std::size_t length) {
     const std::uint64_t hash = HashReadable(name, length);
+    const auto tag = static_cast<std::uint32_t>(hash >> 32);
     for (std::size_t slot = hash & mask_;; slot = (slot + 1) & mask_) {
       const Slot& entry = slots_[slot];
-      if (entry.id == kNone) return Add(slot, hash, name, length);
-      if (entry.hash == hash && SamePlain(spellings_[entry.id], name, length)) return entry.id;
+      if (entry.id == kNone) return Add(slot, hash, {name, length}, true);
+      if (entry.tag == tag && SamePlain(spellings_[entry.id], name, length)) return entry.id;
     }
   }
   /// Any other: UTF-8, not folded yet.
   NameId Other(std::string_view name);
 
+  std::string_view Text(NameId name) const noexcept {
+    return {folded_.data() + spellings_[name].offset, spellings_[name].length & ~kOther};
+  }
+
  private:
+  static constexpr std::uint32_t kOther = 0x80000000;
+
   struct Slot {
-    std::uint64_t hash;
+    std::uint32_t tag;  ///< upper half of the hash
     NameId id;
   };
   struct Spelling {
-    const char* plain;  ///< null: not plain, compare the folded text
-    std::size_t length;
+    std::uint32_t offset;  ///< of the folded name
+    std::uint32_t length;  ///< kOther added when the name is not plain
   };
 
-  static bool SamePlain(const Spelling& known, const char* name, std::size_t length) noexcept {
-    if (known.length != length || known.plain == nullptr) return false;
-    const char* other = known.plain;
+  bool SamePlain(const Spelling& known, const char* name, std::size_t length) const noexcept {
+    if (known.length != length) return false;
+    const char* other = folded_.data() + known.offset;
     for (; length >= 8; name += 8, other += 8, length -= 8) {
       if (((name_word::Load(name) ^ name_word::Load(other)) & ~name_word::kLowerCase) != 0) return false;
     }
@@ -92,17 +100,17 @@ class NameTable {
     return name_word::First((name_word::Load(name) ^ name_word::Load(other)) & ~name_word::kLowerCase, length) == 0;
   }
 
-  NameId Add(std::size_t slot, std::uint64_t hash, const char* name, std::size_t length);
-  NameId AddOther(std::size_t slot, std::uint64_t hash, std::string_view folded);
-  NameId Enter(std::size_t slot, std::uint64_t hash, Spelling spelling);
+  NameId Add(std::size_t slot, std::uint64_t hash, std::string_view name, bool plain);
   void Grow();
 
   std::vector<Slot> slots_;
-  std::vector<Slot> words_;  ///< the slots when only the words are in them
-  std::vector<Spelling> spellings_;
+  std::vector<Slot> words_;          ///< the slots when only the words are in them
+  std::vector<Spelling> spellings_;  ///< of every id
+  std::vector<char> folded_;         ///< with kReadAhead bytes behind it; the words come first
+  std::size_t foldedSize_ = 0;
+  std::size_t wordsSize_ = 0;
   std::size_t mask_ = 0;
-  std::string folded_;
-  std::deque<std::string> extra_;
+  std::string scratch_;
   Module* module_ = nullptr;
 };
 

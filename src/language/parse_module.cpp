@@ -9,11 +9,15 @@ namespace quillmate::language {
 namespace {
 
 /// A copy of the text that can be read a little beyond its end.
-std::string_view Readable(std::string_view text, std::vector<char>& copy) {
-  copy.resize(text.size() + kReadAhead);
-  std::copy(text.begin(), text.end(), copy.begin());
-  std::fill(copy.end() - kReadAhead, copy.end(), '\0');
-  return {copy.data(), text.size()};
+std::string_view Readable(std::string_view text, Workspace::Data& data) {
+  const std::size_t size = text.size() + kReadAhead;
+  if (size > data.capacity) {
+    data.text = std::make_unique_for_overwrite<char[]>(size);
+    data.capacity = size;
+  }
+  std::copy(text.begin(), text.end(), data.text.get());
+  std::fill_n(data.text.get() + text.size(), kReadAhead, '\0');
+  return {data.text.get(), text.size()};
 }
 
 }  // namespace
@@ -29,7 +33,8 @@ void ParseModule(std::string_view text, const ParseOptions& options, Workspace& 
   text = text.substr(0, std::numeric_limits<std::uint32_t>::max() - kReadAhead);
   module.text = text;
   data.names.Start(module);
-  data.parser.Parse(Readable(text, data.text), options, data.names, data.lexer, module);
+  data.parser.Parse(Readable(text, data), options, data.names, data.lexer, module);
+  data.names.Finish();
 }
 
 Module ParseModule(std::string_view text, const ParseOptions& options) {

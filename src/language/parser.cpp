@@ -20,7 +20,7 @@ void Parser::Parse(std::string_view readable, const ParseOptions& options, NameT
   lexer_ = &lexer;
   module_ = &module;
   Reset();
-  constants_.Start(module, options);
+  constants_.Start(readable, names, options);
   CollectConstants();
   const std::size_t start = readable.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
   const std::size_t code = ReadFileHeader(readable, start, names, module);

@@ -103,13 +103,16 @@ void Parser::ParseStatement() {
   const bool word =
       token.kind == TokenKind::kName && token.name < kWordCount && (token.flags & token_flag::kBracketed) == 0;
   if (word) {
-    // In the middle of a line a header can only follow a routine that has ended.
-    if (const Header header = FindHeader(at_); header.name != 0 && (at_ == 0 || !InRoutine())) {
-      ParseHeader(header);
-      return;
+    if (BeginsDeclaration(token.name)) {
+      // In the middle of a line a header can only follow a routine that has ended.
+      if (const Header header = FindHeader(at_); header.name != 0 && (at_ == 0 || !InRoutine())) {
+        ParseHeader(header);
+        return;
+      }
+      bodyBegun_ = true;
+      if (ParseDeclaration()) return;
     }
     bodyBegun_ = true;
-    if (ParseDeclaration()) return;
     if (token.name < kWordAccess ? ParseWordStatement(token.name) : ParseContextualStatement(token.name)) return;
   }
   bodyBegun_ = true;

@@ -26,6 +26,7 @@ enum class WordClass : std::uint8_t {
 struct WordTable {
   std::array<WordClass, kWordCount> classes{};
   std::array<BuiltinType, kWordCount> types{};
+  std::array<bool, kWordCount> declares{};  ///< begins headers and declarations
 
   constexpr WordTable() {
     for (NameId word = 0; word < kWordAccess; ++word) classes[word] = WordClass::kReserved;
@@ -46,6 +47,12 @@ struct WordTable {
     classes[kWordByVal] = classes[kWordByRef] = WordClass::kPassing;
     classes[kWordTo] = WordClass::kTo;
     classes[kWordThen] = classes[kWordElse] = WordClass::kThen;
+
+    for (const NameId word :
+         {kWordPublic, kWordPrivate, kWordFriend, kWordGlobal, kWordStatic, kWordDim, kWordConst, kWordDeclare,
+          kWordEvent, kWordEnum, kWordType, kWordSub, kWordFunction, kWordProperty, kWordWithEvents}) {
+      declares[word] = true;
+    }
 
     types.fill(BuiltinType::kNamed);
     types[kWordBoolean] = BuiltinType::kBoolean;
@@ -72,6 +79,7 @@ inline constexpr WordTable kWords;
 inline WordClass ClassOfWord(NameId name) noexcept {
   return name < kWordCount ? kWords.classes[name] : WordClass::kName;
 }
+inline bool BeginsDeclaration(NameId name) noexcept { return name < kWordCount && kWords.declares[name]; }
 inline BuiltinType TypeOfWord(NameId name) noexcept {
   return name < kWordCount ? kWords.types[name] : BuiltinType::kNamed;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <vector>
+#include <cstddef>
+#include <memory>
 
 #include <quillmate/language/parse.h>
 
@@ -11,7 +12,8 @@
 namespace quillmate::language {
 
 struct Workspace::Data {
-  std::vector<char> text;  ///< the source with kReadAhead zeros behind it
+  std::unique_ptr<char[]> text;  ///< the source with kReadAhead zeros behind it
+  std::size_t capacity = 0;
   NameTable names;
   Lexer lexer;
   Parser parser;
