@@ -95,6 +95,7 @@ class Binder {
   TypeRef CallDefault(Index place, Index module, Local member, Form form);
   bool MayWrite(const NameUse& use) const;
   bool IsGivenByValue(const NameUse& use) const;
+  void NoteRecord(const NameUse& use, const TypeRef& type);
 
   // headers and strings (binder_headers.cpp)
   void BindHeader(Index routine);

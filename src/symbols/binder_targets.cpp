@@ -118,6 +118,20 @@ void Binder::BindTo(Index number, Index module, Local local, bool inactive, std:
   const TypeRef followed =
       Follow(number, type, lists, callable && kind != SymbolKind::kPropertyGet ? Form::kRead : last);
   scratch_.bound[number].type = followed;
+  if (followed.kind == TypeKind::kRecord && !callable) NoteRecord(use, followed);
+}
+
+/// A record that goes to a Declare, to a library, to a file: every member of it may matter there.
+void Binder::NoteRecord(const NameUse& use, const TypeRef& type) {
+  constexpr std::uint32_t kNot = use_flag::kQualifier | use_flag::kWithObject | use_flag::kWholeValue;
+  const bool read = use.role == language::Role::kValue && (use.flags & kNot) == 0;
+  if (!read && use.role != language::Role::kInputTarget) return;
+  if (read && use.owner != kNone && scratch_.bound[use.owner].state == Bound::State::kOwn) {
+    const Bound& owner = scratch_.bound[use.owner];
+    const ModuleTable& table = tables_.modules[owner.module];
+    if (KindOf(table, owner.local) != SymbolKind::kDeclare) return;
+  }
+  result_.records.push_back({type.module, type.local});
 }
 
 /// What an expression gives behind `lists` lists of arguments and what is done with it: items of arrays, default
@@ -140,7 +154,7 @@ TypeRef Binder::Follow(Index number, TypeRef type, unsigned lists, Form last) {
   }
   if (type.kind != TypeKind::kClass || type.array) return type;
   const ModuleTable& table = tables_.modules[type.module];
-  const bool value = (use.flags & (use_flag::kWholeValue)) != 0;
+  const bool value = (use.flags & (use_flag::kWholeValue | use_flag::kObjectValue)) == use_flag::kWholeValue;
   if ((use.flags & use_flag::kForEachSource) != 0) {
     return CallDefault(number, type.module, table.enumerator, Form::kRead);
   }

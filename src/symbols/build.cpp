@@ -139,6 +139,7 @@ ReferenceIndex ReferenceIndex::Build(Sources sources, const BuildOptions& option
   NumberSymbols(*data);
   JoinReferences(*data, workers);
   JoinHandlers(*data);
+  JoinRecords(*data);
   JoinBindings(*data, sources.bindings);
   return ReferenceIndex(std::move(data));
 }

@@ -62,6 +62,8 @@ struct ReferenceIndex::Data {
   std::vector<std::pair<SymbolId, SymbolId>> handledBy;
   std::vector<HostCall> hostCalls;  ///< sorted by routine
   std::vector<Mention> mentions;    ///< sorted by key
+  std::vector<bool> wholeTypes;     ///< by symbol: types whose members something outside may look at
+  std::vector<bool> eventObjects;   ///< by symbol: variables and controls whose events are handled
 
   SymbolId SymbolOf(Index module, Local local) const noexcept { return rawSymbols[tables.rawBases[module] + local]; }
   const Handled* HandlerOf(SymbolId routine) const noexcept;
@@ -70,7 +72,6 @@ struct ReferenceIndex::Data {
   /// Where a reference stands.
   void Place(Index module, const StoredReference& stored, Reference& reference) const;
   Use UseOf(const StoredReference& stored, SymbolId target) const noexcept;
-  bool IsImplementation(SymbolId routine) const noexcept { return HandlerOf(routine) != nullptr; }
   /// Calls visit(number) for every reference that means the symbol, in no order.
   template <typename Visit>
   void ForEachReference(SymbolId symbol, Visit visit) const {
@@ -78,6 +79,19 @@ struct ReferenceIndex::Data {
     for (const Index set : memberships.Row(symbol)) {
       for (const Index number : uses.Row(static_cast<Index>(symbols.size()) + set)) visit(number);
     }
+  }
+  /// The same until `visit` gives true; whether it did.
+  template <typename Visit>
+  bool AnyReference(SymbolId symbol, Visit visit) const {
+    for (const Index number : uses.Row(symbol)) {
+      if (visit(number)) return true;
+    }
+    for (const Index set : memberships.Row(symbol)) {
+      for (const Index number : uses.Row(static_cast<Index>(symbols.size()) + set)) {
+        if (visit(number)) return true;
+      }
+    }
+    return false;
   }
   const StoredReference& Stored(Index number, Index module) const noexcept {
     return references[module].references[number - referenceBases[module]];
@@ -107,7 +121,12 @@ void JoinReferences(ReferenceIndex::Data& data, unsigned workers);
 void JoinHandlers(ReferenceIndex::Data& data);
 void JoinBindings(ReferenceIndex::Data& data, const std::vector<ExternalBinding>& bindings);
 
+void JoinRecords(ReferenceIndex::Data& data);
+
+/// The name of a routine cut behind its handler's prefix: "cmdOk" and "Click".
+std::pair<std::string_view, std::string_view> HandlerParts(const ReferenceIndex& index,
+                                                           const ReferenceIndex::Data::Handled& handler);
 /// "Ereignis Click von cmdOk": who calls a handler that the host or a library calls.
-std::string HandlerPlace(const ReferenceIndex::Data& data, const ReferenceIndex::Data::Handled& handler);
+std::string HandlerPlace(const ReferenceIndex& index, const ReferenceIndex::Data::Handled& handler);
 
 }  // namespace quillmate::symbols

@@ -97,6 +97,12 @@ struct TextMention {
   Index routine;
 };
 
+/// A Type whose values are handed over as a whole to what may look at all of its members.
+struct WholeRecord {
+  Index module;
+  Local local;
+};
+
 struct ModuleReferences {
   std::vector<StoredReference> references;
   std::vector<Index>
@@ -107,6 +113,7 @@ struct ModuleReferences {
   std::vector<Index> redims;           ///< declarations of kind kReDim that declare
   std::vector<Handler> handlers;
   std::vector<TextMention> mentions;
+  std::vector<WholeRecord> records;
 };
 
 }  // namespace quillmate::symbols

@@ -1,0 +1,178 @@
+#include <algorithm>
+
+#include <quillmate/language/parse.h>
+
+#include "index_data_p.h"
+#include "library_p.h"
+#include "macro_name_p.h"
+
+/// What calls routines from outside the code.
+namespace quillmate::symbols {
+namespace {
+
+using Data = ReferenceIndex::Data;
+
+/// A routine of one module by name, of any visibility.
+SymbolId RoutineOf(const Data& data, Index module, NameHash name) {
+  const ModuleTable& table = data.tables.modules[module];
+  for (Local local = table.Find(name); local != kNone; local = table.next[local]) {
+    const SymbolKind kind = KindOf(table, local);
+    if (kind == SymbolKind::kSub || kind == SymbolKind::kFunction) return data.SymbolOf(module, local);
+  }
+  return kNone;
+}
+
+/// Enters a call of what `text` names; `module`: where it is looked for first, or kNone.
+void AddHostCall(Data& data, Index project, Index module, std::string_view text, const std::string& place) {
+  const MacroName name = ParseMacroName(text);
+  if (name.routine.empty()) return;
+  if (module != kNone && name.module.empty()) {
+    const SymbolId own = RoutineOf(data, module, language::HashName(name.routine));
+    if (own != kNone) return data.hostCalls.push_back({own, place});
+  }
+  for (const MacroTarget& target : FindMacro(data.tables, project, kNone, name)) {
+    const SymbolId symbol = data.SymbolOf(target.module, target.local);
+    if (symbol != kNone) data.hostCalls.push_back({symbol, place});
+  }
+}
+
+/// "=Rechne(1)" in an event property of a form: the function is called without any code.
+void AddEventProperties(Data& data, Index module) {
+  const language::Module& code = data.code[module];
+  for (const language::EventProperty& property : code.eventProperties) {
+    const std::string_view value = code.Text(property.value);
+    if (value.empty() || value.front() != '=') continue;
+    std::string place = "Eigenschaft ";
+    place.append(code.Text(property.property)).append(" von ");
+    std::string_view owner;
+    if (property.control != kNone) owner = code.Text(code.controls[property.control].nameText);
+    place.append(owner.empty() ? std::string_view(data.modules[module].name) : owner);
+    if (!owner.empty()) place.append(" in ").append(data.modules[module].name);
+    AddHostCall(data, data.modules[module].project, module, value, place);
+  }
+}
+
+/// "Strg+K" from "k\n14": a capital letter is one with the shift key.
+std::string KeyName(std::string_view value) {
+  if (value.size() < 2 || value[0] != '"') return {};
+  const char key = value[1];
+  std::string name = "Tastenkürzel Strg+";
+  if (key >= 'A' && key <= 'Z') name += "Umschalt+";
+  name += static_cast<char>(key >= 'a' && key <= 'z' ? key - 0x20 : key);
+  return name;
+}
+
+void AddShortcuts(Data& data, Index module) {
+  const language::Module& code = data.code[module];
+  const ModuleTable& table = data.tables.modules[module];
+  for (const language::Attribute& attribute : code.attributes) {
+    if (attribute.name != language::kWordVB_Invoke_Func || attribute.declaration == kNone) continue;
+    if ((table.status[attribute.declaration] & status::kShortcut) == 0) continue;
+    const SymbolId symbol = data.SymbolOf(module, attribute.declaration + 1);
+    if (symbol != kNone) data.hostCalls.push_back({symbol, KeyName(code.Text(attribute.value))});
+  }
+}
+
+}  // namespace
+
+void JoinBindings(Data& data, const std::vector<ExternalBinding>& bindings) {
+  for (const ExternalBinding& binding : bindings) {
+    if (binding.project >= data.projects.size()) continue;
+    Index module = kNone;
+    if (!binding.module.empty()) {
+      module = data.tables.FindModule(binding.project, language::HashName(language::FoldName(binding.module)));
+    }
+    AddHostCall(data, binding.project, module, binding.text, binding.place);
+  }
+  for (Index module = 0; module < data.modules.size(); ++module) {
+    AddEventProperties(data, module);
+    AddShortcuts(data, module);
+  }
+  std::stable_sort(data.hostCalls.begin(), data.hostCalls.end(),
+                   [](const HostCall& a, const HostCall& b) { return a.routine < b.routine; });
+}
+
+/// Marks types that leave the code as a whole, and the types of their members.
+void JoinRecords(Data& data) {
+  data.wholeTypes.assign(data.symbols.size(), false);
+  data.eventObjects.assign(data.symbols.size(), false);
+  for (const Data::Handled& handler : data.handlers) {
+    if (handler.object != kNone) data.eventObjects[handler.object] = true;
+  }
+  std::vector<WholeRecord> open;
+  const auto mark = [&](Index module, Local local) {
+    const SymbolId symbol = data.SymbolOf(module, local);
+    if (symbol == kNone || data.wholeTypes[symbol]) return;
+    data.wholeTypes[symbol] = true;
+    open.push_back({module, local});
+  };
+  for (const ModuleReferences& found : data.references) {
+    for (const WholeRecord& record : found.records) mark(record.module, record.local);
+  }
+  for (Index module = 0; module < data.modules.size(); ++module) {
+    const ModuleTable& table = data.tables.modules[module];
+    for (const language::Declaration& declared : table.code->declarations) {
+      if (declared.kind != language::DeclarationKind::kParameter || declared.parent == kNone) continue;
+      if (KindOf(table, declared.parent + 1) != SymbolKind::kDeclare) continue;
+      const TypeRef& type = table.types[static_cast<std::size_t>(&declared - table.code->declarations.data()) + 1];
+      if (type.kind == TypeKind::kRecord) mark(type.module, type.local);
+    }
+  }
+  while (!open.empty()) {
+    const WholeRecord record = open.back();
+    open.pop_back();
+    const ModuleTable& table = data.tables.modules[record.module];
+    const language::Declaration& declared = table.Declared(record.local);
+    for (std::uint32_t child = 0; child < declared.childCount; ++child) {
+      const TypeRef& type = table.types[declared.firstChild + child + 1];
+      if (type.kind == TypeKind::kRecord) mark(type.module, type.local);
+    }
+  }
+}
+
+std::pair<std::string_view, std::string_view> HandlerParts(const ReferenceIndex& index, const Data::Handled& handler) {
+  const Data& data = index.data();
+  const Symbol& symbol = data.symbols[handler.routine];
+  const language::Module& code = data.code[symbol.module];
+  const std::string_view folded = code.NameText(code.declarations[symbol.declaration].name).substr(0, handler.prefix);
+  // Folding may change the length of a name, never the number of its "_".
+  auto left = std::count(folded.begin(), folded.end(), '_');
+  const std::string_view name = index.Name(handler.routine);
+  std::size_t cut = name.find('_');
+  while (left-- > 0 && cut != std::string_view::npos) cut = name.find('_', cut + 1);
+  if (cut == std::string_view::npos) return {name, {}};
+  return {name.substr(0, cut), name.substr(cut + 1)};
+}
+
+std::string HandlerPlace(const ReferenceIndex& index, const Data::Handled& handler) {
+  const auto [object, member] = HandlerParts(index, handler);
+  const bool interface = handler.kind == HandlerKind::kInterface || handler.kind == HandlerKind::kLibraryInterface;
+  std::string place = interface ? "Schnittstelle " : "Ereignis ";
+  if (interface) return place.append(object);
+  return place.append(member).append(" von ").append(object);
+}
+
+std::vector<std::string> ReferenceIndex::HostPlaces(SymbolId routine) const {
+  std::vector<std::string> places;
+  const Data::Handled* handler = data_->HandlerOf(routine);
+  if (handler != nullptr && handler->kind != HandlerKind::kInterface && handler->kind != HandlerKind::kEvent) {
+    places.push_back(HandlerPlace(*this, *handler));
+  }
+  auto call = std::lower_bound(data_->hostCalls.begin(), data_->hostCalls.end(), routine,
+                               [](const HostCall& a, SymbolId id) { return a.routine < id; });
+  for (; call != data_->hostCalls.end() && call->routine == routine; ++call) {
+    if (std::find(places.begin(), places.end(), call->place) == places.end()) places.push_back(call->place);
+  }
+  const Symbol& symbol = data_->symbols[routine];
+  if (symbol.kind == SymbolKind::kSub && data_->modules[symbol.module].kind == language::ModuleKind::kStandard) {
+    const ProjectTable& project = data_->tables.projects[data_->modules[symbol.module].project];
+    const NameHash name =
+        data_->code[symbol.module].NameHash(data_->code[symbol.module].declarations[symbol.declaration].name);
+    if (project.host != Host::kUnknown && (library::EntryPointHosts(name) & project.hosts) != 0) {
+      places.push_back("Start durch den Host");
+    }
+  }
+  return places;
+}
+
+}  // namespace quillmate::symbols

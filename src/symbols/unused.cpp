@@ -1,0 +1,335 @@
+#include <algorithm>
+
+#include <quillmate/language/parse.h>
+#include <quillmate/symbols/unused.h>
+
+#include "index_data_p.h"
+#include "library_p.h"
+
+namespace quillmate::symbols {
+namespace {
+
+using Data = ReferenceIndex::Data;
+namespace declaration_flag = language::declaration_flag;
+
+constexpr std::string_view kNowhere = "nirgends verwendet";
+
+/// What the references to a symbol come to.
+struct Evidence {
+  bool used = false;     ///< surely, by something else
+  bool self = false;     ///< surely, but only by itself
+  bool written = false;  ///< a variable that is surely written
+  bool bound = false;    ///< implemented or handled, which calls nothing
+  Index text = kNone, ambiguous = kNone, byName = kNone, inactive = kNone;  ///< numbers of the first such references
+};
+
+bool IsVariable(SymbolKind kind) {
+  return kind == SymbolKind::kVariable || kind == SymbolKind::kParameter || kind == SymbolKind::kTypeMember;
+}
+
+class Grader {
+ public:
+  explicit Grader(const ReferenceIndex& index) : index_(index), data_(index.data()) {}
+
+  std::optional<UnusedSymbol> Of(SymbolId symbol) const;
+
+ private:
+  bool IsListed(SymbolId id) const;
+  bool HasActiveTwin(SymbolId id) const;
+  Evidence Collect(SymbolId id) const;
+  void Weigh(SymbolId id, Index number, Evidence& evidence) const;
+  void CollectThroughMember(SymbolId routine, Evidence& evidence) const;
+  bool IsUsedOtherwise(SymbolId id) const;
+  std::optional<std::string> Signature(SymbolId parameter) const;
+  std::string Possible(SymbolId id) const;
+  const Mention* MentionOf(SymbolId id) const;
+  std::string PlaceOf(Index number, SymbolId id) const;
+  std::string LinePlace(Index module, std::uint32_t line) const;
+
+  const ReferenceIndex& index_;
+  const Data& data_;
+};
+
+bool Grader::IsListed(SymbolId id) const {
+  const Symbol& symbol = data_.symbols[id];
+  switch (symbol.kind) {
+    case SymbolKind::kModule:
+    case SymbolKind::kClass:
+    case SymbolKind::kForm:
+    case SymbolKind::kDocument:
+    case SymbolKind::kControl:
+      return false;
+    case SymbolKind::kLabel:
+      return (symbol.flags & symbol_flag::kLineNumber) == 0;
+    case SymbolKind::kParameter:
+      return symbol.parent != kNone && IsRoutine(data_.symbols[symbol.parent].kind);
+    default:
+      return (symbol.flags & symbol_flag::kInactive) == 0 || !HasActiveTwin(id);
+  }
+}
+
+/// Whether the name is declared again, in a branch that counts.
+bool Grader::HasActiveTwin(SymbolId id) const {
+  const Symbol& symbol = data_.symbols[id];
+  const ModuleTable& table = data_.tables.modules[symbol.module];
+  const language::Module& code = *table.code;
+  const language::NameId name = code.declarations[symbol.declaration].name;
+  if (symbol.parent == kNone) {
+    const bool type = symbol.kind == SymbolKind::kType;
+    const bool event = symbol.kind == SymbolKind::kEvent;
+    const NameHash hash = code.NameHash(name);
+    for (Local local = type    ? table.FindType(hash)
+                       : event ? table.FindEvent(hash)
+                               : table.Find(hash);
+         local != kNone; local = type || event ? kNone : table.next[local]) {
+      if (!table.IsInactive(local)) return true;
+    }
+    return false;
+  }
+  const Symbol& parent = data_.symbols[symbol.parent];
+  // A part of something that has a twin has one too.
+  if ((parent.flags & symbol_flag::kInactive) != 0 && HasActiveTwin(symbol.parent)) return true;
+  Index first = 0, end = 0;
+  if (symbol.routine != kNone) {
+    first = code.routines[symbol.routine].firstDeclaration;
+    end = code.routines[symbol.routine].endDeclaration;
+  } else if (parent.declaration != kNone) {
+    first = code.declarations[parent.declaration].firstChild;
+    end = first + code.declarations[parent.declaration].childCount;
+  }
+  for (Index at = first; at < end; ++at) {
+    const language::Declaration& other = code.declarations[at];
+    if (other.name == name && other.kind == code.declarations[symbol.declaration].kind &&
+        (other.flags & declaration_flag::kInactive) == 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+void Grader::Weigh(SymbolId id, Index number, Evidence& evidence) const {
+  const Symbol& symbol = data_.symbols[id];
+  const Index module = data_.ModuleOfReference(number);
+  const StoredReference& stored = data_.Stored(number, module);
+  if ((stored.flags & reference_flag::kResult) != 0) return;
+  const auto first = [number](Index& known) { known = std::min(known, number); };
+  switch (stored.certainty) {
+    case Certainty::kSure:
+      break;
+    case Certainty::kAmbiguous:
+      return first(evidence.ambiguous);
+    case Certainty::kByName:
+      return first(evidence.byName);
+    case Certainty::kString:
+    case Certainty::kHost:
+      return first(evidence.text);
+    case Certainty::kInactive:
+      return first(evidence.inactive);
+  }
+  if (stored.form == Form::kImplements && (stored.flags & reference_flag::kDeclaration) != 0) {
+    evidence.bound = true;
+    return;
+  }
+  if (stored.form == Form::kWithEvents) {
+    evidence.bound = true;
+    return;
+  }
+  if (stored.form == Form::kNamedArgument) {
+    evidence.written = true;
+    return;
+  }
+  if (IsVariable(symbol.kind) && (stored.flags & (reference_flag::kDeclaration | reference_flag::kString)) == 0 &&
+      data_.UseOf(stored, id) == Use::kWrite) {
+    // The variable of a loop has to be there, read or not.
+    const language::Role role = data_.code[module].uses[stored.place].role;
+    const bool loop = role == language::Role::kForVariable || role == language::Role::kForEachVariable;
+    (loop ? evidence.used : evidence.written) = true;
+    return;
+  }
+  if (IsRoutine(symbol.kind) && module == symbol.module &&
+      (stored.flags & (reference_flag::kDeclaration | reference_flag::kString)) == 0 &&
+      data_.code[module].uses[stored.place].routine == symbol.routine) {
+    evidence.self = true;
+    return;
+  }
+  evidence.used = true;
+}
+
+Evidence Grader::Collect(SymbolId id) const {
+  Evidence evidence;
+  data_.AnyReference(id, [&](Index number) {
+    Weigh(id, number, evidence);
+    return evidence.used;
+  });
+  if ((data_.symbols[id].flags & symbol_flag::kImplicit) != 0) {
+    const bool written = (data_.symbols[id].flags & symbol_flag::kFirstWritten) != 0;
+    (written ? evidence.written : evidence.used) = true;
+  }
+  if (!evidence.used) CollectThroughMember(id, evidence);
+  return evidence;
+}
+
+/// An implementation is called with its interface's member, a handler with its event.
+void Grader::CollectThroughMember(SymbolId routine, Evidence& evidence) const {
+  const Data::Handled* handler = data_.HandlerOf(routine);
+  if (handler == nullptr || handler->target == kNone) return;
+  Evidence member;
+  data_.AnyReference(handler->target, [&](Index number) {
+    Weigh(handler->target, number, member);
+    return member.used;
+  });
+  evidence.used = member.used || member.written;
+  evidence.ambiguous = std::min(evidence.ambiguous, member.ambiguous);
+  evidence.byName = std::min(evidence.byName, member.byName);
+  evidence.text = std::min(evidence.text, member.text);
+  evidence.inactive = std::min(evidence.inactive, member.inactive);
+  evidence.bound = handler->kind == HandlerKind::kInterface;
+}
+
+/// What is used without being named.
+bool Grader::IsUsedOtherwise(SymbolId id) const {
+  const Symbol& symbol = data_.symbols[id];
+  if (data_.eventObjects[id]) return true;
+  if (symbol.kind != SymbolKind::kEnum) return false;
+  const language::Declaration& declared = data_.code[symbol.module].declarations[symbol.declaration];
+  for (std::uint32_t child = 0; child < declared.childCount; ++child) {
+    const SymbolId member = data_.SymbolOf(symbol.module, declared.firstChild + child + 1);
+    if (member != kNone && Collect(member).used) return true;
+  }
+  return false;
+}
+
+/// Why a parameter has to be there although nothing reads it.
+std::optional<std::string> Grader::Signature(SymbolId parameter) const {
+  const SymbolId routine = data_.symbols[parameter].parent;
+  const Data::Handled* handler = data_.HandlerOf(routine);
+  if (handler != nullptr) return HandlerPlace(index_, *handler);
+  const std::vector<std::string> places = index_.HostPlaces(routine);
+  if (!places.empty()) return places.front();
+  return std::nullopt;
+}
+
+const Mention* Grader::MentionOf(SymbolId id) const {
+  const Symbol& symbol = data_.symbols[id];
+  if (symbol.kind != SymbolKind::kSub && symbol.kind != SymbolKind::kFunction) return nullptr;
+  const language::Module& code = data_.code[symbol.module];
+  const NameHash key =
+      Within(code.NameHash(code.declarations[symbol.declaration].name), data_.modules[symbol.module].project);
+  auto at = std::lower_bound(data_.mentions.begin(), data_.mentions.end(), key,
+                             [](const Mention& mention, NameHash k) { return mention.key < k; });
+  for (; at != data_.mentions.end() && at->key == key; ++at) {
+    // A routine that tells its own name, as in messages of errors, calls nobody.
+    if (at->module != symbol.module || at->routine != symbol.routine) return &*at;
+  }
+  return nullptr;
+}
+
+/// Who outside of what was read may use it; empty when nobody.
+std::string Grader::Possible(SymbolId id) const {
+  const Symbol& symbol = data_.symbols[id];
+  const ModuleInfo& module = data_.modules[symbol.module];
+  const bool hidden = symbol.visibility == Visibility::kPrivate || symbol.visibility == Visibility::kLocal;
+  const bool member = IsCallable(symbol.kind) || symbol.kind == SymbolKind::kVariable ||
+                      symbol.kind == SymbolKind::kEvent || symbol.kind == SymbolKind::kEnum ||
+                      symbol.kind == SymbolKind::kEnumMember || symbol.kind == SymbolKind::kConstant;
+  const bool standard = module.kind == language::ModuleKind::kStandard;
+  const ProjectTable& project = data_.tables.projects[module.project];
+  if (!standard && module.exposed && member && !hidden && symbol.visibility != Visibility::kFriend) {
+    return "Element einer nach außen sichtbaren Klasse";
+  }
+  if (symbol.kind == SymbolKind::kTypeMember && symbol.parent != kNone && data_.wholeTypes[symbol.parent]) {
+    return "Teil eines Typs, der als Ganzes weitergegeben wird";
+  }
+  if (symbol.kind == SymbolKind::kFunction && standard && !hidden) {
+    if (project.host == Host::kExcel) return "öffentliche Funktion, die eine Zelle aufrufen kann";
+    if (project.host == Host::kAccess) return "öffentliche Funktion, die eine Abfrage oder ein Makro aufrufen kann";
+  }
+  if (symbol.kind == SymbolKind::kSub && standard && project.host == Host::kUnknown) {
+    const language::Module& code = data_.code[symbol.module];
+    const NameHash name = code.NameHash(code.declarations[symbol.declaration].name);
+    if (library::EntryPointHosts(name) != 0) return "Name, den ein Host von selbst aufruft";
+  }
+  if (symbol.kind == SymbolKind::kSub && !standard && !module.controlsKnown &&
+      index_.Name(id).find('_') != std::string_view::npos && data_.HandlerOf(id) == nullptr) {
+    return "vielleicht ein Ereignis: die Steuerelemente sind nicht bekannt";
+  }
+  if (symbol.kind == SymbolKind::kParameter) {
+    const SymbolId routine = symbol.parent;
+    if (!index_.ImplementationsOf(routine).empty()) return "Parameter eines Elements einer Schnittstelle";
+    const bool address = data_.AnyReference(routine, [&](Index number) {
+      return data_.Stored(number, data_.ModuleOfReference(number)).form == Form::kAddress;
+    });
+    if (address) return "Parameter eines Rückrufs (AddressOf)";
+  }
+  return {};
+}
+
+std::string Grader::LinePlace(Index module, std::uint32_t line) const {
+  return data_.modules[module].name + ":" + std::to_string(index_.EditorLine(module, line));
+}
+
+std::string Grader::PlaceOf(Index number, SymbolId id) const {
+  const Reference reference = data_.At(number, id);
+  return LinePlace(reference.module, reference.line);
+}
+
+std::optional<UnusedSymbol> Grader::Of(SymbolId id) const {
+  if (!IsListed(id)) return std::nullopt;
+  const Evidence evidence = Collect(id);
+  if (evidence.used || IsUsedOtherwise(id)) return std::nullopt;
+  const Symbol& symbol = data_.symbols[id];
+  if (IsRoutine(symbol.kind)) {
+    const std::vector<std::string> places = index_.HostPlaces(id);
+    if (!places.empty()) return UnusedSymbol{id, Grade::kHost, places.front(), places.front()};
+  }
+  if (symbol.kind == SymbolKind::kParameter) {
+    if (std::optional<std::string> place = Signature(id)) {
+      return UnusedSymbol{id, Grade::kHost, "Parameter, den der Aufrufer vorgibt: " + *place, *place};
+    }
+  }
+  if (evidence.text != kNone)
+    return UnusedSymbol{id, Grade::kText, "Name in einer Zeichenfolge", PlaceOf(evidence.text, id)};
+  if (const Mention* mention = MentionOf(id)) {
+    const std::uint32_t line = data_.code[mention->module].strings[mention->string].line;
+    return UnusedSymbol{id, Grade::kText, "Name in einer Zeichenfolge", LinePlace(mention->module, line)};
+  }
+  if (evidence.ambiguous != kNone) {
+    return UnusedSymbol{id, Grade::kPossible, "Name, der mehreres bedeuten kann", PlaceOf(evidence.ambiguous, id)};
+  }
+  if (evidence.byName != kNone) {
+    return UnusedSymbol{id, Grade::kPossible, "Element eines Objekts, dessen Typ der Code nicht nennt",
+                        PlaceOf(evidence.byName, id)};
+  }
+  if (evidence.bound) {
+    const bool event = symbol.kind == SymbolKind::kEvent;
+    return UnusedSymbol{
+        id, Grade::kPossible, event ? "behandelt, aber nie ausgelöst" : "implementiert, aber nirgends aufgerufen", {}};
+  }
+  if (std::string reason = Possible(id); !reason.empty())
+    return UnusedSymbol{id, Grade::kPossible, std::move(reason), {}};
+  if (evidence.self) return UnusedSymbol{id, Grade::kSelf, "nur von sich selbst verwendet", {}};
+  if (evidence.written) return UnusedSymbol{id, Grade::kWritten, "nur geschrieben, nie gelesen", {}};
+  if (evidence.inactive != kNone) {
+    return UnusedSymbol{id, Grade::kInactive, "nur in inaktivem Code verwendet", PlaceOf(evidence.inactive, id)};
+  }
+  if ((symbol.flags & symbol_flag::kInactive) != 0)
+    return UnusedSymbol{id, Grade::kInactive, "steht in inaktivem Code", {}};
+  return UnusedSymbol{id, Grade::kCertain, std::string(kNowhere), {}};
+}
+
+}  // namespace
+
+std::vector<UnusedSymbol> FindUnused(const ReferenceIndex& index) {
+  std::vector<UnusedSymbol> unused;
+  const Grader grader(index);
+  for (SymbolId symbol = 0; symbol < index.SymbolCount(); ++symbol) {
+    if (std::optional<UnusedSymbol> found = grader.Of(symbol)) unused.push_back(std::move(*found));
+  }
+  return unused;
+}
+
+std::optional<UnusedSymbol> GradeUnused(const ReferenceIndex& index, SymbolId symbol) {
+  return Grader(index).Of(symbol);
+}
+
+}  // namespace quillmate::symbols
