@@ -78,6 +78,8 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view value) { TakeClass(i.only, value); }, kClassWords},
     OptionSpec{"--fail-on", "KLASSE", "Rückgabewert 1, wenn es eine Routine dieser Klasse gibt; mehrfach möglich",
                kTakesClasses, [](Invocation& i, std::string_view value) { TakeClass(i.failOn, value); }, kClassWords},
+    OptionSpec{"--count", "", "zählt nur, wie viele es von jeder Art sind", kTakesCount,
+               [](Invocation& i, std::string_view) { i.count = true; }},
     OptionSpec{"--title", "TEXT", "Titel der Dokumentation statt des Namens der Eingabe", kTakesTitle,
                [](Invocation& i, std::string_view value) { i.title = value; }},
     OptionSpec{"--credit", "", "hängt den Hinweis auf das Erstellungsprogramm an", kTakesCredit,

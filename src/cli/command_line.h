@@ -28,6 +28,7 @@ struct Invocation {
   bool credit = false;
   bool json = false;
   bool wholeWord = false;
+  bool count = false;
   /// Classes of unused routines by name: the only ones to list, and those that make the run fail.
   std::vector<std::string> only;
   std::vector<std::string> failOn;
@@ -54,7 +55,8 @@ enum OptionSet : unsigned {
   kTakesName = 1U << 8U,
   kTakesWholeWord = 1U << 9U,
   kTakesClasses = 1U << 10U,
-  kTakesHost = 1U << 11U
+  kTakesHost = 1U << 11U,
+  kTakesCount = 1U << 12U
 };
 
 /// One row of the table that the parser, the help, the manual page and the completion of the shell share.

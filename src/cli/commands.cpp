@@ -38,6 +38,9 @@ constexpr std::array kCommands{
             kTakesModule | kTakesName | kTakesJson | kTakesOutput | kTakesHost, 0, 1, RunDefinition},
     Command{"search", "[--whole-word] [--json] [-o DATEI] TEXT EINGABE...", "alle Fundstellen eines Textes im Code",
             kTakesWholeWord | kTakesJson | kTakesOutput | kTakesHost, 1, 1, RunSearch},
+    Command{"symbols", "[--json] [--count] [-o DATEI] EINGABE...",
+            "alles, was der Code deklariert, mit jeder Verwendung",
+            kTakesJson | kTakesCount | kTakesOutput | kTakesHost, 0, 1, RunSymbols},
 };
 
 constexpr std::size_t kTextColumn = 28;

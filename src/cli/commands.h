@@ -46,6 +46,7 @@ void RunSite(const Invocation& invocation);
 void RunUnused(const Invocation& invocation);
 void RunCallers(const Invocation& invocation);
 void RunDefinition(const Invocation& invocation);
+void RunSymbols(const Invocation& invocation);
 void RunSearch(const Invocation& invocation);
 
 }  // namespace quillmate::cli

@@ -33,13 +33,15 @@ void AppendEscaped(std::string& json, char c) {
 
 }  // namespace
 
-void AppendJsonString(std::string& json, std::string_view code) {
+void AppendJsonUtf8(std::string& json, std::string_view utf8) {
   json += '"';
-  for (const char c : text::Utf8FromCode(code)) {
+  for (const char c : utf8) {
     AppendEscaped(json, c);
   }
   json += '"';
 }
+
+void AppendJsonString(std::string& json, std::string_view code) { AppendJsonUtf8(json, text::Utf8FromCode(code)); }
 
 JsonObject& JsonObject::Key(std::string_view key) {
   if (!first_) {

@@ -8,6 +8,8 @@
 /// Pieces of JSON, UTF-8, appended to a text. The form is compact but fit for line-wise comparison: one record a line.
 namespace quillmate::cli {
 
+/// A JSON string of UTF-8 text.
+void AppendJsonUtf8(std::string& json, std::string_view utf8);
 /// A JSON string of Windows-1252 text.
 void AppendJsonString(std::string& json, std::string_view code);
 

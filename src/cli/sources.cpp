@@ -106,6 +106,24 @@ host::HostTree Sources::List() {
   return tree;
 }
 
+int Sources::ListAll() {
+  std::vector<std::string> complaints;
+  if (withOffice_ && !HostsCanRun()) {
+    throw CommandFailure("Ein laufendes Office-Programm kann nur unter Windows gelesen werden");
+  }
+  const int projects = Host().Attach() ? Host().ProjectCount() : 0;
+  for (const host::SourceProblem& problem : documents_.Problems()) {
+    complaints.push_back(problem.source + ": " + problem.reason);
+  }
+  for (int i = 1; i <= projects; ++i) {
+    const host::HostProject project = Host().Project(i);
+    if (!project.locked) continue;
+    complaints.push_back(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": Das Projekt ist gesperrt");
+  }
+  NameProblems(std::move(complaints), projects > 0);
+  return projects;
+}
+
 bool Sources::ListsOffice(const host::HostTree& tree) const {
   return std::ranges::any_of(tree.projects, [this](const host::HostProjectNode& project) {
     return joined_.IndexIn(office_, host::ProjectIndex(project.key)).has_value();

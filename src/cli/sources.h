@@ -21,6 +21,9 @@ class Sources {
   /// Everything that can be read, ticked. What can't be read is named on standard error; throws CommandFailure when
   /// nothing is left.
   host::HostTree List();
+  /// How many projects there are, locked ones included, with every module of one or two lines too: Host() gives them by
+  /// their numbers. What can't be read is named on standard error.
+  int ListAll();
 
  private:
   bool ListsOffice(const host::HostTree& tree) const;

@@ -11,7 +11,7 @@ constexpr std::string_view kBlanks = " \t";
 
 std::string_view Trim(std::string_view text) {
   const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
+  if (first == std::string_view::npos) return text.substr(0, 0);  // still points into the text
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
