@@ -154,6 +154,7 @@ bool Parser::IsStatementArgument(std::uint32_t open) const {
         case Operator::kDot:
         case Operator::kBang:
         case Operator::kOpen:
+          return StandsApart(tokens_[open]) && IsOperandOfArgument(close + 1);
         case Operator::kEqual:
         case Operator::kFileNumber:
         case Operator::kAssignArgument:
@@ -173,6 +174,24 @@ bool Parser::IsStatementArgument(std::uint32_t open) const {
     if (IsOperator(i, Operator::kOpen) && tokens_[i].name != kNone) i = tokens_[i].name;
   }
   return true;
+}
+
+/// `f (a).b, c`: true when the operand that goes on at `from` has arguments or operators behind it.
+bool Parser::IsOperandOfArgument(std::uint32_t from) const {
+  constexpr std::uint32_t kFurthest = 64;
+  for (const std::uint32_t limit = from + kFurthest; from < limit;) {
+    if (IsOperator(from, Operator::kDot) || IsOperator(from, Operator::kBang)) {
+      from += tokens_[from + 1].kind == TokenKind::kName ? 2 : 1;
+    } else if (IsOperator(from, Operator::kOpen) && tokens_[from].name != kNone) {
+      from = tokens_[from].name + 1;
+    } else {
+      break;
+    }
+  }
+  const Token& next = tokens_[from];
+  if (next.kind == TokenKind::kName) return ClassOfName(next) == WordClass::kOperator;
+  return next.kind == TokenKind::kOperator && !IsOperator(from, Operator::kEqual) &&
+         !IsOperator(from, Operator::kColon);
 }
 
 /// True when nothing of the same operand follows the list at `open`.

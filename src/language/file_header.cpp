@@ -146,9 +146,13 @@ class HeaderReader {
       blocks_.push_back({kNone, Around()});
     } else if (EqualsIgnoreCase(line, "End")) {
       Close();
+    } else if (EqualsIgnoreCase(split.word, "BeginProperty")) {
+      ++properties_;
+    } else if (EqualsIgnoreCase(split.word, "EndProperty")) {
+      properties_ -= properties_ > 0;
     } else if (IsVersion(line)) {
       if (EqualsIgnoreCase(SplitWord(split.rest).rest, "CLASS")) module_.facts.kind = ModuleKind::kClass;
-    } else if (!blocks_.empty() && blocks_.back().control != kNone) {
+    } else if (!blocks_.empty() && blocks_.back().control != kNone && properties_ == 0) {
       ReadProperty(split, access);
     }
   }
@@ -183,7 +187,10 @@ class HeaderReader {
     blocks_.pop_back();
     // Without a name it only says how the controls of its kind begin.
     const bool nameless = control != kNone && control > 0 && module_.controls[control].name == kNone;
-    if (nameless && control + 1 == module_.controls.size()) module_.controls.pop_back();
+    if (!nameless || control + 1 != module_.controls.size()) return;
+    std::vector<EventProperty>& events = module_.eventProperties;
+    while (!events.empty() && events.back().control == control) events.pop_back();
+    module_.controls.pop_back();
   }
 
   void ReadProperty(const Split& split, bool access) {
@@ -233,6 +240,7 @@ class HeaderReader {
   NameTable& names_;
   Module& module_;
   std::vector<Block> blocks_;
+  std::uint32_t properties_ = 0;  ///< BeginProperty without its EndProperty
 };
 
 /// The first line that is not blank.

@@ -75,6 +75,7 @@ class Parser {
   void StartArgument(Frame& frame);
   bool EndsTarget(const Token& token) const;
   bool IsStatementArgument(std::uint32_t open) const;
+  bool IsOperandOfArgument(std::uint32_t from) const;
   bool IsLastList(std::uint32_t open) const;
   bool IsGraphicsMark() const;
   bool SingleOutermost() const noexcept { return mode_ >= Mode::kOperand && Outermost(); }

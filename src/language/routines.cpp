@@ -152,6 +152,7 @@ void Parser::CloseRoutine(std::uint32_t lastLine, std::uint32_t endOffset) {
   routine_ = kNone;
   headerGroups_ = 0;
   blocks_.Restore(kNone);
+  inlineIfs_.clear();
 }
 
 /// Ties what stands in the routine to the header that counts.

@@ -185,7 +185,7 @@ bool Parser::ParseWordStatement(NameId word) {
       ParseEnd();
       return true;
     case kWordExit:
-      while (AtName()) ++at_;
+      if (!AtEnd() && AtName()) ++at_;
       Complete(StatementKind::kExit, first, true);
       return true;
     case kWordGoTo:

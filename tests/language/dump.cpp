@@ -103,13 +103,14 @@ std::string Declarations(const Module& module) {
   return text;
 }
 
-std::string Uses(const Module& module) {
+std::string Uses(const Module& module, bool lines) {
   std::string text;
   for (std::size_t i = 0; i < module.uses.size(); ++i) {
     const NameUse& use = module.uses[i];
     std::string item;
     if (use.role != Role::kValue) item = Text(kRoles[static_cast<std::size_t>(use.role)]) + ' ';
-    item += Chain(module, static_cast<Index>(i)) + '@' + std::to_string(use.line);
+    item += Chain(module, static_cast<Index>(i));
+    if (lines) item += '@' + std::to_string(use.line);
     const bool counted = use.argumentCount > 0 || (use.flags & use_flag::kParenthesised) != 0;
     if (counted) item += '(' + std::to_string(use.argumentCount) + ')';
     item += Words(kUseFlags, use.flags);

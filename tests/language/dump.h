@@ -17,7 +17,7 @@ std::string Declarations(const Module& module);
 
 /// "role name@line" for each use; "o.x" for a member of the use o, "w.x" for one of the With object w, ".x" for one of
 /// something nameless; "(n)" behind a name that is called with n arguments; "<f2" behind the bare second argument of f.
-std::string Uses(const Module& module);
+std::string Uses(const Module& module, bool lines = true);
 
 std::string Strings(const Module& module);
 std::string Metrics(const Module& module);
