@@ -17,8 +17,8 @@ namespace fs = std::filesystem;
 constexpr const char* kProjectGone = "Projekt ist nicht mehr vorhanden";
 constexpr const char* kModuleGone = "Modul ist nicht mehr vorhanden";
 
-template <typename Item>
-const Item& At(const std::vector<Item>& items, int position, const char* missing) {
+template <typename Items>
+auto& At(Items& items, int position, const char* missing) {
   if (position < 1 || static_cast<std::size_t>(position) > items.size()) throw HostError(missing);
   return items[static_cast<std::size_t>(position) - 1];
 }
@@ -88,6 +88,8 @@ struct DocumentHost::State {
   std::optional<OpenOfficeFile> officeFile;
   std::string buffer;
   bool listed = false;
+  /// True once the listing's unpacked texts have been asked for: after that read nothing needs the others.
+  bool readSinceListing = false;
   bool attached = false;
 
   void List() {
@@ -98,10 +100,16 @@ struct DocumentHost::State {
                             [&](const ListedProject& project) { return project.host == ownHost; });
     }
     listed = true;
+    readSinceListing = false;
   }
-  const office::VbaProject& OfficeProject(const fs::path& path) {
-    if (!officeFile.has_value() || officeFile->path != path) {
-      officeFile.reset();
+  const office::VbaProject& OfficeProject(ListedProject& project, const fs::path& path) {
+    if (officeFile.has_value() && officeFile->path == path) return officeFile->project;
+    officeFile.reset();
+    std::optional<UnpackedProject> unpacked = std::exchange(project.unpacked, std::nullopt);
+    readSinceListing = true;
+    if (unpacked.has_value() && IsUnchanged(path, unpacked->stamp)) {
+      officeFile = OpenOfficeFile{path, std::move(unpacked->project)};
+    } else {
       office::OfficeFile file = office::ReadOfficeFile(path);
       if (file.state != office::OfficeFile::State::kRead) throw HostError(file.reason);
       officeFile = OpenOfficeFile{path, std::move(file.project)};
@@ -109,18 +117,22 @@ struct DocumentHost::State {
     return officeFile->project;
   }
   /// The module as its file holds it now.
-  void Load(const ListedModule& module) {
+  void Load(ListedProject& project, const ListedModule& module) {
     loaded.reset();
     try {
-      loaded = Loaded{&module, module.inOfficeFile.has_value() ? FindInProject(module, OfficeProject(module.path))
-                                                               : LoadOwnFile(module, buffer)};
+      loaded =
+          Loaded{&module, module.inOfficeFile.has_value() ? FindInProject(module, OfficeProject(project, module.path))
+                                                          : LoadOwnFile(module, buffer)};
     } catch (const HostError& error) {
       throw HostError(files::PathText(module.path) + ": " + error.what());
     }
   }
-  const ListedProject& Project(int project) {
+  ListedProject& Project(int project) {
     if (!listed) List();
     return At(listing.projects, project, kProjectGone);
+  }
+  void ForgetUnpacked() noexcept {
+    for (ListedProject& project : listing.projects) project.unpacked.reset();
   }
   void Forget() noexcept {
     loaded.reset();
@@ -146,6 +158,7 @@ bool DocumentHost::Attach() {
 
 void DocumentHost::Release() noexcept {
   state_->Forget();
+  if (state_->readSinceListing) state_->ForgetUnpacked();
   state_->attached = false;
 }
 
@@ -165,8 +178,9 @@ HostComponent DocumentHost::Component(int project, int component) {
 }
 
 HostComponent DocumentHost::ComponentByName(int project, const std::string& name, int position) {
-  const ListedModule& module = FindModule(state_->Project(project), name, position);
-  state_->Load(module);
+  ListedProject& listed = state_->Project(project);
+  const ListedModule& module = FindModule(listed, name, position);
+  state_->Load(listed, module);
   HostComponent component = module.component;
   component.type = state_->loaded->file.type;
   component.lineCount = state_->loaded->file.lineCount;
@@ -174,8 +188,9 @@ HostComponent DocumentHost::ComponentByName(int project, const std::string& name
 }
 
 std::string DocumentHost::Lines(int project, const std::string& name, int position, int count) {
-  const ListedModule& module = FindModule(state_->Project(project), name, position);
-  if (!state_->loaded.has_value() || state_->loaded->module != &module) state_->Load(module);
+  ListedProject& listed = state_->Project(project);
+  const ListedModule& module = FindModule(listed, name, position);
+  if (!state_->loaded.has_value() || state_->loaded->module != &module) state_->Load(listed, module);
   office::ModuleFile file = std::move(state_->loaded->file);
   state_->loaded.reset();
   return count >= file.lineCount ? std::move(file.code) : FirstLines(std::move(file.code), count);

@@ -127,6 +127,15 @@ bool HostTree::AnyChecked() const noexcept {
   });
 }
 
+std::size_t HostTree::CheckedModules() const noexcept {
+  std::size_t count = 0;
+  for (const HostProjectNode& project : projects) {
+    count += static_cast<std::size_t>(std::count_if(project.modules.begin(), project.modules.end(),
+                                                    [](const HostModuleNode& module) { return module.checked; }));
+  }
+  return count;
+}
+
 ListResult ListHostProjects(HostAutomation& host, bool accessEdition, HostTree& tree) {
   tree = HostTree{};
   ListResult result;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <system_error>
 #include <utility>
 
@@ -21,6 +22,17 @@ std::string ExtensionOf(const fs::path& file) { return files::PathText(file.exte
 
 /// Databases can't be read, but whoever adds a folder with one wants to know.
 constexpr std::array<std::string_view, 6> kAccessExtensions{"accdb", "accda", "accde", "mdb", "mda", "mde"};
+
+/// Unpacked texts of all Office files of a listing that are kept for the read that mostly follows.
+constexpr std::size_t kMostKeptText = std::size_t{32} << 20U;
+/// Some file systems note the time of a change no finer than this.
+constexpr std::chrono::seconds kStampStep{2};
+
+std::size_t TextSize(const office::VbaProject& project) {
+  std::size_t size = 0;
+  for (const office::VbaModule& module : project.modules) size += module.code.size();
+  return size;
+}
 
 template <typename Names>
 bool Holds(const Names& names, std::string_view name) {
@@ -100,11 +112,12 @@ class Lister {
   Listing Take() { return std::move(listing_); }
 
  private:
-  void ListByName(const fs::path& file);
+  void ListFile(const fs::path& file);
   void ListFolder(const fs::path& folder);
   void ListVbProject(const fs::path& file);
   void ListModuleFile(const fs::path& file);
   void ListOfficeFile(const fs::path& file, bool inFolder);
+  void TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office::OfficeFile read, bool inFolder);
 
   void AddFolder(const fs::path& folder, ListedProject& project, std::vector<fs::path>& officeFiles);
   void AddModule(ListedModule module, ListedProject& project);
@@ -113,6 +126,7 @@ class Lister {
 
   Listing listing_;
   std::string buffer_;
+  std::size_t keptText_ = 0;
 };
 
 void Lister::ListSource(const fs::path& source) {
@@ -122,22 +136,24 @@ void Lister::ListSource(const fs::path& source) {
     ListFolder(full);
   } else if (!fs::exists(full, error)) {
     AddProblem(full, office::ProblemOfPath(full));
-  } else if (office::LooksLikeOfficeFile(full)) {
-    ListOfficeFile(full, false);
   } else {
-    ListByName(full);
+    ListFile(full);
   }
 }
 
-/// What a file should be whose content does not tell.
-void Lister::ListByName(const fs::path& file) {
+/// Content decides before the name does.
+void Lister::ListFile(const fs::path& file) {
+  const FileStamp stamp = StampOf(file);
+  office::OfficeFile read = office::ReadOfficeFile(file);
   const std::string extension = ExtensionOf(file);
-  if (text::EqualsIgnoreCase(extension, ".vbp")) {
+  if (read.recognized) {
+    TakeOfficeFile(file, stamp, std::move(read), false);
+  } else if (text::EqualsIgnoreCase(extension, ".vbp")) {
     ListVbProject(file);
   } else if (office::IsModuleFileExtension(extension)) {
     ListModuleFile(file);
   } else if (MayBeOfficeFile(file)) {
-    ListOfficeFile(file, false);
+    TakeOfficeFile(file, stamp, std::move(read), false);
   } else {
     AddProblem(file, "Diese Dateiart kann nicht eingelesen werden");
   }
@@ -185,7 +201,11 @@ void Lister::ListModuleFile(const fs::path& file) {
 }
 
 void Lister::ListOfficeFile(const fs::path& file, bool inFolder) {
-  const office::OfficeFile read = office::ReadOfficeFile(file);
+  const FileStamp stamp = StampOf(file);
+  TakeOfficeFile(file, stamp, office::ReadOfficeFile(file), inFolder);
+}
+
+void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office::OfficeFile read, bool inFolder) {
   if (read.state != office::OfficeFile::State::kRead) {
     if (!inFolder || !IsOfNoConcern(file, read.state)) AddProblem(file, read.reason);
     return;
@@ -203,6 +223,8 @@ void Lister::ListOfficeFile(const fs::path& file, bool inFolder) {
     project.modules.push_back(std::move(listed));
   }
   for (const std::string& warning : read.project.warnings) AddProblem(file, warning);
+  keptText_ += TextSize(read.project);
+  if (stamp.settled && keptText_ <= kMostKeptText) project.unpacked = {stamp, std::move(read.project)};
   AddProject(std::move(project));
 }
 
@@ -231,6 +253,21 @@ void Lister::AddProblem(const fs::path& path, std::string reason) {
 }
 
 }  // namespace
+
+FileStamp StampOf(const fs::path& file) {
+  FileStamp stamp;
+  std::error_code error;
+  stamp.changed = fs::last_write_time(file, error);
+  if (error) return stamp;
+  stamp.size = fs::file_size(file, error);
+  stamp.settled = !error && stamp.changed + kStampStep < fs::file_time_type::clock::now();
+  return stamp;
+}
+
+bool IsUnchanged(const fs::path& file, const FileStamp& stamp) {
+  const FileStamp now = StampOf(file);
+  return stamp.settled && now.settled && now.size == stamp.size && now.changed == stamp.changed;
+}
 
 Listing ListSources(const std::vector<fs::path>& sources) {
   Lister lister;

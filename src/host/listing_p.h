@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -26,9 +27,29 @@ struct ListedModule {
   std::optional<std::size_t> inOfficeFile;
 };
 
+/// What tells one state of a file from the next: its size and when it was last changed.
+struct FileStamp {
+  std::uintmax_t size = 0;
+  std::filesystem::file_time_type changed;
+  /// False when it was changed so shortly before that another change would not show.
+  bool settled = false;
+};
+
+FileStamp StampOf(const std::filesystem::path& file);
+/// True when the file is as it was when `stamp` was taken.
+bool IsUnchanged(const std::filesystem::path& file, const FileStamp& stamp);
+
+/// The macro project of an Office file as it was unpacked for the listing.
+struct UnpackedProject {
+  FileStamp stamp;
+  office::VbaProject project;
+};
+
 struct ListedProject {
   HostProject project;
   std::vector<ListedModule> modules;
+  /// Nothing for other sources, once it has been read, and where the texts of a listing grow too many to be kept.
+  std::optional<UnpackedProject> unpacked;
   /// Whose file it is, as far as that is known.
   office::OfficeHost host = office::OfficeHost::kUnknown;
 };

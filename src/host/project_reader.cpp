@@ -1,9 +1,6 @@
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <exception>
-#include <limits>
-#include <stdexcept>
 #include <string_view>
 #include <utility>
 
@@ -21,9 +18,6 @@
 
 namespace quillmate::host {
 namespace {
-
-/// Module numbers are 16 bit wide.
-constexpr std::size_t kMostModules = std::numeric_limits<std::int16_t>::max();
 
 constexpr const char* kNothingCheckedText = "Bitte wählen Sie erst etwas aus";
 constexpr const char* kFailedText =
@@ -148,7 +142,6 @@ ReadReport BuildIndex(codedb::CodeDatabase& database, const ReadRequest& request
 
   IndexBuild build(database, request);
   try {
-    if (modules.size() > kMostModules) throw std::length_error("Mehr als 32767 Module");
     database.Open(codedb::DatabasePath(request.folder));
     database.Begin();
     for (const Ticked& ticked : modules) readModule(ticked, build);

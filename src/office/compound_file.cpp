@@ -262,15 +262,25 @@ std::optional<CompoundId> CompoundFile::FindStream(CompoundId storage, std::stri
   return found.has_value() && entries_[*found].kind == CompoundEntry::Kind::kStream ? found : std::nullopt;
 }
 
+std::vector<Storage::Item> CompoundFile::List(CompoundId storage) const {
+  std::vector<Item> items;
+  auto at = std::lower_bound(sorted_.begin(), sorted_.end(), storage,
+                             [&](CompoundId id, CompoundId wanted) { return *entries_[id].parent < wanted; });
+  for (; at != sorted_.end() && entries_[*at].parent == storage; ++at) {
+    items.push_back({*at, entries_[*at].name, entries_[*at].kind == CompoundEntry::Kind::kStorage});
+  }
+  return items;
+}
+
 PiecedSource CompoundFile::OpenStream(CompoundId stream, std::uint64_t limit) const {
   const CompoundEntry& entry = entries_[stream];
   const std::uint64_t size = std::min(entry.size, limit);
   return entry.size < miniCutoff_ ? MiniChain(entry.firstSector, size) : SectorChain(entry.firstSector, size);
 }
 
-CompoundStream CompoundFile::ReadStream(CompoundId stream, std::uint64_t limit) const {
+Storage::Stream CompoundFile::ReadStream(CompoundId stream, std::uint64_t limit) const {
   PiecedSource chain = OpenStream(stream, limit);
-  CompoundStream result;
+  Stream result;
   result.bytes = ReadBytes(chain, 0, chain.Size());
   result.complete = result.bytes.size() == entries_[stream].size;
   return result;

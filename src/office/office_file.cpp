@@ -34,10 +34,10 @@ constexpr const char* kNeedsAccess = "Datenbanken von Access lassen sich nur aus
 constexpr const char* kOfExcel95 = "Makros im Format von Excel 5.0 und 95 lassen sich nicht lesen";
 constexpr const char* kCutShort = "Das Makroprojekt ist beschädigt und wurde nur zum Teil entpackt";
 
-OfficeFile Without(State state, const char* reason, OfficeHost host = OfficeHost::kUnknown) {
+OfficeFile Without(State state, std::string reason, OfficeHost host = OfficeHost::kUnknown) {
   OfficeFile file;
   file.state = state;
-  file.reason = reason;
+  file.reason = std::move(reason);
   file.host = host;
   return file;
 }
@@ -193,11 +193,8 @@ OfficeFile ReadZip(ByteSource& source) {
   return file;
 }
 
-}  // namespace
-
-OfficeFile ReadOfficeFile(ByteSource& source) {
-  if (source.Size() == 0) return Without(State::kFailed, kEmpty);
-  switch (KindOf(ReadBytes(source, 0, kHeadSize))) {
+OfficeFile ReadKind(Kind kind, ByteSource& source) {
+  switch (kind) {
     case Kind::kZip:
       return ReadZip(source);
     case Kind::kCompound:
@@ -209,21 +206,27 @@ OfficeFile ReadOfficeFile(ByteSource& source) {
   }
 }
 
+}  // namespace
+
+OfficeFile ReadOfficeFile(ByteSource& source) {
+  if (source.Size() == 0) return Without(State::kFailed, kEmpty);
+  const Kind kind = KindOf(ReadBytes(source, 0, kHeadSize));
+  OfficeFile file = ReadKind(kind, source);
+  file.recognized = kind != Kind::kUnknown;
+  return file;
+}
+
 OfficeFile ReadOfficeFile(const std::filesystem::path& file) {
   FileSource source(file);
   OfficeFile result;
   if (source.Problem().empty()) result = ReadOfficeFile(source);
   // What a file that can't be read seems to lack says nothing.
   if (!source.Problem().empty()) {
-    result = OfficeFile();
-    result.reason = source.Problem();
+    const bool recognized = result.recognized;
+    result = Without(State::kFailed, source.Problem());
+    result.recognized = recognized;
   }
   return result;
-}
-
-bool LooksLikeOfficeFile(const std::filesystem::path& file) {
-  FileSource source(file);
-  return source.Problem().empty() && KindOf(ReadBytes(source, 0, kHeadSize)) != Kind::kUnknown;
 }
 
 std::span<const std::string_view> OfficeFileExtensions() noexcept { return kExtensions; }

@@ -109,17 +109,17 @@ std::string EditorCode(std::string_view bytes, const CodePage& codePage) {
 
 class ProjectReader {
  public:
-  ProjectReader(const CompoundFile& file, CompoundId storage)
+  ProjectReader(const Storage& file, Storage::Id storage)
       : file_(file), storage_(storage), vba_(file.FindStorage(storage, "VBA")), streamBytesLeft_(file.Size()) {}
 
   VbaProject Read();
 
  private:
-  std::optional<CompoundId> StreamIn(std::optional<CompoundId> storage, std::string_view name) const;
+  std::optional<Storage::Id> StreamIn(std::optional<Storage::Id> storage, std::string_view name) const;
   DirStream ReadDir();
   ProjectText ReadText();
   VbaModule ReadModule(const ModulePlan& plan, const CodePage& codePage);
-  std::optional<CompoundId> StreamOf(const ModulePlan& plan, const CodePage& codePage) const;
+  std::optional<Storage::Id> StreamOf(const ModulePlan& plan, const CodePage& codePage) const;
   VbaUnpacked UnpackText(const ModulePlan& plan, const CodePage& codePage);
   VbaUnpacked UnpackStream(std::string_view stream, std::optional<std::uint32_t> offset);
   VbaUnpacked Unpack(std::string_view container);
@@ -127,20 +127,20 @@ class ProjectReader {
   void Warn(std::string warning) { project_.warnings.push_back(std::move(warning)); }
   void Warn(const ModulePlan& plan, const char* reason) { Warn("Modul " + plan.name + ": " + reason); }
 
-  const CompoundFile& file_;
-  CompoundId storage_;
-  std::optional<CompoundId> vba_;
+  const Storage& file_;
+  Storage::Id storage_;
+  std::optional<Storage::Id> vba_;
   std::uint64_t streamBytesLeft_;
   std::size_t textBytesLeft_ = kLargestVbaText;
   VbaProject project_;
 };
 
-std::optional<CompoundId> ProjectReader::StreamIn(std::optional<CompoundId> storage, std::string_view name) const {
+std::optional<Storage::Id> ProjectReader::StreamIn(std::optional<Storage::Id> storage, std::string_view name) const {
   return storage.has_value() && !name.empty() ? file_.FindStream(*storage, name) : std::nullopt;
 }
 
 DirStream ProjectReader::ReadDir() {
-  const std::optional<CompoundId> stream = StreamIn(vba_, "dir");
+  const std::optional<Storage::Id> stream = StreamIn(vba_, "dir");
   VbaUnpacked unpacked;
   if (stream.has_value())
     unpacked = UnpackVba(file_.ReadStream(*stream, kLargestVbaDirectory).bytes, kLargestVbaDirectory);
@@ -150,9 +150,9 @@ DirStream ProjectReader::ReadDir() {
 }
 
 ProjectText ProjectReader::ReadText() {
-  const std::optional<CompoundId> id = StreamIn(storage_, "PROJECT");
+  const std::optional<Storage::Id> id = StreamIn(storage_, "PROJECT");
   if (!id.has_value()) return {};
-  const CompoundStream stream = file_.ReadStream(*id, kLargestVbaDirectory);
+  const Storage::Stream stream = file_.ReadStream(*id, kLargestVbaDirectory);
   if (!stream.complete) Warn("Die Beschreibung des Projekts (PROJECT) ist beschädigt");
   return ParseProjectText(stream.bytes);
 }
@@ -184,8 +184,8 @@ VbaModule ProjectReader::ReadModule(const ModulePlan& plan, const CodePage& code
   return module;
 }
 
-std::optional<CompoundId> ProjectReader::StreamOf(const ModulePlan& plan, const CodePage& codePage) const {
-  std::optional<CompoundId> stream;
+std::optional<Storage::Id> ProjectReader::StreamOf(const ModulePlan& plan, const CodePage& codePage) const {
+  std::optional<Storage::Id> stream;
   if (plan.inDir != nullptr) {
     stream = StreamIn(vba_, plan.inDir->unicodeStreamName);
     if (!stream.has_value()) stream = StreamIn(vba_, codePage.Utf8From(plan.inDir->streamName));
@@ -194,9 +194,9 @@ std::optional<CompoundId> ProjectReader::StreamOf(const ModulePlan& plan, const 
 }
 
 VbaUnpacked ProjectReader::UnpackText(const ModulePlan& plan, const CodePage& codePage) {
-  const std::optional<CompoundId> id = StreamOf(plan, codePage);
+  const std::optional<Storage::Id> id = StreamOf(plan, codePage);
   if (!id.has_value()) return Warn(plan, "Quelltext fehlt"), VbaUnpacked{};
-  const CompoundStream stream = file_.ReadStream(*id, streamBytesLeft_);
+  const Storage::Stream stream = file_.ReadStream(*id, streamBytesLeft_);
   streamBytesLeft_ -= stream.bytes.size();
 
   const std::optional<std::uint32_t> offset = plan.inDir == nullptr ? std::nullopt : plan.inDir->textOffset;
@@ -240,6 +240,6 @@ std::optional<CompoundId> FindVbaProject(const CompoundFile& file) {
   return found.has_value() ? found : FindStorageWhere(file, NamesProject);
 }
 
-VbaProject ReadVbaProject(const CompoundFile& file, CompoundId storage) { return ProjectReader(file, storage).Read(); }
+VbaProject ReadVbaProject(const Storage& file, Storage::Id storage) { return ProjectReader(file, storage).Read(); }
 
 }  // namespace quillmate::office

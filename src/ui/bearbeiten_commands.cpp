@@ -16,6 +16,11 @@ namespace {
 
 using Reader = std::function<host::ReadReport(const host::ReadRequest&)>;
 
+/// A view index has 16 bits.
+constexpr std::size_t kMostViews = 32767;
+constexpr const char* kTooManyModulesText =
+    "Mehr als 32767 Module kann das Fenster nicht zeigen.\r\nBitte wählen Sie weniger aus !";
+
 host::ReadRequest RequestOf(Shell& shell) {
   const startup::AppGlobals& globals = shell.Globals();
   host::ReadRequest request;
@@ -59,6 +64,10 @@ void TellFailure(Shell& shell, const host::ReadReport& report) {
 void ReadProject(Shell& shell, const Reader& read) {
   startup::AppGlobals& globals = shell.Globals();
   if (globals.RunTempFolder.empty()) throw std::runtime_error(NoFolderMessage(globals));
+  if (shell.hostModel->Tree().CheckedModules() > kMostViews) {
+    shell.Show(kTooManyModulesText, MessageIcon::kExclamation);
+    return;
+  }
   if (shell.mode != 0 && shell.hostModel->Tree().AnyChecked()) {
     if (!ConfirmUnsaved(shell)) return;
     ResetProject(shell);

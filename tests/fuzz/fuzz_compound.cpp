@@ -11,7 +11,7 @@ void quillmate::office::Check(std::string_view bytes) {
     const CompoundEntry& entry = file->Entries()[id];
     if (entry.kind != CompoundEntry::Kind::kStream || !entry.parent.has_value()) continue;
     --left;
-    const CompoundStream stream = file->ReadStream(id, bytes.size() + 1);
+    const Storage::Stream stream = file->ReadStream(id, bytes.size() + 1);
     Expect(stream.bytes.size() <= bytes.size());
     Expect(!stream.complete || stream.bytes.size() == entry.size);
     PiecedSource pieces = file->OpenStream(id, bytes.size());

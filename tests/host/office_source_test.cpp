@@ -1,3 +1,4 @@
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -114,6 +115,27 @@ TEST(OfficeSource, TheEditionsOwnFilesComeFirst) {
   EXPECT_EQ(order(OfficeHost::kWord), "P3 1 P2 P4 ");
   EXPECT_EQ(order(OfficeHost::kExcel), "P2 P4 1 P3 ");
   EXPECT_EQ(order(OfficeHost::kUnknown), "1 P2 P3 P4 ");
+}
+
+TEST(OfficeSource, UnpacksAFileOnceForTheListingAndTheRead) {
+  const codedb::ScratchFolder temp;
+  const std::string bytes = Zipped("xl/vbaProject.bin", Project("P", "M"));
+  const fs::path file = temp.Write("a.xlsm", bytes);
+  // Long enough ago for another change to show.
+  const auto then = fs::file_time_type::clock::now() - std::chrono::hours(1);
+  fs::last_write_time(file, then);
+  DocumentHost host;
+  host.SetSources({file});
+  ASSERT_EQ(host.ProjectCount(), 1);
+  host.Release();
+  temp.Write("a.xlsm", std::string(bytes.size(), 'x'));
+  fs::last_write_time(file, then);
+  ASSERT_TRUE(host.Attach());
+  EXPECT_EQ(host.Lines(1, "M", 2, 1), "Sub M()");
+  EXPECT_EQ(host.Lines(1, "Tabelle1", 1, 1), "Sub T()");
+  // What was kept for the read is gone with it.
+  host.Release();
+  EXPECT_EQ(Reason(host, "M", 2), files::PathText(file) + ": Datei ist keine Office-Datei");
 }
 
 TEST(OfficeSource, ReadsTheFileOnceAndAsItIsThen) {

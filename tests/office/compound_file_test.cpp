@@ -21,7 +21,7 @@ std::string Pattern(std::size_t size, unsigned seed) {
 std::string Content(const CompoundFile& file, std::string_view path) {
   const std::optional<CompoundId> id = file.FindPath(CompoundFile::kRoot, path);
   if (!id.has_value()) return "-";
-  const CompoundStream stream = file.ReadStream(*id, std::string::npos);
+  const Storage::Stream stream = file.ReadStream(*id, std::string::npos);
   return stream.bytes + (stream.complete ? "" : "...");
 }
 

@@ -176,8 +176,8 @@ TEST(OfficeFile, FilesThatCannotBeRead) {
   EXPECT_EQ(reason(temp.Path()), "Ist ein Ordner, keine Datei");
   const std::filesystem::path good = temp.Write("gut.xlsm", ZipOf({{"xl/vbaProject.bin", SmallProject().Bin()}}));
   EXPECT_EQ(ReadOfficeFile(good).state, State::kRead);
-  EXPECT_TRUE(LooksLikeOfficeFile(good));
-  EXPECT_FALSE(LooksLikeOfficeFile(temp.Write("a.xlsm", "Sub A()")));
+  EXPECT_TRUE(ReadOfficeFile(good).recognized);
+  EXPECT_FALSE(ReadOfficeFile(temp.Write("a.xlsm", "Sub A()")).recognized);
 #ifndef _WIN32
   std::filesystem::permissions(good, std::filesystem::perms::none);
   // Root may read everything.

@@ -33,8 +33,9 @@ struct SourceProblem {
 /// A module is named as the project file names it, else by its own VB_Name, else after its file. Names that occur twice
 /// in one project are kept as they are; the position tells the components apart.
 ///
-/// An Office file is read once for all its modules; its texts are kept until another one is asked for, until Release or
-/// the next listing.
+/// An Office file is opened and unpacked once for a listing and the read that follows it: up to 32 MB of texts are kept
+/// from the listing until they are read, and at the latest until the read's Release or the next listing. A file that
+/// has changed since, or whose texts were too many, is opened again, once for all its modules.
 ///
 /// ProjectCount looks through the sources anew, as the first step of a listing; all positions belong to that listing,
 /// also those of a later read. What is read is the file as it is then; a file that is gone, or that holds a module of

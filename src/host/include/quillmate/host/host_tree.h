@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,6 +39,7 @@ struct HostTree {
   int lockedProjects = 0;
   /// True when at least one project or module is ticked.
   bool AnyChecked() const noexcept;
+  std::size_t CheckedModules() const noexcept;
 };
 
 struct ListResult {

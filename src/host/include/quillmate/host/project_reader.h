@@ -43,8 +43,7 @@ struct ReadReport {
 /// indexes each ticked module of each ticked project in tree order, closes the database. A ticked module of a project
 /// that is not ticked is not read. All rows are one transaction; a read that fails leaves a scratch folder empty.
 ///
-/// Only with nothing ticked does an earlier index in the folder survive; the host is released in the end. More than
-/// 32,767 modules fail before the first is read.
+/// Only with nothing ticked does an earlier index in the folder survive; the host is released in the end.
 ReadReport ReadCheckedModules(HostAutomation& host, const HostTree& tree, codedb::CodeDatabase& database,
                               const ReadRequest& request);
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <quillmate/office/byte_source.h>
+#include <quillmate/office/storage.h>
 
 /// Reader of compound files, the file system in a file that older Office documents and all macro projects are, after
 /// the published format [MS-CFB].
@@ -28,7 +29,7 @@ namespace quillmate::office {
 inline constexpr std::size_t kMostCompoundEntries = std::size_t{1} << 18U;
 inline constexpr std::uint32_t kMostCompoundSectors = std::uint32_t{1} << 22U;
 
-using CompoundId = std::uint32_t;
+using CompoundId = Storage::Id;
 
 struct CompoundEntry {
   enum class Kind : std::uint8_t { kUnused, kStorage, kStream, kRoot };
@@ -44,23 +45,14 @@ struct CompoundEntry {
   std::uint64_t size = 0;
 };
 
-struct CompoundStream {
-  std::string bytes;
-  /// False when the chain breaks off early, or when the stream is longer than the caller wanted.
-  bool complete = false;
-};
-
-class CompoundFile {
+class CompoundFile final : public Storage {
  public:
-  static constexpr CompoundId kRoot = 0;
-
   /// Reads the tables of `source`, which has to outlive the result; nothing when it has no usable header or no root.
   static std::optional<CompoundFile> Open(ByteSource& source);
   /// True when the bytes begin as a compound file does.
   static bool HasSignature(std::string_view head) noexcept;
 
-  /// Bytes of the whole file.
-  std::uint64_t Size() const noexcept { return source_->Size(); }
+  std::uint64_t Size() const noexcept override { return source_->Size(); }
   /// Every entry of the directory; an id is a position in it.
   const std::vector<CompoundEntry>& Entries() const noexcept { return entries_; }
   /// False when a part of the directory is lost: what is not among the entries may still have been in the file.
@@ -70,13 +62,13 @@ class CompoundFile {
   std::optional<CompoundId> Find(CompoundId storage, std::string_view name) const;
   /// An entry by its path from a storage on, names separated by "/".
   std::optional<CompoundId> FindPath(CompoundId storage, std::string_view path) const;
-  /// As Find, but of that kind only.
-  std::optional<CompoundId> FindStorage(CompoundId storage, std::string_view name) const;
-  std::optional<CompoundId> FindStream(CompoundId storage, std::string_view name) const;
+  std::optional<CompoundId> FindStorage(CompoundId storage, std::string_view name) const override;
+  std::optional<CompoundId> FindStream(CompoundId storage, std::string_view name) const override;
+  /// In the order of their names.
+  std::vector<Item> List(CompoundId storage) const override;
 
-  /// The first `limit` bytes of a stream; costs no more than that many bytes do.
-  CompoundStream ReadStream(CompoundId stream, std::uint64_t limit) const;
-  /// The same to be read in places, as long as the chain reaches. It must not outlive this object.
+  Stream ReadStream(CompoundId stream, std::uint64_t limit) const override;
+  /// The first `limit` bytes to be read in places, as long as the chain reaches. It must not outlive this object.
   PiecedSource OpenStream(CompoundId stream, std::uint64_t limit) const;
 
  private:

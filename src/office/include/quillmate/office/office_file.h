@@ -36,6 +36,8 @@ struct OfficeFile {
   };
 
   State state = State::kFailed;
+  /// True when its first bytes are those of a kind of file that this room reads: whatever its name, it is no text.
+  bool recognized = false;
   /// Why there is no project: German, UTF-8, one line, without the file's name. Empty when there is one.
   std::string reason;
   OfficeHost host = OfficeHost::kUnknown;
@@ -45,9 +47,6 @@ struct OfficeFile {
 /// Reads the project of a file, or of bytes from anywhere. Never throws for what lies in it.
 OfficeFile ReadOfficeFile(const std::filesystem::path& file);
 OfficeFile ReadOfficeFile(ByteSource& source);
-
-/// True when the first bytes are those of a kind of file that ReadOfficeFile has more to say about than kNotOffice.
-bool LooksLikeOfficeFile(const std::filesystem::path& file);
 
 /// The extensions of files that can hold macros, without dots, in lower case: for the choice of files in a dialog or a
 /// folder. Those of Access are not among them.
