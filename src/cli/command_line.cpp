@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <system_error>
 
 #include <quillmate/analysis/unused.h>
 #include <quillmate/settings/options.h>
@@ -60,6 +62,16 @@ void TakeClass(std::vector<std::string>& classes, std::string_view value) {
 
 constexpr std::string_view kClassWords = "sicher host text";
 
+/// A number from 1 on.
+std::uint32_t PositiveNumber(std::string_view option, std::string_view value) {
+  std::uint32_t number = 0;
+  const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
+  if (error != std::errc() || end != value.data() + value.size() || number == 0) {
+    throw UsageError(std::string(option) + " erwartet eine Zahl ab 1 statt " + Quoted(value));
+  }
+  return number;
+}
+
 constexpr std::array kOptions{
     OptionSpec{"-o", "ZIEL", "schreibt in die Datei (index, site: in den Ordner); - ist die Standardausgabe",
                kTakesOutput, TakeOutput},
@@ -78,6 +90,16 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view value) { TakeClass(i.only, value); }, kClassWords},
     OptionSpec{"--fail-on", "KLASSE", "Rückgabewert 1, wenn es eine Routine dieser Klasse gibt; mehrfach möglich",
                kTakesClasses, [](Invocation& i, std::string_view value) { TakeClass(i.failOn, value); }, kClassWords},
+    OptionSpec{"--line", "N", "Zeile im Code des Moduls, wie der Editor sie zählt", kTakesPlace,
+               [](Invocation& i, std::string_view value) { i.line = PositiveNumber("--line", value); }},
+    OptionSpec{"--column", "N", "Spalte in dieser Zeile, in Zeichen ab 1", kTakesPlace,
+               [](Invocation& i, std::string_view value) { i.column = PositiveNumber("--column", value); }},
+    OptionSpec{"--down", "", "was die Routine aufruft, statt was sie aufruft", kTakesDepth,
+               [](Invocation& i, std::string_view) { i.down = true; }},
+    OptionSpec{"--depth", "N", "so viele Stufen; Vorgabe: alle", kTakesDepth,
+               [](Invocation& i, std::string_view value) { i.depth = PositiveNumber("--depth", value); }},
+    OptionSpec{"--exact", "", "alles Unbenutzte jeder Art, aus dem genauen Verständnis des Codes", kTakesExact,
+               [](Invocation& i, std::string_view) { i.exact = true; }},
     OptionSpec{"--count", "", "zählt nur, wie viele es von jeder Art sind", kTakesCount,
                [](Invocation& i, std::string_view) { i.count = true; }},
     OptionSpec{"--title", "TEXT", "Titel der Dokumentation statt des Namens der Eingabe", kTakesTitle,

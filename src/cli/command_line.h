@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -29,6 +30,14 @@ struct Invocation {
   bool json = false;
   bool wholeWord = false;
   bool count = false;
+  /// The understanding instead of the fixed walk.
+  bool exact = false;
+  /// A place in the code of `module`, 1-based; 0 when none is given.
+  std::uint32_t line = 0;
+  std::uint32_t column = 0;
+  /// What a routine calls instead of what calls it, and how many levels of it.
+  bool down = false;
+  std::optional<std::uint32_t> depth;
   /// Classes of unused routines by name: the only ones to list, and those that make the run fail.
   std::vector<std::string> only;
   std::vector<std::string> failOn;
@@ -56,7 +65,10 @@ enum OptionSet : unsigned {
   kTakesWholeWord = 1U << 9U,
   kTakesClasses = 1U << 10U,
   kTakesHost = 1U << 11U,
-  kTakesCount = 1U << 12U
+  kTakesCount = 1U << 12U,
+  kTakesExact = 1U << 13U,
+  kTakesPlace = 1U << 14U,
+  kTakesDepth = 1U << 15U
 };
 
 /// One row of the table that the parser, the help, the manual page and the completion of the shell share.

@@ -28,9 +28,9 @@ constexpr std::array kCommands{
             kTakesCredit | kTakesOutput, 0, 0, RunClip},
     Command{"site", "-o ORDNER [--title TEXT] [--force] EINGABE...", "schreibt die HTML-Dokumentation des Projekts",
             kTakesOutput | kTakesTitle | kTakesForce | kTakesHost, 0, 1, RunSite},
-    Command{"unused", "[--only KLASSE] [--fail-on KLASSE] [--json] [-o DATEI] EINGABE...",
-            "Routinen, die nichts aufruft, mit ihrer Klasse", kTakesClasses | kTakesJson | kTakesOutput | kTakesHost, 0,
-            1, RunUnused},
+    Command{"unused", "[--exact] [--only KLASSE] [--fail-on KLASSE] [--json] [-o DATEI] EINGABE...",
+            "Routinen, die nichts aufruft, mit ihrer Klasse",
+            kTakesClasses | kTakesExact | kTakesJson | kTakesOutput | kTakesHost, 0, 1, RunUnused},
     Command{"callers", "--module NAME --routine NAME [--json] [-o DATEI] EINGABE...", "die Aufrufer einer Routine",
             kTakesModule | kTakesRoutine | kTakesJson | kTakesOutput | kTakesHost, 0, 1, RunCallers},
     Command{"definition", "--module NAME --name NAME [--json] [-o DATEI] EINGABE...",
@@ -41,6 +41,12 @@ constexpr std::array kCommands{
     Command{"symbols", "[--json] [--count] [-o DATEI] EINGABE...",
             "alles, was der Code deklariert, mit jeder Verwendung",
             kTakesJson | kTakesCount | kTakesOutput | kTakesHost, 0, 1, RunSymbols},
+    Command{"references", "--module NAME (--line N --column N | --name NAME) [--json] [-o DATEI] EINGABE...",
+            "was ein Name dort bedeutet und wo er verwendet wird",
+            kTakesModule | kTakesPlace | kTakesName | kTakesJson | kTakesOutput | kTakesHost, 0, 1, RunReferences},
+    Command{"calls", "--module NAME --routine NAME [--down] [--depth N] [--json] [-o DATEI] EINGABE...",
+            "wer eine Routine aufruft, über alle Stufen, mit den Zeilen",
+            kTakesModule | kTakesRoutine | kTakesDepth | kTakesJson | kTakesOutput | kTakesHost, 0, 1, RunCalls},
 };
 
 constexpr std::size_t kTextColumn = 28;

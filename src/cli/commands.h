@@ -47,6 +47,8 @@ void RunUnused(const Invocation& invocation);
 void RunCallers(const Invocation& invocation);
 void RunDefinition(const Invocation& invocation);
 void RunSymbols(const Invocation& invocation);
+void RunReferences(const Invocation& invocation);
+void RunCalls(const Invocation& invocation);
 void RunSearch(const Invocation& invocation);
 
 }  // namespace quillmate::cli

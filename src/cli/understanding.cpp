@@ -10,6 +10,7 @@
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/source_text.h>
+#include <quillmate/startup/edition.h>
 #include <quillmate/text/utf8.h>
 #include <quillmate/text/windows1252.h>
 
@@ -65,6 +66,22 @@ symbols::Host HostOf(const std::string& file) {
   return symbols::Host::kUnknown;
 }
 
+/// Module files alone don't tell whose they are.
+symbols::Host HostOfEdition(int edition) {
+  switch (edition) {
+    case startup::kWord:
+      return symbols::Host::kWord;
+    case startup::kAccess:
+      return symbols::Host::kAccess;
+    case startup::kPowerPoint:
+      return symbols::Host::kPowerPoint;
+    case startup::kVisualBasic:
+      return symbols::Host::kVb6;
+    default:
+      return symbols::Host::kExcel;
+  }
+}
+
 /// Forms of VB tell that a folder of module files is a VB project.
 bool HoldsVbForms(const std::vector<symbols::ModuleSource>& modules, std::size_t first) {
   return std::any_of(modules.begin() + static_cast<std::ptrdiff_t>(first), modules.end(), [](const auto& module) {
@@ -75,7 +92,7 @@ bool HoldsVbForms(const std::vector<symbols::ModuleSource>& modules, std::size_t
 
 class Collector {
  public:
-  explicit Collector(host::HostAutomation& host) : host_(host) {}
+  Collector(host::HostAutomation& host, symbols::Host edition) : host_(host), edition_(edition) {}
 
   void AddProject(int number) {
     const host::HostProject project = host_.Project(number);
@@ -89,6 +106,8 @@ class Collector {
     for (int component = 1; component <= count; ++component) AddModule(number, component);
     if (source.host == symbols::Host::kUnknown && HoldsVbForms(sources.modules, first))
       source.host = symbols::Host::kVb6;
+    source.hostAssumed = source.host == symbols::Host::kUnknown;
+    if (source.hostAssumed) source.host = edition_;
     if (source.host == symbols::Host::kVb6) source.dialect = language::Dialect::kVb6;
     sources.projects.push_back(std::move(source));
   }
@@ -119,6 +138,7 @@ class Collector {
   }
 
   host::HostAutomation& host_;
+  const symbols::Host edition_;
 };
 
 }  // namespace
@@ -126,7 +146,7 @@ class Collector {
 symbols::ReferenceIndex ReadUnderstanding(const Invocation& invocation) {
   Sources inputs(invocation);
   const int projects = inputs.ListAll();
-  Collector collector(inputs.Host());
+  Collector collector(inputs.Host(), HostOfEdition(invocation.edition));
   for (int project = 1; project <= projects; ++project) collector.AddProject(project);
   inputs.Host().Release();
   if (collector.sources.modules.empty()) throw CommandFailure("Die Eingabe enthält kein lesbares Modul");

@@ -9,6 +9,7 @@
 #include "output.h"
 #include "project_input.h"
 #include "run_options.h"
+#include "unused_exact.h"
 
 namespace quillmate::cli {
 namespace {
@@ -53,6 +54,7 @@ std::string UnusedText(const std::vector<UnusedRoutine>& routines) {
 }  // namespace
 
 void RunUnused(const Invocation& invocation) {
+  if (invocation.exact) return RunUnusedExact(invocation);
   ProjectInput input(invocation, RunOptions(invocation));
   std::vector<UnusedRoutine> routines = analysis::FindUnusedRoutines(input.Database(), input.Folder());
   const auto failures = std::ranges::count_if(routines, [&](const auto& r) { return IsOneOf(r, invocation.failOn); });

@@ -16,6 +16,14 @@ namespace declaration_flag = language::declaration_flag;
 
 constexpr Meaning kUnknownMeaning{kNone, kNone, MeaningKind::kUnknown};
 
+/// False for groups of nothing but Subs.
+bool GivesValue(const ModuleTable& table, Local first) {
+  for (Local local = first; local != kNone; local = table.next[local]) {
+    if (KindOf(table, local) != SymbolKind::kSub) return true;
+  }
+  return false;
+}
+
 bool IsFunction(DeclarationKind kind) {
   return kind == DeclarationKind::kFunction || kind == DeclarationKind::kPropertyGet;
 }
@@ -148,9 +156,7 @@ void Binder::LeaveRoutine() {
 void Binder::SettlePendings() {
   for (Pending& pending : pendings_) {
     if (pending.use == kNone) continue;
-    if (pending.doubtful || pending.constant || !pending.value) {
-      if (!pending.written) continue;
-    }
+    if (!pending.written && (pending.doubtful || pending.constant || !pending.value)) continue;
     pending.implicit = static_cast<Index>(result_.implicits.size());
     result_.implicits.push_back({pending.use, routine_, pending.form});
   }
@@ -311,6 +317,11 @@ void Binder::BindMeaning(Index number, const Meaning& meaning) {
           return BindLibrary(number, library::Result::kPlain);
         }
       }
+      // A Sub gives nothing that could have members: its module or project of that name is meant.
+      if ((use.flags & use_flag::kQualifier) != 0 && !GivesValue(tables_.modules[meaning.module], meaning.local)) {
+        const Meaning outer = ProjectMeaning(tables_, project_, HashOf(use.name));
+        if (outer.kind != MeaningKind::kUnknown) return BindMeaning(number, outer);
+      }
       return BindGroup(number, meaning.module, meaning.local);
     }
     case MeaningKind::kSeveral: {
@@ -391,14 +402,17 @@ void Binder::BindUnknown(Index number, const Meaning& meaning) {
   Pending& pending = pendings_[number_];
   const Form form = FormOf(use.role);
   const bool write = form == Form::kLet || form == Form::kSet || form == Form::kChange;
-  if (!IsInactive(use) && (use.flags & use_flag::kParenthesised) == 0) {
+  if ((use.flags & use_flag::kParenthesised) == 0) {
     const bool left = (use.flags & use_flag::kQualifier) != 0;
     if (pending.use == kNone) {
       pending.use = number;
       pending.form = form;
     }
-    pending.written = pending.written || (write && !left);
-    pending.value = pending.value || !left;
+    // Inactive code alone declares nothing.
+    if (!IsInactive(use)) {
+      pending.written = pending.written || (write && !left);
+      pending.value = pending.value || !left;
+    }
   }
   const std::uint16_t flags = MayWrite(use) ? reference_flag::kMayWrite : std::uint16_t{0};
   Emit(number, number_, form, IsInactive(use) ? Certainty::kInactive : Certainty::kSure,

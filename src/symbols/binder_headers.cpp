@@ -97,7 +97,7 @@ bool Binder::BindHandler(Index declaration, const std::string& prefix, NameHash 
   const NameHash name = language::HashName(prefix);
   Handler handler{
       declaration, kNone, kNone, kNone, static_cast<std::uint32_t>(prefix.size()), HandlerKind::kLibraryEvent};
-  for (Local local = table_.Find(name); local != kNone; local = table_.next[local]) {
+  for (Local local = table_.FindEventObject(name); local != kNone; local = table_.next[local]) {
     const bool control = table_.IsControl(local);
     if (!control && (table_.Declared(local).flags & declaration_flag::kWithEvents) == 0) continue;
     const TypeRef type = table_.types[local];

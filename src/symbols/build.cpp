@@ -35,7 +35,7 @@ bool TellsControls(const language::Module& code) {
   if (code.facts.accessExport) return true;
   switch (code.facts.kind) {
     case ModuleKind::kDocument:
-      return code.facts.hasHeader;  // VB_Control attributes
+      return !code.controls.empty();  // VB_Control attributes: one for each
     case ModuleKind::kForm:
     case ModuleKind::kUserControl:
     case ModuleKind::kPropertyPage:
@@ -76,7 +76,7 @@ void ParseOne(ReferenceIndex::Data& data, const Sources& sources, Index number, 
   table.predeclared = info.predeclared;
   table.exported = table.classLike ? info.exposed : !code.facts.optionPrivateModule;
   table.nameHash = language::HashName(language::FoldName(info.name));
-  DeclareModule(table, source, code, project.host);
+  DeclareModule(table, source, code, data.tables.projects[source.project].hostKnown ? project.host : Host::kUnknown);
 }
 
 void TakeProjects(ReferenceIndex::Data& data, const Sources& sources) {
@@ -86,8 +86,10 @@ void TakeProjects(ReferenceIndex::Data& data, const Sources& sources) {
     ProjectTable& table = data.tables.projects.emplace_back();
     table.nameHash = language::HashName(language::FoldName(source.name));
     table.host = source.host;
-    table.hosts = library::HostBit(source.host);
-    table.fileName = source.file;
+    table.hostKnown = source.host != Host::kUnknown && !source.hostAssumed;
+    table.hosts = library::HostBit(table.hostKnown ? source.host : Host::kUnknown);
+    // Folders and VB projects are no books that a text could name.
+    if (table.hostKnown && source.host != Host::kVb6) table.fileName = source.file;
     const auto self = static_cast<Index>(data.tables.projects.size() - 1);
     for (const Index reference : source.references) {
       if (reference < count && reference != self) table.references.push_back(reference);

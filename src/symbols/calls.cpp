@@ -115,7 +115,7 @@ std::vector<CallNode> CallHierarchy(const ReferenceIndex& index, SymbolId routin
     for (; path.size() > node.depth; path.pop_back()) above[path.back()] = false;
     node.cycle = symbol != kNone && above[symbol];
     const bool leaf = symbol == kNone || node.cycle || node.depth >= depth;
-    node.repeated = !leaf && unfolded[symbol];
+    node.repeated = !leaf && unfolded[symbol] && nodes.size() >= kFullHierarchy;
     const auto number = static_cast<Index>(nodes.size());
     const bool unfold = !leaf && !node.repeated;
     const std::uint32_t below = node.depth + 1;

@@ -168,7 +168,7 @@ std::vector<std::string> ReferenceIndex::HostPlaces(SymbolId routine) const {
     const ProjectTable& project = data_->tables.projects[data_->modules[symbol.module].project];
     const NameHash name =
         data_->code[symbol.module].NameHash(data_->code[symbol.module].declarations[symbol.declaration].name);
-    if (project.host != Host::kUnknown && (library::EntryPointHosts(name) & project.hosts) != 0) {
+    if ((library::EntryPointHosts(name) & library::HostBit(project.host)) != 0 && project.host != Host::kUnknown) {
       places.push_back("Start durch den Host");
     }
   }

@@ -41,7 +41,12 @@ Meaning Gather(const Tables& tables, Index first, Counts counts) {
   return found;
 }
 
-/// Names of modules and projects. `qualifier`: standard modules too are meant by their names.
+Meaning LibraryMeaning(library::Global global, bool known) {
+  return {kNone, static_cast<Index>(global.result), MeaningKind::kLibrary, !known};
+}
+
+}  // namespace
+
 Meaning ProjectMeaning(const Tables& tables, Index project, NameHash name) {
   const Index module = tables.FindModule(project, name);
   if (module != kNone) return {module, kNone, MeaningKind::kModule};
@@ -52,12 +57,6 @@ Meaning ProjectMeaning(const Tables& tables, Index project, NameHash name) {
   }
   return {kNone, kNone, MeaningKind::kUnknown};
 }
-
-Meaning LibraryMeaning(library::Global global, bool known) {
-  return {kNone, static_cast<Index>(global.result), MeaningKind::kLibrary, !known};
-}
-
-}  // namespace
 
 Meaning ExportedMeaning(const Tables& tables, Index project, NameHash name, Index except, bool fromOutside) {
   const Index first = tables.exportNames.Find(Within(name, project));
@@ -109,7 +108,7 @@ Meaning ValueMeaning(const Tables& tables, Index module, NameHash name) {
   if (own != kNone) return ownMeaning;
   const library::Global global = library::FindGlobal(name);
   if ((global.hosts & project.hosts) != 0)
-    return LibraryMeaning(global, global.hosts == library::kAll || project.host != Host::kUnknown);
+    return LibraryMeaning(global, global.hosts == library::kAll || project.hostKnown);
   if (library::IsScope(name)) return {kNone, kNone, MeaningKind::kLibraryScope};
   for (const Index reference : project.references) {
     const Index referred = tables.FindModule(reference, name);

@@ -31,6 +31,8 @@ struct Meaning {
 
 /// An ordinary name, from the module on outwards.
 Meaning ValueMeaning(const Tables& tables, Index module, NameHash name);
+/// Modules of the project, the project itself, projects that it refers to.
+Meaning ProjectMeaning(const Tables& tables, Index project, NameHash name);
 /// The name of a type.
 Meaning TypeMeaning(const Tables& tables, Index module, NameHash name);
 /// The first part of a qualified type.

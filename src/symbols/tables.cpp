@@ -57,16 +57,45 @@ void AddControl(ModuleTable& table, NameTable& known, ControlTable control) {
   table.controls.push_back(std::move(control));
 }
 
+/// Access makes a name of what is none: blanks and special characters become "_", a digit in front gets "Ctl".
+std::string EventPrefixOf(std::string_view name) {
+  std::string prefix;
+  for (const char c : name) {
+    const bool letter = (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' ||
+                        static_cast<unsigned char>(c) >= 0x80;
+    prefix += letter ? c : '_';
+  }
+  if (prefix[0] >= '0' && prefix[0] <= '9') prefix.insert(0, "Ctl");
+  return prefix == name ? std::string() : prefix;
+}
+
+void EnterEventPrefixes(ModuleTable& table) {
+  std::size_t count = 0;
+  for (ControlTable& control : table.controls) {
+    if (control.eventPrefix.empty()) control.eventPrefix = EventPrefixOf(control.name);
+    count += control.eventPrefix.empty() ? 0 : 1;
+  }
+  if (count == 0) return;
+  table.eventPrefixes.Reserve(count);
+  const std::size_t first = 1 + table.code->declarations.size();
+  for (std::size_t control = 0; control < table.controls.size(); ++control) {
+    if (table.controls[control].eventPrefix.empty()) continue;
+    table.eventPrefixes[HashOf(table.controls[control].eventPrefix)] = static_cast<Local>(first + control);
+  }
+}
+
 void CollectControls(ModuleTable& table, const ModuleSource& source) {
   NameTable known;
   const language::Module& code = *table.code;
   for (const language::Control& control : code.controls) {
     AddControl(table, known,
-               {std::string(code.Text(control.nameText)), std::string(code.Text(control.type)), 0, control.index >= 0});
+               {std::string(code.Text(control.nameText)), std::string(code.Text(control.type)),
+                std::string(code.Text(control.eventPrefix)), 0, control.index >= 0});
   }
   for (const ControlSource& control : source.controls) {
-    AddControl(table, known, {control.name, control.type, 0, control.array});
+    AddControl(table, known, {control.name, control.type, {}, 0, control.array});
   }
+  EnterEventPrefixes(table);
 }
 
 bool IsTrulyDeclared(const language::Module& code, const Declaration& declared) {

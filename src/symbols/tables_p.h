@@ -31,6 +31,7 @@ inline constexpr std::uint32_t kFewParameters = 16;
 struct ControlTable {
   std::string name;
   std::string type;
+  std::string eventPrefix;  ///< what its handlers' names begin with, where that is not its name
   NameHash hash = 0;
   bool array = false;
 };
@@ -54,6 +55,7 @@ struct ModuleTable {
   std::uint16_t bases = 0;   ///< library::base
   NameHash nameHash = 0;
   std::vector<ControlTable> controls;
+  NameTable eventPrefixes;           ///< to the local numbers of those controls that have one
   std::vector<std::uint8_t> status;  ///< by declaration
   std::vector<TypeRef> types;        ///< by local number
   std::vector<Local> next;           ///< by local number: the next one of the same name and space
@@ -80,6 +82,11 @@ struct ModuleTable {
   Local FindEvent(NameHash name) const noexcept { return names.Find(Within(name, space::kEvents)); }
   /// Member of a type or an enum; parameter of something that has many.
   Local FindNested(NameHash name, Local owner) const noexcept { return names.Find(Within(name, owner)); }
+  /// What events are handled of under that name: a value's or a control's group.
+  Local FindEventObject(NameHash prefix) const noexcept {
+    const Local aliased = eventPrefixes.Find(prefix);
+    return aliased != language::kNone ? aliased : Find(prefix);
+  }
   Local FindParameter(Local routine, NameHash name) const noexcept;
 };
 
@@ -99,7 +106,8 @@ struct ProjectTable {
   NameHash nameHash = 0;
   std::uint8_t hosts = 0;  ///< library bits
   Host host = Host::kUnknown;
-  std::string fileName;
+  bool hostKnown = false;  ///< and no mere assumption
+  std::string fileName;    ///< of a book; empty for folders and VB projects
   std::vector<Index> references;
 };
 

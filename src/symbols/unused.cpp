@@ -281,6 +281,12 @@ std::optional<UnusedSymbol> Grader::Of(SymbolId id) const {
   if (IsRoutine(symbol.kind)) {
     const std::vector<std::string> places = index_.HostPlaces(id);
     if (!places.empty()) return UnusedSymbol{id, Grade::kHost, places.front(), places.front()};
+    // Nobody raises the event yet: whoever does will call it.
+    const Data::Handled* handler = data_.HandlerOf(id);
+    if (handler != nullptr && handler->kind == HandlerKind::kEvent) {
+      std::string place = HandlerPlace(index_, *handler);
+      return UnusedSymbol{id, Grade::kHost, place + ", das nichts auslöst", place};
+    }
   }
   if (symbol.kind == SymbolKind::kParameter) {
     if (std::optional<std::string> place = Signature(id)) {

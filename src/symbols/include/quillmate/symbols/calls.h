@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -32,8 +33,10 @@ struct CallNode {
 
 enum class CallDirection : std::uint8_t { kCallers, kCallees };
 
-/// The hierarchy below a routine, depth first, to `depth` levels. Each routine is unfolded once; where it stands again
-/// it is marked, so that the size is bounded by the number of edges.
+inline constexpr std::size_t kFullHierarchy = 10'000;
+
+/// The hierarchy below a routine, depth first, to `depth` levels. Behind the first kFullHierarchy nodes each routine is
+/// unfolded once, and marked where it stands again, so that the size stays bounded by the number of edges.
 std::vector<CallNode> CallHierarchy(const ReferenceIndex& index, SymbolId routine, CallDirection direction,
                                     std::uint32_t depth);
 

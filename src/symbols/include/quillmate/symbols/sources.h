@@ -49,6 +49,8 @@ struct ProjectSource {
   /// Path of the file it came from, for people; may be empty.
   std::string file;
   Host host = Host::kUnknown;
+  /// The host is only the likeliest one: module files that could be of any.
+  bool hostAssumed = false;
   language::Dialect dialect = language::Dialect::kVba;
   /// Conditional constants of the project.
   std::vector<language::ConditionalConstant> constants;

@@ -1,0 +1,201 @@
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <quillmate/symbols/calls.h>
+#include <quillmate/symbols/reference_index.h>
+
+#include "commands.h"
+#include "json.h"
+#include "messages.h"
+#include "output.h"
+#include "symbol_json.h"
+#include "understanding.h"
+
+namespace quillmate::cli {
+namespace {
+
+using symbols::CallNode;
+using symbols::ReferenceIndex;
+using symbols::SymbolId;
+
+const std::string& Required(const std::optional<std::string>& value, std::string_view option) {
+  if (!value) throw UsageError("Es fehlt die Option " + std::string(option));
+  return *value;
+}
+
+symbols::Index OnlyModule(const ReferenceIndex& index, const std::string& name) {
+  const std::vector<symbols::Index> found = index.FindModules(name);
+  if (found.empty()) throw CommandFailure("Modul nicht gefunden: " + name);
+  if (found.size() == 1) return found.front();
+  std::string names;
+  for (const symbols::Index module : found) {
+    const symbols::ModuleInfo& info = index.Modules()[module];
+    names.append(names.empty() ? "" : ", ").append(index.Projects()[info.project].name).append(".").append(info.name);
+  }
+  throw CommandFailure("Mehrere Module heißen so, mit --module Projekt.Modul eines wählen: " + names);
+}
+
+/// What a name of a module means: what the module declares under it, else what it uses under it.
+std::vector<SymbolId> MeaningsOf(const ReferenceIndex& index, symbols::Index module, const std::string& name) {
+  std::vector<SymbolId> found = index.FindSymbols(module, name);
+  if (!found.empty()) return found;
+  for (const symbols::Occurrence& occurrence : index.Occurrences(module)) {
+    for (const SymbolId target : occurrence.targets) {
+      const std::vector<SymbolId> same = index.FindSymbols(index.SymbolAt(target).module, name);
+      if (std::ranges::find(same, target) != same.end()) found.push_back(target);
+    }
+  }
+  std::ranges::sort(found);
+  const auto repeated = std::ranges::unique(found);
+  found.erase(repeated.begin(), repeated.end());
+  return found;
+}
+
+std::vector<SymbolId> Asked(const ReferenceIndex& index, const Invocation& invocation) {
+  const symbols::Index module = OnlyModule(index, Required(invocation.module, "--module"));
+  if (invocation.name) {
+    std::vector<SymbolId> found = MeaningsOf(index, module, *invocation.name);
+    if (found.empty()) throw CommandFailure("Name nicht gefunden: " + *invocation.name);
+    return found;
+  }
+  if (invocation.line == 0 || invocation.column == 0) throw UsageError("Es fehlt --name oder --line und --column");
+  const std::uint32_t line = index.Code(module).LineOfEditorLine(invocation.line);
+  std::optional<symbols::Occurrence> there = index.NameAt(module, line, invocation.column);
+  if (!there) throw CommandFailure("Dort steht kein Name, den der Code deklariert");
+  return std::move(there->targets);
+}
+
+/// The line of the source without its indentation.
+std::string_view SourceText(const ReferenceIndex& index, symbols::Index module, std::uint32_t line) {
+  return index.Code(module).LineText(line);
+}
+
+std::string PlaceText(const ReferenceIndex& index, symbols::Index module, std::uint32_t line, std::uint32_t column) {
+  const symbols::ModuleInfo& info = index.Modules()[module];
+  const std::uint32_t source = index.SourceLine(module, line);
+  std::string place = source > 0 && !info.file.empty() ? info.file : info.name;
+  place.append(":").append(std::to_string(source > 0 ? source : index.EditorLine(module, line)));
+  place.append(":").append(std::to_string(column)).append(": ");
+  return place.append(SourceText(index, module, line)).append("\n");
+}
+
+std::string ReferencesText(const ReferenceIndex& index, const std::vector<SymbolId>& declarations) {
+  std::string text;
+  for (const SymbolId id : declarations) {
+    const symbols::Symbol& symbol = index.SymbolAt(id);
+    if (symbol.line > 0) text += PlaceText(index, symbol.module, symbol.line, symbol.column);
+    for (const symbols::Reference& reference : index.ReferencesTo(id)) {
+      text += PlaceText(index, reference.module, reference.line, reference.column);
+    }
+  }
+  return text;
+}
+
+std::string ReferencesJson(const ReferenceIndex& index, const std::vector<SymbolId>& declarations) {
+  std::string json = "{\"declarations\":";
+  JsonLines lines(json);
+  for (const SymbolId symbol : declarations) {
+    lines.Next();
+    AppendSymbolJson(json, index, symbol);
+  }
+  lines.End();
+  return json += "}\n";
+}
+
+SymbolId AskedRoutine(const ReferenceIndex& index, const Invocation& invocation) {
+  const symbols::Index module = OnlyModule(index, Required(invocation.module, "--module"));
+  for (const SymbolId symbol : index.FindSymbols(module, Required(invocation.routine, "--routine"))) {
+    if (IsCallable(index.SymbolAt(symbol).kind)) return symbol;
+  }
+  throw CommandFailure("Routine nicht gefunden: " + *invocation.routine);
+}
+
+void AppendNodeJson(std::string& json, const ReferenceIndex& index, const CallNode& node) {
+  if (node.edge.routine == symbols::kNone) {
+    json += "{\"host\":";
+    AppendJsonUtf8(json, node.edge.host);
+  } else {
+    const symbols::Symbol& symbol = index.SymbolAt(node.edge.routine);
+    json += '{';
+    AppendModuleJson(json, index, symbol.module);
+    AppendMember(json, "routine", index.Name(node.edge.routine));
+    AppendMember(json, "routine_kind", symbols::Word(symbol.kind));
+    AppendMember(json, "line", index.EditorLine(symbol.module, symbol.line));
+  }
+}
+
+std::string CallsJson(const ReferenceIndex& index, const std::vector<CallNode>& nodes, bool down) {
+  std::string json;
+  std::size_t open = 0;
+  for (std::size_t at = 0; at < nodes.size(); ++at) {
+    const CallNode& node = nodes[at];
+    for (; open > node.depth; --open) json += "]}";
+    if (at > 0 && nodes[at - 1].depth >= node.depth) json += ",\n";
+    AppendNodeJson(json, index, node);
+    if (node.parent != symbols::kNone) {
+      // The calling lines belong to the caller.
+      const SymbolId caller = down ? nodes[node.parent].edge.routine : node.edge.routine;
+      AppendMember(json, "certainty", symbols::Word(node.edge.certainty));
+      json += ",\"lines\":[";
+      for (std::size_t line = 0; line < node.edge.lines.size(); ++line) {
+        if (line > 0) json += ',';
+        json += std::to_string(index.EditorLine(index.SymbolAt(caller).module, node.edge.lines[line]));
+      }
+      json.append("],\"cycle\":").append(node.cycle ? "true" : "false");
+    }
+    json += ",\"calls\":[";
+    ++open;
+  }
+  for (; open > 0; --open) json += "]}";
+  return json += "\n";
+}
+
+std::string CallsText(const ReferenceIndex& index, const std::vector<CallNode>& nodes, bool down) {
+  std::string text;
+  for (const CallNode& node : nodes) {
+    text.append(node.depth, '\t');
+    if (node.edge.routine == symbols::kNone) {
+      text.append(node.edge.host).append("\n");
+      continue;
+    }
+    const symbols::Symbol& symbol = index.SymbolAt(node.edge.routine);
+    text.append(index.Modules()[symbol.module].name).append(".").append(index.Name(node.edge.routine));
+    for (std::size_t line = 0; line < node.edge.lines.size(); ++line) {
+      const SymbolId caller = down ? nodes[node.parent].edge.routine : node.edge.routine;
+      text.append(line == 0 ? ", Zeile " : ", ");
+      text += std::to_string(index.EditorLine(index.SymbolAt(caller).module, node.edge.lines[line]));
+    }
+    if (node.edge.certainty != symbols::Certainty::kSure) {
+      text.append(" (").append(symbols::GermanWord(node.edge.certainty)).append(")");
+    }
+    if (node.cycle) text += " (steht schon darüber)";
+    if (node.repeated) text += " (siehe oben)";
+    text += "\n";
+  }
+  return text;
+}
+
+}  // namespace
+
+void RunReferences(const Invocation& invocation) {
+  Required(invocation.module, "--module");
+  const ReferenceIndex index = ReadUnderstanding(invocation);
+  const std::vector<SymbolId> declarations = Asked(index, invocation);
+  WriteWhole(invocation.output,
+             invocation.json ? ReferencesJson(index, declarations) : ReferencesText(index, declarations));
+}
+
+void RunCalls(const Invocation& invocation) {
+  Required(invocation.module, "--module");
+  Required(invocation.routine, "--routine");
+  const ReferenceIndex index = ReadUnderstanding(invocation);
+  const auto direction = invocation.down ? symbols::CallDirection::kCallees : symbols::CallDirection::kCallers;
+  const std::vector<CallNode> nodes =
+      symbols::CallHierarchy(index, AskedRoutine(index, invocation), direction, invocation.depth.value_or(UINT32_MAX));
+  WriteWhole(invocation.output,
+             invocation.json ? CallsJson(index, nodes, invocation.down) : CallsText(index, nodes, invocation.down));
+}
+
+}  // namespace quillmate::cli

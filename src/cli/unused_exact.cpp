@@ -1,0 +1,79 @@
+#include "unused_exact.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <quillmate/symbols/unused.h>
+
+#include "json.h"
+#include "messages.h"
+#include "output.h"
+#include "symbol_json.h"
+#include "understanding.h"
+
+namespace quillmate::cli {
+namespace {
+
+using symbols::ReferenceIndex;
+using symbols::UnusedSymbol;
+
+bool IsOneOf(symbols::Grade grade, const std::vector<std::string>& words) {
+  return std::ranges::any_of(words, [grade](const std::string& word) { return symbols::GradeFromWord(word) == grade; });
+}
+
+std::string Json(const ReferenceIndex& index, const std::vector<UnusedSymbol>& unused) {
+  std::string json;
+  JsonLines lines(json);
+  for (const UnusedSymbol& one : unused) {
+    const symbols::Symbol& symbol = index.SymbolAt(one.symbol);
+    lines.Next();
+    json += '{';
+    AppendModuleJson(json, index, symbol.module);
+    AppendMember(json, "name", index.Name(one.symbol));
+    AppendMember(json, "kind", symbols::Word(symbol.kind));
+    AppendMember(json, "parent", symbol.parent == symbols::kNone ? std::string_view() : index.Name(symbol.parent));
+    AppendMember(json, "line", index.EditorLine(symbol.module, symbol.line));
+    AppendMember(json, "column", symbol.column);
+    AppendMember(json, "source_line", index.SourceLine(symbol.module, symbol.line));
+    AppendMember(json, "grade", symbols::Word(one.grade));
+    AppendMember(json, "reason", one.reason);
+    AppendMember(json, "place", one.place);
+    json += '}';
+  }
+  lines.End();
+  return json += "\n";
+}
+
+/// Each module with what it declares in vain.
+std::string Text(const ReferenceIndex& index, const std::vector<UnusedSymbol>& unused) {
+  std::string text;
+  symbols::Index module = symbols::kNone;
+  for (const UnusedSymbol& one : unused) {
+    const symbols::Symbol& symbol = index.SymbolAt(one.symbol);
+    if (symbol.module != module) text.append(index.Modules()[module = symbol.module].name).append("\n");
+    text.append("\t").append(symbols::GermanWord(symbol.kind)).append(" ").append(index.Name(one.symbol));
+    if (symbol.parent != symbols::kNone) text.append(" in ").append(index.Name(symbol.parent));
+    text.append(", Zeile ").append(std::to_string(index.EditorLine(symbol.module, symbol.line)));
+    text.append(" (").append(symbols::GermanWord(one.grade)).append(": ").append(one.reason);
+    if (!one.place.empty() && one.place != one.reason) text.append(", ").append(one.place);
+    text += ")\n";
+  }
+  return text;
+}
+
+}  // namespace
+
+void RunUnusedExact(const Invocation& invocation) {
+  const ReferenceIndex index = ReadUnderstanding(invocation);
+  std::vector<UnusedSymbol> unused = symbols::FindUnused(index);
+  const auto failures =
+      std::ranges::count_if(unused, [&](const auto& u) { return IsOneOf(u.grade, invocation.failOn); });
+  if (!invocation.only.empty()) {
+    std::erase_if(unused, [&](const UnusedSymbol& u) { return !IsOneOf(u.grade, invocation.only); });
+  }
+  WriteWhole(invocation.output, invocation.json ? Json(index, unused) : Text(index, unused));
+  if (failures > 0) throw CommandFailure("Unbenutztes, das es nicht geben soll: " + std::to_string(failures));
+}
+
+}  // namespace quillmate::cli
