@@ -23,19 +23,40 @@ bool HasMultiByte(std::string_view bytes) noexcept {
   return std::any_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
 
-std::string DecodeBytes(std::string_view bytes) {
+DecodedText FromUtf8(std::string_view utf8) {
+  DecodedText text;
+  text.code = text::CodeFromUtf8(utf8, &text.replaced);
+  if (text.replaced > 0) text.original = text::WellFormedUtf8(utf8);
+  return text;
+}
+
+DecodedText FromUtf16(const std::u16string& utf16) {
+  DecodedText text;
+  text.code = text::CodeFromUtf16(utf16, &text.replaced);
+  if (text.replaced > 0) text.original = text::Utf8FromUtf16(utf16);
+  return text;
+}
+
+DecodedText DecodeBytes(std::string_view bytes) {
   constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
   constexpr std::string_view kLittleEndianMark = "\xFF\xFE";
   constexpr std::string_view kBigEndianMark = "\xFE\xFF";
-  if (bytes.starts_with(kUtf8Mark)) return text::CodeFromUtf8(bytes.substr(kUtf8Mark.size()));
-  if (bytes.starts_with(kLittleEndianMark)) return text::CodeFromUtf16(Utf16FromBytes(bytes.substr(2), false));
-  if (bytes.starts_with(kBigEndianMark)) return text::CodeFromUtf16(Utf16FromBytes(bytes.substr(2), true));
-  if (HasMultiByte(bytes) && text::IsValidUtf8(bytes)) return text::CodeFromUtf8(bytes);
-  return std::string(bytes);
+  if (bytes.starts_with(kUtf8Mark)) return FromUtf8(bytes.substr(kUtf8Mark.size()));
+  if (bytes.starts_with(kLittleEndianMark)) return FromUtf16(Utf16FromBytes(bytes.substr(2), false));
+  if (bytes.starts_with(kBigEndianMark)) return FromUtf16(Utf16FromBytes(bytes.substr(2), true));
+  if (HasMultiByte(bytes) && text::IsValidUtf8(bytes)) return FromUtf8(bytes);
+  return {std::string(bytes), 0, {}};
 }
 
 }  // namespace
 
-std::string DecodeSourceText(std::string_view bytes) { return text::NormalizeLineBreaks(DecodeBytes(bytes)); }
+DecodedText DecodeWithOriginal(std::string_view bytes) {
+  DecodedText text = DecodeBytes(bytes);
+  text.code = text::NormalizeLineBreaks(text.code);
+  text.original = text::NormalizeLineBreaks(text.original);
+  return text;
+}
+
+std::string DecodeSourceText(std::string_view bytes) { return DecodeWithOriginal(bytes).code; }
 
 }  // namespace quillmate::files

@@ -287,7 +287,12 @@ office::ModuleFile LoadModule(const ListedModule& module, std::string& buffer) {
 }
 
 office::ModuleFile ModuleFileOf(const office::VbaModule& module) {
-  return {text::CodeFromUtf8(module.name), module.type, module.code, module.lineCount};
+  office::ModuleFile file;
+  static_cast<office::EditorText&>(file) = module;
+  file.name = text::CodeFromUtf8(module.name);
+  file.utf8Name = module.name;
+  file.type = module.type;
+  return file;
 }
 
 }  // namespace quillmate::host

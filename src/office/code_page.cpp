@@ -16,14 +16,24 @@ bool IsOurOwn(int number) { return number == kUtf8 || number == kWindows1252 || 
 
 CodePage::CodePage(int number) : isUtf8_(number == kUtf8), converter_(IsOurOwn(number) ? nullptr : Open(number)) {}
 
-std::string CodePage::CodeFrom(std::string_view bytes) const {
-  if (isUtf8_) return text::CodeFromUtf8(bytes);
-  return converter_ == nullptr ? std::string(bytes) : text::CodeFromUtf16(Utf16From(bytes));
+files::DecodedText CodePage::Decode(std::string_view bytes) const {
+  files::DecodedText text;
+  if (isUtf8_) {
+    text.code = text::CodeFromUtf8(bytes, &text.replaced);
+    if (text.replaced > 0) text.original = text::WellFormedUtf8(bytes);
+  } else if (converter_ == nullptr) {
+    text.code = bytes;
+  } else {
+    const std::u16string utf16 = Utf16From(bytes);
+    text.code = text::CodeFromUtf16(utf16, &text.replaced);
+    if (text.replaced > 0) text.original = text::Utf8FromUtf16(utf16);
+  }
+  return text;
 }
 
 std::string CodePage::Utf8From(std::string_view bytes) const {
   if (isUtf8_) return text::WellFormedUtf8(bytes);
-  return converter_ == nullptr ? text::Utf8FromCode(bytes) : Utf8FromUtf16(Utf16From(bytes));
+  return converter_ == nullptr ? text::Utf8FromCode(bytes) : text::Utf8FromUtf16(Utf16From(bytes));
 }
 
 }  // namespace quillmate::office

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include <quillmate/files/source_text.h>
+
 namespace quillmate::office {
 
 /// The encoding of a project's names and texts, by its Windows number. One that is not known counts as Windows-1252.
@@ -11,8 +13,8 @@ class CodePage {
  public:
   explicit CodePage(int number);
 
-  /// Windows-1252, with "?" for what it lacks and for bytes that mean nothing in the code page.
-  std::string CodeFrom(std::string_view bytes) const;
+  /// Windows-1252, with "?" for what it lacks and for bytes that mean nothing in the code page. Line breaks stay.
+  files::DecodedText Decode(std::string_view bytes) const;
   std::string Utf8From(std::string_view bytes) const;
 
  private:

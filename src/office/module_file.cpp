@@ -10,6 +10,7 @@
 #include <quillmate/text/lines.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
 
 namespace quillmate::office {
 namespace {
@@ -93,17 +94,51 @@ bool IsObjectLine(std::string_view line) noexcept {
   return text::StartsWithIgnoreCase(line, kObject) && TrimIndent(line.substr(kObject.size())).starts_with('=');
 }
 
-/// The text behind its header; the whole text when there is none.
-std::string_view BehindHeader(std::string_view text) noexcept {
-  text::LineReader lines(text);
+/// "Version =20": the first line of an Access text export.
+bool IsAccessVersionLine(std::string_view line) noexcept {
+  constexpr std::string_view kVersion = "Version";
+  line = TrimIndent(line);
+  return text::StartsWithIgnoreCase(line, kVersion) && TrimIndent(line.substr(kVersion.size())).starts_with('=');
+}
+
+/// The code of an Access text export; nothing when it holds none.
+std::string_view BehindAccessHeader(text::LineReader& lines) noexcept {
+  for (std::string_view line; lines.Next(line);) {
+    if (text::EqualsIgnoreCase(TrimIndent(line), "CodeBehindForm")) return lines.Rest();
+  }
+  return lines.Rest();
+}
+
+struct Parts {
+  /// With the line break behind it; empty when there is none.
+  std::string_view header;
+  std::string_view body;
+  bool ofAccess = false;
+};
+
+/// The text behind a header of VB, which begins with the line that has just been read; the whole text when the header
+/// never ends.
+std::string_view BehindVbHeader(std::string_view text, text::LineReader& lines) noexcept {
   std::string_view line;
-  if (!lines.Next(line) || !IsVersionLine(line)) return text;
   std::string_view rest = lines.Rest();
   while (lines.Next(line) && (IsObjectLine(line) || TrimIndent(line).empty())) {
     if (!TrimIndent(line).empty()) rest = lines.Rest();
   }
   if (BlockStep(line) != 1) return rest;
   return SkipBlock(lines) ? lines.Rest() : text;
+}
+
+Parts TakeHeaderOff(std::string_view text) noexcept {
+  text::LineReader lines(text);
+  std::string_view line;
+  lines.Next(line);
+  Parts parts;
+  parts.body = text;
+  parts.ofAccess = IsAccessVersionLine(line);
+  if (parts.ofAccess) parts.body = BehindAccessHeader(lines);
+  if (IsVersionLine(line)) parts.body = BehindVbHeader(text, lines);
+  parts.header = text.substr(0, text.size() - parts.body.size());
+  return parts;
 }
 
 // Attributes --------------------------------------------------------------------------------------------------------
@@ -163,30 +198,93 @@ struct LineCounter {
   }
 };
 
-/// `code` is nothing when only the summary is wanted.
-ModuleFile TakeApart(std::string_view text, std::string_view extension, std::string* code) {
-  const std::string_view body = BehindHeader(text);
-  if (code != nullptr) code->reserve(body.size() + body.size() / 16);
-  text::LineReader lines(body);
+/// Collects what the editor hides.
+class HiddenCollector {
+ public:
+  void Add(std::string_view line, int before) {
+    if (lines_.empty() || lines_.back().line != before) {
+      lines_.push_back({before, std::string(line)});
+    } else {
+      lines_.back().text.append(1, '\n').append(line);
+    }
+  }
+  void AddHeader(const Parts& parts) {
+    std::string_view header = parts.header;
+    if (header.ends_with('\n')) header.remove_suffix(1);
+    if (header.ends_with('\r')) header.remove_suffix(1);
+    text::LineReader lines(header);
+    for (std::string_view line; !parts.header.empty() && lines.Next(line);) {
+      const bool binary = parts.ofAccess && TrimIndent(line).starts_with("0x");
+      Add(binary ? std::string_view() : line, 1);
+    }
+  }
+  std::vector<HiddenLines> Take() { return std::move(lines_); }
+
+ private:
+  std::vector<HiddenLines> lines_;
+};
+
+/// In the encoding of the text; with `summary` only the number of lines.
+EditorText TakeLines(const Parts& parts, bool summary, Attributes& attributes) {
+  EditorText text;
+  HiddenCollector hidden;
+  if (!summary) {
+    text.code.reserve(parts.body.size() + parts.body.size() / 16);
+    hidden.AddHeader(parts);
+  }
+  text::LineReader lines(parts.body);
   LineCounter counter;
-  Attributes attributes;
   for (std::string_view line; lines.Next(line);) {
     if (IsAttributeLine(line)) {
       TakeAttribute(line, attributes);
+      if (!summary) hidden.Add(line, counter.lines + 1);
       continue;
     }
-    if (code != nullptr) {
-      if (counter.lines > 0) *code += text::kLineBreak;
-      *code += line;
+    if (!summary) {
+      if (counter.lines > 0) text.code += text::kLineBreak;
+      text.code += line;
     }
     counter.Add(line);
   }
+  text.lineCount = counter.Count();
+  if (text.code.ends_with(text::kLineBreak)) text.code.resize(text.code.size() - text::kLineBreak.size());
+  text.hidden = hidden.Take();
+  return text;
+}
+
+/// Adds what the characters tell that Windows-1252 lacks; without any, the hidden lines turn into UTF-8.
+void AddOriginal(const Parts& original, EditorText& text) {
+  if (original.body.empty() && original.header.empty()) {
+    for (HiddenLines& lines : text.hidden) {
+      if (!IsPlainAscii(lines.text)) lines.text = text::Utf8FromCode(lines.text);
+    }
+    return;
+  }
+  Attributes ignored;
+  EditorText whole = TakeLines(original, false, ignored);
+  text.hidden = std::move(whole.hidden);
+  text.replaced = text::CountReplaced(whole.code);
+  if (text.replaced > 0) text.original = std::move(whole.code);
+}
+
+std::string NameInUtf8(const Parts& original, const Attributes& attributes) {
+  if (original.body.empty()) return text::Utf8FromCode(attributes.name);
+  Attributes ofOriginal;
+  TakeLines(original, true, ofOriginal);
+  return std::string(ofOriginal.name);
+}
+
+/// `original` is empty when the text holds all of it.
+ModuleFile TakeApart(std::string_view text, std::string_view original, std::string_view extension, bool summary) {
+  Attributes attributes;
   ModuleFile file;
+  const Parts ofOriginal = TakeHeaderOff(original);
+  static_cast<EditorText&>(file) = TakeLines(TakeHeaderOff(text), summary, attributes);
   file.name = attributes.name;
+  file.utf8Name = NameInUtf8(ofOriginal, attributes);
   file.type = TypeOfExtension(extension);
   if (file.type == kClassModule && attributes.IsDocument()) file.type = kHostDocument;
-  file.lineCount = counter.Count();
-  if (code != nullptr && code->ends_with(text::kLineBreak)) code->resize(code->size() - text::kLineBreak.size());
+  if (!summary) AddOriginal(ofOriginal, file);
   return file;
 }
 
@@ -196,15 +294,9 @@ bool IsUtf16(std::string_view bytes) noexcept { return bytes.starts_with("\xFF\x
 
 ModuleFile ParseModuleFile(std::string_view bytes, std::string_view extension) {
   // Most files are plain ASCII, which needs no decoding; the line reader takes every line break.
-  std::string decoded;
-  if (!IsPlainAscii(bytes)) {
-    decoded = files::DecodeSourceText(bytes);
-    bytes = decoded;
-  }
-  std::string code;
-  ModuleFile file = TakeApart(bytes, extension, &code);
-  file.code = std::move(code);
-  return file;
+  if (IsPlainAscii(bytes)) return TakeApart(bytes, {}, extension, false);
+  const files::DecodedText text = files::DecodeWithOriginal(bytes);
+  return TakeApart(text.code, text.original, extension, false);
 }
 
 ModuleFile SummarizeModuleFile(std::string_view bytes, std::string_view extension) {
@@ -212,10 +304,18 @@ ModuleFile SummarizeModuleFile(std::string_view bytes, std::string_view extensio
   if (!IsUtf16(bytes)) {
     // Neither line breaks nor the words looked for depend on the encoding of the rest; only the name does.
     ModuleFile file =
-        TakeApart(bytes.starts_with(kUtf8Mark) ? bytes.substr(kUtf8Mark.size()) : bytes, extension, nullptr);
+        TakeApart(bytes.starts_with(kUtf8Mark) ? bytes.substr(kUtf8Mark.size()) : bytes, {}, extension, true);
     if (IsPlainAscii(file.name)) return file;
   }
-  return TakeApart(files::DecodeSourceText(bytes), extension, nullptr);
+  const files::DecodedText text = files::DecodeWithOriginal(bytes);
+  return TakeApart(text.code, text.original, extension, true);
+}
+
+EditorText TakeEditorText(const files::DecodedText& text) {
+  Attributes ignored;
+  EditorText editor = TakeLines({{}, text.code}, false, ignored);
+  AddOriginal({{}, text.original}, editor);
+  return editor;
 }
 
 bool IsModuleFileExtension(std::string_view extension) { return TypeOfExtension(extension) != 0; }

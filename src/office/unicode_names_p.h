@@ -5,9 +5,7 @@
 
 namespace quillmate::office {
 
-/// UTF-16 as UTF-8; half a surrogate pair becomes U+FFFD.
-std::string Utf8FromUtf16(std::u16string_view utf16);
-/// The same from little-endian bytes; an odd last byte is dropped.
+/// Little-endian UTF-16 as UTF-8; half a surrogate pair becomes U+FFFD, an odd last byte is dropped.
 std::string Utf8FromUtf16Bytes(std::string_view bytes);
 
 /// The letter in upper case where that is one character, else the character itself. The system knows.

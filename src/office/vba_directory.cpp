@@ -13,12 +13,20 @@ enum RecordId : std::uint16_t {
   kProjectCodePage = 0x0003,
   kProjectName = 0x0004,
   kProjectVersion = 0x0009,
+  kProjectConstants = 0x000C,
+  kReferenceRegistered = 0x000D,
+  kReferenceProject = 0x000E,
+  kReferenceName = 0x0016,
   kModuleName = 0x0019,
   kModuleStreamName = 0x001A,
   kModuleProcedural = 0x0021,
   kModuleTerminator = 0x002B,
+  kReferenceControl = 0x002F,
+  kReferenceExtended = 0x0030,
   kModuleOffset = 0x0031,
   kModuleStreamNameUnicode = 0x0032,
+  kReferenceOriginal = 0x0033,
+  kReferenceNameUnicode = 0x003E,
   kModuleNameUnicode = 0x0047
 };
 
@@ -52,10 +60,65 @@ class RecordReader {
   std::string_view bytes_;
 };
 
+/// A text that its own length (32 bits) stands before; as much of it as there is.
+std::string_view SizedText(std::string_view data) noexcept {
+  constexpr std::size_t kLengthSize = 4;
+  const auto length = LittleEndian<std::uint32_t>(data, 0);
+  return data.size() < kLengthSize ? std::string_view() : data.substr(kLengthSize, length);
+}
+
+/// Collects the references. One begins with its name. That of a control has up to three libraries, of which the
+/// original one counts, and its name again before the last.
+class ReferenceReader {
+ public:
+  explicit ReferenceReader(std::vector<DirReference>& references) noexcept : references_(references) {}
+
+  void Take(const Record& record) {
+    switch (record.id) {
+      case kReferenceName:
+        if (!inControl_) Begin().name = record.data;
+        break;
+      case kReferenceNameUnicode:
+        if (named_ && !inControl_) references_.back().unicodeName = Utf8FromUtf16Bytes(record.data);
+        break;
+      case kReferenceOriginal:
+        Current().libid = record.data;
+        break;
+      case kReferenceControl:
+        TakeLibrary(record);
+        inControl_ = true;
+        break;
+      case kReferenceExtended:
+      case kReferenceRegistered:
+      case kReferenceProject:
+        TakeLibrary(record);
+        named_ = inControl_ = false;
+        break;
+      default:
+        break;
+    }
+  }
+
+ private:
+  DirReference& Begin() {
+    named_ = true;
+    return references_.emplace_back();
+  }
+  DirReference& Current() { return named_ ? references_.back() : Begin(); }
+  void TakeLibrary(const Record& record) {
+    DirReference& reference = Current();
+    if (reference.libid.empty()) reference.libid = SizedText(record.data);
+  }
+
+  std::vector<DirReference>& references_;
+  bool named_ = false;
+  bool inControl_ = false;
+};
+
 /// Collects the modules; one ends at its terminator or where the name of the next one stands.
 class DirReader {
  public:
-  explicit DirReader(DirStream& dir) noexcept : dir_(dir) {}
+  explicit DirReader(DirStream& dir) noexcept : dir_(dir), references_(dir.references) {}
 
   void Take(const Record& record) {
     switch (record.id) {
@@ -65,6 +128,9 @@ class DirReader {
       case kProjectName:
         dir_.projectName = record.data;
         break;
+      case kProjectConstants:
+        dir_.constants = record.data;
+        break;
       case kModuleTerminator:
         EndModule();
         break;
@@ -72,6 +138,7 @@ class DirReader {
         if (!module_.name.empty()) EndModule();
         [[fallthrough]];
       default:
+        references_.Take(record);
         TakeOfModule(record);
     }
   }
@@ -108,6 +175,7 @@ class DirReader {
   }
 
   DirStream& dir_;
+  ReferenceReader references_;
   DirModule module_;
 };
 

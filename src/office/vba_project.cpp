@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -9,7 +10,6 @@
 #include <quillmate/office/module_file.h>
 #include <quillmate/office/vba_compression.h>
 #include <quillmate/office/vba_project.h>
-#include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 
 #include "code_page_p.h"
@@ -97,14 +97,11 @@ class ModulePlanner {
 };
 
 /// Unpacked text as the editor shows it.
-std::string EditorCode(std::string_view bytes, const CodePage& codePage) {
+EditorText EditorTextOf(std::string bytes, const CodePage& codePage) {
   // A chunk that is not packed is filled up with NUL bytes.
-  bytes = bytes.substr(0, bytes.find_last_not_of('\0') + 1);
-  std::string code = codePage.CodeFrom(bytes);
-  std::replace(code.begin(), code.end(), '\0', '?');
-  code = DropAttributeLines(text::NormalizeLineBreaks(code));
-  if (code.ends_with(text::kLineBreak)) code.resize(code.size() - text::kLineBreak.size());
-  return code;
+  bytes.resize(bytes.find_last_not_of('\0') + 1);
+  std::replace(bytes.begin(), bytes.end(), '\0', '?');
+  return TakeEditorText(codePage.Decode(bytes));
 }
 
 class ProjectReader {
@@ -157,11 +154,25 @@ ProjectText ProjectReader::ReadText() {
   return ParseProjectText(stream.bytes);
 }
 
+std::vector<VbaReference> ReferencesIn(const DirStream& dir, const CodePage& codePage) {
+  std::vector<VbaReference> references;
+  references.reserve(dir.references.size());
+  for (const DirReference& reference : dir.references) {
+    VbaReference& added = references.emplace_back(ParseLibid(codePage.Utf8From(reference.libid)));
+    std::string name = reference.unicodeName.empty() ? codePage.Utf8From(reference.name) : reference.unicodeName;
+    if (!name.empty()) added.name = std::move(name);
+  }
+  return references;
+}
+
 VbaProject ProjectReader::Read() {
   const DirStream dir = ReadDir();
   const ProjectText text = ReadText();
   const CodePage codePage(dir.codePage);
   project_.name = codePage.Utf8From(dir.projectName.empty() ? text.name : dir.projectName);
+  project_.codePage = dir.codePage;
+  project_.constants = codePage.Utf8From(dir.constants);
+  project_.references = ReferencesIn(dir, codePage);
   project_.protection = text.protection;
   if (project_.protection.Locked()) return std::move(project_);
   std::vector<ModulePlan> plans = ModulePlanner(dir, codePage).Plan(text);
@@ -175,12 +186,11 @@ VbaProject ProjectReader::Read() {
 }
 
 VbaModule ProjectReader::ReadModule(const ModulePlan& plan, const CodePage& codePage) {
-  const VbaUnpacked text = UnpackText(plan, codePage);
+  VbaUnpacked text = UnpackText(plan, codePage);
   VbaModule module;
   module.name = plan.name;
   module.type = plan.type != 0 ? plan.type : TypeFromContent(plan, text.bytes);
-  module.code = EditorCode(text.bytes, codePage);
-  module.lineCount = CountLines(module.code);
+  static_cast<EditorText&>(module) = EditorTextOf(std::move(text.bytes), codePage);
   return module;
 }
 
@@ -234,6 +244,44 @@ int ProjectReader::TypeFromContent(const ModulePlan& plan, std::string_view text
 }
 
 }  // namespace
+
+namespace {
+
+/// "a.1" is version 10.1: both parts are hexadecimal.
+std::string DecimalVersion(std::string_view version) {
+  std::string decimal;
+  for (const std::string_view part : text::Split(version, ".")) {
+    unsigned number = 0;
+    const auto read = std::from_chars(part.data(), part.data() + part.size(), number, 16);
+    if (read.ec != std::errc() || read.ptr != part.data() + part.size()) return std::string(version);
+    decimal += (decimal.empty() ? "" : ".") + std::to_string(number);
+  }
+  return decimal;
+}
+
+}  // namespace
+
+VbaReference ParseLibid(std::string_view libid) {
+  constexpr std::size_t kKindLength = 3;  // "*\G"
+  VbaReference reference;
+  if (!libid.starts_with("*\\") || libid.size() < kKindLength) return reference;
+  const char kind = libid[kKindLength - 1];
+  libid.remove_prefix(kKindLength);
+  if (kind != 'G' && kind != 'H') {
+    reference.toProject = true;
+    reference.path = libid;
+    const std::size_t folder = libid.find_last_of("\\/");
+    const std::string_view file = libid.substr(folder == std::string_view::npos ? 0 : folder + 1);
+    reference.name = file.substr(0, file.rfind('.'));
+    return reference;
+  }
+  const std::vector<std::string_view> parts = text::Split(libid, "#");
+  const auto part = [&](std::size_t at) { return at < parts.size() ? std::string(parts[at]) : std::string(); };
+  reference.version = DecimalVersion(part(1));
+  reference.path = part(3);
+  reference.name = part(4);
+  return reference;
+}
 
 std::optional<CompoundId> FindVbaProject(const CompoundFile& file) {
   const std::optional<CompoundId> found = FindStorageWhere(file, HoldsProject);

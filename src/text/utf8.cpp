@@ -3,6 +3,12 @@
 #include <quillmate/text/utf8.h>
 
 namespace quillmate::text {
+namespace {
+
+bool IsHighSurrogate(char16_t unit) noexcept { return unit >= 0xD800 && unit < 0xDC00; }
+bool IsLowSurrogate(char16_t unit) noexcept { return unit >= 0xDC00 && unit < 0xE000; }
+
+}  // namespace
 
 Utf8Character ReadUtf8(std::string_view bytes) noexcept {
   constexpr Utf8Character kMalformed{0, 0};
@@ -54,6 +60,20 @@ std::string WellFormedUtf8(std::string_view bytes) {
     const Utf8Character read = ReadUtf8(bytes);
     AppendUtf8(utf8, read.length == 0 ? kReplacementCharacter : read.character);
     bytes.remove_prefix(std::max<std::size_t>(read.length, 1));
+  }
+  return utf8;
+}
+
+std::string Utf8FromUtf16(std::u16string_view utf16) {
+  std::string utf8;
+  utf8.reserve(utf16.size());
+  for (std::size_t at = 0; at < utf16.size(); ++at) {
+    const char16_t unit = utf16[at];
+    if (IsHighSurrogate(unit) && at + 1 < utf16.size() && IsLowSurrogate(utf16[at + 1])) {
+      AppendUtf8(utf8, 0x10000 + ((unit - 0xD800U) << 10) + (utf16[++at] - 0xDC00U));
+    } else {
+      AppendUtf8(utf8, IsHighSurrogate(unit) || IsLowSurrogate(unit) ? kReplacementCharacter : unit);
+    }
   }
   return utf8;
 }

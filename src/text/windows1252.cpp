@@ -53,9 +53,10 @@ std::string Utf8FromCode(std::string_view code) {
   return out;
 }
 
-std::string CodeFromUtf8(std::string_view utf8) {
+std::string CodeFromUtf8(std::string_view utf8, std::size_t* replaced) {
   std::string out;
   out.reserve(utf8.size());
+  std::size_t lost = 0;
   while (!utf8.empty()) {
     const std::size_t ascii = AsciiRun(utf8);
     out.append(utf8.substr(0, ascii));
@@ -63,10 +64,18 @@ std::string CodeFromUtf8(std::string_view utf8) {
     if (utf8.empty()) break;
     const Utf8Character sequence = ReadUtf8(utf8);
     const auto code = sequence.length == 0 ? std::nullopt : FromUnicode(sequence.character);
+    if (!code) ++lost;
     out += static_cast<char>(code.value_or('?'));
     utf8.remove_prefix(std::max<std::size_t>(sequence.length, 1));
   }
+  if (replaced != nullptr) *replaced = lost;
   return out;
+}
+
+std::size_t CountReplaced(std::string_view utf8) {
+  std::size_t replaced = 0;
+  CodeFromUtf8(utf8, &replaced);
+  return replaced;
 }
 
 std::u16string Utf16FromCode(std::string_view code) {
@@ -76,16 +85,20 @@ std::u16string Utf16FromCode(std::string_view code) {
   return out;
 }
 
-std::string CodeFromUtf16(std::u16string_view utf16) {
+std::string CodeFromUtf16(std::u16string_view utf16, std::size_t* replaced) {
   std::string out;
   out.reserve(utf16.size());
+  std::size_t lost = 0;
   for (std::size_t i = 0; i < utf16.size(); ++i) {
     const char16_t c = utf16[i];
     const bool pair =
         c >= 0xD800 && c < 0xDC00 && i + 1 < utf16.size() && utf16[i + 1] >= 0xDC00 && utf16[i + 1] < 0xE000;
     if (pair) ++i;
-    out += static_cast<char>(pair ? '?' : FromUnicode(c).value_or('?'));
+    const auto code = pair ? std::nullopt : FromUnicode(c);
+    if (!code) ++lost;
+    out += static_cast<char>(code.value_or('?'));
   }
+  if (replaced != nullptr) *replaced = lost;
   return out;
 }
 

@@ -1,5 +1,6 @@
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -96,6 +97,69 @@ TEST(ModuleFile, EncodingsAndLineBreaks) {
       {"all breaks beside an umlaut", "bas", "\344\nb\r\nc\rd\n\r", "", kStdModule, "\344\r\nb\r\nc\r\nd\r\n"},
   };
   for (const ModuleCase& each : cases) ExpectModule(each);
+}
+
+TEST(ModuleFile, WhatTheEditorHidesAndWhatCodeCannotHoldAreKept) {
+  const struct {
+    const char* what;
+    std::string_view bytes, code;
+    /// "line>text" of each.
+    std::vector<std::string> hidden;
+    std::size_t replaced;
+    std::string_view original;
+  } cases[] = {
+      {"attributes go before the next line",
+       "\r\nAttribute a\n  Attribute b\nx\nAttribute c",
+       "\r\nx",
+       {"2>Attribute a\n  Attribute b", "3>Attribute c"},
+       0,
+       ""},
+      {"header and attributes are one",
+       "VERSION 5.00\nBegin VB.Form \374\n\n  End\nAttribute VB_Name = \"F\"\nx",
+       "x",
+       {"1>VERSION 5.00\nBegin VB.Form \303\274\n\n  End\nAttribute VB_Name = \"F\""},
+       0,
+       ""},
+      {"characters",
+       "Attribute VB_Name = \"\316\251\"\n'\316\251\303\244\360\237\230\200\rx",
+       "'?\344?\r\nx",
+       {"1>Attribute VB_Name = \"\316\251\""},
+       2,
+       "'\316\251\303\244\360\237\230\200\r\nx"},
+      {"characters of a header only",
+       "Attribute VB_Name = \"\316\251\"\nx",
+       "x",
+       {"1>Attribute VB_Name = \"\316\251\""},
+       0,
+       ""},
+      {"utf-16", "\377\376'\0\251\3\0\330"sv, "'??", {}, 2, "'\316\251\357\277\275"},
+      {"export of a form",
+       "Version =20\nBegin Form\n  x = Begin\n    0x12 ,\n  End\nEnd\nCodeBehindForm\nAttribute a\nx",
+       "x",
+       {"1>Version =20\nBegin Form\n  x = Begin\n\n  End\nEnd\nCodeBehindForm\nAttribute a"},
+       0,
+       ""},
+      {"export without code",
+       "Version =21\r\nBegin Report\r\nEnd\r\n",
+       "",
+       {"1>Version =21\nBegin Report\nEnd"},
+       0,
+       ""},
+      {"code that begins like one", "Versionen = 20\nVersion", "Versionen = 20\r\nVersion", {}, 0, ""},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.what);
+    const ModuleFile file = ParseModuleFile(each.bytes, "bas");
+    std::vector<std::string> hidden;
+    for (const HiddenLines& lines : file.hidden) hidden.push_back(std::to_string(lines.line) + ">" + lines.text);
+    EXPECT_EQ(file.code, each.code);
+    EXPECT_EQ(file.lineCount, SummarizeModuleFile(each.bytes, "bas").lineCount);
+    EXPECT_EQ(hidden, each.hidden);
+    EXPECT_EQ(file.replaced, each.replaced);
+    EXPECT_EQ(file.original, each.original);
+  }
+  EXPECT_EQ(ParseModuleFile("Attribute VB_Name = \"\316\251\"", "bas").utf8Name, "\316\251");
+  EXPECT_EQ(ParseModuleFile("Attribute VB_Name = \"\374\"", "bas").utf8Name, "\303\274");
 }
 
 TEST(ModuleFile, DropAttributeLinesKeepsEverythingElse) {

@@ -193,6 +193,33 @@ TEST(VbaProject, LockedOnesStayShut) {
   EXPECT_FALSE(password.Locked());
 }
 
+TEST(VbaProject, ReferencesAndConstants) {
+  WrittenProject project;
+  project.codePage = 1251;
+  project.constants = "\317 = 1 : B = -1";
+  project.references = {{"VBA", "*\\G{000204EF-0}#4.2#9#C:\\VBE7.DLL#Visual Basic For Applications"},
+                        {"msforms", "*\\G{0D452EE1-0}#2.a#0#C:\\FM20.DLL#Forms"},
+                        {"\317\360", "*\\CD:\\\317\\Mappe.v2.xlsm"},
+                        {"kurz", "*\\G"}};
+  CompoundWriter writer;
+  project.AddTo(writer, "");
+  const std::string bytes = writer.File();
+  MemorySource source(bytes);
+  const auto file = CompoundFile::Open(source);
+  const VbaProject read = ReadVbaProject(*file, CompoundFile::kRoot);
+  EXPECT_EQ(read.codePage, 1251);
+  EXPECT_EQ(read.constants, "\320\237 = 1 : B = -1");
+  std::string shown;
+  for (const VbaReference& reference : read.references) {
+    shown +=
+        (reference.toProject ? "P " : "L ") + reference.name + "|" + reference.version + "|" + reference.path + "\n";
+  }
+  EXPECT_EQ(shown,
+            "L stdole||\nL VBA|4.2|C:\\VBE7.DLL\nL msforms|2.10|C:\\FM20.DLL\n"
+            "P \320\237\321\200||D:\\\320\237\\Mappe.v2.xlsm\nL kurz||\n");
+  EXPECT_EQ(ParseLibid("*\\A..\\Werkzeug.vbp").name, "Werkzeug");
+}
+
 TEST(VbaProject, DirRecordsInAnyOrder) {
   const auto record = [](unsigned id, const std::string& data) { return Bytes<2>(id) + Bytes<4>(data.size()) + data; };
   const std::string bytes = record(0x31, Bytes<4>(9)) + record(0x47, Utf16Bytes(u"\u00C4x")) + record(0x1A, "s1") +

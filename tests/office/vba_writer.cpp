@@ -72,6 +72,18 @@ class Packer {
 
 std::string DirRecord(unsigned id, const std::string& data) { return Bytes<2>(id) + Bytes<4>(data.size()) + data; }
 
+/// A library, a project, or, for a name that begins with "ms", a control with what the editor has made of it.
+std::string ReferenceRecords(const WrittenProject::Reference& reference) {
+  const auto sized = [](const std::string& libid) { return Bytes<4>(libid.size()) + libid; };
+  const std::string name = DirRecord(0x16, reference.name);
+  if (reference.name.starts_with("ms")) {
+    return name + DirRecord(0x33, reference.libid) + DirRecord(0x2F, sized("*\\G{0}#1.0#0##twiddled") + Bytes<6>(0)) +
+           name + DirRecord(0x30, sized("*\\G{0}#1.0#0#x.exd#extended") + std::string(26, '\0'));
+  }
+  const bool project = !reference.libid.starts_with("*\\G");
+  return name + DirRecord(project ? 0x0E : 0x0D, sized(reference.libid) + (project ? sized("*\\C") : "") + Bytes<6>(0));
+}
+
 std::string ModuleRecords(const WrittenModule& module, std::size_t offset) {
   std::string records = DirRecord(0x19, module.name);
   if (!module.unicodeName.empty()) records += DirRecord(0x47, Utf16Bytes(module.unicodeName));
@@ -126,10 +138,11 @@ std::string EncipherVbaData(std::string_view data, unsigned char seed) {
 std::string WrittenProject::Dir() const {
   std::string dir = DirRecord(0x01, Bytes<4>(1)) + DirRecord(0x02, Bytes<4>(0x407)) +
                     DirRecord(0x03, Bytes<2>(static_cast<unsigned>(codePage))) + DirRecord(0x04, name) +
-                    DirRecord(0x05, "") + DirRecord(0x40, "");
+                    DirRecord(0x05, "") + DirRecord(0x40, "") + DirRecord(0x0C, constants) + DirRecord(0x3C, "");
   // The version's size leaves out two of its bytes.
   dir += Bytes<2>(0x09) + Bytes<4>(4) + Bytes<6>(0x0001000A) + DirRecord(0x16, "stdole") +
          DirRecord(0x3E, Utf16Bytes(u"stdole")) + DirRecord(0x0D, std::string(70, 'r'));
+  for (const Reference& reference : references) dir += ReferenceRecords(reference);
   dir += DirRecord(0x0F, Bytes<2>(modules.size())) + DirRecord(0x13, Bytes<2>(0xFFFF));
   for (const WrittenModule& module : modules) dir += ModuleRecords(module, compiled.size());
   return dir + DirRecord(0x10, "");

@@ -36,6 +36,12 @@ struct WrittenProject {
   int codePage = 1252;
   std::vector<WrittenModule> modules;
   bool locked = false;
+  /// As typed: "A = 1 : B = 2".
+  std::string constants = {};
+  struct Reference {
+    std::string name, libid;
+  };
+  std::vector<Reference> references = {};
   /// What comes before the text in a module's stream.
   std::string compiled = std::string("\1\x16\1\0\xF0\0\1\0", 8) + std::string(40, 'c');
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -11,5 +12,17 @@ namespace quillmate::files {
 /// one multi-byte sequence is taken as UTF-8; everything else is Windows-1252. A character without a code becomes "?".
 /// LF alone and CR alone become CR LF.
 std::string DecodeSourceText(std::string_view bytes);
+
+/// A text as code, and as it is where code can't hold all of it.
+struct DecodedText {
+  std::string code;
+  /// Characters that became "?".
+  std::size_t replaced = 0;
+  /// The text with them: UTF-8, line for line and character for character the code; empty when none was replaced.
+  std::string original;
+};
+
+/// The same as DecodeSourceText in one go with what it loses.
+DecodedText DecodeWithOriginal(std::string_view bytes);
 
 }  // namespace quillmate::files

@@ -1,11 +1,37 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include <quillmate/files/source_text.h>
 
 namespace quillmate::office {
 
-/// A module file (.bas, .cls, .frm and their kin) taken apart. Everything Windows-1252 with CR LF.
+/// Lines that the host's editor hides, before the editor's line `line` (1-based; one more than its last: at the end).
+struct HiddenLines {
+  int line = 1;
+  /// UTF-8, LF between the lines.
+  std::string text;
+};
+
+/// A module's text as the host's editor shows it, and what it holds back.
+struct EditorText {
+  /// Windows-1252 with CR LF: no header, no Attribute lines, and one trailing line break less.
+  std::string code;
+  /// Lines of `code` as CountLines counts them.
+  int lineCount = 0;
+  /// In the order of their lines. With `code` in between it is the source again, but for lines of binary data (those
+  /// that begin with "0x" in an Access export), which are empty here.
+  std::vector<HiddenLines> hidden;
+  /// Characters of `code` that Windows-1252 lacks; when there are any, `original` is the code with them: UTF-8 with
+  /// CR LF. Else it is empty.
+  std::size_t replaced = 0;
+  std::string original;
+};
+
+/// A module file (.bas, .cls, .frm and their kin) taken apart.
 ///
 /// Format, as the host's editor and VB write it (words in any case, lines ended by CR LF, LF or CR):
 ///
@@ -23,15 +49,15 @@ namespace quillmate::office {
 ///
 /// The header begins with the file's first line ("VERSION" and a number) and ends with the End of the outer block. A
 /// file whose outer block never ends has no header: all of it is code, so that nothing gets lost.
-struct ModuleFile {
+///
+/// The text export of an Access form or report begins with "Version =" and a number; everything up to the line
+/// "CodeBehindForm" is its header, and without that line it holds no code.
+struct ModuleFile : EditorText {
   /// From the first "Attribute VB_Name"; empty when the file has none (the caller knows the file's name).
-  std::string name;
+  /// Windows-1252, and the same in UTF-8.
+  std::string name, utf8Name;
   /// ComponentType; from the extension and, for .cls, from the attributes of a document module.
   int type = 0;
-  /// What the host's editor shows: no header, no Attribute lines, and one trailing line break less.
-  std::string code;
-  /// Lines of `code` as CountLines counts them.
-  int lineCount = 0;
 };
 
 /// `bytes` as they lie in the file, `extension` with or without its dot, any case.
@@ -40,8 +66,11 @@ struct ModuleFile {
 /// VB_Base begins with "0{0002" (the class ids of the hosts' own documents).
 ModuleFile ParseModuleFile(std::string_view bytes, std::string_view extension);
 
-/// The same without `code`: what a listing needs, at the cost of one look at the bytes.
+/// The same with nothing of the text but `lineCount`: what a listing needs, at the cost of one look at the bytes.
 ModuleFile SummarizeModuleFile(std::string_view bytes, std::string_view extension);
+
+/// A text that stands without a header: only Attribute lines are hidden.
+EditorText TakeEditorText(const files::DecodedText& text);
 
 /// True for the extensions that are read as module files: bas, cls, frm, ctl, pag, dob, dsr.
 bool IsModuleFileExtension(std::string_view extension);

@@ -25,10 +25,21 @@ struct DirModule {
   bool procedural = false;
 };
 
+/// A reference, 2.3.4.2.2. Bytes in the project's code page.
+struct DirReference {
+  std::string name;
+  std::string unicodeName;  // UTF-8; empty when the record is missing
+  /// "*\G{...}#2.0#0#C:\...\stdole2.tlb#OLE Automation" of a library, "*\CC:\...\Mappe.xlsm" of a project.
+  std::string libid;
+};
+
 struct DirStream {
   /// The code page of all names and texts; 0 when the stream does not say.
   int codePage = 0;
   std::string projectName;
+  /// Conditional constants as they were typed: "DEBUGMODE = 1 : ALT = 0"; bytes in the code page.
+  std::string constants;
+  std::vector<DirReference> references;
   std::vector<DirModule> modules;
   /// False when the last record is cut off.
   bool complete = true;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <quillmate/office/compound_file.h>
+#include <quillmate/office/module_file.h>
 #include <quillmate/office/vba_directory.h>
 
 /// A macro project as it lies in a storage, mostly of a compound file, after the published format [MS-OVBA] 2.2:
@@ -23,20 +24,36 @@ inline constexpr std::size_t kLargestVbaDirectory = std::size_t{16} << 20U;
 inline constexpr std::size_t kLargestVbaModule = std::size_t{16} << 20U;
 inline constexpr std::size_t kLargestVbaText = std::size_t{128} << 20U;
 
-struct VbaModule {
+struct VbaModule : EditorText {
   /// UTF-8.
   std::string name;
   /// ComponentType: from PROJECT; where that does not name the module, from dir and from the module's attributes.
   int type = 0;
-  /// What the host's editor shows, Windows-1252 with CR LF: no Attribute lines, and one trailing line break less.
-  std::string code;
-  /// Lines of `code` as the editor counts them.
-  int lineCount = 0;
 };
+
+/// A reference to a library or another project; UTF-8.
+struct VbaReference {
+  std::string name;
+  /// "2.8"; empty for a project.
+  std::string version;
+  /// Of the library or the project's file, as the host noted it.
+  std::string path;
+  bool toProject = false;
+};
+
+/// Takes a reference apart as project files and streams note it (2.1.1.8, 2.1.1.12):
+/// "*\G{...}#2.0#0#C:\...\stdole2.tlb#OLE Automation" or "*\AC:\...\Mappe.xlsm". UTF-8. The name is the last part
+/// of a library, the file's stem of a project.
+VbaReference ParseLibid(std::string_view libid);
 
 struct VbaProject {
   /// UTF-8.
   std::string name;
+  /// As the project says; 0 when it does not.
+  int codePage = 0;
+  /// Conditional constants as they were typed: "DEBUGMODE = 1 : ALT = 0"; UTF-8.
+  std::string constants;
+  std::vector<VbaReference> references;
   VbaProtection protection;
   /// In the order of the editor: that of PROJECT, then those that only dir names. Empty when the project is locked.
   std::vector<VbaModule> modules;

@@ -26,4 +26,7 @@ void AppendUtf8(std::string& utf8, char32_t character);
 /// The same text with the replacement character for each byte that can't be read.
 std::string WellFormedUtf8(std::string_view bytes);
 
+/// UTF-16 as UTF-8; half a surrogate pair becomes the replacement character.
+std::string Utf8FromUtf16(std::u16string_view utf16);
+
 }  // namespace quillmate::text

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -21,14 +22,17 @@ std::optional<unsigned char> FromUnicode(char32_t character) noexcept;
 std::string Utf8FromCode(std::string_view code);
 
 /// UTF-8 as Windows-1252 bytes. A character that the code page lacks becomes "?", a malformed sequence too (one "?"
-/// for each byte that can't be read).
-std::string CodeFromUtf8(std::string_view utf8);
+/// for each byte that can't be read); `replaced` gets the number of those.
+std::string CodeFromUtf8(std::string_view utf8, std::size_t* replaced = nullptr);
 
 /// Windows-1252 bytes as UTF-16.
 std::u16string Utf16FromCode(std::string_view code);
 
 /// UTF-16 as Windows-1252 bytes, with "?" for what the code page lacks (one for a surrogate pair).
-std::string CodeFromUtf16(std::u16string_view utf16);
+std::string CodeFromUtf16(std::u16string_view utf16, std::size_t* replaced = nullptr);
+
+/// How many characters of UTF-8 text Windows-1252 lacks.
+std::size_t CountReplaced(std::string_view utf8);
 
 /// True when the bytes are well-formed UTF-8 (no overlong forms, no surrogates, nothing above U+10FFFF).
 /// Plain ASCII is well-formed UTF-8.
