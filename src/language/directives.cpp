@@ -1,5 +1,8 @@
 #include <algorithm>
 
+#include <quillmate/text/operations.h>
+
+#include "characters_p.h"
 #include "parser_p.h"
 
 /// "#If" and its kin.
@@ -12,24 +15,33 @@ std::size_t SkipBlanks(std::string_view text, std::size_t at) noexcept {
   return at;
 }
 
+constexpr std::size_t kLongestDirective = 8;  // as far as the first word matters
+
+bool BeginsWithWord(std::string_view text, std::string_view word) noexcept {
+  return text::StartsWithIgnoreCase(text, word) && (text.size() == word.size() || !GoesOnWithName(text[word.size()]));
+}
+
 }  // namespace
 
-/// "#Const" counts in the whole module, above its line and in branches that are left out, too.
-void Parser::CollectConstants() {
+/// Looks over the directives of the whole module: "#Const" counts above its line and in branches that are left out,
+/// too, and an "#If" that is never closed must not silence what follows.
+void Parser::SurveyDirectives() {
+  openDirectives_.clear();
   for (std::size_t hash = text_.find('#'); hash != std::string_view::npos; hash = text_.find('#', hash + 1)) {
-    constexpr std::string_view kConst = "const";
-    const std::size_t word = SkipBlanks(text_, hash + 1);
-    const bool isConst = word + kConst.size() < text_.size() &&
-                         std::equal(kConst.begin(), kConst.end(), text_.begin() + static_cast<std::ptrdiff_t>(word),
-                                    [](char a, char b) { return a == (b | 0x20); });
-    if (!isConst) continue;
     std::size_t line = hash;
     while (line > 0 && (text_[line - 1] == ' ' || text_[line - 1] == '\t')) --line;
     if (line > 0 && text_[line - 1] != '\n' && text_[line - 1] != '\r') continue;
-    lexer_->Start(text_, line, *names_, *module_, false);
-    lexer_->Next();
-    UseLine();
-    if (tokens_[0].kind == TokenKind::kDirective && IsWord(1, kWordConst)) DefineConstant(false);
+    const std::string_view word = text_.substr(SkipBlanks(text_, hash + 1), kLongestDirective);
+    if (BeginsWithWord(word, "const")) {
+      lexer_->Start(text_, line, *names_, *module_, false);
+      lexer_->Next();
+      UseLine();
+      if (tokens_[0].kind == TokenKind::kDirective && IsWord(1, kWordConst)) DefineConstant(false);
+    } else if (BeginsWithWord(word, "if")) {
+      openDirectives_.push_back(static_cast<std::uint32_t>(hash));
+    } else if ((BeginsWithWord(word, "end") || BeginsWithWord(word, "endif")) && !openDirectives_.empty()) {
+      openDirectives_.pop_back();
+    }
   }
   module_->lines.clear();
 }
@@ -93,6 +105,7 @@ bool Parser::IsNeverTrue(std::uint32_t from, std::uint32_t to) const {
 void Parser::ParseIfDirective() {
   Group& group = groups_.emplace_back();
   group.line = tokens_[0].line;
+  group.closed = !std::binary_search(openDirectives_.begin(), openDirectives_.end(), tokens_[0].offset);
   group.outer = activity_;
   group.blocks = blocks_.Top();
   group.routine = routine_;
@@ -119,7 +132,7 @@ void Parser::EnterBranch(Group& group, bool condition) {
   const std::uint32_t from = at_;
   const std::uint32_t to = condition ? ConditionEnd(from) : from;
   if (condition) EmitConditionals(from, to);
-  const bool dead = group.outer == Activity::kDead || (condition && IsNeverTrue(from, to));
+  const bool dead = group.outer == Activity::kDead || (condition && group.closed && IsNeverTrue(from, to));
   const bool holds = !condition || constants_.Evaluate({tokens_ + from, tokens_ + to}).IsTrue();
   if (dead) {
     activity_ = Activity::kDead;

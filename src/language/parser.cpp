@@ -21,7 +21,7 @@ void Parser::Parse(std::string_view readable, const ParseOptions& options, NameT
   module_ = &module;
   Reset();
   constants_.Start(readable, names, options);
-  CollectConstants();
+  SurveyDirectives();
   const std::size_t start = readable.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
   const std::size_t code = ReadFileHeader(readable, start, names, module);
   if (code > start) Hide(1, static_cast<std::uint32_t>(module.lines.size()));

@@ -215,6 +215,7 @@ class Parser {
   struct Group {
     std::uint32_t line = 0;
     Activity outer = Activity::kActive;  ///< around the group
+    bool closed = true;                  ///< its "#End If" follows
     bool taken = false;                  ///< one branch was active already
     bool deadInRoutine = false;          ///< the branch is dead text in an open routine: no headers in it
     BlockStack::State blocks = kNone;    ///< open where the #If stands
@@ -227,7 +228,7 @@ class Parser {
     bool afterActive = false, hasAfter = false;
   };
 
-  void CollectConstants();
+  void SurveyDirectives();
   void DefineConstant(bool replace);
   void ParseDirective();
   void ParseConstDirective();
@@ -305,7 +306,8 @@ class Parser {
 
   Activity activity_ = Activity::kActive;
   std::vector<Group> groups_;
-  std::size_t headerGroups_ = 0;  ///< groups whose `header` is the open routine
+  std::vector<std::uint32_t> openDirectives_;  ///< offsets of "#If" without an "#End If"
+  std::size_t headerGroups_ = 0;               ///< groups whose `header` is the open routine
 
   BlockStack blocks_;
   Index routine_ = kNone;           ///< the open one

@@ -69,6 +69,9 @@ std::string Chain(const Module& module, Index index) {
 
 }  // namespace
 
+std::string_view RoleName(Role role) { return kRoles[static_cast<std::size_t>(role)]; }
+std::string_view KindName(DeclarationKind kind) { return kKinds[static_cast<std::size_t>(kind)]; }
+
 std::string Routines(const Module& module) {
   std::string text;
   for (const Routine& routine : module.routines) {
@@ -87,7 +90,7 @@ std::string Routines(const Module& module) {
 std::string Declarations(const Module& module) {
   std::string text;
   for (const Declaration& declaration : module.declarations) {
-    std::string item = Text(kKinds[static_cast<std::size_t>(declaration.kind)]) + ' ';
+    std::string item = Text(KindName(declaration.kind)) + ' ';
     item += Text(module.Spelling(declaration)) + '@' + std::to_string(declaration.line);
     const std::string type = module.DeclaredType(declaration);
     if (!type.empty()) item += ':' + type;
@@ -108,7 +111,7 @@ std::string Uses(const Module& module, bool lines) {
   for (std::size_t i = 0; i < module.uses.size(); ++i) {
     const NameUse& use = module.uses[i];
     std::string item;
-    if (use.role != Role::kValue) item = Text(kRoles[static_cast<std::size_t>(use.role)]) + ' ';
+    if (use.role != Role::kValue) item = Text(RoleName(use.role)) + ' ';
     item += Chain(module, static_cast<Index>(i));
     if (lines) item += '@' + std::to_string(use.line);
     const bool counted = use.argumentCount > 0 || (use.flags & use_flag::kParenthesised) != 0;

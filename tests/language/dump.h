@@ -1,12 +1,16 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include <quillmate/language/parse.h>
 
 /// What the front end read, as short texts that a test can hold beside its code. Items are parted by blanks; places are
 /// the line, and the column behind ":" where `columns` is asked for.
 namespace quillmate::language {
+
+std::string_view RoleName(Role role);
+std::string_view KindName(DeclarationKind kind);
 
 /// "F1-3" for each routine: its kind's letter (S, F, G, L, T for Sub, Function, Property Get, Let, Set), its name and
 /// its lines; "*2" behind a routine of two headers, "~" inactive, "#" dead, "!" without its End.
