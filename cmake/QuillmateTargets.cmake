@@ -11,6 +11,7 @@ if(QUILLMATE_SANITIZE)
   target_compile_options(qm_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(qm_flags INTERFACE -fsanitize=address,undefined)
 endif()
+include(${CMAKE_CURRENT_LIST_DIR}/QuillmateHardening.cmake)
 
 if(WIN32)
   target_compile_definitions(qm_flags INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
