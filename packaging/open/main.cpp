@@ -62,12 +62,14 @@ void DropUnusable(Paths& sources, const std::vector<SourceProblem>& problems) {
   for (const SourceProblem& problem : problems) std::erase(sources, problem.source);
 }
 
-/// In a message box: who starts a program from the desktop sees no standard error.
+/// In a message box: who starts a program from the desktop sees no standard error. It has to fit on the screen.
 void Tell(const std::vector<SourceProblem>& problems, int argc, char** argv) {
   QString text = QStringLiteral("Folgendes konnte nicht gelesen werden:\n");
-  for (const SourceProblem& problem : problems) {
-    text += QLatin1Char('\n') + QString::fromStdString(problem.source + ": " + problem.reason);
+  const std::size_t named = std::min<std::size_t>(problems.size(), 8);
+  for (std::size_t i = 0; i < named; ++i) {
+    text += QLatin1Char('\n') + QString::fromStdString(problems[i].source + ": " + problems[i].reason);
   }
+  if (problems.size() > named) text += QStringLiteral("\n... und %1 weitere").arg(problems.size() - named);
   QApplication app(argc, argv);
   QMessageBox box(QMessageBox::Warning, QStringLiteral("Quillmate"), text, QMessageBox::Ok);
   box.setTextFormat(Qt::PlainText);
