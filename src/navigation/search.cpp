@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <quillmate/navigation/search.h>
 #include <quillmate/navigation/zoom.h>
 #include <quillmate/text/markers.h>
@@ -40,15 +42,20 @@ class Finder {
     return std::nullopt;
   }
 
-  std::vector<TextMatch> FindAll(std::string_view text) {
-    std::vector<TextMatch> matches;
+  template <typename Visit>
+  void ForEach(std::string_view text, Visit visit) {
     std::size_t free = 0;
     needle_.Start(text, 0);
     for (std::size_t found = needle_.Next(); found != std::string_view::npos; found = needle_.Next()) {
       if (found < free || !IsMatch(text, found)) continue;
-      matches.push_back({found, needle_.Length()});
+      visit(TextMatch{found, needle_.Length()});
       free = found + needle_.Length();
     }
+  }
+
+  std::vector<TextMatch> FindAll(std::string_view text) {
+    std::vector<TextMatch> matches;
+    ForEach(text, [&](const TextMatch& match) { matches.push_back(match); });
     return matches;
   }
 
@@ -131,6 +138,11 @@ std::vector<TextMatch> FindAll(std::string_view text, std::string_view searched,
   return Finder(searched, wholeWord).FindAll(text);
 }
 
+void ForEachMatch(std::string_view text, std::string_view searched, bool wholeWord,
+                  const std::function<void(const TextMatch& match)>& visit) {
+  if (!searched.empty()) Finder(searched, wholeWord).ForEach(text, visit);
+}
+
 ModuleHits DescribeHits(codedb::CodeDatabase& database, const CodeView& view, int index,
                         const std::vector<TextMatch>& matches) {
   ModuleHits module{index, {}, {}};
@@ -158,13 +170,15 @@ std::vector<ModuleHits> AllHits(codedb::CodeDatabase& database, CodeViews& views
   return modules;
 }
 
-std::string_view LineText(const CodeView& view, long line) noexcept {
-  if (line < 1 || line > static_cast<long>(view.LineCount())) return {};
-  const auto index = static_cast<std::size_t>(line) - 1;
-  const std::size_t start = view.LineStart(index);
-  const bool isLast = index + 1 == view.LineCount();
-  const std::size_t end = isLast ? view.Length() : view.LineStart(index + 1) - text::kLineBreak.size();
-  return std::string_view(view.Text()).substr(start, end - start);
+LinePiece LineAround(const CodeView& view, const TextMatch& match, std::size_t most) noexcept {
+  const std::size_t line = view.LineFromChar(match.position);
+  const std::size_t start = view.LineStart(line);
+  const bool isLast = line + 1 == view.LineCount();
+  const std::size_t end = isLast ? view.Length() : view.LineStart(line + 1) - text::kLineBreak.size();
+  const std::size_t shown = std::min(most, end - start);
+  const std::size_t room = (most - std::min(match.length, most)) / 2;
+  const std::size_t first = std::min(std::max(match.position, start + room) - room, end - shown);
+  return {std::string_view(view.Text()).substr(first, shown), first > start, first + shown < end};
 }
 
 }  // namespace quillmate::navigation

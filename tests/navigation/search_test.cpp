@@ -165,7 +165,7 @@ TEST_F(SearchCommands, AllHitsWithLinesAndRoutines) {
         lines += std::to_string(module.view) + ":" + std::to_string(hit.match.position) + " " +
                  std::to_string(hit.line) + " " +
                  (hit.routine < 0 ? "-" : module.routines[static_cast<std::size_t>(hit.routine)].name) + " " +
-                 std::string(LineText(views_.View(module.view), hit.line)) + "\n";
+                 std::string(LineAround(views_.View(module.view), hit.match).text) + "\n";
       }
     }
     return lines;
@@ -175,9 +175,28 @@ TEST_F(SearchCommands, AllHitsWithLinesAndRoutines) {
   EXPECT_EQ(list("foo", true), "0:0 1 - foo\n0:17 4 A foo\n0:25 6 - Foo\n1:0 1 - Foo\n");
   EXPECT_EQ(list("bar", false), "2:2 1 - x Bar\n");
   EXPECT_EQ(list("", false) + list("nirgends", false), "");
-  EXPECT_EQ(LineText(views_.View(0), 0), "");
-  EXPECT_EQ(LineText(views_.View(0), 7), "");
-  EXPECT_EQ(LineText(views_.View(0), 8), "");
+}
+
+/// What a list shows of a long line: so many characters, the match in their middle unless the line ends before.
+TEST(LineAround, KeepsToALimit) {
+  const CodeView view("ab\r\n0123456789\r\n");
+  const struct {
+    TextMatch match;
+    std::string_view piece;
+    bool cutBefore;
+    bool cutBehind;
+  } cases[] = {
+      {{0, 2}, "ab", false, false},    {{4, 1}, "01234", false, true}, {{6, 1}, "01234", false, true},
+      {{7, 1}, "12345", true, true},   {{8, 2}, "34567", true, true},  {{13, 1}, "56789", true, false},
+      {{7, 9}, "34567", true, true},   {{2, 2}, "ab", false, false},   {{16, 0}, "", false, false},
+      {{14, 1}, "56789", true, false},
+  };
+  for (const auto& c : cases) {
+    const LinePiece piece = LineAround(view, c.match, 5);
+    EXPECT_EQ(piece.text, c.piece) << c.match.position;
+    EXPECT_EQ(piece.cutBefore, c.cutBefore) << c.match.position;
+    EXPECT_EQ(piece.cutBehind, c.cutBehind) << c.match.position;
+  }
 }
 
 }  // namespace

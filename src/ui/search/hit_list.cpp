@@ -51,8 +51,9 @@ int HitList::columnCount(const QModelIndex& parent) const { return parent.isVali
 
 QString HitList::LineOf(int row) const {
   try {
-    const auto line = navigation::LineText(views_->View(ModuleOf(row).view), HitOf(row).line);
-    return FromCode(line.substr(0, kShownCharacters)).simplified();
+    const auto line = navigation::LineAround(views_->View(ModuleOf(row).view), HitOf(row).match, kShownCharacters);
+    const QString cut(QChar(0x2026));
+    return (line.cutBefore ? cut : QString()) + FromCode(line.text).simplified() + (line.cutBehind ? cut : QString());
   } catch (const std::exception&) {
     // The file behind the view is gone; a click on the row will say so.
     return {};

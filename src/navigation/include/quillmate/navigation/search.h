@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -63,8 +64,11 @@ struct TextMatch {
   std::size_t length = 0;
 };
 
-/// All occurrences from the first character on, left to right without overlaps.
+/// All occurrences from the first character on, left to right without overlaps; the second form gives one after the
+/// other, since a text that is found everywhere makes a list that is many times as long as the code.
 std::vector<TextMatch> FindAll(std::string_view text, std::string_view searched, bool wholeWord);
+void ForEachMatch(std::string_view text, std::string_view searched, bool wholeWord,
+                  const std::function<void(const TextMatch& match)>& visit);
 
 /// One line of a list of hits.
 struct Hit {
@@ -75,7 +79,7 @@ struct Hit {
   int routine = -1;
 };
 
-/// The hits in one module. Their lines' texts are had from LineText, so that a list of a million hits stays small.
+/// The hits in one module. Their lines' texts are had from LineAround, so that a list of a million hits stays small.
 struct ModuleHits {
   /// 0-based view index.
   int view = 0;
@@ -93,7 +97,19 @@ ModuleHits DescribeHits(codedb::CodeDatabase& database, const CodeView& view, in
 std::vector<ModuleHits> AllHits(codedb::CodeDatabase& database, CodeViews& views, std::string_view searched,
                                 bool wholeWord);
 
-/// A 1-based line of a view without its line break; empty when there is no such line. Points into the view's text.
-std::string_view LineText(const CodeView& view, long line) noexcept;
+/// The most that a list shows of a line, in characters. A line may be megabytes long and be found at every place.
+inline constexpr std::size_t kShownOfALine = 1023;
+
+/// A piece of a view's line without its line break. Points into the view's text.
+struct LinePiece {
+  std::string_view text;
+  /// Something of the line stands in front of the piece, or behind it.
+  bool cutBefore = false;
+  bool cutBehind = false;
+};
+
+/// The line that a match begins in, when it is longer than `most` characters so many of them with the match in the
+/// middle, as far as the line's ends allow.
+LinePiece LineAround(const CodeView& view, const TextMatch& match, std::size_t most = kShownOfALine) noexcept;
 
 }  // namespace quillmate::navigation
