@@ -50,7 +50,7 @@ void RunClip(const Invocation& invocation) {
   if (invocation.credit) {
     html = output::AppendCredit(std::move(html), startup::EditionOf(invocation.edition).hostName);
   }
-  Output output(invocation.output);
+  Output output(invocation.output, Encoding::kCode);
   output.Write(html);
   output.Finish();
 }

@@ -92,7 +92,8 @@ constexpr std::string_view kInputHelp =
     "nicht gelesen. Mit --host kann EINGABE fehlen; gelesen wird das Programm der Edition (nur unter Windows).\n";
 
 constexpr std::string_view kEncodingHelp =
-    "\ntext, rtf, html und clip schreiben Windows-1252, alles andere ist UTF-8.\n"
+    "\ntext, rtf, html und clip schreiben Windows-1252, alles andere ist UTF-8; ein Terminal bekommt immer\n"
+    "UTF-8, Steuerzeichen als \\u001b.\n"
     "\nRückgabewert: 0 erledigt, 1 Eingabe nicht lesbar, Ausgabe nicht schreibbar oder Gesuchtes nicht\n"
     "gefunden, 2 falscher Aufruf.\n";
 

@@ -41,7 +41,7 @@ output::Sink SinkInto(Output& output) {
 
 void RunText(const Invocation& invocation) {
   ProjectInput input(invocation, RunOptions(invocation));
-  Output output(invocation.output);
+  Output output(invocation.output, Encoding::kCode);
   const output::Sink sink = SinkInto(output);
   Export(invocation, input,
          {.module = [&](int number) { output::ModuleText(input.Folder(), number, sink); },
@@ -53,7 +53,7 @@ void RunRtf(const Invocation& invocation) {
   const settings::Options options = RunOptions(invocation);
   const text::CodeLook look = settings::LookOf(options);
   ProjectInput input(invocation, options);
-  Output output(invocation.output);
+  Output output(invocation.output, Encoding::kCode);
   const output::Sink sink = SinkInto(output);
   Export(invocation, input,
          {.module = [&](int number) { output::ModuleRtf(input.Folder(), number, look, sink); },
@@ -65,7 +65,7 @@ void RunHtml(const Invocation& invocation) {
   const settings::Options options = RunOptions(invocation);
   const text::CodeLook look = settings::LookOf(options);
   ProjectInput input(invocation, options);
-  Output output(invocation.output);
+  Output output(invocation.output, Encoding::kCode);
   const output::Sink sink = SinkInto(output);
   Export(invocation, input,
          {.module = [&](int number) { output::ModuleHtml(input.Folder(), number, look, sink); },

@@ -70,6 +70,12 @@ JsonObject& JsonObject::Text(std::string_view key, std::string_view code) {
   return *this;
 }
 
+JsonObject& JsonObject::True(std::string_view key) {
+  Key(key);
+  json_ += "true";
+  return *this;
+}
+
 void JsonLines::Next() {
   json_ += first_ ? "\n" : ",\n";
   first_ = false;

@@ -22,6 +22,7 @@ class JsonObject {
   /// null when there is no value.
   JsonObject& Number(std::string_view key, std::optional<std::int64_t> value);
   JsonObject& Text(std::string_view key, std::string_view code);
+  JsonObject& True(std::string_view key);
   /// Begins a member whose value the caller appends.
   JsonObject& Key(std::string_view key);
   void End() { json_ += '}'; }

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "interruption.h"
+#include "terminal_text.h"
 
 namespace quillmate::cli {
 namespace {
@@ -51,8 +52,22 @@ std::string OneLine(std::string_view text) {
   return line;
 }
 
+std::string MessageLine(std::string_view text) {
+  std::string line;
+  line.reserve(text.size());
+  for (const char c : text) {
+    if (c != '\r' && c != '\n' && c != '\t') {
+      line += c;
+    } else if (!line.empty() && line.back() != ' ') {
+      line += ' ';
+    }
+  }
+  line.erase(line.find_last_not_of(' ') + 1);
+  return ForTerminal(line);
+}
+
 void Complain(std::string_view text) noexcept try {
-  const std::string line = std::string(kProgramName) + ": " + OneLine(text) + "\n";
+  const std::string line = std::string(kProgramName) + ": " + MessageLine(text) + "\n";
   const RunLock lock;
   std::fwrite(line.data(), 1, line.size(), stderr);
   std::fflush(stderr);

@@ -31,8 +31,11 @@ class UsageError : public std::runtime_error {
 
 /// Text on one line: each line break and each other control character becomes a blank (a run of them one blank).
 std::string OneLine(std::string_view text);
+/// Text on one line as a message shows it: line breaks and tabs become blanks, everything else that a terminal would
+/// obey is told apart by an escape (terminal_text.h), wherever the message goes.
+std::string MessageLine(std::string_view text);
 
-/// Writes "quillmate-cli: " + text as one line to standard error. Errors in doing so are ignored. Says nothing any
+/// Writes "quillmate-cli: " + MessageLine(text) to standard error. Errors in doing so are ignored. Says nothing any
 /// more once a signal is ending the run.
 void Complain(std::string_view text) noexcept;
 

@@ -111,55 +111,55 @@ std::string DefinitionText(const navigation::Definition& found, const std::strin
   return text::Utf8FromCode(moduleName) + ":" + std::to_string(found.startLine) + "\n";
 }
 
-/// One module's part of the list of hits.
-using HitList = std::function<std::string(int number, const std::string& name, const navigation::CodeView& view,
-                                          const navigation::ModuleHits& hits)>;
+struct Hit {
+  int moduleNumber;
+  const std::string& moduleName;
+  long line;
+  navigation::LinePiece text;
+};
 
-/// Module after module, since a text that is found everywhere makes a long list.
-void ListHits(ProjectInput& input, const std::string& searched, bool wholeWord, Output& output, const HitList& list) {
+/// Gives each hit as soon as it is found, since a text that is found everywhere makes a long list.
+void ForEachHit(ProjectInput& input, const std::string& searched, bool wholeWord,
+                const std::function<void(const Hit& hit)>& visit) {
   codedb::CodeDatabase& database = input.Database();
   navigation::CodeViews views;
   views.Load(input.Folder(), ModuleCount(database));
   for (int i = 0; i < views.Count(); ++i) {
     const navigation::CodeView& view = views.View(i);
-    const auto matches = navigation::FindAll(view.Text(), searched, wholeWord);
-    if (!matches.empty()) {
-      output.Write(
-          list(i + 1, ModuleName(database, i + 1), view, navigation::DescribeHits(database, view, i, matches)));
-    }
+    std::optional<std::string> name;
+    navigation::ForEachMatch(view.Text(), searched, wholeWord, [&](const navigation::TextMatch& match) {
+      if (!name) name = ModuleName(database, i + 1);
+      const auto line = static_cast<long>(view.LineFromChar(match.position)) + 1;
+      visit({i + 1, *name, line, navigation::LineAround(view, match)});
+    });
   }
 }
 
 void ListHitsAsJson(ProjectInput& input, const std::string& searched, bool wholeWord, Output& output) {
   std::string json;
   JsonLines lines(json);
-  ListHits(input, searched, wholeWord, output,
-           [&](int number, const std::string& name, const auto& view, const navigation::ModuleHits& module) {
-             for (const navigation::Hit& hit : module.hits) {
-               lines.Next();
-               JsonObject(json)
-                   .Number("mod_num", std::int64_t{number})
-                   .Text("mod_name", name)
-                   .Number("line", std::int64_t{hit.line})
-                   .Text("text", navigation::LineText(view, hit.line))
-                   .End();
-             }
-             return std::exchange(json, {});
-           });
+  ForEachHit(input, searched, wholeWord, [&](const Hit& hit) {
+    lines.Next();
+    JsonObject object(json);
+    object.Number("mod_num", std::int64_t{hit.moduleNumber}).Text("mod_name", hit.moduleName);
+    object.Number("line", std::int64_t{hit.line}).Text("text", hit.text.text);
+    if (hit.text.cutBefore || hit.text.cutBehind) object.True("cut");
+    object.End();
+    output.Write(std::exchange(json, {}));
+  });
   lines.End();
   output.Write(json + "\n");
 }
 
 void ListHitsAsText(ProjectInput& input, const std::string& searched, bool wholeWord, Output& output) {
-  ListHits(input, searched, wholeWord, output,
-           [](int, const std::string& name, const auto& view, const navigation::ModuleHits& module) {
-             std::string lines;
-             for (const navigation::Hit& hit : module.hits) {
-               lines.append(name).append(":").append(std::to_string(hit.line)).append(": ");
-               lines.append(navigation::LineText(view, hit.line)).append("\n");
-             }
-             return text::Utf8FromCode(lines);
-           });
+  constexpr std::string_view kCut = "…";
+  ForEachHit(input, searched, wholeWord, [&](const Hit& hit) {
+    std::string line = text::Utf8FromCode(hit.moduleName) + ":" + std::to_string(hit.line) + ": ";
+    if (hit.text.cutBefore) line += kCut;
+    line += text::Utf8FromCode(hit.text.text);
+    if (hit.text.cutBehind) line += kCut;
+    output.Write(line += '\n');
+  });
 }
 
 }  // namespace

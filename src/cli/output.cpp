@@ -5,9 +5,11 @@
 #include <utility>
 
 #include <quillmate/files/paths.h>
+#include <quillmate/text/windows1252.h>
 
 #include "messages.h"
 #include "platform.h"
+#include "terminal_text.h"
 
 namespace quillmate::cli {
 namespace {
@@ -31,7 +33,7 @@ fs::path TemporaryName(const fs::path& target, int attempt) {
 
 }  // namespace
 
-Output::Output(const std::optional<std::string>& target) {
+Output::Output(const std::optional<std::string>& target, Encoding encoding) : encoding_(encoding) {
   if (!target || *target == "-") {
     name_ = "Standardausgabe";
     stream_ = stdout;
@@ -39,6 +41,7 @@ Output::Output(const std::optional<std::string>& target) {
     name_ = *target;
     OpenFile(*target);
   }
+  isTerminal_ = IsTerminal(stream_);
   std::setvbuf(stream_, nullptr, _IOFBF, kBufferSize);
 }
 
@@ -94,12 +97,30 @@ void Output::OpenTemporary() {
 }
 
 void Output::Write(std::string_view bytes) {
+  if (isTerminal_) {
+    Show(bytes, false);
+  } else {
+    WriteBytes(bytes);
+  }
+}
+
+void Output::Show(std::string_view bytes, bool last) {
+  held_ += encoding_ == Encoding::kCode ? text::Utf8FromCode(bytes) : std::string(bytes);
+  std::string shown;
+  held_.erase(0, AppendForTerminal(shown, held_, last));
+  WriteBytes(shown);
+}
+
+void Output::WriteBytes(std::string_view bytes) {
   if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size()) {
     Fail(WriteError());
   }
 }
 
 void Output::Finish() {
+  if (isTerminal_) {
+    Show({}, true);
+  }
   if (std::fflush(stream_) != 0) {
     Fail(WriteError());
   }

@@ -18,7 +18,8 @@ std::vector<std::string> Arguments(int argc, char** argv);
 
 /// From now on a signal that ends the process (SIGINT, SIGTERM, SIGHUP; on Windows the console's events) runs `cleanUp`
 /// in a thread of its own first. Then the process ends as the signal would have ended it, so that the caller sees the
-/// signal in the exit status. A signal that the caller has set to be ignored stays ignored.
+/// signal in the exit status. A signal that the caller has set to be ignored stays ignored. Where no thread can be
+/// started a signal ends the process at once.
 void OnEndingSignal(void (*cleanUp)());
 
 /// Where an open file can't be removed (Windows): closes this process's files at or below a path, under whoever is
@@ -28,9 +29,9 @@ void CloseFilesIn(const std::filesystem::path& path);
 /// The folder of the running executable, symbolic links resolved; empty when the system does not tell.
 std::filesystem::path ExecutableFolder();
 
-/// True when standard error is shown to somebody.
-bool ErrorStreamIsTerminal() noexcept;
-/// Columns of that terminal; 80 when it does not tell.
+/// True when what is written to an open stream is shown to somebody.
+bool IsTerminal(std::FILE* stream) noexcept;
+/// Columns of the terminal behind standard error; 80 when it does not tell.
 std::size_t TerminalColumns() noexcept;
 
 /// True for what is written to directly and never replaced: a device, a pipe.

@@ -54,14 +54,19 @@ void OnEndingSignal(void (*cleanUp)()) {
       sigaddset(&watched, signal);
     }
   }
-  pthread_sigmask(SIG_BLOCK, &watched, nullptr);
-  std::thread([watched, cleanUp] {
-    int signal = 0;
-    while (sigwait(&watched, &signal) != 0) {
-    }
-    cleanUp();
-    EndBySignal(signal);
-  }).detach();
+  sigset_t before;
+  pthread_sigmask(SIG_BLOCK, &watched, &before);
+  try {
+    std::thread([watched, cleanUp] {
+      int signal = 0;
+      while (sigwait(&watched, &signal) != 0) {
+      }
+      cleanUp();
+      EndBySignal(signal);
+    }).detach();
+  } catch (const std::system_error&) {
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  }
 }
 
 void CloseFilesIn(const std::filesystem::path& /*path*/) {}
@@ -72,7 +77,7 @@ std::filesystem::path ExecutableFolder() {
   return error ? std::filesystem::path() : executable.parent_path();
 }
 
-bool ErrorStreamIsTerminal() noexcept { return isatty(STDERR_FILENO) == 1; }
+bool IsTerminal(std::FILE* stream) noexcept { return isatty(fileno(stream)) == 1; }
 
 std::size_t TerminalColumns() noexcept {
   winsize size = {};

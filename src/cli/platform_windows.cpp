@@ -130,9 +130,9 @@ std::filesystem::path ExecutableFolder() {
   return std::filesystem::path(path).parent_path();
 }
 
-bool ErrorStreamIsTerminal() noexcept {
+bool IsTerminal(std::FILE* stream) noexcept {
   DWORD mode = 0;
-  return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+  return GetConsoleMode(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream))), &mode) != 0;
 }
 
 std::size_t TerminalColumns() noexcept {

@@ -34,7 +34,7 @@ void WriteToTerminal(const std::string& text) {
 
 }  // namespace
 
-ProgressLine::ProgressLine() : terminal_(ErrorStreamIsTerminal()) {}
+ProgressLine::ProgressLine() : terminal_(IsTerminal(stderr)) {}
 
 ProgressLine::~ProgressLine() { Clear(); }
 
@@ -43,7 +43,7 @@ void ProgressLine::Show(std::string_view text) {
     return;
   }
   next_ = Clock::now() + kInterval;
-  const std::string line = OneLine(text);
+  const std::string line = MessageLine(text);
   std::size_t characters = 0;
   std::string shown("\r");
   shown += Shorten(line, TerminalColumns() - 1, characters);

@@ -67,6 +67,15 @@ TEST_F(CodeCommands, AnswerInTextAndJson) {
       << "two spellings of module and routine, and not the first one is meant";
 }
 
+/// A hit shows no more than a part of a long line: else a module that is found everywhere lists its square.
+TEST_F(CodeCommands, SearchInALongLine) {
+  Write("lang.bas", "'\n'\n'" + std::string(3000, '-') + "hier" + std::string(9, '+') + "\n");
+  const std::string shown = std::string(1010, '-') + "hier" + std::string(9, '+');
+  EXPECT_EQ(Run("search hier lang.bas").out, "lang:3: …" + shown + "\n");
+  EXPECT_EQ(Run("search --json hier lang.bas").out,
+            "[\n{\"mod_num\":1,\"mod_name\":\"lang\",\"line\":3,\"text\":\"" + shown + "\",\"cut\":true}\n]\n");
+}
+
 TEST_F(CodeCommands, WrongUsage) {
   for (const char* const line :
        {"unused --only alle p", "unused --fail-on '' p", "callers --module Karte p", "callers --routine x p",

@@ -31,6 +31,12 @@ TEST_F(CliTest, StandardInputThatGivesNothing) {
   EXPECT_EQ(Names("."), "");
 }
 
+/// The room for a thread's stack is more than there are addresses.
+TEST_F(CliTest, NoThreadCanBeStarted) {
+  Write("a.bas", kGreeting);
+  EXPECT_EQ(Run("outline a.bas", {.before = "ulimit -s 200000000000;"}), Run("outline a.bas"));
+}
+
 TEST_F(CliTest, NoHostRunsHere) {
   Write("a.bas", kGreeting);
   for (const char* const line : {"text --host", "search x --host", "index -o p --host a.bas"}) {

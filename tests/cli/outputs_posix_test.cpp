@@ -1,4 +1,8 @@
+#include <algorithm>
+
+#include <poll.h>
 #include <pty.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include "modules.h"
@@ -53,23 +57,73 @@ TEST_F(CliTest, StandardOutputThatTakesNothing) {
   }
 }
 
+/// A pseudo terminal of ten columns. Nothing where the system has none to give.
+class Terminal {
+ public:
+  Terminal() {
+    winsize size{24, 10, 0, 0};
+    if (openpty(&master_, &screen_, nullptr, nullptr, &size) != 0) return;
+    termios modes{};
+    tcgetattr(screen_, &modes);
+    cfmakeraw(&modes);
+    tcsetattr(screen_, TCSANOW, &modes);
+  }
+  ~Terminal() {
+    close(screen_);
+    close(master_);
+  }
+  bool IsThere() const { return master_ >= 0; }
+  std::string Name() const { return ttyname(screen_); }
+  /// What has been written to it.
+  std::string Shown() const {
+    std::string shown(4000, '\0');
+    pollfd written{master_, POLLIN, 0};
+    const ssize_t count = poll(&written, 1, 0) > 0 ? read(master_, shown.data(), shown.size()) : 0;
+    shown.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    return shown;
+  }
+
+ private:
+  int master_ = -1;
+  int screen_ = -1;
+};
+
 TEST_F(CliTest, ProgressOnATerminalIsWipedOut) {
+  const Terminal terminal;
+  if (!terminal.IsThere()) GTEST_SKIP() << "no pseudo terminal";
   Write("a.bas", kGreeting);
-  int terminal = -1;
-  int screen = -1;
-  winsize size{24, 10, 0, 0};
-  ASSERT_EQ(openpty(&terminal, &screen, nullptr, nullptr, &size), 0);
-  const Result result = Run("outline a.bas", {.behind = "2>" + std::string(ttyname(screen))});
-  EXPECT_EQ(result.status, 0);
-  close(screen);
-  std::string shown(1000, '\0');
-  const ssize_t count = read(terminal, shown.data(), shown.size());
-  close(terminal);
-  ASSERT_GT(count, 0);
-  shown.resize(static_cast<std::size_t>(count));
+  EXPECT_EQ(Run("outline a.bas", {.behind = "2>" + terminal.Name()}).status, 0);
+  const std::string shown = terminal.Shown();
   EXPECT_TRUE(shown.starts_with("\rErzeuge P")) << shown;
   EXPECT_TRUE(shown.ends_with("\r         \r")) << shown;
   EXPECT_EQ(shown.find('\n'), std::string::npos);
+}
+
+/// Neither code nor names move the cursor of a terminal, turn what is read, or type for the user. Files get the bytes.
+TEST_F(CliTest, ATerminalGetsNothingThatItObeys) {
+  const Terminal terminal;
+  if (!terminal.IsThere()) GTEST_SKIP() << "no pseudo terminal";
+  // A terminal escape, and bytes that are a control (U+009B) and an override (U+202E) once they pass for UTF-8.
+  const std::string code = "'\t\033[2J\r\n'\302\233\342\200\256\201\r\n'\377\r\n";
+  Write("a.bas", "Attribute VB_Name = \"M\033\"\n" + code);
+  const struct {
+    const char* line;
+    std::string shown;
+    std::string kept;
+  } cases[] = {
+      {"text --module M\033 a.bas", "'\t\\u001b[2J\r\n'Â›â€®\\u0081\r\n'ÿ\r\n\r\n", code + "\r\n"},
+      {"outline a.bas", "M\\u001b\n", "M\033\n"},
+      {"search --json › a.bas",
+       "[\n{\"mod_num\":1,\"mod_name\":\"M\\u001b\",\"line\":2,\"text\":\"'Â›â€®\\u0081\"}\n]\n",
+       "[\n{\"mod_num\":1,\"mod_name\":\"M\\u001b\",\"line\":2,\"text\":\"'Â›â€®\302\201\"}\n]\n"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Run(c.line, {.behind = ">" + terminal.Name()}), Success()) << c.line;
+    EXPECT_EQ(terminal.Shown(), c.shown) << c.line;
+    EXPECT_EQ(Run(c.line).out, c.kept) << c.line;
+  }
+  EXPECT_EQ(Run("text weg\302\233\342\200\256\033\377.bas"),
+            Refusal(1, {Full("weg") + "\\u009b\\u202e\\u001b\\xff.bas: Datei existiert nicht"}));
 }
 
 }  // namespace
