@@ -1,24 +1,9 @@
 #include "unused_report.h"
 
+#include <quillmate/export/csv.h>
 #include <quillmate/text/windows1252.h>
 
 namespace quillmate::ui {
-namespace {
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-std::string Quoted(const std::string& field) {
-  if (field.find_first_of(";\"\r\n") == std::string::npos) return field;
-  std::string quoted = "\"";
-  for (const char c : field) {
-    if (c == '"') quoted += '"';
-    quoted += c;
-  }
-  return quoted + '"';
-}
-
-}  // namespace
-
 const char* UnusedCaption(analysis::UnusedClass unused) {
   switch (unused) {
     case analysis::UnusedClass::kCertain:
@@ -41,11 +26,14 @@ std::string UnusedText(const std::vector<analysis::UnusedRoutine>& routines) {
 }
 
 std::string UnusedCsv(const std::vector<analysis::UnusedRoutine>& routines) {
-  std::string csv(kByteOrderMark);
-  csv += "Modul;Routine;Klasse\r\n";
+  std::string csv(output::kCsvStart);
+  output::CsvRow(csv).Text("Modul").Text("Routine").Text("Klasse").End();
   for (const analysis::UnusedRoutine& routine : routines) {
-    csv += Quoted(text::Utf8FromCode(routine.moduleName)) + ';' + Quoted(text::Utf8FromCode(routine.routineName)) +
-           ';' + UnusedCaption(routine.unused) + "\r\n";
+    output::CsvRow(csv)
+        .Text(text::Utf8FromCode(routine.moduleName))
+        .Text(text::Utf8FromCode(routine.routineName))
+        .Text(UnusedCaption(routine.unused))
+        .End();
   }
   return csv;
 }

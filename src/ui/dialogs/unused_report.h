@@ -14,8 +14,7 @@ const char* UnusedCaption(analysis::UnusedClass unused);
 
 /// A line for each routine: module, routine and class with tabs between them, LF.
 std::string UnusedText(const std::vector<analysis::UnusedRoutine>& routines);
-/// The same for a spreadsheet: a byte order mark, a head line, ";" between the fields, CR LF. Fields that hold a
-/// separator, a quote or a line break stand in quotes.
+/// The same for a spreadsheet, behind a head line (quillmate/export/csv.h).
 std::string UnusedCsv(const std::vector<analysis::UnusedRoutine>& routines);
 
 }  // namespace quillmate::ui
