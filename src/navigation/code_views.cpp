@@ -31,8 +31,14 @@ void CodeViews::Load(const std::filesystem::path& folder, int moduleCount) {
   slots_.resize(static_cast<std::size_t>(moduleCount));
 }
 
+void CodeViews::Load(ProjectTexts& texts) {
+  Load(texts.Folder(), texts.Count());
+  texts_ = &texts;
+}
+
 void CodeViews::Reset() {
   folder_.clear();
+  texts_ = nullptr;
   slots_.clear();
   slots_.push_back(std::make_unique<Slot>());
   current_ = 0;
@@ -52,7 +58,8 @@ bool CodeViews::IsRead(int index) const noexcept {
 CodeViews::Slot& CodeViews::Read(int index) {
   std::unique_ptr<Slot>& slot = slots_.at(static_cast<std::size_t>(index));
   if (slot == nullptr) {
-    PlainModule module = StripMarkers(codedb::ReadModuleText(folder_, index + 1));
+    PlainModule module = texts_ != nullptr ? StripMarkers(texts_->Text(index + 1))
+                                           : StripMarkers(codedb::ReadModuleText(folder_, index + 1));
     slot = std::make_unique<Slot>(Slot{CodeView(std::move(module.text)), std::move(module.runs)});
   }
   return *slot;

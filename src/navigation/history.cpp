@@ -37,10 +37,12 @@ const Place* RoutineHistory::Show() {
   return &entry.place;
 }
 
-void RoutineHistory::MoveCaret(std::size_t caret) {
-  if (position_ == 0) return;
-  entries_[position_].filled = true;
-  entries_[position_].place.caret = caret;
+void RoutineHistory::ReplaceCurrent(Place place) {
+  if (position_ == 0) {
+    Push(std::move(place));
+  } else {
+    entries_[position_] = {true, std::move(place)};
+  }
 }
 
 }  // namespace quillmate::navigation

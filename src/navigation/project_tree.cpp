@@ -20,6 +20,11 @@ constexpr std::string_view kRoutines =
     " ORDER BY td_rout.mod_num, "
     "  td_rout.rou_name;";
 
+constexpr std::string_view kStartLines =
+    "SELECT 'R' & [rou_num] AS rnum, "
+    "  td_rout.rou_start"
+    " FROM td_rout;";
+
 constexpr int kTop = -1;
 
 void AddNode(ProjectTree& tree, TreeNode node) {
@@ -59,6 +64,16 @@ void FillRoutineNodes(codedb::CodeDatabase& database, ProjectTree& tree) {
     if (parent < 0) throw codedb::DatabaseError("Das Modul " + module + " fehlt im Projekt.");
     AddNode(tree, {routines.Text(1), routines.Text(2), routines.Text(3), parent});
   }
+}
+
+std::vector<long> StartLines(codedb::CodeDatabase& database, const ProjectTree& tree) {
+  std::vector<long> lines(tree.nodes.size(), 0);
+  codedb::Recordset routines = database.OpenRecordset(kStartLines);
+  while (routines.Next()) {
+    const int node = tree.Find(routines.Text(0));
+    if (node >= 0) lines[static_cast<std::size_t>(node)] = static_cast<long>(routines.Number(1).value_or(0));
+  }
+  return lines;
 }
 
 long RoutineStartLine(codedb::CodeDatabase& database, long routineNumber) {

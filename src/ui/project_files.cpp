@@ -1,5 +1,3 @@
-#include "project_files.h"
-
 #include <algorithm>
 #include <filesystem>
 #include <optional>
@@ -9,30 +7,14 @@
 #include <quillmate/files/paths.h>
 #include <quillmate/text/operations.h>
 
+#include "project_commands.h"
 #include "project_folder.h"
-#include "project_view.h"
 #include "qt_text.h"
-#include "recent_projects.h"
-#include "shell.h"
 
 namespace quillmate::ui {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// The folder that gets the project's folder; empty when the user gives none.
-fs::path ChooseProjectPath(Shell& shell) {
-  fs::path standard = files::PathFromText(shell.Globals().LastProjectFolder);
-  std::error_code ignored;
-  if (shell.Globals().Options.stapro && fs::is_directory(standard, ignored)) return standard;
-  return ToPath(shell.around.platform.ChooseFolder(QStringLiteral("Bitte Projektpfad auswählen"), FromPath(standard)));
-}
-
-std::string AskProjectName(Shell& shell) {
-  const std::optional<QString> name =
-      shell.around.platform.AskText(QStringLiteral("Projektname"), QStringLiteral("Bitte Projektnamen angeben"), {});
-  return CleanName(std::string(text::Trim(ToUtf8(name.value_or(QString())))));
-}
 
 /// True when the folder would be swept away with what crashed runs leave behind.
 bool IsInScratchRoot(const fs::path& folder) {
@@ -44,77 +26,70 @@ bool IsInScratchRoot(const fs::path& folder) {
   return std::any_of(folder.begin(), folder.end(), isRoot) || std::any_of(real.begin(), real.end(), isRoot);
 }
 
-bool MayReplace(Shell& shell, const fs::path& folder) {
+}  // namespace
+
+/// The folder that gets the project's folder; empty when the user gives none.
+fs::path ProjectCommands::ChooseProjectPath() {
+  fs::path standard = files::PathFromText(globals_.LastProjectFolder);
+  std::error_code ignored;
+  if (globals_.Options.stapro && fs::is_directory(standard, ignored)) return standard;
+  return ToPath(interaction_.Desktop().ChooseFolder(QStringLiteral("Bitte Projektpfad auswählen"), FromPath(standard)));
+}
+
+std::string ProjectCommands::AskProjectName() {
+  const std::optional<QString> name =
+      interaction_.Desktop().AskText(QStringLiteral("Projektname"), QStringLiteral("Bitte Projektnamen angeben"), {});
+  return CleanName(std::string(text::Trim(ToUtf8(name.value_or(QString())))));
+}
+
+bool ProjectCommands::MayReplace(const fs::path& folder) {
   std::error_code ignored;
   const fs::file_status status = fs::status(folder, ignored);
   if (!fs::exists(status)) return true;
   if (!fs::is_directory(status)) {
-    shell.Show("Unter diesem Namen gibt es schon eine Datei:\r\n" + files::PathText(folder), MessageIcon::kExclamation);
+    interaction_.Show("Unter diesem Namen gibt es schon eine Datei:\r\n" + files::PathText(folder),
+                      MessageIcon::kExclamation);
     return false;
   }
   const std::string question =
       "\r\nEin Projekt:" + text::EnsureBackslash(files::PathText(folder)) + "existiert schon\r\nÜberschreiben ?";
-  return shell.Show(question, MessageIcon::kQuestion, Buttons::kYesNo) == Answer::kYes;
+  return interaction_.Show(question, MessageIcon::kQuestion, Buttons::kYesNo) == Answer::kYes;
 }
 
-/// The index on screen is the one in `folder` from now on.
-void MoveTo(Shell& shell, const fs::path& folder) {
-  startup::AppGlobals& globals = shell.Globals();
-  globals.TempFolder = folder;
-  globals.CodeDb.Open(codedb::DatabasePath(folder));
-  const int modules = shell.projectModel->Tree().moduleCount;
-  if (modules == 0) return;
-  const int current = shell.views.Current();
-  const std::size_t start = shell.views.View(current).SelStart();
-  const std::size_t length = shell.views.View(current).SelLength();
-  const UpdateLock lock(*shell.rtbHaupt);
-  shell.rtbHaupt->Forget();
-  shell.views.Load(folder, modules);
-  shell.whereabouts.texts.Load(folder, modules);
-  shell.views.SetCurrent(current);
-  navigation::CodeView& view = shell.views.View(current);
-  view.Select(start, length);
-  shell.rtbHaupt->ShowView(current, view, shell.views.Runs(current));
-}
-
-}  // namespace
-
-bool SaveProject(Shell& shell) {
-  const fs::path path = ChooseProjectPath(shell);
+bool ProjectCommands::SaveProject() {
+  const fs::path path = ChooseProjectPath();
   if (path.empty()) return false;
-  const std::string name = AskProjectName(shell);
+  const std::string name = AskProjectName();
   if (name.empty()) return false;
   const fs::path folder = path / files::PathFromText(name);
   if (IsInScratchRoot(folder)) {
-    shell.Show("Im Ordner \"" + std::string(startup::kScratchRoot) +
-                   "\" räumt das Programm selbst auf.\r\nBitte wählen Sie einen anderen Projektpfad.",
-               MessageIcon::kExclamation);
+    interaction_.Show("Im Ordner \"" + std::string(startup::kScratchRoot) +
+                          "\" räumt das Programm selbst auf.\r\nBitte wählen Sie einen anderen Projektpfad.",
+                      MessageIcon::kExclamation);
     return false;
   }
-  if (!MayReplace(shell, folder)) return false;
+  if (!MayReplace(folder)) return false;
 
-  startup::AppGlobals& globals = shell.Globals();
-  const fs::path source = globals.TempFolder;
+  const fs::path source = session_.Files();
   std::error_code ignored;
   fs::path left;
   if (!fs::equivalent(source, folder, ignored)) {
-    const Working working(shell);
-    globals.CodeDb.Close();
+    const Working working(interaction_);
+    globals_.CodeDb.Close();
     try {
       left = ReplaceProjectFolder(source, folder);
     } catch (...) {
-      globals.CodeDb.Open(codedb::DatabasePath(source));
+      globals_.CodeDb.Open(codedb::DatabasePath(source));
       throw;
     }
-    MoveTo(shell, folder);
-    if (source == globals.RunTempFolder) codedb::DeleteScratchFiles(source);
   }
-  AddRecentProject(shell, folder);
-  shell.SetCaption(QStringLiteral(" Projekt: ") + FromUtf8(name));
+  session_.MoveTo(folder, name);
+  if (source == globals_.RunTempFolder) codedb::DeleteScratchFiles(source);
+  AddRecentProject(folder);
   if (!left.empty()) {
-    shell.Show("Das Projekt ist gespeichert. Was vom alten nicht übernommen werden konnte, liegt in\r\n" +
-                   files::PathText(left),
-               MessageIcon::kExclamation);
+    interaction_.Show("Das Projekt ist gespeichert. Was vom alten nicht übernommen werden konnte, liegt in\r\n" +
+                          files::PathText(left),
+                      MessageIcon::kExclamation);
   }
   return true;
 }

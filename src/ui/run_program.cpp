@@ -58,7 +58,7 @@ int RunProgram(int selector, int argc, char** argv) {
   host::ComHost running(globals.HostName);
   host::JoinedHost joined({&running, &documents});
   MainWindow window({globals, mark, *settings, *platform, documents, joined});
-  window.onEnd = [] { QApplication::quit(); };
+  QObject::connect(&window, &MainWindow::Ended, &app, &QApplication::quit);
   window.Load(startup::IsMiniWindowCommand(CommandLine()));
   const int status = QApplication::exec();
   window.Unload();

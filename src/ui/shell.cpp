@@ -1,183 +1,533 @@
 #include "shell.h"
 
-#include <QApplication>
 #include <QCoreApplication>
-#include <exception>
+#include <QLayout>
+#include <QMouseEvent>
+#include <QWindow>
+#include <utility>
 
-#include "code_menu.h"
-#include "commands.h"
-#include "error_text.h"
-#include "hit_panel.h"
-#include "host_list.h"
-#include "project_view.h"
+#include <quillmate/analysis/unused.h>
+#include <quillmate/navigation/identifier.h>
+#include <quillmate/project/saved_projects.h>
+#include <quillmate/startup/edition.h>
+
+#include "about_box.h"
+#include "display_size.h"
+#include "help.h"
+#include "icons.h"
+#include "options_dialog.h"
 #include "qt_text.h"
-#include "search_bar.h"
 #include "splitter.h"
-#include "start_page.h"
-#include "tree_filter.h"
+#include "unused_window.h"
 
 namespace quillmate::ui {
 namespace {
 
-/// How often a long operation shows where it is, and lets the desktop see that the program lives.
-constexpr qint64 kProgressPause = 50;
-
 constexpr int kTreeWidth = 300;
 constexpr int kCodeWidth = 800;
 
+static_assert(kRecentCommands == project::kRecentCount);
+
+SourceServices ServicesOfSources(const Services& services) {
+  return {services.settings, services.documents, services.host, services.globals.HostName,
+          services.globals.hostSelector == startup::kAccess};
+}
+
+/// The two extra buttons of a mouse, wherever in the window they are pressed.
+class MouseSteps : public QObject {
+ public:
+  MouseSteps(QWidget& window, CommandSet& commands) : QObject(&window), window_(window), commands_(commands) {
+    QCoreApplication::instance()->installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    // The second of two quick presses comes as a double click.
+    if (event->type() != QEvent::MouseButtonPress && event->type() != QEvent::MouseButtonDblClick) return false;
+    const auto* widget = qobject_cast<QWidget*>(watched);
+    if (widget == nullptr || widget->window() != &window_) return false;
+    const Qt::MouseButton button = static_cast<QMouseEvent*>(event)->button();
+    if (button != Qt::BackButton && button != Qt::ForwardButton) return false;
+    commands_.Item(button == Qt::BackButton ? CommandId::kGoBack : CommandId::kGoNext).trigger();
+    return true;
+  }
+
+ private:
+  QWidget& window_;
+  CommandSet& commands_;
+};
+
+/// An entry of the menu of the code that needs a name: with it in the caption, or off.
+struct NamedEntry {
+  CommandId command;
+  const char* plain;
+  const char* before;
+};
+
+constexpr NamedEntry kDefinition = {CommandId::kShowDefinition, "&Definition ", "&Definition : "};
+constexpr NamedEntry kCallers = {CommandId::kFindRoutineCallers, "Aufrufe", "Aufrufe: "};
+
+void SetName(const CommandSet& commands, const NamedEntry& entry, QString name) {
+  QAction& item = commands.PopupItem(PopupId::kCode, entry.command);
+  item.setEnabled(!name.isEmpty());
+  const QString plain = QString::fromLatin1(entry.plain);
+  item.setText(name.isEmpty()
+                   ? plain
+                   : QString::fromLatin1(entry.before) + name.replace(QLatin1Char('&'), QStringLiteral("&&")));
+}
+
 }  // namespace
 
-Shell::Shell(MainWindow& mainWindow, const Surroundings& surroundings) : around(surroundings), window(mainWindow) {
-  staBar = new StatusPanels(&window);
-  window.setStatusBar(staBar);
+Shell::Shell(MainWindow& window, const Services& services)
+    : window_(window),
+      services_(services),
+      interaction_(services.platform, FromUtf8(services.globals.AppTitle)),
+      session_(services.globals.CodeDb, services.globals.TempFolder),
+      staBar_(new StatusPanels(&window)),
+      commands_(new CommandSet(window)),
+      sources_(interaction_, ServicesOfSources(services)),
+      projects_(services, interaction_, session_, sources_),
+      code_(new CodeArea(session_)),
+      txtSuche_(new SearchField),
+      exports_(interaction_, session_, *code_, services.globals),
+      navigation_(interaction_, session_, *code_, *txtSuche_, switches_),
+      trees_(new QStackedWidget),
+      project_(new ProjectPanel(session_)),
+      callers_(new CallerPanel),
+      tobSuche_(new QToolBar(QStringLiteral("Routinensuche"))),
+      area_(new QStackedWidget),
+      startPage_(new StartPage(FromUtf8(services.globals.HostName))),
+      hits_(new HitPanel(interaction_, session_, switches_)),
+      container_(new Splitter),
+      view_(services.settings, *code_, *project_, *commands_) {
+  window_.setStatusBar(staBar_);
   BuildTrees();
-  BuildArea();
-  commands = new CommandSet(window);
-  QObject::connect(commands, &CommandSet::Triggered, commands,
-                   [this](CommandId command) { Guarded([this, command] { RunCommand(*this, command); }); });
-  BuildNavigation();
-  WireContextMenus();
+  BuildCode();
+  BuildSearch();
+  ConnectSession();
+  ConnectTrees();
+  ConnectCode();
+  ConnectStatusBar();
+  ConnectStartPage();
+  connect(commands_, &CommandSet::Triggered, this, &Shell::Run);
+  new MouseSteps(window_, *commands_);
 }
 
 void Shell::BuildTrees() {
-  treApp = new TickTree;
-  SetUpTree(*treApp, QStringLiteral("treApp"));
-  hostModel = new HostTreeModel(treApp);
-  treApp->setModel(hostModel);
-
-  treProjekt = new NodeTree;
-  SetUpTree(*treProjekt, QStringLiteral("treProjekt"));
-  projectModel = new ProjectTreeModel(treProjekt);
-  treProjekt->setModel(projectModel);
-  treProjekt->onNode = [this](const QModelIndex& index) {
-    Guarded([this, index] { ShowNode(*this, ProjectTreeModel::NodeOf(index)); });
-  };
+  trees_->setMinimumWidth(1);
+  trees_->addWidget(&sources_.Tree());
+  trees_->addWidget(project_);
+  trees_->addWidget(callers_);
 }
 
-void Shell::BuildArea() {
-  trees = new QStackedWidget;
-  trees->setMinimumWidth(1);
-  trees->addWidget(treApp);
-  treeFilter = AddProjectTree(*this);
-
-  rtbHaupt = new CodeEditor;
-  rtbHaupt->setObjectName(QStringLiteral("rtbHaupt"));
-  rtbZoom = new CodeEditor;
-  rtbZoom->setObjectName(QStringLiteral("rtbZoom"));
-  codes = new QStackedWidget;
-  codes->addWidget(rtbHaupt);
-  codes->addWidget(rtbZoom);
-
-  startPage = new StartPage(*this);
-  area = new QStackedWidget;
-  area->setMinimumWidth(1);
-  area->addWidget(startPage);
-  area->addWidget(codes);
-
-  auto* container = new Splitter;
-  container->addWidget(trees);
-  container->addWidget(area);
-  container->handle(1)->setObjectName(QStringLiteral("fraTeiler"));
-  container->setStretchFactor(0, 0);
-  container->setStretchFactor(1, 1);
-  container->setSizes({kTreeWidth, kCodeWidth});
-  window.setCentralWidget(container);
+void Shell::BuildCode() {
+  area_->setMinimumWidth(1);
+  area_->addWidget(startPage_);
+  area_->addWidget(code_);
+  container_->addWidget(trees_);
+  container_->addWidget(area_);
+  container_->handle(1)->setObjectName(QStringLiteral("fraTeiler"));
+  container_->setStretchFactor(0, 0);
+  container_->setStretchFactor(1, 1);
+  container_->setSizes({kTreeWidth, kCodeWidth});
+  window_.setCentralWidget(container_);
 }
 
-void Shell::BuildNavigation() {
-  txtSuche = AddSearchText(*this);
-  BuildCallerList(*this);
-  hits = new HitPanel(*this);
-  WireWhereabouts(*this);
+void Shell::BuildSearch() {
+  commands_->ToolBar().insertWidget(&commands_->Button(ButtonId::kSearch), txtSuche_);
+  window_.addToolBar(tobSuche_);
+  tobSuche_->setObjectName(QStringLiteral("tobSuche"));
+  tobSuche_->setMovable(false);
+  tobSuche_->setContextMenuPolicy(Qt::PreventContextMenu);
+  tobSuche_->setIconSize(commands_->ToolBar().iconSize());
+  QAction* close =
+      tobSuche_->addAction(LoadIcon(QStringLiteral("close")), QStringLiteral("Schliesst die Routinensuche"));
+  close->setObjectName(QStringLiteral("close"));
+  connect(close, &QAction::triggered, &commands_->Item(CommandId::kCloseCallerList), &QAction::trigger);
+  tobSuche_->hide();
+  window_.addDockWidget(Qt::BottomDockWidgetArea, hits_);
+  hits_->hide();
 }
 
-void Shell::WireContextMenus() {
-  QObject::connect(treApp, &QWidget::customContextMenuRequested, treApp, [this](const QPoint& position) {
-    treApp->setCurrentIndex(treApp->indexAt(position));
-    commands->Item(CommandId::kRemoveSource)
-        .setEnabled(IsFromSource(*this, hostModel->ProjectOf(treApp->currentIndex())));
-    commands->ShowPopup(PopupId::kReading, treApp->viewport()->mapToGlobal(position));
+void Shell::ConnectSession() {
+  connect(&session_, &ProjectSession::ProjectLeaves, this, [this] {
+    window_.setUpdatesEnabled(false);
+    delete window_.findChild<UnusedWindow*>();
+    code_->Forget();
+    hits_->Clear();
   });
-  QObject::connect(rtbHaupt, &QWidget::customContextMenuRequested, rtbHaupt, [this](const QPoint& position) {
-    const QPoint global = rtbHaupt->viewport()->mapToGlobal(position);
-    commands->Item(CommandId::kRemoveSource).setEnabled(false);
-    if (mode == 0) {
-      commands->ShowPopup(PopupId::kReading, global);
-    } else {
-      ShowCodeMenu(*this, global);
-    }
+  connect(&session_, &ProjectSession::ProjectChanged, this, [this] {
+    interaction_.Attempt([this] { ShowProject(); });
+    window_.setUpdatesEnabled(true);
   });
-  QObject::connect(startPage, &QWidget::customContextMenuRequested, startPage, [this](const QPoint& position) {
-    commands->Item(CommandId::kRemoveSource).setEnabled(false);
-    commands->ShowPopup(PopupId::kReading, startPage->mapToGlobal(position));
+  connect(&session_, &ProjectSession::TitleChanged, this, &Shell::ShowTitle);
+  connect(&session_, &ProjectSession::PlaceChanged, this, [this] {
+    staBar_->SetText(StatusPanels::kModule, FromCode(session_.Module()));
+    staBar_->SetText(StatusPanels::kRoutine, FromCode(session_.Routine()));
+    project_->MarkModule();
   });
-  WireZoomMenu(*this);
+  connect(&session_, &ProjectSession::HistoryChanged, this, [this] {
+    const navigation::RoutineHistory& history = session_.History();
+    staBar_->SetEnabled(StatusPanels::kBack, history.BackEnabled());
+    staBar_->SetEnabled(StatusPanels::kNext, history.NextEnabled());
+    commands_->Item(CommandId::kGoBack).setEnabled(history.BackEnabled());
+    commands_->Item(CommandId::kGoNext).setEnabled(history.NextEnabled());
+  });
+  connect(&session_, &ProjectSession::Moved, this,
+          [this](project::Reveal reveal) { interaction_.Attempt([this, reveal] { code_->ShowPlace(reveal); }); });
 }
 
-void Shell::Guarded(const std::function<void()>& work) {
-  if (busy_) return;
-  busy_ = true;
-  try {
-    work();
-  } catch (const std::exception& error) {
-    Show(ErrorText(error), MessageIcon::kExclamation);
-  } catch (...) {
-    Show("Unbekannter Fehler", MessageIcon::kExclamation);
-  }
-  busy_ = false;
+void Shell::ConnectTrees() {
+  connect(&sources_, &SourceList::StatusChanged, staBar_,
+          [this](const QString& text) { staBar_->SetText(StatusPanels::kProgress, text); });
+  connect(&sources_, &SourceList::MenuWanted, this,
+          [this](const QPoint& place) { ShowReadingMenu(place, sources_.IsCurrentFromSource()); });
+  connect(project_, &ProjectPanel::NodeChosen, this, [this](int node) {
+    interaction_.Guarded([this, node] {
+      if (!projects_.OfferReload()) session_.GoToNode(node);
+    });
+  });
+  connect(project_, &ProjectPanel::Rejected, this, [this] { code_->Editor().setFocus(); });
+  connect(callers_, &CallerPanel::NodeChosen, this, [this](const std::string& key) {
+    interaction_.Guarded([this, key] {
+      const int node = session_.Tree()->Find(key);
+      if (node >= 0) session_.GoToNode(node);
+    });
+  });
 }
 
-Answer Shell::Show(std::string_view text, MessageIcon icon, Buttons buttons, std::string_view detail) {
-  return around.platform.Show({FromUtf8(Globals().AppTitle), FromUtf8(text), icon, buttons, FromUtf8(detail)});
+void Shell::ConnectCode() {
+  connect(code_, &CodeArea::CaretMoved, this, [this] { interaction_.Guarded([this] { session_.TrackCaret(); }); });
+  connect(code_, &CodeArea::FontStepsTurned, this, [this](int steps) { view_.ChangeFont(steps); });
+  connect(code_, &CodeArea::ZoomChanged, &commands_->Item(CommandId::kSwitchZoom), &QAction::setChecked);
+  connect(code_, &CodeArea::MenuWanted, this, &Shell::ShowCodeMenu);
+  connect(code_, &CodeArea::ZoomMenuWanted, this,
+          [this](const QPoint& place) { commands_->ShowPopup(PopupId::kZoom, place); });
+  connect(txtSuche_, &QLineEdit::returnPressed, &commands_->Item(CommandId::kSearchFromTop), &QAction::trigger);
+  connect(txtSuche_, &SearchField::Left, this,
+          [this] { (session_.IsLoaded() ? static_cast<QWidget&>(code_->Editor()) : sources_.Tree()).setFocus(); });
+  connect(hits_, &HitPanel::Left, this, [this] { code_->Editor().setFocus(); });
 }
 
-void Shell::SetMode(int newMode) {
-  if (newMode < 0 || newMode > 2) return;
-  mode = newMode;
-  commands->SetMode(mode);
-  area->setCurrentWidget(mode == 0 ? static_cast<QWidget*>(startPage) : codes);
-  if (mode == 0) staBar->ClearTexts();
+void Shell::ConnectStatusBar() {
+  connect(&interaction_, &Interaction::Progress, staBar_, &StatusPanels::ShowProgress);
+  connect(staBar_, &StatusPanels::BackClicked, this, [this] { Run(CommandId::kGoBack); });
+  connect(staBar_, &StatusPanels::NextClicked, this, [this] { Run(CommandId::kGoNext); });
+  connect(staBar_, &StatusPanels::RoutineActivated, &commands_->Item(CommandId::kFindRoutineCallers),
+          &QAction::trigger);
 }
 
-void Shell::SetCaption(const QString& project) { window.setWindowTitle(FromUtf8(Globals().AppTitle) + project); }
-
-QString Shell::ProjectName() const {
-  const QString project = window.windowTitle().section(QStringLiteral(" Projekt: "), 1);
-  // Behind the name of a project just read stand its file and a mark; a saved one may have brackets in its name.
-  const bool saved = !project.endsWith(QStringLiteral(" [nicht gespeichert !!!]"));
-  return saved ? project : project.section(QStringLiteral(" ["), 0, 0);
+void Shell::ConnectStartPage() {
+  connect(startPage_, &StartPage::CommandWanted, this,
+          [this](CommandId command) { commands_->Item(command).trigger(); });
+  connect(startPage_, &QWidget::customContextMenuRequested, this,
+          [this](const QPoint& place) { ShowReadingMenu(startPage_->mapToGlobal(place), false); });
+  connect(&projects_, &ProjectCommands::RecentChanged, this, &Shell::ShowRecent);
 }
 
-std::string Shell::VisibleSelection() { return std::string(Editor().SelectedCode()); }
-
-void Shell::ShowProgress(std::string_view text) {
-  const qint64 now = around.platform.Milliseconds();
-  if (text.empty() || now - lastShown_ < kProgressPause) {
-    staBar->SetText(StatusPanels::kProgress, FromUtf8(text));
+void Shell::Load(bool mini) {
+  const std::string& host = services_.globals.HostName;
+  commands_->Item(CommandId::kRefreshProjects).setText(FromUtf8(startup::RefreshCaption(host)));
+  commands_->Button(ButtonId::kRefresh).setToolTip(FromUtf8(startup::RefreshTooltip(host)));
+  projects_.LoadRecentMenu();
+  ApplyOptions();
+  interaction_.Attempt([this] { view_.Load(*container_); });
+  ShowTitle();
+  SetMode(0);
+  commands_->Item(CommandId::kGoBack).setEnabled(false);
+  commands_->Item(CommandId::kGoNext).setEnabled(false);
+  commands_->Item(CommandId::kCloseCallerList).setEnabled(false);
+  sources_.LoadUserSources();
+  interaction_.Guarded([this] { sources_.ListAtStart(); });
+  if (mini) {
+    ShowMini();
     return;
   }
-  lastShown_ = now;
-  staBar->ShowProgress(FromUtf8(text));
-  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  if (services_.globals.Options.usb) Run(CommandId::kApplyStoredDisplaySize);
+  window_.show();
 }
 
-void Shell::ApplyOptions() {
-  for (CodeEditor* editor : {rtbHaupt, rtbZoom}) editor->SetStyle(StyleOf(Globals().Options, window.logicalDpiX()));
+void Shell::Unload() { view_.SaveSplitterPlace(*container_); }
+
+void Shell::Run(CommandId command) {
+  interaction_.Guarded([this, command] {
+    projects_.OfferReload();
+    Carry(command);
+  });
 }
 
-void Shell::ShowTree(QTreeView& tree) {
-  QWidget* page = &tree;
-  while (page->parentWidget() != nullptr && page->parentWidget() != trees) page = page->parentWidget();
-  trees->setCurrentWidget(page);
+void Shell::TakeDropped(const QStringList& files) {
+  interaction_.GuardedInTurn([this, files] { projects_.TakeDropped(files); });
 }
 
-CodeEditor& Shell::Editor() const { return *static_cast<CodeEditor*>(codes->currentWidget()); }
+void Shell::LookForChanges() {
+  interaction_.Guarded([this] { projects_.OfferReload(); });
+}
 
-Working::Working(Shell& shell) : shell_(shell) { QApplication::setOverrideCursor(Qt::WaitCursor); }
+void Shell::SetMode(int mode) {
+  if (mode < 0 || mode > 2) return;
+  commands_->SetMode(mode);
+  area_->setCurrentWidget(mode == 0 ? static_cast<QWidget*>(startPage_) : code_);
+  if (mode == 0) staBar_->ClearTexts();
+}
 
-Working::~Working() {
-  shell_.ShowProgress({});
-  QApplication::restoreOverrideCursor();
+void Shell::ShowProject() {
+  const bool isLoaded = session_.IsLoaded();
+  CloseCallers();
+  if (session_.Tree()->moduleCount == 0) code_->SetZoom(false);
+  SetMode(isLoaded ? 1 : 0);
+  ShowTree(isLoaded ? static_cast<QWidget&>(*project_) : sources_.Tree());
+  if (!isLoaded) sources_.Tree().setFocus();
+  project_->ShowProject(services_.globals.Options.aufk);
+}
+
+void Shell::ShowTitle() {
+  QString title = interaction_.Title();
+  if (session_.IsLoaded()) {
+    title += QStringLiteral(" Projekt: ") + FromUtf8(session_.Title());
+    if (!session_.IsSaved()) title += QStringLiteral(" [nicht gespeichert !!!]");
+  }
+  window_.setWindowTitle(title);
+}
+
+void Shell::ShowRecent(const std::vector<std::string>& folders) {
+  for (std::size_t position = 0; position < kRecentCommands; ++position) {
+    QAction& item = commands_->Item(OpenRecentCommand(position));
+    item.setVisible(position < folders.size());
+    if (position >= folders.size()) continue;
+    // A "&" in a name is no access key.
+    const QString name =
+        FromUtf8(project::ProjectNameOf(folders[position])).replace(QLatin1Char('&'), QStringLiteral("&&"));
+    item.setText(QStringLiteral("&%1 - ").arg(position) + name);
+    item.setToolTip(FromUtf8(folders[position]));
+  }
+  startPage_->ShowRecent(folders);
+}
+
+void Shell::ShowReadingMenu(const QPoint& place, bool ofSource) {
+  commands_->Item(CommandId::kRemoveSource).setEnabled(ofSource);
+  commands_->ShowPopup(PopupId::kReading, place);
+}
+
+void Shell::ShowCodeMenu(const QPoint& place) {
+  if (!session_.IsLoaded()) {
+    ShowReadingMenu(place, false);
+    return;
+  }
+  const navigation::CodeView& view = session_.View();
+  QMenu& menu = commands_->PreparePopup(PopupId::kCode);
+  SetName(*commands_, kDefinition, FromCode(navigation::IdentifierAtCaret(view.Text(), view.Caret())));
+  SetName(*commands_, kCallers, FromCode(session_.Routine()));
+  menu.popup(place);
+}
+
+void Shell::ShowCallers() {
+  const QString routine = FromCode(session_.Routine());
+  std::optional<navigation::ProjectTree> found = navigation_.FindRoutineCallers();
+  if (!found.has_value()) return;
+  if (found->moduleCount == 0) {
+    CloseCallers();
+    return;
+  }
+  const UpdateLock lock(window_);
+  callers_->ShowCallers(std::move(*found), routine);
+  SetCallersShown(true);
+  callers_->setFocus();
+}
+
+void Shell::CloseCallers() {
+  const UpdateLock lock(window_);
+  const bool hadFocus = callers_->hasFocus();
+  SetCallersShown(false);
+  if (hadFocus) code_->Editor().setFocus();
+  callers_->Clear();
+}
+
+void Shell::SetCallersShown(bool shown) {
+  ShowTree(shown ? static_cast<QWidget&>(*callers_) : *project_);
+  tobSuche_->setVisible(shown);
+  commands_->ToolBar().setVisible(!shown);
+  commands_->Item(CommandId::kCloseCallerList).setEnabled(shown);
+}
+
+void Shell::EnterSearchText() {
+  // The list of callers hides the toolbar, and a narrow window its end.
+  QToolBar& bar = commands_->ToolBar();
+  bar.show();
+  if (bar.width() < bar.sizeHint().width() && !txtSuche_->isVisible()) {
+    window_.resize(bar.sizeHint().width(), window_.height());
+  }
+  window_.layout()->activate();
+  txtSuche_->setFocus();
+  txtSuche_->selectAll();
+}
+
+void Shell::Toggle(CommandId command, bool& on) {
+  on = !on;
+  commands_->Item(command).setChecked(on);
+}
+
+void Shell::ShowUnusedRoutines() {
+  std::vector<analysis::UnusedRoutine> routines;
+  {
+    const Working working(interaction_);
+    interaction_.ShowProgress("Suche Routinen ohne Aufruf");
+    routines = analysis::FindUnusedRoutines(session_.Index(), session_.Files());
+  }
+  delete window_.findChild<UnusedWindow*>();
+  (new UnusedWindow(&window_, interaction_, services_.globals, session_, std::move(routines)))->show();
+}
+
+void Shell::ShowOptions() {
+  auto* dialog = new OptionsDialog(&window_, interaction_, services_.globals, services_.settings);
+  connect(dialog, &QDialog::accepted, this, &Shell::ApplyOptions);
+  dialog->open();
+}
+
+void Shell::ShowAbout() {
+  auto* box = new AboutBox(&window_, interaction_, services_.globals);
+  connect(box, &AboutBox::ManualWanted, this, [this] { Run(CommandId::kShowHelp); });
+  box->open();
+}
+
+void Shell::ApplyOptions() { code_->SetStyle(StyleOf(services_.globals.Options, window_.logicalDpiX())); }
+
+void Shell::ShowMini() {
+  mini_ = std::make_unique<MiniWindow>();
+  mini_->setWindowTitle(window_.windowTitle());
+  mini_->setWindowIcon(window_.windowIcon());
+  connect(mini_.get(), &MiniWindow::HtmlWanted, this, [this] { Run(CommandId::kExportClipboardHtml); });
+  connect(mini_.get(), &MiniWindow::Returned, &window_, &QWidget::show);
+  connect(mini_.get(), &MiniWindow::Closed, &window_, &MainWindow::Unload);
+  mini_->show();
+}
+
+void Shell::ShowSpecialView() {
+  // Given as a wish, the place is kept: the window comes back where it was, not where the desktop puts a new one.
+  QWindow& main = *window_.windowHandle();
+  main.setGeometry(main.geometry());
+  window_.hide();
+  ShowMini();
+}
+
+void Shell::Carry(CommandId command) {
+  switch (command) {
+    using enum CommandId;
+    case kOpenSavedProject:
+      return projects_.OpenSavedProject();
+    case kStartAnew:
+      return projects_.StartAnew();
+    case kSaveProjectAs:
+      projects_.SaveProject();
+      return;
+    case kAddFiles:
+      return projects_.AddFiles();
+    case kAddFolder:
+      return projects_.AddFolder();
+    case kOpenRecent0:
+    case kOpenRecent1:
+    case kOpenRecent2:
+    case kOpenRecent3:
+    case kOpenRecent4:
+    case kOpenRecent5:
+    case kOpenRecent6:
+    case kOpenRecent7:
+    case kOpenRecent8:
+    case kOpenRecent9:
+      return projects_.OpenRecent(static_cast<std::size_t>(command) - static_cast<std::size_t>(kOpenRecent0));
+    case kEndProgram:
+      window_.close();
+      return;
+    case kReadCode:
+      return projects_.ReadCode();
+    case kSearchFromTop:
+      return navigation_.SearchFromTop();
+    case kSearchOn:
+      return navigation_.SearchOn();
+    case kSwitchProjectSearch:
+      return Toggle(command, switches_.project);
+    case kSwitchWholeWord:
+      return Toggle(command, switches_.wholeWord);
+    case kTakeSearchText:
+      return navigation_.TakeSearchText();
+    case kEnterSearchText:
+      return EnterSearchText();
+    case kListAllHits:
+      return hits_->Open(txtSuche_->text());
+    case kFindRoutineCallers:
+      return ShowCallers();
+    case kShowDefinition:
+      return navigation_.ShowDefinition();
+    case kGoBack:
+      return navigation_.GoBack();
+    case kGoNext:
+      return navigation_.GoNext();
+    case kCopyModule:
+      return navigation_.CopyModule();
+    case kCopySelection:
+      return navigation_.CopySelection();
+    case kRefreshProjects:
+      return projects_.RefreshProjects();
+    case kSwitchZoom:
+      return code_->SetZoom(!code_->IsZoomed());
+    case kCloseCallerList:
+      return CloseCallers();
+    case kFilterTree:
+      CloseCallers();
+      return project_->FocusFilter();
+    case kSwitchSourceOrder:
+      return view_.SwitchSourceOrder();
+    case kSwitchLineNumbers:
+      return view_.SwitchLineNumbers();
+    case kEnlargeFont:
+      return view_.ChangeFont(1);
+    case kReduceFont:
+      return view_.ChangeFont(-1);
+    case kResetFont:
+      return view_.ChangeFont(0);
+    case kShowSpecialView:
+      return ShowSpecialView();
+    case kExportClipboardHtml:
+      return exports_.ExportClipboardHtml();
+    case kExportSelectionHtml:
+      return exports_.ExportSelectionHtml();
+    case kExportModuleHtml:
+      return exports_.ExportModuleHtml();
+    case kExportProjectHtml:
+      return exports_.ExportProjectHtml();
+    case kWriteDocumentation:
+      return exports_.WriteDocumentation();
+    case kExportZoomHtml:
+      return exports_.ExportZoomHtml();
+    case kExportProjectRtf:
+      return exports_.ExportProjectRtf();
+    case kExportModuleRtf:
+      return exports_.ExportModuleRtf();
+    case kCopySelectionText:
+      return exports_.CopySelectionText();
+    case kCopyModuleText:
+      return exports_.CopyModuleText();
+    case kReadVbFiles:
+      return projects_.ReadVbFiles();
+    case kCopyOutline:
+      return exports_.CopyOutline();
+    case kShowUnusedRoutines:
+      return ShowUnusedRoutines();
+    case kShowOptions:
+      return ShowOptions();
+    case kStoreDisplaySize:
+      return StoreDisplaySize(window_, interaction_, services_.globals.Options, services_.settings);
+    case kApplyStoredDisplaySize:
+      return ApplyStoredDisplaySize(window_, interaction_, services_.globals.Options);
+    case kClearClipboard:
+      return services_.platform.ClearClipboard();
+    case kShowHelp:
+      return ShowHelp(interaction_, services_.globals);
+    case kShowAbout:
+      return ShowAbout();
+    case kRemoveSource:
+      return sources_.RemoveCurrentSource();
+  }
 }
 
 }  // namespace quillmate::ui

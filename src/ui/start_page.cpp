@@ -4,9 +4,9 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include <quillmate/project/saved_projects.h>
+
 #include "qt_text.h"
-#include "recent_projects.h"
-#include "shell.h"
 
 namespace quillmate::ui {
 namespace {
@@ -94,13 +94,13 @@ QLabel* AddLinks(QVBoxLayout& layout, const char* name, const QString& text) {
 
 }  // namespace
 
-StartPage::StartPage(Shell& shell) : shell_(shell) {
+StartPage::StartPage(const QString& host) {
   setObjectName(QStringLiteral("fraStart"));
   setContextMenuPolicy(Qt::CustomContextMenu);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   AddLabel(*layout, "lblStart", QStringLiteral("<h2>Makrocode lesen und dokumentieren</h2>"));
-  steps_ = AddLinks(*layout, "lblSchritte", Steps(FromUtf8(shell.Globals().HostName)));
+  steps_ = AddLinks(*layout, "lblSchritte", Steps(host));
   recentTitle_ = AddLabel(*layout, "lblZuletzt", QStringLiteral("<h3>Zuletzt geöffnet</h3>"));
   recent_ = AddLinks(*layout, "lblProjekte", {});
   QLabel* drop = Add(*layout, "lblAblage",
@@ -118,8 +118,8 @@ StartPage::StartPage(Shell& shell) : shell_(shell) {
 void StartPage::ShowRecent(const std::vector<std::string>& folders) {
   QString list;
   for (std::size_t i = 0; i < folders.size(); ++i) {
-    list +=
-        Link(OpenRecentCommand(i), FromUtf8(ProjectNameOf(folders[i])), FromUtf8(folders[i])) + QStringLiteral("<br>");
+    list += Link(OpenRecentCommand(i), FromUtf8(project::ProjectNameOf(folders[i])), FromUtf8(folders[i])) +
+            QStringLiteral("<br>");
   }
   recent_->setText(list);
   recentTitle_->setVisible(!folders.empty());
@@ -140,7 +140,7 @@ void StartPage::changeEvent(QEvent* event) {
 void StartPage::Follow(const QString& link) {
   const std::string name = ToUtf8(link);
   for (const Command& command : Commands()) {
-    if (name == command.name) shell_.commands->Item(command.id).trigger();
+    if (name == command.name) emit CommandWanted(command.id);
   }
 }
 

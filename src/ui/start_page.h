@@ -6,18 +6,25 @@
 #include <string>
 #include <vector>
 
+#include "command_table.h"
+
 /// What stands in the place of the code while no project is loaded: what to do next, the projects opened last, and a
 /// place to drop files on.
 namespace quillmate::ui {
 
-class Shell;
-
 class StartPage : public QWidget {
+  Q_OBJECT
+
  public:
-  explicit StartPage(Shell& shell);
+  /// `host`: name of the program whose macros are read.
+  explicit StartPage(const QString& host);
 
   /// Shows the project folders opened last, the newest first. UTF-8.
   void ShowRecent(const std::vector<std::string>& folders);
+
+ signals:
+  /// A link was clicked that stands for a command.
+  void CommandWanted(CommandId command);
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -26,7 +33,6 @@ class StartPage : public QWidget {
   /// Carries out what a link stands for: the name of a menu item.
   void Follow(const QString& link);
 
-  Shell& shell_;
   QLabel* steps_ = nullptr;
   QLabel* recentTitle_ = nullptr;
   QLabel* recent_ = nullptr;

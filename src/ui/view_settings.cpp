@@ -1,11 +1,11 @@
 #include "view_settings.h"
 
+#include <QWidget>
 #include <algorithm>
-#include <string>
 
 #include "qt_text.h"
-#include "shell.h"
-#include "tree_filter.h"
+#include "splitter.h"
+#include "twips.h"
 
 namespace quillmate::ui {
 namespace {
@@ -14,55 +14,65 @@ constexpr std::string_view kSection = "ansicht";
 constexpr std::string_view kLineNumbers = "zeilennummern";
 constexpr std::string_view kSourceOrder = "quellreihenfolge";
 constexpr std::string_view kFont = "schrift";
+constexpr std::string_view kSplitter = "teiler";
 constexpr int kMostSteps = 60;
-
-std::string Read(Shell& shell, std::string_view key) { return shell.around.settings.ReadSetting(kSection, key); }
-
-void Write(Shell& shell, std::string_view key, const std::string& value) {
-  shell.around.settings.WriteSetting(kSection, key, value);
-}
-
-void ApplyLineNumbers(Shell& shell, bool on) {
-  shell.commands->Item(CommandId::kSwitchLineNumbers).setChecked(on);
-  for (CodeEditor* editor : {shell.rtbHaupt, shell.rtbZoom}) editor->ShowLineNumbers(on);
-}
-
-void ApplySourceOrder(Shell& shell, bool on) {
-  shell.commands->Item(CommandId::kSwitchSourceOrder).setChecked(on);
-  shell.treeFilter->OrderBySource(on);
-}
-
-int FontSteps(Shell& shell) { return std::clamp(FromUtf8(Read(shell, kFont)).toInt(), -kMostSteps, kMostSteps); }
-
-void ApplyFont(Shell& shell, int steps) {
-  for (CodeEditor* editor : {shell.rtbHaupt, shell.rtbZoom}) editor->SetFontSteps(steps);
-}
 
 }  // namespace
 
-void LoadViewSettings(Shell& shell) {
-  ApplyLineNumbers(shell, Read(shell, kLineNumbers) != "0");
-  ApplySourceOrder(shell, Read(shell, kSourceOrder) == "-1");
-  ApplyFont(shell, FontSteps(shell));
-  const auto wheel = [&shell](int steps) { ChangeFont(shell, steps); };
-  shell.rtbHaupt->onFontSteps = wheel;
-  shell.rtbZoom->onFontSteps = wheel;
+ViewSettings::ViewSettings(settings::SettingsStore& store, CodeArea& code, ProjectPanel& tree, CommandSet& commands)
+    : store_(store), code_(code), tree_(tree), commands_(commands) {}
+
+std::string ViewSettings::Read(std::string_view key) const { return store_.ReadSetting(kSection, key); }
+
+void ViewSettings::Write(std::string_view key, const std::string& value) { store_.WriteSetting(kSection, key, value); }
+
+void ViewSettings::Load(QSplitter& splitter) {
+  ApplyLineNumbers(Read(kLineNumbers) != "0");
+  ApplySourceOrder(Read(kSourceOrder) == "-1");
+  code_.SetFontSteps(FontSteps());
+
+  const double dpi = splitter.logicalDpiX();
+  const int width = splitter.window()->width();
+  const double left = FromUtf8(Read(kSplitter)).toDouble();
+  if (!MayStandAt(left, ToTwips(width, dpi), ToTwips(splitter.handleWidth(), dpi))) return;
+  const int tree = qRound(ToPixels(left, dpi));
+  splitter.setSizes({tree, width - tree - splitter.handleWidth()});
 }
 
-void SetLineNumbers(Shell& shell, bool on) {
-  ApplyLineNumbers(shell, on);
-  Write(shell, kLineNumbers, on ? "-1" : "0");
+void ViewSettings::SaveSplitterPlace(const QSplitter& splitter) {
+  const int twips = qRound(ToTwips(splitter.sizes().value(0), splitter.logicalDpiX()));
+  // A window that was never shown knows no sizes.
+  if (twips > 0) Write(kSplitter, std::to_string(twips));
 }
 
-void SetSourceOrder(Shell& shell, bool on) {
-  ApplySourceOrder(shell, on);
-  Write(shell, kSourceOrder, on ? "-1" : "0");
+void ViewSettings::ApplyLineNumbers(bool on) {
+  commands_.Item(CommandId::kSwitchLineNumbers).setChecked(on);
+  code_.ShowLineNumbers(on);
 }
 
-void ChangeFont(Shell& shell, int steps) {
-  const int now = steps == 0 ? 0 : std::clamp(FontSteps(shell) + steps, -kMostSteps, kMostSteps);
-  ApplyFont(shell, now);
-  Write(shell, kFont, std::to_string(now));
+void ViewSettings::SwitchLineNumbers() {
+  const bool on = !commands_.Item(CommandId::kSwitchLineNumbers).isChecked();
+  ApplyLineNumbers(on);
+  Write(kLineNumbers, on ? "-1" : "0");
+}
+
+void ViewSettings::ApplySourceOrder(bool on) {
+  tree_.OrderBySource(on);
+  commands_.Item(CommandId::kSwitchSourceOrder).setChecked(on);
+}
+
+void ViewSettings::SwitchSourceOrder() {
+  const bool on = !commands_.Item(CommandId::kSwitchSourceOrder).isChecked();
+  ApplySourceOrder(on);
+  Write(kSourceOrder, on ? "-1" : "0");
+}
+
+int ViewSettings::FontSteps() const { return std::clamp(FromUtf8(Read(kFont)).toInt(), -kMostSteps, kMostSteps); }
+
+void ViewSettings::ChangeFont(int steps) {
+  const int now = steps == 0 ? 0 : std::clamp(FontSteps() + steps, -kMostSteps, kMostSteps);
+  code_.SetFontSteps(now);
+  Write(kFont, std::to_string(now));
 }
 
 }  // namespace quillmate::ui

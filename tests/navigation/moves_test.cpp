@@ -62,13 +62,13 @@ TEST_F(Project, DefinitionInTheOwnModuleFirst) {
   }
 }
 
-/// Runs a script on a history: a digit visits that place, "<" and ">" step, "=" moves the caret of the current place.
-/// Answers what each step showed and then position, last, and which panels are enabled.
+/// Runs a script on a history: a digit visits that place, "<" and ">" step, "=" puts another place where the current
+/// one is. Answers what each step showed and then position, last, and which panels are enabled.
 std::string Visit(RoutineHistory& history, std::string_view script) {
   std::string shown;
   for (const char step : script) {
     if (step == '=') {
-      history.MoveCaret(77);
+      history.ReplaceCurrent({7, 77, "N", "x"});
     } else if (step == '<' || step == '>') {
       const Place* const place = step == '<' ? history.Back() : history.Next();
       if (place == nullptr) {
@@ -90,7 +90,8 @@ TEST(RoutineHistory, BackAndNext) {
     std::string_view script, shown;
   } cases[] = {
       {"", "@0/0"},
-      {"=", "@0/0"},
+      {"=", "@1/1"},
+      {"=2<", "7|77Nx @1/2>"},
       {"<", "- @0/0"},
       {"1", "@1/1"},
       {"1<", "- @1/1"},
@@ -98,14 +99,14 @@ TEST(RoutineHistory, BackAndNext) {
       {"12<", "1|5M1 @1/2>"},
       {"12<>", "1|5M1 2|5M2 @2/2<"},
       {"123<<", "2|5M2 1|5M1 @1/3>"},
-      {"123<=<>", "2|5M2 1|5M1 2|77M2 @2/3<>"},
+      {"123<=<>", "2|5M2 1|5M1 7|77Nx @2/3<>"},
       // A visit after two steps back cuts the later places off.
       // The list's bounds are all that holds a step back; what was cut off is still there for it.
       {"1234<<5>", "3|5M3 2|5M2 4|5M4 @4/3<"},
       {"1>", "- @2/1"},
       {"1><", "- 1|5M1 @1/1"},
       {"1>>2<", "- - - @3/4<"},
-      {"1>=<>", "- 1|5M1 0|77 @2/1<"},
+      {"1>=<>", "- 1|5M1 7|77Nx @2/1<"},
       {">", "- @1/0"},
   };
   for (const auto& c : cases) {

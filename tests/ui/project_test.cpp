@@ -196,7 +196,8 @@ TEST_F(ProjectTest, DamagedIndexIsToldAndTheHostTreeStays) {
   Start();
   Tick(0);
   platform.onClock = [this] {
-    if (Window().windowTitle() == kUnsaved) files::WriteWholeFile(codedb::DatabasePath(globals.TempFolder), "x");
+    const std::filesystem::path index = codedb::DatabasePath(globals.TempFolder);
+    if (std::filesystem::exists(index) && !globals.CodeDb.IsOpen()) files::WriteWholeFile(index, "x");
   };
   Trigger("mnuBearbeiten_Code");
   ExpectMessage(QString::fromStdString(codedb::BrokenProjectMessage(globals.TempFolder)), MessageIcon::kExclamation);

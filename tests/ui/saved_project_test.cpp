@@ -11,8 +11,9 @@
 #include <quillmate/files/paths.h>
 #endif
 
+#include <quillmate/project/saved_projects.h>
+
 #include "project_folder.h"
-#include "recent_projects.h"
 #include "window_test.h"
 
 namespace quillmate::testing {
@@ -155,18 +156,18 @@ TEST_F(SavedProjectTest, RecentListHasTenPlacesWithoutGaps) {
   for (int number = 0; number < 12; ++number) {
     expected.insert(expected.begin(), folder(number));
     if (expected.size() > 10) expected.pop_back();
-    EXPECT_EQ(ui::AddRecent(*settings, folder(number)), expected);
+    EXPECT_EQ(project::AddRecent(*settings, folder(number)), expected);
   }
   EXPECT_EQ(settings->SettingKeys("recent").size(), 10U);
   for (const int gone : {8, 5}) fs::remove_all(files::PathFromText(folder(gone)));
   Start();
   EXPECT_EQ(RecentItems().size(), 10) << "only the next new entry drops what is gone";
-  const std::vector<std::string> list = ui::AddRecent(*settings, folder(11));
+  const std::vector<std::string> list = project::AddRecent(*settings, folder(11));
   EXPECT_EQ(list, (std::vector<std::string>{folder(11), folder(11), folder(10), folder(9), folder(7), folder(6),
                                             folder(4), folder(3)}));
-  EXPECT_EQ(ui::LoadRecent(*settings), list);
-  EXPECT_EQ(ui::ProjectNameOf("/a/b c/"), "b c");
-  EXPECT_EQ(ui::ProjectNameOf("/a/b c"), "b c");
+  EXPECT_EQ(project::LoadRecent(*settings), list);
+  EXPECT_EQ(project::ProjectNameOf("/a/b c/"), "b c");
+  EXPECT_EQ(project::ProjectNameOf("/a/b c"), "b c");
 }
 
 /// Saves are broken off at each of their steps.

@@ -154,7 +154,7 @@ TEST_F(StartTest, StoresTheDisplaySizeInTwips) {
 TEST_F(StartTest, EndsTheRunOnce) {
   Start();
   int ended = 0;
-  Window().onEnd = [&ended] { ++ended; };
+  QObject::connect(&Window(), &ui::MainWindow::Ended, [&ended] { ++ended; });
   EXPECT_TRUE(std::filesystem::exists(globals.RunTempFolder));
   Trigger("mnuEnde");
   Window().Unload();
@@ -166,7 +166,7 @@ TEST_F(StartTest, MiniWindowLeadsBackOrEnds) {
   for (const bool back : {true, false}) {
     Start(true);
     int ended = 0;
-    Window().onEnd = [&ended] { ++ended; };
+    QObject::connect(&Window(), &ui::MainWindow::Ended, [&ended] { ++ended; });
     EXPECT_FALSE(Window().isVisible());
     QWidget* mini = Mini();
     ASSERT_NE(mini, nullptr);

@@ -64,7 +64,7 @@ class WindowTest : public ::testing::Test {
     if (host == nullptr || documentsToo) parts.push_back(&documents_);
     joined_ = std::make_unique<host::JoinedHost>(std::move(parts));
     window_ =
-        std::make_unique<ui::MainWindow>(ui::Surroundings{globals, *mark_, *settings, platform, documents_, *joined_});
+        std::make_unique<ui::MainWindow>(ui::Services{globals, *mark_, *settings, platform, documents_, *joined_});
     window_->Load(mini);
     QApplication::setActiveWindow(window_.get());
     return *window_;

@@ -92,17 +92,18 @@ QString ClipHtml(const CodeStretch& stretch, const CodeStyle& style) {
                      .arg(FromCode(style.look.fontName).toHtmlEscaped().remove(QLatin1Char('\'')))
                      .arg(style.look.fontSize);
   ForEachPiece(stretch, [&](std::string_view piece, const StyleRun& run) {
-    const QString text = FromCode(piece).toHtmlEscaped();
+    const QString text = ClipText(piece).toHtmlEscaped();
     const QString css = StyleText(run, style);
     html += css.isEmpty() ? text : QStringLiteral("<span style=\"%1\">%2</span>").arg(css, text);
   });
   return html + QStringLiteral("</pre>");
 }
 
+QString ClipText(std::string_view code) { return FromCode(code).replace(QStringLiteral("\r\n"), QStringLiteral("\n")); }
+
 ClipboardContent ClipOf(const CodeStretch& stretch, const CodeStyle& style) {
   ClipboardContent content;
-  content.text = FromCode(std::string_view(stretch.text).substr(stretch.start, stretch.length));
-  content.text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+  content.text = ClipText(std::string_view(stretch.text).substr(stretch.start, stretch.length));
   content.rtf = QByteArray::fromStdString(output::RtfDocument(MarkedUp(stretch), style.look));
   content.html = ClipHtml(stretch, style);
   return content;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <quillmate/navigation/code_view.h>
@@ -23,7 +24,9 @@ struct CodeStretch {
 std::string MarkedUp(const CodeStretch& stretch);
 /// The stretch as a fragment of HTML that keeps colours, blanks and line breaks wherever it is pasted.
 QString ClipHtml(const CodeStretch& stretch, const CodeStyle& style);
-/// Plain text, RTF and HTML together. Line breaks of the plain text are LF; Qt turns them into the platform's.
+/// Code as plain text. Line breaks are LF; the clipboard has them as the platform wants them.
+QString ClipText(std::string_view code);
+/// Plain text, RTF and HTML together, with line breaks as above.
 ClipboardContent ClipOf(const CodeStretch& stretch, const CodeStyle& style);
 
 }  // namespace quillmate::ui

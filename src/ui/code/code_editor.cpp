@@ -174,7 +174,7 @@ void CodeEditor::ForEachLineOnScreen(const std::function<void(int, int)>& line) 
 
 void CodeEditor::keyReleaseEvent(QKeyEvent* event) {
   QPlainTextEdit::keyReleaseEvent(event);
-  if (onCaret) onCaret();
+  emit CaretMoved();
 }
 
 void CodeEditor::mousePressEvent(QMouseEvent* event) {
@@ -189,12 +189,12 @@ void CodeEditor::TakeCaretTo(const QPoint& place) {
   const bool isSelected = there.position() >= now.selectionStart() && there.position() <= now.selectionEnd();
   if (view_ == nullptr || (now.hasSelection() && isSelected)) return;
   setTextCursor(there);
-  if (onCaret) onCaret();
+  emit CaretMoved();
 }
 
 void CodeEditor::mouseReleaseEvent(QMouseEvent* event) {
   QPlainTextEdit::mouseReleaseEvent(event);
-  if (event->button() == Qt::LeftButton && onCaret) onCaret();
+  if (event->button() == Qt::LeftButton) emit CaretMoved();
 }
 
 void CodeEditor::wheelEvent(QWheelEvent* event) {
@@ -207,7 +207,7 @@ void CodeEditor::wheelEvent(QWheelEvent* event) {
   wheel_ += event->angleDelta().y();
   const int steps = wheel_ / QWheelEvent::DefaultDeltasPerStep;
   wheel_ -= steps * QWheelEvent::DefaultDeltasPerStep;
-  if (steps != 0 && onFontSteps) onFontSteps(steps);
+  if (steps != 0) emit FontStepsTurned(steps);
 }
 
 void CodeEditor::resizeEvent(QResizeEvent* event) {

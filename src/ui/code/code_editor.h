@@ -19,6 +19,8 @@ namespace quillmate::ui {
 /// CodeView and are kept there; what is built for the screen (a text document for each module) is made when a module is
 /// first looked at and kept for those looked at last, so that a large project costs little memory.
 class CodeEditor : public QPlainTextEdit {
+  Q_OBJECT
+
  public:
   explicit CodeEditor(QWidget* parent = nullptr);
   ~CodeEditor() override;
@@ -47,11 +49,6 @@ class CodeEditor : public QPlainTextEdit {
   /// Calls `line(number, top)` for each line that can be seen: 0-based number, upper edge in pixels of the viewport.
   void ForEachLineOnScreen(const std::function<void(int, int)>& line) const;
 
-  /// Called when a key or the left mouse button was released, or the right one pressed: the caret may have moved.
-  std::function<void()> onCaret;
-  /// Called with the steps of the wheel, up positive, when it is turned with the Ctrl key held.
-  std::function<void(int)> onFontSteps;
-
   /// The code on screen and what is selected of it, Windows-1252 with CR LF; empty while nothing is shown. Valid until
   /// something else is shown.
   std::string_view Code() const;
@@ -59,6 +56,12 @@ class CodeEditor : public QPlainTextEdit {
 
   /// Modules whose text document is kept.
   std::size_t KeptDocuments() const noexcept { return pages_.size(); }
+
+ signals:
+  /// A key or the left mouse button was released, or the right one pressed: the caret may have moved.
+  void CaretMoved();
+  /// The wheel was turned by some steps, up positive, with the Ctrl key held.
+  void FontStepsTurned(int steps);
 
  protected:
   QMimeData* createMimeDataFromSelection() const override;

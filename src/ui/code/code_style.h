@@ -8,6 +8,10 @@
 
 namespace quillmate::ui {
 
+/// Whether project exports carry a header block in front of each module. The options dialog shows the switch; nothing
+/// changes it.
+inline constexpr bool kModuleHeaders = true;
+
 /// How code looks on screen and on the clipboard, made of the user's options.
 struct CodeStyle {
   QFont font;

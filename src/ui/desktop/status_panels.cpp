@@ -52,9 +52,8 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
     QWidget* widget = nullptr;
     if (IsButton(number)) {
       QToolButton* arrow = MakeButton(panel);
-      connect(arrow, &QToolButton::clicked, this, [this, number] {
-        if (onArrow) onArrow(number);
-      });
+      connect(arrow, &QToolButton::clicked, this,
+              number == kBack ? &StatusPanels::BackClicked : &StatusPanels::NextClicked);
       widget = arrows_[static_cast<std::size_t>(number - kBack)] = arrow;
     } else {
       widget = labels_[next++] = MakeLabel(panel);
@@ -67,7 +66,7 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
 }
 
 bool StatusPanels::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::MouseButtonDblClick && watched == Label(kRoutine) && onRoutine) onRoutine();
+  if (event->type() == QEvent::MouseButtonDblClick && watched == Label(kRoutine)) emit RoutineActivated();
   return QStatusBar::eventFilter(watched, event);
 }
 
@@ -81,15 +80,13 @@ QLabel* StatusPanels::Label(int panel) const {
 
 void StatusPanels::SetText(int panel, const QString& text) { Label(panel)->setText(text); }
 
-QString StatusPanels::Text(int panel) const { return Label(panel)->text(); }
-
 void StatusPanels::ClearTexts() {
   for (QLabel* label : labels_) label->clear();
 }
 
-void StatusPanels::ShowProgress(const QString& text) {
+void StatusPanels::ShowProgress(const QString& text, bool atOnce) {
   SetText(kProgress, text);
-  if (isVisible()) Label(kProgress)->repaint();
+  if (atOnce && isVisible()) Label(kProgress)->repaint();
 }
 
 }  // namespace quillmate::ui

@@ -5,13 +5,14 @@
 #include <QString>
 #include <QToolButton>
 #include <array>
-#include <functional>
 
 namespace quillmate::ui {
 
 /// The status bar `staBar`: five panels, known by their numbers from 1 on. Panels 3 and 4 are the buttons "<<" and
 /// ">>".
 class StatusPanels : public QStatusBar {
+  Q_OBJECT
+
  public:
   static constexpr int kModule = 1;
   static constexpr int kRoutine = 2;
@@ -22,18 +23,19 @@ class StatusPanels : public QStatusBar {
   explicit StatusPanels(QWidget* parent = nullptr);
 
   void SetText(int panel, const QString& text);
-  QString Text(int panel) const;
   /// Empties module, routine and progress; the arrows keep theirs.
   void ClearTexts();
-  /// Shows a text in panel 5 at once, although no events are handled during a long operation.
-  void ShowProgress(const QString& text);
+  /// Shows a text in panel 5, at once where no events are handled during a long operation.
+  void ShowProgress(const QString& text, bool atOnce);
   /// Switches an arrow on or off.
   void SetEnabled(int panel, bool enabled);
 
-  /// Called with the number of the arrow that was clicked.
-  std::function<void(int)> onArrow;
-  /// Called when the routine was double-clicked.
-  std::function<void()> onRoutine;
+ signals:
+  /// An arrow was clicked.
+  void BackClicked();
+  void NextClicked();
+  /// The routine was double-clicked.
+  void RoutineActivated();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

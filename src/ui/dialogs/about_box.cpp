@@ -16,7 +16,6 @@
 
 #include "icons.h"
 #include "qt_text.h"
-#include "shell.h"
 
 namespace quillmate::ui {
 namespace {
@@ -59,24 +58,16 @@ QLabel* MakeTitle(const QString& title) {
   return label;
 }
 
-/// The link takes its colour from the palette and is opened by the platform.
-QLabel* MakeLink(Shell& shell) {
-  const QString address = QString::fromLatin1(kHomePage);
-  auto* link = new QLabel(QStringLiteral("<a href=\"%1\">%1</a>").arg(address));
+/// The link takes its colour from the palette.
+QLabel* MakeLink() {
+  auto* link = new QLabel(QStringLiteral("<a href=\"hilfe\">Handbuch</a>"));
   link->setObjectName(QStringLiteral("lblWeb"));
-  link->setTextInteractionFlags(Qt::TextBrowserInteraction);
-  QObject::connect(link, &QLabel::linkActivated, link, [&shell](const QString& page) {
-    shell.Guarded([&shell, &page] {
-      if (!shell.around.platform.OpenWebPage(page)) {
-        shell.Show("Die Seite kann nicht angezeigt werden:\r\n" + ToUtf8(page), MessageIcon::kExclamation);
-      }
-    });
-  });
+  link->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
   return link;
 }
 
-QPlainTextEdit* MakeSystemText(const Shell& shell) {
-  auto* text = new QPlainTextEdit(SystemInformation(shell));
+QPlainTextEdit* MakeSystemText(const startup::AppGlobals& globals) {
+  auto* text = new QPlainTextEdit(SystemInformation(globals));
   text->setObjectName(QStringLiteral("txtSystem"));
   text->setReadOnly(true);
   text->setLineWrapMode(QPlainTextEdit::NoWrap);
@@ -84,15 +75,15 @@ QPlainTextEdit* MakeSystemText(const Shell& shell) {
   return text;
 }
 
-QPushButton* MakeSystemButton(Shell& shell) {
+QPushButton* MakeSystemButton(Interaction& interaction) {
   auto* button = new QPushButton(QStringLiteral("&Systeminfo ..."));
   button->setObjectName(QStringLiteral("cmdSysInfo"));
   button->setAutoDefault(false);
-  QObject::connect(button, &QPushButton::clicked, button, [&shell] {
-    shell.Guarded([&shell] {
-      if (!shell.around.platform.StartSystemInformation()) {
-        shell.Show("Auf diesem Rechner wurde kein Programm für Systeminformationen gefunden.",
-                   MessageIcon::kInformation);
+  QObject::connect(button, &QPushButton::clicked, button, [&interaction] {
+    interaction.Guarded([&interaction] {
+      if (!interaction.Desktop().StartSystemInformation()) {
+        interaction.Show("Auf diesem Rechner wurde kein Programm für Systeminformationen gefunden.",
+                         MessageIcon::kInformation);
       }
     });
   });
@@ -101,8 +92,7 @@ QPushButton* MakeSystemButton(Shell& shell) {
 
 }  // namespace
 
-QString SystemInformation(const Shell& shell) {
-  const startup::AppGlobals& globals = shell.Globals();
+QString SystemInformation(const startup::AppGlobals& globals) {
   const QList<QPair<QString, QString>> rows = {
       {QStringLiteral("Programm"), FromUtf8(globals.AppTitle)},
       {QStringLiteral("Ausgabe"), FromUtf8(globals.HostName + " (" + globals.EditionCode + ")")},
@@ -120,24 +110,26 @@ QString SystemInformation(const Shell& shell) {
   return lines.join(QLatin1Char('\n'));
 }
 
-AboutBox::AboutBox(Shell& shell) : QDialog(&shell.window) {
+AboutBox::AboutBox(QWidget* parent, Interaction& interaction, const startup::AppGlobals& globals) : QDialog(parent) {
   setObjectName(QStringLiteral("frmInfo"));
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(QStringLiteral("Info"));
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
-  buttons->addButton(MakeSystemButton(shell), QDialogButtonBox::ActionRole);
+  buttons->addButton(MakeSystemButton(interaction), QDialogButtonBox::ActionRole);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
 
   auto* texts = new QVBoxLayout;
-  texts->addWidget(MakeTitle(FromUtf8(shell.Globals().AppTitle)));
+  texts->addWidget(MakeTitle(FromUtf8(globals.AppTitle)));
   texts->addWidget(new QLabel(QStringLiteral("Zeigt, durchsucht und dokumentiert VBA-Code.")));
-  texts->addWidget(MakeLink(shell));
+  QLabel* link = MakeLink();
+  connect(link, &QLabel::linkActivated, this, &AboutBox::ManualWanted);
+  texts->addWidget(link);
   auto* head = new QHBoxLayout;
   head->addWidget(MakePicture());
   head->addLayout(texts, 1);
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(head);
-  layout->addWidget(MakeSystemText(shell), 1);
+  layout->addWidget(MakeSystemText(globals), 1);
   layout->addWidget(buttons);
   buttons->button(QDialogButtonBox::Ok)->setFocus();
 }

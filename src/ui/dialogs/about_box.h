@@ -3,19 +3,24 @@
 #include <QDialog>
 #include <QString>
 
+#include <quillmate/startup/app_globals.h>
+
+#include "interaction.h"
+
 namespace quillmate::ui {
 
-class Shell;
-
-inline constexpr const char* kHomePage = "https://quillmate.example/";
-
 /// Program, libraries and machine, one a line: what a report of a fault should hold.
-QString SystemInformation(const Shell& shell);
+QString SystemInformation(const startup::AppGlobals& globals);
 
 /// The about box `frmInfo`: what program this is and what it runs on. Deletes itself when it is closed.
 class AboutBox : public QDialog {
+  Q_OBJECT
+
  public:
-  explicit AboutBox(Shell& shell);
+  AboutBox(QWidget* parent, Interaction& interaction, const startup::AppGlobals& globals);
+
+ signals:
+  void ManualWanted();
 };
 
 }  // namespace quillmate::ui

@@ -33,9 +33,7 @@ MiniWindow::MiniWindow() : QWidget(nullptr, Qt::Window | Qt::WindowStaysOnTopHin
   // The title bar counts only for a place given before the desktop knows the window, and only while its size stays.
   layout->activate();
   move(0, 0);
-  connect(html, &QToolButton::clicked, this, [this] {
-    if (onHtml) onHtml();
-  });
+  connect(html, &QToolButton::clicked, this, &MiniWindow::HtmlWanted);
   connect(close, &QToolButton::clicked, this, [this] {
     returning_ = true;
     this->close();
@@ -49,8 +47,7 @@ void MiniWindow::showEvent(QShowEvent* event) {
 
 void MiniWindow::closeEvent(QCloseEvent* event) {
   event->accept();
-  const auto& next = returning_ ? onReturn : onEnd;
-  if (next) next();
+  emit(returning_ ? Returned() : Closed());
 }
 
 }  // namespace quillmate::ui

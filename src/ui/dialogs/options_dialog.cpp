@@ -14,11 +14,9 @@
 #include <quillmate/files/paths.h>
 #include <quillmate/text/operations.h>
 
-#include "commands.h"
-#include "html_delivery.h"
+#include "code_style.h"
 #include "project_folder.h"
 #include "qt_text.h"
-#include "shell.h"
 
 namespace quillmate::ui {
 namespace {
@@ -82,7 +80,9 @@ QHBoxLayout* Row(std::initializer_list<QWidget*> widgets) {
 
 }  // namespace
 
-OptionsDialog::OptionsDialog(Shell& shell) : QDialog(&shell.window), shell_(shell) {
+OptionsDialog::OptionsDialog(QWidget* parent, Interaction& interaction, startup::AppGlobals& globals,
+                             settings::SettingsStore& store)
+    : QDialog(parent), interaction_(interaction), globals_(globals), store_(store) {
   setObjectName(QStringLiteral("frmOptionen"));
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(QStringLiteral("Optionen"));
@@ -103,7 +103,7 @@ OptionsDialog::OptionsDialog(Shell& shell) : QDialog(&shell.window), shell_(shel
   buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmdOK"));
   buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdEscape"));
   buttons->button(QDialogButtonBox::Cancel)->setText(QStringLiteral("Abbrechen"));
-  connect(buttons, &QDialogButtonBox::accepted, this, [this] { shell_.Guarded([this] { Store(); }); });
+  connect(buttons, &QDialogButtonBox::accepted, this, [this] { interaction_.Guarded([this] { Store(); }); });
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(tabs);
@@ -144,7 +144,7 @@ QWidget* OptionsDialog::MakeFilesPage() {
 QWidget* OptionsDialog::MakeDatabaseFrame() {
   auto* frame = new QGroupBox(QStringLiteral("Infodatenbank"));
   frame->setObjectName(QStringLiteral("fraInfoDatenbank"));
-  auto* info = new QLineEdit(FromPath(codedb::DatabasePath(shell_.Globals().TempFolder)));
+  auto* info = new QLineEdit(FromPath(codedb::DatabasePath(globals_.TempFolder)));
   info->setObjectName(QStringLiteral("txtInfo"));
   info->setReadOnly(true);
   info->setMinimumWidth(360);
@@ -168,8 +168,8 @@ QWidget* OptionsDialog::MakeFolderFrame() {
   QPushButton* change = MakeButton("cmdSpeichernÄndern", "Ändern ...");
   QPushButton* create = MakeButton("cmdNeu", "Neu...");
   create->setToolTip(QStringLiteral("Neuen Ordner anlegen"));
-  connect(change, &QPushButton::clicked, this, [this] { shell_.Guarded([this] { ChooseFolder(); }); });
-  connect(create, &QPushButton::clicked, this, [this] { shell_.Guarded([this] { MakeFolder(); }); });
+  connect(change, &QPushButton::clicked, this, [this] { interaction_.Guarded([this] { ChooseFolder(); }); });
+  connect(create, &QPushButton::clicked, this, [this] { interaction_.Guarded([this] { MakeFolder(); }); });
   auto* row = new QHBoxLayout;
   row->addWidget(txtSpeichern_, 1);
   row->addWidget(change);
@@ -236,9 +236,9 @@ QWidget* OptionsDialog::MakeFontRow() {
 }
 
 void OptionsDialog::Load() {
-  const Options& options = shell_.Globals().Options;
+  const Options& options = globals_.Options;
   for (const Flag& flag : flags_) flag.box->setChecked(options.*flag.option);
-  txtSpeichern_->setText(FromUtf8(shell_.Globals().LastProjectFolder));
+  txtSpeichern_->setText(FromUtf8(globals_.LastProjectFolder));
   fraKeyfarbe_->SetColour(options.fkey);
   fraKomFarbe_->SetColour(options.fkom);
   fraStringFarbe_->SetColour(options.fstr);
@@ -256,19 +256,18 @@ void OptionsDialog::ShowSampleFont() {
 }
 
 void OptionsDialog::ChooseFolder() {
-  const QString folder = shell_.around.platform.ChooseFolder(
+  const QString folder = interaction_.Desktop().ChooseFolder(
       QStringLiteral("Bitte Standardordner für Projekte auswählen"), txtSpeichern_->text());
   if (!folder.isEmpty()) txtSpeichern_->setText(folder);
 }
 
 void OptionsDialog::MakeFolder() {
-  const QString parent = shell_.around.platform.ChooseFolder(
+  const QString parent = interaction_.Desktop().ChooseFolder(
       QStringLiteral("Bitte Verzeichnis auswählen,\r\nin welchem der neue Ordner erzeugt werden soll"),
       txtSpeichern_->text());
   if (parent.isEmpty()) return;
-  const std::optional<QString> typed =
-      shell_.around.platform.AskText(FromUtf8(shell_.Globals().AppTitle),
-                                     QStringLiteral("Namen für neuen Ordner angeben"), QStringLiteral("Neuer Ordner"));
+  const std::optional<QString> typed = interaction_.Desktop().AskText(
+      FromUtf8(globals_.AppTitle), QStringLiteral("Namen für neuen Ordner angeben"), QStringLiteral("Neuer Ordner"));
   const std::string name = CleanName(text::Trim(ToUtf8(typed.value_or(QString()))));
   if (name.empty()) return;
   const std::filesystem::path folder = ToPath(parent) / files::PathFromText(name);
@@ -277,10 +276,9 @@ void OptionsDialog::MakeFolder() {
 }
 
 void OptionsDialog::Store() {
-  startup::AppGlobals& globals = shell_.Globals();
-  globals.LastProjectFolder = ToUtf8(txtSpeichern_->text());
-  shell_.around.settings.WriteSetting(settings::kProjectSection, "proj_pf", globals.LastProjectFolder);
-  Options& options = globals.Options;
+  globals_.LastProjectFolder = ToUtf8(txtSpeichern_->text());
+  store_.WriteSetting(settings::kProjectSection, "proj_pf", globals_.LastProjectFolder);
+  Options& options = globals_.Options;
   options.fkey = fraKeyfarbe_->Colour();
   options.fkom = fraKomFarbe_->Colour();
   options.fstr = fraStringFarbe_->Colour();
@@ -288,11 +286,8 @@ void OptionsDialog::Store() {
   options.fontSize = cboSchriftGr_->currentText().toShort();
   options.tab = cboTabStop_->currentText().toShort();
   for (const Flag& flag : flags_) options.*flag.option = flag.box->isChecked();
-  settings::SaveOptions(shell_.around.settings, options);
-  shell_.ApplyOptions();
+  settings::SaveOptions(store_, options);
   accept();
 }
-
-void ShowOptions(Shell& shell) { (new OptionsDialog(shell))->open(); }
 
 }  // namespace quillmate::ui

@@ -8,18 +8,20 @@
 #include <vector>
 
 #include <quillmate/settings/options.h>
+#include <quillmate/settings/settings_store.h>
+#include <quillmate/startup/app_globals.h>
 
 #include "colour_frame.h"
+#include "interaction.h"
 
 namespace quillmate::ui {
 
-class Shell;
-
-/// The options dialog `frmOptionen`. OK stores everything and shows it in the open views; Abbrechen leaves all as it
+/// The options dialog `frmOptionen`. OK stores everything and is then told as `accepted`; Abbrechen leaves all as it
 /// was. Deletes itself when it is closed.
 class OptionsDialog : public QDialog {
  public:
-  explicit OptionsDialog(Shell& shell);
+  OptionsDialog(QWidget* parent, Interaction& interaction, startup::AppGlobals& globals,
+                settings::SettingsStore& store);
 
  private:
   struct Flag {
@@ -43,7 +45,9 @@ class OptionsDialog : public QDialog {
   void MakeFolder();
   void Store();
 
-  Shell& shell_;
+  Interaction& interaction_;
+  startup::AppGlobals& globals_;
+  settings::SettingsStore& store_;
   std::vector<Flag> flags_;
   QLineEdit* txtSpeichern_ = nullptr;
   ColourFrame* fraKeyfarbe_ = nullptr;

@@ -3,7 +3,6 @@
 #include <QStringList>
 
 #include "qt_text.h"
-#include "shell.h"
 
 namespace quillmate::ui {
 namespace {
@@ -35,15 +34,15 @@ SaveFilter ReadSaveFilter(std::string_view filter) {
   return {entries.join(QStringLiteral(";;")), {}};
 }
 
-QString SaveFileDialog(Shell& shell, const QString& extension, std::string_view filter, const QString& folder,
-                       const QString& fileName) {
+QString SaveFileDialog(Interaction& interaction, const QString& extension, std::string_view filter,
+                       const QString& folder, const QString& fileName) {
   const SaveFilter read = ReadSaveFilter(filter);
   if (!read.problem.empty()) {
-    shell.Show(read.problem);
+    interaction.Show(read.problem);
     return {};
   }
-  const QString start = folder.isEmpty() ? FromUtf8(shell.Globals().DefaultFolder) : folder;
-  return shell.around.platform.ChooseSaveFile(
+  const QString start = folder.isEmpty() ? QStringLiteral("C:\\") : folder;
+  return interaction.Desktop().ChooseSaveFile(
       {QStringLiteral("Speichern unter"), start, fileName, read.filter, extension});
 }
 

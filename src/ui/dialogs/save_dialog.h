@@ -3,9 +3,9 @@
 #include <QString>
 #include <string_view>
 
-namespace quillmate::ui {
+#include "interaction.h"
 
-class Shell;
+namespace quillmate::ui {
 
 /// A save filter as it is written in this program: entries of a description, ":", extensions separated by commas, ";".
 /// For instance "Text:txt,log;Alle Dateien:;".
@@ -20,7 +20,7 @@ SaveFilter ReadSaveFilter(std::string_view filter);
 
 /// Asks where to save. The path, empty when the user cancels or the filter is wrong (which is told). Without a folder
 /// the dialog starts in "C:\", or in the user's home where there is none.
-QString SaveFileDialog(Shell& shell, const QString& extension, std::string_view filter, const QString& folder,
-                       const QString& fileName);
+QString SaveFileDialog(Interaction& interaction, const QString& extension, std::string_view filter,
+                       const QString& folder, const QString& fileName);
 
 }  // namespace quillmate::ui

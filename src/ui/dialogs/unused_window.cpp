@@ -12,11 +12,8 @@
 
 #include <quillmate/codedb/codes.h>
 
-#include "commands.h"
-#include "project_view.h"
 #include "qt_text.h"
 #include "save_dialog.h"
-#include "shell.h"
 #include "unused_report.h"
 
 namespace quillmate::ui {
@@ -24,8 +21,6 @@ namespace {
 
 using analysis::UnusedClass;
 using analysis::UnusedRoutine;
-
-const QString kName = QStringLiteral("frmUnbenutzt");
 
 /// Routine number of an item; modules have none.
 constexpr int kRoutineRole = Qt::UserRole;
@@ -66,14 +61,17 @@ QTreeWidgetItem* MakeItem(const UnusedRoutine& routine) {
 
 }  // namespace
 
-UnusedWindow::UnusedWindow(Shell& shell, std::vector<UnusedRoutine> routines)
-    : QDialog(&shell.window, Qt::Window),
-      shell_(shell),
+UnusedWindow::UnusedWindow(QWidget* parent, Interaction& interaction, const startup::AppGlobals& globals,
+                           project::Session& session, std::vector<UnusedRoutine> routines)
+    : QDialog(parent, Qt::Window),
+      interaction_(interaction),
+      globals_(globals),
+      session_(session),
       routines_(std::move(routines)),
       lblErgebnis_(new QLabel(Summary(routines_))),
       chkNurSicher_(new QCheckBox(QStringLiteral("Nur &sichere zeigen"))),
       treUnbenutzt_(new QTreeWidget) {
-  setObjectName(kName);
+  setObjectName(QStringLiteral("frmUnbenutzt"));
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(QStringLiteral("Routinen ohne Aufruf"));
   resize(kStartSize);
@@ -108,8 +106,8 @@ QWidget* UnusedWindow::MakeButtons() {
     connect(button, &QPushButton::clicked, this, run);
     return button;
   };
-  QPushButton* copy = add("cmdKopieren", "&Kopieren", [this] { shell_.Guarded([this] { Copy(); }); });
-  QPushButton* save = add("cmdSpeichern", "S&peichern ...", [this] { shell_.Guarded([this] { Save(); }); });
+  QPushButton* copy = add("cmdKopieren", "&Kopieren", [this] { interaction_.Guarded([this] { Copy(); }); });
+  QPushButton* save = add("cmdSpeichern", "S&peichern ...", [this] { interaction_.Guarded([this] { Save(); }); });
   add("cmdSchliessen", "S&chliessen", [this] { close(); });
   copy->setDisabled(routines_.empty());
   save->setDisabled(routines_.empty());
@@ -142,22 +140,22 @@ void UnusedWindow::Fill() {
 void UnusedWindow::ShowRoutine(const QTreeWidgetItem& item) {
   const int routine = item.data(0, kRoutineRole).toInt();
   if (routine == 0) return;
-  shell_.Guarded([this, routine] {
-    const int node = shell_.projectModel->Tree().Find(codedb::RoutineKey(routine));
-    if (node >= 0) ShowNode(shell_, node);
+  interaction_.Guarded([this, routine] {
+    const int node = session_.Tree()->Find(codedb::RoutineKey(routine));
+    if (node >= 0) session_.GoToNode(node);
   });
 }
 
 void UnusedWindow::Copy() {
-  shell_.around.platform.ClearClipboard();
-  shell_.around.platform.SetClipboard({FromUtf8(UnusedText(Shown())), {}, {}});
-  if (shell_.Globals().Options.meld) shell_.Show("Liste in Zwischenablage");
+  interaction_.Desktop().ClearClipboard();
+  interaction_.Desktop().SetClipboard({FromUtf8(UnusedText(Shown())), {}, {}});
+  if (globals_.Options.meld) interaction_.Show("Liste in Zwischenablage");
 }
 
 void UnusedWindow::Save() {
-  const QString name = shell_.ProjectName() + QStringLiteral(" ohne Aufruf");
-  const QString file = SaveFileDialog(shell_, QStringLiteral("csv"), "CSV-Tabelle:csv;Text:txt;",
-                                      FromUtf8(shell_.Globals().LastProjectFolder), name);
+  const QString name = FromUtf8(session_.Name()) + QStringLiteral(" ohne Aufruf");
+  const QString file = SaveFileDialog(interaction_, QStringLiteral("csv"), "CSV-Tabelle:csv;Text:txt;",
+                                      FromUtf8(globals_.LastProjectFolder), name);
   if (file.isEmpty()) return;
   const bool isTable = file.endsWith(QStringLiteral(".csv"), Qt::CaseInsensitive);
   const std::string bytes = isTable ? UnusedCsv(Shown()) : UnusedText(Shown());
@@ -168,20 +166,6 @@ void UnusedWindow::Save() {
       target.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size()) &&
       target.commit();
   if (!saved) throw std::runtime_error("Die Datei konnte nicht geschrieben werden:\r\n" + ToUtf8(file));
-}
-
-void CloseUnusedWindow(Shell& shell) { delete shell.window.findChild<QDialog*>(kName); }
-
-void ShowUnusedRoutines(Shell& shell) {
-  startup::AppGlobals& globals = shell.Globals();
-  std::vector<UnusedRoutine> routines;
-  {
-    const Working working(shell);
-    shell.ShowProgress("Suche Routinen ohne Aufruf");
-    routines = analysis::FindUnusedRoutines(globals.CodeDb, globals.TempFolder);
-  }
-  CloseUnusedWindow(shell);
-  (new UnusedWindow(shell, std::move(routines)))->show();
 }
 
 }  // namespace quillmate::ui

@@ -7,16 +7,19 @@
 #include <vector>
 
 #include <quillmate/analysis/unused.h>
+#include <quillmate/project/session.h>
+#include <quillmate/startup/app_globals.h>
+
+#include "interaction.h"
 
 namespace quillmate::ui {
-
-class Shell;
 
 /// The window `frmUnbenutzt`: the routines of the loaded project that nothing calls, by module. A click shows a routine
 /// in the main window. Deletes itself when it is closed.
 class UnusedWindow : public QDialog {
  public:
-  UnusedWindow(Shell& shell, std::vector<analysis::UnusedRoutine> routines);
+  UnusedWindow(QWidget* parent, Interaction& interaction, const startup::AppGlobals& globals, project::Session& session,
+               std::vector<analysis::UnusedRoutine> routines);
 
  private:
   QWidget* MakeButtons();
@@ -26,14 +29,13 @@ class UnusedWindow : public QDialog {
   void Copy();
   void Save();
 
-  Shell& shell_;
+  Interaction& interaction_;
+  const startup::AppGlobals& globals_;
+  project::Session& session_;
   std::vector<analysis::UnusedRoutine> routines_;
   QLabel* lblErgebnis_;
   QCheckBox* chkNurSicher_;
   QTreeWidget* treUnbenutzt_;
 };
-
-/// Closes the window, if it is there: its list belongs to the project that is being left.
-void CloseUnusedWindow(Shell& shell);
 
 }  // namespace quillmate::ui

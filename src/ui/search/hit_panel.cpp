@@ -12,9 +12,6 @@
 
 #include "pattern_search.h"
 #include "qt_text.h"
-#include "search_bar.h"
-#include "shell.h"
-#include "whereabouts.h"
 
 namespace quillmate::ui {
 namespace {
@@ -39,7 +36,8 @@ QString CountText(int hits) {
 
 }  // namespace
 
-HitPanel::HitPanel(Shell& shell) : QDockWidget(QStringLiteral("Alle Treffer"), &shell.window), shell_(shell) {
+HitPanel::HitPanel(Interaction& interaction, project::Session& session, const SearchSwitches& switches)
+    : QDockWidget(QStringLiteral("Alle Treffer")), interaction_(interaction), session_(session), switches_(switches) {
   setObjectName(QStringLiteral("fraTreffer"));
   setFeatures(QDockWidget::DockWidgetClosable);
   setAllowedAreas(Qt::BottomDockWidgetArea);
@@ -51,8 +49,6 @@ HitPanel::HitPanel(Shell& shell) : QDockWidget(QStringLiteral("Alle Treffer"), &
   layout->addWidget(list_);
   setWidget(inside);
   for (QWidget* widget : {static_cast<QWidget*>(text_), static_cast<QWidget*>(list_)}) widget->installEventFilter(this);
-  shell.window.addDockWidget(Qt::BottomDockWidgetArea, this);
-  hide();
 }
 
 QWidget* HitPanel::BuildField() {
@@ -68,7 +64,7 @@ QWidget* HitPanel::BuildField() {
   message_->setObjectName(QStringLiteral("lblTreffer"));
   message_->setTextFormat(Qt::PlainText);
   message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  const auto run = [this] { shell_.Guarded([this] { Search(); }); };
+  const auto run = [this] { interaction_.Guarded([this] { Search(); }); };
   connect(text_, &QLineEdit::returnPressed, this, run);
   connect(search, &QPushButton::clicked, this, run);
 
@@ -107,28 +103,27 @@ void HitPanel::Open(const QString& text) {
 }
 
 QString HitPanel::Find(std::vector<navigation::ModuleHits>& hits) {
-  const bool wholeWord = shell_.commands->Item(CommandId::kSwitchWholeWord).isChecked();
   const QString typed = text_->text();
-  codedb::CodeDatabase& database = shell_.Globals().CodeDb;
   if (isPattern_->isChecked()) {
-    const Pattern pattern = MakePattern(typed, wholeWord);
+    const Pattern pattern = MakePattern(typed, switches_.wholeWord);
     if (!pattern.error.isEmpty()) return pattern.error;
-    PatternHits found = AllPatternHits(database, shell_.views, pattern);
+    PatternHits found = AllPatternHits(session_.Index(), session_.Views(), pattern);
     hits = std::move(found.modules);
     return found.error;
   }
   const std::string searched = ToCode(typed);
-  if (FromCode(searched) == typed) hits = navigation::AllHits(database, shell_.views, searched, wholeWord);
+  if (FromCode(searched) == typed)
+    hits = navigation::AllHits(session_.Index(), session_.Views(), searched, switches_.wholeWord);
   return {};
 }
 
 void HitPanel::Search() {
-  if (shell_.mode == 0 || text_->text().isEmpty()) return;
-  const Working working(shell_);
+  if (!session_.IsLoaded() || text_->text().isEmpty()) return;
+  const Working working(interaction_);
   std::vector<navigation::ModuleHits> found;
   const QString error = Find(found);
-  const int views = shell_.views.Count();
-  hits_->SetHits(std::move(found), ModuleNames(shell_.projectModel->Tree(), views), &shell_.views);
+  navigation::CodeViews& views = session_.Views();
+  hits_->SetHits(std::move(found), ModuleNames(*session_.Tree(), views.Count()), &views);
   const int rows = hits_->rowCount();
   message_->setText(error.isEmpty() ? CountText(rows) : error);
   if (rows == 0) {
@@ -141,10 +136,10 @@ void HitPanel::Search() {
 
 void HitPanel::ShowHit(const QModelIndex& index) {
   if (!index.isValid()) return;
-  shell_.Guarded([this, row = index.row()] {
+  interaction_.Guarded([this, row = index.row()] {
     const HitList::Place place = hits_->At(row);
-    ShowMatch(shell_, place.view, place.hit.match.position, place.hit.match.length);
-    PushPlace(shell_);
+    session_.GoToMatch(place.view, place.hit.match);
+    session_.Visit();
   });
 }
 
@@ -156,7 +151,7 @@ void HitPanel::Clear() {
 
 void HitPanel::Leave() {
   hide();
-  shell_.Editor().setFocus();
+  emit Left();
 }
 
 bool HitPanel::eventFilter(QObject* watched, QEvent* event) {

@@ -6,17 +6,21 @@
 #include <QLineEdit>
 #include <QTreeView>
 
+#include <quillmate/project/session.h>
+
 #include "hit_list.h"
+#include "interaction.h"
+#include "search_field.h"
 
 namespace quillmate::ui {
-
-class Shell;
 
 /// "Alle Treffer": the panel below the code that lists every hit in the project. A click or Enter shows the hit; Esc
 /// goes back to the code and closes the panel.
 class HitPanel : public QDockWidget {
+  Q_OBJECT
+
  public:
-  explicit HitPanel(Shell& shell);
+  HitPanel(Interaction& interaction, project::Session& session, const SearchSwitches& switches);
 
   /// Shows the panel and, when there is a text to look for, its hits.
   void Open(const QString& text);
@@ -24,6 +28,10 @@ class HitPanel : public QDockWidget {
   void Search();
   /// Drops the hits of a project that is no longer on screen.
   void Clear();
+
+ signals:
+  /// The user goes back to the code.
+  void Left();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -35,7 +43,9 @@ class HitPanel : public QDockWidget {
   void ShowHit(const QModelIndex& index);
   void Leave();
 
-  Shell& shell_;
+  Interaction& interaction_;
+  project::Session& session_;
+  const SearchSwitches& switches_;
   QLineEdit* text_ = nullptr;
   QCheckBox* isPattern_ = nullptr;
   QLabel* message_ = nullptr;

@@ -79,9 +79,7 @@ void SetUpTree(QTreeView& tree, const QString& name) {
 
 NodeTree::NodeTree(QWidget* parent) : QTreeView(parent) {
   setItemDelegate(new MarkDelegate(this));
-  connect(this, &QTreeView::clicked, this, [this](const QModelIndex& index) {
-    if (onNode) onNode(index);
-  });
+  connect(this, &QTreeView::clicked, this, &NodeTree::NodeChosen);
 }
 
 void NodeTree::keyboardSearch(const QString&) {}
@@ -106,7 +104,7 @@ void NodeTree::keyPressEvent(QKeyEvent* event) {
     return;
   }
   event->accept();
-  if (isEnter && onNode && currentIndex().isValid()) onNode(currentIndex());
+  if (isEnter && currentIndex().isValid()) emit NodeChosen(currentIndex());
 }
 
 }  // namespace quillmate::ui

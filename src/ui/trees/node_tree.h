@@ -1,20 +1,22 @@
 #pragma once
 
 #include <QTreeView>
-#include <functional>
 
 namespace quillmate::ui {
 
 /// A tree of modules and routines. A mouse click or Enter shows a node; every other key only moves the highlight, and
 /// typed letters do nothing. The node of the module on screen stands out yellow on black.
 class NodeTree : public QTreeView {
+  Q_OBJECT
+
  public:
   explicit NodeTree(QWidget* parent = nullptr);
 
-  /// Called with the node to show.
-  std::function<void(const QModelIndex&)> onNode;
-
   void keyboardSearch(const QString& search) override;
+
+ signals:
+  /// A node is to be shown.
+  void NodeChosen(const QModelIndex& index);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <quillmate/navigation/code_view.h>
+#include <quillmate/navigation/project_texts.h>
 
 namespace quillmate::navigation {
 
@@ -17,6 +18,8 @@ class CodeViews {
   /// Makes one view per module of the project in `folder`. Throws std::runtime_error (UTF-8) when one of the module
   /// text files is missing; the views are those of before then.
   void Load(const std::filesystem::path& folder, int moduleCount);
+  /// The same with texts that are kept anyway, for other questions; they must outlive the views.
+  void Load(ProjectTexts& texts);
   /// One empty view, current index 0.
   void Reset();
 
@@ -40,6 +43,7 @@ class CodeViews {
   Slot& Read(int index);
 
   std::filesystem::path folder_;
+  ProjectTexts* texts_ = nullptr;
   std::vector<std::unique_ptr<Slot>> slots_;  // null until the text has been read
   int current_ = 0;
 };

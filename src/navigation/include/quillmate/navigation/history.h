@@ -8,7 +8,7 @@ namespace quillmate::navigation {
 
 /// A place that the user has visited.
 struct Place {
-  /// 0-based view index. The view may be gone: the history outlives the project it was made in.
+  /// 0-based view index.
   int view = 0;
   /// 0-based offset in the view's text.
   std::size_t caret = 0;
@@ -32,9 +32,12 @@ class RoutineHistory {
   const Place* Back();
   const Place* Next();
 
-  /// Moves the caret of the current place, so that Back returns to where a jump began. Nothing while the history is
-  /// empty.
-  void MoveCaret(std::size_t caret);
+  /// The current place becomes another one, so that Back returns to where a jump began. An empty history gets it as its
+  /// first place.
+  void ReplaceCurrent(Place place);
+
+  /// Forgets every place: those of a project are of no use in another one.
+  void Clear() { *this = {}; }
 
   bool BackEnabled() const noexcept { return backEnabled_; }
   bool NextEnabled() const noexcept { return nextEnabled_; }

@@ -34,6 +34,10 @@ struct ProjectTree {
 void FillModuleNodes(codedb::CodeDatabase& database, ProjectTree& tree);
 void FillRoutineNodes(codedb::CodeDatabase& database, ProjectTree& tree);
 
+/// The 1-based start line of each node of a tree that is filled; 0 for modules, and where the index has none. Throws
+/// codedb::DatabaseError.
+std::vector<long> StartLines(codedb::CodeDatabase& database, const ProjectTree& tree);
+
 /// 1-based start line of a routine; 0 when the index has no such routine or no line for it.
 long RoutineStartLine(codedb::CodeDatabase& database, long routineNumber);
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMainWindow>
-#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -17,7 +16,7 @@ namespace quillmate::ui {
 class Shell;
 
 /// What the window works with. Everything must outlive it.
-struct Surroundings {
+struct Services {
   startup::AppGlobals& globals;
   startup::InstanceMark& mark;
   settings::SettingsStore& settings;
@@ -31,27 +30,31 @@ struct Surroundings {
 /// The main window `frmHaupt`. Its widgets carry their names as object names; menu items are QActions named after the
 /// commands ("mnuNeu"), toolbar buttons QActions named after their keys ("doit").
 class MainWindow : public QMainWindow {
+  Q_OBJECT
+
  public:
-  explicit MainWindow(const Surroundings& surroundings);
+  explicit MainWindow(const Services& services);
   ~MainWindow() override;
 
   /// Second half of the start: scratch folder, options, list of projects; then shows the window, or the mini window
   /// `frmMin` in its place.
   void Load(bool mini);
-  /// End of the run, once: closes the index, removes the scratch folder, calls `onEnd`.
+  /// End of the run, once: closes the index, removes the scratch folder, and says so with `Ended`.
   void Unload();
   /// Runs the command behind a toolbar key, in any case of letters. Unknown keys are ignored.
   void PressToolButton(std::string_view key);
 
-  /// Called when the run has ended.
-  std::function<void()> onEnd;
+ signals:
+  void Ended();
 
  protected:
+  bool event(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
+  Services services_;
   std::unique_ptr<Shell> shell_;
   bool unloaded_ = false;
 };

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include <quillmate/export/html.h>
+#include <quillmate/export/site.h>
+#include <quillmate/project/session.h>
+#include <quillmate/startup/app_globals.h>
+
+#include "code_area.h"
+#include "interaction.h"
+
+namespace quillmate::ui {
+
+/// The commands that hand code to other programs: HTML, RTF and text, on the clipboard and in files. What is selected
+/// is that of the view that is seen.
+class Exports {
+ public:
+  /// Everything must outlive it.
+  Exports(Interaction& interaction, project::Session& session, const CodeArea& code, startup::AppGlobals& globals);
+
+  // HTML
+  void ExportClipboardHtml();
+  void ExportSelectionHtml();
+  void ExportModuleHtml();
+  void ExportProjectHtml();
+  void ExportZoomHtml();
+  void WriteDocumentation();
+
+  // RTF
+  void ExportModuleRtf();
+  void ExportProjectRtf();
+
+  // Nur-Text, Extras
+  void CopySelectionText();
+  void CopyModuleText();
+  void CopyOutline();
+
+ private:
+  std::string CollectHtml(const std::function<void(const output::Sink&)>& run);
+  /// Puts finished HTML (Windows-1252) on the clipboard as plain text; asks for the credit line and shows the preview
+  /// as the options say.
+  void DeliverHtml(std::string html);
+  /// Code that is in no index (Windows-1252, CR LF): marked up, turned into HTML and delivered.
+  void DeliverCode(std::string_view code);
+  void ShowPreview(std::string_view html);
+
+  QString WithExtension(const QString& chosen);
+  void ExportRtf(const std::string& fileName, std::string_view activity,
+                 const std::function<void(const text::CodeLook&, const std::filesystem::path&)>& run);
+
+  output::SiteProject ReadSite();
+  void PutOnClipboard(const QString& text, std::string_view message);
+
+  Interaction& interaction_;
+  project::Session& session_;
+  const CodeArea& code_;
+  startup::AppGlobals& globals_;
+};
+
+}  // namespace quillmate::ui

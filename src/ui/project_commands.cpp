@@ -1,0 +1,154 @@
+#include "project_commands.h"
+
+#include <exception>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/paths.h>
+#include <quillmate/office/office_file.h>
+#include <quillmate/project/saved_projects.h>
+
+#include "qt_text.h"
+
+namespace quillmate::ui {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The dialog's kinds of files: all that can be a source, Office files, modules and projects, everything.
+QString FileFilter() {
+  QStringList office;
+  for (const std::string_view extension : office::OfficeFileExtensions()) {
+    office << QStringLiteral("*.") + FromUtf8(std::string(extension));
+  }
+  const QString modules = QStringLiteral("*.bas *.cls *.frm *.ctl *.pag *.dob *.dsr *.vbp");
+  const QString documents = office.join(u' ') + QStringLiteral(" vbaProject.bin");
+  return QStringLiteral("Alle Quellen (%1 %2);;Office-Dateien (%1);;VBA-Module und VB-Projekte (%2);;Alle Dateien (*)")
+      .arg(documents, modules);
+}
+
+}  // namespace
+
+ProjectCommands::ProjectCommands(const Services& services, Interaction& interaction, ProjectSession& session,
+                                 SourceList& sources)
+    : globals_(services.globals),
+      settings_(services.settings),
+      host_(services.host),
+      interaction_(interaction),
+      session_(session),
+      sources_(sources) {}
+
+void ProjectCommands::OpenSavedProject() {
+  const QString folder = interaction_.Desktop().ChooseFolder(QStringLiteral("Bitte Projekt auswählen"),
+                                                             FromUtf8(globals_.LastProjectFolder));
+  if (!folder.isEmpty()) OpenProjectFolder(ToPath(folder));
+}
+
+void ProjectCommands::OpenRecent(std::size_t position) {
+  if (position < recent_.size()) OpenProjectFolder(files::PathFromText(recent_[position]));
+}
+
+void ProjectCommands::OpenProjectFolder(const fs::path& folder) {
+  if (!project::IsProjectFolder(folder)) {
+    interaction_.Show("Kein Gültiges Projekt", MessageIcon::kExclamation);
+    return;
+  }
+  AddRecentProject(folder);
+  ReloadProject(folder, project::ProjectNameOf(files::PathText(folder)), true);
+}
+
+bool ProjectCommands::ReloadProject(const fs::path& folder, const std::string& title, bool isSaved) {
+  const Working working(interaction_);
+  interaction_.ShowProgress("Lese Projekt");
+  try {
+    session_.ReloadProject(folder, title, isSaved);
+    return true;
+  } catch (const std::exception&) {
+    interaction_.Show(codedb::BrokenProjectMessage(folder), MessageIcon::kExclamation);
+    return false;
+  }
+}
+
+void ProjectCommands::ResetProject() {
+  session_.Leave(globals_.RunTempFolder);
+  codedb::DeleteScratchFiles(globals_.RunTempFolder);
+}
+
+bool ProjectCommands::ConfirmUnsaved() {
+  if (!session_.IsLoaded() || session_.IsSaved()) return true;
+  switch (interaction_.Show("Projekt wurde nicht gespeichert !\r\nProjekt jetzt speichern ?", MessageIcon::kQuestion,
+                            Buttons::kYesNoCancel)) {
+    case Answer::kYes:
+      return SaveProject();
+    case Answer::kNo:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool ProjectCommands::LeaveProject() {
+  if (!session_.IsLoaded()) return true;
+  if (!ConfirmUnsaved()) return false;
+  ResetProject();
+  return true;
+}
+
+void ProjectCommands::StartAnew() {
+  // Without a project it is the button that looks again.
+  const bool looksAgain = !session_.IsLoaded();
+  if (!ConfirmUnsaved()) return;
+  ResetProject();
+  sources_.RefreshHostProjects();
+  if (looksAgain) sources_.OfferToForgetUnreadable();
+}
+
+void ProjectCommands::RefreshProjects() {
+  sources_.RefreshHostProjects();
+  sources_.OfferToForgetUnreadable();
+}
+
+void ProjectCommands::AddFiles() {
+  const QStringList files = interaction_.Desktop().ChooseFiles(QStringLiteral("Dateien hinzufügen"),
+                                                               FromUtf8(globals_.LastProjectFolder), FileFilter());
+  if (!files.isEmpty()) AddSources(files);
+}
+
+void ProjectCommands::AddFolder() {
+  const QString folder =
+      interaction_.Desktop().ChooseFolder(QStringLiteral("Ordner hinzufügen"), FromUtf8(globals_.LastProjectFolder));
+  if (!folder.isEmpty()) AddSources({folder});
+}
+
+void ProjectCommands::AddSources(const QStringList& paths) {
+  if (LeaveProject()) sources_.AddSources(paths);
+}
+
+void ProjectCommands::TakeDropped(const QStringList& files) {
+  const fs::path first = ToPath(files.front());
+  if (files.size() == 1 && project::IsProjectFolder(first)) {
+    OpenProjectFolder(first);
+  } else {
+    AddSources(files);
+  }
+}
+
+void ProjectCommands::LoadRecentMenu() {
+  recent_ = project::LoadRecent(settings_);
+  emit RecentChanged(recent_);
+}
+
+void ProjectCommands::AddRecentProject(const fs::path& folder) {
+  recent_ = project::AddRecent(settings_, folder);
+  emit RecentChanged(recent_);
+}
+
+bool ProjectCommands::OfferReload() {
+  if (!session_.WasReplaced()) return false;
+  const Answer answer =
+      interaction_.Show("Das Projekt wurde inzwischen von einem anderen Programm neu geschrieben:\r\n" +
+                            files::PathText(session_.Folder()) + "\r\nNeu laden ?",
+                        MessageIcon::kQuestion, Buttons::kYesNo);
+  return answer == Answer::kYes && ReloadProject(session_.Folder(), session_.Title(), session_.IsSaved());
+}
+
+}  // namespace quillmate::ui

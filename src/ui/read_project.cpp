@@ -1,0 +1,88 @@
+#include <stdexcept>
+
+#include <quillmate/files/paths.h>
+#include <quillmate/text/windows1252.h>
+
+#include "project_commands.h"
+
+namespace quillmate::ui {
+namespace {
+
+/// A view index has 16 bits.
+constexpr std::size_t kMostViews = 32767;
+constexpr const char* kTooManyModulesText =
+    "Mehr als 32767 Module kann das Fenster nicht zeigen.\r\nBitte wählen Sie weniger aus !";
+
+std::string NoFolderMessage(const startup::AppGlobals& globals) {
+  return "Der Arbeitsordner konnte nicht angelegt werden in\r\n" +
+         files::PathText(globals.ProgramFolder / startup::kScratchRoot);
+}
+
+std::string NoDatabaseMessage(const std::filesystem::path& folder) {
+  return "Die Projektdatenbank konnte nicht angelegt werden in\r\n" + files::PathText(folder);
+}
+
+}  // namespace
+
+host::ReadRequest ProjectCommands::RequestOf() {
+  host::ReadRequest request;
+  request.folder = globals_.RunTempFolder;
+  request.templateFile = globals_.TemplatePath;
+  request.options = settings::LayoutOf(globals_.Options);
+  request.progress = [this](const std::string& text) { interaction_.ShowProgress(text); };
+  return request;
+}
+
+/// What happens after a read that did not succeed.
+void ProjectCommands::TellFailure(const host::ReadReport& report) {
+  switch (report.outcome) {
+    case host::ReadOutcome::kNothingChecked:
+      interaction_.Show(report.message, MessageIcon::kInformation);
+      return;
+    case host::ReadOutcome::kNoTemplate:
+      interaction_.Show(report.message.empty() ? NoDatabaseMessage(globals_.RunTempFolder) : report.message,
+                        MessageIcon::kCritical);
+      return;
+    case host::ReadOutcome::kFailed:
+      interaction_.Show(report.message, MessageIcon::kExclamation, Buttons::kOk, report.detail);
+      break;
+    default:
+      break;
+  }
+  sources_.RefreshKeepingTicks();
+}
+
+/// Reads the ticked modules and shows the project. A project on screen gives way first: the read empties the scratch
+/// folder that its modules may lie in.
+void ProjectCommands::ReadProject(const Reader& read) {
+  if (globals_.RunTempFolder.empty()) throw std::runtime_error(NoFolderMessage(globals_));
+  if (sources_.Projects().CheckedModules() > kMostViews) {
+    interaction_.Show(kTooManyModulesText, MessageIcon::kExclamation);
+    return;
+  }
+  if (sources_.Projects().AnyChecked() && !LeaveProject()) return;
+  host::ReadReport report;
+  {
+    const Working working(interaction_);
+    report = read(RequestOf());
+  }
+  if (report.outcome != host::ReadOutcome::kDone) {
+    TellFailure(report);
+    return;
+  }
+  ReloadProject(globals_.RunTempFolder, text::Utf8FromCode(report.projectText), false);
+}
+
+void ProjectCommands::ReadCode() {
+  ReadProject([this](const host::ReadRequest& request) {
+    return host::ReadCheckedModules(host_, sources_.Projects(), globals_.CodeDb, request);
+  });
+}
+
+void ProjectCommands::ReadVbFiles() {
+  ReadProject([this](const host::ReadRequest& request) {
+    return host::ReadModuleFiles(sources_.Projects(), globals_.CodeDb, request);
+  });
+}
+
+}  // namespace quillmate::ui

@@ -1,0 +1,72 @@
+#include <filesystem>
+#include <string>
+
+#include <quillmate/analysis/unused.h>
+#include <quillmate/codedb/records.h>
+#include <quillmate/export/site.h>
+#include <quillmate/files/paths.h>
+
+#include "exports.h"
+#include "project_folder.h"
+#include "qt_text.h"
+
+namespace quillmate::ui {
+namespace {
+
+namespace fs = std::filesystem;
+
+output::SiteJudgement JudgementOf(analysis::UnusedClass unused) {
+  switch (unused) {
+    case analysis::UnusedClass::kHost:
+      return output::SiteJudgement::kHost;
+    case analysis::UnusedClass::kText:
+      return output::SiteJudgement::kText;
+    case analysis::UnusedClass::kCertain:
+      break;
+  }
+  return output::SiteJudgement::kCertain;
+}
+
+/// The chosen folder when it is empty or holds an earlier documentation; otherwise a folder of its own below it, so
+/// that the pages do not mix with other files.
+fs::path TargetIn(const fs::path& chosen, const std::string& title) {
+  std::error_code unreadable;
+  const bool free = files::FolderEntries(chosen, unreadable).empty() && !(unreadable && fs::exists(chosen));
+  if (free || fs::exists(chosen / output::kSiteListFile)) return chosen;
+  return chosen / files::PathFromText(CleanName(title + " Dokumentation"));
+}
+
+}  // namespace
+
+output::SiteProject Exports::ReadSite() {
+  output::SiteProject project;
+  project.title = session_.Name();
+  project.indexFolder = session_.Files();
+  project.modules = codedb::ReadIndex(session_.Index());
+  for (const analysis::UnusedRoutine& routine : analysis::FindUnusedRoutines(session_.Index(), session_.Files())) {
+    project.unused.push_back({routine.routineNumber, JudgementOf(routine.unused)});
+  }
+  return project;
+}
+
+void Exports::WriteDocumentation() {
+  const QString chosen = interaction_.Desktop().ChooseFolder(
+      QStringLiteral("Bitte Ordner für die HTML-Dokumentation auswählen"), FromUtf8(globals_.LastProjectFolder));
+  if (chosen.isEmpty()) return;
+  const fs::path target = TargetIn(ToPath(chosen), session_.Name());
+  {
+    const Working working(interaction_);
+    interaction_.ShowProgress("Erzeuge HTML-Dokumentation");
+    output::ExportSite(ReadSite(), settings::LookOf(globals_.Options), target, false,
+                       [this](std::size_t done, std::size_t total) {
+                         interaction_.ShowProgress("HTML-Dokumentation: Modul " + std::to_string(done) + " von " +
+                                                   std::to_string(total));
+                       });
+  }
+  const fs::path start = target / "index.html";
+  if (!interaction_.Desktop().OpenInBrowser(FromPath(start))) {
+    interaction_.Show("Die Dokumentation steht in\r\n" + files::PathText(start), MessageIcon::kInformation);
+  }
+}
+
+}  // namespace quillmate::ui

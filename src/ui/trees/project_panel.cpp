@@ -1,0 +1,119 @@
+#include "project_panel.h"
+
+#include <QKeyEvent>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "interaction.h"
+
+namespace quillmate::ui {
+
+FilterLine::FilterLine() {
+  setObjectName(QStringLiteral("txtFilter"));
+  setPlaceholderText(QStringLiteral("Modul oder Routine"));
+  setToolTip(QStringLiteral("Zeigt nur Module und Routinen mit diesem Text im Namen"));
+  setClearButtonEnabled(true);
+  setMinimumWidth(1);
+}
+
+void FilterLine::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      emit Accepted();
+      return;
+    case Qt::Key_Escape:
+      clear();
+      emit Rejected();
+      return;
+    case Qt::Key_Down:
+      emit Left();
+      return;
+    default:
+      QLineEdit::keyPressEvent(event);
+  }
+}
+
+ProjectPanel::ProjectPanel(project::Session& session)
+    : session_(session),
+      line_(new FilterLine),
+      tree_(new NodeTree),
+      model_(new ProjectTreeModel(this)),
+      shown_(new ProjectTreeFilter(*model_)) {
+  SetUpTree(*tree_, QStringLiteral("treProjekt"));
+  tree_->setModel(shown_);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(2);
+  layout->addWidget(line_);
+  layout->addWidget(tree_);
+  connect(tree_, &NodeTree::NodeChosen, this,
+          [this](const QModelIndex& index) { emit NodeChosen(shown_->NodeOf(index)); });
+  connect(line_, &QLineEdit::textChanged, this, [this](const QString& text) { Apply(text.trimmed()); });
+  connect(line_, &FilterLine::Accepted, this, [this] {
+    if (Current() != ProjectTreeFilter::kNoNode) emit NodeChosen(Current());
+  });
+  connect(line_, &FilterLine::Rejected, this, &ProjectPanel::Rejected);
+  connect(line_, &FilterLine::Left, tree_, qOverload<>(&QWidget::setFocus));
+}
+
+std::vector<long> ProjectPanel::Lines(bool bySource) const {
+  return bySource ? session_.StartLines() : std::vector<long>();
+}
+
+void ProjectPanel::ShowProject(bool unfolded) {
+  const UpdateLock lock(*tree_);
+  unfolded_.clear();
+  line_->clear();
+  shown_->SetLines({});
+  model_->SetTree(session_.Tree());
+  if (unfolded) tree_->expandAll();
+  SetCurrent(0);
+  if (bySource_) shown_->SetLines(Lines(true));
+}
+
+void ProjectPanel::MarkModule() { model_->Mark(session_.ModuleKey()); }
+
+void ProjectPanel::FocusFilter() {
+  line_->setFocus();
+  line_->selectAll();
+}
+
+void ProjectPanel::StoreUnfolded() {
+  unfolded_.clear();
+  for (int row = 0; row < shown_->rowCount(); ++row) {
+    const QModelIndex module = shown_->index(row, 0);
+    if (tree_->isExpanded(module)) unfolded_.push_back(shown_->NodeOf(module));
+  }
+}
+
+void ProjectPanel::Unfold() {
+  for (const int node : unfolded_) tree_->setExpanded(shown_->IndexOf(node), true);
+}
+
+void ProjectPanel::Apply(const QString& text) {
+  const UpdateLock lock(*tree_);
+  const int current = Current();
+  if (!isFiltering_) StoreUnfolded();
+  isFiltering_ = !text.isEmpty();
+  // What is unfolded would be looked up one by one.
+  tree_->collapseAll();
+  shown_->SetFilter(text);
+  if (!isFiltering_) {
+    Unfold();
+    SetCurrent(current);
+    return;
+  }
+  for (const int node : shown_->ModulesToUnfold()) tree_->setExpanded(shown_->IndexOf(node), true);
+  SetCurrent(shown_->BestMatch());
+}
+
+void ProjectPanel::OrderBySource(bool on) {
+  std::vector<long> lines = Lines(on);
+  bySource_ = on;
+  const UpdateLock lock(*tree_);
+  shown_->SetLines(std::move(lines));
+  if (isFiltering_) Apply(line_->text().trimmed());
+}
+
+}  // namespace quillmate::ui

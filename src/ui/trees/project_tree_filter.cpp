@@ -1,0 +1,121 @@
+#include "project_tree_filter.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <quillmate/text/windows1252.h>
+
+namespace quillmate::ui {
+namespace {
+
+/// Characters of Windows-1252 without regard to case.
+class Folding {
+ public:
+  Folding() {
+    for (unsigned code = 0; code < folded_.size(); ++code) {
+      folded_[code] = QChar(text::ToUnicode(static_cast<unsigned char>(code))).toCaseFolded().unicode();
+    }
+  }
+
+  void Fold(std::string_view code, std::u16string& folded) const {
+    folded.clear();
+    for (const char c : code) folded += folded_[static_cast<unsigned char>(c)];
+  }
+
+ private:
+  std::array<char16_t, 256> folded_{};
+};
+
+}  // namespace
+
+ProjectTreeFilter::ProjectTreeFilter(ProjectTreeModel& tree) : QSortFilterProxyModel(&tree), tree_(tree) {
+  setDynamicSortFilter(false);
+  setSourceModel(&tree);
+}
+
+void ProjectTreeFilter::SetFilter(const QString& text) {
+  filter_ = text;
+  RankNodes();
+  invalidate();
+}
+
+void ProjectTreeFilter::SetLines(std::vector<long> lines) {
+  lines_ = std::move(lines);
+  sort(lines_.empty() ? -1 : 0);
+}
+
+void ProjectTreeFilter::RankNodes() {
+  ranks_.clear();
+  isShown_.clear();
+  if (filter_.isEmpty()) return;
+  static const Folding folding;
+  const std::u16string wanted = filter_.toCaseFolded().toStdU16String();
+  const std::vector<navigation::TreeNode>& nodes = tree_.Tree().nodes;
+  std::u16string name;
+  for (const navigation::TreeNode& node : nodes) {
+    folding.Fold(node.text, name);
+    const std::size_t at = name.find(wanted);
+    ranks_.push_back(at == std::u16string::npos    ? Rank::kNone
+                     : at > 0                      ? Rank::kInside
+                     : name.size() > wanted.size() ? Rank::kStart
+                                                   : Rank::kWhole);
+  }
+  isShown_.resize(nodes.size());
+  for (std::size_t node = 0; node < nodes.size(); ++node) {
+    if (ranks_[node] != Rank::kNone) isShown_[node] = true;
+    if (nodes[node].parent < 0) continue;
+    const auto parent = static_cast<std::size_t>(nodes[node].parent);
+    if (ranks_[node] != Rank::kNone) isShown_[parent] = true;
+    if (ranks_[parent] != Rank::kNone) isShown_[node] = true;
+  }
+}
+
+bool ProjectTreeFilter::filterAcceptsRow(int row, const QModelIndex& parent) const {
+  return isShown_.empty() || isShown_[static_cast<std::size_t>(ProjectTreeModel::NodeOf(tree_.index(row, 0, parent)))];
+}
+
+bool ProjectTreeFilter::lessThan(const QModelIndex& left, const QModelIndex& right) const {
+  return IsBefore(ProjectTreeModel::NodeOf(left), ProjectTreeModel::NodeOf(right));
+}
+
+/// Of two nodes with the same parent.
+bool ProjectTreeFilter::IsBefore(int left, int right) const {
+  const auto line = [this](int node) { return lines_.empty() ? 0 : lines_[static_cast<std::size_t>(node)]; };
+  return std::pair(line(left), left) < std::pair(line(right), right);
+}
+
+std::vector<int> ProjectTreeFilter::ModulesToUnfold() const {
+  std::vector<int> modules;
+  for (std::size_t node = 0; node < ranks_.size(); ++node) {
+    const bool isModule = tree_.Tree().nodes[node].parent < 0;
+    if (isModule && isShown_[node] && ranks_[node] == Rank::kNone) modules.push_back(static_cast<int>(node));
+  }
+  return modules;
+}
+
+int ProjectTreeFilter::BestMatch() const {
+  const std::vector<navigation::TreeNode>& nodes = tree_.Tree().nodes;
+  const auto module = [&nodes](int node) {
+    const int parent = nodes[static_cast<std::size_t>(node)].parent;
+    return parent < 0 ? node : parent;
+  };
+  int best = kNoNode;
+  for (int node = 0; node < static_cast<int>(ranks_.size()); ++node) {
+    const Rank rank = ranks_[static_cast<std::size_t>(node)];
+    if (rank == Rank::kNone) continue;
+    // Of equals the one that comes first on screen.
+    const auto isBetter = [&] {
+      const Rank bestRank = ranks_[static_cast<std::size_t>(best)];
+      if (rank != bestRank) return rank < bestRank;
+      if (module(node) != module(best)) return module(node) < module(best);
+      return module(best) != best && IsBefore(node, best);
+    };
+    if (best == kNoNode || isBetter()) best = node;
+  }
+  return best;
+}
+
+}  // namespace quillmate::ui
