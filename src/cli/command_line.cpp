@@ -60,7 +60,7 @@ void TakeClass(std::vector<std::string>& classes, std::string_view value) {
   throw UsageError("Unbekannte Klasse " + Quoted(value));
 }
 
-constexpr std::string_view kClassWords = "sicher host text";
+constexpr std::string_view kClassWords = "sicher host text möglich selbst inaktiv geschrieben";
 
 /// A number from 1 on.
 std::uint32_t PositiveNumber(std::string_view option, std::string_view value) {
@@ -70,6 +70,14 @@ std::uint32_t PositiveNumber(std::string_view option, std::string_view value) {
     throw UsageError(std::string(option) + " erwartet eine Zahl ab 1 statt " + Quoted(value));
   }
   return number;
+}
+
+/// Each command that takes a form has one beside its usual one.
+template <unsigned set>
+void TakeFormat(Invocation& invocation, std::string_view value) {
+  constexpr std::string_view kOnly = set == kTakesTagFormat ? "emacs" : "vimgrep";
+  if (value != kOnly) throw UsageError("Unbekannte Form " + Quoted(value));
+  invocation.format = value;
 }
 
 constexpr std::array kOptions{
@@ -98,8 +106,18 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view) { i.down = true; }},
     OptionSpec{"--depth", "N", "so viele Stufen; Vorgabe: alle", kTakesDepth,
                [](Invocation& i, std::string_view value) { i.depth = PositiveNumber("--depth", value); }},
-    OptionSpec{"--exact", "", "alles Unbenutzte jeder Art, aus dem genauen Verständnis des Codes", kTakesExact,
+    OptionSpec{"--exact", "", "nach dem genauen Verständnis des Codes; unused: alles Unbenutzte jeder Art", kTakesExact,
                [](Invocation& i, std::string_view) { i.exact = true; }},
+    OptionSpec{"--dot", "", "als Graph in der Sprache DOT", kTakesDepth,
+               [](Invocation& i, std::string_view) { i.dot = true; }},
+    OptionSpec{"--baseline", "DATEI", "nur, was nicht in dieser Liste steht; gibt es so etwas, ist der Rückgabewert 1",
+               kTakesBaseline, [](Invocation& i, std::string_view value) { i.baseline = value; }},
+    OptionSpec{"--write-baseline", "DATEI", "schreibt die Liste für --baseline", kTakesBaseline,
+               [](Invocation& i, std::string_view value) { i.writeBaseline = value; }},
+    OptionSpec{"--format", "FORM", "Zeilen, wie Editoren sie lesen", kTakesEditorFormat, TakeFormat<kTakesEditorFormat>,
+               "vimgrep"},
+    OptionSpec{"--format", "FORM", "in der Form eines anderen Editors", kTakesTagFormat, TakeFormat<kTakesTagFormat>,
+               "emacs"},
     OptionSpec{"--count", "", "zählt nur, wie viele es von jeder Art sind", kTakesCount,
                [](Invocation& i, std::string_view) { i.count = true; }},
     OptionSpec{"--title", "TEXT", "Titel der Dokumentation statt des Namens der Eingabe", kTakesTitle,
@@ -149,8 +167,8 @@ class Parser {
     const bool isLong = argument.starts_with("--");
     const std::size_t end = isLong ? std::min(argument.find('='), argument.size()) : 2;
     const std::string_view name = argument.substr(0, end);
-    const auto* const option = std::ranges::find(kOptions, name, &OptionSpec::name);
-    if (option == kOptions.end()) {
+    const OptionSpec* const option = Find(name);
+    if (option == nullptr) {
       throw UsageError("Unbekannte Option " + Quoted(name));
     }
     std::string_view value;
@@ -161,6 +179,17 @@ class Parser {
     }
     option->take(invocation_, value);
     met_.push_back(option);
+  }
+
+  /// Of several options with one name the command's own.
+  const OptionSpec* Find(std::string_view name) const {
+    const OptionSpec* found = nullptr;
+    for (const OptionSpec& option : kOptions) {
+      if (option.name != name) continue;
+      if (invocation_.command != nullptr && (option.bit & invocation_.command->options) != 0) return &option;
+      if (found == nullptr) found = &option;
+    }
+    return found;
   }
 
   std::string_view NextValue(const OptionSpec& option) {

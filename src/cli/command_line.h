@@ -38,6 +38,13 @@ struct Invocation {
   /// What a routine calls instead of what calls it, and how many levels of it.
   bool down = false;
   std::optional<std::uint32_t> depth;
+  /// The hierarchy as a graph.
+  bool dot = false;
+  /// "vimgrep", "emacs"; empty for the usual form.
+  std::string format;
+  /// What was unused before, to be compared with or to be written.
+  std::optional<std::string> baseline;
+  std::optional<std::string> writeBaseline;
   /// Classes of unused routines by name: the only ones to list, and those that make the run fail.
   std::vector<std::string> only;
   std::vector<std::string> failOn;
@@ -68,7 +75,10 @@ enum OptionSet : unsigned {
   kTakesCount = 1U << 12U,
   kTakesExact = 1U << 13U,
   kTakesPlace = 1U << 14U,
-  kTakesDepth = 1U << 15U
+  kTakesDepth = 1U << 15U,
+  kTakesBaseline = 1U << 16U,
+  kTakesEditorFormat = 1U << 17U,
+  kTakesTagFormat = 1U << 18U
 };
 
 /// One row of the table that the parser, the help, the manual page and the completion of the shell share.

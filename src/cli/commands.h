@@ -50,5 +50,6 @@ void RunSymbols(const Invocation& invocation);
 void RunReferences(const Invocation& invocation);
 void RunCalls(const Invocation& invocation);
 void RunSearch(const Invocation& invocation);
+void RunTags(const Invocation& invocation);
 
 }  // namespace quillmate::cli

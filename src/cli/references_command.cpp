@@ -81,6 +81,7 @@ std::string PlaceText(const ReferenceIndex& index, symbols::Index module, std::u
   return place.append(SourceText(index, module, line)).append("\n");
 }
 
+/// One place on each line, the declarations' own included: the usual form and the one of editors alike.
 std::string ReferencesText(const ReferenceIndex& index, const std::vector<SymbolId>& declarations) {
   std::string text;
   for (const SymbolId id : declarations) {
@@ -152,6 +153,41 @@ std::string CallsJson(const ReferenceIndex& index, const std::vector<CallNode>& 
   return json += "\n";
 }
 
+std::string RoutineText(const ReferenceIndex& index, const CallNode& node) {
+  if (node.edge.routine == symbols::kNone) return node.edge.host;
+  const symbols::Symbol& symbol = index.SymbolAt(node.edge.routine);
+  return index.Modules()[symbol.module].name + "." + std::string(index.Name(node.edge.routine));
+}
+
+std::string DotName(std::string_view text) {
+  std::string name = "\"";
+  for (const char c : text) {
+    if (c == '"' || c == '\\') name += '\\';
+    name += c == '\n' || c == '\r' ? ' ' : c;
+  }
+  return name + "\"";
+}
+
+/// A graph of the DOT language: each edge once, from who calls to who is called; possible ones dashed.
+std::string CallsGraph(const ReferenceIndex& index, const std::vector<CallNode>& nodes, bool down) {
+  std::vector<std::string> edges;
+  for (const CallNode& node : nodes) {
+    if (node.parent == symbols::kNone) continue;
+    const std::string above = DotName(RoutineText(index, nodes[node.parent]));
+    const std::string below = DotName(RoutineText(index, node));
+    std::string edge = "  " + (down ? above + " -> " + below : below + " -> " + above);
+    if (node.edge.certainty != symbols::Certainty::kSure) edge += " [style=dashed]";
+    edges.push_back(edge + ";\n");
+  }
+  std::ranges::sort(edges);
+  const auto repeated = std::ranges::unique(edges);
+  edges.erase(repeated.begin(), repeated.end());
+  std::string graph = "digraph Aufrufe {\n  rankdir=LR;\n  node [shape=box];\n";
+  graph += "  " + DotName(RoutineText(index, nodes.front())) + ";\n";
+  for (const std::string& edge : edges) graph += edge;
+  return graph + "}\n";
+}
+
 std::string CallsText(const ReferenceIndex& index, const std::vector<CallNode>& nodes, bool down) {
   std::string text;
   for (const CallNode& node : nodes) {
@@ -194,8 +230,9 @@ void RunCalls(const Invocation& invocation) {
   const auto direction = invocation.down ? symbols::CallDirection::kCallees : symbols::CallDirection::kCallers;
   const std::vector<CallNode> nodes =
       symbols::CallHierarchy(index, AskedRoutine(index, invocation), direction, invocation.depth.value_or(UINT32_MAX));
-  WriteWhole(invocation.output,
-             invocation.json ? CallsJson(index, nodes, invocation.down) : CallsText(index, nodes, invocation.down));
+  WriteWhole(invocation.output, (invocation.json  ? CallsJson
+                                 : invocation.dot ? CallsGraph
+                                                  : CallsText)(index, nodes, invocation.down));
 }
 
 }  // namespace quillmate::cli

@@ -7,6 +7,7 @@
 
 #include "commands.h"
 #include "module_list.h"
+#include "modules_exact.h"
 #include "output.h"
 #include "project_input.h"
 #include "run_options.h"
@@ -29,12 +30,14 @@ std::vector<output::OutlineNode> OutlineNodes(codedb::CodeDatabase& database) {
 }  // namespace
 
 void RunModules(const Invocation& invocation) {
+  if (invocation.exact) return RunModulesExact(invocation);
   ProjectInput input(invocation, RunOptions(invocation));
   const auto modules = codedb::ReadIndex(input.Database());
   WriteWhole(invocation.output, invocation.json ? ModuleJson(modules) : ModuleTable(modules));
 }
 
 void RunOutline(const Invocation& invocation) {
+  if (invocation.exact) return RunOutlineExact(invocation);
   ProjectInput input(invocation, RunOptions(invocation));
   const std::string outline = output::BuildOutline(OutlineNodes(input.Database()));
   WriteWhole(invocation.output, text::Utf8FromCode(text::ReplaceAll(outline, text::kLineBreak, "\n")));

@@ -54,7 +54,7 @@ std::string UnusedText(const std::vector<UnusedRoutine>& routines) {
 }  // namespace
 
 void RunUnused(const Invocation& invocation) {
-  if (invocation.exact) return RunUnusedExact(invocation);
+  if (invocation.exact || invocation.baseline || invocation.writeBaseline) return RunUnusedExact(invocation);
   ProjectInput input(invocation, RunOptions(invocation));
   std::vector<UnusedRoutine> routines = analysis::FindUnusedRoutines(input.Database(), input.Folder());
   const auto failures = std::ranges::count_if(routines, [&](const auto& r) { return IsOneOf(r, invocation.failOn); });

@@ -1,0 +1,211 @@
+#include "modules_exact.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <numeric>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <quillmate/codedb/codes.h>
+#include <quillmate/codedb/collation.h>
+#include <quillmate/export/outline.h>
+#include <quillmate/text/markers.h>
+#include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
+
+#include "json.h"
+#include "module_list.h"
+#include "output.h"
+#include "symbol_json.h"
+#include "understanding.h"
+
+namespace quillmate::cli {
+namespace {
+
+using language::DeclarationKind;
+using symbols::ReferenceIndex;
+
+int KindOf(language::ModuleKind kind) {
+  switch (kind) {
+    case language::ModuleKind::kStandard:
+      return codedb::kStandard;
+    case language::ModuleKind::kClass:
+      return codedb::kClass;
+    case language::ModuleKind::kForm:
+      return codedb::kForm;
+    case language::ModuleKind::kDocument:
+      return codedb::kDocument;
+    default:
+      return codedb::kOtherKind;
+  }
+}
+
+int KindOf(DeclarationKind kind) {
+  switch (kind) {
+    case DeclarationKind::kFunction:
+      return codedb::kFunction;
+    case DeclarationKind::kPropertyLet:
+      return codedb::kLet;
+    case DeclarationKind::kPropertyGet:
+      return codedb::kGet;
+    case DeclarationKind::kPropertySet:
+      return codedb::kSet;
+    case DeclarationKind::kDeclareSub:
+      return codedb::kDeclareSub;
+    case DeclarationKind::kDeclareFunction:
+      return codedb::kDeclareFunction;
+    default:
+      return codedb::kSub;
+  }
+}
+
+int VisibilityOf(language::Visibility visibility) {
+  switch (visibility) {
+    case language::Visibility::kPrivate:
+      return codedb::kPrivate;
+    case language::Visibility::kFriend:
+      return codedb::kFriend;
+    default:
+      return codedb::kPublic;
+  }
+}
+
+struct Found {
+  language::Index declaration;
+  std::uint32_t first, headerLast, last;
+};
+
+/// Routines and Declares by place.
+std::vector<Found> RoutinesOf(const language::Module& module) {
+  std::vector<Found> found;
+  for (const language::Routine& routine : module.routines) {
+    found.push_back({routine.declaration, routine.firstLine, routine.headerLastLine, routine.lastLine});
+  }
+  for (std::size_t i = 0; i < module.declarations.size(); ++i) {
+    const language::Declaration& declaration = module.declarations[i];
+    if (declaration.kind == DeclarationKind::kDeclareSub || declaration.kind == DeclarationKind::kDeclareFunction) {
+      found.push_back(
+          {static_cast<language::Index>(i), declaration.firstLine, declaration.lastLine, declaration.lastLine});
+    }
+  }
+  std::ranges::stable_sort(found, {}, &Found::first);
+  return found;
+}
+
+std::string Spelled(const language::Module& module, const language::Declaration& declaration) {
+  const std::string_view name = module.Spelling(declaration);
+  return std::string(name.empty() ? std::string_view("(ohne Namen)") : name);
+}
+
+void AppendRoutine(std::string& json, const ReferenceIndex& index, symbols::Index module, const Found& routine,
+                   std::int64_t number) {
+  const language::Module& code = index.Code(module);
+  const language::Declaration& declaration = code.declarations[routine.declaration];
+  json += "{\"rou_num\":" + std::to_string(number);
+  AppendMember(json, "rou_name", Spelled(code, declaration));
+  AppendMember(json, "rou_typ", static_cast<std::uint32_t>(KindOf(declaration.kind)));
+  AppendMember(json, "rou_open", static_cast<std::uint32_t>(VisibilityOf(declaration.visibility)));
+  AppendMember(json, "anz_dec_zeilen", routine.headerLast - routine.first + 1);
+  AppendMember(json, "rou_start", index.EditorLine(module, routine.first));
+  AppendMember(json, "rou_ende", index.EditorLine(module, routine.last));
+  AppendMember(json, "source_line", index.SourceLine(module, routine.first));
+  json += '}';
+}
+
+std::int64_t LinesOf(const ReferenceIndex& index, symbols::Index module) {
+  const auto lines = static_cast<std::uint32_t>(index.Code(module).lines.size());
+  std::int64_t last = 0;
+  for (std::uint32_t line = lines; line > 0 && last == 0; --line) last = index.EditorLine(module, line);
+  return last;
+}
+
+std::string Json(const ReferenceIndex& index) {
+  std::string json;
+  JsonObject object(json);
+  object.Key("modules");
+  JsonLines modules(json);
+  std::int64_t number = 0;
+  for (symbols::Index i = 0; i < index.Modules().size(); ++i) {
+    modules.Next();
+    json += '{';
+    AppendModuleJson(json, index, i);
+    AppendMember(json, "mod_num", i + 1);
+    AppendMember(json, "mod_name", index.Modules()[i].name);
+    AppendMember(json, "mod_typ", static_cast<std::uint32_t>(KindOf(index.Modules()[i].kind)));
+    json += ",\"mod_zeilen\":" + std::to_string(LinesOf(index, i)) + ",\"routines\":";
+    JsonLines routines(json);
+    for (const Found& routine : RoutinesOf(index.Code(i))) {
+      routines.Next();
+      AppendRoutine(json, index, i, routine, ++number);
+    }
+    routines.End();
+    json += '}';
+  }
+  modules.End();
+  object.End();
+  return json + "\n";
+}
+
+/// The rows of the index, as its table shows them.
+std::vector<codedb::ModuleRecord> Records(const ReferenceIndex& index) {
+  std::vector<codedb::ModuleRecord> records;
+  std::int64_t number = 0;
+  for (symbols::Index i = 0; i < index.Modules().size(); ++i) {
+    codedb::ModuleRecord& module = records.emplace_back();
+    module.number = std::int64_t{i} + 1;
+    module.name = text::CodeFromUtf8(index.Modules()[i].name);
+    module.kind = KindOf(index.Modules()[i].kind);
+    module.lines = LinesOf(index, i);
+    const language::Module& code = index.Code(i);
+    for (const Found& found : RoutinesOf(code)) {
+      codedb::RoutineRecord& routine = module.routines.emplace_back();
+      const language::Declaration& declaration = code.declarations[found.declaration];
+      routine.number = ++number;
+      routine.name = text::CodeFromUtf8(Spelled(code, declaration));
+      routine.kind = KindOf(declaration.kind);
+      routine.visibility = VisibilityOf(declaration.visibility);
+      routine.headerLines = static_cast<int>(found.headerLast - found.first + 1);
+      routine.start = index.EditorLine(i, found.first);
+      routine.end = index.EditorLine(i, found.last);
+    }
+  }
+  return records;
+}
+
+/// Modules by kind and name, routines by name, as everywhere else.
+std::vector<output::OutlineNode> OutlineNodes(const ReferenceIndex& index) {
+  const auto byName = [](const auto& a, const auto& b) { return codedb::CompareText(a, b) < 0; };
+  std::vector<symbols::Index> modules(index.Modules().size());
+  std::iota(modules.begin(), modules.end(), symbols::Index{0});
+  std::ranges::stable_sort(modules, [&](symbols::Index a, symbols::Index b) {
+    const int kinds = KindOf(index.Modules()[a].kind) - KindOf(index.Modules()[b].kind);
+    return kinds != 0 ? kinds < 0 : byName(index.Modules()[a].name, index.Modules()[b].name);
+  });
+  std::vector<output::OutlineNode> nodes;
+  for (const symbols::Index module : modules) {
+    const int parent = static_cast<int>(nodes.size());
+    nodes.push_back({index.Modules()[module].name, -1});
+    std::vector<std::string> names;
+    const language::Module& code = index.Code(module);
+    for (const Found& routine : RoutinesOf(code))
+      names.push_back(Spelled(code, code.declarations[routine.declaration]));
+    std::ranges::stable_sort(names, byName);
+    for (std::string& name : names) nodes.push_back({std::move(name), parent});
+  }
+  return nodes;
+}
+
+}  // namespace
+
+void RunModulesExact(const Invocation& invocation) {
+  const ReferenceIndex index = ReadUnderstanding(invocation);
+  WriteWhole(invocation.output, invocation.json ? Json(index) : ModuleTable(Records(index)));
+}
+
+void RunOutlineExact(const Invocation& invocation) {
+  const ReferenceIndex index = ReadUnderstanding(invocation);
+  WriteWhole(invocation.output, text::ReplaceAll(output::BuildOutline(OutlineNodes(index)), text::kLineBreak, "\n"));
+}
+
+}  // namespace quillmate::cli

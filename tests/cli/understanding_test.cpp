@@ -1,0 +1,63 @@
+#include "modules.h"
+#include "process.h"
+
+namespace quillmate::cli {
+namespace {
+
+class UnderstandingTest : public CliTest {
+ protected:
+  UnderstandingTest() {
+    Write("q/Gruss.bas", kGreeting);
+    Write("q/Karte.cls", kCard);
+    Write("q/Kurz.bas", "Sub Start(): Anfang: Summe 1, 2: End Sub\n");
+  }
+};
+
+/// One routine on its line, modules of one line, the file's own lines behind a header.
+TEST_F(UnderstandingTest, ExactLists) {
+  const std::string json = Run("modules --exact --json q").out;
+  for (const char* const part :
+       {"\"rou_name\":\"Offen\",\"rou_typ\":1,\"rou_open\":3,\"anz_dec_zeilen\":1,\"rou_start\":10,\"rou_ende\":10,"
+        "\"source_line\":11}",
+        "\"rou_name\":\"Name\",\"rou_typ\":4,\"rou_open\":1,\"anz_dec_zeilen\":1,\"rou_start\":2,\"rou_ende\":4,"
+        "\"source_line\":7}",
+        "\"mod_name\":\"Kurz\",\"mod_typ\":2,\"mod_zeilen\":1"}) {
+    EXPECT_NE(json.find(part), std::string::npos) << part << json;
+  }
+  EXPECT_EQ(Run("outline --exact q").out,
+            "Gru\xC3\x9F\n\tAnfang\n\tOffen\n\tSumme\n\tZeit\nKurz\n\tStart\nKarte\n\tName\n");
+}
+
+TEST_F(UnderstandingTest, CallsAsGraph) {
+  EXPECT_EQ(Run("calls --dot --down --module Kurz --routine Start q").out,
+            "digraph Aufrufe {\n  rankdir=LR;\n  node [shape=box];\n  \"Kurz.Start\";\n"
+            "  \"Kurz.Start\" -> \"Gru\xC3\x9F.Anfang\";\n  \"Kurz.Start\" -> \"Gru\xC3\x9F.Summe\";\n}\n");
+}
+
+/// Sorted by bytes, as editors expect it; the line is the file's.
+TEST_F(UnderstandingTest, Tags) {
+  const std::string tags = Run("tags q").out;
+  const std::size_t first = tags.find("Anfang\t" + Full("q/Gruss.bas") + "\t3;\"\tkind:sub\t");
+  EXPECT_NE(first, std::string::npos) << tags;
+  EXPECT_LT(first, tags.find("Karte.cls\t7;\"\tkind:property-get\t"));
+  EXPECT_EQ(tags.find("\na\t"), std::string::npos) << "parameters are no tags";
+  const std::string emacs = Run("tags --format emacs q").out;
+  EXPECT_NE(emacs.find("Property Get Name\x7fName\x01"
+                       "7,\n"),
+            std::string::npos)
+      << emacs;
+}
+
+/// A list of what is known lets later runs fail on new things only, wherever they moved to.
+TEST_F(UnderstandingTest, BaselineOfUnused) {
+  EXPECT_EQ(Run("unused --exact --write-baseline alt.txt q").status, 0);
+  EXPECT_EQ(Run("unused --baseline alt.txt q"), Success());
+  Write("q/Kurz.bas", "' Neu\n\nSub Start(): Anfang: Summe 1, 2: End Sub\nPrivate Sub Neu()\nEnd Sub\n");
+  EXPECT_EQ(Run("unused --baseline alt.txt q"), (Result{1, "Kurz\n\tSub Neu, Zeile 4 (sicher: nirgends verwendet)\n",
+                                                        Messages({"Unbenutztes, das nicht in der Liste steht: 1"})}));
+  EXPECT_EQ(Run("unused --baseline alt.txt --fail-on host q").status, 0);
+  EXPECT_EQ(Run("unused --baseline q/Kurz.bas q").status, 1);
+}
+
+}  // namespace
+}  // namespace quillmate::cli
