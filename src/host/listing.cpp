@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <system_error>
 #include <utility>
@@ -19,9 +18,6 @@ namespace fs = std::filesystem;
 
 std::string CodeOfPath(const fs::path& path) { return text::CodeFromUtf8(files::PathText(path)); }
 std::string ExtensionOf(const fs::path& file) { return files::PathText(file.extension()); }
-
-/// Databases can't be read, but whoever adds a folder with one wants to know.
-constexpr std::array<std::string_view, 6> kAccessExtensions{"accdb", "accda", "accde", "mdb", "mda", "mde"};
 
 /// Unpacked texts of all Office files of a listing that are kept for the read that mostly follows.
 constexpr std::size_t kMostKeptText = std::size_t{32} << 20U;
@@ -47,8 +43,7 @@ bool MayBeOfficeFile(const fs::path& file) {
   std::string extension = ExtensionOf(file);
   if (name.starts_with("~$") || extension.empty()) return false;
   extension.erase(0, 1);
-  return Holds(office::OfficeFileExtensions(), extension) || Holds(kAccessExtensions, extension) ||
-         text::EqualsIgnoreCase(name, "vbaProject.bin");
+  return Holds(office::OfficeFileExtensions(), extension) || text::EqualsIgnoreCase(name, "vbaProject.bin");
 }
 
 /// A file in a folder that was opened in vain: no macros, or something else altogether. Files with the old extensions,

@@ -7,6 +7,8 @@
 #include <quillmate/office/office_file.h>
 #include <quillmate/text/operations.h>
 
+#include "access_pages_p.h"
+#include "office_result_p.h"
 #include "presentation_p.h"
 #include "zip_entry_p.h"
 
@@ -14,33 +16,24 @@ namespace quillmate::office {
 namespace {
 
 using State = OfficeFile::State;
+using reasons::kBrokenProject;
+using reasons::kEncrypted;
+using reasons::kTooLarge;
+using reasons::kWithoutMacros;
 
-constexpr std::array<std::string_view, 18> kExtensions{"xlsm", "xlsb", "xltm", "xlam", "xls", "xla",
-                                                       "xlt",  "docm", "dotm", "doc",  "dot", "pptm",
-                                                       "potm", "ppam", "ppsm", "ppt",  "pps", "pot"};
+constexpr std::array<std::string_view, 24> kExtensions{
+    "xlsm", "xlsb", "xltm", "xlam", "xls", "xla", "xlt", "docm", "dotm",  "doc",   "dot",   "pptm",
+    "potm", "ppam", "ppsm", "ppt",  "pps", "pot", "mdb", "mda",  "accdb", "accda", "accde", "mde"};
 
 constexpr const char* kEmpty = "Datei ist leer";
 constexpr const char* kNoOffice = "Datei ist keine Office-Datei";
-constexpr const char* kWithoutMacros = "Datei enthält keine Makros";
-constexpr const char* kEncrypted = "Datei ist mit einem Kennwort verschlüsselt";
-constexpr const char* kTooLarge = "Makroprojekt ist zu groß (mehr als 128 MB)";
 constexpr const char* kBrokenZip = "Datei ist beschädigt: das Verzeichnis der Zip-Datei ist nicht lesbar";
 constexpr const char* kBrokenEntry = "Datei ist beschädigt: das Makroprojekt lässt sich nicht entpacken";
 constexpr const char* kBrokenCompound = "Datei ist beschädigt: ihr Verzeichnis ist nicht lesbar";
 constexpr const char* kPartOfDirectory = "Datei ist beschädigt: ein Teil ihres Verzeichnisses fehlt";
 constexpr const char* kBrokenPresentation = "Datei ist beschädigt: die Präsentation ist nicht lesbar";
-constexpr const char* kBrokenProject = "Datei ist beschädigt: das Makroprojekt ist nicht lesbar";
-constexpr const char* kNeedsAccess = "Datenbanken von Access lassen sich nur aus dem laufenden Access lesen";
 constexpr const char* kOfExcel95 = "Makros im Format von Excel 5.0 und 95 lassen sich nicht lesen";
 constexpr const char* kCutShort = "Das Makroprojekt ist beschädigt und wurde nur zum Teil entpackt";
-
-OfficeFile Without(State state, std::string reason, OfficeHost host = OfficeHost::kUnknown) {
-  OfficeFile file;
-  file.state = state;
-  file.reason = std::move(reason);
-  file.host = host;
-  return file;
-}
 
 // First bytes --------------------------------------------------------------------------------------------------------
 
@@ -49,12 +42,9 @@ enum class Kind { kUnknown, kZip, kCompound, kAccess };
 constexpr std::size_t kHeadSize = 32;
 
 Kind KindOf(std::string_view head) noexcept {
-  constexpr std::size_t kAccessNameAt = 4;
   if (head.starts_with("PK\3\4") || head.starts_with("PK\5\6")) return Kind::kZip;
   if (CompoundFile::HasSignature(head)) return Kind::kCompound;
-  const std::string_view name = head.substr(std::min(kAccessNameAt, head.size()));
-  const bool access = name.starts_with("Standard Jet DB") || name.starts_with("Standard ACE DB");
-  return access ? Kind::kAccess : Kind::kUnknown;
+  return AccessPages::HasSignature(head) ? Kind::kAccess : Kind::kUnknown;
 }
 
 // Compound files -----------------------------------------------------------------------------------------------------
@@ -93,20 +83,6 @@ bool IsEncrypted(const CompoundFile& file, OfficeHost host, CompoundId mainStrea
   constexpr std::uint64_t kStart = 4096;
   if (host == OfficeHost::kExcel) return IsEncryptedWorkbook(file.ReadStream(mainStream, kStart).bytes);
   return host == OfficeHost::kWord && IsEncryptedDocument(file.ReadStream(mainStream, kStart).bytes);
-}
-
-OfficeFile ReadProjectIn(const CompoundFile& file, CompoundId storage, OfficeHost host) {
-  OfficeFile result;
-  result.host = host;
-  result.project = ReadVbaProject(file, storage);
-  // A protection that breaks off with the rest of the description is damage; the texts stay unread all the same.
-  const VbaProtection& protection = result.project.protection;
-  const bool locked = protection.Locked() && (!protection.unclear || result.project.warnings.empty());
-  const bool lost = result.project.modules.empty() && !locked;
-  if (lost && !result.project.warnings.empty()) return Without(State::kFailed, kBrokenProject, host);
-  if (lost) return Without(State::kNoMacros, kWithoutMacros, host);
-  result.state = State::kRead;
-  return result;
 }
 
 /// A compound file that is nothing but a project, out of a zip or a presentation.
@@ -200,7 +176,7 @@ OfficeFile ReadKind(Kind kind, ByteSource& source) {
     case Kind::kCompound:
       return ReadCompound(source);
     case Kind::kAccess:
-      return Without(State::kFailed, kNeedsAccess);
+      return ReadAccessFile(source);
     default:
       return Without(State::kNotOffice, kNoOffice);
   }

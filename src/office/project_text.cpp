@@ -15,8 +15,9 @@ struct ModuleKey {
   std::string_view key;
   int type;
 };
-constexpr std::array kModuleKeys{ModuleKey{"Document", kHostDocument}, ModuleKey{"Module", kStdModule},
-                                 ModuleKey{"Class", kClassModule}, ModuleKey{"BaseClass", kMSForm}};
+constexpr std::array kModuleKeys{ModuleKey{"Document", kHostDocument}, ModuleKey{"DocClass", kHostDocument},
+                                 ModuleKey{"Module", kStdModule}, ModuleKey{"Class", kClassModule},
+                                 ModuleKey{"BaseClass", kMSForm}};
 
 // Bits of the protection state, 2.3.1.15.
 constexpr unsigned kByUser = 1;

@@ -190,6 +190,7 @@ VbaModule ProjectReader::ReadModule(const ModulePlan& plan, const CodePage& code
   VbaModule module;
   module.name = plan.name;
   module.type = plan.type != 0 ? plan.type : TypeFromContent(plan, text.bytes);
+  module.hasText = !text.bytes.empty();
   static_cast<EditorText&>(module) = EditorTextOf(std::move(text.bytes), codePage);
   return module;
 }

@@ -6,7 +6,7 @@
 
 #include <quillmate/office/compound_file.h>
 
-#include "office/vba_writer.h"
+#include "office/access_writer.h"
 
 /// Writes the seed corpus: a folder for each target below the one given.
 namespace quillmate::office {
@@ -59,6 +59,21 @@ void AddContainers(Corpus& corpus) {
   corpus.Add("unpack", "xyz" + StoreVba(text));
 }
 
+void AddDatabases(Corpus& corpus, const WrittenProject& project) {
+  for (const bool old : {false, true}) {
+    AccessWriter writer = AccessWith(project, old);
+    corpus.Add("access", writer.File());
+    writer.moved = true;
+    writer.longMaps = true;
+    writer.loops = true;
+    corpus.Add("access", writer.File());
+    writer.noMaps = true;
+    writer.pageKey = 99;
+    corpus.Add("access", writer.File());
+    corpus.Add("office", writer.File());
+  }
+}
+
 void AddProject(Corpus& corpus, const WrittenProject& project) {
   corpus.Add("dir", project.Dir());
   corpus.Add("project", project.ProjectStream());
@@ -96,6 +111,7 @@ int main(int argc, char** argv) {
   Corpus corpus(argv[1]);
   AddContainers(corpus);
   AddProject(corpus, SeedProject(1252, false));
+  AddDatabases(corpus, SeedProject(1252, false));
   AddProject(corpus, SeedProject(1251, true));
   AddProject(corpus, LargeProject(3, 500));
 }

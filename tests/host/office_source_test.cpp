@@ -96,7 +96,7 @@ TEST(OfficeSource, FoldersListTheFilesWithMacros) {
             (Lines{"Ablage [.]", "  m 1 1 m.bas", "B [B.XLSM]", "  Tabelle1 100 3", "  M 1 4", "C [a/c.doc]",
                    "  Tabelle1 100 3", "  M 1 4", "D [a/vbaProject.bin]", "  Tabelle1 100 3", "  M 1 4",
                    "kaputt.pptm: Datei ist keine Office-Datei",
-                   "lager.accdb: Datenbanken von Access lassen sich nur aus dem laufenden Access lesen",
+                   "lager.accdb: Datei ist beschädigt: das Verzeichnis der Datenbank ist nicht lesbar",
                    "nur: Ordner enthält keine Module"}));
 }
 

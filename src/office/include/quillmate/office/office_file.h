@@ -16,7 +16,7 @@
 /// * zip: the first entry whose path ends in "vbaProject.bin" holds the project [ECMA-376], [MS-OVBA];
 /// * compound file: the project lies in a storage of a workbook [MS-XLS], of a document [MS-DOC] or on its own, or,
 ///   packed, in a presentation's stream [MS-PPT];
-/// * Access database: needs the running Access.
+/// * Access database: the project lies in system tables (see access_database_p.h).
 ///
 /// Files may be damaged or made to do harm. Bounds: a packed project of more than kLargestVbaProject bytes is not read;
 /// of the file itself only what leads to the project is read (see compound_file.h and vba_project.h); a zip's table of
@@ -25,14 +25,14 @@ namespace quillmate::office {
 
 inline constexpr std::size_t kLargestVbaProject = std::size_t{128} << 20U;
 
-enum class OfficeHost { kUnknown, kExcel, kWord, kPowerPoint };
+enum class OfficeHost { kUnknown, kExcel, kWord, kPowerPoint, kAccess };
 
 struct OfficeFile {
   enum class State {
     kRead,       // there is a project; it may be locked, and its warnings say what is missing
     kNoMacros,   // an Office file without a project
     kNotOffice,  // something else
-    kFailed      // empty, not readable, encrypted, damaged, too large, or of Access
+    kFailed      // empty, not readable, encrypted, compiled, damaged, or too large
   };
 
   State state = State::kFailed;
@@ -49,7 +49,7 @@ OfficeFile ReadOfficeFile(const std::filesystem::path& file);
 OfficeFile ReadOfficeFile(ByteSource& source);
 
 /// The extensions of files that can hold macros, without dots, in lower case: for the choice of files in a dialog or a
-/// folder. Those of Access are not among them.
+/// folder.
 std::span<const std::string_view> OfficeFileExtensions() noexcept;
 
 }  // namespace quillmate::office

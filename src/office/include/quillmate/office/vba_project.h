@@ -29,6 +29,8 @@ struct VbaModule : EditorText {
   std::string name;
   /// ComponentType: from PROJECT; where that does not name the module, from dir and from the module's attributes.
   int type = 0;
+  /// False when its text is missing or can't be unpacked; the code is empty then.
+  bool hasText = true;
 };
 
 /// A reference to a library or another project; UTF-8.
