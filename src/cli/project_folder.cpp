@@ -6,6 +6,7 @@
 #include <system_error>
 #include <vector>
 
+#include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/files/folder_swap.h>
 #include <quillmate/files/paths.h>
@@ -105,9 +106,11 @@ bool IsNumberBetween(std::string_view name, std::string_view before, std::string
 bool IsProjectFile(const fs::path& name) {
   constexpr std::array<std::string_view, 4> kEngineSuffixes{"", "-journal", "-wal", "-shm"};
   const std::string text = files::PathText(name);
-  const std::string database(codedb::kDatabaseFile);
-  return std::ranges::any_of(kEngineSuffixes, [&](std::string_view s) { return text == database + std::string(s); }) ||
-         IsNumberBetween(text, "M", ".txt");
+  const auto isOf = [&](std::string_view database) {
+    return std::ranges::any_of(kEngineSuffixes,
+                               [&](std::string_view s) { return text == std::string(database) + std::string(s); });
+  };
+  return isOf(codedb::kDatabaseFile) || isOf(codedb::kFactsFile) || IsNumberBetween(text, "M", ".txt");
 }
 
 NewProjectFolder::NewProjectFolder(const std::string& target, bool overwrite) : target_(ResolveTarget(target)) {

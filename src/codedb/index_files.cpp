@@ -6,9 +6,11 @@
 #include <vector>
 
 #include <quillmate/codedb/codes.h>
+#include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
+#include <quillmate/text/marked_walk.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 
@@ -51,6 +53,7 @@ void ReplaceByCopy(const fs::path& source, const fs::path& target) {
   const std::string bytes = files::ReadWholeFile(source);
   Remove(target);
   for (const char* const companion : kCompanions) Remove(fs::path(target) += companion);
+  Remove(FactsPath(target.parent_path()));
   files::WriteWholeFile(target, bytes);
 }
 
@@ -80,6 +83,21 @@ void WriteModuleText(const fs::path& folder, int moduleNumber, std::string_view 
 
 std::string ReadModuleText(const fs::path& folder, int moduleNumber) {
   return files::ReadWholeFile(ModuleTextPath(folder, moduleNumber));
+}
+
+std::string StoredCode(std::string_view fileText) {
+  struct Collector {
+    std::string code;
+    void Code(std::string_view part) { code.append(part); }
+    void Mark(text::Marker) noexcept {}
+  } collector;
+  collector.code.reserve(fileText.size());
+  text::WalkMarkedText(fileText, collector);
+  std::string code = std::move(collector.code);
+  for (int breaks = 0; breaks < 2 && code.ends_with(text::kLineBreak); ++breaks) {
+    code.resize(code.size() - text::kLineBreak.size());
+  }
+  return code;
 }
 
 void DeleteScratchFiles(const fs::path& folder) noexcept {

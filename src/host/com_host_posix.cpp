@@ -24,5 +24,6 @@ int ComHost::ComponentCount(int) { state_->Fail(); }
 HostComponent ComHost::Component(int, int) { state_->Fail(); }
 HostComponent ComHost::ComponentByName(int, const std::string&, int) { state_->Fail(); }
 std::string ComHost::Lines(int, const std::string&, int, int) { state_->Fail(); }
+codedb::ProjectFacts ComHost::FactsOfProject(int) { state_->Fail(); }
 
 }  // namespace quillmate::host

@@ -6,6 +6,7 @@
 
 #include <quillmate/host/com_host.h>
 #include <quillmate/office/module_file.h>
+#include <quillmate/text/characters.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/wide.h>
@@ -306,6 +307,20 @@ std::string ComHost::Lines(int project, const std::string& name, int position, i
     throw HostError("Das Modul wurde geändert, während es gelesen wurde");
   }
   return code;
+}
+
+/// As it was listed: to ask the host anew would mark another project where one before it was closed.
+codedb::ProjectFacts ComHost::FactsOfProject(int project) {
+  codedb::ProjectFacts facts;
+  if (project >= 1 && static_cast<std::size_t>(project) <= state_->listed.size()) {
+    const HostProject& info = state_->listed[static_cast<std::size_t>(project) - 1];
+    facts.name = text::Utf8FromCode(info.name);
+    facts.file = info.fileName.value_or(std::string());
+    facts.locked = info.locked;
+  }
+  facts.host = state_->name;
+  for (char& c : facts.host) c = static_cast<char>(text::ToLower(c));
+  return facts;
 }
 
 }  // namespace quillmate::host

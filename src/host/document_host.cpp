@@ -3,10 +3,12 @@
 #include <utility>
 
 #include <quillmate/files/paths.h>
+#include <quillmate/files/sha256.h>
 #include <quillmate/host/document_host.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/windows1252.h>
 
+#include "component_facts_p.h"
 #include "listing_p.h"
 
 namespace quillmate::host {
@@ -85,6 +87,8 @@ struct DocumentHost::State {
   office::OfficeHost ownHost = office::OfficeHost::kUnknown;
   Listing listing;
   std::optional<Loaded> loaded;
+  /// Its code is no longer among what is loaded.
+  bool codeTaken = false;
   std::optional<OpenOfficeFile> officeFile;
   std::string buffer;
   bool listed = false;
@@ -119,6 +123,7 @@ struct DocumentHost::State {
   /// The module as its file holds it now.
   void Load(ListedProject& project, const ListedModule& module) {
     loaded.reset();
+    codeTaken = false;
     try {
       loaded =
           Loaded{&module, module.inOfficeFile.has_value() ? FindInProject(module, OfficeProject(project, module.path))
@@ -190,10 +195,31 @@ HostComponent DocumentHost::ComponentByName(int project, const std::string& name
 std::string DocumentHost::Lines(int project, const std::string& name, int position, int count) {
   ListedProject& listed = state_->Project(project);
   const ListedModule& module = FindModule(listed, name, position);
-  if (!state_->loaded.has_value() || state_->loaded->module != &module) state_->Load(listed, module);
-  office::ModuleFile file = std::move(state_->loaded->file);
-  state_->loaded.reset();
+  if (!state_->loaded.has_value() || state_->loaded->module != &module || state_->codeTaken) {
+    state_->Load(listed, module);
+  }
+  // What else is known of it stays for FactsOfComponent.
+  office::ModuleFile& file = state_->loaded->file;
+  state_->codeTaken = true;
   return count >= file.lineCount ? std::move(file.code) : FirstLines(std::move(file.code), count);
+}
+
+codedb::ProjectFacts DocumentHost::FactsOfProject(int project) {
+  codedb::ProjectFacts facts = state_->Project(project).facts;
+  facts.hash = files::FileHash(files::PathFromText(facts.file));
+  return facts;
+}
+
+codedb::ModuleFacts DocumentHost::FactsOfComponent(int project, const std::string& name, int position) {
+  ListedProject& listed = state_->Project(project);
+  const ListedModule& module = FindModule(listed, name, position);
+  if (!state_->loaded.has_value() || state_->loaded->module != &module) state_->Load(listed, module);
+  codedb::ModuleFacts facts = FactsOfFile(std::move(state_->loaded->file));
+  state_->loaded.reset();
+  if (!module.givenName.empty() || facts.name.empty()) facts.name = text::Utf8FromCode(module.component.name);
+  facts.file = module.component.file;
+  facts.linesOfFile = !module.inOfficeFile.has_value();
+  return facts;
 }
 
 }  // namespace quillmate::host

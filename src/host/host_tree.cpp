@@ -97,7 +97,7 @@ HostProjectNode ProjectNode(HostAutomation& host, int index, const HostProject& 
   const int components = host.ComponentCount(index);
   for (int position = 1; position <= components; ++position) {
     const HostComponent component = host.Component(index, position);
-    if (component.lineCount >= kFewestLines) {
+    if (IsListed(component)) {
       node.modules.push_back(ModuleNode(node.key, component, position, accessEdition));
     }
   }
@@ -162,6 +162,8 @@ std::string RefreshMessage(const ListResult& result, const HostTree& tree, std::
                                                                             : kNotOpenText;
   return text::ReplaceAll(message, kHostPlaceholder, hostName);
 }
+
+bool IsListed(const HostComponent& component) noexcept { return component.lineCount >= kFewestLines; }
 
 int ProjectIndex(const std::string& projectKey) {
   int index = 0;

@@ -119,4 +119,14 @@ std::string JoinedHost::Lines(int project, const std::string& name, int position
   return listed.host->Lines(listed.index, name, position, count);
 }
 
+codedb::ProjectFacts JoinedHost::FactsOfProject(int project) {
+  const ListedProject& listed = Listed(project);
+  return listed.host->FactsOfProject(listed.index);
+}
+
+codedb::ModuleFacts JoinedHost::FactsOfComponent(int project, const std::string& name, int position) {
+  const ListedProject& listed = Listed(project);
+  return listed.host->FactsOfComponent(listed.index, name, position);
+}
+
 }  // namespace quillmate::host

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <quillmate/files/paths.h>
+#include <quillmate/language/parse.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
@@ -101,6 +102,29 @@ fs::path FullPath(const fs::path& source) {
   return full.has_filename() || full == full.root_path() ? full : full.parent_path();
 }
 
+std::string_view WordOf(office::OfficeHost host) {
+  switch (host) {
+    case office::OfficeHost::kExcel:
+      return "excel";
+    case office::OfficeHost::kWord:
+      return "word";
+    case office::OfficeHost::kPowerPoint:
+      return "powerpoint";
+    default:
+      return {};
+  }
+}
+
+void TakeReferences(const std::vector<office::VbaReference>& references, std::string_view constants,
+                    codedb::ProjectFacts& facts) {
+  for (const office::VbaReference& reference : references) {
+    facts.references.push_back({reference.name, reference.version, reference.path, -1});
+  }
+  for (language::ConditionalConstant& constant : language::ParseConditionalConstants(constants)) {
+    facts.constants.push_back({std::move(constant.name), constant.value});
+  }
+}
+
 class Lister {
  public:
   void ListSource(const fs::path& source);
@@ -176,6 +200,9 @@ void Lister::ListVbProject(const fs::path& file) {
   ListedProject project;
   project.project.name = vbProject.name.empty() ? CodeOfPath(file.stem()) : text::CodeFromUtf8(vbProject.name);
   project.project.fileName = files::PathText(file);
+  project.facts.name = vbProject.name;
+  project.facts.host = "vb6";
+  TakeReferences(vbProject.references, vbProject.constants, project.facts);
   ProjectPaths paths(file.parent_path());
   for (const VbProjectModule& entry : vbProject.modules) {
     ListedModule module;
@@ -210,6 +237,10 @@ void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office
   project.project.fileName = files::PathText(file);
   project.project.locked = read.project.protection.Locked();
   project.host = read.host;
+  project.facts.name = read.project.name;
+  project.facts.host = WordOf(read.host);
+  project.facts.codePage = read.project.codePage;
+  TakeReferences(read.project.references, read.project.constants, project.facts);
   for (const office::VbaModule& module : read.project.modules) {
     ListedModule listed;
     listed.component = {text::CodeFromUtf8(module.name), module.type, module.lineCount, {}};
@@ -240,7 +271,11 @@ void Lister::AddModule(ListedModule module, ListedProject& project) {
 }
 
 void Lister::AddProject(ListedProject project) {
-  if (!project.modules.empty() || project.project.locked) listing_.projects.push_back(std::move(project));
+  if (project.modules.empty() && !project.project.locked) return;
+  if (project.facts.name.empty()) project.facts.name = text::Utf8FromCode(project.project.name);
+  project.facts.file = project.project.fileName.value_or(std::string());
+  project.facts.locked = project.project.locked;
+  listing_.projects.push_back(std::move(project));
 }
 
 void Lister::AddProblem(const fs::path& path, std::string reason) {

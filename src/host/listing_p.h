@@ -47,6 +47,8 @@ struct UnpackedProject {
 
 struct ListedProject {
   HostProject project;
+  /// But for the hash.
+  codedb::ProjectFacts facts;
   std::vector<ListedModule> modules;
   /// Nothing for other sources, once it has been read, and where the texts of a listing grow too many to be kept.
   std::optional<UnpackedProject> unpacked;

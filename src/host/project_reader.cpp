@@ -14,6 +14,8 @@
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
+#include "component_facts_p.h"
+#include "facts_collector_p.h"
 #include "source_file_p.h"
 
 namespace quillmate::host {
@@ -58,7 +60,10 @@ std::string OneLine(std::string_view text) {
 /// The index while it is being written: the counters and what is being read just now.
 class IndexBuild {
  public:
-  IndexBuild(codedb::CodeDatabase& database, const ReadRequest& request) : database_(database), request_(request) {}
+  IndexBuild(codedb::CodeDatabase& database, const ReadRequest& request)
+      : database_(database), request_(request), facts_(request) {}
+
+  FactsCollector& Facts() noexcept { return facts_; }
 
   /// Names the file or module that an error from here on is about, UTF-8.
   void SetSubject(std::string subject) { subject_ = std::move(subject); }
@@ -86,6 +91,7 @@ class IndexBuild {
   const ReadRequest& request_;
   analysis::ReadState state_;
   std::string subject_;
+  FactsCollector facts_;
 };
 
 struct Ticked {
@@ -133,27 +139,30 @@ ReadReport Ended(ReadOutcome outcome, std::string message) {
 }
 
 /// Prepares the index, gives each module to `readModule` and closes it.
-template <typename ReadModule>
+template <typename ReadModule, typename ReadRest>
 ReadReport BuildIndex(codedb::CodeDatabase& database, const ReadRequest& request, const std::vector<Ticked>& modules,
-                      ReadModule readModule) {
+                      ReadModule readModule, ReadRest readRest) {
   ShowProgress(request, "Erzeuge Projekt");
   codedb::PrepareResult prepared = codedb::PrepareCodeDatabase(request.folder, request.templateFile);
   if (!prepared.ok) return Ended(ReadOutcome::kNoTemplate, std::move(prepared.message));
 
   IndexBuild build(database, request);
+  ReadReport report = Ended(ReadOutcome::kDone, "");
   try {
     database.Open(codedb::DatabasePath(request.folder));
     database.Begin();
     for (const Ticked& ticked : modules) readModule(ticked, build);
+    readRest(build.Facts());
+    report.replacedCharacters = build.Facts().ReplacedCharacters();
+    build.Facts().Write();
     database.Commit();
     database.Close();
   } catch (const std::exception& error) {
     DropIndex(database, request);
-    ReadReport report = Ended(ReadOutcome::kFailed, kFailedText);
+    report = Ended(ReadOutcome::kFailed, kFailedText);
     report.detail = build.Detail(error.what());
     return report;
   }
-  ReadReport report = Ended(ReadOutcome::kDone, "");
   report.modules = static_cast<int>(modules.size());
   return report;
 }
@@ -170,7 +179,18 @@ void ReadThroughHost(HostAutomation& host, const Ticked& ticked, IndexBuild& bui
   const std::string name = node->key.substr(project->key.size());
   const HostComponent component = host.ComponentByName(index, name, node->position);
   build.StartModule(name, ModuleKindOf(component.type));
-  build.ScanCode(host.Lines(index, name, node->position, component.lineCount));
+  const std::string code = host.Lines(index, name, node->position, component.lineCount);
+  build.ScanCode(code);
+  codedb::ModuleFacts facts = host.FactsOfComponent(index, name, node->position);
+  if (facts.kind.empty()) facts.kind = KindWord(component.type);
+  build.Facts().Add(*project, &host, node->position, std::move(facts), code);
+}
+
+/// What the index lacks of the ticked projects.
+void ReadShortModules(HostAutomation& host, const HostTree& tree, FactsCollector& facts) {
+  for (const HostProjectNode& project : tree.projects) {
+    if (project.checked) facts.AddShortModules(project, host);
+  }
 }
 
 /// The kind that stands in an image key; a report module of Access, which has an image of its own, is a document.
@@ -182,13 +202,23 @@ int KindOfImage(const std::string& image) {
   return kind == 0 ? codedb::kOtherKind : kind;
 }
 
-void ReadFromFile(const HostModuleNode& node, std::string& buffer, IndexBuild& build) {
+void ReadFromFile(const Ticked& ticked, std::string& buffer, IndexBuild& build) {
+  const HostModuleNode& node = *ticked.module;
   build.SetSubject(SubjectOf(node));
   if (node.file.empty()) throw HostError("Modul liegt nicht in einer Datei");
   const SourceBytes content = ReadSourceFile(files::PathFromText(node.file), buffer);
   if (!content.problem.empty()) throw HostError(content.problem);
   build.StartModule(node.text, KindOfImage(node.image));
-  build.ScanCode(office::DropAttributeLines(files::DecodeSourceText(content.bytes)));
+  const std::string code = office::DropAttributeLines(files::DecodeSourceText(content.bytes));
+  build.ScanCode(code);
+  office::ModuleFile file =
+      office::ParseModuleFile(content.bytes, files::PathText(files::PathFromText(node.file).extension()));
+  std::string editorCode = std::move(file.code);
+  codedb::ModuleFacts facts = FactsOfFile(std::move(file));
+  facts.file = node.file;
+  facts.linesOfFile = true;
+  if (facts.name.empty()) facts.name = text::Utf8FromCode(node.text);
+  build.Facts().Add(*ticked.project, nullptr, node.position, std::move(facts), code, std::move(editorCode));
 }
 
 }  // namespace
@@ -200,9 +230,10 @@ ReadReport ReadCheckedModules(HostAutomation& host, const HostTree& tree, codedb
   const Attachment attachment(host);
   if (!attachment.Attached()) return Ended(ReadOutcome::kNotAttached, "");
   const std::vector<Ticked> modules = TickedModules(tree, true);
-  ReadReport report = BuildIndex(database, request, modules, [&](const Ticked& ticked, IndexBuild& build) {
-    ReadThroughHost(host, ticked, build);
-  });
+  ReadReport report = BuildIndex(
+      database, request, modules,
+      [&](const Ticked& ticked, IndexBuild& build) { ReadThroughHost(host, ticked, build); },
+      [&](FactsCollector& facts) { ReadShortModules(host, tree, facts); });
   report.projectText = LastProjectText(tree, modules);
   return report;
 }
@@ -212,9 +243,9 @@ ReadReport ReadModuleFiles(const HostTree& tree, codedb::CodeDatabase& database,
   ClearIndex(database, request);
   std::string buffer;
   const std::vector<Ticked> modules = TickedModules(tree, false);
-  ReadReport report = BuildIndex(database, request, modules, [&](const Ticked& ticked, IndexBuild& build) {
-    ReadFromFile(*ticked.module, buffer, build);
-  });
+  ReadReport report = BuildIndex(
+      database, request, modules, [&](const Ticked& ticked, IndexBuild& build) { ReadFromFile(ticked, buffer, build); },
+      [](FactsCollector&) {});
   report.projectText = LastProjectText(tree, modules);
   return report;
 }

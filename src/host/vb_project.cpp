@@ -63,6 +63,8 @@ void TakeLine(std::string_view line, VbProject& project) {
     if (project.name.empty()) project.name = value;
     return;
   }
+  if (text::EqualsIgnoreCase(key, "CondComp")) project.constants = value;
+  if (text::EqualsIgnoreCase(key, "Reference")) project.references.push_back(office::ParseLibid(value));
   const auto* found = std::find_if(kModuleLines.begin(), kModuleLines.end(),
                                    [&](const ModuleLine& entry) { return text::EqualsIgnoreCase(entry.key, key); });
   if (found != kModuleLines.end()) TakeModuleLine(*found, value, project);

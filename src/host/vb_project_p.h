@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include <quillmate/office/vba_project.h>
+
 namespace quillmate::host {
 
 /// One module line of a VB project file.
@@ -20,10 +22,14 @@ struct VbProjectModule {
 
 /// A VB project file (.vbp): lines "Key=Value" in Windows-1252 or UTF-8, keys in any case, values with or without
 /// quotes. Module and Class lines name the module before the file ("Module=Helpers; src\Helpers.bas"), Form,
-/// UserControl, PropertyPage, UserDocument and Designer lines hold the file alone. Name is the project's name.
+/// UserControl, PropertyPage, UserDocument and Designer lines hold the file alone. Name is the project's name, CondComp
+/// holds its conditional constants, Reference lines its references.
 struct VbProject {
   /// UTF-8; empty when the file gives none.
   std::string name;
+  /// CondComp: "DEBUGMODE = 1 : ALT = 0"; UTF-8.
+  std::string constants;
+  std::vector<office::VbaReference> references;
   std::vector<VbProjectModule> modules;
 };
 

@@ -1,11 +1,33 @@
 #include <gtest/gtest.h>
 
+#include <quillmate/files/sha256.h>
+
 #include "scratch.h"
 
 namespace quillmate::files {
 namespace {
 
 namespace fs = std::filesystem;
+
+/// Lengths around the ends of a block, where the padding turns over.
+TEST(Sha256, KnownSums) {
+  const struct {
+    std::size_t length;
+    std::string_view sum;
+  } cases[] = {
+      {0, "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
+      {55, "85528b5baff5639cb8e7daca79d085ac29ac0978e873ed7527158616b2b6c379"},
+      {56, "f8ce2f8d6990c639668fe404262f35ed72d8bb145ad6bae786af7284447386df"},
+      {64, "ee8e658590c9a5e119400a774415a01db104de1ee6e2c29ec69aa73ef46544d2"},
+      {119, "c8bc8a6e9626586bb888ad131d44ed2bd37fc608e902904ade3c566c4208e6ca"},
+      {1000, "2e6bba1f3cf48fe45fa1c56e25b47fb622dde50eba1e17e0a72464e32bf4ab41"},
+  };
+  for (const auto& [length, expected] : cases) {
+    Sha256 sum;
+    for (std::size_t i = 0; i < length; ++i) sum.Add("q");
+    EXPECT_EQ(sum.Digits(), expected) << length;
+  }
+}
 
 TEST(WholeFile, FailuresNameFileAndReason) {
   const ScratchFolder folder;

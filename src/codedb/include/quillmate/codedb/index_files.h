@@ -32,6 +32,10 @@ void WriteModuleText(const std::filesystem::path& folder, int moduleNumber, std:
 /// The file's bytes. Throws std::runtime_error (UTF-8, names the file).
 std::string ReadModuleText(const std::filesystem::path& folder, int moduleNumber);
 
+/// The code that was scanned, out of a module's marked-up text as the file holds it: without markers, and without the
+/// two line breaks that scan and write put at its end. Laid out as the display options had it.
+std::string StoredCode(std::string_view fileText);
+
 /// Deletes the files directly in `folder`, provided that a part of its path is the scratch root "TempDateien", as it is
 /// written and with all links and ".." followed, and that `folder` itself is no link. Errors are ignored, symbolic
 /// links in it are removed, never followed; sub-folders stay.

@@ -39,6 +39,7 @@ class ComHost : public HostAutomation {
   HostComponent Component(int project, int component) override;
   HostComponent ComponentByName(int project, const std::string& name, int position) override;
   std::string Lines(int project, const std::string& name, int position, int count) override;
+  codedb::ProjectFacts FactsOfProject(int project) override;
 
  private:
   struct State;

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 
+#include <quillmate/codedb/facts.h>
 #include <quillmate/office/component_type.h>
 
 /// The object model of a running Office host, as far as the program reads it. Nothing here ever starts a host, writes
@@ -60,6 +61,12 @@ class HostAutomation {
   virtual HostComponent ComponentByName(int project, const std::string& name, int position) = 0;
   /// The first `count` lines of a component, separated by CR LF, without a trailing line break.
   virtual std::string Lines(int project, const std::string& name, int position, int count) = 0;
+
+  /// What is known of a project beside its components; unless the host knows better its name, its file and the lock.
+  virtual codedb::ProjectFacts FactsOfProject(int project);
+  /// What is known of a component beside its code, cheap right after its Lines. `code` is set only where those have
+  /// lost characters; `project` and `number` are the caller's. Throws as Lines does.
+  virtual codedb::ModuleFacts FactsOfComponent(int project, const std::string& name, int position);
 };
 
 }  // namespace quillmate::host

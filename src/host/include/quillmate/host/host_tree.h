@@ -57,6 +57,9 @@ ListResult ListHostProjects(HostAutomation& host, bool accessEdition, HostTree& 
 /// The text to show after a listing, UTF-8 with CR LF; empty when there is nothing to say.
 std::string RefreshMessage(const ListResult& result, const HostTree& tree, std::string_view hostName);
 
+/// True for a component that is listed and indexed: one of 2 lines or fewer holds no routine.
+bool IsListed(const HostComponent& component) noexcept;
+
 /// The project index in a project key: the digits between "A" and "\".
 int ProjectIndex(const std::string& projectKey);
 

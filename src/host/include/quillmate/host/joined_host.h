@@ -34,6 +34,8 @@ class JoinedHost : public HostAutomation {
   HostComponent Component(int project, int component) override;
   HostComponent ComponentByName(int project, const std::string& name, int position) override;
   std::string Lines(int project, const std::string& name, int position, int count) override;
+  codedb::ProjectFacts FactsOfProject(int project) override;
+  codedb::ModuleFacts FactsOfComponent(int project, const std::string& name, int position) override;
 
  private:
   struct Part {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include <quillmate/analysis/scanner.h>
 #include <quillmate/codedb/code_database.h>
@@ -37,6 +38,8 @@ struct ReadReport {
   /// The text of the last project node that is ticked or had a module read, Windows-1252, for the window's caption.
   std::string projectText;
   int modules = 0;
+  /// A module each that lost characters to Windows-1252: German, UTF-8, one line, with their number.
+  std::vector<std::string> replacedCharacters;
 };
 
 /// Reads the ticked modules through the host: closes the database, empties the folder, attaches, copies the template,

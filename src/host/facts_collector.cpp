@@ -1,0 +1,154 @@
+#include <algorithm>
+#include <tuple>
+#include <utility>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/text/markers.h>
+#include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
+
+#include "component_facts_p.h"
+#include "facts_collector_p.h"
+
+namespace quillmate::host {
+namespace {
+
+/// The name of a file, also of one on another system.
+std::string_view FileNameOf(std::string_view path) {
+  const std::size_t separator = path.find_last_of("\\/");
+  return separator == std::string_view::npos ? path : path.substr(separator + 1);
+}
+
+/// Lines of `scanned` before the editor's code in it begins.
+std::int32_t LinesBefore(std::string_view scanned, std::string_view editorCode) {
+  std::string_view text = scanned;
+  if (!text.ends_with(editorCode) && text.ends_with(text::kLineBreak)) text.remove_suffix(text::kLineBreak.size());
+  if (!text.ends_with(editorCode)) return 0;
+  text.remove_suffix(editorCode.size());
+  return static_cast<std::int32_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+/// The runs of a text that begins with `header` lines, for the text without them.
+std::vector<codedb::LineRun> WithoutHeader(std::vector<codedb::LineRun> runs, std::int32_t header) {
+  for (codedb::LineRun& run : runs) {
+    const std::int32_t cut = std::clamp(header + 1 - run.original, 0, run.count);
+    run.shown += cut;
+    run.original += cut - header;
+    run.count -= cut;
+  }
+  std::erase_if(runs, [](const codedb::LineRun& run) { return run.count == 0; });
+  return runs;
+}
+
+}  // namespace
+
+FactsCollector::FactsCollector(const ReadRequest& request)
+    : folder_(request.folder),
+      laidOut_(request.options.indent || request.options.removeEmptyLines || request.options.emptyLineBeforeRoutines) {}
+
+int FactsCollector::NumberOf(const HostProjectNode& project, HostAutomation* host) {
+  const auto [known, added] = numbers_.try_emplace(project.key, static_cast<int>(projects_.size()));
+  if (added) {
+    codedb::ProjectFacts facts;
+    facts.name = text::Utf8FromCode(text::TextBefore(project.text, " ["));
+    projects_.push_back(host != nullptr ? host->FactsOfProject(ProjectIndex(project.key)) : std::move(facts));
+  }
+  return known->second;
+}
+
+void FactsCollector::Add(const HostProjectNode& project, HostAutomation* host, int position, codedb::ModuleFacts facts,
+                         std::string_view code, std::optional<std::string> editorCode) {
+  Added added{NumberOf(project, host), position, std::move(facts)};
+  added.facts.number = ++lastNumber_;
+  if (editorCode) added.headerLines = LinesBefore(code, *editorCode);
+  if (added.headerLines > 0) added.scanned = code;
+  // Only the layout, and byte 159 in the code, make another text of it.
+  const bool mayDiffer = laidOut_ || added.headerLines > 0 || code.find(text::kMarkerByte) != std::string_view::npos;
+  if (mayDiffer && !added.facts.code) {
+    added.facts.code = text::Utf8FromCode(editorCode ? std::string_view(*editorCode) : code);
+  }
+  modules_.push_back(std::move(added));
+}
+
+void FactsCollector::AddShortModules(const HostProjectNode& project, HostAutomation& host) {
+  const int index = ProjectIndex(project.key);
+  const int number = NumberOf(project, &host);
+  const int count = host.ComponentCount(index);
+  for (int position = 1; position <= count; ++position) {
+    const HostComponent component = host.Component(index, position);
+    if (!IsListed(component)) AddShort(number, host, index, position, component);
+  }
+}
+
+/// Nothing in the index depends on it: one that can't be read is no reason to fail.
+void FactsCollector::AddShort(int project, HostAutomation& host, int index, int position,
+                              const HostComponent& component) {
+  try {
+    const std::string code = host.Lines(index, component.name, position, component.lineCount);
+    Added added{project, position, host.FactsOfComponent(index, component.name, position)};
+    if (added.facts.kind.empty()) added.facts.kind = KindWord(component.type);
+    if (!added.facts.code) added.facts.code = text::Utf8FromCode(code);
+    modules_.push_back(std::move(added));
+  } catch (const HostError&) {
+    return;
+  }
+}
+
+/// References to a project that is among those of the read; the file's name decides, since the path is that of another
+/// machine as often as not.
+void FactsCollector::ResolveReferences() {
+  for (codedb::ProjectFacts& project : projects_) {
+    for (codedb::ReferenceFact& reference : project.references) {
+      const std::string_view file = FileNameOf(reference.path);
+      const auto isIt = [&](const codedb::ProjectFacts& other) {
+        return &other != &project && !file.empty() && text::EqualsIgnoreCase(FileNameOf(other.file), file);
+      };
+      const auto found = std::find_if(projects_.begin(), projects_.end(), isIt);
+      if (found == projects_.end() || std::find_if(found + 1, projects_.end(), isIt) != projects_.end()) continue;
+      reference.project = static_cast<int>(found - projects_.begin());
+    }
+  }
+}
+
+/// Keeps the original only where the stored text is another.
+void FactsCollector::CompareWithStored(Added& added) const {
+  codedb::ModuleFacts& facts = added.facts;
+  if (!facts.code || facts.number == 0) return;
+  const std::string stored = codedb::StoredCode(codedb::ReadModuleText(folder_, facts.number));
+  if (stored == text::CodeFromUtf8(*facts.code)) {
+    if (facts.replacedCharacters == 0) facts.code.reset();
+    return;
+  }
+  facts.lines = codedb::MatchLines(added.headerLines == 0 ? *facts.code : added.scanned, stored);
+  if (added.headerLines > 0) facts.lines = WithoutHeader(std::move(facts.lines), added.headerLines);
+}
+
+void FactsCollector::Write() {
+  std::stable_sort(modules_.begin(), modules_.end(), [](const Added& a, const Added& b) {
+    return std::tie(a.project, a.position) < std::tie(b.project, b.position);
+  });
+  ResolveReferences();
+  codedb::Facts facts;
+  facts.projects = std::move(projects_);
+  facts.modules.reserve(modules_.size());
+  for (Added& added : modules_) {
+    CompareWithStored(added);
+    added.facts.project = added.project;
+    facts.modules.push_back(std::move(added.facts));
+  }
+  codedb::WriteFacts(folder_, facts);
+}
+
+std::vector<std::string> FactsCollector::ReplacedCharacters() const {
+  std::vector<std::string> lines;
+  for (const Added& added : modules_) {
+    const std::int64_t count = added.facts.replacedCharacters;
+    if (count == 0) continue;
+    const std::string where = added.facts.file.empty() ? "Modul " + added.facts.name : added.facts.file;
+    lines.push_back(where + ": " + std::to_string(count) +
+                    (count == 1 ? " Zeichen wurde durch \"?\" ersetzt" : " Zeichen wurden durch \"?\" ersetzt"));
+  }
+  return lines;
+}
+
+}  // namespace quillmate::host
