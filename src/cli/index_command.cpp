@@ -1,5 +1,6 @@
 #include <system_error>
 
+#include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/records.h>
 #include <quillmate/files/paths.h>
@@ -26,7 +27,7 @@ void CopyFile(const fs::path& from, const fs::path& to) {
   }
 }
 
-/// The database and the texts of the modules that it lists.
+/// The database, the facts and the texts of the modules that it lists.
 void CopyProject(const fs::path& from, const fs::path& to) {
   codedb::CodeDatabase database;
   OpenIndex(database, from);
@@ -35,6 +36,10 @@ void CopyProject(const fs::path& from, const fs::path& to) {
     CopyFile(codedb::ModuleTextPath(from, number), codedb::ModuleTextPath(to, number));
   }
   CopyFile(codedb::DatabasePath(from), codedb::DatabasePath(to));
+  std::error_code ignored;
+  if (fs::is_regular_file(codedb::FactsPath(from), ignored)) {
+    CopyFile(codedb::FactsPath(from), codedb::FactsPath(to));
+  }
 }
 
 }  // namespace

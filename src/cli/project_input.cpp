@@ -71,6 +71,9 @@ void ReadSources(const Invocation& invocation, const settings::Options& options,
   if (report.outcome != host::ReadOutcome::kDone) {
     FailRead(report);
   }
+  for (const std::string& line : report.replacedCharacters) {
+    Complain(line);
+  }
 }
 
 void OpenIndex(codedb::CodeDatabase& database, const fs::path& folder) try {

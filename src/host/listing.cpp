@@ -110,6 +110,8 @@ std::string_view WordOf(office::OfficeHost host) {
       return "word";
     case office::OfficeHost::kPowerPoint:
       return "powerpoint";
+    case office::OfficeHost::kAccess:
+      return "access";
     default:
       return {};
   }

@@ -5,7 +5,7 @@
 namespace quillmate::cli {
 namespace {
 
-constexpr const char* kProjectFiles = "M1.txt M2.txt Quillmate.mdb";
+constexpr const char* kProjectFiles = "Fakten.db M1.txt M2.txt Quillmate.mdb";
 #ifndef _WIN32
 const Surroundings kSmallFiles{.before = "trap '' XFSZ; ulimit -f 8;"};
 #endif
@@ -24,7 +24,7 @@ class IndexTest : public CliTest {
 };
 
 TEST_F(IndexTest, WritesAFolderOnlyOnce) {
-  EXPECT_EQ(Names("p"), "Bilder M1.txt M2.txt Notiz.txt Quillmate.mdb");
+  EXPECT_EQ(Names("p"), "Bilder Fakten.db M1.txt M2.txt Notiz.txt Quillmate.mdb");
   const std::string before = Read("p/Quillmate.mdb");
   EXPECT_EQ(Run("index -o p c.bas"),
             Refusal(1, {Full("p") + ": Der Ordner existiert schon; --force überschreibt ein Projekt"}));
@@ -35,7 +35,7 @@ TEST_F(IndexTest, ForceReplacesTheProjectsOwnFilesAndNoOthers) {
   for (const char* const target : {"p", "p/", "./q/../p"}) {
     Write("p/M2.txt", "alt");
     EXPECT_EQ(Run("index --force c.bas -o " + std::string(target)), Success());
-    EXPECT_EQ(Names("p"), "Bilder M1.txt Notiz.txt Quillmate.mdb");
+    EXPECT_EQ(Names("p"), "Bilder Fakten.db M1.txt Notiz.txt Quillmate.mdb");
     EXPECT_EQ(Read("p/Bilder/x.png") + Read("p/Notiz.txt"), "xn");
     EXPECT_EQ(Run("text --module c p").out, "'neu\r\n'\r\n'\r\n\r\n");
   }
@@ -85,7 +85,7 @@ TEST_F(IndexTest, NothingIsLeftOfAFailedRun) {
     EXPECT_EQ(result.status, 1);
     EXPECT_TRUE(result.err.starts_with("quillmate-cli: "));
     EXPECT_EQ(Names("."), "a.bas b.cls c.bas gross.bas p");
-    EXPECT_EQ(Names("p"), "Bilder M1.txt M2.txt Notiz.txt Quillmate.mdb");
+    EXPECT_EQ(Names("p"), "Bilder Fakten.db M1.txt M2.txt Notiz.txt Quillmate.mdb");
     EXPECT_EQ(Read("p/Quillmate.mdb"), before);
   }
 }
@@ -97,7 +97,7 @@ TEST_F(IndexTest, CopiesASavedProject) {
   EXPECT_EQ(Run("modules --json q").out, modules);
   EXPECT_EQ(Run("text q").out, Run("text p").out);
   EXPECT_EQ(Run("index --force -o p p").status, 0);
-  EXPECT_EQ(Names("p"), "Bilder M1.txt M2.txt Notiz.txt Quillmate.mdb");
+  EXPECT_EQ(Names("p"), "Bilder Fakten.db M1.txt M2.txt Notiz.txt Quillmate.mdb");
   EXPECT_EQ(Run("modules --json p").out, modules);
 }
 

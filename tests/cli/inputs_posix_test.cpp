@@ -55,7 +55,7 @@ TEST_F(CliTest, ForceFollowsALinkToTheFolder) {
   fs::create_directory_symlink("p", Folder() / "verweis");
   Write("p/M2.txt", "alt");
   EXPECT_EQ(Run("index --force -o ./verweis a.bas").err, "");
-  EXPECT_EQ(Names("p"), "M1.txt Quillmate.mdb");
+  EXPECT_EQ(Names("p"), "Fakten.db M1.txt Quillmate.mdb");
   EXPECT_TRUE(fs::is_symlink(Folder() / "verweis"));
   EXPECT_EQ(fs::status(Folder() / "p").permissions(), fs::perms::owner_all);
 }

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/records.h>
 #include <quillmate/files/paths.h>
@@ -107,17 +108,18 @@ TEST_F(ProjectReader, ReadsTickedModulesInTreeOrder) {
   EXPECT_EQ(report.modules, 3);
   EXPECT_FALSE(database_.IsOpen());
   EXPECT_EQ(Index(), (Texts{"1 Tabelle1 5 3: 1A", "2 Pr\374fung 1 3: 2B", "3 D1 32 3: 3F"}));
-  EXPECT_EQ(files::Names(scratch_.Path()), "M1.txt M2.txt M3.txt Quillmate.mdb");
+  EXPECT_EQ(files::Names(scratch_.Path()), "Fakten.db M1.txt M2.txt M3.txt Quillmate.mdb");
   EXPECT_EQ(progress_, (Texts{"Erzeuge Projekt", "Modul: Tabelle1", "Modul: Prüfung", "Modul: D1"}));
-  EXPECT_EQ(host.calls,
-            (Texts{"Attach", "ComponentByName 2 Tabelle1", "Lines Tabelle1 3", "ComponentByName 2 Pr\374fung",
-                   "Lines Pr\374fung 3", "ComponentByName 3 D1", "Lines D1 3", "Release"}));
+  EXPECT_EQ(host.calls, (Texts{"Attach", "ComponentByName 2 Tabelle1", "Lines Tabelle1 3", "Project 2",
+                               "ComponentByName 2 Pr\374fung", "Lines Pr\374fung 3", "ComponentByName 3 D1",
+                               "Lines D1 3", "Project 3", "ComponentCount 2", "Component 1", "Component 2",
+                               "Component 3", "ComponentCount 3", "Component 1", "Release"}));
 
   // A second read starts from nothing: numbers begin at 1 again, older module texts are gone.
   tree.projects[0].checked = false;
   EXPECT_EQ(ReadCheckedModules(host, tree, database_, request_).outcome, ReadOutcome::kDone);
   EXPECT_EQ(Index(), (Texts{"1 D1 32 3: 1F"}));
-  EXPECT_EQ(files::Names(scratch_.Path()), "M1.txt Quillmate.mdb");
+  EXPECT_EQ(files::Names(scratch_.Path()), "Fakten.db M1.txt Quillmate.mdb");
 
   // A tick at a project alone reads an empty one.
   tree.projects[1].modules[0].checked = false;
@@ -229,6 +231,49 @@ TEST_F(ProjectReader, ModuleFilesAreReadWithTheirHeaders) {
   tree.projects[1].modules[0].file = files::PathText(sources_ / "weg.bas");
   ExpectFailed(ReadModuleFiles(tree, database_, request_),
                files::PathText(sources_ / "weg.bas") + ": Datei existiert nicht");
+}
+
+/// "module number kind: code" of each module of Fakten.db, with the hidden lines.
+Texts ShownFacts(const fs::path& folder) {
+  const auto facts = codedb::ReadFacts(folder);
+  Texts shown;
+  if (!facts) return shown;
+  for (const codedb::ModuleFacts& module : facts->modules) {
+    shown.push_back(facts->projects[static_cast<std::size_t>(module.project)].name + "." + module.name + " " +
+                    std::to_string(module.number) + " " + module.kind + " " +
+                    std::to_string(module.replacedCharacters) + ": " + module.code.value_or("-"));
+  }
+  return shown;
+}
+
+TEST_F(ProjectReader, FactsKeepWhatTheIndexLacks) {
+  sources_.Write("a/kurz.bas", "Attribute VB_Name = \"Kurz\"\nPublic X\n");
+  sources_.Write("a/klasse.bas",
+                 "VERSION 1.0 CLASS\nBEGIN\nEND\nAttribute VB_Name = \"Klasse\"\n"
+                 "Attribute VB_PredeclaredId = True\nSub A()\n\nEnd Sub\nSub B()\n"
+                 "Attribute B.VB_UserMemId = 0\n\nEnd Sub\n");
+  sources_.Write("b/kyrillisch.bas", "Sub B()\n'\xD0\x9F\xD1\x80\nEnd Sub\n");
+  DocumentHost host;
+  host.SetSources({sources_ / "a", sources_ / "b"});
+  const HostTree tree = TreeOf(host, true);
+  const ReadReport report = ReadCheckedModules(host, tree, database_, request_);
+  ASSERT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
+  EXPECT_EQ(ShownFacts(scratch_.Path()), (Texts{"a.Klasse 1 class 0: -", "a.Kurz 0 standard 0: Public X",
+                                                "b.kyrillisch 2 standard 2: Sub B()\r\n'\xD0\x9F\xD1\x80\r\nEnd Sub"}));
+  EXPECT_EQ(report.replacedCharacters,
+            Texts{files::PathText(sources_ / "b/kyrillisch.bas") + ": 2 Zeichen wurden durch \"?\" ersetzt"});
+  const codedb::ModuleFacts module = codedb::ReadFacts(scratch_.Path())->modules.at(0);
+  EXPECT_EQ(module.predeclared, true);
+  EXPECT_TRUE(module.linesOfFile);
+  EXPECT_EQ(module.attributes.back().member + " " + module.attributes.back().name, "B VB_UserMemId");
+  EXPECT_EQ(module.attributes.back().line, 4);
+
+  // Laid out, the original stays with the way back.
+  request_.options = {.indent = true, .indentBodies = true, .removeEmptyLines = true, .emptyLineBeforeRoutines = true};
+  ASSERT_EQ(ReadCheckedModules(host, tree, database_, request_).outcome, ReadOutcome::kDone);
+  const codedb::ModuleFacts laidOut = codedb::ReadFacts(scratch_.Path())->modules.at(0);
+  EXPECT_EQ(laidOut.code, "Sub A()\r\n\r\nEnd Sub\r\nSub B()\r\n\r\nEnd Sub");
+  EXPECT_FALSE(laidOut.lines.empty());
 }
 
 }  // namespace
