@@ -27,21 +27,25 @@ std::vector<std::string> ReadModules() {
   return texts;
 }
 
-/// One module of `size` bytes and a little more.
-std::string OneModule(std::size_t size) {
-  std::string code;
+/// One module of `megabytes` times the same megabyte, so that sizes compare.
+std::string OneModule(std::size_t megabytes) {
+  std::string unit;
   const std::vector<std::string> texts = ReadModules();
-  for (std::size_t i = 0; code.size() < size; i = (i + 1) % texts.size()) {
+  for (std::size_t i = 0; unit.size() < std::size_t{1} << 20; i = (i + 1) % texts.size()) {
     const std::size_t first = texts[i].find("\nOption");
-    code += first == std::string::npos ? texts[i] : texts[i].substr(first + 1);
+    unit += first == std::string::npos ? texts[i] : texts[i].substr(first + 1);
   }
+  std::string code;
+  code.reserve(megabytes * unit.size());
+  for (; megabytes > 0; --megabytes) code += unit;
   return code;
 }
 
 void OneLargeModule(benchmark::State& state) {
-  const std::string code = OneModule(static_cast<std::size_t>(state.range(0)) << 20);
+  const std::string code = OneModule(static_cast<std::size_t>(state.range(0)));
   Workspace workspace;
   Module module;
+  ParseModule(code, {}, workspace, module);
   for (auto _ : state) {
     ParseModule(code, {}, workspace, module);
     benchmark::DoNotOptimize(module.uses.data());

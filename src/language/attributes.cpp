@@ -120,7 +120,7 @@ void Parser::TakeControl(const Attribute& attribute) {
                     static_cast<std::uint32_t>(trimmed.size())};
     if (part == 0) {
       control.nameText = span;
-      control.name = names_->Other(trimmed);
+      control.name = names_->Copied(trimmed);
     }
     if (part == 3) control.type = span;
     if (part == 4) control.type.length = span.offset + span.length - control.type.offset;

@@ -193,7 +193,7 @@ NameId Parser::NumberName(const Token& token) {
   const std::size_t end = digits.find_first_not_of("0123456789");
   if (end != std::string_view::npos) digits = digits.substr(0, end);
   digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.empty() ? 0 : digits.size() - 1));
-  return digits.empty() ? token.name : names_->Plain(digits.data(), digits.size());
+  return digits.empty() ? token.name : names_->Copied(digits);
 }
 
 /// A label that is jumped to; false when there is none.

@@ -31,9 +31,10 @@ void Parser::SurveyDirectives() {
     std::size_t line = hash;
     while (line > 0 && (text_[line - 1] == ' ' || text_[line - 1] == '\t')) --line;
     if (line > 0 && text_[line - 1] != '\n' && text_[line - 1] != '\r') continue;
+    if (EndsContinued(text_.substr(0, line))) continue;
     const std::string_view word = text_.substr(SkipBlanks(text_, hash + 1), kLongestDirective);
     if (BeginsWithWord(word, "const")) {
-      lexer_->Start(text_, line, *names_, *module_, false);
+      lexer_->Seek(line);
       lexer_->Next();
       UseLine();
       if (tokens_[0].kind == TokenKind::kDirective && IsWord(1, kWordConst)) DefineConstant(false);

@@ -212,7 +212,7 @@ class HeaderReader {
 
   void Name(Control& control, std::string_view name) {
     control.nameText = SpanOf(name);
-    control.name = names_.Other(name);
+    control.name = names_.Copied(name);
   }
 
   void SetKind(std::string_view type, bool access) {

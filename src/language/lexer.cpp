@@ -66,16 +66,44 @@ bool IsBlankBeforeContinuation(const char* at, const char* begin) noexcept {
   return read.length == 3 && IsBlank(read.character);
 }
 
+/// Where the last lines begin: a line that continues none and has kReadAhead bytes behind its start.
+std::size_t FindTail(std::string_view text) noexcept {
+  for (std::size_t at = text.size() < kReadAhead ? 0 : text.size() - kReadAhead; at > 0; --at) {
+    if (!IsLineEnd(text[at - 1]) || (text[at - 1] == '\r' && text[at] == '\n')) continue;
+    if (!EndsContinued(text.substr(0, at))) return at;
+  }
+  return 0;
+}
+
 }  // namespace
 
-void Lexer::Start(std::string_view text, std::size_t offset, NameTable& names, Module& module, bool keepComments) {
-  begin_ = text.data();
-  end_ = begin_ + text.size();
-  at_ = begin_ + offset;
+void Lexer::Open(std::string_view text, NameTable& names, Module& module, bool keepComments) {
+  text_ = text;
+  tailFrom_ = FindTail(text);
+  tail_.assign(text.begin() + static_cast<std::ptrdiff_t>(tailFrom_), text.end());
+  tail_.resize(tail_.size() + kReadAhead);
   names_ = &names;
   module_ = &module;
-  line_ = static_cast<std::uint32_t>(module.lines.size());
   keepComments_ = keepComments;
+}
+
+void Lexer::Seek(std::size_t offset) {
+  line_ = static_cast<std::uint32_t>(module_->lines.size());
+  if (offset >= tailFrom_) {
+    EnterTail();
+    at_ = begin_ + (offset - tailFrom_);
+    return;
+  }
+  begin_ = text_.data();
+  end_ = begin_ + tailFrom_;
+  base_ = 0;
+  at_ = begin_ + offset;
+}
+
+void Lexer::EnterTail() {
+  begin_ = at_ = tail_.data();
+  end_ = begin_ + (tail_.size() - kReadAhead);
+  base_ = static_cast<std::uint32_t>(tailFrom_);
 }
 
 bool Lexer::Next() {
@@ -83,6 +111,7 @@ bool Lexer::Next() {
   comments_.clear();
   open_.clear();
   pending_ = token_flag::kBlankBefore;
+  if (at_ == end_ && begin_ == text_.data()) EnterTail();
   if (at_ == end_) return false;
   firstLine_ = line_ + 1;
   BeginPhysicalLine();
@@ -98,7 +127,7 @@ void Lexer::BeginPhysicalLine() {
   noBracketBefore_ = at_;
   firstOfLine_ = tokens_.size();
   PhysicalLine& line = module_->lines.emplace_back();
-  line.offset = static_cast<std::uint32_t>(at_ - begin_);
+  line.offset = base_ + static_cast<std::uint32_t>(at_ - begin_);
 }
 
 /// Takes the line break and settles what the line was.
@@ -204,7 +233,7 @@ void Lexer::ReadTokens() {
 
 Token& Lexer::Push(TokenKind kind, const char* from, const char* to) {
   Token& token = tokens_.emplace_back();
-  token.offset = static_cast<std::uint32_t>(from - begin_);
+  token.offset = base_ + static_cast<std::uint32_t>(from - begin_);
   token.length = static_cast<std::uint32_t>(to - from);
   token.line = line_;
   token.column = static_cast<std::uint32_t>(from - columnBase_) + 1;
@@ -247,11 +276,10 @@ bool Lexer::EndsOperand() const noexcept {
 }
 
 void Lexer::ReadName() {
-  const char* to = at_ + 1;
-  while (GoesOnWithName(*to)) ++to;
   const char* const from = at_;
-  unsigned char bits = 0;
-  for (const char* c = from; c < to; ++c) bits |= static_cast<unsigned char>(*c);
+  const char* to = from + 1;
+  auto bits = static_cast<unsigned char>(*from);
+  for (; GoesOnWithName(*to); ++to) bits |= static_cast<unsigned char>(*to);
   if (bits < 0x80) {
     const NameId name = names_->Plain(from, static_cast<std::size_t>(to - from));
     if (name == kWordRem && AtStatementStart()) return ReadComment(from);
@@ -492,7 +520,7 @@ void Lexer::ReadComment(const char* from) {
 
 void Lexer::KeepComment(const char* from, const char* to) {
   Token& comment = comments_.emplace_back();
-  comment.offset = static_cast<std::uint32_t>(from - begin_);
+  comment.offset = base_ + static_cast<std::uint32_t>(from - begin_);
   comment.length = static_cast<std::uint32_t>(to - from);
   comment.line = line_;
   comment.column = static_cast<std::uint32_t>(from - columnBase_) + 1;
@@ -576,6 +604,12 @@ void Lexer::ReadColon() {
   } else {
     PushOperator(Operator::kColon, 1);
   }
+}
+
+bool EndsContinued(std::string_view lines) noexcept {
+  if (!lines.empty()) lines.remove_suffix(lines.ends_with("\r\n") ? 2 : 1);
+  while (!lines.empty() && IsNarrowBlank(lines.back())) lines.remove_suffix(1);
+  return lines.ends_with('_');
 }
 
 }  // namespace quillmate::language

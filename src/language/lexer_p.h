@@ -14,9 +14,10 @@ namespace quillmate::language {
 
 class Lexer {
  public:
-  /// Starts at `offset` of `text`, in line `line` of `module`, whose lines before that one are there already.
-  /// `text.data()` is readable for kReadAhead bytes, zeros, behind its end.
-  void Start(std::string_view text, std::size_t offset, NameTable& names, Module& module, bool keepComments);
+  /// Takes up a text, which must stay until it is read. Its lines are appended to those that the module has.
+  void Open(std::string_view text, NameTable& names, Module& module, bool keepComments);
+  /// Goes to the line that begins at `offset`.
+  void Seek(std::size_t offset);
 
   /// Reads the next logical line and appends its physical lines to the module, with their classes; false at the end.
   bool Next();
@@ -30,6 +31,7 @@ class Lexer {
   std::uint32_t LineCount() const noexcept { return line_ - firstLine_ + 1; }
 
  private:
+  void EnterTail();
   void BeginPhysicalLine();
   void EndPhysicalLine(bool continues);
   void SkipLineEnd() noexcept;
@@ -61,8 +63,14 @@ class Lexer {
   void ReadNumberSuffix(Token& token);
   void TakeSuffix(Token& token);
 
-  const char* begin_ = nullptr;
+  /// The last lines are read from a copy with kReadAhead zeros behind it; everything before them stays where it is, for
+  /// there is enough behind it.
+  std::string_view text_;
+  std::size_t tailFrom_ = 0;
+  std::vector<char> tail_;
+  const char* begin_ = nullptr;  ///< of what is read: the text up to the tail, or the tail
   const char* end_ = nullptr;
+  std::uint32_t base_ = 0;  ///< offset of `begin_`
   const char* at_ = nullptr;
   const char* columnBase_ = nullptr;       ///< a token at p has column p - columnBase_ + 1
   const char* noBracketBefore_ = nullptr;  ///< between `at_` and there is no "]"
@@ -76,6 +84,9 @@ class Lexer {
   bool keepComments_ = false;
   bool lineOpen_ = false;  ///< the logical line goes on
 };
+
+/// True when the last line of `lines`, line break included, may go on in the next one.
+bool EndsContinued(std::string_view lines) noexcept;
 
 /// True for what may stand between the two "#" of a date literal.
 bool IsDateText(std::string_view body) noexcept;

@@ -10,6 +10,7 @@ namespace quillmate::language {
 namespace {
 
 constexpr std::size_t kFirstSlots = 1024;
+constexpr std::size_t kKnown = 256;
 static_assert(kWordCount * 2 < kFirstSlots);
 
 bool IsPlainCharacter(char c) noexcept {
@@ -22,12 +23,13 @@ constexpr std::string_view kSuffixes = "%&^!#@$";
 
 }  // namespace
 
-NameTable::NameTable() : slots_(kFirstSlots, Slot{0, kNone}), folded_(kReadAhead), mask_(kFirstSlots - 1) {
+NameTable::NameTable()
+    : slots_(kFirstSlots, Slot{0, kNone}), folded_(kReadAhead), mask_(kFirstSlots - 1), known_(kKnown) {
   Module words;
   module_ = &words;
   for (NameId word = 0; word < kWordCount; ++word) {
     const std::string_view folded = WordFolded(word);
-    const std::uint64_t hash = HashReadable(folded.data(), folded.size());
+    const std::uint64_t hash = HashPlain(folded.data(), folded.size());
     std::size_t slot = hash & mask_;
     while (slots_[slot].id != kNone) slot = (slot + 1) & mask_;
     Add(slot, hash, folded, true);
@@ -42,6 +44,7 @@ void NameTable::Start(Module& module) {
   mask_ = slots_.size() - 1;
   spellings_.resize(kWordCount);
   foldedSize_ = wordsSize_;
+  for (Known& known : known_) known.id = kNone;
   module_ = &module;
 }
 
@@ -60,6 +63,13 @@ NameId NameTable::Add(std::size_t slot, std::uint64_t hash, std::string_view nam
 }
 
 NameId NameTable::Other(std::string_view name) {
+  const std::uint64_t hash = HashOther(name.data(), name.size());
+  Known& known = known_[hash & (kKnown - 1)];
+  if (known.id == kNone || known.hash != hash || known.spelling != name) known = {hash, Fold(name), std::string(name)};
+  return known.id;
+}
+
+NameId NameTable::Fold(std::string_view name) {
   scratch_.clear();
   AppendFolded(scratch_, name);
   const std::size_t length = scratch_.size();
@@ -68,7 +78,7 @@ NameId NameTable::Other(std::string_view name) {
   scratch_.append(kReadAhead, '\0');
   if (plain) return Plain(scratch_.data(), length);
   const std::string_view folded(scratch_.data(), length);
-  const std::uint64_t hash = HashReadable(folded.data(), length);
+  const std::uint64_t hash = HashOther(folded.data(), length);
   const auto tag = static_cast<std::uint32_t>(hash >> 32);
   std::size_t slot = hash & mask_;
   for (; slots_[slot].id != kNone; slot = (slot + 1) & mask_) {
@@ -82,7 +92,7 @@ void NameTable::Grow() {
   mask_ = larger.size() - 1;
   for (const Slot& entry : slots_) {
     if (entry.id == kNone) continue;
-    const std::uint64_t hash = entry.id < kWordCount ? HashReadable(Text(entry.id).data(), Text(entry.id).size())
+    const std::uint64_t hash = entry.id < kWordCount ? HashPlain(Text(entry.id).data(), Text(entry.id).size())
                                                      : module_->names[entry.id - kWordCount].hash;
     std::size_t slot = hash & mask_;
     while (larger[slot].id != kNone) slot = (slot + 1) & mask_;
@@ -118,12 +128,13 @@ std::string FoldName(std::string_view name) {
 }
 
 std::uint64_t HashName(std::string_view folded) noexcept {
+  const std::uint64_t ignored = std::all_of(folded.begin(), folded.end(), IsPlainCharacter) ? name_word::kLowerCase : 0;
   std::uint64_t hash = folded.size();
   while (!folded.empty()) {
     const std::size_t length = std::min<std::size_t>(folded.size(), 8);
     char bytes[8] = {};
     std::copy_n(folded.data(), length, bytes);
-    const std::uint64_t word = name_word::Fold(name_word::Load(bytes));
+    const std::uint64_t word = name_word::Load(bytes) | ignored;
     hash = name_word::Mix(hash, length == 8 ? word : name_word::First(word, length));
     folded.remove_prefix(length);
   }

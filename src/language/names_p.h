@@ -37,19 +37,25 @@ inline std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) noexcept {
   return hash ^ (hash >> 32);
 }
 
-/// Letters without case, bytes beyond ASCII as they are.
-inline std::uint64_t Fold(std::uint64_t word) noexcept { return word | ((~word & kHighBits) >> 2); }
-
 }  // namespace name_word
 
-/// The hash of a folded name, or of a plain one in any case; both readable for eight bytes from each character.
-inline std::uint64_t HashReadable(const char* name, std::size_t length) noexcept {
+/// The hash of a text that is readable for eight bytes from each of its characters; `kCase` says which bits of a byte
+/// do not count: those that part capital and small letters of a plain name.
+template <std::uint64_t kCase>
+std::uint64_t HashReadable(const char* name, std::size_t length) noexcept {
   std::uint64_t hash = length;
-  for (; length >= 8; name += 8, length -= 8) {
-    hash = name_word::Mix(hash, name_word::Fold(name_word::Load(name)));
-  }
-  if (length > 0) hash = name_word::Mix(hash, name_word::First(name_word::Fold(name_word::Load(name)), length));
+  for (; length >= 8; name += 8, length -= 8) hash = name_word::Mix(hash, name_word::Load(name) | kCase);
+  if (length > 0) hash = name_word::Mix(hash, name_word::First(name_word::Load(name) | kCase, length));
   return hash;
+}
+
+/// Of a plain name in any case; the same for all its spellings.
+inline std::uint64_t HashPlain(const char* name, std::size_t length) noexcept {
+  return HashReadable<name_word::kLowerCase>(name, length);
+}
+/// Of any other name in its folded form.
+inline std::uint64_t HashOther(const char* folded, std::size_t length) noexcept {
+  return HashReadable<0>(folded, length);
 }
 
 class NameTable {
@@ -63,7 +69,7 @@ class NameTable {
 
   /// Of ASCII letters, digits and "_" only.
   NameId Plain(const char* name, std::size_t length) {
-    const std::uint64_t hash = HashReadable(name, length);
+    const std::uint64_t hash = HashPlain(name, length);
     const auto tag = static_cast<std::uint32_t>(hash >> 32);
     for (std::size_t slot = hash & mask_;; slot = (slot + 1) & mask_) {
       const Slot& entry = slots_[slot];
@@ -71,8 +77,10 @@ class NameTable {
       if (entry.tag == tag && SamePlain(spellings_[entry.id], name, length)) return entry.id;
     }
   }
-  /// Any other: UTF-8, not folded yet.
+  /// Any other: UTF-8, not folded yet; readable like the source.
   NameId Other(std::string_view name);
+  /// One that is readable up to its end only.
+  NameId Copied(std::string_view name) { return Fold(name); }
 
   std::string_view Text(NameId name) const noexcept {
     return {folded_.data() + spellings_[name].offset, spellings_[name].length & ~kOther};
@@ -100,6 +108,14 @@ class NameTable {
     return name_word::First((name_word::Load(name) ^ name_word::Load(other)) & ~name_word::kLowerCase, length) == 0;
   }
 
+  /// A spelling that was seen before, so that it need not be folded again.
+  struct Known {
+    std::uint64_t hash = 0;
+    NameId id = kNone;
+    std::string spelling;
+  };
+
+  NameId Fold(std::string_view name);
   NameId Add(std::size_t slot, std::uint64_t hash, std::string_view name, bool plain);
   void Grow();
 
@@ -111,6 +127,7 @@ class NameTable {
   std::size_t wordsSize_ = 0;
   std::size_t mask_ = 0;
   std::string scratch_;
+  std::vector<Known> known_;  ///< by the lower bits of the hash of the spelling
   Module* module_ = nullptr;
 };
 

@@ -8,16 +8,12 @@
 namespace quillmate::language {
 namespace {
 
-/// A copy of the text that can be read a little beyond its end.
-std::string_view Readable(std::string_view text, Workspace::Data& data) {
-  const std::size_t size = text.size() + kReadAhead;
-  if (size > data.capacity) {
-    data.text = std::make_unique_for_overwrite<char[]>(size);
-    data.capacity = size;
-  }
-  std::copy(text.begin(), text.end(), data.text.get());
-  std::fill_n(data.text.get() + text.size(), kReadAhead, '\0');
-  return {data.text.get(), text.size()};
+/// Room for what a module of this size holds as a rule: growing step by step would copy all of it time and again.
+void Reserve(Module& module) {
+  const std::size_t size = module.text.size();
+  module.lines.reserve(size / 32);
+  module.logicalLines.reserve(size / 32);
+  module.uses.reserve(size / 24);
 }
 
 }  // namespace
@@ -32,8 +28,9 @@ void ParseModule(std::string_view text, const ParseOptions& options, Workspace& 
   module.Clear();
   text = text.substr(0, std::numeric_limits<std::uint32_t>::max() - kReadAhead);
   module.text = text;
+  Reserve(module);
   data.names.Start(module);
-  data.parser.Parse(Readable(text, data), options, data.names, data.lexer, module);
+  data.parser.Parse(text, options, data.names, data.lexer, module);
   data.names.Finish();
 }
 

@@ -12,20 +12,20 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 }  // namespace
 
-void Parser::Parse(std::string_view readable, const ParseOptions& options, NameTable& names, Lexer& lexer,
-                   Module& module) {
-  text_ = readable;
+void Parser::Parse(std::string_view text, const ParseOptions& options, NameTable& names, Lexer& lexer, Module& module) {
+  text_ = text;
   options_ = &options;
   names_ = &names;
   lexer_ = &lexer;
   module_ = &module;
   Reset();
-  constants_.Start(readable, names, options);
+  constants_.Start(text, names, options);
+  lexer.Open(text, names, module, options.keepTokens);
   SurveyDirectives();
-  const std::size_t start = readable.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
-  const std::size_t code = ReadFileHeader(readable, start, names, module);
+  const std::size_t start = text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
+  const std::size_t code = ReadFileHeader(text, start, names, module);
   if (code > start) Hide(1, static_cast<std::uint32_t>(module.lines.size()));
-  lexer.Start(readable, code, names, module, options.keepTokens);
+  lexer.Seek(code);
   while (lexer.Next()) ParseLine();
   Finish();
 }

@@ -16,7 +16,7 @@ namespace quillmate::language {
 
 class Parser {
  public:
-  void Parse(std::string_view readable, const ParseOptions& options, NameTable& names, Lexer& lexer, Module& module);
+  void Parse(std::string_view text, const ParseOptions& options, NameTable& names, Lexer& lexer, Module& module);
 
  private:
   // ------------------------------------------------------------------------------------------- expressions.cpp

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <cstddef>
-#include <memory>
-
 #include <quillmate/language/parse.h>
 
 #include "lexer_p.h"
@@ -12,8 +9,6 @@
 namespace quillmate::language {
 
 struct Workspace::Data {
-  std::unique_ptr<char[]> text;  ///< the source with kReadAhead zeros behind it
-  std::size_t capacity = 0;
   NameTable names;
   Lexer lexer;
   Parser parser;

@@ -56,6 +56,7 @@ TEST(Limits, OneUnitOverAndOver) {
       "#Else\n",
       "#End If\n",
       "#Const a = a & \"x\"\n",
+      "#Const a = 1 _\n",
       "If a Then\n",
       "With a\n",
       "With .a\n",
