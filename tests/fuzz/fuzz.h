@@ -6,7 +6,7 @@
 #include <string_view>
 
 /// What a target is made of: `Check(bytes)` is called with each input and must hold what the reader promises.
-namespace quillmate::office {
+namespace quillmate::fuzz {
 
 void Check(std::string_view bytes);
 
@@ -15,10 +15,10 @@ inline void Expect(bool holds) {
   if (!holds) std::abort();
 }
 
-}  // namespace quillmate::office
+}  // namespace quillmate::fuzz
 
 // Each target is one source file.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  quillmate::office::Check({reinterpret_cast<const char*>(data), size});
+  quillmate::fuzz::Check({reinterpret_cast<const char*>(data), size});
   return 0;
 }

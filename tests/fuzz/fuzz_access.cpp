@@ -1,7 +1,11 @@
 #include "access_database_p.h"
 #include "fuzz.h"
 
-void quillmate::office::Check(std::string_view bytes) {
+namespace quillmate::fuzz {
+
+using namespace office;
+
+void Check(std::string_view bytes) {
   MemorySource source(bytes);
   AccessDatabase database(source);
   Expect(database.Objects().size() <= bytes.size());
@@ -20,3 +24,5 @@ void quillmate::office::Check(std::string_view bytes) {
   }
   Expect(read <= 3 * bytes.size());
 }
+
+}  // namespace quillmate::fuzz

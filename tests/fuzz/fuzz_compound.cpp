@@ -2,7 +2,11 @@
 
 #include "fuzz.h"
 
-void quillmate::office::Check(std::string_view bytes) {
+namespace quillmate::fuzz {
+
+using namespace office;
+
+void Check(std::string_view bytes) {
   MemorySource source(bytes);
   const std::optional<CompoundFile> file = CompoundFile::Open(source);
   if (!file.has_value()) return;
@@ -19,3 +23,5 @@ void quillmate::office::Check(std::string_view bytes) {
     Expect(file->Find(*entry.parent, entry.name).has_value());
   }
 }
+
+}  // namespace quillmate::fuzz

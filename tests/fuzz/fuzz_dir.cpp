@@ -2,8 +2,14 @@
 
 #include "fuzz.h"
 
-void quillmate::office::Check(std::string_view bytes) {
+namespace quillmate::fuzz {
+
+using namespace office;
+
+void Check(std::string_view bytes) {
   const DirStream dir = ParseDirStream(bytes);
   Expect(dir.modules.size() <= bytes.size() / 6);
   for (const DirModule& module : dir.modules) Expect(!module.name.empty() || !module.unicodeName.empty());
 }
+
+}  // namespace quillmate::fuzz

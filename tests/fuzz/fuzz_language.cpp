@@ -10,23 +10,23 @@ void CheckUses(const Module& module) {
   const auto uses = static_cast<Index>(module.uses.size());
   for (Index i = 0; i < uses; ++i) {
     const NameUse& use = module.uses[i];
-    office::Expect(use.offset + use.length <= module.text.size() && use.line <= module.lines.size());
-    office::Expect(i == 0 || module.uses[i - 1].offset < use.offset);
-    office::Expect(use.name < module.NameCount());
-    office::Expect(use.previous == kNone || use.previous < i);
+    fuzz::Expect(use.offset + use.length <= module.text.size() && use.line <= module.lines.size());
+    fuzz::Expect(i == 0 || module.uses[i - 1].offset < use.offset);
+    fuzz::Expect(use.name < module.NameCount());
+    fuzz::Expect(use.previous == kNone || use.previous < i);
     const bool type = use.role == Role::kType || use.role == Role::kNew;
-    office::Expect(use.owner == kNone || use.owner < (type ? module.declarations.size() : uses));
-    office::Expect(use.routine == kNone || use.routine < module.routines.size());
+    fuzz::Expect(use.owner == kNone || use.owner < (type ? module.declarations.size() : uses));
+    fuzz::Expect(use.routine == kNone || use.routine < module.routines.size());
   }
 }
 
 void CheckRoutines(const Module& module) {
   std::uint32_t previous = 0;
   for (const Routine& routine : module.routines) {
-    office::Expect(previous <= routine.firstLine && routine.firstLine <= routine.lastLine);
-    office::Expect(routine.lastLine <= module.lines.size() && routine.endOffset <= module.text.size());
-    office::Expect(routine.firstUse <= routine.endUse && routine.endUse <= module.uses.size());
-    office::Expect(routine.variantCount > 0 && routine.declaration < module.declarations.size());
+    fuzz::Expect(previous <= routine.firstLine && routine.firstLine <= routine.lastLine);
+    fuzz::Expect(routine.lastLine <= module.lines.size() && routine.endOffset <= module.text.size());
+    fuzz::Expect(routine.firstUse <= routine.endUse && routine.endUse <= module.uses.size());
+    fuzz::Expect(routine.variantCount > 0 && routine.declaration < module.declarations.size());
     previous = routine.lastLine;
   }
 }
@@ -34,7 +34,7 @@ void CheckRoutines(const Module& module) {
 }  // namespace
 }  // namespace quillmate::language
 
-void quillmate::office::Check(std::string_view bytes) {
+void quillmate::fuzz::Check(std::string_view bytes) {
   using namespace language;
   static Workspace workspace;
   static Module module;

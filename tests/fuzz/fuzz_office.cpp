@@ -2,9 +2,15 @@
 
 #include "fuzz.h"
 
-void quillmate::office::Check(std::string_view bytes) {
+namespace quillmate::fuzz {
+
+using namespace office;
+
+void Check(std::string_view bytes) {
   MemorySource source(bytes);
   const OfficeFile file = ReadOfficeFile(source);
   Expect(file.reason.empty() == (file.state == OfficeFile::State::kRead));
   Expect(file.project.modules.empty() || !file.project.protection.Locked());
 }
+
+}  // namespace quillmate::fuzz

@@ -1,8 +1,12 @@
 #include "fuzz.h"
 #include "presentation_p.h"
 
+namespace quillmate::fuzz {
+
+using namespace office;
+
 /// The input is the stream "PowerPoint Document" itself, with the place of the last edit in its last four bytes.
-void quillmate::office::Check(std::string_view bytes) {
+void Check(std::string_view bytes) {
   constexpr std::size_t kLimit = 1000000;
   const std::size_t tail = bytes.size() < 4 ? bytes.size() : 4;
   const std::string user = std::string(16, '\0') + std::string(bytes.substr(bytes.size() - tail));
@@ -12,3 +16,5 @@ void quillmate::office::Check(std::string_view bytes) {
   const PresentationProject project = ReadPresentationProject(std::move(stream), user, kLimit);
   Expect(project.bytes.size() <= kLimit + 100000);
 }
+
+}  // namespace quillmate::fuzz

@@ -2,7 +2,11 @@
 
 #include "fuzz.h"
 
-void quillmate::office::Check(std::string_view bytes) {
+namespace quillmate::fuzz {
+
+using namespace office;
+
+void Check(std::string_view bytes) {
   constexpr std::size_t kLimit = 1000000;
   const VbaUnpacked unpacked = UnpackVba(bytes, kLimit);
   Expect(unpacked.bytes.size() <= kLimit + 4096);
@@ -10,3 +14,5 @@ void quillmate::office::Check(std::string_view bytes) {
   const std::size_t found = FindContainer(bytes, "Attri");
   Expect(found == std::string_view::npos || UnpacksTo(bytes.substr(found), "Attri"));
 }
+
+}  // namespace quillmate::fuzz

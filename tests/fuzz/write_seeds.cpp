@@ -4,9 +4,15 @@
 #include <string>
 #include <vector>
 
+#include <quillmate/analysis/module_indexer.h>
+#include <quillmate/codedb/codes.h>
+#include <quillmate/codedb/index_files.h>
 #include <quillmate/office/compound_file.h>
 
 #include "office/access_writer.h"
+#include "office/vba_writer.h"
+#include "places.h"
+#include "scratch.h"
 
 /// Writes the seed corpus: a folder for each target below the one given.
 namespace quillmate::office {
@@ -99,6 +105,67 @@ void AddProject(Corpus& corpus, const WrittenProject& project) {
   }
 }
 
+/// The display options and the kind of file in front.
+void AddModules(Corpus& corpus, const WrittenProject& project) {
+  for (const char choice : {'\0', '\x71', '\xf2'}) {
+    for (const WrittenModule& module : project.modules) corpus.Add("module", choice + module.text);
+  }
+}
+
+/// Each text behind its length, lowest byte first.
+std::string Parts(const std::vector<std::string>& texts) {
+  std::string parts;
+  for (const std::string& text : texts) {
+    for (unsigned shift = 0; shift < 32; shift += 8) parts += static_cast<char>(text.size() >> shift);
+    parts += text;
+  }
+  return parts;
+}
+
+/// An index of the program's own making, and rows for one that is none.
+void AddSavedProject(Corpus& corpus) {
+  const fuzz::Scratch scratch;
+  const std::string code = "Sub A()\r\n    B 1 ' e\r\nEnd Sub\r\nFunction B(x)\r\nEnd Function\r\n";
+  codedb::PrepareCodeDatabase(scratch.Path(), tests::ProgramFolder() / codedb::kTemplateFile);
+  codedb::CodeDatabase database;
+  database.Open(codedb::DatabasePath(scratch.Path()));
+  analysis::ReadState state;
+  std::vector<std::string> parts(1);
+  for (const char* const name : {"Eins", "Zwei"}) {
+    ++state.moduleNumber;
+    state.moduleName = name;
+    state.moduleKind = codedb::kStandard;
+    analysis::ScanModule(database, scratch.Path(), state, code, {});
+    parts.push_back(codedb::ReadModuleText(scratch.Path(), state.moduleNumber));
+  }
+  database.Close();
+  parts[0] = std::string(1, '\0') + codedb::ReadWholeFile(codedb::DatabasePath(scratch.Path()));
+  corpus.Add("saved", Parts(parts));
+  // A module with two routines, and numbers that nobody expects.
+  for (const std::string& rows : {std::string("\0\1\1\xe8M\1\6", 7) + std::string("\1\1\1\xe7A\1\2\1\1\3", 10) +
+                                      std::string("\1\2\1\xe7B\2\1\1\4\5", 10),
+                                  std::string("\0\xcb\xe7M\xc8\xc9\1\xc8\xcb\xe7A\xc8\xc9\xca\xcb\xcc", 15)}) {
+    parts[0] = "\1" + rows;
+    corpus.Add("saved", Parts(parts));
+  }
+}
+
+void AddTexts(Corpus& corpus) {
+  corpus.Add("vbp",
+             "Type=Exe\r\nForm=frm1.frm\r\nModule=Helpers; src\\Helpers.bas\r\nClass=K; ..\\k.cls\r\nName=\"P\"\r\n"
+             "UserControl=c.ctl\r\nDesigner=d.dsr\r\n");
+  for (const char* const statement :
+       {"INSERT INTO td_mod(mod_num,mod_name) SELECT '1' AS AX1, 'a''b' AS AX2",
+        "UPDATE td_rout SET td_rout.rou_ende = [rou_start]+([anz_dec_zeilen]-1) WHERE (([rou_typ]>10) And (mod_num=1));",
+        "SELECT td_rout!rou_num, \"M\" & mod_typ AS \"x\" FROM td_mod, td_rout WHERE rou_name Like 'x*' ORDER BY 1, mod_num;",
+        "SELECT Count(mod_num) AS Anzahl FROM td_mod -- 1 /* 2.5e3;"}) {
+    corpus.Add("jet", statement);
+  }
+  corpus.Add("settings",
+             "[optionen]\nfkey=8388608\neinr=-1\nfont=\"MS Sans Serif,10\"\nbis=\"10;20,5;300;400\"\ntab=5\n"
+             "[quellen]\nQ0=/a/b.bas\nQ1=@ByteArray(\\xe4)\nQ10=\"x;y\", z\n[recent]\nF1=/p\n");
+}
+
 }  // namespace
 }  // namespace quillmate::office
 
@@ -114,4 +181,8 @@ int main(int argc, char** argv) {
   AddDatabases(corpus, SeedProject(1252, false));
   AddProject(corpus, SeedProject(1251, true));
   AddProject(corpus, LargeProject(3, 500));
+  AddModules(corpus, SeedProject(1252, false));
+  AddModules(corpus, LargeProject(3, 500));
+  AddSavedProject(corpus);
+  AddTexts(corpus);
 }
