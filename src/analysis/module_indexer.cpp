@@ -1,7 +1,10 @@
+#include <cstdint>
+#include <limits>
 #include <utility>
 
 #include <quillmate/analysis/module_indexer.h>
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/text/windows1252.h>
 
 namespace quillmate::analysis {
 namespace {
@@ -51,11 +54,21 @@ void InsertModule(codedb::CodeDatabase& database, const ReadState& state, std::i
   database.ExecuteSql(statement.Text());
 }
 
+/// A header's lines are counted in 16 bits.
+void CheckFits(const ScanResult& scan) {
+  for (const ScannedRoutine& routine : scan.routines) {
+    if (routine.headerLines <= std::numeric_limits<std::int16_t>::max()) continue;
+    throw ModuleError("Der Kopf der Routine \"" + text::Utf8FromCode(routine.name.substr(0, 40)) + "\" hat " +
+                      std::to_string(routine.headerLines) + " Zeilen, das sind zu viele");
+  }
+}
+
 }  // namespace
 
 void ScanModule(codedb::CodeDatabase& database, const std::filesystem::path& folder, ReadState& state,
                 std::string_view code, const ScanOptions& options) {
   const ScanResult scan = ScanForIndex(code, options, state.routineCounter);
+  CheckFits(scan);
   state.routineCounter = scan.routineCounter;
   for (const ScannedRoutine& routine : scan.routines) InsertRoutine(database, routine, state.moduleNumber);
   for (const RoutineLine& line : scan.lines) UpdateLine(database, line);

@@ -19,11 +19,17 @@
 namespace quillmate::cli {
 namespace {
 
+/// What the editor's largest module has room for, as for the other sources.
+constexpr std::size_t kLargestCode = std::size_t{128} << 20U;
+
 std::string ReadStandardInput() {
   std::string bytes;
   std::array<char, std::size_t{1} << 16U> piece;
   while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), stdin)) {
     bytes.append(piece.data(), count);
+    if (bytes.size() > kLargestCode) {
+      throw CommandFailure("Die Standardeingabe ist zu groß für ein Modul");
+    }
   }
   if (std::ferror(stdin) != 0) {
     throw CommandFailure("Die Standardeingabe kann nicht gelesen werden: " + SystemReason(errno));
@@ -40,7 +46,8 @@ void RunClip(const Invocation& invocation) {
   CheckOutputIsNoInput(invocation);
   const bool fromFile = !invocation.inputs.empty() && invocation.inputs.front() != "-";
   const std::string code = files::DecodeSourceText(
-      fromFile ? files::ReadWholeFile(files::PathFromText(invocation.inputs.front())) : ReadStandardInput());
+      fromFile ? files::ReadWholeFile(files::PathFromText(invocation.inputs.front()), kLargestCode)
+               : ReadStandardInput());
   if (code.empty()) {
     throw CommandFailure("Kein Text in " + (fromFile ? invocation.inputs.front() : "der Standardeingabe"));
   }

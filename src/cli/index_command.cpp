@@ -1,8 +1,7 @@
-#include <system_error>
-
 #include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/records.h>
+#include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
 
 #include "commands.h"
@@ -16,16 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void CopyFile(const fs::path& from, const fs::path& to) {
-  std::error_code error;
-  if (fs::copy_file(from, to, error)) {
-    // A project on a read-only medium has files that nobody may write.
-    fs::permissions(to, fs::perms::owner_write, fs::perm_options::add, error);
-  }
-  if (error) {
-    throw CommandFailure(files::PathText(from) + " kann nicht kopiert werden: " + SystemReason(error));
-  }
-}
+void CopyFile(const fs::path& from, const fs::path& to) { files::WriteWholeFile(to, files::ReadWholeFile(from)); }
 
 /// The database, the facts and the texts of the modules that it lists.
 void CopyProject(const fs::path& from, const fs::path& to) {

@@ -68,7 +68,12 @@ void ReadSources(const Invocation& invocation, const settings::Options& options,
                                   .options = settings::LayoutOf(options),
                                   .progress = [&](const std::string& text) { progress.Show(text); }};
   const host::ReadReport report = host::ReadCheckedModules(sources.Host(), tree, database, request);
-  if (report.outcome != host::ReadOutcome::kDone) {
+  progress.Clear();
+  const bool nothingRead = report.outcome != host::ReadOutcome::kDone;
+  for (const std::string& module : report.leftOut) {
+    if (!nothingRead || module != report.detail) Complain(module);
+  }
+  if (nothingRead) {
     FailRead(report);
   }
   for (const std::string& line : report.replacedCharacters) {

@@ -48,6 +48,16 @@ constexpr std::array<ExpectedTable, 2> kExpectedTables = {{
      "SELECT rou_num, mod_num, rou_name, rou_typ, rou_open, anz_dec_zeilen, rou_start, rou_ende FROM td_rout LIMIT 0"},
 }};
 
+/// Rows with a number that is none, or so large that the next one would not be. Modules are counted from 1.
+constexpr std::array<const char*, 2> kStrangeNumbers = {
+    "SELECT 1 FROM td_mod WHERE typeof(mod_num) <> 'integer' OR mod_num NOT BETWEEN 1 AND 1000000000"
+    " OR mod_typ NOT BETWEEN -32768 AND 32767 OR mod_zeilen NOT BETWEEN -1000000000 AND 1000000000 LIMIT 1",
+    "SELECT 1 FROM td_rout WHERE typeof(rou_num) <> 'integer' OR rou_num NOT BETWEEN -1000000000 AND 1000000000"
+    " OR mod_num NOT BETWEEN -1000000000 AND 1000000000 OR rou_typ NOT BETWEEN -32768 AND 32767"
+    " OR rou_open NOT BETWEEN -32768 AND 32767 OR anz_dec_zeilen NOT BETWEEN -32768 AND 32767"
+    " OR rou_start NOT BETWEEN -1000000000 AND 1000000000 OR rou_ende NOT BETWEEN -1000000000 AND 1000000000 LIMIT 1",
+};
+
 /// The engine's memory statistics are never read; without them a read is a tenth faster. Has no effect, and does no
 /// harm, when somebody else used the engine before.
 void ConfigureEngine() {
@@ -100,6 +110,7 @@ Connection::Connection(const std::filesystem::path& file) {
     SetUp();
     CheckTables();
     CheckPages();
+    CheckNumbers();
   } catch (const DatabaseError& reason) {
     // The destructor of an object that never came to be does not run.
     Close();
@@ -130,6 +141,16 @@ void Connection::CheckTables() {
     const int result = sqlite3_exec(db_, table.query, nullptr, nullptr, nullptr);
     if (result == SQLITE_ERROR) throw DatabaseError(std::string("Die Tabelle ") + table.name + " fehlt darin");
     if (result != SQLITE_OK) Fail({});
+  }
+}
+
+/// The program's own tables check their values, those of a file from anywhere may hold what nobody can count with.
+void Connection::CheckNumbers() {
+  for (const char* const query : kStrangeNumbers) {
+    sqlite3_stmt* const check = Prepare(query, {});
+    const int step = sqlite3_step(check);
+    sqlite3_finalize(check);
+    if (step != SQLITE_DONE) throw DatabaseError("Die Datenbank ist beschädigt: sie enthält unmögliche Nummern");
   }
 }
 

@@ -55,6 +55,7 @@ class Connection {
  private:
   void SetUp();
   void CheckTables();
+  void CheckNumbers();
   void CheckPages();
   std::shared_ptr<PreparedShape> FindShape(std::string_view statement);
   std::shared_ptr<PreparedShape> AddShape(std::string_view statement);

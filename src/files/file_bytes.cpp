@@ -15,6 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kFirstGuess = 4096;
+constexpr const char* kTooLarge = "die Datei ist zu groß";
 
 constexpr auto kReasons = std::to_array<std::pair<int, const char*>>({
     {ENOSPC, "auf dem Datenträger ist kein Platz mehr"},
@@ -42,10 +43,13 @@ std::string ReasonText(int code) {
   return code == 0 ? "der Grund ist unbekannt" : std::generic_category().message(code);
 }
 
-[[noreturn]] void Fail(const fs::path& file, const char* what, int code) {
-  throw std::runtime_error("Die Datei " + PathText(file) + " kann nicht " + what + " werden: " + ReasonText(code) +
-                           ".");
+[[noreturn]] void Fail(const fs::path& file, const char* what, const std::string& reason) {
+  throw std::runtime_error("Die Datei " + PathText(file) + " kann nicht " + what + " werden: " + reason + ".");
 }
+
+[[noreturn]] void Fail(const fs::path& file, const char* what, int code) { Fail(file, what, ReasonText(code)); }
+
+[[noreturn]] void FailToRead(const fs::path& file, const char* reason) { Fail(file, "gelesen", std::string(reason)); }
 
 /// Some systems only say of a folder that it must not be written.
 int ReasonOf(const fs::path& file, int code) {
@@ -68,18 +72,22 @@ void WriteWholeFile(const fs::path& file, std::initializer_list<std::string_view
   Fail(file, "geschrieben", code);
 }
 
-std::string ReadWholeFile(const fs::path& file) {
+std::string ReadWholeFile(const fs::path& file, std::size_t most) {
   std::error_code error;
-  if (fs::is_directory(file, error)) Fail(file, "gelesen", EISDIR);
+  const fs::file_status status = fs::status(file, error);
+  if (fs::is_directory(status)) Fail(file, "gelesen", EISDIR);
+  if (fs::exists(status) && !fs::is_regular_file(status)) FailToRead(file, "es ist keine gewöhnliche Datei");
   errno = 0;
   std::ifstream in(file, std::ios::binary);
   if (!in) Fail(file, "gelesen", errno);
-  // The size is a first guess: a pipe has none, and a file may grow meanwhile. One byte more tells the end.
-  const std::uintmax_t size = fs::is_regular_file(file, error) ? fs::file_size(file, error) : 0;
+  // A file may grow meanwhile: one byte more than it has tells the end.
+  const std::uintmax_t size = fs::file_size(file, error);
+  if (!error && size > most) FailToRead(file, kTooLarge);
   std::string bytes(error ? kFirstGuess : std::max(static_cast<std::size_t>(size) + 1, kFirstGuess), '\0');
   std::size_t used = 0;
   while (in.read(bytes.data() + used, static_cast<std::streamsize>(bytes.size() - used))) {
     used = bytes.size();
+    if (used > most) FailToRead(file, kTooLarge);
     bytes.resize(2 * used);
   }
   bytes.resize(used + static_cast<std::size_t>(in.gcount()));

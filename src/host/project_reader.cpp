@@ -70,15 +70,25 @@ class IndexBuild {
 
   /// Counts the module and shows its name; its text is due next.
   void StartModule(std::string name, int kind) {
-    ++state_.moduleNumber;
+    state_.moduleNumber = modules_ + 1;
     state_.moduleName = std::move(name);
     state_.moduleKind = kind;
     ShowProgress(request_, "Modul: " + text::Utf8FromCode(state_.moduleName));
   }
   void ScanCode(std::string_view code) {
     analysis::ScanModule(database_, request_.folder, state_, code, request_.options);
+    ++modules_;
     subject_.clear();
   }
+  /// The module that was due is not in the index.
+  void LeaveOut(std::string_view reason) {
+    leftOut_.push_back(Detail(reason));
+    subject_.clear();
+  }
+
+  /// How many modules the index holds.
+  int Modules() const noexcept { return modules_; }
+  std::vector<std::string>& LeftOut() noexcept { return leftOut_; }
 
   /// What went wrong, with the file or module in front.
   std::string Detail(std::string_view reason) const {
@@ -90,6 +100,8 @@ class IndexBuild {
   codedb::CodeDatabase& database_;
   const ReadRequest& request_;
   analysis::ReadState state_;
+  int modules_ = 0;
+  std::vector<std::string> leftOut_;
   std::string subject_;
   FactsCollector facts_;
 };
@@ -138,6 +150,21 @@ ReadReport Ended(ReadOutcome outcome, std::string message) {
   return report;
 }
 
+/// Reads the modules one after the other. One that can't be read costs itself; throws when none is left.
+template <typename ReadModule>
+void ReadAll(const std::vector<Ticked>& modules, IndexBuild& build, ReadModule readModule) {
+  for (const Ticked& ticked : modules) {
+    try {
+      readModule(ticked, build);
+    } catch (const HostError& error) {
+      build.LeaveOut(error.what());
+    } catch (const analysis::ModuleError& error) {
+      build.LeaveOut(error.what());
+    }
+  }
+  if (build.Modules() == 0 && !build.LeftOut().empty()) throw HostError(build.LeftOut().back());
+}
+
 /// Prepares the index, gives each module to `readModule` and closes it.
 template <typename ReadModule, typename ReadRest>
 ReadReport BuildIndex(codedb::CodeDatabase& database, const ReadRequest& request, const std::vector<Ticked>& modules,
@@ -151,7 +178,7 @@ ReadReport BuildIndex(codedb::CodeDatabase& database, const ReadRequest& request
   try {
     database.Open(codedb::DatabasePath(request.folder));
     database.Begin();
-    for (const Ticked& ticked : modules) readModule(ticked, build);
+    ReadAll(modules, build, readModule);
     readRest(build.Facts());
     report.replacedCharacters = build.Facts().ReplacedCharacters();
     build.Facts().Write();
@@ -161,9 +188,13 @@ ReadReport BuildIndex(codedb::CodeDatabase& database, const ReadRequest& request
     DropIndex(database, request);
     report = Ended(ReadOutcome::kFailed, kFailedText);
     report.detail = build.Detail(error.what());
+    report.leftOut = std::move(build.LeftOut());
     return report;
   }
-  report.modules = static_cast<int>(modules.size());
+  if (!build.LeftOut().empty()) report.message = kFailedText;
+  report.modules = build.Modules();
+  report.leftOut = std::move(build.LeftOut());
+  if (!report.leftOut.empty()) report.detail = report.leftOut.front();
   return report;
 }
 
@@ -180,16 +211,20 @@ void ReadThroughHost(HostAutomation& host, const Ticked& ticked, IndexBuild& bui
   const HostComponent component = host.ComponentByName(index, name, node->position);
   build.StartModule(name, ModuleKindOf(component.type));
   const std::string code = host.Lines(index, name, node->position, component.lineCount);
-  build.ScanCode(code);
   codedb::ModuleFacts facts = host.FactsOfComponent(index, name, node->position);
   if (facts.kind.empty()) facts.kind = KindWord(component.type);
+  build.ScanCode(code);
   build.Facts().Add(*project, &host, node->position, std::move(facts), code);
 }
 
-/// What the index lacks of the ticked projects.
+/// What the index lacks of the ticked projects. One whose modules can't be read any more is known without them.
 void ReadShortModules(HostAutomation& host, const HostTree& tree, FactsCollector& facts) {
   for (const HostProjectNode& project : tree.projects) {
-    if (project.checked) facts.AddShortModules(project, host);
+    try {
+      if (project.checked) facts.AddShortModules(project, host);
+    } catch (const HostError&) {
+      continue;
+    }
   }
 }
 

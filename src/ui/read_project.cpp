@@ -22,6 +22,15 @@ std::string NoDatabaseMessage(const std::filesystem::path& folder) {
   return "Die Projektdatenbank konnte nicht angelegt werden in\r\n" + files::PathText(folder);
 }
 
+/// The modules that are not in the project, as many as a message can hold.
+std::string LeftOutText(const std::vector<std::string>& modules) {
+  constexpr std::size_t kNamed = 8;
+  std::string text;
+  for (std::size_t i = 0; i < modules.size() && i < kNamed; ++i) text += (i > 0 ? "\r\n" : "") + modules[i];
+  if (modules.size() > kNamed) text += "\r\n... und " + std::to_string(modules.size() - kNamed) + " weitere";
+  return text;
+}
+
 }  // namespace
 
 host::ReadRequest ProjectCommands::RequestOf() {
@@ -71,6 +80,9 @@ void ProjectCommands::ReadProject(const Reader& read) {
     return;
   }
   ReloadProject(globals_.RunTempFolder, text::Utf8FromCode(report.projectText), false);
+  if (!report.leftOut.empty()) {
+    interaction_.Show(report.message, MessageIcon::kExclamation, Buttons::kOk, LeftOutText(report.leftOut));
+  }
 }
 
 void ProjectCommands::ReadCode() {

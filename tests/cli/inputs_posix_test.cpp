@@ -1,3 +1,4 @@
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "modules.h"
@@ -29,6 +30,29 @@ TEST_F(CliTest, StandardInputThatGivesNothing) {
   EXPECT_EQ(Run("clip", {.behind = "<."}).err,
             Messages({"Die Standardeingabe kann nicht gelesen werden: Das ist ein Ordner"}));
   EXPECT_EQ(Names("."), "");
+}
+
+/// Nothing is waited for that never comes, and nothing is read that never ends.
+TEST_F(CliTest, ModuleTextsThatAreNoPlainFiles) {
+  Write("a.bas", kGreeting);
+  ASSERT_EQ(Run("index -o p a.bas").status, 0);
+  const fs::path text = Folder() / "p" / "M1.txt";
+  const auto refused = [&] {
+    for (const char* const line : {"text p", "unused p", "site -o s p", "index -o q p", "clip p/M1.txt"}) {
+      EXPECT_EQ(Run(line).status, 1) << line;
+    }
+  };
+  fs::remove(text);
+  ASSERT_EQ(mkfifo(text.c_str(), 0600), 0);
+  refused();
+  fs::remove(text);
+  fs::create_symlink("/dev/zero", text);
+  refused();
+  fs::remove(text);
+  Write("p/M1.txt", "");
+  fs::resize_file(text, std::uintmax_t{1} << 40U);
+  refused();
+  EXPECT_EQ(Names("."), "a.bas p");
 }
 
 /// The room for a thread's stack is more than there are addresses.

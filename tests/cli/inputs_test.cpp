@@ -54,6 +54,32 @@ TEST_F(CliTest, DamagedAndLockedProjects) {
   EXPECT_EQ(Names("."), "a.bas p");
 }
 
+/// Tables of other people's making, without the checks of the program's own.
+TEST_F(CliTest, AProjectWithImpossibleNumbers) {
+  const char* const rows[] = {
+      "INSERT INTO td_mod VALUES(1,'a',1,9223372036854775807)",
+      "INSERT INTO td_mod VALUES(-2147483648,'a',1,3)",
+      "INSERT INTO td_mod VALUES('x','a',1,3)",
+      "INSERT INTO td_rout VALUES(1,1,'A',1,1,1,9223372036854775807,1)",
+  };
+  for (const char* const row : rows) {
+    fs::remove_all(Folder() / "p");
+    fs::create_directory(Folder() / "p");
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(Full("p/Quillmate.mdb").c_str(), &db), SQLITE_OK);
+    const std::string sql = std::string(
+                                "CREATE TABLE td_mod(mod_num,mod_name,mod_typ,mod_zeilen);"
+                                "CREATE TABLE td_rout(rou_num,mod_num,rou_name,rou_typ,rou_open,"
+                                "anz_dec_zeilen,rou_start,rou_ende);") +
+                            row;
+    ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(db);
+    const Result result = Run("modules p");
+    EXPECT_EQ(result.status, 1) << row;
+    EXPECT_NE(result.err.find("unmögliche Nummern"), std::string::npos) << result.err;
+  }
+}
+
 TEST_F(CliTest, MissingModuleTextOfAProject) {
   Write("a.bas", kGreeting);
   ASSERT_EQ(Run("index -o p a.bas").status, 0);

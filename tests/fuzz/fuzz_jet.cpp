@@ -14,8 +14,8 @@ void Check(std::string_view bytes) try {
 
   std::vector<codedb::JetLiteral> literals;
   Expect(codedb::MatchJetShape(shape, bytes, literals));
-  Expect(std::ranges::equal(literals, statement.literals, {}, &codedb::JetLiteral::source,
-                            &codedb::JetLiteral::source));
+  Expect(
+      std::ranges::equal(literals, statement.literals, {}, &codedb::JetLiteral::source, &codedb::JetLiteral::source));
   for (const codedb::JetLiteral& literal : literals) {
     if (literal.isText) Expect(codedb::JetLiteralText(literal).size() <= literal.source.size());
   }

@@ -12,6 +12,7 @@
 #include <quillmate/export/outline.h>
 #include <quillmate/export/project_export.h>
 #include <quillmate/export/site.h>
+#include <quillmate/files/file_bytes.h>
 #include <quillmate/navigation/callers.h>
 #include <quillmate/navigation/code_views.h>
 #include <quillmate/navigation/definition.h>
@@ -35,9 +36,18 @@ constexpr const char* kLooseSchema =
     "CREATE TABLE td_mod (mod_num, mod_name, mod_typ, mod_zeilen);"
     "CREATE TABLE td_rout (rou_num, mod_num, rou_name, rou_typ, rou_open, anz_dec_zeilen, rou_start, rou_ende);";
 
-constexpr std::array<std::int64_t, 12> kSpecialNumbers{
-    INT64_MAX, INT64_MIN, INT32_MAX, INT32_MIN, std::int64_t{INT32_MAX} + 1, std::int64_t{INT32_MIN} - 1,
-    INT16_MAX, INT16_MIN, 1000000000,    0,             -1,                          65536};
+constexpr std::array<std::int64_t, 12> kSpecialNumbers{INT64_MAX,
+                                                       INT64_MIN,
+                                                       INT32_MAX,
+                                                       INT32_MIN,
+                                                       std::int64_t{INT32_MAX} + 1,
+                                                       std::int64_t{INT32_MIN} - 1,
+                                                       INT16_MAX,
+                                                       INT16_MIN,
+                                                       1000000000,
+                                                       0,
+                                                       -1,
+                                                       65536};
 
 class Parts {
  public:
@@ -166,12 +176,12 @@ void WriteProject(const fs::path& folder, std::string_view bytes) {
   Parts index(parts.Next());
   const fs::path file = codedb::DatabasePath(folder);
   if (index.Byte() == 0) {
-    codedb::WriteWholeFile(file, index.Take(std::string_view::npos));
+    files::WriteWholeFile(file, index.Take(std::string_view::npos));
   } else {
     WriteRows(file, index);
   }
   for (int number = 1; number <= 20 && !parts.AtEnd(); ++number) {
-    codedb::WriteWholeFile(codedb::ModuleTextPath(folder, number), parts.Next());
+    files::WriteWholeFile(codedb::ModuleTextPath(folder, number), parts.Next());
   }
 }
 

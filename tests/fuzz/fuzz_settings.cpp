@@ -1,4 +1,4 @@
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/files/file_bytes.h>
 #include <quillmate/settings/display_size.h>
 #include <quillmate/settings/options.h>
 #include <quillmate/settings/settings_store.h>
@@ -13,7 +13,7 @@ namespace quillmate::fuzz {
 void Check(std::string_view bytes) {
   static const Scratch scratch;
   const std::filesystem::path file = scratch.Path() / "Qm_Quill_Excel.ini";
-  codedb::WriteWholeFile(file, bytes);
+  files::WriteWholeFile(file, bytes);
   const auto store = settings::OpenSettingsFile(file);
   for (const std::string_view section :
        {settings::kOptionsSection, settings::kProjectSection, settings::kRecentSection, settings::kSourcesSection}) {

@@ -7,6 +7,7 @@
 #include <quillmate/analysis/module_indexer.h>
 #include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/files/file_bytes.h>
 #include <quillmate/office/compound_file.h>
 
 #include "office/access_writer.h"
@@ -139,7 +140,7 @@ void AddSavedProject(Corpus& corpus) {
     parts.push_back(codedb::ReadModuleText(scratch.Path(), state.moduleNumber));
   }
   database.Close();
-  parts[0] = std::string(1, '\0') + codedb::ReadWholeFile(codedb::DatabasePath(scratch.Path()));
+  parts[0] = std::string(1, '\0') + files::ReadWholeFile(codedb::DatabasePath(scratch.Path()));
   corpus.Add("saved", Parts(parts));
   // A module with two routines, and numbers that nobody expects.
   for (const std::string& rows : {std::string("\0\1\1\xe8M\1\6", 7) + std::string("\1\1\1\xe7A\1\2\1\1\3", 10) +
@@ -154,11 +155,12 @@ void AddTexts(Corpus& corpus) {
   corpus.Add("vbp",
              "Type=Exe\r\nForm=frm1.frm\r\nModule=Helpers; src\\Helpers.bas\r\nClass=K; ..\\k.cls\r\nName=\"P\"\r\n"
              "UserControl=c.ctl\r\nDesigner=d.dsr\r\n");
-  for (const char* const statement :
-       {"INSERT INTO td_mod(mod_num,mod_name) SELECT '1' AS AX1, 'a''b' AS AX2",
-        "UPDATE td_rout SET td_rout.rou_ende = [rou_start]+([anz_dec_zeilen]-1) WHERE (([rou_typ]>10) And (mod_num=1));",
-        "SELECT td_rout!rou_num, \"M\" & mod_typ AS \"x\" FROM td_mod, td_rout WHERE rou_name Like 'x*' ORDER BY 1, mod_num;",
-        "SELECT Count(mod_num) AS Anzahl FROM td_mod -- 1 /* 2.5e3;"}) {
+  for (const char* const statement : {"INSERT INTO td_mod(mod_num,mod_name) SELECT '1' AS AX1, 'a''b' AS AX2",
+                                      "UPDATE td_rout SET td_rout.rou_ende = [rou_start]+([anz_dec_zeilen]-1) WHERE "
+                                      "(([rou_typ]>10) And (mod_num=1));",
+                                      "SELECT td_rout!rou_num, \"M\" & mod_typ AS \"x\" FROM td_mod, td_rout WHERE "
+                                      "rou_name Like 'x*' ORDER BY 1, mod_num;",
+                                      "SELECT Count(mod_num) AS Anzahl FROM td_mod -- 1 /* 2.5e3;"}) {
     corpus.Add("jet", statement);
   }
   corpus.Add("settings",

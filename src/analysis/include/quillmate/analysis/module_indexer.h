@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -22,8 +23,15 @@ struct ReadState {
   int moduleKind = 0;
 };
 
+/// A module that the index can't hold. what() is German, UTF-8.
+class ModuleError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 /// Scans one module in indexing mode: writes its rows into the open database and its marked-up text into `folder`.
-/// Throws codedb::DatabaseError when a statement fails and std::runtime_error when the file can't be written; the
+/// Throws ModuleError, before anything is written, when a routine's header has more lines than the index can count;
+/// codedb::DatabaseError when a statement fails and std::runtime_error when the file can't be written; the
 /// caller abandons the read then.
 void ScanModule(codedb::CodeDatabase& database, const std::filesystem::path& folder, ReadState& state,
                 std::string_view code, const ScanOptions& options);

@@ -22,7 +22,7 @@ struct ReadRequest {
 };
 
 enum class ReadOutcome {
-  kDone,
+  kDone,            // message: empty, or the error text of a failed read when modules were left out
   kNothingChecked,  // message: "Bitte wählen Sie erst etwas aus"
   kNotAttached,     // no message
   kNoTemplate,      // message of codedb::PrepareCodeDatabase, critical icon; empty on another error of preparing
@@ -35,6 +35,8 @@ struct ReadReport {
   std::string message;
   /// What went wrong in detail, UTF-8, one line (file and reason); empty when unknown.
   std::string detail;
+  /// The modules that could not be read, each in that form: they were left out, the others are in the index.
+  std::vector<std::string> leftOut;
   /// The text of the last project node that is ticked or had a module read, Windows-1252, for the window's caption.
   std::string projectText;
   int modules = 0;
@@ -44,7 +46,8 @@ struct ReadReport {
 
 /// Reads the ticked modules through the host: closes the database, empties the folder, attaches, copies the template,
 /// indexes each ticked module of each ticked project in tree order, closes the database. A ticked module of a project
-/// that is not ticked is not read. All rows are one transaction; a read that fails leaves a scratch folder empty.
+/// that is not ticked is not read. A module that can't be read is left out and named. All rows are one transaction; a
+/// read that fails, for instance because no module could be read, leaves a scratch folder empty.
 ///
 /// Only with nothing ticked does an earlier index in the folder survive; the host is released in the end.
 ReadReport ReadCheckedModules(HostAutomation& host, const HostTree& tree, codedb::CodeDatabase& database,
@@ -52,7 +55,7 @@ ReadReport ReadCheckedModules(HostAutomation& host, const HostTree& tree, codedb
 
 /// The same for the ticked modules' own files ("VB Einlesen"), whether or not their project is ticked: the kind is the
 /// digit of the node's image (6, a report module of Access, counts as a document), the name the node's text, the code
-/// the file's text without its Attribute lines. A ticked module without a file fails the read.
+/// the file's text without its Attribute lines. A ticked module without a file can't be read.
 ReadReport ReadModuleFiles(const HostTree& tree, codedb::CodeDatabase& database, const ReadRequest& request);
 
 }  // namespace quillmate::host
