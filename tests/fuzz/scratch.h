@@ -12,7 +12,8 @@ class Scratch {
   Scratch() {
     const std::filesystem::path memory = "/dev/shm";
     std::string name =
-        ((std::filesystem::is_directory(memory) ? memory : std::filesystem::temp_directory_path()) / "fuzz-XXXXXX").string();
+        ((std::filesystem::is_directory(memory) ? memory : std::filesystem::temp_directory_path()) / "fuzz-XXXXXX")
+            .string();
     if (mkdtemp(name.data()) == nullptr) std::abort();
     path_ = name;
   }
