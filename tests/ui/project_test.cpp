@@ -243,7 +243,7 @@ TEST_F(ProjectTest, MissingTemplateLeavesTheTreeWithItsTicks) {
   EXPECT_TRUE(Action("doit").isEnabled());
 }
 
-TEST_F(ProjectTest, VanishedModuleEndsTheReadAndRefreshesTheList) {
+TEST_F(ProjectTest, VanishedModuleIsNamedAndTheOthersAreRead) {
   Start();
   Tick(0);
   std::filesystem::remove(Sources() / "Zebra.bas");
@@ -252,9 +252,7 @@ TEST_F(ProjectTest, VanishedModuleEndsTheReadAndRefreshesTheList) {
   EXPECT_EQ(platform.messages[0].icon, MessageIcon::kExclamation);
   EXPECT_TRUE(platform.messages[0].text.startsWith("Fehler beim Einlesen !\r\n"));
   EXPECT_TRUE(platform.messages[0].detail.contains("Zebra.bas"));
-  EXPECT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Form\n");
-  EXPECT_EQ(HostNode(0).data(Qt::CheckStateRole), Qt::Checked);
-  EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0");
+  EXPECT_EQ(TextOf(*Tree("treProjekt").model()), "Form\n Laden\n");
 }
 
 TEST_F(ProjectTest, ModuleTextThatIsGoneIsToldAndNothingMoves) {
