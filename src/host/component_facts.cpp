@@ -121,7 +121,10 @@ void ReadHiddenLines(codedb::ModuleFacts& facts) {
   const auto* known =
       std::find_if(kKinds.begin(), kKinds.end(), [&](const KindRow& each) { return each.word == facts.kind; });
   if (known != kKinds.end()) options.kind = known->kind;
-  const language::Module module = language::ParseModule(joined.text, options);
+  // A read asks for thousands; what one takes apart costs no more than its few lines.
+  thread_local language::Workspace workspace;
+  thread_local language::Module module;
+  language::ParseModule(joined.text, options, workspace, module);
   const auto* kind =
       std::find_if(kKinds.begin(), kKinds.end(), [&](const KindRow& each) { return each.kind == module.facts.kind; });
   facts.kind = kind->word;

@@ -1,8 +1,11 @@
 #include <algorithm>
 #include <tuple>
+#include <unordered_map>
 #include <utility>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/host/collect_facts.h>
+#include <quillmate/text/characters.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
@@ -13,10 +16,12 @@
 namespace quillmate::host {
 namespace {
 
-/// The name of a file, also of one on another system.
-std::string_view FileNameOf(std::string_view path) {
+/// The name of a file, also of one on another system, in the form in which names that differ in case are equal.
+std::string FoldedFileName(std::string_view path) {
   const std::size_t separator = path.find_last_of("\\/");
-  return separator == std::string_view::npos ? path : path.substr(separator + 1);
+  std::string name = text::CodeFromUtf8(separator == std::string_view::npos ? path : path.substr(separator + 1));
+  for (char& c : name) c = static_cast<char>(text::ToLower(c));
+  return name;
 }
 
 /// Lines of `scanned` before the editor's code in it begins.
@@ -40,7 +45,56 @@ std::vector<codedb::LineRun> WithoutHeader(std::vector<codedb::LineRun> runs, st
   return runs;
 }
 
+/// References to a project that is among those of the read; the file's name decides, since the path is that of another
+/// machine as often as not.
+void ResolveReferences(std::vector<codedb::ProjectFacts>& projects) {
+  std::unordered_map<std::string, int> byFile;
+  for (std::size_t i = 0; i < projects.size(); ++i) {
+    constexpr int kSeveral = -1;
+    const auto [known, added] = byFile.try_emplace(FoldedFileName(projects[i].file), static_cast<int>(i));
+    if (!added) known->second = kSeveral;
+  }
+  byFile.erase(std::string());
+  for (std::size_t i = 0; i < projects.size(); ++i) {
+    for (codedb::ReferenceFact& reference : projects[i].references) {
+      const auto found = byFile.find(FoldedFileName(reference.path));
+      if (found != byFile.end() && found->second != static_cast<int>(i)) reference.project = found->second;
+    }
+  }
+}
+
+codedb::ModuleFacts ReadComponent(HostAutomation& host, int project, int position, const HostComponent& component,
+                                  std::string& code) {
+  code = host.Lines(project, component.name, position, component.lineCount);
+  codedb::ModuleFacts facts = host.FactsOfComponent(project, component.name, position);
+  if (facts.kind.empty()) facts.kind = KindWord(component.type);
+  return facts;
+}
+
 }  // namespace
+
+codedb::Facts CollectFacts(HostAutomation& host, int projects, std::vector<std::string>& problems) {
+  codedb::Facts facts;
+  std::string code;
+  for (int project = 1; project <= projects; ++project) {
+    if (host.Project(project).locked) continue;
+    facts.projects.push_back(host.FactsOfProject(project));
+    const int count = host.ComponentCount(project);
+    for (int position = 1; position <= count; ++position) {
+      const HostComponent component = host.Component(project, position);
+      try {
+        codedb::ModuleFacts module = ReadComponent(host, project, position, component, code);
+        module.project = static_cast<int>(facts.projects.size()) - 1;
+        if (!module.code) module.code = text::Utf8FromCode(code);
+        facts.modules.push_back(std::move(module));
+      } catch (const HostError& error) {
+        problems.emplace_back(error.what());
+      }
+    }
+  }
+  ResolveReferences(facts.projects);
+  return facts;
+}
 
 FactsCollector::FactsCollector(const ReadRequest& request)
     : folder_(request.folder),
@@ -59,7 +113,6 @@ int FactsCollector::NumberOf(const HostProjectNode& project, HostAutomation* hos
 void FactsCollector::Add(const HostProjectNode& project, HostAutomation* host, int position, codedb::ModuleFacts facts,
                          std::string_view code, std::optional<std::string> editorCode) {
   Added added{NumberOf(project, host), position, std::move(facts)};
-  added.facts.number = ++lastNumber_;
   if (editorCode) added.headerLines = LinesBefore(code, *editorCode);
   if (added.headerLines > 0) added.scanned = code;
   // Only the layout, and byte 159 in the code, make another text of it.
@@ -84,29 +137,12 @@ void FactsCollector::AddShortModules(const HostProjectNode& project, HostAutomat
 void FactsCollector::AddShort(int project, HostAutomation& host, int index, int position,
                               const HostComponent& component) {
   try {
-    const std::string code = host.Lines(index, component.name, position, component.lineCount);
-    Added added{project, position, host.FactsOfComponent(index, component.name, position)};
-    if (added.facts.kind.empty()) added.facts.kind = KindWord(component.type);
+    std::string code;
+    Added added{project, position, ReadComponent(host, index, position, component, code)};
     if (!added.facts.code) added.facts.code = text::Utf8FromCode(code);
     modules_.push_back(std::move(added));
   } catch (const HostError&) {
     return;
-  }
-}
-
-/// References to a project that is among those of the read; the file's name decides, since the path is that of another
-/// machine as often as not.
-void FactsCollector::ResolveReferences() {
-  for (codedb::ProjectFacts& project : projects_) {
-    for (codedb::ReferenceFact& reference : project.references) {
-      const std::string_view file = FileNameOf(reference.path);
-      const auto isIt = [&](const codedb::ProjectFacts& other) {
-        return &other != &project && !file.empty() && text::EqualsIgnoreCase(FileNameOf(other.file), file);
-      };
-      const auto found = std::find_if(projects_.begin(), projects_.end(), isIt);
-      if (found == projects_.end() || std::find_if(found + 1, projects_.end(), isIt) != projects_.end()) continue;
-      reference.project = static_cast<int>(found - projects_.begin());
-    }
   }
 }
 
@@ -127,7 +163,7 @@ void FactsCollector::Write() {
   std::stable_sort(modules_.begin(), modules_.end(), [](const Added& a, const Added& b) {
     return std::tie(a.project, a.position) < std::tie(b.project, b.position);
   });
-  ResolveReferences();
+  ResolveReferences(projects_);
   codedb::Facts facts;
   facts.projects = std::move(projects_);
   facts.modules.reserve(modules_.size());

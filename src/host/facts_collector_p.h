@@ -21,8 +21,8 @@ class FactsCollector {
 
   /// Its number, 0-based; a project is taken when it is first asked for.
   int NumberOf(const HostProjectNode& project, HostAutomation* host);
-  /// Takes a module of the index. `code` is what was scanned; `editorCode` what the host's editor shows of it where
-  /// that is another text.
+  /// Takes a module of the index, whose number `facts` have. `code` is what was scanned; `editorCode` what the host's
+  /// editor shows of it where that is another text.
   void Add(const HostProjectNode& project, HostAutomation* host, int position, codedb::ModuleFacts facts,
            std::string_view code, std::optional<std::string> editorCode = std::nullopt);
   /// Takes the modules of a project that are too short for the index.
@@ -44,7 +44,6 @@ class FactsCollector {
   };
 
   void AddShort(int project, HostAutomation& host, int index, int position, const HostComponent& component);
-  void ResolveReferences();
   void CompareWithStored(Added& added) const;
 
   const std::filesystem::path folder_;
@@ -52,7 +51,6 @@ class FactsCollector {
   std::map<std::string, int> numbers_;
   std::vector<codedb::ProjectFacts> projects_;
   std::vector<Added> modules_;
-  std::int32_t lastNumber_ = 0;
 };
 
 }  // namespace quillmate::host

@@ -214,6 +214,7 @@ void ReadThroughHost(HostAutomation& host, const Ticked& ticked, IndexBuild& bui
   codedb::ModuleFacts facts = host.FactsOfComponent(index, name, node->position);
   if (facts.kind.empty()) facts.kind = KindWord(component.type);
   build.ScanCode(code);
+  facts.number = build.Modules();
   build.Facts().Add(*project, &host, node->position, std::move(facts), code);
 }
 
@@ -250,6 +251,7 @@ void ReadFromFile(const Ticked& ticked, std::string& buffer, IndexBuild& build) 
       office::ParseModuleFile(content.bytes, files::PathText(files::PathFromText(node.file).extension()));
   std::string editorCode = std::move(file.code);
   codedb::ModuleFacts facts = FactsOfFile(std::move(file));
+  facts.number = build.Modules();
   facts.file = node.file;
   facts.linesOfFile = true;
   if (facts.name.empty()) facts.name = text::Utf8FromCode(node.text);

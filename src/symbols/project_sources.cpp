@@ -263,10 +263,13 @@ std::uint32_t MapColumn(std::string_view from, std::string_view to, std::uint32_
   return mapped;
 }
 
-Sources SourcesFrom(const codedb::Facts& facts, Host assumed) {
+Sources SourcesFrom(codedb::Facts facts, Host assumed) {
   Sources sources = Records(facts, assumed);
   for (std::size_t i = 0; i < facts.modules.size(); ++i) {
-    sources.modules[i].text = codedb::WithHiddenLines(facts.modules[i].code.value_or(""), facts.modules[i].hidden);
+    codedb::ModuleFacts& module = facts.modules[i];
+    std::string code = std::move(module.code).value_or(std::string());
+    sources.modules[i].text = module.hidden.empty() ? std::move(code) : codedb::WithHiddenLines(code, module.hidden);
+    module.code.reset();
   }
   return sources;
 }

@@ -34,5 +34,24 @@ TEST_F(CliTest, EmptyProjectHasEmptyReports) {
   for (const char* const line : {"modules p", "outline p", "text p"}) EXPECT_EQ(Run(line), Success());
 }
 
+/// Everything that is asked of the understanding has one answer, whether the project was saved or not.
+TEST_F(CliTest, ASavedProjectMeansWhatItsSourcesMean) {
+  Write("a.bas",
+        "Attribute VB_Name = \"A\"\nSub Los()\nAttribute Los.VB_Description = \"x\"\n  Dim o As New K\n"
+        "  o.Tu Kurz\n  '\xD0\x9F\xC3\xA4\nEnd Sub\n");
+  Write("k.bas", "VERSION 1.0 CLASS\nBEGIN\nEND\nAttribute VB_Name = \"K\"\nSub Tu(x)\n\tx = \"\xE4\"\nEnd Sub\n");
+  Write("kurz.bas", "Public Kurz\n");
+  fs::create_directory(Folder() / "q");
+  for (const char* const file : {"a.bas", "k.bas", "kurz.bas"}) fs::rename(Folder() / file, Folder() / "q" / file);
+  const Result index = Run("index -o p q");
+  EXPECT_EQ(index.err, "quillmate-cli: " + Full("q/a.bas") + ": 1 Zeichen wurde durch \"?\" ersetzt\n");
+  for (const char* const command : {"symbols --json", "modules --exact --json", "unused --exact --json", "tags"}) {
+    const Result fromSources = Run(std::string(command) + " q");
+    EXPECT_EQ(fromSources.status, 0) << fromSources.err;
+    EXPECT_EQ(Run(std::string(command) + " p").out, fromSources.out) << command;
+  }
+  EXPECT_NE(Run("symbols --json p").out.find("\"name\":\"Kurz\",\"kind\":\"variable\""), std::string::npos);
+}
+
 }  // namespace
 }  // namespace quillmate::cli

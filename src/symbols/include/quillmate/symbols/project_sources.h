@@ -50,7 +50,7 @@ struct ProjectSources {
 };
 
 /// Facts whose modules all have their code. `assumed` is where a project runs that does not tell.
-Sources SourcesFrom(const codedb::Facts& facts, Host assumed = Host::kUnknown);
+Sources SourcesFrom(codedb::Facts facts, Host assumed = Host::kUnknown);
 
 /// What the folder's Fakten.db and module texts tell; without the former, or with one that can't be read, what the open
 /// index tells: one project, its stored texts taken for the originals. A text that can't be read counts as empty.

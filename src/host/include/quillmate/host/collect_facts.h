@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <quillmate/codedb/facts.h>
+#include <quillmate/host/host_automation.h>
+
+namespace quillmate::host {
+
+/// Everything that the first `projects` projects of a host's listing hold, every module with its code, those of one or
+/// two lines too. Locked projects are left out, and modules that can't be read: `problems` gets a German line for each,
+/// UTF-8.
+codedb::Facts CollectFacts(HostAutomation& host, int projects, std::vector<std::string>& problems);
+
+}  // namespace quillmate::host
