@@ -94,7 +94,7 @@ std::string CreditLine(std::string_view hostName) {
   std::string line =
       "<span style=\" font-weight:bold;\"> Code eingef&uuml;gt mit: </span> "
       "<a style =\"color:#ffff00; background-color:#000080; font-weight:bold;\" "
-      "href=\"https://quillmate.example/\" target=\"blank\">";
+      "href=\"\" target=\"blank\">";
   return line.append(hostName).append(" Quillmate</a>");
 }
 

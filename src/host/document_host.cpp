@@ -84,7 +84,6 @@ struct DocumentHost::State {
   };
 
   std::vector<fs::path> sources;
-  office::OfficeHost ownHost = office::OfficeHost::kUnknown;
   Listing listing;
   std::optional<Loaded> loaded;
   /// Its code is no longer among what is loaded.
@@ -99,10 +98,6 @@ struct DocumentHost::State {
   void List() {
     Forget();
     listing = ListSources(sources);
-    if (ownHost != office::OfficeHost::kUnknown) {
-      std::stable_partition(listing.projects.begin(), listing.projects.end(),
-                            [&](const ListedProject& project) { return project.host == ownHost; });
-    }
     listed = true;
     readSinceListing = false;
   }
@@ -150,8 +145,6 @@ DocumentHost::DocumentHost() : state_(std::make_unique<State>()) {}
 DocumentHost::~DocumentHost() = default;
 
 void DocumentHost::SetSources(std::vector<fs::path> sources) { state_->sources = std::move(sources); }
-
-void DocumentHost::SetOwnHost(office::OfficeHost host) { state_->ownHost = host; }
 
 const std::vector<SourceProblem>& DocumentHost::Problems() const noexcept { return state_->listing.problems; }
 

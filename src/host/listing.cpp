@@ -238,7 +238,6 @@ void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office
   project.project.name = read.project.name.empty() ? CodeOfPath(file.stem()) : text::CodeFromUtf8(read.project.name);
   project.project.fileName = files::PathText(file);
   project.project.locked = read.project.protection.Locked();
-  project.host = read.host;
   project.facts.name = read.project.name;
   project.facts.host = WordOf(read.host);
   project.facts.codePage = read.project.codePage;

@@ -52,8 +52,6 @@ struct ListedProject {
   std::vector<ListedModule> modules;
   /// Nothing for other sources, once it has been read, and where the texts of a listing grow too many to be kept.
   std::optional<UnpackedProject> unpacked;
-  /// Whose file it is, as far as that is known.
-  office::OfficeHost host = office::OfficeHost::kUnknown;
 };
 
 struct Listing {

@@ -92,7 +92,15 @@ void MakeRunFolder(AppGlobals& globals, InstanceMark& mark, const settings::Sett
   if (mark.IsAlone()) CleanScratchRoot(globals.TempFolder);
   mark.AdmitOthers();
   settings::LoadOptions(store, globals.Options);
-  std::optional<fs::path> folder = MakeNumberedFolder(globals.TempFolder, "T_");
+  EnsureRunFolder(globals);
+}
+
+void EnsureRunFolder(AppGlobals& globals) {
+  if (IsRealFolder(globals.RunTempFolder)) return;
+  const fs::path root = globals.ProgramFolder / kScratchRoot;
+  std::error_code ignored;
+  fs::create_directories(root, ignored);
+  std::optional<fs::path> folder = MakeNumberedFolder(root, "T_");
   if (!folder) folder = MakePrivateFolder();
   if (folder) globals.TempFolder = globals.RunTempFolder = *folder;
 }

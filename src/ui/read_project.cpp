@@ -64,12 +64,13 @@ void ProjectCommands::TellFailure(const host::ReadReport& report) {
 /// Reads the ticked modules and shows the project. A project on screen gives way first: the read empties the scratch
 /// folder that its modules may lie in.
 void ProjectCommands::ReadProject(const Reader& read) {
-  if (globals_.RunTempFolder.empty()) throw std::runtime_error(NoFolderMessage(globals_));
   if (sources_.Projects().CheckedModules() > kMostViews) {
     interaction_.Show(kTooManyModulesText, MessageIcon::kExclamation);
     return;
   }
   if (sources_.Projects().AnyChecked() && !LeaveProject()) return;
+  if (!session_.IsLoaded()) startup::EnsureRunFolder(globals_);
+  if (globals_.RunTempFolder.empty()) throw std::runtime_error(NoFolderMessage(globals_));
   host::ReadReport report;
   {
     const Working working(interaction_);

@@ -2,7 +2,6 @@
 
 #include <quillmate/host/com_host.h>
 #include <quillmate/host/joined_host.h>
-#include <quillmate/office/office_file.h>
 #include <quillmate/startup/edition.h>
 #include <quillmate/ui/main_window.h>
 #include <quillmate/ui/run_program.h>
@@ -20,20 +19,6 @@ namespace {
 
 /// What the user wrote behind the program's name, without the toolkit's own options.
 std::string CommandLine() { return ToUtf8(QApplication::arguments().mid(1).join(QLatin1Char(' '))); }
-
-/// The Office program whose files an edition lists first.
-office::OfficeHost OwnHost(int selector) {
-  switch (selector) {
-    case startup::kExcel:
-      return office::OfficeHost::kExcel;
-    case startup::kWord:
-      return office::OfficeHost::kWord;
-    case startup::kPowerPoint:
-      return office::OfficeHost::kPowerPoint;
-    default:
-      return office::OfficeHost::kUnknown;
-  }
-}
 
 }  // namespace
 
@@ -54,7 +39,6 @@ int RunProgram(int selector, int argc, char** argv) {
   startup::InstanceMark mark(globals.TempFolder);
   const std::unique_ptr<Platform> platform = QtPlatform();
   host::DocumentHost documents;
-  documents.SetOwnHost(OwnHost(selector));
   host::ComHost running(globals.HostName);
   host::JoinedHost joined({&running, &documents});
   MainWindow window({globals, mark, *settings, *platform, documents, joined});

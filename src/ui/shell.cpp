@@ -397,7 +397,7 @@ void Shell::ShowMini() {
   mini_->setWindowTitle(window_.windowTitle());
   mini_->setWindowIcon(window_.windowIcon());
   connect(mini_.get(), &MiniWindow::HtmlWanted, this, [this] { Run(CommandId::kExportClipboardHtml); });
-  connect(mini_.get(), &MiniWindow::Returned, &window_, &QWidget::show);
+  connect(mini_.get(), &MiniWindow::Returned, this, &Shell::ReturnFromMini);
   connect(mini_.get(), &MiniWindow::Closed, &window_, &MainWindow::Unload);
   mini_->show();
 }
@@ -406,8 +406,15 @@ void Shell::ShowSpecialView() {
   // Given as a wish, the place is kept: the window comes back where it was, not where the desktop puts a new one.
   QWindow& main = *window_.windowHandle();
   main.setGeometry(main.geometry());
+  focused_ = window_.focusWidget();
   window_.hide();
   ShowMini();
+}
+
+void Shell::ReturnFromMini() {
+  window_.show();
+  window_.activateWindow();
+  if (focused_ != nullptr) focused_->setFocus();
 }
 
 void Shell::Carry(CommandId command) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <memory>
@@ -78,6 +79,7 @@ class Shell : public QObject {
   void ApplyOptions();
   void ShowMini();
   void ShowSpecialView();
+  void ReturnFromMini();
 
   MainWindow& window_;
   Services services_;
@@ -106,6 +108,8 @@ class Shell : public QObject {
   QSplitter* container_;
   ViewSettings view_;
   std::unique_ptr<MiniWindow> mini_;
+  /// What had the focus before the mini window.
+  QPointer<QWidget> focused_;
 };
 
 }  // namespace quillmate::ui

@@ -8,7 +8,7 @@ constexpr const char* kOpen = "<pre><span style=\"font-family=MS Sans Serif,Aria
 constexpr const char* kClose = "</span></pre>";
 constexpr const char* kCredit =
     "\r\n<br><span style=\" font-weight:bold;\"> Code eingef&uuml;gt mit: </span> <a style =\"color:#ffff00; "
-    "background-color:#000080; font-weight:bold;\" href=\"https://quillmate.example/\" target=\"blank\">";
+    "background-color:#000080; font-weight:bold;\" href=\"\" target=\"blank\">";
 
 std::string Span(const std::string& colour, const std::string& text) {
   return "<span style=\"color:" + colour + "\"; >" + text + "</span>";

@@ -122,7 +122,7 @@ TEST(Html, CreditAndPreview) {
   EXPECT_EQ(AppendCredit("<pre></pre>", "Excel"),
             "<pre></pre>\r\n<br><span style=\" font-weight:bold;\"> Code eingef&uuml;gt mit: </span> "
             "<a style =\"color:#ffff00; background-color:#000080; font-weight:bold;\" "
-            "href=\"https://quillmate.example/\" target=\"blank\">Excel Quillmate</a>");
+            "href=\"\" target=\"blank\">Excel Quillmate</a>");
   EXPECT_EQ(PreviewDocument("<pre>\r\n</pre>", "Word"),
             "<HTML><HEAD><TITLE>Word Quillmate</TITLE></HEAD><BODY><pre>\r\n</pre></Body></HTML>\r\n");
 }

@@ -100,23 +100,6 @@ TEST(OfficeSource, FoldersListTheFilesWithMacros) {
                    "nur: Ordner enthält keine Module"}));
 }
 
-TEST(OfficeSource, TheEditionsOwnFilesComeFirst) {
-  const files::ScratchFolder temp;
-  DocumentHost host;
-  host.SetSources({temp.Write("1.bas", "1"), temp.Write("2.xlsm", Zipped("xl/vbaProject.bin", Project("P2", "M"))),
-                   temp.Write("3.docm", Zipped("word/vbaProject.bin", Project("P3", "M"))),
-                   temp.Write("4.xlam", Zipped("xl/vbaProject.bin", Project("P4", "M")))});
-  const auto order = [&](OfficeHost own) {
-    std::string names;
-    host.SetOwnHost(own);
-    for (int i = 1, count = host.ProjectCount(); i <= count; ++i) names += host.Project(i).name + " ";
-    return names;
-  };
-  EXPECT_EQ(order(OfficeHost::kWord), "P3 1 P2 P4 ");
-  EXPECT_EQ(order(OfficeHost::kExcel), "P2 P4 1 P3 ");
-  EXPECT_EQ(order(OfficeHost::kUnknown), "1 P2 P3 P4 ");
-}
-
 TEST(OfficeSource, UnpacksAFileOnceForTheListingAndTheRead) {
   const codedb::ScratchFolder temp;
   const std::string bytes = Zipped("xl/vbaProject.bin", Project("P", "M"));

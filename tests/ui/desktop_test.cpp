@@ -51,6 +51,26 @@ TEST(MessageBox, HasGermanButtonsAndHarmlessEscape) {
   }
 }
 
+TEST(MessageBox, KeepsALongListToBeCopied) {
+  QTimer::singleShot(0, [] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->detailedText(), "1\n2");
+    box->reject();
+  });
+  QtPlatform()->Show({"Titel", "a", MessageIcon::kNone, Buttons::kOk, {}, "1\r\n2"});
+}
+
+TEST(FolderDialog, HasATitleOfOneLine) {
+  QTimer::singleShot(0, [] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->windowTitle(), "Ordner, in dem");
+    dialog->reject();
+  });
+  EXPECT_EQ(QtPlatform()->ChooseFolder("Ordner,\r\nin dem", {}), "");
+}
+
 TEST(SaveDialog, GivesANameTheExtensionOfItsKind) {
   const files::ScratchFolder folder;
   const QString start = QString::fromStdString(files::PathText(folder.Path()));

@@ -143,6 +143,26 @@ TEST_F(NavigationTest, PlacesOfAProjectThatIsGoneAreLeftAlone) {
   EXPECT_EQ(platform.TakeText(), "Projekt wurde nicht gespeichert !\r\nProjekt jetzt speichern ?");
   EXPECT_EQ(Place(), ".");
   EXPECT_EQ(Code().toPlainText(), "");
+  EXPECT_EQ(Steps(), "--");
+  Tick(0);
+  Trigger("doit");
+  EXPECT_EQ(Steps(), "--");
+}
+
+TEST_F(NavigationTest, BackFromADefinitionLeadsToWhereTheJumpBegan) {
+  for (const bool visited : {false, true}) {
+    // Right after the load there is no place yet; later there may be one in another module.
+    if (visited) {
+      ClickRoutine(1, 0);
+      Click(Tree("treProjekt"), ProjectNode(0));
+    }
+    PutCaret(6, 9);
+    Trigger("mnuBearbeiten_Definition");
+    EXPECT_EQ(Place(), "Lager.Melden");
+    Trigger("mnuBearbeiten_RouBew3");
+    EXPECT_EQ(Place(), "Lager.Zugang");
+    EXPECT_EQ(Line(), 6);
+  }
 }
 
 TEST_F(NavigationTest, DefinitionLooksAtHomeFirst) {

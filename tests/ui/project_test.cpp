@@ -208,19 +208,19 @@ TEST_F(ProjectTest, DamagedIndexIsToldAndTheHostTreeStays) {
 
 TEST_F(ProjectTest, SavedProjectIsTheCurrentOne) {
   StartWithProject();
-  std::filesystem::create_directories(Folder("Ziel") / "Lager");
+  std::filesystem::create_directories(Folder("Ziel") / "Lager [alt]");
   const auto save = [this](Answer overwrite) {
     platform.answers = {overwrite};
-    SaveAs("Lager", Folder("Ziel"));
+    SaveAs("Lager [alt]", Folder("Ziel"));
   };
   save(Answer::kNo);
-  const QString folder = Text(Folder("Ziel") / "Lager") + QDir::separator();
+  const QString folder = Text(Folder("Ziel") / "Lager [alt]") + QDir::separator();
   EXPECT_EQ(platform.TakeText(), "\r\nEin Projekt:" + folder + "existiert schon\r\nÜberschreiben ?");
   EXPECT_EQ(Window().windowTitle(), kUnsaved);
   Tree("treProjekt").expandAll();
   Click(Tree("treProjekt"), ProjectNode(1, 0));
   save(Answer::kYes);
-  EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0 Projekt: Lager");
+  EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0 Projekt: Lager [alt]");
   EXPECT_FALSE(std::filesystem::exists(codedb::DatabasePath(globals.RunTempFolder)));
   EXPECT_EQ(Code().textCursor().selectedText(), "Private");
   Click(Tree("treProjekt"), ProjectNode(0, 0));
@@ -273,6 +273,15 @@ TEST_F(ProjectTest, ReadingFilesOverAProjectAsksFirst) {
   platform.answers = {Answer::kNo};
   Trigger("mnuVB");
   EXPECT_EQ(TextOf(*Tree("treProjekt").model()), "Form\n Laden\nZebra\n Neu\n");
+}
+
+TEST_F(ProjectTest, ScratchFolderThatIsGoneIsMadeAnew) {
+  Start();
+  std::filesystem::remove_all(globals.RunTempFolder.parent_path());
+  Tick(0);
+  Trigger("mnuBearbeiten_Code");
+  EXPECT_EQ(platform.TakeText(), "");
+  EXPECT_EQ(Panel("Modul"), "Form");
 }
 
 TEST_F(ProjectTest, OutlineGoesToTheClipboard) {

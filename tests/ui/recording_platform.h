@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include <quillmate/ui/platform.h>
@@ -27,6 +28,7 @@ class RecordingPlatform : public ui::Platform {
 
   ui::Answer Show(const ui::Message& message) override {
     messages.push_back(message);
+    if (onShow) std::exchange(onShow, nullptr)();
     return Next(answers, message.buttons == ui::Buttons::kOk ? ui::Answer::kOk : ui::Answer::kYes);
   }
   std::optional<QString> AskText(const QString&, const QString& prompt, const QString&) override {
@@ -52,7 +54,6 @@ class RecordingPlatform : public ui::Platform {
   bool OpenHelp(const QString& file, const QString& page) override {
     return hasHelpViewer && Open(page.isEmpty() ? file : file + QStringLiteral("::/") + page);
   }
-  bool OpenWebPage(const QString& address) override { return Open(address); }
   bool StartSystemInformation() override { return Open(QStringLiteral("Systeminformationen")); }
   qint64 Milliseconds() override {
     if (onClock) onClock();
@@ -68,6 +69,8 @@ class RecordingPlatform : public ui::Platform {
   }
 
   QStringList prompts;
+  /// Called once, while the next message is shown.
+  std::function<void()> onShow;
   /// Called whenever the window looks at the clock: with each progress text.
   std::function<void()> onClock;
   qint64 clock = 0;

@@ -96,6 +96,34 @@ TEST_F(SavedProjectTest, WhatIsNoProjectOrBrokenLeavesEverythingAsItWas) {
   EXPECT_TRUE(Tree("treApp").isVisible());
 }
 
+TEST_F(SavedProjectTest, AProjectThatIsWrittenAnewMeanwhileIsNoticed) {
+  StartWithProject();
+  SaveAs("Lager", Folder("Ziel"));
+  platform.messages.clear();
+  // The texts are read ahead.
+  QApplication::processEvents();
+  const fs::path folder = Folder("Ziel") / "Lager";
+  const auto write = [&folder] {
+    files::WriteWholeFile(codedb::ModuleTextPath(folder, 2), "Sub Neu()\r\nEnd Sub\r\n");
+    const auto index = codedb::DatabasePath(folder);
+    fs::last_write_time(index, fs::last_write_time(index) + std::chrono::hours(1));
+  };
+  for (const ui::Answer answer : {ui::Answer::kNo, ui::Answer::kYes}) {
+    write();
+    platform.answers = {answer};
+    Click(Tree("treProjekt"), ProjectNode(1));
+    ExpectMessage("Das Projekt wurde inzwischen von einem anderen Programm neu geschrieben:\r\n" + Text(folder) +
+                      "\r\nNeu laden ?",
+                  ui::MessageIcon::kQuestion);
+    Click(Tree("treProjekt"), ProjectNode(1));
+    EXPECT_EQ(platform.TakeText(), "") << "one question is enough";
+    EXPECT_EQ(Code().toPlainText().startsWith("Option"), answer == ui::Answer::kNo);
+    Trigger("mnuHtml_Modul");
+    EXPECT_EQ(platform.TakeText().contains("neu geschrieben"), answer == ui::Answer::kNo)
+        << "no file of another project is exported";
+  }
+}
+
 TEST_F(SavedProjectTest, AScratchFolderIsNoPlaceForAProject) {
   StartWithProject();
   for (const fs::path& path : {globals.RunTempFolder, globals.ProgramFolder / "TempDateien"}) {

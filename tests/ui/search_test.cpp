@@ -158,6 +158,15 @@ TEST_F(SearchTest, ListsEveryHit) {
   Trigger("mnuBearbeiten_RouBew3");
   EXPECT_EQ(Panel("Modul"), "Suche");
 
+  QTest::keyClick(&Field("txtTreffer"), Qt::Key_Down);
+  EXPECT_TRUE(Hits().hasFocus());
+  QTest::keyClick(&Hits(), Qt::Key_Down);
+  QTest::keyClick(&Hits(), Qt::Key_Enter);
+  EXPECT_EQ(Found(), "Suche 3:7 Menge");
+  QTest::keyClick(&Hits(), Qt::Key_Escape);
+  EXPECT_FALSE(Window().findChild<QDockWidget*>("fraTreffer")->isVisible());
+  Trigger("mnuBearbeiten_Suchen_Alle");
+
   ListHits("PUBLIC SUB S");
   EXPECT_EQ(HitRows(), (QStringList{"Suche|Suchen|1|Public Sub Suchen()"})) << "from the first character on";
   EXPECT_EQ(Panel("lblTreffer"), "1 Treffer");
@@ -280,20 +289,24 @@ TEST_F(SearchTest, FilterGoesWithItsProject) {
 }
 
 TEST_F(SearchTest, RoutinesComeInTheOrderOfTheSource) {
+  // Numbers count by kind.
+  AddModule("c.bas", "Attribute VB_Name = \"Teil\"\r\nFunction Zwei()\r\nEnd Function\r\nSub Eins()\r\nEnd Sub\r\n");
+  StartWithProject();
   QTreeView& tree = Tree("treProjekt");
   tree.setExpanded(ProjectNode(0), true);
   Click(tree, ProjectNode(0, 0));
   Trigger("mnuAnsicht_Quellreihenfolge");
-  EXPECT_EQ(TextOf(*tree.model()), "Lager\n Laden\n Ablegen\nSuche\n Suchen\n");
+  EXPECT_EQ(TextOf(*tree.model()), "Lager\n Laden\n Ablegen\nSuche\n Suchen\nTeil\n Zwei\n Eins\n");
   EXPECT_TRUE(tree.isExpanded(ProjectNode(0)));
   EXPECT_EQ(tree.currentIndex().data(), "Ablegen");
   EXPECT_EQ(settings->ReadSetting("ansicht", "quellreihenfolge"), "-1");
   Click(tree, ProjectNode(0, 0));
   EXPECT_EQ(Panel("Routine"), "Laden");
   StartWithProject();
-  EXPECT_EQ(TextOf(*Tree("treProjekt").model()), "Lager\n Laden\n Ablegen\nSuche\n Suchen\n");
+  EXPECT_EQ(TextOf(*Tree("treProjekt").model()), "Lager\n Laden\n Ablegen\nSuche\n Suchen\nTeil\n Zwei\n Eins\n");
   Trigger("mnuExtras_Struktur");
-  EXPECT_EQ(platform.clipboard.text, "Lager\r\n\tAblegen\r\n\tLaden\r\nSuche\r\n\tSuchen\r\n");
+  EXPECT_EQ(platform.clipboard.text,
+            "Lager\r\n\tAblegen\r\n\tLaden\r\nSuche\r\n\tSuchen\r\nTeil\r\n\tEins\r\n\tZwei\r\n");
 }
 
 TEST_F(SearchTest, LineNumbersAreRemembered) {

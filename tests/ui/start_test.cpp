@@ -65,7 +65,7 @@ TEST_F(StartTest, OffersToForgetSourcesThatCannotBeReadWhenAskedToLookAgain) {
   for (const Answer answer : {Answer::kNo, Answer::kYes}) {
     platform.messages.clear();
     platform.answers = {Answer::kOk, answer};
-    Trigger("mnuAnsicht_App_Aktualisieren");
+    Trigger(answer == Answer::kNo ? "refresh" : "mnuAnsicht_App_Aktualisieren");
     ASSERT_EQ(platform.messages.size(), 2U);
     EXPECT_EQ(platform.messages[1].text.toStdString(), "Diese Quellen lassen sich nicht lesen:\r\n\r\n" +
                                                            unreadable[0] + "\r\n" + unreadable[1] +
@@ -84,12 +84,43 @@ TEST_F(StartTest, AddsFilesAndFoldersAndForgetsWhatIsNoSource) {
   EXPECT_EQ(HostNode(0, 1).data(Qt::CheckStateRole), Qt::Checked) << "adding a source unticks nothing";
   EXPECT_EQ(Remembered(), (std::vector<std::string>{files::PathText(Sources()), Path("Zebra.bas")}));
   EXPECT_TRUE(platform.TakeText().contains("bild.png: "));
+  EXPECT_EQ(Tree("treApp").currentIndex().data(), "Zebra [Zebra.bas]");
 
   platform.folders = {QString::fromStdString(files::PathText(Sources()) + "/")};
   Trigger("mnuDatei_Ordner");
   EXPECT_EQ(Remembered().size(), 2U) << "a known source is not added twice";
   Drop({QString::fromStdString(Path("Form.frm"))});
   EXPECT_EQ(Tree("treApp").model()->rowCount(), 3);
+}
+
+TEST_F(StartTest, AddingASourceLeavesTheProject) {
+  const QStringList form = {QString::fromStdString(Path("Form.frm"))};
+  StartWithProject();
+  platform.answers = {Answer::kCancel};
+  Drop(form);
+  EXPECT_TRUE(Tree("treProjekt").isVisible());
+  // Dropped while a question is open: it is taken afterwards.
+  platform.onShow = [&] { Drop(form); };
+  LeaveProject();
+  EXPECT_EQ(Tree("treApp").model()->rowCount(), 1);
+  QApplication::processEvents();
+  EXPECT_EQ(Tree("treApp").model()->rowCount(), 2);
+  Tick(0);
+  Trigger("doit");
+  platform.answers = {Answer::kNo};
+  Drop({QString::fromStdString(Path("Zebra.bas"))});
+  EXPECT_TRUE(Tree("treApp").isVisible());
+  EXPECT_EQ(Tree("treApp").currentIndex().data(), "Zebra [Zebra.bas]");
+}
+
+TEST_F(StartTest, ListsAllThatCannotBeRead) {
+  std::vector<std::string> sources;
+  for (char name = 'a'; name < 'a' + 10; ++name) sources.push_back(Path(std::string(1, name).c_str()));
+  settings::SaveSources(*settings, sources);
+  platform.answers = {Answer::kOk, Answer::kNo};
+  Start();
+  EXPECT_TRUE(platform.messages[0].detail.endsWith("... und 2 weitere"));
+  EXPECT_EQ(platform.messages[0].list.count("\r\n"), 9);
 }
 
 TEST_F(StartTest, RemovesASource) {

@@ -53,8 +53,9 @@ void Interaction::Attempt(const std::function<void()>& step) {
   }
 }
 
-Answer Interaction::Show(std::string_view text, MessageIcon icon, Buttons buttons, std::string_view detail) {
-  return platform_.Show({title_, FromUtf8(text), icon, buttons, FromUtf8(detail)});
+Answer Interaction::Show(std::string_view text, MessageIcon icon, Buttons buttons, std::string_view detail,
+                         std::string_view list) {
+  return platform_.Show({title_, FromUtf8(text), icon, buttons, FromUtf8(detail), FromUtf8(list)});
 }
 
 void Interaction::ShowProgress(std::string_view text) {

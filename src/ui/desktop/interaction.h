@@ -33,7 +33,7 @@ class Interaction : public QObject {
 
   /// Message box. Texts are UTF-8.
   Answer Show(std::string_view text, MessageIcon icon = MessageIcon::kNone, Buttons buttons = Buttons::kOk,
-              std::string_view detail = {});
+              std::string_view detail = {}, std::string_view list = {});
   /// What long work is at, UTF-8; empty when the work is done. Keeps the desktop from taking the program for dead.
   void ShowProgress(std::string_view text);
 

@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileDialog>
@@ -11,7 +10,6 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
-#include <QUrl>
 #include <algorithm>
 #include <iterator>
 
@@ -78,6 +76,9 @@ Answer AnswerOf(int button) {
 
 QString DialogText(QString text) { return text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")); }
 
+/// A title bar has one line.
+QString DialogTitle(QString text) { return text.replace(QStringLiteral("\r\n"), QStringLiteral(" ")); }
+
 QString ExistingFolder(const QString& start) {
   return !start.isEmpty() && QDir(start).exists() ? start : QDir::homePath();
 }
@@ -125,6 +126,8 @@ class RealPlatform : public Platform {
     QMessageBox box(BoxIcon(message.icon), message.title, DialogText(message.text), QMessageBox::NoButton, Owner());
     box.setTextFormat(Qt::PlainText);
     box.setInformativeText(DialogText(message.detail));
+    box.setDetailedText(DialogText(message.list));
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     AddButtons(box, message.buttons);
     return AnswerOf(box.exec());
   }
@@ -138,7 +141,8 @@ class RealPlatform : public Platform {
   }
 
   QString ChooseFolder(const QString& title, const QString& start) override {
-    return QDir::toNativeSeparators(QFileDialog::getExistingDirectory(Owner(), title, ExistingFolder(start)));
+    return QDir::toNativeSeparators(
+        QFileDialog::getExistingDirectory(Owner(), DialogTitle(title), ExistingFolder(start)));
   }
 
   QStringList ChooseFiles(const QString& title, const QString& start, const QString& filter) override {
@@ -171,7 +175,6 @@ class RealPlatform : public Platform {
 
   bool OpenInBrowser(const QString& file) override { return OpenFile(file); }
   bool OpenHelp(const QString& file, const QString& page) override { return OpenCompiledHelp(file, page); }
-  bool OpenWebPage(const QString& address) override { return QDesktopServices::openUrl(QUrl(address)); }
   bool StartSystemInformation() override {
     return std::any_of(std::begin(kSystemTools), std::end(kSystemTools), [](const char* tool) {
       const QString program = QStandardPaths::findExecutable(QString::fromLatin1(tool));

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <set>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -68,15 +69,26 @@ std::string StatusText(const host::ListResult& result, int locked) {
   return trouble.empty() || left.empty() ? trouble + left : trouble + "; " + left;
 }
 
+std::string Lines(std::span<const host::SourceProblem> problems) {
+  std::string lines;
+  for (const host::SourceProblem& problem : problems) lines += "\r\n" + problem.source + ": " + problem.reason;
+  return lines;
+}
+
 /// `ofHost`: lines about the running host, shown whole.
 std::string ProblemText(const std::string& ofHost, const std::vector<host::SourceProblem>& problems) {
   if (ofHost.empty() && problems.empty()) return {};
   std::string text = "Folgendes konnte nicht gelesen werden:\r\n";
   if (!ofHost.empty()) text += "\r\n" + ofHost;
   const std::size_t named = std::min(problems.size(), kNamedProblems);
-  for (std::size_t i = 0; i < named; ++i) text += "\r\n" + problems[i].source + ": " + problems[i].reason;
+  text += Lines(std::span(problems).first(named));
   if (problems.size() > named) text += "\r\n... und " + std::to_string(problems.size() - named) + " weitere";
   return text;
+}
+
+/// All of them where the text names only some.
+std::string ProblemList(const std::vector<host::SourceProblem>& problems) {
+  return problems.size() > kNamedProblems ? Lines(problems).substr(2) : std::string();
 }
 
 bool Exists(const std::string& source) { return QFileInfo::exists(FromUtf8(source)); }
@@ -141,10 +153,11 @@ host::ListResult SourceList::List(bool keepTicks) {
 void SourceList::Tell(const host::ListResult& result) {
   const std::string text = host::RefreshMessage(result, model_->Tree(), services_.hostName);
   const std::string problems = ProblemText(result.problem, services_.documents.Problems());
+  const std::string list = ProblemList(services_.documents.Problems());
   if (!text.empty()) {
-    interaction_.Show(text, MessageIcon::kInformation, Buttons::kOk, problems);
+    interaction_.Show(text, MessageIcon::kInformation, Buttons::kOk, problems, list);
   } else if (!problems.empty()) {
-    interaction_.Show(problems, MessageIcon::kExclamation);
+    interaction_.Show(problems, MessageIcon::kExclamation, Buttons::kOk, {}, list);
   }
 }
 

@@ -47,8 +47,6 @@ class DocumentHost : public HostAutomation {
 
   /// The sources, in the order in which they are listed. Takes effect at the next listing.
   void SetSources(std::vector<std::filesystem::path> sources);
-  /// Projects of this host's files are listed before all others. Takes effect at the next listing.
-  void SetOwnHost(office::OfficeHost host);
   /// Sources and files that the last listing had to leave out.
   const std::vector<SourceProblem>& Problems() const noexcept;
 

@@ -70,6 +70,9 @@ void CleanScratchRoot(const std::filesystem::path& scratchRoot) noexcept;
 /// too, `RunTempFolder` stays empty and exports will report their errors.
 void MakeRunFolder(AppGlobals& globals, InstanceMark& mark, const settings::SettingsStore& store);
 
+/// Makes another folder for this run when somebody has removed its own; no project may be loaded then.
+void EnsureRunFolder(AppGlobals& globals);
+
 /// End of the run: closes the database and removes the run's scratch folder, never that of a saved project. Errors are
 /// ignored. The instance mark must outlive it.
 void EndRun(AppGlobals& globals) noexcept;

@@ -25,6 +25,8 @@ struct Message {
   Buttons buttons = Buttons::kOk;
   /// What went wrong in detail, shown below the text; usually empty.
   QString detail;
+  /// A list too long for the text, one entry a line, to be looked through and copied; usually empty.
+  QString list{};
 };
 
 /// What a save dialog starts with.
@@ -77,8 +79,6 @@ class Platform {
   /// Opens compiled help (.chm) at one of its pages, named as in the file ("hilfe/suche.html"); at its start when
   /// `page` is empty. False when there is no viewer.
   virtual bool OpenHelp(const QString& file, const QString& page) = 0;
-  /// Opens a page of the web by its address; false when there is no browser.
-  virtual bool OpenWebPage(const QString& address) = 0;
   /// Starts the desktop's tool for system information; false when there is none.
   virtual bool StartSystemInformation() = 0;
   /// A clock that only goes forward, in milliseconds.
