@@ -82,7 +82,7 @@ TEST(Template, EveryBuildMakesTheSameSmallFile) {
   const fs::path again = folder.Path() / kTemplateFile;
   files::WriteWholeFile(again, "alt");
   // A relative name, for which no shell needs to know umlauts.
-  const fs::path tool = tests::ProgramFolder().parent_path() / "tools" / "make_template";
+  const fs::path tool = fs::absolute(tests::ProgramFolder()).parent_path() / "tools" / "make_template";
   const std::string command =
       '"' + files::PathText(fs::path(tool).make_preferred()) + "\" " + std::string(kTemplateFile);
   const fs::path before = fs::current_path();

@@ -280,7 +280,7 @@ TEST_F(ProjectReader, FactsKeepWhatTheIndexLacks) {
   EXPECT_EQ(ShownFacts(scratch_.Path()), (Texts{"a.Klasse 1 class 0: -", "a.Kurz 0 standard 0: Public X",
                                                 "b.kyrillisch 2 standard 2: Sub B()\r\n'\xD0\x9F\xD1\x80\r\nEnd Sub"}));
   EXPECT_EQ(report.replacedCharacters,
-            Texts{files::PathText(sources_ / "b/kyrillisch.bas") + ": 2 Zeichen wurden durch \"?\" ersetzt"});
+            Texts{files::PathText(sources_ / "b" / "kyrillisch.bas") + ": 2 Zeichen wurden durch \"?\" ersetzt"});
   const codedb::ModuleFacts module = codedb::ReadFacts(scratch_.Path())->modules.at(0);
   EXPECT_EQ(module.predeclared, true);
   EXPECT_TRUE(module.linesOfFile);
