@@ -16,16 +16,14 @@ constexpr std::string_view kNowhere = "nirgends verwendet";
 
 /// What the references to a symbol come to.
 struct Evidence {
-  bool used = false;     ///< surely, by something else
-  bool self = false;     ///< surely, but only by itself
-  bool written = false;  ///< a variable that is surely written
-  bool bound = false;    ///< implemented or handled, which calls nothing
+  bool used = false;                                                        ///< surely, by something else
+  bool self = false;                                                        ///< surely, but only by itself
+  bool written = false;                                                     ///< a variable that is surely written
+  bool bound = false;                                                       ///< implements a member that nobody calls
   Index text = kNone, ambiguous = kNone, byName = kNone, inactive = kNone;  ///< numbers of the first such references
 };
 
-bool IsVariable(SymbolKind kind) {
-  return kind == SymbolKind::kVariable || kind == SymbolKind::kParameter || kind == SymbolKind::kTypeMember;
-}
+bool IsVariable(SymbolKind kind) { return kind == SymbolKind::kVariable || kind == SymbolKind::kParameter; }
 
 class Grader {
  public:
@@ -126,18 +124,6 @@ void Grader::Weigh(SymbolId id, Index number, Evidence& evidence) const {
     case Certainty::kInactive:
       return first(evidence.inactive);
   }
-  if (stored.form == Form::kImplements && (stored.flags & reference_flag::kDeclaration) != 0) {
-    evidence.bound = true;
-    return;
-  }
-  if (stored.form == Form::kWithEvents) {
-    evidence.bound = true;
-    return;
-  }
-  if (stored.form == Form::kNamedArgument) {
-    evidence.written = true;
-    return;
-  }
   if (IsVariable(symbol.kind) && (stored.flags & (reference_flag::kDeclaration | reference_flag::kString)) == 0 &&
       data_.UseOf(stored, id) == Use::kWrite) {
     // The variable of a loop has to be there, read or not.
@@ -175,7 +161,8 @@ void Grader::CollectThroughMember(SymbolId routine, Evidence& evidence) const {
   if (handler == nullptr || handler->target == kNone) return;
   Evidence member;
   data_.AnyReference(handler->target, [&](Index number) {
-    Weigh(handler->target, number, member);
+    const StoredReference& stored = data_.Stored(number, data_.ModuleOfReference(number));
+    if ((stored.flags & reference_flag::kDeclaration) == 0) Weigh(handler->target, number, member);
     return member.used;
   });
   evidence.used = member.used || member.written;
@@ -307,9 +294,7 @@ std::optional<UnusedSymbol> Grader::Of(SymbolId id) const {
                         PlaceOf(evidence.byName, id)};
   }
   if (evidence.bound) {
-    const bool event = symbol.kind == SymbolKind::kEvent;
-    return UnusedSymbol{
-        id, Grade::kPossible, event ? "behandelt, aber nie ausgelöst" : "implementiert, aber nirgends aufgerufen", {}};
+    return UnusedSymbol{id, Grade::kPossible, "implementiert ein Element, das niemand aufruft", {}};
   }
   if (std::string reason = Possible(id); !reason.empty())
     return UnusedSymbol{id, Grade::kPossible, std::move(reason), {}};
