@@ -21,7 +21,7 @@ TEST_F(HostTest, ItsProjectsStandBeforeTheInputs) {
   EXPECT_NE(result.err.find(": Das Projekt ist gesperrt\n"), std::string::npos) << result.err;
   EXPECT_NE(result.err.find(Full("weg.bas") + ": "), std::string::npos) << result.err;
   EXPECT_EQ(Run("index --host --edition Word -o p").status, 0);
-  EXPECT_EQ(Names("p"), "M1.txt Quillmate.mdb");
+  EXPECT_EQ(Names("p"), "Fakten.db M1.txt Quillmate.mdb");
   EXPECT_EQ(Run("site --host --edition word -o doku").status, 0);
   EXPECT_NE(Read("doku/index.html").find("<h1>Makroprojekt</h1>"), std::string::npos);
 }
