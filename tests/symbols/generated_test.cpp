@@ -155,7 +155,8 @@ TEST(Generated, ChangedProjectsGiveSoundAnswersOnAnyNumberOfThreads) {
           ASSERT_EQ(language::FoldName(spelled), name) << "seed " << seed << "\n" << AllTexts(project.sources);
         }
         const auto there = index.NameAt(reference.module, reference.line, reference.column);
-        ASSERT_TRUE(there.has_value()) << "seed " << seed << " " << PlaceText(index, reference) << "\n" << AllTexts(project.sources);
+        ASSERT_TRUE(there.has_value()) << "seed " << seed << " " << PlaceText(index, reference) << "\n"
+                                       << AllTexts(project.sources);
         ASSERT_TRUE(std::ranges::find(there->targets, symbol) != there->targets.end() || there->declares)
             << "seed " << seed << " " << PlaceText(index, reference) << "\n"
             << AllTexts(project.sources);
