@@ -21,11 +21,10 @@ void CopyFile(const fs::path& from, const fs::path& to) { files::WriteWholeFile(
 void CopyProject(const fs::path& from, const fs::path& to) {
   codedb::CodeDatabase database;
   OpenIndex(database, from);
-  for (const codedb::ModuleRecord& module : codedb::ReadIndex(database)) {
-    const int number = static_cast<int>(module.number);
-    CopyFile(codedb::ModuleTextPath(from, number), codedb::ModuleTextPath(to, number));
+  for (const codedb::ModuleRecord& module : database.ReadIndex()) {
+    CopyFile(codedb::ModuleTextPath(from, module.number), codedb::ModuleTextPath(to, module.number));
   }
-  CopyFile(codedb::DatabasePath(from), codedb::DatabasePath(to));
+  CopyFile(codedb::CodeDbPath(from), codedb::CodeDbPath(to));
   std::error_code ignored;
   if (fs::is_regular_file(codedb::FactsPath(from), ignored)) {
     CopyFile(codedb::FactsPath(from), codedb::FactsPath(to));

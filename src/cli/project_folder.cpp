@@ -131,7 +131,7 @@ void NewProjectFolder::CheckTarget(bool overwrite) const {
   if (!overwrite) {
     Fail(target_, "Der Ordner existiert schon; --force überschreibt ein Projekt");
   }
-  const bool isProject = fs::exists(codedb::DatabasePath(target_), error);
+  const bool isProject = fs::exists(codedb::CodeDbPath(target_), error);
   if (!isProject && !EntriesOf(target_).empty()) {
     Fail(target_, "Der Ordner ist kein Projekt und nicht leer; er wird nicht überschrieben");
   }

@@ -48,7 +48,7 @@ void CheckOutputIsNoInput(const Invocation& invocation) {
 bool IsSavedProject(const Invocation& invocation) {
   for (const std::string& input : invocation.inputs) {
     std::error_code ignored;
-    if (fs::exists(codedb::DatabasePath(files::PathFromText(input)), ignored)) {
+    if (fs::exists(codedb::CodeDbPath(files::PathFromText(input)), ignored)) {
       if (invocation.inputs.size() > 1 || invocation.host) {
         throw UsageError(input + " ist ein gespeichertes Projekt und muss die einzige Eingabe sein");
       }
@@ -82,7 +82,7 @@ void ReadSources(const Invocation& invocation, const settings::Options& options,
 }
 
 void OpenIndex(codedb::CodeDatabase& database, const fs::path& folder) try {
-  database.Open(codedb::DatabasePath(folder));
+  database.OpenCodeDatabase(folder);
 } catch (const codedb::DatabaseError& error) {
   throw CommandFailure(codedb::BrokenProjectMessage(folder) + ": " + error.what());
 }

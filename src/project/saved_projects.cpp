@@ -22,7 +22,7 @@ bool IsFolder(const std::string& path) {
 
 bool IsProjectFolder(const std::filesystem::path& folder) {
   std::error_code ignored;
-  return std::filesystem::is_regular_file(codedb::DatabasePath(folder), ignored);
+  return std::filesystem::is_regular_file(codedb::CodeDbPath(folder), ignored);
 }
 
 std::string ProjectNameOf(const std::string& folder) {

@@ -106,7 +106,7 @@ void EnsureRunFolder(AppGlobals& globals) {
 }
 
 void EndRun(AppGlobals& globals) noexcept try {
-  globals.CodeDb.Close();
+  globals.CodeDb.CloseCodeDatabase();
   globals.TempFolder = globals.RunTempFolder;
   RemoveRunFolder(globals.TempFolder);
 } catch (...) {

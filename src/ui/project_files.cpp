@@ -75,11 +75,11 @@ bool ProjectCommands::SaveProject() {
   fs::path left;
   if (!fs::equivalent(source, folder, ignored)) {
     const Working working(interaction_);
-    globals_.CodeDb.Close();
+    globals_.CodeDb.CloseCodeDatabase();
     try {
       left = ReplaceProjectFolder(source, folder);
     } catch (...) {
-      globals_.CodeDb.Open(codedb::DatabasePath(source));
+      globals_.CodeDb.OpenCodeDatabase(source);
       throw;
     }
   }

@@ -136,9 +136,9 @@ void Navigate(Project& project) {
   navigation::CodeViews views;
   views.Load(project.folder, count);
   navigation::AllHits(project.database, views, "e", false);
-  for (int i = 0; i < count; ++i) {
-    for (const long line : {0L, 1L, 3L, 100L}) {
-      navigation::BuildZoomView(project.database, views.View(i), views.Runs(i), i, line);
+  for (codedb::ViewIndex i; i.value < count; ++i.value) {
+    for (const std::int32_t line : {0, 1, 3, 100}) {
+      navigation::BuildZoomView(project.database, views.View(i), views.Runs(i), i, {line});
     }
   }
 }
@@ -150,10 +150,10 @@ void AskForRoutines(Project& project) {
   for (std::size_t i = 0; i < project.modules.size(); ++i) {
     for (const codedb::RoutineRecord& routine : project.modules[i].routines) {
       if (left-- == 0) return;
-      const int view = static_cast<int>(i);
+      const codedb::ViewIndex view{static_cast<std::int32_t>(i)};
       Try([&] { navigation::FindCallers(project.database, texts, view, routine.name); });
       Try([&] { navigation::FindDefinition(project.database, view, routine.name); });
-      Try([&] { navigation::RoutineStartLine(project.database, static_cast<long>(routine.number)); });
+      Try([&] { project.database.StartOf(routine.number); });
     }
   }
 }

@@ -257,7 +257,7 @@ TEST_F(ProjectTest, VanishedModuleIsNamedAndTheOthersAreRead) {
 
 TEST_F(ProjectTest, ModuleTextThatIsGoneIsToldAndNothingMoves) {
   StartWithProject();
-  std::filesystem::remove(codedb::ModuleTextPath(globals.TempFolder, 2));
+  std::filesystem::remove(codedb::ModuleTextPath(globals.TempFolder, {2}));
   Click(Tree("treProjekt"), ProjectNode(1));
   EXPECT_TRUE(platform.TakeText().contains("M2.txt"));
   EXPECT_EQ(Panel("Modul"), "Form");

@@ -149,8 +149,8 @@ void CodeEditor::ShowLineNumbers(bool on) {
   PlaceNumbers();
 }
 
-void CodeEditor::NumberFrom(long first) {
-  numbers_->first = first;
+void CodeEditor::NumberFrom(codedb::Line first) {
+  numbers_->first = first.value;
   PlaceNumbers();
 }
 

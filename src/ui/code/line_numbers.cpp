@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kMargin = 5;
 /// A module that grows by a few lines must not shift its code.
-constexpr long kLeastNumber = 999;
+constexpr int kLeastNumber = 999;
 
 const QColor kGround(0xf2, 0xf2, 0xf2);
 const QColor kInk(0x80, 0x80, 0x80);
@@ -25,7 +25,7 @@ LineNumbers::LineNumbers(CodeEditor& editor) : QWidget(&editor), editor_(editor)
 
 int LineNumbers::Width() const {
   if (!isOn || !editor_.ShowsModule()) return 0;
-  const long last = std::max(kLeastNumber, first + editor_.blockCount() - 1);
+  const int last = std::max(kLeastNumber, first + editor_.blockCount() - 1);
   const auto digits = QString::number(last).size();
   return 2 * kMargin + editor_.fontMetrics().horizontalAdvance(QLatin1Char('9')) * static_cast<int>(digits);
 }

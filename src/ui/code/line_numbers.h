@@ -17,7 +17,7 @@ class LineNumbers : public QWidget {
 
   bool isOn = false;
   /// Number of the first line on screen's text: a zoomed routine keeps the numbers it has in its module.
-  long first = 1;
+  int first = 1;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -42,7 +42,7 @@ void ProjectTreeFilter::SetFilter(const QString& text) {
   invalidate();
 }
 
-void ProjectTreeFilter::SetLines(std::vector<long> lines) {
+void ProjectTreeFilter::SetLines(std::vector<codedb::Line> lines) {
   lines_ = std::move(lines);
   sort(lines_.empty() ? -1 : 0);
 }
