@@ -27,8 +27,8 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using Texts = std::vector<std::string>;
 
-/// With a host that stays busy no patience is needed.
-constexpr auto kImpatient = 1ms;
+/// A host that stays busy costs this much time; a silent one is given up after ten times as long.
+constexpr auto kImpatient = 500ms;
 
 /// "key text: image text, image text; ..." of each project with its modules.
 std::string Nodes(const HostTree& tree) {
