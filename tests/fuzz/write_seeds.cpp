@@ -143,9 +143,9 @@ void AddSavedProject(Corpus& corpus) {
   parts[0] = std::string(1, '\0') + files::ReadWholeFile(codedb::DatabasePath(scratch.Path()));
   corpus.Add("saved", Parts(parts));
   // A module with two routines, and numbers that nobody expects.
-  for (const std::string& rows : {std::string("\0\1\1\xe8M\1\6", 7) + std::string("\1\1\1\xe7A\1\2\1\1\3", 10) +
-                                      std::string("\1\2\1\xe7B\2\1\1\4\5", 10),
-                                  std::string("\0\xcb\xe7M\xc8\xc9\1\xc8\xcb\xe7A\xc8\xc9\xca\xcb\xcc", 15)}) {
+  for (const std::string& rows : {std::string("\0\1\1\350M\1\6", 7) + std::string("\1\1\1\347A\1\2\1\1\3", 10) +
+                                      std::string("\1\2\1\347B\2\1\1\4\5", 10),
+                                  std::string("\0\xcb\347M\xc8\xc9\1\xc8\xcb\347A\xc8\xc9\xca\xcb\xcc", 15)}) {
     parts[0] = "\1" + rows;
     corpus.Add("saved", Parts(parts));
   }
