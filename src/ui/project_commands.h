@@ -8,7 +8,7 @@
 #include <vector>
 
 #include <quillmate/host/project_reader.h>
-#include <quillmate/ui/main_window.h>
+#include <quillmate/ui/services.h>
 
 #include "interaction.h"
 #include "project_session.h"

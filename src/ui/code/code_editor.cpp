@@ -1,6 +1,8 @@
 #include "code_editor.h"
 
 #include <QFontInfo>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QWheelEvent>
@@ -34,7 +36,59 @@ QPalette PaperPalette(QPalette palette) {
   return palette;
 }
 
+constexpr int kMargin = 5;
+/// A module that grows by a few lines must not shift its code.
+constexpr long kLeastNumber = 999;
+
+const QColor kGround(0xf2, 0xf2, 0xf2);
+const QColor kInk(0x80, 0x80, 0x80);
+const QColor kCaretInk(0x20, 0x20, 0x20);
+
 }  // namespace
+
+/// The column with the line numbers at the left edge of a code view. Numbers are 1-based, as the index counts lines.
+class LineNumbers : public QWidget {
+ public:
+  explicit LineNumbers(CodeEditor& editor);
+
+  /// Pixels that the numbers of the text on screen need; 0 while they are switched off.
+  int Width() const;
+  QSize sizeHint() const override { return {Width(), 0}; }
+
+  bool isOn = false;
+  /// Number of the first line on screen's text: a zoomed routine keeps the numbers it has in its module.
+  long first = 1;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  CodeEditor& editor_;
+};
+
+LineNumbers::LineNumbers(CodeEditor& editor) : QWidget(&editor), editor_(editor) {
+  setObjectName(QStringLiteral("picZeilen"));
+}
+
+int LineNumbers::Width() const {
+  if (!isOn || !editor_.ShowsModule()) return 0;
+  const long last = std::max(kLeastNumber, first + editor_.blockCount() - 1);
+  const auto digits = QString::number(last).size();
+  return 2 * kMargin + editor_.fontMetrics().horizontalAdvance(QLatin1Char('9')) * static_cast<int>(digits);
+}
+
+void LineNumbers::paintEvent(QPaintEvent* event) {
+  QPainter painter(this);
+  painter.fillRect(event->rect(), kGround);
+  painter.setFont(editor_.font());
+  const int caret = editor_.textCursor().blockNumber();
+  const int height = editor_.fontMetrics().height();
+  editor_.ForEachLineOnScreen([&](int line, int top) {
+    if (top + height < event->rect().top() || top > event->rect().bottom()) return;
+    painter.setPen(line == caret ? kCaretInk : kInk);
+    painter.drawText(0, top, width() - kMargin, height, Qt::AlignRight, QString::number(first + line));
+  });
+}
 
 struct CodeEditor::Page {
   int index = -1;

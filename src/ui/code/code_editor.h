@@ -11,9 +11,10 @@
 #include <quillmate/navigation/code_view.h>
 
 #include "code_style.h"
-#include "line_numbers.h"
 
 namespace quillmate::ui {
+
+class LineNumbers;
 
 /// The code view: shows one module at a time, read-only but with a caret. Caret and selection belong to the module's
 /// CodeView and are kept there; what is built for the screen (a text document for each module) is made when a module is

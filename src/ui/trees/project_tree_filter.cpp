@@ -37,7 +37,10 @@ ProjectTreeFilter::ProjectTreeFilter(ProjectTreeModel& tree) : QSortFilterProxyM
 }
 
 void ProjectTreeFilter::SetFilter(const QString& text) {
-  filter_ = text;
+  const QString before = std::exchange(filter_, text);
+  // What the first letters have not found, more of them do not find either.
+  const bool narrows = !before.isEmpty() && text.startsWith(before) && ranks_.size() == tree_.Tree().nodes.size();
+  if (!narrows) ranks_.assign(tree_.Tree().nodes.size(), Rank::kInside);
   RankNodes();
   invalidate();
 }
@@ -48,20 +51,23 @@ void ProjectTreeFilter::SetLines(std::vector<long> lines) {
 }
 
 void ProjectTreeFilter::RankNodes() {
-  ranks_.clear();
   isShown_.clear();
-  if (filter_.isEmpty()) return;
+  if (filter_.isEmpty()) {
+    ranks_.clear();
+    return;
+  }
   static const Folding folding;
   const std::u16string wanted = filter_.toCaseFolded().toStdU16String();
   const std::vector<navigation::TreeNode>& nodes = tree_.Tree().nodes;
   std::u16string name;
-  for (const navigation::TreeNode& node : nodes) {
-    folding.Fold(node.text, name);
+  for (std::size_t node = 0; node < nodes.size(); ++node) {
+    if (ranks_[node] == Rank::kNone) continue;
+    folding.Fold(nodes[node].text, name);
     const std::size_t at = name.find(wanted);
-    ranks_.push_back(at == std::u16string::npos    ? Rank::kNone
-                     : at > 0                      ? Rank::kInside
-                     : name.size() > wanted.size() ? Rank::kStart
-                                                   : Rank::kWhole);
+    ranks_[node] = at == std::u16string::npos    ? Rank::kNone
+                   : at > 0                      ? Rank::kInside
+                   : name.size() > wanted.size() ? Rank::kStart
+                                                 : Rank::kWhole;
   }
   isShown_.resize(nodes.size());
   for (std::size_t node = 0; node < nodes.size(); ++node) {

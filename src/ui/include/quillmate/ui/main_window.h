@@ -4,28 +4,11 @@
 #include <memory>
 #include <string_view>
 
-#include <quillmate/host/document_host.h>
-#include <quillmate/host/joined_host.h>
-#include <quillmate/settings/settings_store.h>
-#include <quillmate/startup/app_globals.h>
-#include <quillmate/startup/session.h>
-#include <quillmate/ui/platform.h>
+#include <quillmate/ui/services.h>
 
 namespace quillmate::ui {
 
 class Shell;
-
-/// What the window works with. Everything must outlive it.
-struct Services {
-  startup::AppGlobals& globals;
-  startup::InstanceMark& mark;
-  settings::SettingsStore& settings;
-  Platform& platform;
-  /// The user's sources.
-  host::DocumentHost& documents;
-  /// What is listed and read: the documents, and the running host before them where there is one.
-  host::JoinedHost& host;
-};
 
 /// The main window `frmHaupt`. Its widgets carry their names as object names; menu items are QActions named after the
 /// commands ("mnuNeu"), toolbar buttons QActions named after their keys ("doit").
