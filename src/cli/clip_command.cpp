@@ -6,6 +6,7 @@
 #include <quillmate/analysis/scanner.h>
 #include <quillmate/export/html.h>
 #include <quillmate/files/file_bytes.h>
+#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/source_text.h>
 #include <quillmate/startup/edition.h>
@@ -32,7 +33,7 @@ std::string ReadStandardInput() {
     }
   }
   if (std::ferror(stdin) != 0) {
-    throw CommandFailure("Die Standardeingabe kann nicht gelesen werden: " + SystemReason(errno));
+    throw CommandFailure("Die Standardeingabe kann nicht gelesen werden: " + files::ReasonText(errno));
   }
   return bytes;
 }
@@ -43,7 +44,7 @@ void RunClip(const Invocation& invocation) {
   if (invocation.inputs.size() > 1) {
     throw UsageError("Es ist nur eine Datei möglich");
   }
-  CheckOutputIsNoInput(invocation);
+  CheckOutput(invocation);
   const bool fromFile = !invocation.inputs.empty() && invocation.inputs.front() != "-";
   const std::string code = files::DecodeSourceText(
       fromFile ? files::ReadWholeFile(files::PathFromText(invocation.inputs.front()), kLargestCode)

@@ -86,6 +86,8 @@ constexpr std::array kOptions{
     OptionSpec{"--force", "",
                "überschreibt einen vorhandenen Projektordner; site: schreibt auch in einen fremden Ordner", kTakesForce,
                [](Invocation& i, std::string_view) { i.force = true; }},
+    OptionSpec{"--partial", "", "ersetzt ein Projekt auch dann, wenn nicht alles gelesen werden konnte", kTakesPartial,
+               [](Invocation& i, std::string_view) { i.partial = true; }},
     OptionSpec{"--module", "NAME", "nur dieses Modul; callers, definition: von diesem Modul aus", kTakesModule,
                [](Invocation& i, std::string_view value) { i.module = value; }},
     OptionSpec{"--routine", "NAME", "die Routine des Moduls, deren Aufrufer gesucht werden", kTakesRoutine,

@@ -26,6 +26,7 @@ struct Invocation {
   std::optional<std::string> name;
   std::optional<std::string> title;
   bool force = false;
+  bool partial = false;
   bool credit = false;
   bool json = false;
   bool wholeWord = false;
@@ -78,7 +79,8 @@ enum OptionSet : unsigned {
   kTakesDepth = 1U << 15U,
   kTakesBaseline = 1U << 16U,
   kTakesEditorFormat = 1U << 17U,
-  kTakesTagFormat = 1U << 18U
+  kTakesTagFormat = 1U << 18U,
+  kTakesPartial = 1U << 19U
 };
 
 /// One row of the table that the parser, the help, the manual page and the completion of the shell share.

@@ -12,8 +12,9 @@ namespace quillmate::cli {
 namespace {
 
 constexpr std::array kCommands{
-    Command{"index", "-o ORDNER [--force] EINGABE...", "schreibt einen Projektordner, den das Fenster öffnet",
-            kTakesOutput | kTakesForce | kTakesHost, 0, 1, RunIndex},
+    Command{"index", "-o ORDNER [--force] [--partial] EINGABE...",
+            "schreibt einen Projektordner, den das Fenster öffnet",
+            kTakesOutput | kTakesForce | kTakesPartial | kTakesHost, 0, 1, RunIndex},
     Command{"modules", "[--exact] [--json] [-o DATEI] EINGABE...", "Module und Routinen mit allen Feldern des Index",
             kTakesJson | kTakesExact | kTakesOutput | kTakesHost, 0, 1, RunModules},
     Command{"outline", "[--exact] [-o DATEI] EINGABE...", "die Struktur: jedes Modul mit seinen Routinen",

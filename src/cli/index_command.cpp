@@ -1,13 +1,10 @@
-#include <quillmate/codedb/facts.h>
-#include <quillmate/codedb/index_files.h>
-#include <quillmate/codedb/records.h>
-#include <quillmate/files/file_bytes.h>
+#include <quillmate/codedb/project_folder.h>
 #include <quillmate/files/paths.h>
 
 #include "commands.h"
 #include "messages.h"
-#include "project_folder.h"
 #include "project_input.h"
+#include "read_files.h"
 #include "run_options.h"
 
 namespace quillmate::cli {
@@ -15,21 +12,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void CopyFile(const fs::path& from, const fs::path& to) { files::WriteWholeFile(to, files::ReadWholeFile(from)); }
-
-/// The database, the facts and the texts of the modules that it lists.
-void CopyProject(const fs::path& from, const fs::path& to) {
+/// Copies a saved project or reads sources; false when anything was left out.
+bool WriteIndex(const Invocation& invocation, const fs::path& folder) {
+  if (IsSavedProject(invocation)) {
+    codedb::CopyProject(files::PathFromText(invocation.inputs.front()), folder);
+    return true;
+  }
   codedb::CodeDatabase database;
-  OpenIndex(database, from);
-  for (const codedb::ModuleRecord& module : codedb::ReadIndex(database)) {
-    const int number = static_cast<int>(module.number);
-    CopyFile(codedb::ModuleTextPath(from, number), codedb::ModuleTextPath(to, number));
-  }
-  CopyFile(codedb::DatabasePath(from), codedb::DatabasePath(to));
-  std::error_code ignored;
-  if (fs::is_regular_file(codedb::FactsPath(from), ignored)) {
-    CopyFile(codedb::FactsPath(from), codedb::FactsPath(to));
-  }
+  return ReadSources(invocation, RunOptions(invocation), folder, database);
 }
 
 }  // namespace
@@ -38,15 +28,22 @@ void RunIndex(const Invocation& invocation) {
   if (!invocation.output || *invocation.output == "-") {
     throw UsageError("Es fehlt der Ordner hinter -o");
   }
-  const bool saved = IsSavedProject(invocation);
-  NewProjectFolder target(*invocation.output, invocation.force);
-  if (saved) {
-    CopyProject(files::PathFromText(invocation.inputs.front()), target.Path());
-  } else {
-    codedb::CodeDatabase database;
-    ReadSources(invocation, RunOptions(invocation), target.Path(), database);
+  CheckOutput(invocation);
+  const fs::path place = files::PathFromText(*invocation.output);
+  const codedb::FolderState before = codedb::LookAtFolder(place);
+  if (!invocation.force && (before == codedb::FolderState::kProject || before == codedb::FolderState::kEmpty ||
+                            before == codedb::FolderState::kOther)) {
+    throw CommandFailure(files::PathText(files::RealPath(place)) +
+                         ": Der Ordner existiert schon; --force überschreibt ein Projekt");
   }
-  target.Finish();
+  codedb::ProjectReplacement project(files::RealPath(place));
+  const bool whole = WriteIndex(invocation, project.Path());
+  CheckNotRead(*invocation.output, project.Replaced());
+  if (!whole && !invocation.partial && before == codedb::FolderState::kProject) {
+    throw CommandFailure("Nicht alles konnte gelesen werden; das Projekt in " + *invocation.output +
+                         " bleibt, wie es war (--partial ersetzt es trotzdem)");
+  }
+  project.Commit();
 }
 
 }  // namespace quillmate::cli

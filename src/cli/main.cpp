@@ -1,14 +1,12 @@
 #include <cstddef>
-#include <filesystem>
-#include <new>
 #include <string>
 #include <vector>
 
-#include <quillmate/files/paths.h>
+#include <quillmate/files/file_error.h>
+#include <quillmate/files/work_folder.h>
 #include <quillmate/startup/edition.h>
 
 #include "commands.h"
-#include "interruption.h"
 #include "messages.h"
 #include "output.h"
 #include "platform.h"
@@ -55,12 +53,10 @@ int RunProgram(const std::vector<std::string>& arguments) {
     return kExitUsage;
   } catch (const ReaderGone&) {
     return kExitDone;
-  } catch (const std::filesystem::filesystem_error& error) {
-    Complain(files::PathText(error.path1()) + ": " + SystemReason(error.code()));
-  } catch (const std::bad_alloc&) {
-    Complain("Der Speicher reicht nicht");
-  } catch (const std::exception& error) {
+  } catch (const files::FileError& error) {
     Complain(error.what());
+  } catch (const std::exception& error) {
+    Complain(files::FailureText(error));
   }
   return kExitFailed;
 }
@@ -70,6 +66,6 @@ int RunProgram(const std::vector<std::string>& arguments) {
 
 int main(int argc, char** argv) {
   quillmate::cli::PrepareStandardStreams();
-  quillmate::cli::WatchSignals();
+  quillmate::cli::OnEndingSignal(quillmate::files::RemoveWorkFolders);
   return quillmate::cli::RunProgram(quillmate::cli::Arguments(argc, argv));
 }

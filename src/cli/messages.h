@@ -3,7 +3,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 /// What the program says on standard error, and the failures that end a command. Texts are German, UTF-8.
 namespace quillmate::cli {
@@ -41,10 +40,5 @@ void Complain(std::string_view text) noexcept;
 
 /// A name in quotation marks as messages show it.
 std::string Quoted(std::string_view name);
-
-/// Why the system refused something, in German.
-std::string SystemReason(const std::error_code& error);
-/// The same for an `errno` value.
-std::string SystemReason(int code);
 
 }  // namespace quillmate::cli

@@ -1,100 +1,59 @@
 #include "output.h"
 
 #include <cerrno>
-#include <system_error>
-#include <utility>
+#include <cstdio>
 
+#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/text/windows1252.h>
 
 #include "messages.h"
 #include "platform.h"
+#include "read_files.h"
 #include "terminal_text.h"
 
 namespace quillmate::cli {
 namespace {
 
-namespace fs = std::filesystem;
-
 /// Large pieces pass by the buffer, so this only gathers the small ones.
 constexpr std::size_t kBufferSize = std::size_t{1} << 16U;
 
-/// The file itself when the target is a symbolic link to one.
-fs::path FollowLinks(const fs::path& target) {
-  std::error_code error;
-  fs::path real = fs::exists(target, error) ? files::RealPath(target, error) : target;
-  return error ? target : real;
+void CheckStandardOutput(bool done) {
+  if (done) {
+    return;
+  }
+  const int code = WriteError();
+  if (code == EPIPE) {
+    throw ReaderGone();
+  }
+  throw CommandFailure("Standardausgabe kann nicht geschrieben werden: " + files::ReasonText(code));
 }
 
-/// One of the names for a temporary file beside a target; they differ from those of every other running process.
-fs::path TemporaryName(const fs::path& target, int attempt) {
-  return target.parent_path() / (".quillmate-" + std::to_string(ProcessNumber()) + "-" + std::to_string(attempt));
+/// Runs a step of writing a file.
+template <typename Step>
+void Run(Step step) try {
+  step();
+} catch (const files::FileError& error) {
+  if (error.Code() == std::errc::broken_pipe) {
+    throw ReaderGone();
+  }
+  throw;
 }
 
 }  // namespace
 
 Output::Output(const std::optional<std::string>& target, Encoding encoding) : encoding_(encoding) {
   if (!target || *target == "-") {
-    name_ = "Standardausgabe";
-    stream_ = stdout;
-  } else {
-    name_ = *target;
-    OpenFile(*target);
+    isTerminal_ = IsTerminal(stdout);
+    std::setvbuf(stdout, nullptr, _IOFBF, kBufferSize);
+    return;
   }
-  isTerminal_ = IsTerminal(stream_);
-  std::setvbuf(stream_, nullptr, _IOFBF, kBufferSize);
+  name_ = *target;
+  CheckTarget();
+  file_.emplace(files::PathFromText(name_));
 }
 
-Output::~Output() {
-  if (stream_ != nullptr && stream_ != stdout) {
-    std::fclose(stream_);
-  }
-}
-
-void Output::OpenFile(const std::string& target) {
-  target_ = FollowLinks(files::PathFromText(target));
-  std::error_code ignored;
-  const fs::file_status status = fs::status(target_, ignored);
-  if (fs::is_directory(status)) {
-    Fail(EISDIR);
-  }
-  if (IsDevice(target_)) {
-    stream_ = OpenStream(target_, OpenMode::kExisting);
-    return stream_ == nullptr ? Fail(errno) : void();
-  }
-  if (fs::exists(status)) {
-    CheckWritable();
-  }
-  OpenTemporary();
-  if (fs::exists(status)) {
-    fs::permissions(temporary_->Path(), status.permissions(), ignored);
-  }
-}
-
-/// A write-protected file stays, although the folder would let another take its place.
-void Output::CheckWritable() const {
-  std::FILE* const probe = OpenStream(target_, OpenMode::kExisting);
-  if (probe == nullptr) {
-    Fail(errno);
-  }
-  std::fclose(probe);
-}
-
-void Output::OpenTemporary() {
-  int reason = EEXIST;
-  temporary_ = std::make_unique<Leftover>([&] {
-    fs::path path;
-    for (int attempt = 1; stream_ == nullptr && reason == EEXIST; ++attempt) {
-      path = TemporaryName(target_, attempt);
-      stream_ = OpenStream(path, OpenMode::kNew);
-      reason = errno;
-    }
-    return stream_ == nullptr ? fs::path() : path;
-  });
-  if (stream_ == nullptr) {
-    Fail(reason);
-  }
-}
+void Output::CheckTarget() const { CheckNotRead(name_, {files::PathFromText(name_)}); }
 
 void Output::Write(std::string_view bytes) {
   if (isTerminal_) {
@@ -112,8 +71,10 @@ void Output::Show(std::string_view bytes, bool last) {
 }
 
 void Output::WriteBytes(std::string_view bytes) {
-  if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size()) {
-    Fail(WriteError());
+  if (file_) {
+    Run([&] { file_->Write(bytes); });
+  } else {
+    CheckStandardOutput(std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size());
   }
 }
 
@@ -121,37 +82,11 @@ void Output::Finish() {
   if (isTerminal_) {
     Show({}, true);
   }
-  if (std::fflush(stream_) != 0) {
-    Fail(WriteError());
+  if (!file_) {
+    return CheckStandardOutput(std::fflush(stdout) == 0);
   }
-  if (stream_ == stdout) {
-    return;
-  }
-  if (std::fclose(std::exchange(stream_, nullptr)) != 0) {
-    Fail(WriteError());
-  }
-  if (temporary_) {
-    PutInPlace();
-  }
-}
-
-void Output::PutInPlace() try {
-  const RunLock lock;
-  files::RenamePath(temporary_->Path(), target_);
-  temporary_->Release(lock);
-} catch (const fs::filesystem_error& error) {
-  Fail(error.code());
-}
-
-void Output::Fail(int code) const {
-  if (code == EPIPE) {
-    throw ReaderGone();
-  }
-  Fail(std::error_code(code, std::generic_category()));
-}
-
-void Output::Fail(const std::error_code& error) const {
-  throw CommandFailure(name_ + " kann nicht geschrieben werden: " + SystemReason(error));
+  CheckTarget();
+  Run([&] { file_->Commit(); });
 }
 
 void WriteWhole(const std::optional<std::string>& target, std::string_view bytes) {

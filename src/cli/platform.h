@@ -10,7 +10,8 @@
 namespace quillmate::cli {
 
 /// Makes the standard streams safe to use: bytes pass unchanged, a reader that has gone shows as a write error instead
-/// of a signal, and a stream that the caller had closed can't be taken by the next file that is opened.
+/// of a signal, as does a file that grows beyond the caller's limit, and a stream that the caller had closed can't be
+/// taken by the next file that is opened.
 void PrepareStandardStreams();
 
 /// The command line behind the program's name, UTF-8 (elsewhere than on Windows as the bytes that were given).
@@ -22,10 +23,6 @@ std::vector<std::string> Arguments(int argc, char** argv);
 /// started a signal ends the process at once.
 void OnEndingSignal(void (*cleanUp)());
 
-/// Where an open file can't be removed (Windows): closes this process's files at or below a path, under whoever is
-/// still writing to them. For the end of the process only.
-void CloseFilesIn(const std::filesystem::path& path);
-
 /// The folder of the running executable, symbolic links resolved; empty when the system does not tell.
 std::filesystem::path ExecutableFolder();
 
@@ -34,28 +31,12 @@ bool IsTerminal(std::FILE* stream) noexcept;
 /// Columns of the terminal behind standard error; 80 when it does not tell.
 std::size_t TerminalColumns() noexcept;
 
-/// True for what is written to directly and never replaced: a device, a pipe.
-bool IsDevice(const std::filesystem::path& path);
-
-/// kNew fails when the file is there already, kExisting when it is not; both leave a file that is there as it is.
-enum class OpenMode { kNew, kExisting };
-/// Opens a file for writing its bytes; nothing on failure, with the reason in errno.
-std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept;
-
 /// The errno value of a write that has just failed; EPIPE when the reader has gone.
 int WriteError() noexcept;
 
-/// A number that no other running process of this machine has.
-long ProcessNumber() noexcept;
-
-/// The folder for files that live no longer than a run: the user's choice where there is one, else memory where the
-/// system has a folder in it with plenty of room (a thousand small files cost a disk more than reading them), else the
-/// system's temporary folder. Throws std::filesystem::filesystem_error.
-std::filesystem::path FolderForScratch();
-
-/// Makes a new folder that only this user may enter, `prefix` with something appended, below an existing folder.
-/// Throws std::filesystem::filesystem_error.
-std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent, const char* prefix);
+/// Memory, where the system has a folder in it: a thousand small files cost a disk more than reading them. Empty where
+/// it has none.
+std::filesystem::path MemoryFolder();
 
 /// True where Office programs run that can be asked for their projects.
 bool HostsCanRun() noexcept;

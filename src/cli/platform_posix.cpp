@@ -36,6 +36,7 @@ bool IsIgnored(int signal) {
 
 void PrepareStandardStreams() {
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   // A place holder that can only be read: writing to a closed stream stays an error.
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {
@@ -69,8 +70,6 @@ void OnEndingSignal(void (*cleanUp)()) {
   }
 }
 
-void CloseFilesIn(const std::filesystem::path& /*path*/) {}
-
 std::filesystem::path ExecutableFolder() {
   std::error_code error;
   const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
@@ -84,41 +83,9 @@ std::size_t TerminalColumns() noexcept {
   return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
-bool IsDevice(const std::filesystem::path& path) {
-  std::error_code ignored;
-  const std::filesystem::file_status status = std::filesystem::status(path, ignored);
-  return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
-         !std::filesystem::is_directory(status);
-}
-
-std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept {
-  const int flags = O_WRONLY | O_CLOEXEC | (mode == OpenMode::kNew ? O_CREAT | O_EXCL : 0);
-  const int descriptor = open(file.c_str(), flags, 0666);
-  return descriptor < 0 ? nullptr : fdopen(descriptor, "wb");
-}
-
 int WriteError() noexcept { return errno; }
 
-long ProcessNumber() noexcept { return getpid(); }
-
-std::filesystem::path FolderForScratch() {
-  constexpr const char* kMemoryFolder = "/dev/shm";
-  constexpr std::uintmax_t kPlenty = std::uintmax_t{2} << 30U;
-  if (std::getenv("TMPDIR") == nullptr && access(kMemoryFolder, W_OK) == 0) {
-    std::error_code ignored;
-    const std::filesystem::space_info space = std::filesystem::space(kMemoryFolder, ignored);
-    if (!ignored && space.available >= kPlenty) return kMemoryFolder;
-  }
-  return std::filesystem::temp_directory_path();
-}
-
-std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent, const char* prefix) {
-  std::string name = (parent / (std::string(prefix) + "XXXXXX")).string();
-  if (mkdtemp(name.data()) == nullptr) {
-    throw std::filesystem::filesystem_error("mkdtemp", parent, std::error_code(errno, std::generic_category()));
-  }
-  return name;
-}
+std::filesystem::path MemoryFolder() { return "/dev/shm"; }
 
 bool HostsCanRun() noexcept { return false; }
 

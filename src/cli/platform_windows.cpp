@@ -25,9 +25,6 @@ namespace {
 constexpr UINT kEndedByConsole = 0xC000013A;
 /// Longest path of the system, in characters.
 constexpr std::size_t kLongestPath = 32767;
-/// The system numbers the handles of a process from 4 in steps of 4; this program never has anywhere near as many.
-constexpr long kHandleStep = 4;
-constexpr long kHandlesEnd = 0x4000;
 
 /// The console's code pages as the caller had them.
 UINT outputPage = 0;
@@ -55,31 +52,6 @@ BOOL WINAPI EndByConsole(DWORD /*event*/) {
   RestoreConsole();
   TerminateProcess(GetCurrentProcess(), kEndedByConsole);
   return TRUE;
-}
-
-/// The full path of the file that a handle stands for, in the system's own form; empty for a handle of another kind.
-std::wstring PathOfHandle(HANDLE handle) {
-  if (GetFileType(handle) != FILE_TYPE_DISK) return {};
-  std::wstring path(kLongestPath + 1, L'\0');
-  const DWORD length = GetFinalPathNameByHandleW(handle, path.data(), static_cast<DWORD>(path.size()), 0);
-  path.resize(length <= kLongestPath ? length : 0);
-  return path;
-}
-
-/// Asking after a pipe that somebody is just waiting for would mean waiting with him.
-bool IsStandardStream(HANDLE handle) noexcept {
-  return handle == GetStdHandle(STD_INPUT_HANDLE) || handle == GetStdHandle(STD_OUTPUT_HANDLE) ||
-         handle == GetStdHandle(STD_ERROR_HANDLE);
-}
-
-std::wstring FinalPath(const std::filesystem::path& path) {
-  const HANDLE handle =
-      CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                  OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-  if (handle == INVALID_HANDLE_VALUE) return {};
-  std::wstring final = PathOfHandle(handle);
-  CloseHandle(handle);
-  return final;
 }
 
 }  // namespace
@@ -110,20 +82,6 @@ void OnEndingSignal(void (*cleanUp)()) {
   SetConsoleCtrlHandler(EndByConsole, TRUE);
 }
 
-void CloseFilesIn(const std::filesystem::path& path) {
-  const std::wstring root = FinalPath(path);
-  if (root.empty()) {
-    return;
-  }
-  for (long number = kHandleStep; number < kHandlesEnd; number += kHandleStep) {
-    const HANDLE handle = LongToHandle(number);
-    const std::wstring file = IsStandardStream(handle) ? std::wstring() : PathOfHandle(handle);
-    if (file.starts_with(root) && (file.size() == root.size() || file[root.size()] == L'\\')) {
-      CloseHandle(handle);
-    }
-  }
-}
-
 std::filesystem::path ExecutableFolder() {
   std::wstring path(kLongestPath + 1, L'\0');
   path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
@@ -143,29 +101,11 @@ std::size_t TerminalColumns() noexcept {
 
 bool IsDevice(const std::filesystem::path& path) { return files::AbsolutePath(path).native().starts_with(L"\\\\.\\"); }
 
-std::FILE* OpenStream(const std::filesystem::path& file, OpenMode mode) noexcept {
-  const int flags = _O_WRONLY | _O_BINARY | _O_NOINHERIT | (mode == OpenMode::kNew ? _O_CREAT | _O_EXCL : 0);
-  const int descriptor = _wopen(file.c_str(), flags, _S_IREAD | _S_IWRITE);
-  return descriptor < 0 ? nullptr : _fdopen(descriptor, "wb");
-}
-
 // The library knows only one of the system's two reasons for a pipe's end.
 int WriteError() noexcept { return _doserrno == ERROR_NO_DATA || _doserrno == ERROR_BROKEN_PIPE ? EPIPE : errno; }
 
-long ProcessNumber() noexcept { return static_cast<long>(GetCurrentProcessId()); }
-
-// The folder for temporary files belongs to the user already.
-std::filesystem::path FolderForScratch() { return std::filesystem::temp_directory_path(); }
-
-std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent, const char* prefix) {
-  std::random_device random;
-  for (;;) {
-    std::filesystem::path folder = parent / (prefix + std::to_string(random()));
-    if (std::filesystem::create_directory(folder)) {
-      return folder;
-    }
-  }
-}
+// Temporary files stay in memory there as long as there is room.
+std::filesystem::path MemoryFolder() { return {}; }
 
 bool HostsCanRun() noexcept { return true; }
 

@@ -3,7 +3,8 @@
 #include <cstdio>
 #include <string>
 
-#include "interruption.h"
+#include <quillmate/files/work_folder.h>
+
 #include "messages.h"
 #include "platform.h"
 
@@ -27,7 +28,7 @@ std::string_view Shorten(std::string_view text, std::size_t limit, std::size_t& 
 }
 
 void WriteToTerminal(const std::string& text) {
-  const RunLock lock;
+  const files::EndGuard guard;
   std::fwrite(text.data(), 1, text.size(), stderr);
   std::fflush(stderr);
 }

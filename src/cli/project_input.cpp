@@ -1,10 +1,14 @@
 #include "project_input.h"
 
+#include <cstdint>
+#include <cstdlib>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/project_folder.h>
+#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/host/project_reader.h>
 #include <quillmate/startup/session.h>
@@ -12,7 +16,7 @@
 #include "messages.h"
 #include "platform.h"
 #include "progress_line.h"
-#include "project_folder.h"
+#include "read_files.h"
 #include "run_options.h"
 #include "sources.h"
 
@@ -21,47 +25,74 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void FailRead(const host::ReadReport& report) {
-  if (report.outcome == host::ReadOutcome::kFailed && !report.detail.empty()) {
-    throw CommandFailure("Fehler beim Einlesen: " + report.detail);
+/// Throws FileError.
+std::unique_ptr<files::WorkFolder> MakeScratchFolderIn(const fs::path& place) {
+  return std::make_unique<files::WorkFolder>(place, files::WorkFolder::Access::kPrivate);
+}
+
+/// Memory, unless the user has chosen a place or it is short.
+std::unique_ptr<files::WorkFolder> MakeScratchFolder() {
+  constexpr std::uintmax_t kPlenty = std::uintmax_t{2} << 30U;
+  const fs::path memory = MemoryFolder();
+  const fs::path temporary = files::TemporaryFolder();
+  const char* const chosen = std::getenv("TMPDIR");
+  std::error_code error;
+  const bool hasRoom = !memory.empty() && fs::space(memory, error).available >= kPlenty && !error;
+  // What crashed runs left goes wherever they may have chosen to leave it.
+  if (!memory.empty()) files::MendFolder(memory);
+  files::MendFolder(temporary);
+  try {
+    if (hasRoom && (chosen == nullptr || *chosen == '\0')) return MakeScratchFolderIn(memory);
+  } catch (const files::FileError&) {
+    // There is still the other one.
   }
-  throw CommandFailure(report.message.empty() ? "Fehler beim Einlesen" : report.message);
+  try {
+    return MakeScratchFolderIn(temporary);
+  } catch (const files::FileError& failure) {
+    throw CommandFailure("Im Ordner für temporäre Dateien " + files::PathText(failure.Path()) +
+                         " lässt sich kein Ordner anlegen: " + files::ReasonText(failure.Code()));
+  }
+}
+
+[[noreturn]] void FailRead(const host::ReadReport& report) {
+  if (report.message.empty() || report.outcome == host::ReadOutcome::kFailed) {
+    throw CommandFailure("Fehler beim Einlesen" + (report.detail.empty() ? "" : ": " + report.detail));
+  }
+  throw CommandFailure(report.message);
 }
 
 }  // namespace
 
-void CheckOutputIsNoInput(const Invocation& invocation) {
-  if (!invocation.output) {
+void CheckOutput(const Invocation& invocation) {
+  if (!invocation.output || *invocation.output == "-") {
     return;
   }
-  const fs::path output = files::PathFromText(*invocation.output);
   for (const std::string& input : invocation.inputs) {
-    std::error_code none;
-    const fs::path source = files::PathFromText(input);
-    if (fs::equivalent(output, source, none) ||
-        (IsProjectFile(output.filename()) && fs::equivalent(output, source / output.filename(), none))) {
-      throw UsageError("Die Ausgabe " + *invocation.output + " gehört zur Eingabe");
-    }
+    NoteRead(files::PathFromText(input));
   }
+  CheckNotRead(*invocation.output, {files::PathFromText(*invocation.output)});
 }
 
 bool IsSavedProject(const Invocation& invocation) {
   for (const std::string& input : invocation.inputs) {
-    std::error_code ignored;
-    if (fs::exists(codedb::DatabasePath(files::PathFromText(input)), ignored)) {
+    const fs::path folder = files::PathFromText(input);
+    if (codedb::LookAtFolder(folder) == codedb::FolderState::kProject) {
       if (invocation.inputs.size() > 1 || invocation.host) {
         throw UsageError(input + " ist ein gespeichertes Projekt und muss die einzige Eingabe sein");
       }
+      NoteProjectRead(folder);
+      CheckOutput(invocation);
       return true;
     }
   }
   return false;
 }
 
-void ReadSources(const Invocation& invocation, const settings::Options& options, const fs::path& folder,
+bool ReadSources(const Invocation& invocation, const settings::Options& options, const fs::path& folder,
                  codedb::CodeDatabase& database) {
   Sources sources(invocation);
   const host::HostTree tree = sources.List();
+  CheckOutput(invocation);
   ProgressLine progress;
   const host::ReadRequest request{.folder = folder,
                                   .templateFile = startup::FindProgramPlaces(ExecutableFolder()).templateFile,
@@ -79,6 +110,7 @@ void ReadSources(const Invocation& invocation, const settings::Options& options,
   for (const std::string& line : report.replacedCharacters) {
     Complain(line);
   }
+  return sources.AreWhole();
 }
 
 void OpenIndex(codedb::CodeDatabase& database, const fs::path& folder) try {
@@ -88,11 +120,11 @@ void OpenIndex(codedb::CodeDatabase& database, const fs::path& folder) try {
 }
 
 ProjectInput::ProjectInput(const Invocation& invocation, const settings::Options& options) {
-  CheckOutputIsNoInput(invocation);
+  CheckOutput(invocation);
   if (IsSavedProject(invocation)) {
     folder_ = files::PathFromText(invocation.inputs.front());
   } else {
-    scratch_.emplace();
+    scratch_ = MakeScratchFolder();
     folder_ = scratch_->Path();
     ReadSources(invocation, options, folder_, database_);
   }

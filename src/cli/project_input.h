@@ -2,15 +2,14 @@
 
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include <quillmate/codedb/code_database.h>
+#include <quillmate/files/work_folder.h>
 #include <quillmate/settings/options.h>
 
 #include "command_line.h"
-#include "scratch_folder.h"
 
 namespace quillmate::cli {
 
@@ -19,13 +18,13 @@ namespace quillmate::cli {
 bool IsSavedProject(const Invocation& invocation);
 
 /// Reads the running host's projects where asked for, then the sources in the order given, into an index in `folder`.
-/// What can't be read is named on standard error;
-/// throws CommandFailure when nothing is left.
-void ReadSources(const Invocation& invocation, const settings::Options& options, const std::filesystem::path& folder,
+/// What can't be read is named on standard error; false when anything was. Throws CommandFailure when nothing is left,
+/// UsageError when the output file is one of the files that are read.
+bool ReadSources(const Invocation& invocation, const settings::Options& options, const std::filesystem::path& folder,
                  codedb::CodeDatabase& database);
 
-/// Throws UsageError when the output would be written over an input: the program never writes to what it reads.
-void CheckOutputIsNoInput(const Invocation& invocation);
+/// Throws UsageError when the output is an input, before anything is read.
+void CheckOutput(const Invocation& invocation);
 
 /// Opens the index in `folder`. Throws CommandFailure.
 void OpenIndex(codedb::CodeDatabase& database, const std::filesystem::path& folder);
@@ -41,7 +40,7 @@ class ProjectInput {
   const std::filesystem::path& Folder() const noexcept { return folder_; }
 
  private:
-  std::optional<ScratchFolder> scratch_;
+  std::unique_ptr<files::WorkFolder> scratch_;
   std::filesystem::path folder_;
   codedb::CodeDatabase database_;
 };

@@ -1,5 +1,4 @@
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,41 +8,16 @@
 #include <quillmate/files/paths.h>
 
 #include "commands.h"
-#include "interruption.h"
 #include "messages.h"
 #include "progress_line.h"
 #include "project_input.h"
+#include "read_files.h"
 #include "run_options.h"
 
 namespace quillmate::cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// The folder beside the target in which the site is made; a signal removes it.
-class GuardedSiteFolder {
- public:
-  explicit GuardedSiteFolder(const Invocation& invocation)
-      : leftover_([&] {
-          folder_.emplace(files::PathFromText(*invocation.output), invocation.force);
-          return folder_->Path();
-        }) {}
-
-  const fs::path& Path() const noexcept { return leftover_.Path(); }
-
-  void Finish() {
-    {
-      const RunLock lock;
-      folder_->PutInPlace();
-      leftover_.Release(lock);
-    }
-    folder_->RemoveOld();
-  }
-
- private:
-  std::optional<output::SiteFolder> folder_;
-  Leftover leftover_;
-};
 
 /// The name of the only input without its ending.
 std::string TitleOf(const Invocation& invocation) {
@@ -82,8 +56,8 @@ void RunSite(const Invocation& invocation) {
   if (!invocation.output || *invocation.output == "-") {
     throw UsageError("Es fehlt der Ordner hinter -o");
   }
-  CheckOutputIsNoInput(invocation);
-  GuardedSiteFolder target(invocation);
+  CheckOutput(invocation);
+  output::SiteFolder target(files::PathFromText(*invocation.output), invocation.force);
   const settings::Options options = RunOptions(invocation);
   ProjectInput input(invocation, options);
   const output::SiteProject project = ReadSiteProject(invocation, input);
@@ -91,7 +65,8 @@ void RunSite(const Invocation& invocation) {
   output::WriteSite(project, settings::LookOf(options), target.Path(), [&](std::size_t done, std::size_t total) {
     progress.Show("Schreibe Seite " + std::to_string(done) + " von " + std::to_string(total));
   });
-  target.Finish();
+  CheckNotRead(*invocation.output, target.Replaced());
+  target.Commit();
 }
 
 }  // namespace quillmate::cli

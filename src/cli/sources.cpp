@@ -10,6 +10,7 @@
 
 #include "messages.h"
 #include "platform.h"
+#include "read_files.h"
 
 namespace quillmate::cli {
 namespace {
@@ -54,8 +55,24 @@ void AddLockedProjects(host::HostAutomation& host, const host::HostTree& tree, s
   }
 }
 
-/// Names what could not be read. With no module left, the last complaint is the reason why the command fails.
-void NameProblems(std::vector<std::string> complaints, bool hasModules) {
+}  // namespace
+
+Sources::Sources(const Invocation& invocation)
+    : edition_(startup::EditionOf(invocation.edition).hostName),
+      accessEdition_(invocation.edition == startup::kAccess),
+      withOffice_(invocation.host),
+      office_(edition_),
+      joined_({&office_, &documents_}) {
+  documents_.SetSources(SourcePaths(invocation.inputs));
+}
+
+host::HostAutomation& Sources::Host() noexcept {
+  return withOffice_ ? static_cast<host::HostAutomation&>(joined_) : documents_;
+}
+
+void Sources::NameProblems(std::vector<std::string> complaints, bool hasModules) {
+  whole_ = complaints.empty();
+  NoteFiles();
   std::string reason;
   if (!hasModules) {
     reason =
@@ -72,19 +89,18 @@ void NameProblems(std::vector<std::string> complaints, bool hasModules) {
   }
 }
 
-}  // namespace
-
-Sources::Sources(const Invocation& invocation)
-    : edition_(startup::EditionOf(invocation.edition).hostName),
-      accessEdition_(invocation.edition == startup::kAccess),
-      withOffice_(invocation.host),
-      office_(edition_),
-      joined_({&office_, &documents_}) {
-  documents_.SetSources(SourcePaths(invocation.inputs));
-}
-
-host::HostAutomation& Sources::Host() noexcept {
-  return withOffice_ ? static_cast<host::HostAutomation&>(joined_) : documents_;
+/// A document that is open in a host is a file that is read, too.
+void Sources::NoteFiles() {
+  for (const fs::path& file : documents_.Files()) {
+    NoteRead(file);
+  }
+  const int projects = withOffice_ ? Host().ProjectCount() : 0;
+  for (int i = 1; i <= projects; ++i) {
+    const std::optional<std::string> file = Host().Project(i).fileName;
+    if (file) {
+      NoteRead(files::PathFromText(*file));
+    }
+  }
 }
 
 host::HostTree Sources::List() {

@@ -21,11 +21,17 @@ class Sources {
   /// Everything that can be read, ticked. What can't be read is named on standard error; throws CommandFailure when
   /// nothing is left.
   host::HostTree List();
+  /// False when the listing left anything out.
+  bool AreWhole() const noexcept { return whole_; }
   /// How many projects there are, locked ones included, with every module of one or two lines too: Host() gives them by
   /// their numbers. What can't be read is named on standard error.
   int ListAll();
 
  private:
+  /// Names what could not be read. With no module left, the last complaint is the reason why the command fails.
+  void NameProblems(std::vector<std::string> complaints, bool hasModules);
+  /// Notes what the listing has read.
+  void NoteFiles();
   bool ListsOffice(const host::HostTree& tree) const;
   void ListWithOffice(host::HostTree& tree, std::vector<std::string>& complaints);
 
@@ -35,6 +41,7 @@ class Sources {
   host::ComHost office_;
   host::DocumentHost documents_;
   host::JoinedHost joined_;
+  bool whole_ = true;
 };
 
 }  // namespace quillmate::cli

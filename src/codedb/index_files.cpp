@@ -9,6 +9,7 @@
 #include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/files/file_bytes.h>
+#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/text/marked_walk.h>
 #include <quillmate/text/markers.h>
@@ -45,7 +46,7 @@ std::string MissingTemplateMessage(const fs::path& templateFile) {
 void Remove(const fs::path& file) {
   std::error_code error;
   files::RemovePath(file, error);
-  if (error) throw fs::filesystem_error("remove", file, error);
+  if (error) throw files::FileError(files::FileAction::kRemove, file, error);
 }
 
 /// The earlier file goes first: a link is not written through, and the copy does not inherit a write protection.
@@ -66,8 +67,8 @@ PrepareResult PrepareCodeDatabase(const fs::path& folder, const fs::path& templa
   try {
     ReplaceByCopy(templateFile, DatabasePath(folder));
     return {true, {}};
-  } catch (const std::exception&) {
-    return {};
+  } catch (const std::exception& failure) {
+    return {false, {}, failure.what()};
   }
 }
 

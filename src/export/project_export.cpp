@@ -2,8 +2,7 @@
 #include <quillmate/export/module_header.h>
 #include <quillmate/export/plain_text.h>
 #include <quillmate/export/project_export.h>
-
-#include "file_target_p.h"
+#include <quillmate/files/replacement.h>
 
 namespace quillmate::output {
 namespace {
@@ -52,12 +51,12 @@ void ProjectText(const fs::path& folder, const std::vector<ModuleEntry>& modules
 }
 
 void ExportModuleRtf(const fs::path& folder, int moduleNumber, const text::CodeLook& look, const fs::path& target) {
-  WriteFile(target, [&](const Sink& sink) { ModuleRtf(folder, moduleNumber, look, sink); });
+  files::ReplaceFile(target, [&](const Sink& sink) { ModuleRtf(folder, moduleNumber, look, sink); });
 }
 
 void ExportProjectRtf(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
                       const text::CodeLook& look, const fs::path& target) {
-  WriteFile(target, [&](const Sink& sink) { ProjectRtf(folder, modules, headers, look, sink); });
+  files::ReplaceFile(target, [&](const Sink& sink) { ProjectRtf(folder, modules, headers, look, sink); });
 }
 
 }  // namespace quillmate::output

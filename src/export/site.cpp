@@ -82,8 +82,7 @@ void ExportSite(const SiteProject& project, const text::CodeLook& look, const st
                 const SiteProgress& progress) {
   SiteFolder folder(target, force);
   WriteSite(project, look, folder.Path(), progress);
-  folder.PutInPlace();
-  folder.RemoveOld();
+  folder.Commit();
 }
 
 }  // namespace quillmate::output

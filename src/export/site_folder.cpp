@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <set>
 #include <stdexcept>
 #include <string_view>
@@ -7,8 +6,9 @@
 
 #include <quillmate/export/site.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/folder_swap.h>
+#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
+#include <quillmate/files/work_folder.h>
 #include <quillmate/text/operations.h>
 
 #include "site_files_p.h"
@@ -22,24 +22,6 @@ constexpr std::string_view kListTitle = "Quillmate HTML-Dokumentation";
 
 [[noreturn]] void Fail(const fs::path& path, const std::string& what) {
   throw std::runtime_error(files::PathText(path) + ": " + what);
-}
-
-/// Absolute, symbolic links resolved, without a separator at its end.
-fs::path ResolveTarget(const fs::path& target) {
-  fs::path path = files::RealPath(target);
-  return path.has_filename() ? path : path.parent_path();
-}
-
-/// A new hidden folder beside the target.
-fs::path MakeFolderBeside(const fs::path& target) {
-  for (int number = 1;; ++number) {
-    fs::path folder = target.parent_path() / ".";
-    folder += target.filename();
-    folder += ".neu-" + std::to_string(number);
-    std::error_code error;
-    if (fs::create_directory(folder, error)) return folder;
-    if (error) throw fs::filesystem_error("create_directory", target, error);
-  }
 }
 
 bool IsPlainName(std::string_view name) {
@@ -64,21 +46,15 @@ std::set<fs::path> FilesOfSite(const fs::path& folder) {
   return files;
 }
 
-/// What lies in a folder besides the files of a site.
-std::vector<fs::path> OthersIn(const fs::path& folder, const std::set<fs::path>& siteFiles) {
-  std::vector<fs::path> others;
+void CheckTarget(const fs::path& target, bool force) {
   std::error_code error;
-  for (const files::FolderEntry& entry : files::FolderEntries(folder, error)) {
-    const bool isFolder = entry.isFolder && !entry.isLink;
-    const fs::path name = entry.path.filename();
-    if (isFolder || !siteFiles.contains(name)) others.push_back(name);
-  }
-  if (error) throw fs::filesystem_error("list", folder, error);
-  return others;
+  const fs::file_status status = fs::status(target, error);
+  if (!fs::exists(status)) return;
+  if (!fs::is_directory(status)) Fail(target, "Das ist kein Ordner");
+  files::MendFolder(target);
+  if (force || IsSite(target) || (files::FolderEntries(target, error).empty() && !error)) return;
+  Fail(target, "Der Ordner ist nicht leer und keine HTML-Dokumentation");
 }
-
-/// Where the old folder waits while the new one takes its place.
-fs::path Aside(fs::path fresh) { return fresh += ".alt"; }
 
 }  // namespace
 
@@ -89,58 +65,30 @@ void WriteSiteList(const fs::path& folder, const std::vector<std::string>& files
   files::WriteWholeFile(folder / kSiteListFile, list);
 }
 
-SiteFolder::SiteFolder(const fs::path& target, bool force) : target_(ResolveTarget(target)), force_(force) {
-  CheckTarget();
-  fresh_ = MakeFolderBeside(target_);
+SiteFolder::SiteFolder(const fs::path& target, bool force) : force_(force) {
+  const fs::path real = files::RealPath(target);
+  CheckTarget(real, force);
+  folder_ = std::make_unique<files::FolderReplacement>(real);
 }
 
-SiteFolder::~SiteFolder() {
-  std::error_code ignored;
-  if (!fresh_.empty()) files::RemoveFolder(fresh_, ignored);
+std::vector<fs::path> SiteFolder::OwnNames() const {
+  const std::set<fs::path> earlier = FilesOfSite(folder_->Target());
+  std::vector<fs::path> own(earlier.begin(), earlier.end());
+  if (!force_) return own;
+  const std::vector<fs::path> fresh = folder_->Names();
+  own.insert(own.end(), fresh.begin(), fresh.end());
+  return own;
 }
 
-void SiteFolder::CheckTarget() const {
-  std::error_code error;
-  const fs::file_status status = fs::status(target_, error);
-  if (!fs::exists(status)) return;
-  if (!fs::is_directory(status)) Fail(target_, "Das ist kein Ordner");
-  if (force_ || IsSite(target_) || files::FolderEntries(target_, error).empty()) return;
-  Fail(target_, "Der Ordner ist nicht leer und keine HTML-Dokumentation");
+std::vector<fs::path> SiteFolder::Replaced() const {
+  std::vector<fs::path> paths;
+  for (const fs::path& name : OwnNames()) paths.push_back(folder_->Target() / name);
+  return paths;
 }
 
-void SiteFolder::CheckNames() const {
-  for (const fs::path& name : OthersIn(target_, FilesOfSite(target_))) {
-    const fs::path page = fresh_ / name;
-    if (!fs::exists(page)) continue;
-    if (!force_ || fs::is_directory(target_ / name)) {
-      Fail(target_ / name, "Das gehört nicht zur HTML-Dokumentation und wird nicht überschrieben");
-    }
-  }
-}
-
-void SiteFolder::PutInPlace() {
-  if (!fs::exists(target_)) {
-    files::RenamePath(fresh_, target_);
-  } else {
-    CheckNames();
-    fs::permissions(fresh_, fs::status(target_).permissions());
-    old_ = files::SwapFolders(fresh_, target_, Aside(fresh_));
-  }
-  fresh_.clear();
-}
-
-void SiteFolder::RemoveOld() try {
-  if (old_.empty()) return;
-  const std::set<fs::path> siteFiles = FilesOfSite(old_);
-  for (const fs::path& name : OthersIn(old_, siteFiles)) {
-    if (!fs::exists(fs::symlink_status(target_ / name))) files::RenamePath(old_ / name, target_ / name);
-  }
-  std::error_code error;
-  files::RemoveFolder(old_, error);
-  if (error) throw fs::filesystem_error("remove", old_, error);
-} catch (const fs::filesystem_error&) {
-  Fail(target_,
-       "Die neue HTML-Dokumentation ist geschrieben, in " + files::PathText(old_) + " liegen noch Dateien von vorher");
+void SiteFolder::Commit() try { folder_->Commit(OwnNames()); } catch (const files::FileError& error) {
+  if (error.Code() != std::errc::file_exists) throw;
+  Fail(error.Path(), "Das gehört nicht zur HTML-Dokumentation und wird nicht überschrieben");
 }
 
 }  // namespace quillmate::output

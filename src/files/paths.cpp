@@ -4,6 +4,13 @@ namespace quillmate::files {
 
 namespace fs = std::filesystem;
 
+std::string CleanName(std::string_view name) {
+  constexpr std::string_view kForbidden = "/\\:*?<>|\"";
+  std::string clean(name);
+  std::erase_if(clean, [=](char c) { return kForbidden.find(c) != std::string_view::npos; });
+  return clean.find_first_not_of(". ") == std::string::npos ? std::string() : clean;
+}
+
 std::string PathText(const fs::path& path) {
   const std::u8string utf8 = path.u8string();
   return {utf8.begin(), utf8.end()};

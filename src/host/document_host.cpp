@@ -148,6 +148,8 @@ void DocumentHost::SetSources(std::vector<fs::path> sources) { state_->sources =
 
 const std::vector<SourceProblem>& DocumentHost::Problems() const noexcept { return state_->listing.problems; }
 
+const std::vector<fs::path>& DocumentHost::Files() const noexcept { return state_->listing.files; }
+
 bool DocumentHost::Attach() {
   state_->Forget();
   state_->attached = !state_->sources.empty();

@@ -3,6 +3,7 @@
 #include <system_error>
 #include <utility>
 
+#include <quillmate/codedb/index_files.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/language/parse.h>
 #include <quillmate/text/operations.h>
@@ -38,11 +39,11 @@ bool Holds(const Names& names, std::string_view name) {
 }
 
 /// A file in a folder that is opened to see whether it holds macros. Beside an open document Office puts a file "~$..."
-/// that only says who has it open.
+/// that only says who has it open; the index of a project is the program's own.
 bool MayBeOfficeFile(const fs::path& file) {
   const std::string name = files::PathText(file.filename());
   std::string extension = ExtensionOf(file);
-  if (name.starts_with("~$") || extension.empty()) return false;
+  if (name.starts_with("~$") || name == codedb::kDatabaseFile || extension.empty()) return false;
   extension.erase(0, 1);
   return Holds(office::OfficeFileExtensions(), extension) || text::EqualsIgnoreCase(name, "vbaProject.bin");
 }
@@ -164,6 +165,7 @@ void Lister::ListSource(const fs::path& source) {
 
 /// Content decides before the name does.
 void Lister::ListFile(const fs::path& file) {
+  listing_.files.push_back(file);
   const FileStamp stamp = StampOf(file);
   office::OfficeFile read = office::ReadOfficeFile(file);
   const std::string extension = ExtensionOf(file);
@@ -225,6 +227,7 @@ void Lister::ListModuleFile(const fs::path& file) {
 }
 
 void Lister::ListOfficeFile(const fs::path& file, bool inFolder) {
+  listing_.files.push_back(file);
   const FileStamp stamp = StampOf(file);
   TakeOfficeFile(file, stamp, office::ReadOfficeFile(file), inFolder);
 }
@@ -264,6 +267,7 @@ void Lister::AddFolder(const fs::path& folder, ListedProject& project, std::vect
 }
 
 void Lister::AddModule(ListedModule module, ListedProject& project) {
+  listing_.files.push_back(module.path);
   const SourceBytes content = ReadSourceFile(module.path, buffer_);
   if (!content.problem.empty()) return AddProblem(module.path, content.problem);
   const office::ModuleFile file = office::SummarizeModuleFile(content.bytes, module.extension);

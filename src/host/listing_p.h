@@ -57,6 +57,8 @@ struct ListedProject {
 struct Listing {
   std::vector<ListedProject> projects;
   std::vector<SourceProblem> problems;
+  /// Those that were opened.
+  std::vector<std::filesystem::path> files;
 };
 
 /// Looks through the sources; a source that holds no readable module becomes a problem instead of a project.

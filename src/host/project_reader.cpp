@@ -171,7 +171,11 @@ ReadReport BuildIndex(codedb::CodeDatabase& database, const ReadRequest& request
                       ReadModule readModule, ReadRest readRest) {
   ShowProgress(request, "Erzeuge Projekt");
   codedb::PrepareResult prepared = codedb::PrepareCodeDatabase(request.folder, request.templateFile);
-  if (!prepared.ok) return Ended(ReadOutcome::kNoTemplate, std::move(prepared.message));
+  if (!prepared.ok) {
+    ReadReport report = Ended(ReadOutcome::kNoTemplate, std::move(prepared.message));
+    report.detail = std::move(prepared.reason);
+    return report;
+  }
 
   IndexBuild build(database, request);
   ReadReport report = Ended(ReadOutcome::kDone, "");

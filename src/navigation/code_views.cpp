@@ -1,7 +1,7 @@
-#include <stdexcept>
+#include <cerrno>
 
 #include <quillmate/codedb/index_files.h>
-#include <quillmate/files/paths.h>
+#include <quillmate/files/file_error.h>
 #include <quillmate/navigation/code_views.h>
 
 namespace quillmate::navigation {
@@ -12,8 +12,7 @@ void CheckModuleFiles(const std::filesystem::path& folder, int moduleCount) {
     const std::filesystem::path file = codedb::ModuleTextPath(folder, number);
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error)) {
-      throw std::runtime_error("Die Datei " + files::PathText(file) +
-                               " kann nicht gelesen werden: die Datei oder ihr Ordner existiert nicht.");
+      throw files::FileError(files::FileAction::kRead, file, ENOENT);
     }
   }
 }

@@ -2,7 +2,7 @@
 #include <iterator>
 #include <utility>
 
-#include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/project_folder.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/project/saved_projects.h>
 #include <quillmate/settings/options.h>
@@ -21,8 +21,7 @@ bool IsFolder(const std::string& path) {
 }  // namespace
 
 bool IsProjectFolder(const std::filesystem::path& folder) {
-  std::error_code ignored;
-  return std::filesystem::is_regular_file(codedb::DatabasePath(folder), ignored);
+  return codedb::LookAtFolder(folder) == codedb::FolderState::kProject;
 }
 
 std::string ProjectNameOf(const std::string& folder) {

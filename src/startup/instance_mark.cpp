@@ -1,11 +1,10 @@
+#include <quillmate/files/file_lock.h>
 #include <quillmate/startup/session.h>
-
-#include "file_lock_p.h"
 
 namespace quillmate::startup {
 
 struct InstanceMark::State {
-  FileLock lock;
+  files::FileLock lock;
   bool alone = false;
 };
 
@@ -13,7 +12,7 @@ struct InstanceMark::State {
 // which every instance holds as long as it runs. Nothing hangs on the exchange being a single step: an instance that
 // slips in between may clean as well, for no run folder exists before its owner holds the shared lock.
 InstanceMark::InstanceMark(const std::filesystem::path& scratchRoot)
-    : state_(std::make_unique<State>(State{FileLock(scratchRoot / kInstanceFile)})) {
+    : state_(std::make_unique<State>(State{files::FileLock(scratchRoot / kInstanceFile)})) {
   state_->alone = state_->lock.TryExclusive();
   if (!state_->alone) state_->lock.WaitShared();
 }

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/startup/session.h>
 
@@ -11,7 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kPrivatePrefix = "quillmate_";
 constexpr int kLastRunNumber = 300000;
 /// Draws of a run number; all of them taken means that nearly all numbers are.
 constexpr int kMostDraws = 2000;
@@ -39,39 +39,28 @@ void RemoveScratchFile(const fs::path& file) {
   if (file.filename() != kInstanceFile && IsScratchPath(file)) files::RemovePath(file, ignored);
 }
 
-/// A new folder `prefix` + random number; nothing when none can be made. Making it is what finds the name free, so that
-/// two runs never share one.
-std::optional<fs::path> MakeNumberedFolder(const fs::path& parent, const std::string& prefix) {
+/// A new folder "T_" + random number for this user alone; nothing when none can be made. Making it is what finds the
+/// name free, so that two runs never share one.
+std::optional<fs::path> MakeNumberedFolder(const fs::path& parent) {
   std::random_device seed;
   std::uniform_int_distribution<int> number(1, kLastRunNumber);
   for (int draw = 0; draw < kMostDraws; ++draw) {
-    const fs::path candidate = parent / (prefix + std::to_string(number(seed)));
-    std::error_code ignored;
-    if (fs::create_directory(candidate, ignored)) return candidate;
-    const bool taken = fs::exists(fs::symlink_status(candidate, ignored));
-    if (!taken) break;
+    const fs::path candidate = parent / ("T_" + std::to_string(number(seed)));
+    const std::error_code error = files::MakePrivateFolder(candidate);
+    if (!error) return candidate;
+    if (error != std::errc::file_exists) break;
   }
   return std::nullopt;
 }
 
-/// A scratch folder where other users can't reach in: "TempDateien" in a private folder below the system's temporary
-/// one.
-std::optional<fs::path> MakePrivateFolder() {
-  std::error_code error;
-  const fs::path temporary = fs::temp_directory_path(error);
-  if (error) return std::nullopt;
-  const std::optional<fs::path> parent = MakeNumberedFolder(temporary, kPrivatePrefix);
-  if (!parent) return std::nullopt;
-  fs::permissions(*parent, fs::perms::owner_all, error);
-  const fs::path folder = *parent / kScratchRoot;
-  return fs::create_directory(folder, error) ? std::optional(folder) : std::nullopt;
-}
-
-/// The run's folder, and the private one around it.
-void RemoveRunFolder(const fs::path& folder) {
-  RemoveScratchFolder(folder);
-  std::error_code ignored;
-  if (folder.filename() == kScratchRoot) fs::remove(folder.parent_path(), ignored);
+/// "TempDateien" in a folder below the system's temporary one where other users can't reach in.
+std::optional<fs::path> MakeFolderElsewhere(AppGlobals& globals) try {
+  globals.scratchElsewhere =
+      std::make_unique<files::WorkFolder>(files::TemporaryFolder(), files::WorkFolder::Access::kPrivate);
+  const fs::path folder = globals.scratchElsewhere->Path() / kScratchRoot;
+  return files::MakePrivateFolder(folder) ? std::nullopt : std::optional(folder);
+} catch (const files::FileError&) {
+  return std::nullopt;
 }
 
 }  // namespace
@@ -92,6 +81,8 @@ void MakeRunFolder(AppGlobals& globals, InstanceMark& mark, const settings::Sett
   if (mark.IsAlone()) CleanScratchRoot(globals.TempFolder);
   mark.AdmitOthers();
   settings::LoadOptions(store, globals.Options);
+  // Where an earlier run may have had to go.
+  files::MendFolder(files::TemporaryFolder());
   EnsureRunFolder(globals);
 }
 
@@ -100,15 +91,16 @@ void EnsureRunFolder(AppGlobals& globals) {
   const fs::path root = globals.ProgramFolder / kScratchRoot;
   std::error_code ignored;
   fs::create_directories(root, ignored);
-  std::optional<fs::path> folder = MakeNumberedFolder(root, "T_");
-  if (!folder) folder = MakePrivateFolder();
+  std::optional<fs::path> folder = MakeNumberedFolder(root);
+  if (!folder) folder = MakeFolderElsewhere(globals);
   if (folder) globals.TempFolder = globals.RunTempFolder = *folder;
 }
 
 void EndRun(AppGlobals& globals) noexcept try {
   globals.CodeDb.Close();
   globals.TempFolder = globals.RunTempFolder;
-  RemoveRunFolder(globals.TempFolder);
+  RemoveScratchFolder(globals.TempFolder);
+  globals.scratchElsewhere.reset();
 } catch (...) {
   // The next lone start removes what is left.
 }

@@ -12,6 +12,7 @@
 
 #include "code_area.h"
 #include "interaction.h"
+#include "read_files.h"
 
 namespace quillmate::ui {
 
@@ -20,7 +21,8 @@ namespace quillmate::ui {
 class Exports {
  public:
   /// Everything must outlive it.
-  Exports(Interaction& interaction, project::Session& session, const CodeArea& code, startup::AppGlobals& globals);
+  Exports(Interaction& interaction, project::Session& session, const CodeArea& code, startup::AppGlobals& globals,
+          const ReadFiles& readFiles);
 
   // HTML
   void ExportClipboardHtml();
@@ -59,6 +61,7 @@ class Exports {
   project::Session& session_;
   const CodeArea& code_;
   startup::AppGlobals& globals_;
+  const ReadFiles& readFiles_;
 };
 
 }  // namespace quillmate::ui

@@ -1,7 +1,7 @@
 #include <utility>
 
 #include <quillmate/analysis/scanner.h>
-#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/replacement.h>
 #include <quillmate/text/operations.h>
 
 #include "exports.h"
@@ -75,7 +75,7 @@ void Exports::ShowPreview(std::string_view html) {
   const std::filesystem::path file = globals_.ProgramFolder / output::kPreviewFile;
   bool shown = false;
   try {
-    files::WriteWholeFile(file, output::PreviewDocument(html, globals_.HostName));
+    files::ReplaceFile(file, output::PreviewDocument(html, globals_.HostName));
     shown = interaction_.Desktop().OpenInBrowser(FromPath(file));
   } catch (const std::exception&) {
     // Why it failed is of no use to somebody who wanted to see a page.

@@ -29,13 +29,14 @@ QString FileFilter() {
 }  // namespace
 
 ProjectCommands::ProjectCommands(const Services& services, Interaction& interaction, ProjectSession& session,
-                                 SourceList& sources)
+                                 SourceList& sources, const ReadFiles& readFiles)
     : globals_(services.globals),
       settings_(services.settings),
       host_(services.host),
       interaction_(interaction),
       session_(session),
-      sources_(sources) {}
+      sources_(sources),
+      readFiles_(readFiles) {}
 
 void ProjectCommands::OpenSavedProject() {
   const QString folder = interaction_.Desktop().ChooseFolder(QStringLiteral("Bitte Projekt auswählen"),

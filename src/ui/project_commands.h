@@ -12,6 +12,7 @@
 
 #include "interaction.h"
 #include "project_session.h"
+#include "read_files.h"
 #include "source_list.h"
 
 namespace quillmate::ui {
@@ -22,7 +23,8 @@ class ProjectCommands : public QObject {
 
  public:
   /// Everything must outlive it.
-  ProjectCommands(const Services& services, Interaction& interaction, ProjectSession& session, SourceList& sources);
+  ProjectCommands(const Services& services, Interaction& interaction, ProjectSession& session, SourceList& sources,
+                  const ReadFiles& readFiles);
 
   // Datei
   void OpenSavedProject();
@@ -78,6 +80,7 @@ class ProjectCommands : public QObject {
   std::filesystem::path ChooseProjectPath();
   std::string AskProjectName();
   bool MayReplace(const std::filesystem::path& folder);
+  void WriteProject(const std::filesystem::path& source, const std::filesystem::path& folder);
 
   startup::AppGlobals& globals_;
   settings::SettingsStore& settings_;
@@ -85,6 +88,7 @@ class ProjectCommands : public QObject {
   Interaction& interaction_;
   ProjectSession& session_;
   SourceList& sources_;
+  const ReadFiles& readFiles_;
   std::vector<std::string> recent_;
 };
 

@@ -4,11 +4,11 @@
 #include <string>
 
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/project_folder.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/text/operations.h>
 
 #include "project_commands.h"
-#include "project_folder.h"
 #include "qt_text.h"
 
 namespace quillmate::ui {
@@ -39,21 +39,37 @@ fs::path ProjectCommands::ChooseProjectPath() {
 std::string ProjectCommands::AskProjectName() {
   const std::optional<QString> name =
       interaction_.Desktop().AskText(QStringLiteral("Projektname"), QStringLiteral("Bitte Projektnamen angeben"), {});
-  return CleanName(std::string(text::Trim(ToUtf8(name.value_or(QString())))));
+  return files::CleanName(std::string(text::Trim(ToUtf8(name.value_or(QString())))));
 }
 
 bool ProjectCommands::MayReplace(const fs::path& folder) {
-  std::error_code ignored;
-  const fs::file_status status = fs::status(folder, ignored);
-  if (!fs::exists(status)) return true;
-  if (!fs::is_directory(status)) {
-    interaction_.Show("Unter diesem Namen gibt es schon eine Datei:\r\n" + files::PathText(folder),
-                      MessageIcon::kExclamation);
-    return false;
+  switch (codedb::LookAtFolder(folder)) {
+    case codedb::FolderState::kMissing:
+      return true;
+    case codedb::FolderState::kNoFolder:
+      interaction_.Show("Unter diesem Namen gibt es schon eine Datei:\r\n" + files::PathText(folder),
+                        MessageIcon::kExclamation);
+      return false;
+    case codedb::FolderState::kOther:
+      interaction_.Show("Dieser Ordner ist kein Projekt und nicht leer:\r\n" + files::PathText(folder) +
+                            "\r\nBitte wählen Sie einen anderen Namen oder Projektpfad.",
+                        MessageIcon::kExclamation);
+      return false;
+    default:
+      break;
   }
   const std::string question =
       "\r\nEin Projekt:" + text::EnsureBackslash(files::PathText(folder)) + "existiert schon\r\nÜberschreiben ?";
   return interaction_.Show(question, MessageIcon::kQuestion, Buttons::kYesNo) == Answer::kYes;
+}
+
+/// Puts a copy of the project into the folder.
+void ProjectCommands::WriteProject(const fs::path& source, const fs::path& folder) {
+  fs::create_directories(folder.parent_path());
+  codedb::ProjectReplacement project(folder);
+  codedb::CopyProject(source, project.Path());
+  readFiles_.Check(project.Replaced());
+  project.Commit();
 }
 
 bool ProjectCommands::SaveProject() {
@@ -72,12 +88,11 @@ bool ProjectCommands::SaveProject() {
 
   const fs::path source = session_.Files();
   std::error_code ignored;
-  fs::path left;
   if (!fs::equivalent(source, folder, ignored)) {
     const Working working(interaction_);
     globals_.CodeDb.Close();
     try {
-      left = ReplaceProjectFolder(source, folder);
+      WriteProject(source, folder);
     } catch (...) {
       globals_.CodeDb.Open(codedb::DatabasePath(source));
       throw;
@@ -86,11 +101,6 @@ bool ProjectCommands::SaveProject() {
   session_.MoveTo(folder, name);
   if (source == globals_.RunTempFolder) codedb::DeleteScratchFiles(source);
   AddRecentProject(folder);
-  if (!left.empty()) {
-    interaction_.Show("Das Projekt ist gespeichert. Was vom alten nicht übernommen werden konnte, liegt in\r\n" +
-                          files::PathText(left),
-                      MessageIcon::kExclamation);
-  }
   return true;
 }
 

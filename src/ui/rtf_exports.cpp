@@ -38,6 +38,7 @@ void Exports::ExportRtf(const std::string& fileName, std::string_view activity,
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
   const Working working(interaction_);
   interaction_.ShowProgress(activity);
+  readFiles_.Check({ToPath(path)});
   run(settings::LookOf(globals_.Options), ToPath(path));
 }
 

@@ -10,6 +10,7 @@
 #include "german.h"
 #include "icons.h"
 #include "qt_text.h"
+#include "quit_signals.h"
 
 /// Resources of a static library have to be asked for, outside of every namespace.
 static void UseIcons() { Q_INIT_RESOURCE(icons); }
@@ -43,6 +44,9 @@ int RunProgram(int selector, int argc, char** argv) {
   host::JoinedHost joined({&running, &documents});
   MainWindow window({globals, mark, *settings, *platform, documents, joined});
   QObject::connect(&window, &MainWindow::Ended, &app, &QApplication::quit);
+  // The end of the user's session, of which the window hears nothing else on some systems.
+  QObject::connect(&app, &QCoreApplication::aboutToQuit, &window, &MainWindow::Unload);
+  QuitWithSignals();
   window.Load(startup::IsMiniWindowCommand(CommandLine()));
   const int status = QApplication::exec();
   window.Unload();

@@ -83,13 +83,14 @@ Shell::Shell(MainWindow& window, const Services& services)
       services_(services),
       interaction_(services.platform, FromUtf8(services.globals.AppTitle)),
       session_(services.globals.CodeDb, services.globals.TempFolder),
+      readFiles_(services.documents, session_),
       staBar_(new StatusPanels(&window)),
       commands_(new CommandSet(window)),
       sources_(interaction_, ServicesOfSources(services)),
-      projects_(services, interaction_, session_, sources_),
+      projects_(services, interaction_, session_, sources_, readFiles_),
       code_(new CodeArea(session_)),
       txtSuche_(new SearchField),
-      exports_(interaction_, session_, *code_, services.globals),
+      exports_(interaction_, session_, *code_, services.globals, readFiles_),
       navigation_(interaction_, session_, *code_, *txtSuche_, switches_),
       trees_(new QStackedWidget),
       project_(new ProjectPanel(session_)),
@@ -375,7 +376,7 @@ void Shell::ShowUnusedRoutines() {
     routines = analysis::FindUnusedRoutines(session_.Index(), session_.Files());
   }
   delete window_.findChild<UnusedWindow*>();
-  (new UnusedWindow(&window_, interaction_, services_.globals, session_, std::move(routines)))->show();
+  (new UnusedWindow(&window_, interaction_, services_.globals, session_, readFiles_, std::move(routines)))->show();
 }
 
 void Shell::ShowOptions() {

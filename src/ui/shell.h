@@ -20,6 +20,7 @@
 #include "project_commands.h"
 #include "project_panel.h"
 #include "project_session.h"
+#include "read_files.h"
 #include "search_field.h"
 #include "source_list.h"
 #include "start_page.h"
@@ -85,6 +86,7 @@ class Shell : public QObject {
   Services services_;
   Interaction interaction_;
   ProjectSession session_;
+  ReadFiles readFiles_;
   SearchSwitches switches_;
 
   StatusPanels* staBar_;

@@ -7,7 +7,6 @@
 #include <quillmate/files/paths.h>
 
 #include "exports.h"
-#include "project_folder.h"
 #include "qt_text.h"
 
 namespace quillmate::ui {
@@ -33,7 +32,7 @@ fs::path TargetIn(const fs::path& chosen, const std::string& title) {
   std::error_code unreadable;
   const bool free = files::FolderEntries(chosen, unreadable).empty() && !(unreadable && fs::exists(chosen));
   if (free || fs::exists(chosen / output::kSiteListFile)) return chosen;
-  return chosen / files::PathFromText(CleanName(title + " Dokumentation"));
+  return chosen / files::PathFromText(files::CleanName(title + " Dokumentation"));
 }
 
 }  // namespace
@@ -57,11 +56,14 @@ void Exports::WriteDocumentation() {
   {
     const Working working(interaction_);
     interaction_.ShowProgress("Erzeuge HTML-Dokumentation");
-    output::ExportSite(ReadSite(), settings::LookOf(globals_.Options), target, false,
-                       [this](std::size_t done, std::size_t total) {
-                         interaction_.ShowProgress("HTML-Dokumentation: Modul " + std::to_string(done) + " von " +
-                                                   std::to_string(total));
-                       });
+    output::SiteFolder folder(target, false);
+    output::WriteSite(ReadSite(), settings::LookOf(globals_.Options), folder.Path(),
+                      [this](std::size_t done, std::size_t total) {
+                        interaction_.ShowProgress("HTML-Dokumentation: Modul " + std::to_string(done) + " von " +
+                                                  std::to_string(total));
+                      });
+    readFiles_.Check(folder.Replaced());
+    folder.Commit();
   }
   const fs::path start = target / "index.html";
   if (!interaction_.Desktop().OpenInBrowser(FromPath(start))) {

@@ -9,8 +9,8 @@
 namespace quillmate::ui {
 
 Exports::Exports(Interaction& interaction, project::Session& session, const CodeArea& code,
-                 startup::AppGlobals& globals)
-    : interaction_(interaction), session_(session), code_(code), globals_(globals) {}
+                 startup::AppGlobals& globals, const ReadFiles& readFiles)
+    : interaction_(interaction), session_(session), code_(code), globals_(globals), readFiles_(readFiles) {}
 
 void Exports::PutOnClipboard(const QString& text, std::string_view message) {
   interaction_.Desktop().ClearClipboard();

@@ -44,7 +44,7 @@ TEST_F(CliTest, ClipWithoutText) {
   } cases[] = {
       {"clip leer", 1, "Kein Text in leer"},
       {"clip", 1, "Kein Text in der Standardeingabe"},
-      {"clip fehlt", 1, "Die Datei fehlt kann nicht gelesen werden: die Datei oder ihr Ordner existiert nicht."},
+      {"clip fehlt", 1, "fehlt kann nicht gelesen werden: Datei oder Ordner existiert nicht"},
       {"clip -o a a", 2, "Die Ausgabe a gehört zur Eingabe"},
       {"clip a a", 2, "Es ist nur eine Datei möglich"},
   };

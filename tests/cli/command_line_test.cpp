@@ -6,7 +6,7 @@ namespace {
 
 constexpr const char* kUsage = "Aufruf: quillmate-cli BEFEHL [Optionen] EINGABE...";
 constexpr const char* kTextUsage = "Aufruf: quillmate-cli text [--module NAME] [-o DATEI] EINGABE...";
-constexpr const char* kIndexUsage = "Aufruf: quillmate-cli index -o ORDNER [--force] EINGABE...";
+constexpr const char* kIndexUsage = "Aufruf: quillmate-cli index -o ORDNER [--force] [--partial] EINGABE...";
 constexpr const char* kOutlineUsage = "Aufruf: quillmate-cli outline [--exact] [-o DATEI] EINGABE...";
 
 TEST_F(CliTest, WrongUsageIsSaidWithTheRightUsage) {

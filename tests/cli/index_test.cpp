@@ -32,14 +32,31 @@ TEST_F(IndexTest, WritesAFolderOnlyOnce) {
 }
 
 TEST_F(IndexTest, ForceReplacesTheProjectsOwnFilesAndNoOthers) {
+  Write("p/M7.txt", "fremd");
   for (const char* const target : {"p", "p/", "./q/../p"}) {
-    Write("p/M2.txt", "alt");
     EXPECT_EQ(Run("index --force c.bas -o " + std::string(target)), Success());
-    EXPECT_EQ(Names("p"), "Bilder Fakten.db M1.txt Notiz.txt Quillmate.mdb");
-    EXPECT_EQ(Read("p/Bilder/x.png") + Read("p/Notiz.txt"), "xn");
+    EXPECT_EQ(Names("p"), "Bilder Fakten.db M1.txt M7.txt Notiz.txt Quillmate.mdb");
+    EXPECT_EQ(Read("p/Bilder/x.png") + Read("p/Notiz.txt") + Read("p/M7.txt"), "xnfremd");
     EXPECT_EQ(Run("text --module c p").out, "'neu\r\n'\r\n'\r\n\r\n");
   }
+  Write("p/M2.txt", "fremd");
+  EXPECT_EQ(Run("index --force -o p a.bas b.cls"),
+            Refusal(1, {Full("p/M2.txt") + ": Das gehört nicht zum Projekt und wird nicht überschrieben"}));
   EXPECT_EQ(Names("."), "a.bas b.cls c.bas p");
+}
+
+TEST_F(IndexTest, APartialReadReplacesNoProjectUnasked) {
+  const std::string before = Read("p/Quillmate.mdb");
+  const std::string missing = Full("weg.bas") + ": Datei existiert nicht";
+  EXPECT_EQ(Run("index --force -o p c.bas weg.bas"),
+            Refusal(1, {missing,
+                        "Nicht alles konnte gelesen werden; das Projekt in p bleibt, wie es war (--partial "
+                        "ersetzt es trotzdem)"}));
+  EXPECT_EQ(Read("p/Quillmate.mdb"), before);
+  for (const char* const line : {"index --force --partial -o p c.bas weg.bas", "index -o neu c.bas weg.bas"}) {
+    EXPECT_EQ(Run(line), (Result{0, "", Messages({missing})})) << line;
+  }
+  EXPECT_EQ(Names("neu"), "Fakten.db M1.txt Quillmate.mdb");
 }
 
 TEST_F(IndexTest, ForceTouchesNoForeignFolder) {
@@ -76,15 +93,16 @@ TEST_F(IndexTest, NothingIsLeftOfAFailedRun) {
       {"index -o neu a.bas", kSmallFiles},
       {"index --force -o p a.bas", kSmallFiles},
       {"index --force -o p gross.bas", {.before = "trap '' XFSZ; ulimit -f 64;"}},
-      {"index --force -o p p", kSmallFiles},
+      {"index --force -o p q", kSmallFiles},
 #endif
   };
   Write("gross.bas", std::string(100000, '\n') + "'");
+  ASSERT_EQ(Run("index -o q p").status, 0);
   for (const auto& c : cases) {
     const Result result = Run(c.line, c.around);
     EXPECT_EQ(result.status, 1);
     EXPECT_TRUE(result.err.starts_with("quillmate-cli: "));
-    EXPECT_EQ(Names("."), "a.bas b.cls c.bas gross.bas p");
+    EXPECT_EQ(Names("."), "a.bas b.cls c.bas gross.bas p q");
     EXPECT_EQ(Names("p"), "Bilder Fakten.db M1.txt M2.txt Notiz.txt Quillmate.mdb");
     EXPECT_EQ(Read("p/Quillmate.mdb"), before);
   }
@@ -96,7 +114,7 @@ TEST_F(IndexTest, CopiesASavedProject) {
   EXPECT_EQ(Names("q"), kProjectFiles);
   EXPECT_EQ(Run("modules --json q").out, modules);
   EXPECT_EQ(Run("text q").out, Run("text p").out);
-  EXPECT_EQ(Run("index --force -o p p").status, 0);
+  EXPECT_EQ(Run("index --force -o p p").status, 2);
   EXPECT_EQ(Names("p"), "Bilder Fakten.db M1.txt M2.txt Notiz.txt Quillmate.mdb");
   EXPECT_EQ(Run("modules --json p").out, modules);
 }

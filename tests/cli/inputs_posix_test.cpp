@@ -77,8 +77,9 @@ TEST_F(CliTest, ForceFollowsALinkToTheFolder) {
   ASSERT_EQ(Run("index -o p a.bas").status, 0);
   fs::permissions(Folder() / "p", fs::perms::owner_all);
   fs::create_directory_symlink("p", Folder() / "verweis");
-  Write("p/M2.txt", "alt");
+  fs::permissions(Folder() / "p/M1.txt", fs::perms(0600));
   EXPECT_EQ(Run("index --force -o ./verweis a.bas").err, "");
+  EXPECT_EQ(fs::status(Folder() / "p/M1.txt").permissions(), fs::perms(0600));
   EXPECT_EQ(Names("p"), "Fakten.db M1.txt Quillmate.mdb");
   EXPECT_TRUE(fs::is_symlink(Folder() / "verweis"));
   EXPECT_EQ(fs::status(Folder() / "p").permissions(), fs::perms::owner_all);

@@ -48,7 +48,9 @@ TEST_F(CliTest, SiteIsRefusedOrWhole) {
       {"site -o - a.bas", 2, {"Es fehlt der Ordner hinter -o", usage}},
       {"site -o fremd fremd", 2, {"Die Ausgabe fremd gehört zur Eingabe", usage}},
       {"site -o fremd a.bas", 1, {Full("fremd") + ": Der Ordner ist nicht leer und keine HTML-Dokumentation"}},
-      {"site -o fehlt/neu a.bas", 1, {Full("fehlt/neu") + ": Datei oder Ordner existiert nicht"}},
+      {"site -o fehlt/neu a.bas",
+       1,
+       {Full("fehlt/neu") + " kann nicht geschrieben werden: Datei oder Ordner existiert nicht"}},
       {"site -o fremd --force fehlt.bas", 1, {Full("fehlt.bas") + ": Datei existiert nicht"}},
   };
   for (const auto& c : cases) {

@@ -1,6 +1,7 @@
 #include <stdexcept>
 
 #include <quillmate/files/file_bytes.h>
+#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 
 #include "site_folder_fixture.h"
@@ -31,7 +32,7 @@ class SiteFolderTest : public SiteTest {
 constexpr const char* kSite = "index.html modul-a.html quillmate-site.txt routinen.html stil.css unbenutzt.html";
 
 TEST_F(SiteFolderTest, NewEmptyAndEarlierFolders) {
-  EXPECT_THROW(Export(), fs::filesystem_error);
+  EXPECT_THROW(Export(), files::FileError);
   fs::create_directories(folder_ / "oben");
   Export();
   EXPECT_EQ(Names(Target()), kSite);

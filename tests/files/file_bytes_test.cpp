@@ -35,7 +35,7 @@ TEST(WholeFile, FailuresNameFileAndReason) {
   const struct {
     fs::path file;
     const char* reason;
-  } cases[] = {{missing, "existiert nicht"}, {folder.Path(), "einen Ordner"}};
+  } cases[] = {{missing, "existiert nicht"}, {folder.Path(), "Das ist ein Ordner"}};
   for (const auto& c : cases) {
     const std::string message = MessageOf<std::runtime_error>([&] { WriteWholeFile(c.file, "x"); });
     EXPECT_NE(message.find(PathText(c.file)), std::string::npos) << message;
@@ -63,7 +63,7 @@ TEST(WholeFile, FullDisk) {
   fs::create_symlink("/dev/full", full);
   for (const std::size_t size : {1U, 1U << 20U}) {
     const std::string message = MessageOf<std::runtime_error>([&] { WriteWholeFile(full, std::string(size, 'x')); });
-    EXPECT_NE(message.find("kein Platz mehr"), std::string::npos) << message;
+    EXPECT_NE(message.find("ist voll"), std::string::npos) << message;
   }
   EXPECT_TRUE(fs::exists("/dev/full"));
 }

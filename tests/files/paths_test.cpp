@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/folder_swap.h>
 #include <quillmate/files/paths.h>
 
 #include "scratch.h"
@@ -37,6 +36,14 @@ TEST(Paths, NamesInAllScripts) {
   EXPECT_EQ(PathAsNamed(file).filename(), file.filename());
   const fs::path missing = folder.Path() / "Fehlt";
   EXPECT_EQ(PathAsNamed(missing), missing);
+}
+
+TEST(CleanName, DropsWhatNoFileNameMayHold) {
+  EXPECT_EQ(CleanName("a:b*c"), "abc");
+  EXPECT_EQ(CleanName("/\\:*?<>|\""), "");
+  EXPECT_EQ(CleanName("Größe 1"), "Größe 1");
+  EXPECT_EQ(CleanName(" ..\\.. "), "") << "the folder above";
+  EXPECT_EQ(CleanName("..a."), "..a.");
 }
 
 TEST(Paths, LongOnes) {
@@ -105,44 +112,6 @@ TEST(RemoveFolder, TakesAllButWhatLinksPointAt) {
   EXPECT_FALSE(error) << "what is gone is gone";
   EXPECT_EQ(Content(folder.Path()), "bleibt/ ");
   EXPECT_EQ(Content(folder.Path() / "bleibt"), "d=1 ");
-}
-
-/// The folders "neu", "alt" and "weg" of a swap.
-struct Swap {
-  ScratchFolder folder;
-  fs::path fresh = folder.Path() / "neu";
-  fs::path old = folder.Path() / "alt";
-
-  Swap() {
-    fs::create_directories(fresh);
-    fs::create_directories(old / "unter");
-    WriteWholeFile(fresh / "a", "2");
-    WriteWholeFile(old / "a", "1");
-    WriteWholeFile(old / "b", "1");
-  }
-  fs::path Do() const { return SwapFolders(fresh, old, folder.Path() / "weg"); }
-  void ExpectDone(const fs::path& formerly) const {
-    EXPECT_EQ(Content(old), "a=2 ");
-    EXPECT_EQ(Content(formerly), "a=1 b=1 unter/ ");
-    EXPECT_EQ(Content(folder.Path()), "alt/ " + PathText(formerly.filename()) + "/ ");
-  }
-};
-
-TEST(SwapFolders, FreshTakesThePlaceOfOld) {
-  const Swap swap;
-  swap.ExpectDone(swap.Do());
-  EXPECT_THROW(SwapFolders(swap.folder.Path() / "fehlt", swap.old, swap.folder.Path() / "beiseite"),
-               fs::filesystem_error);
-  EXPECT_EQ(Content(swap.old), "a=2 ");
-}
-
-TEST(SwapFolders, CurrentFolder) {
-  const Swap swap;
-  const fs::path before = fs::current_path();
-  fs::current_path(swap.old);
-  const fs::path formerly = swap.Do();
-  fs::current_path(before);
-  swap.ExpectDone(formerly);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/folder_swap.h>
 #include <quillmate/files/paths.h>
 
 #include "scratch.h"
@@ -63,29 +62,6 @@ TEST(PathsOfWindows, WhatIsOpenIsNamedAsTheReason) {
   std::error_code error;
   EXPECT_FALSE(RemovePath(folder.Path() / "b", error));
   EXPECT_EQ(error, std::errc::device_or_resource_busy);
-}
-
-TEST(SwapFolders, AFileInUseLeavesAllAsItWas) {
-  const ScratchFolder folder;
-  const fs::path fresh = folder.Path() / "neu";
-  const fs::path old = folder.Path() / "alt";
-  for (const fs::path& made : {fresh, old}) {
-    fs::create_directory(made);
-    for (const char* const name : {"a", "b"}) WriteWholeFile(made / name, PathText(made.filename()));
-  }
-  const fs::path before = fs::current_path();
-  fs::current_path(old);
-  {
-    // Open so that nobody may move or remove it.
-    const child::Handle held(
-        CreateFileW((old / "b").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-    EXPECT_THROW(SwapFolders(fresh, old, folder.Path() / "weg"), fs::filesystem_error);
-  }
-  fs::current_path(before);
-  EXPECT_FALSE(fs::exists(folder.Path() / "weg"));
-  for (const fs::path& made : {fresh, old}) {
-    for (const char* const name : {"a", "b"}) EXPECT_EQ(ReadWholeFile(made / name), PathText(made.filename()));
-  }
 }
 
 }  // namespace

@@ -15,9 +15,9 @@ namespace quillmate::files {
 /// A new empty folder (its path holds an umlaut and a blank) that goes with the test. Names are UTF-8.
 class ScratchFolder {
  public:
-  explicit ScratchFolder(std::string_view name = "Prüf Ordner") {
-    static const auto parent = std::filesystem::canonical(std::filesystem::temp_directory_path());
-    root_ = parent / ("quillmate_" + std::to_string(std::random_device{}()));
+  explicit ScratchFolder(std::string_view name = "Prüf Ordner",
+                         const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+    root_ = std::filesystem::canonical(parent) / ("quillmate_" + std::to_string(std::random_device{}()));
     path_ = root_ / PathFromText(name);
     std::filesystem::create_directories(path_);
   }

@@ -15,7 +15,6 @@
 
 #include "codedb/scratch.h"
 #include "error_text.h"
-#include "project_folder.h"
 #include "splitter.h"
 
 namespace quillmate::ui {
@@ -150,14 +149,6 @@ TEST(Splitter, BarFollowsTheMouse) {
   EXPECT_EQ(bar->x(), before + 100);
   drag(-before - 95);
   EXPECT_EQ(bar->x(), before + 100) << "too far left: stays";
-}
-
-TEST(CleanName, DropsWhatNoFileNameMayHold) {
-  EXPECT_EQ(CleanName("a:b*c"), "abc");
-  EXPECT_EQ(CleanName("/\\:*?<>|\""), "");
-  EXPECT_EQ(CleanName("Größe 1"), "Größe 1");
-  EXPECT_EQ(CleanName(" ..\\.. "), "") << "the folder above";
-  EXPECT_EQ(CleanName("..a."), "..a.");
 }
 
 }  // namespace

@@ -1,19 +1,9 @@
 #include <QLineEdit>
-#include <map>
-#ifdef __unix__
-#include <csignal>
-
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
-#endif
-
 #include <quillmate/project/saved_projects.h>
 
-#include "project_folder.h"
 #include "window_test.h"
 
 namespace quillmate::testing {
@@ -198,118 +188,39 @@ TEST_F(SavedProjectTest, RecentListHasTenPlacesWithoutGaps) {
   EXPECT_EQ(project::ProjectNameOf("/a/b c"), "b c");
 }
 
-/// Saves are broken off at each of their steps.
-class BrokenSaveTest : public ::testing::Test {
- protected:
-  using Files = std::map<std::string, std::string>;
-
-  static void Fill(const fs::path& folder, const Files& files) {
-    fs::create_directories(folder);
-    for (const auto& [name, text] : files) files::WriteWholeFile(folder / name, text);
-  }
-  /// A fresh pair of folders for each attempt.
-  void Prepare(bool existed) {
-    base_ = temp_.Path() / std::to_string(++attempt_);
-    Fill(base_ / "von", fresh_);
-    if (!existed) return;
-    Fill(base_ / "nach", old_);
-    Fill(base_ / "nach" / "Eigenes", {{"x", "bleibt"}});
-  }
-  bool IsWhole(bool existed) {
-    const Files files = files::FilesIn(base_ / "nach");
-    return files == fresh_ || files == (existed ? old_ : Files());
-  }
-
-  const Files fresh_ = {
-      {"Quillmate.mdb", std::string(5000, 'n')}, {"M1.txt", "neu"}, {"M2.txt", std::string(9000, 'm')}};
-  const Files old_ = {{"Quillmate.mdb", "alt"}, {"M1.txt", "alt"}, {"M7.txt", "alt"}};
-  files::ScratchFolder temp_;
-  fs::path base_;
-  int attempt_ = 0;
-};
-
-TEST_F(BrokenSaveTest, AnErrorAtAnyStepLeavesOneProjectWhole) {
-  for (const bool existed : {true, false}) {
-    bool done = false;
-    for (int failing = 1; !done; ++failing) {
-      Prepare(existed);
-      int step = 0;
-      bool thrown = false;
-      fs::path left;
-      try {
-        left = ui::ReplaceProjectFolder(base_ / "von", base_ / "nach", [&step, failing] {
-          if (++step == failing)
-            throw fs::filesystem_error("copy", std::make_error_code(std::errc::no_space_on_device));
-        });
-      } catch (const fs::filesystem_error&) {
-        thrown = true;
-      }
-      done = step < failing;
-      EXPECT_EQ(files::FilesIn(base_ / "nach"), !thrown ? fresh_ : existed ? old_ : Files()) << failing;
-      // Half a copy is removed; what stays of the old project is told.
-      const std::string beside = left.empty() ? "" : files::PathText(left.filename()) + " ";
-      EXPECT_EQ(files::Names(base_), (existed || !thrown ? "nach " : "") + beside + "von");
-    }
-    EXPECT_EQ(files::Names(base_), "nach von") << "nothing is left beside the project";
-    EXPECT_EQ(files::Names(base_ / "nach"), std::string(existed ? "Eigenes " : "") + "M1.txt M2.txt Quillmate.mdb");
-  }
-  EXPECT_THROW(ui::ReplaceProjectFolder(base_ / "fehlt", base_ / "nach"), fs::filesystem_error);
-  EXPECT_EQ(files::FilesIn(base_ / "nach"), fresh_);
+TEST_F(SavedProjectTest, OnlyTheProjectsOwnFilesAreReplaced) {
+  StartWithProject();
+  const fs::path own = Folder("Ziel") / "Lager";
+  const fs::path foreign = Folder("Ziel") / "Bilder";
+  fs::create_directories(foreign);
+  files::WriteWholeFile(foreign / "M1.txt", "fremd");
+  SaveAs("Bilder", Folder("Ziel"));
+  EXPECT_TRUE(platform.TakeText().startsWith("Dieser Ordner ist kein Projekt und nicht leer:\r\n"));
+  EXPECT_TRUE(Window().windowTitle().contains('[')) << "nothing was asked, nothing was saved";
+  EXPECT_EQ(files::Names(foreign), "M1.txt");
+  SaveAs("Lager", Folder("Ziel"));
+  files::WriteWholeFile(own / "M7.txt", "fremd");
+  files::WriteWholeFile(own / "Notiz.txt", "fremd");
+  StartWithProject();
+  platform.answers = {ui::Answer::kYes};
+  SaveAs("Lager", Folder("Ziel"));
+  EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0 Projekt: Lager");
+  EXPECT_EQ(files::Names(own), "Fakten.db M1.txt M2.txt M7.txt Notiz.txt Quillmate.mdb");
 }
 
-#ifdef __unix__
-
-/// Runs a save in a process of its own and says whether it came to its end.
-template <typename Work>
-bool SurvivesInChild(Work work) {
-  const pid_t child = fork();
-  if (child == 0) {
-    work();
-    _exit(0);
+TEST_F(SavedProjectTest, SourcesAreNeverWrittenTo) {
+  StartWithProject();
+  const fs::path source = fs::directory_iterator(Sources())->path();
+  const std::string code = files::ReadWholeFile(source);
+  fs::create_hard_link(source, Folder("a.RTF"));
+  fs::create_hard_link(codedb::ModuleTextPath(globals.TempFolder, 1), Folder("b.RTF"));
+  for (const char* const name : {"a.RTF", "b.RTF"}) {
+    platform.saveFiles = {Text(Folder(name))};
+    Trigger("mnuRtf_Projekt");
+    EXPECT_TRUE(platform.TakeText().startsWith("Aus dieser Datei wird gelesen")) << name;
   }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+  EXPECT_EQ(files::ReadWholeFile(source), code);
 }
-
-TEST_F(BrokenSaveTest, AKillAtAnyStepLeavesOneProjectWhole) {
-  for (const bool existed : {true, false}) {
-    int killed = 0;
-    bool survived = false;
-    while (!survived) {
-      Prepare(existed);
-      survived = SurvivesInChild([this, left = killed]() mutable {
-        ui::ReplaceProjectFolder(base_ / "von", base_ / "nach", [&left] {
-          if (left-- == 0) raise(SIGKILL);
-        });
-      });
-      EXPECT_TRUE(IsWhole(existed)) << killed;
-      EXPECT_EQ(files::FilesIn(base_ / "von"), fresh_);
-      if (!survived) ++killed;
-    }
-    EXPECT_EQ(files::FilesIn(base_ / "nach"), fresh_);
-    EXPECT_GE(killed, existed ? 10 : 5) << "every step was tried";
-  }
-}
-
-TEST_F(BrokenSaveTest, AFullDiskLeavesTheOldProject) {
-  Prepare(true);
-  EXPECT_TRUE(SurvivesInChild([this] {
-    signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{6000, 6000};
-    setrlimit(RLIMIT_FSIZE, &limit);
-    try {
-      ui::ReplaceProjectFolder(base_ / "von", base_ / "nach");
-    } catch (const fs::filesystem_error&) {
-      _exit(0);
-    }
-    _exit(1);
-  }));
-  EXPECT_EQ(files::FilesIn(base_ / "nach"), old_);
-  EXPECT_FALSE(fs::exists(base_ / "nach.neu"));
-}
-
-#endif
 
 }  // namespace
 }  // namespace quillmate::testing

@@ -15,7 +15,6 @@
 #include <quillmate/text/operations.h>
 
 #include "code_style.h"
-#include "project_folder.h"
 #include "qt_text.h"
 
 namespace quillmate::ui {
@@ -268,7 +267,7 @@ void OptionsDialog::MakeFolder() {
   if (parent.isEmpty()) return;
   const std::optional<QString> typed = interaction_.Desktop().AskText(
       FromUtf8(globals_.AppTitle), QStringLiteral("Namen für neuen Ordner angeben"), QStringLiteral("Neuer Ordner"));
-  const std::string name = CleanName(text::Trim(ToUtf8(typed.value_or(QString()))));
+  const std::string name = files::CleanName(text::Trim(ToUtf8(typed.value_or(QString()))));
   if (name.empty()) return;
   const std::filesystem::path folder = ToPath(parent) / files::PathFromText(name);
   std::filesystem::create_directory(folder);

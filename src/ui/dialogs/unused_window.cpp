@@ -3,7 +3,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
-#include <QSaveFile>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <iterator>
@@ -11,6 +10,7 @@
 #include <utility>
 
 #include <quillmate/codedb/codes.h>
+#include <quillmate/files/replacement.h>
 
 #include "qt_text.h"
 #include "save_dialog.h"
@@ -62,11 +62,12 @@ QTreeWidgetItem* MakeItem(const UnusedRoutine& routine) {
 }  // namespace
 
 UnusedWindow::UnusedWindow(QWidget* parent, Interaction& interaction, const startup::AppGlobals& globals,
-                           project::Session& session, std::vector<UnusedRoutine> routines)
+                           project::Session& session, const ReadFiles& readFiles, std::vector<UnusedRoutine> routines)
     : QDialog(parent, Qt::Window),
       interaction_(interaction),
       globals_(globals),
       session_(session),
+      readFiles_(readFiles),
       routines_(std::move(routines)),
       lblErgebnis_(new QLabel(Summary(routines_))),
       chkNurSicher_(new QCheckBox(QStringLiteral("Nur &sichere zeigen"))),
@@ -159,13 +160,8 @@ void UnusedWindow::Save() {
   if (file.isEmpty()) return;
   const bool isTable = file.endsWith(QStringLiteral(".csv"), Qt::CaseInsensitive);
   const std::string bytes = isTable ? UnusedCsv(Shown()) : UnusedText(Shown());
-  // An earlier file stays until the new one is whole.
-  QSaveFile target(file);
-  const bool saved =
-      target.open(QIODevice::WriteOnly) &&
-      target.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size()) &&
-      target.commit();
-  if (!saved) throw std::runtime_error("Die Datei konnte nicht geschrieben werden:\r\n" + ToUtf8(file));
+  readFiles_.Check({ToPath(file)});
+  files::ReplaceFile(ToPath(file), bytes);
 }
 
 }  // namespace quillmate::ui

@@ -11,6 +11,7 @@
 #include <quillmate/startup/app_globals.h>
 
 #include "interaction.h"
+#include "read_files.h"
 
 namespace quillmate::ui {
 
@@ -19,7 +20,7 @@ namespace quillmate::ui {
 class UnusedWindow : public QDialog {
  public:
   UnusedWindow(QWidget* parent, Interaction& interaction, const startup::AppGlobals& globals, project::Session& session,
-               std::vector<analysis::UnusedRoutine> routines);
+               const ReadFiles& readFiles, std::vector<analysis::UnusedRoutine> routines);
 
  private:
   QWidget* MakeButtons();
@@ -32,6 +33,7 @@ class UnusedWindow : public QDialog {
   Interaction& interaction_;
   const startup::AppGlobals& globals_;
   project::Session& session_;
+  const ReadFiles& readFiles_;
   std::vector<analysis::UnusedRoutine> routines_;
   QLabel* lblErgebnis_;
   QCheckBox* chkNurSicher_;

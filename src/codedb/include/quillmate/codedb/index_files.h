@@ -14,11 +14,13 @@ struct PrepareResult {
   bool ok = false;
   /// The German text to show with a critical-error icon when the template is missing (UTF-8, CR LF); else empty.
   std::string message;
+  /// Any other reason, German, UTF-8, one line.
+  std::string reason{};
 };
 
 /// Copies the template over `folder`/Quillmate.mdb, replacing an earlier file or link (and what the database engine
 /// left beside it). The copy can be written even when the template can't. False with a message when the template is
-/// missing, false without one on any other error.
+/// missing, with a reason on any other error.
 PrepareResult PrepareCodeDatabase(const std::filesystem::path& folder, const std::filesystem::path& templateFile);
 
 /// The folder's database file.
@@ -27,9 +29,9 @@ std::filesystem::path DatabasePath(const std::filesystem::path& folder);
 std::filesystem::path ModuleTextPath(const std::filesystem::path& folder, int moduleNumber);
 
 /// Writes a module's marked-up text as a line-printing write does: the text and one CR LF. Throws
-/// std::runtime_error (UTF-8, names the file) when the file can't be written whole.
+/// files::FileError when the file can't be written whole.
 void WriteModuleText(const std::filesystem::path& folder, int moduleNumber, std::string_view markedText);
-/// The file's bytes. Throws std::runtime_error (UTF-8, names the file).
+/// The file's bytes. Throws files::FileError.
 std::string ReadModuleText(const std::filesystem::path& folder, int moduleNumber);
 
 /// The code that was scanned, out of a module's marked-up text as the file holds it: without markers, and without the

@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include <quillmate/codedb/records.h>
+#include <quillmate/files/replacement.h>
 #include <quillmate/text/code_options.h>
 
 /// The documentation of a project as a folder of linked pages: HTML5 in German, UTF-8 with LF, without scripts and
@@ -66,36 +68,25 @@ inline constexpr const char* kSiteListFile = "quillmate-site.txt";
 void WriteSite(const SiteProject& project, const text::CodeLook& look, const std::filesystem::path& folder,
                const SiteProgress& progress = {});
 
-/// A place for a site: a new hidden folder beside the target, which takes the target's place in the end. Until then,
-/// and whenever something fails, the target is what it was. Failures throw std::runtime_error (UTF-8, names the
-/// folder).
+/// A site that is being written into a folder, whose earlier site it replaces; other files there stay. Failures are
+/// std::runtime_error (UTF-8, names the file or folder).
 class SiteFolder {
  public:
   /// A target that exists must be a folder: an empty one, an earlier site or, with `force`, any other.
   SiteFolder(const std::filesystem::path& target, bool force);
-  /// Removes the new folder unless it was put in place.
-  ~SiteFolder();
-  SiteFolder(const SiteFolder&) = delete;
-  SiteFolder& operator=(const SiteFolder&) = delete;
 
   /// Where the site is to be written.
-  const std::filesystem::path& Path() const noexcept { return fresh_; }
-
-  /// First step: swaps the folders. A file that is no page of the earlier site but has a name of the new one makes it
-  /// fail unless `force` was given. To be called once, when the site is whole.
-  void PutInPlace();
-  /// Second step: moves what was no part of the earlier site from the old folder into the new one and removes the rest.
-  void RemoveOld();
+  const std::filesystem::path& Path() const noexcept { return folder_->Path(); }
+  /// The full paths of what Commit replaces or removes, known once the site is whole.
+  std::vector<std::filesystem::path> Replaced() const;
+  /// A file that is no page of the earlier site but has a name of the new one makes it fail unless `force` was given.
+  void Commit();
 
  private:
-  void CheckTarget() const;
-  void CheckNames() const;
+  std::vector<std::filesystem::path> OwnNames() const;
 
-  std::filesystem::path target_;
-  std::filesystem::path fresh_;
-  /// Set between the two steps: the folder that was the target.
-  std::filesystem::path old_;
   bool force_;
+  std::unique_ptr<files::FolderReplacement> folder_;
 };
 
 /// All steps in one.

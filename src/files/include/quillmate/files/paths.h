@@ -10,6 +10,10 @@
 /// (\\server\folder) nor links between folders, and has little to say about why a file can't be moved.
 namespace quillmate::files {
 
+/// A name without the characters that no file name may hold: / \ : * ? < > | and the double quote. Empty when only dots
+/// and blanks are left: they name the folder itself or the one above. UTF-8.
+std::string CleanName(std::string_view name);
+
 /// A path as UTF-8 text, for messages, and the way back.
 std::string PathText(const std::filesystem::path& path);
 std::filesystem::path PathFromText(std::string_view utf8);
@@ -37,6 +41,16 @@ std::filesystem::path PathAsNamed(const std::filesystem::path& path);
 
 /// True for a symbolic link, and for a junction on Windows; false for what does not exist.
 bool IsLink(const std::filesystem::path& path) noexcept;
+
+/// True for what is written to directly and never replaced: a device, a pipe.
+bool IsDevice(const std::filesystem::path& path) noexcept;
+
+/// The user's folder for temporary files, or the system's. Elsewhere than on Windows an environment variable that is
+/// empty counts as none. It need not exist.
+std::filesystem::path TemporaryFolder();
+
+/// Makes a folder for its owner alone, and none above it; fails when the name is taken.
+std::error_code MakePrivateFolder(const std::filesystem::path& folder) noexcept;
 
 struct FolderEntry {
   /// The folder's path and the name.

@@ -49,6 +49,8 @@ class DocumentHost : public HostAutomation {
   void SetSources(std::vector<std::filesystem::path> sources);
   /// Sources and files that the last listing had to leave out.
   const std::vector<SourceProblem>& Problems() const noexcept;
+  /// Every file that the last listing has opened, those without code too: nobody may write to them.
+  const std::vector<std::filesystem::path>& Files() const noexcept;
 
   bool Attach() override;
   void Release() noexcept override;

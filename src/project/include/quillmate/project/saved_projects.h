@@ -11,7 +11,7 @@
 /// (the last one) to "F9", each text the path of a project folder with a separator at its end. UTF-8.
 namespace quillmate::project {
 
-/// True for a folder that holds an index.
+/// True for a folder that holds an index. What a killed run left half exchanged there is brought to its end first.
 bool IsProjectFolder(const std::filesystem::path& folder);
 
 /// Last part of a project folder's path, with or without a separator at its end.

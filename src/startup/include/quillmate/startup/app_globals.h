@@ -1,9 +1,11 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include <quillmate/codedb/code_database.h>
+#include <quillmate/files/work_folder.h>
 #include <quillmate/settings/options.h>
 
 namespace quillmate::startup {
@@ -23,6 +25,8 @@ struct AppGlobals {
   std::filesystem::path TempFolder;
   /// This run's own scratch folder; empty until it is made.
   std::filesystem::path RunTempFolder;
+  /// What holds it where the scratch root can't be written.
+  std::unique_ptr<files::WorkFolder> scratchElsewhere;
   std::string LastProjectFolder;
   std::string DefaultFolder;
   settings::Options Options;

@@ -66,7 +66,8 @@ void CleanScratchRoot(const std::filesystem::path& scratchRoot) noexcept;
 
 /// Second part of the start, while the main window loads: cleans the root when the mark is alone and admits the
 /// others, loads the options, makes this run's scratch folder ("T_" and a number from 1 to 300000). When the root
-/// can't be written, the folder is "TempDateien" in a private folder below the system's temporary one. When that fails
+/// can't be written, the folder is "TempDateien" in a work folder (files/work_folder.h) below the system's temporary
+/// one. Either is for the user alone. When that fails
 /// too, `RunTempFolder` stays empty and exports will report their errors.
 void MakeRunFolder(AppGlobals& globals, InstanceMark& mark, const settings::SettingsStore& store);
 

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-namespace quillmate::startup {
+namespace quillmate::files {
 
 /// An advisory lock on a whole file, which the system gives back when the process ends. The file is made when it is
 /// missing and never removed: a lock on a removed file excludes nobody. Child processes do not inherit the lock.
@@ -27,4 +27,4 @@ class FileLock {
 #endif
 };
 
-}  // namespace quillmate::startup
+}  // namespace quillmate::files

@@ -5,9 +5,9 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include "file_lock_p.h"
+#include <quillmate/files/file_lock.h>
 
-namespace quillmate::startup {
+namespace quillmate::files {
 namespace {
 
 bool Lock(int descriptor, int operation) noexcept {
@@ -18,9 +18,12 @@ bool Lock(int descriptor, int operation) noexcept {
 
 }  // namespace
 
-// Reading is enough for a lock, so that users who share a program folder can lock each other's file.
+// Reading is enough for a lock, so that users who share a program folder can lock each other's file; only file servers
+// want it open for writing.
 FileLock::FileLock(const std::filesystem::path& file) noexcept
-    : descriptor_(open(file.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666)) {}
+    : descriptor_(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666)) {
+  if (descriptor_ < 0) descriptor_ = open(file.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);
+}
 
 FileLock::FileLock(FileLock&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
 
@@ -32,4 +35,4 @@ bool FileLock::TryExclusive() noexcept { return Lock(descriptor_, LOCK_EX | LOCK
 
 void FileLock::WaitShared() noexcept { Lock(descriptor_, LOCK_SH); }
 
-}  // namespace quillmate::startup
+}  // namespace quillmate::files

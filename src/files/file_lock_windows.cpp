@@ -2,9 +2,9 @@
 
 #include <windows.h>
 
-#include "file_lock_p.h"
+#include <quillmate/files/file_lock.h>
 
-namespace quillmate::startup {
+namespace quillmate::files {
 namespace {
 
 // The range may lie behind the end of the file.
@@ -38,4 +38,4 @@ void FileLock::WaitShared() noexcept {
   if (std::exchange(exclusive_, false)) UnlockFileEx(handle_, 0, 1, 0, &start);
 }
 
-}  // namespace quillmate::startup
+}  // namespace quillmate::files

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include <quillmate/files/replacement.h>
+
+/// A saved project: a folder with an index, the texts of its modules and its facts.
+///
+/// To the project belong the files of the database engine by their names, and the texts of exactly those modules that
+/// the index lists; everything else in the folder is somebody else's and never touched. A damaged index lists none.
+namespace quillmate::codedb {
+
+enum class FolderState {
+  kMissing,
+  kEmpty,
+  kProject,
+  kOther,     // holds something, but no index
+  kNoFolder,  // a file
+};
+
+/// What is at a place. What a killed run left half exchanged there is brought to its end first.
+FolderState LookAtFolder(const std::filesystem::path& folder);
+
+/// The names of the project's files, whether or not they exist.
+std::vector<std::filesystem::path> ProjectFiles(const std::filesystem::path& folder);
+
+/// Copies a project's files into an existing folder. Throws files::FileError, DatabaseError for a damaged index.
+void CopyProject(const std::filesystem::path& from, const std::filesystem::path& to);
+
+/// A project that is being written. Failures are std::runtime_error, German, UTF-8; they name what is in the way.
+class ProjectReplacement {
+ public:
+  /// The target must be missing, empty or a project.
+  explicit ProjectReplacement(const std::filesystem::path& target);
+  /// Where the files of the new project are to be made.
+  const std::filesystem::path& Path() const noexcept { return folder_->Path(); }
+  /// The full paths of what Commit replaces or removes, known once the new files are made.
+  std::vector<std::filesystem::path> Replaced() const;
+  void Commit();
+
+ private:
+  std::unique_ptr<files::FolderReplacement> folder_;
+};
+
+}  // namespace quillmate::codedb

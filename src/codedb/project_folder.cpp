@@ -1,0 +1,113 @@
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include <quillmate/codedb/facts.h>
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/project_folder.h>
+#include <quillmate/codedb/records.h>
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/file_error.h>
+#include <quillmate/files/paths.h>
+#include <quillmate/files/work_folder.h>
+
+namespace quillmate::codedb {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void Fail(const fs::path& path, const char* why) {
+  throw std::runtime_error(files::PathText(path) + ": " + why);
+}
+
+/// The texts of the modules that the index lists. Throws DatabaseError.
+std::vector<fs::path> ModuleTexts(const fs::path& folder) {
+  CodeDatabase database;
+  database.Open(DatabasePath(folder));
+  std::vector<fs::path> names;
+  for (const ModuleRecord& module : ReadIndex(database)) {
+    names.push_back(ModuleTextPath({}, static_cast<int>(module.number)));
+  }
+  return names;
+}
+
+bool IsFile(const fs::path& path) {
+  std::error_code ignored;
+  return fs::is_regular_file(path, ignored);
+}
+
+void CheckPlace(const fs::path& target) {
+  switch (LookAtFolder(target)) {
+    case FolderState::kNoFolder:
+      Fail(target, "Das ist kein Ordner");
+    case FolderState::kOther:
+      Fail(target, "Der Ordner ist kein Projekt und nicht leer; er wird nicht überschrieben");
+    default:
+      return;
+  }
+}
+
+}  // namespace
+
+FolderState LookAtFolder(const fs::path& folder) {
+  std::error_code error;
+  const fs::file_status status = fs::status(folder, error);
+  if (!fs::exists(status)) return FolderState::kMissing;
+  if (!fs::is_directory(status)) return FolderState::kNoFolder;
+  files::MendFolder(folder);
+  if (IsFile(DatabasePath(folder))) return FolderState::kProject;
+  const bool isEmpty = files::FolderEntries(folder, error).empty() && !error;
+  return isEmpty ? FolderState::kEmpty : FolderState::kOther;
+}
+
+std::vector<fs::path> ProjectFiles(const fs::path& folder) {
+  std::vector<fs::path> names;
+  for (const std::string_view file : {kDatabaseFile, kFactsFile}) {
+    for (const std::string_view companion : {"", "-journal", "-wal", "-shm"}) {
+      names.push_back(fs::path(file) += companion);
+    }
+  }
+  if (!IsFile(DatabasePath(folder))) return names;
+  try {
+    const std::vector<fs::path> texts = ModuleTexts(folder);
+    names.insert(names.end(), texts.begin(), texts.end());
+  } catch (const DatabaseError&) {
+    // What it listed nobody knows.
+  }
+  return names;
+}
+
+void CopyProject(const fs::path& from, const fs::path& to) {
+  std::vector<fs::path> names;
+  try {
+    names = ModuleTexts(from);
+  } catch (const DatabaseError& error) {
+    throw DatabaseError(BrokenProjectMessage(from) + ": " + error.what());
+  }
+  names.emplace_back(kDatabaseFile);
+  if (IsFile(from / kFactsFile)) names.emplace_back(kFactsFile);
+  for (const fs::path& name : names) files::WriteWholeFile(to / name, files::ReadWholeFile(from / name));
+}
+
+ProjectReplacement::ProjectReplacement(const fs::path& target) {
+  CheckPlace(target);
+  folder_ = std::make_unique<files::FolderReplacement>(target);
+}
+
+std::vector<fs::path> ProjectReplacement::Replaced() const {
+  std::vector<fs::path> paths;
+  for (const auto& names : {ProjectFiles(folder_->Target()), folder_->Names()}) {
+    for (const fs::path& name : names) paths.push_back(folder_->Target() / name);
+  }
+  return paths;
+}
+
+void ProjectReplacement::Commit() try {
+  folder_->Commit(ProjectFiles(folder_->Target()));
+} catch (const files::FileError& error) {
+  if (error.Code() != std::errc::file_exists) throw;
+  Fail(error.Path(), "Das gehört nicht zum Projekt und wird nicht überschrieben");
+}
+
+}  // namespace quillmate::codedb

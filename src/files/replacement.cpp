@@ -1,0 +1,254 @@
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include <quillmate/files/file_error.h>
+#include <quillmate/files/paths.h>
+#include <quillmate/files/replacement.h>
+#include <quillmate/files/work_folder.h>
+
+#include "exchange_p.h"
+#include "system_p.h"
+
+namespace quillmate::files {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kBufferSize = std::size_t{1} << 16U;
+/// From that many files on one flush of all that is written costs less than one for each.
+constexpr std::size_t kManyFiles = 8;
+
+/// Absolute, all links followed, without a separator at its end.
+fs::path RealTarget(const fs::path& target) {
+  std::error_code error;
+  fs::path path = RealPath(target, error);
+  if (error) throw FileError(FileAction::kWrite, target, error);
+  return path.has_filename() ? path : path.parent_path();
+}
+
+/// A link that leads nowhere yet leads to the file that is to be made.
+fs::path NewTarget(const fs::path& named) {
+  constexpr int kMostLinks = 40;
+  fs::path path = AbsolutePath(named);
+  std::error_code error;
+  for (int link = 0; link < kMostLinks && IsLink(path) && !error; ++link) {
+    path = PathSeenFrom(path.parent_path(), fs::read_symlink(path, error));
+  }
+  return path;
+}
+
+bool IsFolder(const fs::path& path) noexcept {
+  std::error_code ignored;
+  return fs::is_directory(fs::symlink_status(path, ignored));
+}
+
+/// The old state is gone already, and a power cut leaves one of the two whole in any case.
+void KeepName(const fs::path& path) { static_cast<void>(FlushFolder(path.parent_path())); }
+
+std::error_code FlushNewFolder(const fs::path& folder, const std::vector<fs::path>& names) {
+  std::error_code error;
+  if (names.size() >= kManyFiles && FlushFileSystem(folder, error)) return error;
+  for (const fs::path& name : names) {
+    if ((error = FlushFile(folder / name))) return error;
+  }
+  return FlushFolder(folder);
+}
+
+}  // namespace
+
+struct FileReplacement::State {
+  /// As messages name it, and the file itself.
+  fs::path named;
+  fs::path target;
+  bool existed = false;
+  std::optional<WorkFolder> work;
+  /// The work folder does not lie beside the target.
+  bool writesOver = false;
+  OpenFile file;
+  std::string buffer;
+
+  [[noreturn]] void Fail(const std::error_code& error) const { throw FileError(FileAction::kWrite, named, error); }
+  void Check(const std::error_code& error) const {
+    if (error) Fail(error);
+  }
+
+  void OpenTarget() {
+    std::error_code error;
+    OpenFile opened = OpenToWrite(target, WriteMode::kKeep, error);
+    Check(error);
+    if (!opened.IsPlain()) file = std::move(opened);
+  }
+
+  void MakeWorkFolder() {
+    try {
+      work.emplace(target.parent_path());
+    } catch (const FileError& error) {
+      if (!existed) Fail(error.Code());
+      writesOver = true;
+      work.emplace(TemporaryFolder(), WorkFolder::Access::kPrivate);
+    }
+    std::error_code error;
+    file = OpenToWrite(work->Path() / kFresh, WriteMode::kNew, error);
+    Check(error);
+  }
+
+  void PutInPlace() {
+    const fs::path fresh = work->Path() / kFresh;
+    const EndGuard guard;
+    if (!writesOver) {
+      const std::error_code error = Rename(fresh, target, existed ? NewName::kReplaced : NewName::kFree);
+      if (!error) return KeepName(target);
+      // It is mounted there, belongs to somebody else, or is open elsewhere.
+      if (!existed) Fail(error);
+    }
+    Check(WriteOver(work->Path(), target));
+  }
+};
+
+FileReplacement::FileReplacement(fs::path target) : state_(std::make_unique<State>()) {
+  state_->named = std::move(target);
+  std::error_code ignored;
+  const fs::file_status status = fs::status(state_->named, ignored);
+  if (fs::is_directory(status)) state_->Fail(std::make_error_code(std::errc::is_a_directory));
+  state_->existed = fs::exists(status);
+  if (state_->existed || IsDevice(state_->named)) {
+    state_->target = IsDevice(state_->named) ? state_->named : RealTarget(state_->named);
+    state_->OpenTarget();
+  } else {
+    state_->target = NewTarget(state_->named);
+  }
+  if (!state_->file.IsOpen()) state_->MakeWorkFolder();
+}
+
+FileReplacement::~FileReplacement() = default;
+
+void FileReplacement::Write(std::string_view bytes) {
+  std::string& buffer = state_->buffer;
+  if (buffer.size() + bytes.size() > kBufferSize) {
+    state_->Check(state_->file.Write(buffer));
+    buffer.clear();
+  }
+  if (bytes.size() > kBufferSize) return state_->Check(state_->file.Write(bytes));
+  buffer += bytes;
+}
+
+void FileReplacement::Commit() {
+  state_->Check(state_->file.Write(state_->buffer));
+  state_->buffer.clear();
+  if (!state_->work) return state_->Check(state_->file.Close());
+  if (state_->existed) state_->Check(TakeRights(state_->target, state_->work->Path() / kFresh));
+  state_->Check(state_->file.Flush());
+  state_->Check(state_->file.Close());
+  state_->PutInPlace();
+  state_->work.reset();
+}
+
+void ReplaceFile(const fs::path& target, const std::function<void(const Writer&)>& produce) {
+  FileReplacement file(target);
+  produce([&file](std::string_view bytes) { file.Write(bytes); });
+  file.Commit();
+}
+
+void ReplaceFile(const fs::path& target, std::string_view bytes) {
+  ReplaceFile(target, [bytes](const Writer& write) { write(bytes); });
+}
+
+struct FolderReplacement::State {
+  fs::path target;
+  bool existed = false;
+  std::optional<WorkFolder> work;
+  fs::path fresh;
+
+  [[noreturn]] void Fail(const std::error_code& error) const { throw FileError(FileAction::kWrite, target, error); }
+  void Check(const std::error_code& error) const {
+    if (error) Fail(error);
+  }
+
+  /// Those of the names that a file or link in the target has.
+  std::vector<fs::path> InTarget(const std::vector<fs::path>& names) const {
+    std::vector<fs::path> found;
+    for (const fs::path& name : names) {
+      if (Exists(target / name) && !IsFolder(target / name)) found.push_back(name);
+    }
+    return found;
+  }
+
+  void CheckNames(const std::vector<fs::path>& names, const std::vector<fs::path>& own) const {
+    for (const fs::path& name : names) {
+      if (!Exists(target / name)) continue;
+      if (IsFolder(target / name) || std::find(own.begin(), own.end(), name) == own.end()) {
+        throw FileError(FileAction::kWrite, target / name, std::make_error_code(std::errc::file_exists));
+      }
+    }
+  }
+
+  void HandRightsOn(const std::vector<fs::path>& names, const std::vector<fs::path>& old) const {
+    CommonRights rights;
+    for (const fs::path& name : old) rights.Add(target / name);
+    for (const fs::path& name : names) {
+      if (Exists(target / name)) {
+        Check(TakeRights(target / name, fresh / name));
+      } else {
+        Check(rights.Limit(fresh / name));
+      }
+    }
+  }
+
+  void PutInPlace() const {
+    const EndGuard guard;
+    Check(Rename(fresh, target, NewName::kFree));
+    KeepName(target);
+  }
+
+  void ExchangeFiles(const std::vector<fs::path>& names, const std::vector<fs::path>& own) const {
+    const std::vector<fs::path> old = InTarget(own);
+    const EndGuard guard;
+    Check(CarryOut({.work = work->Path(), .place = target, .fresh = names, .old = old}));
+  }
+};
+
+FolderReplacement::FolderReplacement(const fs::path& target) : state_(std::make_unique<State>()) {
+  state_->target = RealTarget(target);
+  state_->existed = Exists(state_->target);
+  try {
+    state_->work.emplace(state_->existed ? state_->target : state_->target.parent_path());
+  } catch (const FileError& error) {
+    state_->Fail(error.Code());
+  }
+  state_->fresh = state_->work->Path() / kFresh;
+  state_->Check(MakeFolder(state_->fresh));
+}
+
+FolderReplacement::~FolderReplacement() = default;
+
+const fs::path& FolderReplacement::Target() const noexcept { return state_->target; }
+
+const fs::path& FolderReplacement::Path() const noexcept { return state_->fresh; }
+
+std::vector<fs::path> FolderReplacement::Names() const {
+  std::error_code error;
+  std::vector<fs::path> names;
+  for (const FolderEntry& entry : FolderEntries(state_->fresh, error)) names.push_back(entry.path.filename());
+  state_->Check(error);
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+void FolderReplacement::Commit(const std::vector<fs::path>& own) {
+  const std::vector<fs::path> names = Names();
+  if (state_->existed) {
+    state_->CheckNames(names, own);
+    state_->HandRightsOn(names, state_->InTarget(own));
+  }
+  state_->Check(FlushNewFolder(state_->fresh, names));
+  if (state_->existed) {
+    state_->ExchangeFiles(names, own);
+  } else {
+    state_->PutInPlace();
+  }
+  state_->work.reset();
+}
+
+}  // namespace quillmate::files

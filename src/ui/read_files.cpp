@@ -1,0 +1,24 @@
+#include "read_files.h"
+
+#include <stdexcept>
+
+#include <quillmate/codedb/project_folder.h>
+#include <quillmate/files/identity.h>
+#include <quillmate/files/paths.h>
+
+namespace quillmate::ui {
+
+void ReadFiles::Check(const std::vector<std::filesystem::path>& written) const {
+  files::IdentitySet read;
+  for (const auto& file : documents_.Files()) read.Add(file);
+  if (session_.IsLoaded()) {
+    for (const auto& name : codedb::ProjectFiles(session_.Folder())) read.Add(session_.Folder() / name);
+  }
+  for (const auto& path : written) {
+    if (!read.Contains(path)) continue;
+    throw std::runtime_error("Aus dieser Datei wird gelesen, sie wird nicht überschrieben:\r\n" +
+                             files::PathText(path));
+  }
+}
+
+}  // namespace quillmate::ui

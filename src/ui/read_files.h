@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+#include <quillmate/host/document_host.h>
+#include <quillmate/project/session.h>
+
+namespace quillmate::ui {
+
+/// The program never writes to what it reads: the sources of the last listing and the files of the project on screen,
+/// by whatever name they are reached.
+class ReadFiles {
+ public:
+  /// Both must outlive it.
+  ReadFiles(const host::DocumentHost& documents, const project::Session& session)
+      : documents_(documents), session_(session) {}
+
+  /// Throws std::runtime_error (German) when one of these paths, which are to be written, leads to such a file.
+  void Check(const std::vector<std::filesystem::path>& written) const;
+
+ private:
+  const host::DocumentHost& documents_;
+  const project::Session& session_;
+};
+
+}  // namespace quillmate::ui
