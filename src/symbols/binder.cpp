@@ -52,6 +52,8 @@ Binder::Binder(const Tables& tables, Index module, Scratch& scratch, ModuleRefer
   scratch_.pendingStamps.assign(names, 0);
   scratch_.locals.resize(names);
   scratch_.labels.resize(names);
+  scratch_.pickNumbers = {};
+  scratch_.picks.clear();
   scratch_.pendings.resize(names);
 }
 

@@ -35,6 +35,9 @@ struct Scratch {
   std::vector<std::uint32_t> localStamps, labelStamps, pendingStamps;
   std::vector<Index> locals, labels, pendings;
   std::vector<Local> picked;
+  /// What was picked from long groups: to numbers of `picks`.
+  NameTable pickNumbers;
+  std::vector<Local> picks;  ///< kNone: several
 };
 
 class Binder {
@@ -94,6 +97,7 @@ class Binder {
   TypeRef Follow(Index number, TypeRef type, unsigned lists, Form last);
   TypeRef CallDefault(Index place, Index module, Local member, Form form);
   bool MayWrite(const NameUse& use) const;
+  Local PickOne(const ModuleTable& table, Index module, Local first, Form form, bool routines);
   bool IsGivenByValue(const NameUse& use) const;
   void NoteRecord(const NameUse& use, const TypeRef& type);
 

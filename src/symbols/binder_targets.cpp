@@ -16,6 +16,9 @@ std::uint32_t TakenArguments(const Declaration& header, SymbolKind kind) {
   return assigned && header.childCount > 0 ? header.childCount - 1 : header.childCount;
 }
 
+constexpr Local kNothing = kNone - 1;
+constexpr unsigned kShortGroup = 6;
+
 bool IsTarget(Form form) { return form == Form::kLet || form == Form::kSet; }
 
 }  // namespace
@@ -57,14 +60,32 @@ void Binder::BindGroup(Index number, Index module, Local first, bool routines) {
     return BindTo(number, module, first, table.IsInactive(first));
   }
   const Form form = PickForm(FormOf(use.role));
-  scratch_.picked.clear();
-  Pick(table, first, form, outside, table.project != project_, routines, scratch_.picked);
-  if (scratch_.picked.empty()) return;
-  const Local local = scratch_.picked.front();
-  if (scratch_.picked.size() == 1) return BindTo(number, module, local, table.IsInactive(local));
+  const Local local = PickOne(table, module, first, form, routines);
+  if (local == kNothing) return;
+  if (local != kNone) return BindTo(number, module, local, table.IsInactive(local));
   BindSeveral(number, {SetKind::kGroup, form, outside, table.project, module, first, 0});
-  scratch_.bound[number].type = table.types[local];
-  if (use.argumentCount > 0) scratch_.bound[number].type = {};
+}
+
+/// The one thing that is picked from a group; kNone when there are several, kNothing when there is none. Long groups
+/// are looked through once for all of the module's uses.
+Local Binder::PickOne(const ModuleTable& table, Index module, Local first, Form form, bool routines) {
+  const bool outside = module != module_;
+  const auto pick = [&] {
+    scratch_.picked.clear();
+    Pick(table, first, form, outside, table.project != project_, routines, scratch_.picked);
+    if (scratch_.picked.empty()) return kNothing;
+    return scratch_.picked.size() == 1 ? scratch_.picked.front() : kNone;
+  };
+  unsigned length = 0;
+  for (Local local = first; local != kNone && length < kShortGroup; local = table.next[local]) ++length;
+  if (length < kShortGroup) return pick();
+  const std::uint64_t how = static_cast<std::uint64_t>(form) << 1U | (routines ? 1U : 0U);
+  Index& known = scratch_.pickNumbers.Grow(Within(Within(first, module), how), scratch_.picks.size());
+  if (known == kNone) {
+    known = static_cast<Index>(scratch_.picks.size());
+    scratch_.picks.push_back(pick());
+  }
+  return scratch_.picks[known];
 }
 
 /// Binds a use to one thing: what it does with it, what its arguments go to, what follows it.

@@ -88,8 +88,8 @@ void JoinBindings(Data& data, const std::vector<ExternalBinding>& bindings) {
     AddEventProperties(data, module);
     AddShortcuts(data, module);
   }
-  std::stable_sort(data.hostCalls.begin(), data.hostCalls.end(),
-                   [](const HostCall& a, const HostCall& b) { return a.routine < b.routine; });
+  std::sort(data.hostCalls.begin(), data.hostCalls.end());
+  data.hostCalls.erase(std::unique(data.hostCalls.begin(), data.hostCalls.end()), data.hostCalls.end());
 }
 
 /// Marks types that leave the code as a whole, and the types of their members.
@@ -161,7 +161,7 @@ std::vector<std::string> ReferenceIndex::HostPlaces(SymbolId routine) const {
   auto call = std::lower_bound(data_->hostCalls.begin(), data_->hostCalls.end(), routine,
                                [](const HostCall& a, SymbolId id) { return a.routine < id; });
   for (; call != data_->hostCalls.end() && call->routine == routine; ++call) {
-    if (std::find(places.begin(), places.end(), call->place) == places.end()) places.push_back(call->place);
+    places.push_back(call->place);
   }
   const Symbol& symbol = data_->symbols[routine];
   if (symbol.kind == SymbolKind::kSub && data_->modules[symbol.module].kind == language::ModuleKind::kStandard) {

@@ -14,6 +14,8 @@ namespace quillmate::symbols {
 struct HostCall {
   SymbolId routine;
   std::string place;
+
+  auto operator<=>(const HostCall&) const = default;
 };
 
 /// A literal that may name routines: `key` is Within(name, project).

@@ -35,6 +35,7 @@ Meaning Gather(const Tables& tables, Index first, Counts counts) {
       active = isActive;
     } else if (isActive == active) {
       found.kind = MeaningKind::kSeveral;
+      if (active) break;  // the third and all further ones change nothing
     }
   }
   if (found.kind == MeaningKind::kSeveral) found.local = first;
@@ -78,6 +79,7 @@ Meaning ExportedType(const Tables& tables, Index project, NameHash name, Index e
       active = isActive;
     } else if (isActive == active) {
       found.kind = MeaningKind::kSeveral;
+      if (active) break;
     }
   }
   if (found.kind == MeaningKind::kSeveral) found.local = first;

@@ -56,6 +56,26 @@ bool Before(const Reference& a, const Reference& b) {
   return a.use < b.use;
 }
 
+void AddTargets(Occurrence& occurrence, const std::vector<SymbolId>& targets) {
+  occurrence.targets.insert(occurrence.targets.end(), targets.begin(), targets.end());
+  std::sort(occurrence.targets.begin(), occurrence.targets.end());
+  occurrence.targets.erase(std::unique(occurrence.targets.begin(), occurrence.targets.end()), occurrence.targets.end());
+}
+
+Occurrence OccurrenceOf(const Data& data, Index module, const StoredReference& stored) {
+  Reference place{};
+  data.Place(module, stored, place);
+  Occurrence occurrence{place.offset, place.line, place.column, place.length, false, Use::kRead, stored.certainty, {}};
+  if ((stored.flags & reference_flag::kSet) != 0) {
+    const auto members = data.sets.Row(stored.target);
+    occurrence.targets.assign(members.begin(), members.end());
+  } else {
+    occurrence.targets.push_back(stored.target);
+  }
+  if (!occurrence.targets.empty()) occurrence.use = data.UseOf(stored, occurrence.targets.front());
+  return occurrence;
+}
+
 std::string FoldedName(const ModuleInfo& module) { return language::FoldName(module.name); }
 
 }  // namespace
@@ -247,11 +267,42 @@ std::optional<Occurrence> ReferenceIndex::NameAt(Index module, std::uint32_t lin
   const auto offset =
       static_cast<std::uint32_t>(code.lines[line - 1].offset + OffsetOfColumn(code.LineText(line), column));
   std::optional<Occurrence> best;
-  for (Occurrence& occurrence : Occurrences(module)) {
-    if (occurrence.offset > offset || offset > occurrence.offset + occurrence.length) continue;
-    // A caret right behind a name still means it, unless another one begins there.
-    if (!best || offset < occurrence.offset + occurrence.length) best = std::move(occurrence);
+  // A caret right behind a name still means it, unless another one begins there.
+  const auto offer = [&](Occurrence occurrence) {
+    if (occurrence.offset > offset || offset > occurrence.offset + occurrence.length) return;
+    if (!best || occurrence.offset > best->offset) {
+      best = std::move(occurrence);
+    } else if (occurrence.offset == best->offset && !best->declares) {
+      AddTargets(*best, occurrence.targets);
+    }
+  };
+  const ModuleInfo& info = data_->modules[module];
+  const auto symbolsEnd = data_->symbols.begin() + info.endSymbol;
+  const auto first = std::find_if(data_->symbols.begin() + info.symbol, symbolsEnd,
+                                  [](const Symbol& symbol) { return symbol.line > 0; });
+  const auto next = std::upper_bound(first, symbolsEnd, offset,
+                                     [](std::uint32_t o, const Symbol& symbol) { return o < symbol.offset; });
+  for (auto symbol = next; symbol != first && next - symbol < 2;) {
+    --symbol;
+    offer({symbol->offset,
+           symbol->line,
+           symbol->column,
+           symbol->length,
+           true,
+           Use::kRead,
+           Certainty::kSure,
+           {static_cast<SymbolId>(symbol - data_->symbols.begin())}});
   }
+  const auto nextUse = std::upper_bound(code.uses.begin(), code.uses.end(), offset,
+                                        [](std::uint32_t o, const language::NameUse& use) { return o < use.offset; });
+  const auto useNumber = static_cast<Index>(nextUse - code.uses.begin());
+  for (const StoredReference& stored : data_->references[module].references) {
+    constexpr std::uint16_t kNot = reference_flag::kImplicit | reference_flag::kDeclaration;
+    if ((stored.flags & kNot) != 0 || stored.target == kNone) continue;
+    const bool near = stored.place + 2 >= useNumber && stored.place < useNumber;
+    if (near || (stored.flags & reference_flag::kString) != 0) offer(OccurrenceOf(*data_, module, stored));
+  }
+  if (best && best->targets.empty()) best.reset();
   return best;
 }
 
@@ -266,32 +317,15 @@ std::vector<Occurrence> ReferenceIndex::Occurrences(Index module) const {
   for (const StoredReference& stored : data_->references[module].references) {
     constexpr std::uint16_t kNot = reference_flag::kImplicit | reference_flag::kDeclaration;
     if ((stored.flags & kNot) != 0 || stored.target == kNone) continue;
-    Reference place{};
-    data_->Place(module, stored, place);
-    Occurrence occurrence{place.offset, place.line, place.column,     place.length,
-                          false,        Use::kRead, stored.certainty, {}};
-    if ((stored.flags & reference_flag::kSet) != 0) {
-      const auto members = data_->sets.Row(stored.target);
-      occurrence.targets.assign(members.begin(), members.end());
-    } else {
-      occurrence.targets.push_back(stored.target);
-    }
-    if (occurrence.targets.empty()) continue;
-    occurrence.use = data_->UseOf(stored, occurrence.targets.front());
-    all.push_back(std::move(occurrence));
+    Occurrence occurrence = OccurrenceOf(*data_, module, stored);
+    if (!occurrence.targets.empty()) all.push_back(std::move(occurrence));
   }
   std::stable_sort(all.begin(), all.end(), [](const auto& a, const auto& b) { return a.offset < b.offset; });
   // One place may have several meanings: a module, or the routine of its name.
   std::size_t kept = 0;
   for (std::size_t at = 0; at < all.size(); ++at) {
     if (kept > 0 && all[kept - 1].offset == all[at].offset) {
-      if (all[kept - 1].declares) continue;
-      for (const SymbolId target : all[at].targets) {
-        if (std::find(all[kept - 1].targets.begin(), all[kept - 1].targets.end(), target) ==
-            all[kept - 1].targets.end()) {
-          all[kept - 1].targets.push_back(target);
-        }
-      }
+      if (!all[kept - 1].declares) AddTargets(all[kept - 1], all[at].targets);
       continue;
     }
     if (kept != at) all[kept] = std::move(all[at]);

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <unordered_map>
 
 #include <quillmate/language/parse.h>
 #include <quillmate/symbols/unused.h>
@@ -46,6 +47,7 @@ class Grader {
 
   const ReferenceIndex& index_;
   const Data& data_;
+  mutable std::unordered_map<SymbolId, Evidence> members_;  ///< of interfaces, events: asked for each that answers them
 };
 
 bool Grader::IsListed(SymbolId id) const {
@@ -159,12 +161,15 @@ Evidence Grader::Collect(SymbolId id) const {
 void Grader::CollectThroughMember(SymbolId routine, Evidence& evidence) const {
   const Data::Handled* handler = data_.HandlerOf(routine);
   if (handler == nullptr || handler->target == kNone) return;
-  Evidence member;
-  data_.AnyReference(handler->target, [&](Index number) {
-    const StoredReference& stored = data_.Stored(number, data_.ModuleOfReference(number));
-    if ((stored.flags & reference_flag::kDeclaration) == 0) Weigh(handler->target, number, member);
-    return member.used;
-  });
+  const auto [known, isNew] = members_.try_emplace(handler->target);
+  Evidence& member = known->second;
+  if (isNew) {
+    data_.AnyReference(handler->target, [&](Index number) {
+      const StoredReference& stored = data_.Stored(number, data_.ModuleOfReference(number));
+      if ((stored.flags & reference_flag::kDeclaration) == 0) Weigh(handler->target, number, member);
+      return member.used;
+    });
+  }
   evidence.used = member.used || member.written;
   evidence.ambiguous = std::min(evidence.ambiguous, member.ambiguous);
   evidence.byName = std::min(evidence.byName, member.byName);

@@ -168,6 +168,23 @@ void AddTexts(Corpus& corpus) {
              "[quellen]\nQ0=/a/b.bas\nQ1=@ByteArray(\\xe4)\nQ10=\"x;y\", z\n[recent]\nF1=/p\n");
 }
 
+/// The sample project's modules, one by one and as a project.
+void AddCode(Corpus& corpus) {
+  std::string project;
+  for (const auto& entry : fs::directory_iterator(tests::SourceFolder() / "samples" / "Lagerverwaltung")) {
+    const std::string code = files::ReadWholeFile(entry.path());
+    corpus.Add("language", code);
+    project.append(project.empty() ? "" : "\f").append(code.substr(0, 8000));
+  }
+  corpus.Add("symbols", project);
+  corpus.Add(
+      "symbols",
+      "Implements B\r\nPrivate WithEvents e As B\r\nSub B_A(): e.A: RaiseEvent X: End Sub\r\nEvent X()\r\n\f"
+      "Public Function A(Optional p As B) As B\r\nAttribute A.VB_UserMemId = 0\r\nWith A(1)\r\n.A!k = Me.A(p:=1)\r\n"
+      "End With\r\nReDim z(3)\r\nApplication.Run \"A.B_A\"\r\nEnd Function\r\nEnum E: x: End Enum\r\n\f"
+      "Type T: m As T: End Type\r\nSub S(t As T): t.m.m.m = x: GoTo 1: y = t: End Sub\r\n");
+}
+
 }  // namespace
 }  // namespace quillmate::office
 
@@ -187,4 +204,5 @@ int main(int argc, char** argv) {
   AddModules(corpus, LargeProject(3, 500));
   AddSavedProject(corpus);
   AddTexts(corpus);
+  AddCode(corpus);
 }

@@ -52,6 +52,7 @@ void ReadModule(const std::string& kind, std::istringstream& words, Sources& sou
   words >> module.name;
   bool typed = false;
   for (std::string word; words >> word;) {
+    if (word.ends_with(',')) word.pop_back();
     if (word == "predeclared") {
       module.predeclared = true;
     } else if (word == "exposed") {
