@@ -46,7 +46,13 @@ bool TellsControls(const language::Module& code) {
   }
 }
 
-void ParseOne(ReferenceIndex::Data& data, const Sources& sources, Index number, language::Workspace& workspace) {
+/// What one worker parses with.
+struct Parser {
+  language::Workspace workspace;
+  language::Module module;
+};
+
+void ParseOne(ReferenceIndex::Data& data, const Sources& sources, Index number, Parser& parser) {
   const ModuleSource& source = sources.modules[number];
   const ProjectSource& project = sources.projects[source.project];
   language::Module& code = data.code[number];
@@ -54,8 +60,9 @@ void ParseOne(ReferenceIndex::Data& data, const Sources& sources, Index number, 
   options.dialect = project.dialect;
   options.constants = project.constants;
   if (source.kind) options.kind = *source.kind;
-  language::ParseModule(data.texts[number], options, workspace, code);
-  code.Shrink();
+  // The parser's own module keeps the room that it grew; the copy takes what it needs.
+  language::ParseModule(data.texts[number], options, parser.workspace, parser.module);
+  code = parser.module;
 
   ModuleInfo& info = data.modules[number];
   info.name = !source.name.empty() ? source.name : !code.facts.name.empty() ? code.facts.name : FileStem(source.file);
@@ -118,10 +125,10 @@ ReferenceIndex ReferenceIndex::Build(Sources sources, const BuildOptions& option
     if (options.progress != nullptr) options.progress->fetch_add(1);
   };
   {
-    std::vector<language::Workspace> workspaces(workers);
+    std::vector<Parser> parsers(workers);
     ForEachPiece(workers, count, [&](unsigned worker, std::size_t module) {
       if (isCancelled()) return;
-      ParseOne(*data, sources, static_cast<Index>(module), workspaces[worker]);
+      ParseOne(*data, sources, static_cast<Index>(module), parsers[worker]);
       step();
     });
   }
