@@ -35,20 +35,21 @@ void AddRun(std::vector<LineRun>& runs, const LineRun& line) {
 }  // namespace
 
 std::string WithHiddenLines(std::string_view code, const std::vector<HiddenLines>& hidden) {
+  std::size_t size = code.size() + 2;
+  for (const HiddenLines& lines : hidden) size += lines.text.size() + 1;
   std::string text;
-  text.reserve(code.size());
-  std::string_view rest = code;
+  text.reserve(size);
   std::int32_t line = 1;
   for (const HiddenLines& lines : hidden) {
-    for (; line < lines.line && !rest.empty(); ++line) text.append(TakeLine(rest)) += '\n';
+    for (; line < lines.line && !code.empty(); ++line) {
+      const std::size_t length = std::min(code.find('\n'), code.size() - 1) + 1;
+      text.append(code.substr(0, length));
+      code.remove_prefix(length);
+      if (!text.ends_with('\n')) text += '\n';
+    }
     text.append(lines.text) += '\n';
   }
-  while (!rest.empty()) {
-    const bool last = rest.find_first_of("\r\n") == std::string_view::npos;
-    text.append(TakeLine(rest));
-    if (!last) text += '\n';
-  }
-  return text;
+  return text.append(code);
 }
 
 std::vector<LineRun> MatchLines(std::string_view code, std::string_view shown) {

@@ -121,7 +121,9 @@ Sources Records(const codedb::Facts& facts, Host assumed) {
 
 std::string StoredText(const std::filesystem::path& folder, std::int32_t number) {
   try {
-    return text::Utf8FromCode(codedb::StoredCode(codedb::ReadModuleText(folder, number)));
+    std::string code = codedb::StoredCode(codedb::ReadModuleText(folder, number));
+    const bool ascii = std::all_of(code.begin(), code.end(), [](char c) { return (c & 0x80) == 0; });
+    return ascii ? code : text::Utf8FromCode(code);
   } catch (const std::exception&) {
     return {};
   }

@@ -96,7 +96,7 @@ TEST_F(FactsTest, NonsenseIsRefused) {
 TEST(FactLines, HiddenLinesAreBackInTheirPlaces) {
   const std::vector<HiddenLines> hidden = {{1, "VERSION 1.0 CLASS\nEND"}, {2, "Attribute A.x = 1"}, {9, "Attribute e"}};
   EXPECT_EQ(WithHiddenLines("Sub A()\r\nEnd Sub", hidden),
-            "VERSION 1.0 CLASS\nEND\nSub A()\nAttribute A.x = 1\nEnd Sub\nAttribute e\n");
+            "VERSION 1.0 CLASS\nEND\nSub A()\r\nAttribute A.x = 1\nEnd Sub\nAttribute e\n");
   EXPECT_EQ(WithHiddenLines("a\nb\n", {}), "a\nb\n");
 }
 

@@ -162,7 +162,7 @@ void WriteFacts(const std::filesystem::path& folder, const Facts& facts);
 /// or is of a later version: the caller goes on without.
 std::optional<Facts> ReadFacts(const std::filesystem::path& folder);
 
-/// The text of the module's file again: hidden lines and code, lines separated by LF.
+/// The text of the module's file again: hidden lines and code, whose lines end in LF or CR LF and keep that.
 std::string WithHiddenLines(std::string_view code, const std::vector<HiddenLines>& hidden);
 
 /// How the lines of `shown` (without markers) come from those of `code`: the layout drops or inserts empty lines,
