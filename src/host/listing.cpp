@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <chrono>
+#include <optional>
 #include <system_error>
+#include <unordered_set>
 #include <utility>
 
 #include <quillmate/codedb/index_files.h>
@@ -56,10 +58,13 @@ bool IsOfNoConcern(const fs::path& file, office::OfficeFile::State state) {
   return state == office::OfficeFile::State::kNoMacros;
 }
 
+constexpr std::string_view kVbProjectExtension = ".vbp";
+
 /// The names of a folder, files apart from sub-folders, each in byte order.
 struct FolderContent {
   std::vector<fs::path> files;
   std::vector<fs::path> officeFiles;
+  std::vector<fs::path> vbProjects;
   std::vector<fs::path> folders;
 };
 
@@ -74,6 +79,8 @@ void TakeEntry(const files::FolderEntry& entry, FolderContent& content) {
     if (!entry.isLink) content.folders.push_back(entry.path);
   } else if (office::IsModuleFileExtension(ExtensionOf(entry.path))) {
     content.files.push_back(entry.path);
+  } else if (text::EqualsIgnoreCase(ExtensionOf(entry.path), kVbProjectExtension)) {
+    content.vbProjects.push_back(entry.path);
   } else if (MayBeOfficeFile(entry.path)) {
     content.officeFiles.push_back(entry.path);
   }
@@ -84,6 +91,7 @@ std::error_code ReadFolder(const fs::path& folder, FolderContent& content) {
   for (const files::FolderEntry& entry : files::FolderEntries(folder, error)) TakeEntry(entry, content);
   SortByBytes(content.files);
   SortByBytes(content.officeFiles);
+  SortByBytes(content.vbProjects);
   SortByBytes(content.folders);
   return error;
 }
@@ -141,7 +149,10 @@ class Lister {
   void ListOfficeFile(const fs::path& file, bool inFolder);
   void TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office::OfficeFile read, bool inFolder);
 
-  void AddFolder(const fs::path& folder, ListedProject& project, std::vector<fs::path>& officeFiles);
+  void CollectFolder(const fs::path& folder, FolderContent& all);
+  std::optional<ListedProject> ReadVbProject(const fs::path& file);
+  /// False for a file that an earlier source has given already.
+  bool IsNew(const fs::path& file) { return seen_.insert(file.native()).second; }
   void AddModule(ListedModule module, ListedProject& project);
   void AddProject(ListedProject project);
   void AddProblem(const fs::path& path, std::string reason);
@@ -149,6 +160,7 @@ class Lister {
   Listing listing_;
   std::string buffer_;
   std::size_t keptText_ = 0;
+  std::unordered_set<fs::path::string_type> seen_;
 };
 
 void Lister::ListSource(const fs::path& source) {
@@ -158,7 +170,7 @@ void Lister::ListSource(const fs::path& source) {
     ListFolder(full);
   } else if (!fs::exists(full, error)) {
     AddProblem(full, office::ProblemOfPath(full));
-  } else {
+  } else if (IsNew(full)) {
     ListFile(full);
   }
 }
@@ -171,7 +183,7 @@ void Lister::ListFile(const fs::path& file) {
   const std::string extension = ExtensionOf(file);
   if (read.recognized) {
     TakeOfficeFile(file, stamp, std::move(read), false);
-  } else if (text::EqualsIgnoreCase(extension, ".vbp")) {
+  } else if (text::EqualsIgnoreCase(extension, kVbProjectExtension)) {
     ListVbProject(file);
   } else if (office::IsModuleFileExtension(extension)) {
     ListModuleFile(file);
@@ -187,19 +199,43 @@ void Lister::ListFolder(const fs::path& folder) {
   ListedProject project;
   project.project.name = CodeOfPath(folder.has_filename() ? folder.filename() : folder);
   project.project.fileName = files::PathText(folder);
-  std::vector<fs::path> officeFiles;
-  AddFolder(folder, project, officeFiles);
+  FolderContent content;
+  CollectFolder(folder, content);
+  // What a project file in the folder names belongs to that project.
+  std::vector<ListedProject> vbProjects;
+  std::unordered_set<fs::path::string_type> taken;
+  for (const fs::path& file : content.vbProjects) {
+    std::optional<ListedProject> vbProject = IsNew(file) ? ReadVbProject(file) : std::nullopt;
+    if (!vbProject) continue;
+    for (const ListedModule& module : vbProject->modules) {
+      taken.insert(module.path.native());
+      seen_.insert(module.path.native());
+    }
+    vbProjects.push_back(std::move(*vbProject));
+  }
+  for (const fs::path& file : content.files) {
+    if (!taken.contains(file.native()) && IsNew(file)) AddModule({{}, file, ExtensionOf(file), {}, {}}, project);
+  }
   AddProject(std::move(project));
-  for (const fs::path& file : officeFiles) ListOfficeFile(file, true);
+  for (ListedProject& vbProject : vbProjects) AddProject(std::move(vbProject));
+  for (const fs::path& file : content.officeFiles) {
+    if (IsNew(file)) ListOfficeFile(file, true);
+  }
   const std::size_t after = listing_.projects.size() + listing_.problems.size();
-  if (after == before) AddProblem(folder, "Ordner enthält keine Module");
+  const bool empty = content.files.empty() && content.vbProjects.empty() && after == before;
+  if (empty) AddProblem(folder, "Ordner enthält keine Module");
 }
 
 void Lister::ListVbProject(const fs::path& file) {
+  std::optional<ListedProject> project = ReadVbProject(file);
+  if (project) AddProject(std::move(*project));
+}
+
+std::optional<ListedProject> Lister::ReadVbProject(const fs::path& file) {
   const SourceBytes content = ReadSourceFile(file, buffer_);
-  if (!content.problem.empty()) return AddProblem(file, content.problem);
+  if (!content.problem.empty()) return AddProblem(file, content.problem), std::nullopt;
   const VbProject vbProject = ParseVbProject(content.bytes);
-  if (vbProject.modules.empty()) return AddProblem(file, "Projektdatei nennt keine Module");
+  if (vbProject.modules.empty()) return AddProblem(file, "Projektdatei nennt keine Module"), std::nullopt;
 
   ListedProject project;
   project.project.name = vbProject.name.empty() ? CodeOfPath(file.stem()) : text::CodeFromUtf8(vbProject.name);
@@ -215,7 +251,7 @@ void Lister::ListVbProject(const fs::path& file) {
     module.givenName = text::CodeFromUtf8(entry.name);
     AddModule(std::move(module), project);
   }
-  AddProject(std::move(project));
+  return project;
 }
 
 void Lister::ListModuleFile(const fs::path& file) {
@@ -258,12 +294,17 @@ void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office
   AddProject(std::move(project));
 }
 
-void Lister::AddFolder(const fs::path& folder, ListedProject& project, std::vector<fs::path>& officeFiles) {
+/// The files of a folder, then those of its sub-folders.
+void Lister::CollectFolder(const fs::path& folder, FolderContent& all) {
   FolderContent content;
   if (ReadFolder(folder, content)) AddProblem(folder, "Ordner kann nicht gelesen werden");
-  for (const fs::path& file : content.files) AddModule({{}, file, ExtensionOf(file), {}, {}}, project);
-  officeFiles.insert(officeFiles.end(), content.officeFiles.begin(), content.officeFiles.end());
-  for (const fs::path& inner : content.folders) AddFolder(inner, project, officeFiles);
+  const auto append = [](std::vector<fs::path>& to, const std::vector<fs::path>& from) {
+    to.insert(to.end(), from.begin(), from.end());
+  };
+  append(all.files, content.files);
+  append(all.officeFiles, content.officeFiles);
+  append(all.vbProjects, content.vbProjects);
+  for (const fs::path& inner : content.folders) CollectFolder(inner, all);
 }
 
 void Lister::AddModule(ListedModule module, ListedProject& project) {

@@ -45,10 +45,12 @@ TEST_F(CliTest, ASavedProjectMeansWhatItsSourcesMean) {
   for (const char* const file : {"a.bas", "k.bas", "kurz.bas"}) fs::rename(Folder() / file, Folder() / "q" / file);
   const Result index = Run("index -o p q");
   EXPECT_EQ(index.err, "quillmate-cli: " + Full("q/a.bas") + ": 1 Zeichen wurde durch \"?\" ersetzt\n");
+  EXPECT_EQ(Run("index -o laidOut --option einr=-1 --option rer=-1 --option leer=-1 --option rle=-1 q").status, 0);
   for (const char* const command : {"symbols --json", "modules --exact --json", "unused --exact --json", "tags"}) {
     const Result fromSources = Run(std::string(command) + " q");
     EXPECT_EQ(fromSources.status, 0) << fromSources.err;
     EXPECT_EQ(Run(std::string(command) + " p").out, fromSources.out) << command;
+    EXPECT_EQ(Run(std::string(command) + " laidOut").out, fromSources.out) << command;
   }
   EXPECT_NE(Run("symbols --json p").out.find("\"name\":\"Kurz\",\"kind\":\"variable\""), std::string::npos);
 }

@@ -40,15 +40,18 @@ TEST(DocumentHost, FolderInByteOrderFilesFirst) {
   temp.Write("B.CLS", "a\nb\nc");
   temp.Write("\xC3\xA4.frm", "x");
   temp.Write("a.txt", "kein Modul");
-  temp.Write("p.vbp", "Name=\"P\"\r\nModule=M; b.bas\r\n");
+  temp.Write("p.vbp", "Name=\"P\"\r\nModule=M; v.bas\r\nModule=N; a\\n.bas\r\n");
+  temp.Write("v.bas", "Attribute VB_Name = \"V\"\n1");
+  temp.Write("a/n.bas", "1");
   temp.Write("a/z.bas", "Attribute VB_Name = \"Zwei\"\n1");
   temp.Write("a/c/y.dsr", "1\n2");
   temp.Write("Z/x.bas/w.bas", "1");
   DocumentHost host;
-  host.SetSources({temp.Path() / "." / ""});
+  // What comes again counts once.
+  host.SetSources({temp.Path() / "." / "", temp.Path() / "B.CLS", temp.Path() / "p.vbp", temp.Path() / "a"});
   EXPECT_EQ(Listed(host, temp.Path()),
             (Lines{"Lager [.]", "  B 2 3 B.CLS", "  Zwei 1 2 b.bas", "  \344 3 1 \xC3\xA4.frm", "  w 1 1 Z/x.bas/w.bas",
-                   "  Zwei 1 1 a/z.bas", "  y 11 2 a/c/y.dsr"}));
+                   "  Zwei 1 1 a/z.bas", "  y 11 2 a/c/y.dsr", "P [p.vbp]", "  M 1 1 v.bas", "  N 1 1 a/n.bas"}));
   EXPECT_TRUE(host.Problems().empty());
   // Of two modules of one name the position tells which.
   EXPECT_EQ(host.Lines(1, "Zwei", 2, 2), "Sub A()\r\nEnd Sub");
@@ -60,8 +63,7 @@ TEST(DocumentHost, ModuleFilesAreProjectsOfTheirOwn) {
   const fs::path file = temp.Write("Bericht.BAS", "Attribute VB_Name = \"Modul1\"\r\na\r\nb\r\nc\r\n");
   DocumentHost host;
   host.SetSources({file, file});
-  EXPECT_EQ(Listed(host, temp.Path()), (Lines{"Bericht [Bericht.BAS]", "  Modul1 1 3 Bericht.BAS",
-                                              "Bericht [Bericht.BAS]", "  Modul1 1 3 Bericht.BAS"}));
+  EXPECT_EQ(Listed(host, temp.Path()), (Lines{"Bericht [Bericht.BAS]", "  Modul1 1 3 Bericht.BAS"}));
 }
 
 TEST(DocumentHost, VbProjectNamesItsModules) {

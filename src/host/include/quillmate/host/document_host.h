@@ -24,11 +24,14 @@ struct SourceProblem {
 ///   not whole, is a problem beside the project; a module without a readable text is listed with 0 lines.
 /// * Module file: a project of its own, named after the file's stem.
 /// * Folder: named after the folder. Every module file in it, then those of its sub-folders, each level in the byte
-///   order of its names; symbolic links to folders are not followed. A VB project file in it does not count.
-///   The Office files in it and below follow as projects of their own; those without macros are passed over.
+///   order of its names; symbolic links to folders are not followed. The VB
+///   project files in it and below follow as projects of their own, and what they name is theirs alone; then the Office
+///   files, each one too; those without macros are passed over.
 /// * VB project file (.vbp): the modules of its Module, Class, Form, UserControl, PropertyPage, UserDocument and
 ///   Designer lines in the file's order, paths relative to the file, with backslashes, in any case. Its Name line names
 ///   the project, otherwise the file's stem.
+///
+/// A file that is given twice, alone or in a folder, counts once; a module file may belong to several VB projects.
 ///
 /// A module is named as the project file names it, else by its own VB_Name, else after its file. Names that occur twice
 /// in one project are kept as they are; the position tells the components apart.
