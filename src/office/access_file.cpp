@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <unordered_set>
+#include <utility>
 
 #include <quillmate/office/component_type.h>
 #include <quillmate/office/compound_file.h>
@@ -25,15 +26,16 @@ std::optional<Storage::Id> ProjectIn(const Storage& storage) {
   return vba.has_value() ? storage.FindStorage(*vba, "VBAProject") : std::nullopt;
 }
 
-OfficeFile ReadProject(AccessDatabase& database) {
+OfficeFile ReadProject(AccessDatabase& database, const ReadOptions& options) {
   if (const std::unique_ptr<AccessStorage> storage = database.OpenStorage()) {
-    if (const auto project = ProjectIn(*storage)) return ReadProjectIn(*storage, *project, OfficeHost::kAccess);
+    if (const auto project = ProjectIn(*storage))
+      return ReadProjectIn(*storage, *project, OfficeHost::kAccess, options);
   }
   // Before: a compound file in pieces.
   const std::string joined = database.JoinedObjects(kLargestVbaProject);
   MemorySource source(joined);
   if (const std::optional<CompoundFile> file = CompoundFile::Open(source)) {
-    if (const auto project = FindVbaProject(*file)) return ReadProjectIn(*file, *project, OfficeHost::kAccess);
+    if (const auto project = FindVbaProject(*file)) return ReadProjectIn(*file, *project, OfficeHost::kAccess, options);
   }
   if (!joined.empty() || !database.Whole()) return Without(State::kFailed, kBrokenDatabase, OfficeHost::kAccess);
   return Without(State::kNoMacros, reasons::kWithoutMacros, OfficeHost::kAccess);
@@ -53,19 +55,19 @@ void MarkDocuments(const AccessDatabase& database, VbaProject& project) {
 
 }  // namespace
 
-OfficeFile ReadAccessFile(ByteSource& source) {
+OfficeFile ReadAccessFile(ByteSource& source, const ReadOptions& options) {
   AccessDatabase database(source);
   if (database.Opened() == AccessPages::State::kPassword) {
     return Without(State::kFailed, reasons::kEncrypted, OfficeHost::kAccess);
   }
   if (database.Objects().empty()) return Without(State::kFailed, kBrokenDatabase, OfficeHost::kAccess);
-  OfficeFile file = ReadProject(database);
+  OfficeFile file = ReadProject(database, options);
   const bool compiled =
       !file.project.modules.empty() && std::none_of(file.project.modules.begin(), file.project.modules.end(),
                                                     [](const VbaModule& module) { return module.hasText; });
   if (compiled) return Without(State::kFailed, kCompiled, OfficeHost::kAccess);
   MarkDocuments(database, file.project);
-  return file;
+  return WithFacts(std::move(file), options, [](FactsCollector&) {});
 }
 
 }  // namespace quillmate::office

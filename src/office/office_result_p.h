@@ -1,26 +1,40 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include <quillmate/office/office_file.h>
 #include <quillmate/office/storage.h>
 
+#include "facts_collector_p.h"
+
 namespace quillmate::office {
 
 /// Reasons that several kinds of files share.
 namespace reasons {
+inline constexpr const char* kNoOffice = "Datei ist keine Office-Datei";
 inline constexpr const char* kWithoutMacros = "Datei enthält keine Makros";
 inline constexpr const char* kEncrypted = "Datei ist mit einem Kennwort verschlüsselt";
 inline constexpr const char* kTooLarge = "Makroprojekt ist zu groß (mehr als 128 MB)";
 inline constexpr const char* kBrokenProject = "Datei ist beschädigt: das Makroprojekt ist nicht lesbar";
+inline constexpr const char* kBrokenEntry = "Datei ist beschädigt: das Makroprojekt lässt sich nicht entpacken";
 }  // namespace reasons
 
 /// A file without a project.
 OfficeFile Without(OfficeFile::State state, std::string reason, OfficeHost host = OfficeHost::kUnknown);
-/// The project in a storage; without modules and not locked it is none.
-OfficeFile ReadProjectIn(const Storage& file, Storage::Id storage, OfficeHost host);
+/// The project in a storage, with its forms where facts are wanted; without modules and not locked it is none.
+OfficeFile ReadProjectIn(const Storage& file, Storage::Id storage, OfficeHost host, const ReadOptions& options);
+/// A compound file that is nothing but a project, out of a zip or a presentation.
+OfficeFile ReadBareProject(const std::string& bytes, OfficeHost host, const ReadOptions& options);
 
-/// The project of an Access database, which begins with its signature.
-OfficeFile ReadAccessFile(ByteSource& source);
+/// The file with what its code and, through `search`, its document say, where that is wanted and there is a project.
+OfficeFile WithFacts(OfficeFile file, const ReadOptions& options, const std::function<void(FactsCollector&)>& search);
+/// Makes modules out of the macro sheets of Excel 4 that were found, or names them.
+void TellExcel4(OfficeFile& file, const ReadOptions& options);
+
+// The kinds of files; each begins with its signature.
+OfficeFile ReadZipFile(ByteSource& source, const ReadOptions& options);
+OfficeFile ReadCompoundFile(ByteSource& source, const ReadOptions& options);
+OfficeFile ReadAccessFile(ByteSource& source, const ReadOptions& options);
 
 }  // namespace quillmate::office

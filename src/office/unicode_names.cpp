@@ -15,6 +15,13 @@ std::string Utf8FromUtf16Bytes(std::string_view bytes) {
   return text::Utf8FromUtf16(utf16);
 }
 
+std::string Utf8FromLatin1(std::string_view bytes) {
+  std::string utf8;
+  utf8.reserve(bytes.size());
+  for (const char c : bytes) text::AppendUtf8(utf8, static_cast<unsigned char>(c));
+  return utf8;
+}
+
 std::string UpperCaseName(std::string_view utf8) {
   std::string upper;
   upper.reserve(utf8.size());

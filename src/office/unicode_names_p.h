@@ -7,6 +7,8 @@ namespace quillmate::office {
 
 /// Little-endian UTF-16 as UTF-8; half a surrogate pair becomes U+FFFD, an odd last byte is dropped.
 std::string Utf8FromUtf16Bytes(std::string_view bytes);
+/// Bytes that are the first 256 characters of Unicode.
+std::string Utf8FromLatin1(std::string_view bytes);
 
 /// The letter in upper case where that is one character, else the character itself. The system knows.
 char32_t UpperCaseCharacter(char32_t character);

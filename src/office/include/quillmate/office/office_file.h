@@ -7,25 +7,35 @@
 #include <string_view>
 
 #include <quillmate/office/byte_source.h>
+#include <quillmate/office/document_facts.h>
 #include <quillmate/office/vba_project.h>
 
-/// Macro projects of Office files, read without Office. No macro can run: nothing but the texts is taken out.
+/// Macro projects of Office files, read without Office, and what the documents around them say. No macro can run.
 ///
 /// What a file is, its first bytes say, not its name:
 ///
 /// * zip: the first entry whose path ends in "vbaProject.bin" holds the project [ECMA-376], [MS-OVBA];
 /// * compound file: the project lies in a storage of a workbook [MS-XLS], of a document [MS-DOC] or on its own, or,
-///   packed, in a presentation's stream [MS-PPT];
+///   packed, in a presentation's stream [MS-PPT]; or it holds a zip that is encrypted [MS-OFFCRYPTO]. What was
+///   encrypted with the password that the hosts try by themselves is opened;
 /// * Access database: the project lies in system tables (see access_database_p.h).
 ///
 /// Files may be damaged or made to do harm. Bounds: a packed project of more than kLargestVbaProject bytes is not read;
 /// of the file itself only what leads to the project is read (see compound_file.h and vba_project.h); a zip's table of
-/// contents must not be longer than 8 MB. Files are opened for reading and never kept open.
+/// contents must not be longer than 8 MB. Facts are searched in documents with macros only, part by part as a stream,
+/// at most 2 GB of unpacked parts. Files are opened for reading and never kept open.
 namespace quillmate::office {
 
 inline constexpr std::size_t kLargestVbaProject = std::size_t{128} << 20U;
 
 enum class OfficeHost { kUnknown, kExcel, kWord, kPowerPoint, kAccess };
+
+struct ReadOptions {
+  /// Search the document for what it says of its macros.
+  bool facts = false;
+  /// Take the formulas of Excel 4 macro sheets for modules (kOtherComponent), where the file has them as text.
+  bool excel4 = false;
+};
 
 struct OfficeFile {
   enum class State {
@@ -42,11 +52,13 @@ struct OfficeFile {
   std::string reason;
   OfficeHost host = OfficeHost::kUnknown;
   VbaProject project;
+  /// But for `excel4` and the password empty when facts were not asked for.
+  DocumentFacts facts;
 };
 
-/// Reads the project of a file, or of bytes from anywhere. Never throws for what lies in it.
-OfficeFile ReadOfficeFile(const std::filesystem::path& file);
-OfficeFile ReadOfficeFile(ByteSource& source);
+/// Reads the project and the facts of a file, or of bytes from anywhere. Never throws for what lies in it.
+OfficeFile ReadOfficeFile(const std::filesystem::path& file, const ReadOptions& options = {});
+OfficeFile ReadOfficeFile(ByteSource& source, const ReadOptions& options = {});
 
 /// The extensions of files that can hold macros, without dots, in lower case: for the choice of files in a dialog or a
 /// folder.

@@ -2,18 +2,17 @@
 #include <array>
 #include <cstring>
 #include <memory>
-#include <optional>
+#include <utility>
 
 #include <zip.h>
 
 #include <quillmate/text/operations.h>
 
-#include "zip_entry_p.h"
+#include "zip_archive_p.h"
 
 namespace quillmate::office {
 namespace {
 
-constexpr const char* kContentTypes = "[Content_Types].xml";
 /// No deflated byte becomes more than this.
 constexpr std::uint64_t kDeflateRatio = 1032;
 constexpr std::size_t kPiece = std::size_t{64} << 10U;
@@ -110,15 +109,23 @@ bool EndsWith(std::string_view name, std::string_view ending) noexcept {
   return name.size() >= ending.size() && text::EqualsIgnoreCase(name.substr(name.size() - ending.size()), ending);
 }
 
-std::optional<zip_uint64_t> FindEntry(zip_t& archive, std::string_view ending) {
-  const zip_int64_t count = zip_get_num_entries(&archive, 0);
-  for (zip_int64_t i = 0; i < count; ++i) {
-    const auto index = static_cast<zip_uint64_t>(i);
-    const char* name = zip_get_name(&archive, index, ZIP_FL_ENC_RAW);
-    if (name != nullptr && EndsWith(name, ending)) return index;
-  }
-  return std::nullopt;
+std::string LowerCase(std::string_view name) {
+  std::string lower(name);
+  for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  return lower;
 }
+
+class EntryStream final : public ByteStream {
+ public:
+  explicit EntryStream(ArchiveFile file) : file_(std::move(file)) {}
+  std::size_t Read(char* to, std::size_t count) override {
+    const zip_int64_t got = zip_fread(file_.get(), to, count);
+    return got > 0 ? static_cast<std::size_t>(got) : 0;
+  }
+
+ private:
+  ArchiveFile file_;
+};
 
 /// Reads until the end, an error or the limit.
 void ReadAll(zip_file_t& file, std::size_t limit, ZipEntry& entry) {
@@ -135,38 +142,80 @@ void ReadAll(zip_file_t& file, std::size_t limit, ZipEntry& entry) {
   entry.state = entry.bytes.empty() ? ZipEntry::State::kDamaged : ZipEntry::State::kRead;
 }
 
-void ReadEntry(zip_t& archive, zip_uint64_t index, std::size_t limit, ZipEntry& entry) {
+}  // namespace
+
+struct ZipArchive::State {
+  explicit State(ByteSource& source) : reader(source), archive(Open(reader)) {}
+
+  std::string_view NameOf(Index index) const {
+    const char* name = zip_get_name(archive.get(), index, ZIP_FL_ENC_RAW);
+    return name == nullptr ? std::string_view() : name;
+  }
+  Index Count() const {
+    const zip_int64_t count = archive == nullptr ? 0 : zip_get_num_entries(archive.get(), 0);
+    return count < 0 ? 0 : static_cast<Index>(count);
+  }
+
+  Reader reader;
+  Archive archive;
+  std::unordered_map<std::string, Index> byName;
+};
+
+ZipArchive::ZipArchive(ByteSource& source) : state_(std::make_unique<State>(source)) {
+  if (!Opened()) return;
+  state_->reader.LiftLimit();
+  for (Index index = 0; index < state_->Count(); ++index) {
+    state_->byName.try_emplace(LowerCase(state_->NameOf(index)), index);
+  }
+}
+
+ZipArchive::~ZipArchive() = default;
+
+bool ZipArchive::Opened() const noexcept { return state_->archive != nullptr; }
+
+std::optional<ZipArchive::Index> ZipArchive::Find(std::string_view name) const {
+  const auto found = state_->byName.find(LowerCase(name));
+  return found == state_->byName.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<ZipArchive::Index> ZipArchive::FindEnding(std::string_view ending) const {
+  for (Index index = 0; index < state_->Count(); ++index) {
+    if (EndsWith(state_->NameOf(index), ending)) return index;
+  }
+  return std::nullopt;
+}
+
+bool ZipArchive::HoldsFolder(std::string_view folder) const {
+  return std::any_of(state_->byName.begin(), state_->byName.end(),
+                     [&](const auto& entry) { return std::string_view(entry.first).starts_with(folder); });
+}
+
+std::string ZipArchive::Name(Index index) const { return std::string(state_->NameOf(index)); }
+
+ZipEntry ZipArchive::Read(Index index, std::size_t limit) const {
   zip_stat_t stat;
   zip_stat_init(&stat);
+  ZipEntry entry;
   entry.state = ZipEntry::State::kDamaged;
-  if (zip_stat_index(&archive, index, 0, &stat) != 0) return;
+  if (zip_stat_index(state_->archive.get(), index, 0, &stat) != 0) return entry;
   if (stat.encryption_method != ZIP_EM_NONE) {
     entry.state = ZipEntry::State::kEncrypted;
   } else if (stat.size > limit) {
     entry.state = ZipEntry::State::kTooLarge;
-  } else if (const ArchiveFile file(zip_fopen_index(&archive, index, 0)); file != nullptr) {
+  } else if (const ArchiveFile file(zip_fopen_index(state_->archive.get(), index, 0)); file != nullptr) {
     entry.bytes.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(stat.size, stat.comp_size * kDeflateRatio)));
     ReadAll(*file, limit, entry);
   }
+  return entry;
 }
 
-}  // namespace
-
-ZipEntry ReadZipEntry(ByteSource& source, std::string_view ending, std::size_t limit) {
-  ZipEntry entry;
-  Reader reader(source);
-  const Archive archive = Open(reader);
-  if (archive == nullptr) return entry;
-  reader.LiftLimit();
-  entry.office = zip_name_locate(archive.get(), kContentTypes, ZIP_FL_NOCASE) >= 0;
-  const std::optional<zip_uint64_t> index = FindEntry(*archive, ending);
-  if (!index.has_value()) {
-    entry.state = ZipEntry::State::kMissing;
-    return entry;
-  }
-  entry.name = zip_get_name(archive.get(), *index, ZIP_FL_ENC_RAW);
-  ReadEntry(*archive, *index, limit, entry);
-  return entry;
+std::unique_ptr<ByteStream> ZipArchive::Stream(Index index) const {
+  zip_stat_t stat;
+  zip_stat_init(&stat);
+  if (zip_stat_index(state_->archive.get(), index, 0, &stat) != 0) return nullptr;
+  if (stat.encryption_method != ZIP_EM_NONE) return nullptr;
+  ArchiveFile file(zip_fopen_index(state_->archive.get(), index, 0));
+  return file == nullptr ? nullptr : std::make_unique<EntryStream>(std::move(file));
 }
 
 }  // namespace quillmate::office

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "byte_stream_p.h"
+#include "zip_archive_p.h"
+
+namespace quillmate::office {
+
+/// From one part of a document to another, as the parts "_rels/*.rels" have it [ECMA-376 part 2, 9].
+struct Relation {
+  std::string id;
+  /// What stands behind the last "/" of the type: "worksheet", "drawing".
+  std::string type;
+  /// The part's path without a leading "/"; as it is written where it leads out of the document.
+  std::string target;
+  bool external = false;
+};
+
+/// The parts of a document in the open Office formats.
+class OpcPackage {
+ public:
+  /// `zip` has to outlive it.
+  explicit OpcPackage(const ZipArchive& zip) : zip_(zip) {}
+
+  /// Those of a part, in the order of the file; "" for the document itself. At most kMostFacts.
+  std::vector<Relation> RelationsOf(std::string_view part) const;
+  /// The part's content; nothing when there is no such part or it can't be unpacked.
+  std::unique_ptr<ByteStream> Open(std::string_view part) const;
+  /// The same as a whole, at most `limit` bytes; empty when it is longer.
+  std::string Read(std::string_view part, std::size_t limit) const;
+
+ private:
+  const ZipArchive& zip_;
+};
+
+/// A target as seen from a part, "." and ".." resolved, without a leading "/".
+std::string ResolvePart(std::string_view part, std::string_view target);
+
+}  // namespace quillmate::office

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string_view>
+
+#include <quillmate/office/byte_source.h>
+#include <quillmate/office/compound_file.h>
+#include <quillmate/office/office_file.h>
+
+#include "facts_collector_p.h"
+#include "opc_package_p.h"
+
+namespace quillmate::office {
+
+// Documents in the open formats
+// ----------------------------------------------------------------------------------------
+
+/// Everything that a document says of its macros; `project` is the part that holds them. `excel4`: see ReadOptions.
+void ReadPackageFacts(const OpcPackage& package, std::string_view project, OfficeHost host, bool excel4,
+                      FactsCollector& collector);
+/// Call-backs of a ribbon. `replaced`: newer programs take another part instead of this one.
+void ReadRibbon(ByteStream& stream, bool replaced, FactsCollector& collector);
+void ReadWordFacts(const OpcPackage& package, std::string_view document, FactsCollector& collector);
+void ReadPowerPointFacts(const OpcPackage& package, std::string_view presentation, FactsCollector& collector);
+
+// Compound files
+// -------------------------------------------------------------------------------------------------------
+
+void ReadCompoundFacts(const CompoundFile& file, OfficeHost host, FactsCollector& collector);
+/// Fields in the stream "WordDocument" [MS-DOC], as far as they lie there in one piece.
+void ReadDocFacts(ByteSource& document, FactsCollector& collector);
+/// Actions in the stream "PowerPoint Document" [MS-PPT].
+void ReadPptFacts(ByteSource& document, FactsCollector& collector);
+
+// Both
+// -----------------------------------------------------------------------------------------------------------------
+
+/// Toolbars as Office 97 to 2003 stored them: of their records only texts that name a routine for certain are taken.
+void ReadToolbars(std::string_view bytes, FactsCollector& collector);
+/// A field's instruction: " MACROBUTTON Makro Beschriftung".
+void TakeFieldInstruction(std::string_view instruction, std::string_view where, FactsCollector& collector);
+/// The property set of a compound file [MS-OLEPS].
+void ReadSummary(std::string_view bytes, DocumentProperties& properties);
+
+}  // namespace quillmate::office
