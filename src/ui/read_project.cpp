@@ -31,6 +31,14 @@ std::string LeftOutText(const std::vector<std::string>& modules) {
   return text;
 }
 
+/// The first of the modules that lost characters; how many there are beside it.
+std::string ReplacedText(const std::vector<std::string>& modules) {
+  const std::size_t others = modules.size() - 1;
+  if (others == 0) return modules.front();
+  return modules.front() + ", ebenso in " + std::to_string(others) +
+         (others == 1 ? " weiteren Modul" : " weiteren Modulen");
+}
+
 }  // namespace
 
 host::ReadRequest ProjectCommands::RequestOf() {
@@ -81,6 +89,7 @@ void ProjectCommands::ReadProject(const Reader& read) {
     return;
   }
   ReloadProject(globals_.RunTempFolder, text::Utf8FromCode(report.projectText), false);
+  if (!report.replacedCharacters.empty()) interaction_.ShowProgress(ReplacedText(report.replacedCharacters));
   if (!report.leftOut.empty()) {
     interaction_.Show(report.message, MessageIcon::kExclamation, Buttons::kOk, LeftOutText(report.leftOut));
   }

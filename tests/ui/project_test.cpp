@@ -74,6 +74,14 @@ TEST_F(ProjectTest, ReadsOnlyWhatIsTickedAndFromTheFilesToo) {
   }
 }
 
+TEST_F(ProjectTest, TellsWhatWasReplaced) {
+  AddModule("Aa.bas", "Sub A()\n'\xD0\x9F\xD1\x80\nEnd Sub\n");
+  AddModule("Ab.bas", "Sub B()\n'\xD0\x9F\nEnd Sub\n");
+  StartWithProject();
+  EXPECT_EQ(Panel("Vorgang"), Text(Sources() / "Aa.bas") +
+                                  QStringLiteral(": 2 Zeichen wurden durch \"?\" ersetzt, ebenso in 1 weiteren Modul"));
+}
+
 TEST_F(ProjectTest, AsksForATick) {
   Start();
   for (const char* command : {"mnuBearbeiten_Code", "mnuVB"}) {
