@@ -15,6 +15,13 @@ using ui::MessageIcon;
 class StartTest : public WindowTest {
  protected:
   std::vector<std::string> Remembered() { return settings::LoadSources(*settings); }
+  /// The path of a copy beside the folder of the sources: what lies in that counts once.
+  std::string Beside(const char* name) const {
+    std::filesystem::create_directories(Folder("daneben"));
+    std::filesystem::copy_file(Sources() / name, Folder("daneben") / name,
+                               std::filesystem::copy_options::overwrite_existing);
+    return files::PathText(Folder("daneben") / name);
+  }
   std::string Path(const char* name) { return files::PathText(Sources() / name); }
 };
 
@@ -78,23 +85,23 @@ TEST_F(StartTest, AddsFilesAndFoldersAndForgetsWhatIsNoSource) {
   Start();
   files::WriteWholeFile(Sources() / "bild.png", std::string("\0\1\2", 3));
   Tick(0, 1);
-  platform.files = {QString::fromStdString(Path("Zebra.bas")), QString::fromStdString(Path("bild.png"))};
+  platform.files = {QString::fromStdString(Beside("Zebra.bas")), QString::fromStdString(Path("bild.png"))};
   Trigger("mnuDatei_Dateien");
   EXPECT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Form\n Zebra\nZebra [Zebra.bas]\n Zebra\n");
   EXPECT_EQ(HostNode(0, 1).data(Qt::CheckStateRole), Qt::Checked) << "adding a source unticks nothing";
-  EXPECT_EQ(Remembered(), (std::vector<std::string>{files::PathText(Sources()), Path("Zebra.bas")}));
+  EXPECT_EQ(Remembered(), (std::vector<std::string>{files::PathText(Sources()), Beside("Zebra.bas")}));
   EXPECT_TRUE(platform.TakeText().contains("bild.png: "));
   EXPECT_EQ(Tree("treApp").currentIndex().data(), "Zebra [Zebra.bas]");
 
   platform.folders = {QString::fromStdString(files::PathText(Sources()) + "/")};
   Trigger("mnuDatei_Ordner");
   EXPECT_EQ(Remembered().size(), 2U) << "a known source is not added twice";
-  Drop({QString::fromStdString(Path("Form.frm"))});
+  Drop({QString::fromStdString(Beside("Form.frm"))});
   EXPECT_EQ(Tree("treApp").model()->rowCount(), 3);
 }
 
 TEST_F(StartTest, AddingASourceLeavesTheProject) {
-  const QStringList form = {QString::fromStdString(Path("Form.frm"))};
+  const QStringList form = {QString::fromStdString(Beside("Form.frm"))};
   StartWithProject();
   platform.answers = {Answer::kCancel};
   Drop(form);
@@ -108,7 +115,7 @@ TEST_F(StartTest, AddingASourceLeavesTheProject) {
   Tick(0);
   Trigger("doit");
   platform.answers = {Answer::kNo};
-  Drop({QString::fromStdString(Path("Zebra.bas"))});
+  Drop({QString::fromStdString(Beside("Zebra.bas"))});
   EXPECT_TRUE(Tree("treApp").isVisible());
   EXPECT_EQ(Tree("treApp").currentIndex().data(), "Zebra [Zebra.bas]");
 }
@@ -124,7 +131,7 @@ TEST_F(StartTest, ListsAllThatCannotBeRead) {
 }
 
 TEST_F(StartTest, RemovesASource) {
-  settings::SaveSources(*settings, {Path("Form.frm"), files::PathText(Sources())});
+  settings::SaveSources(*settings, {Beside("Form.frm"), files::PathText(Sources())});
   Start();
   Tick(1, 0);
   Tree("treApp").setCurrentIndex(HostNode(0, 0));
