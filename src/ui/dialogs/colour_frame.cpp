@@ -8,7 +8,8 @@
 namespace quillmate::ui {
 namespace {
 
-constexpr int kSwatchSize = 22;
+/// Three frames side by side fit a small screen at twice the scale.
+constexpr int kSwatchSize = 18;
 constexpr int kColumns = 8;
 
 struct PaletteColour {

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <iterator>
@@ -75,7 +76,7 @@ UnusedWindow::UnusedWindow(QWidget* parent, Interaction& interaction, const star
   setObjectName(QStringLiteral("frmUnbenutzt"));
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(QStringLiteral("Routinen ohne Aufruf"));
-  resize(kStartSize);
+  resize(kStartSize.boundedTo(screen()->availableSize() * 9 / 10));
   lblErgebnis_->setObjectName(QStringLiteral("lblErgebnis"));
   chkNurSicher_->setObjectName(QStringLiteral("chkNurSicher"));
   treUnbenutzt_->setObjectName(QStringLiteral("treUnbenutzt"));

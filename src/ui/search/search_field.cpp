@@ -18,7 +18,14 @@ SearchField::SearchField() {
   setToolTip(QStringLiteral("Text für Suche"));
   setPlaceholderText(QStringLiteral("Suchtext"));
   setClearButtonEnabled(true);
-  setFixedWidth(std::max(kFieldWidth, kFieldCharacters * fontMetrics().averageCharWidth()));
+  // In a narrow window it gives way before a button does.
+  setMinimumWidth(kFieldWidth / 2);
+  setMaximumWidth(sizeHint().width());
+}
+
+QSize SearchField::sizeHint() const {
+  const int width = std::max(kFieldWidth, kFieldCharacters * fontMetrics().averageCharWidth());
+  return {width, QLineEdit::sizeHint().height()};
 }
 
 navigation::SearchRequest SearchField::Request(const SearchSwitches& switches, bool isZoomed) const {

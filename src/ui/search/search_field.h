@@ -20,6 +20,8 @@ class SearchField : public QLineEdit {
  public:
   SearchField();
 
+  QSize sizeHint() const override;
+
   /// What a search is to look for.
   navigation::SearchRequest Request(const SearchSwitches& switches, bool isZoomed) const;
 
