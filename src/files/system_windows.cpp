@@ -50,7 +50,7 @@ std::error_code LibraryError() noexcept {
 }
 
 OpenFile Opened(const fs::path& file, int flags, std::error_code& error) noexcept {
-  _set_doserrno(0);
+  _doserrno = 0;
   OpenFile opened(_wopen(file.c_str(), flags | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE));
   error = opened.IsOpen() ? std::error_code() : LibraryError();
   return opened;
