@@ -52,7 +52,7 @@ std::string Code(std::int64_t megabytes) {
 
 void Scan(benchmark::State& state, const ScanOptions& options) {
   const std::string code = Code(state.range(0));
-  for (auto _ : state) benchmark::DoNotOptimize(ScanForIndex(code, options, 0));
+  for (auto _ : state) benchmark::DoNotOptimize(ScanForIndex(code, options, {}));
   state.SetBytesProcessed(static_cast<std::int64_t>(code.size()) * state.iterations());
 }
 
@@ -65,7 +65,7 @@ void ScanSmallModules(benchmark::State& state) {
   const std::string code = whole.substr(0, 35000);
   const std::int64_t modules = state.range(0) * 1000000 / 35000;
   for (auto _ : state) {
-    for (std::int64_t i = 0; i < modules; ++i) benchmark::DoNotOptimize(ScanForIndex(code, {}, 0));
+    for (std::int64_t i = 0; i < modules; ++i) benchmark::DoNotOptimize(ScanForIndex(code, {}, {}));
   }
   state.SetBytesProcessed(35000 * modules * state.iterations());
 }

@@ -71,26 +71,27 @@ void BuildHtmlPieces(benchmark::State& state) {
 /// Modules of 1,000 lines with 40 routines each, the last line of each calling one of another module.
 SiteProject ProjectOfModules(int modules, const std::filesystem::path& folder) {
   constexpr int kRoutines = 40;
-  constexpr std::int64_t kLines = 25;
+  constexpr std::int32_t kLines = 25;
   std::mt19937 random(1);
   SiteProject project;
   project.title = "Messung";
   project.indexFolder = folder;
   const auto nameOf = [](int routine) { return "Routine" + std::to_string(routine); };
   for (int m = 1; m <= modules; ++m) {
-    codedb::ModuleRecord module{m, "mdl" + std::to_string(m), 2, kRoutines * kLines, {}};
+    codedb::ModuleRecord module{{m}, "mdl" + std::to_string(m), 2, kRoutines * kLines, {}};
     std::string code;
     for (int r = 0; r < kRoutines; ++r) {
       const int number = (m - 1) * kRoutines + r + 1;
-      module.routines.push_back({number, m, nameOf(number), 1, 1, 1, r * kLines + 1, (r + 1) * kLines});
+      module.routines.push_back(
+          {{number}, {m}, nameOf(number), 1, 1, 1, codedb::Line{r * kLines + 1}, codedb::Line{(r + 1) * kLines}});
       code += "|\237x||\237f|Sub|n\237| " + nameOf(number) + "()|y\237|\r\n";
-      for (std::int64_t i = 0; i < kLines - 3; ++i) {
+      for (std::int32_t i = 0; i < kLines - 3; ++i) {
         code += "\t|\237f|If|n\237| lngWert > 0 |\237f|Then|n\237| strText = |\237s|\"Wert\"|n\237| & lngWert\r\n";
       }
       code += "\t" + nameOf(static_cast<int>(random() % static_cast<unsigned>(modules * kRoutines)) + 1) + "\r\n";
       code += "|\237x||\237f|End|n\237| |\237f|Sub|n\237||y\237|\r\n";
     }
-    codedb::WriteModuleText(folder, m, code);
+    codedb::WriteModuleText(folder, {m}, code);
     project.modules.push_back(std::move(module));
   }
   return project;

@@ -38,7 +38,7 @@ void GoToEveryLine(benchmark::State& state) {
   CodeView view(StripMarkers(CodeOf(state)).text);
   const long lines = static_cast<long>(view.LineCount());
   for ([[maybe_unused]] auto round : state) {
-    for (long line = 1; line <= lines + 1; ++line) view.GoToLine(line);
+    for (std::int32_t line = 1; line <= lines + 1; ++line) view.GoToLine({line});
   }
   state.SetItemsProcessed(state.iterations() * lines);
 }
@@ -53,7 +53,7 @@ struct SavedProject {
       return;
     }
     folder = named;
-    database.Open(codedb::DatabasePath(folder));
+    database.OpenCodeDatabase(folder);
     FillModuleNodes(database, tree);
     views.Load(folder, tree.moduleCount);
     texts.Load(folder, tree.moduleCount);
@@ -69,15 +69,15 @@ struct SavedProject {
 /// The first search of a project reads its texts; the benchmarks tell what every later one takes.
 void CallersOf(benchmark::State& state, const char* name) {
   SavedProject project(state);
-  if (project.texts.Count() > 0) ScanCallers(project.database, project.texts, name, 1, project.texts.Count());
+  if (project.texts.Count() > 0) ScanCallers(project.database, project.texts, name, {1}, {project.texts.Count()});
   for ([[maybe_unused]] auto round : state) {
-    benchmark::DoNotOptimize(ScanCallers(project.database, project.texts, name, 1, project.texts.Count()));
+    benchmark::DoNotOptimize(ScanCallers(project.database, project.texts, name, {1}, {project.texts.Count()}));
   }
 }
 
 void SearchProject(benchmark::State& state, const char* searched) {
   SavedProject project(state);
-  for (int i = 0; i < project.views.Count(); ++i) project.views.View(i);
+  for (int i = 0; i < project.views.Count(); ++i) project.views.View({i});
   for ([[maybe_unused]] auto round : state) {
     benchmark::DoNotOptimize(AllHits(project.database, project.views, searched, false));
   }
@@ -86,18 +86,18 @@ void SearchProject(benchmark::State& state, const char* searched) {
 void FindUnknownDefinition(benchmark::State& state) {
   SavedProject project(state);
   for ([[maybe_unused]] auto round : state) {
-    benchmark::DoNotOptimize(FindDefinition(project.database, 0, "GibtEsNicht"));
+    benchmark::DoNotOptimize(FindDefinition(project.database, {0}, "GibtEsNicht"));
   }
 }
 
 void TrackEveryLine(benchmark::State& state) {
   SavedProject project(state);
-  CodeView& view = project.views.View(0);
+  CodeView& view = project.views.View({0});
   CaretTracker tracker;
   for ([[maybe_unused]] auto round : state) {
     for (std::size_t line = 0; line < view.LineCount(); ++line) {
       view.Select(view.LineStart(line), 0);
-      benchmark::DoNotOptimize(tracker.Track(project.database, view, 0));
+      benchmark::DoNotOptimize(tracker.Track(project.database, view, {0}));
     }
   }
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(view.LineCount()));

@@ -19,8 +19,8 @@ constexpr int kDeclareOffset = 10;
 
 /// The mark that leads a routine's line while the module is scanned; it stays in the text where the line is wrapped
 /// once more by a later walk.
-std::string LinePrefix(std::int64_t routine, bool isStart) {
-  const std::string digits = std::to_string(routine);
+std::string LinePrefix(codedb::RoutineNumber routine, bool isStart) {
+  const std::string digits = std::to_string(routine.value);
   std::string prefix = isStart ? "\237*A" : "\237*E";
   prefix.append(digits.size() < 8 ? 8 - digits.size() : 0, '0');
   return prefix + digits + "|";
@@ -60,12 +60,12 @@ int CountContinuations(std::string_view line) noexcept {
 }  // namespace
 
 RoutineWalk::RoutineWalk(std::string_view code, const MarkedCode& marked, bool guarded, const WalkSettings& settings,
-                         std::int64_t routineCounter)
+                         codedb::RoutineNumber last)
     : code_(code),
       marked_(marked),
       guarded_(guarded),
       settings_(settings),
-      counter_(routineCounter),
+      last_(last),
       lines_(marked.candidates.size()) {
   Walk(kHasSub, codedb::kSub);
   Walk(kHasFunction, codedb::kFunction);
@@ -90,7 +90,7 @@ void RoutineWalk::Walk(std::uint16_t kindFlag, int baseKind) {
 /// The body TAB of a candidate line. Lines that begin a routine's mark are exempt; where an empty line was put in front
 /// of a header, that line is the one that gets the TAB.
 void RoutineWalk::IndentInside(WrappedLine& line, std::size_t emptyLines) {
-  const bool wrapped = settings_.numbered ? line.routine != 0 : line.before.starts_with(HeaderLineOpen);
+  const bool wrapped = settings_.numbered ? line.routine.value != 0 : line.before.starts_with(HeaderLineOpen);
   if (line.emptyLines.size() > emptyLines) {
     line.emptyLines.back().insert(0, 1, '\t');
   } else if (!wrapped) {
@@ -108,7 +108,7 @@ void RoutineWalk::VisitRoutineLine(std::size_t index, int baseKind) {
 }
 
 void RoutineWalk::BeginRoutine(std::size_t index, int baseKind) {
-  ++counter_;
+  ++last_.value;
   const std::uint16_t flags = marked_.candidates[index].flags;
   const int kind = KindOf(flags, baseKind);
   if (kind == 0) return;
@@ -120,28 +120,28 @@ void RoutineWalk::BeginRoutine(std::size_t index, int baseKind) {
 
 void RoutineWalk::Wrap(WrappedLine& line, bool isStart) {
   if (settings_.numbered) {
-    if (line.routine != 0) line.before.insert(0, LinePrefix(line.routine, line.isStart));
-    line.routine = counter_;
+    if (line.routine.value != 0) line.before.insert(0, LinePrefix(line.routine, line.isStart));
+    line.routine = last_;
     line.isStart = isStart;
   }
   line.before.insert(0, HeaderLineOpen);
   line.after += HeaderLineClose;
 }
 
-ScannedRoutine RoutineWalk::Describe(std::size_t index, int kind) const {
+codedb::RoutineRecord RoutineWalk::Describe(std::size_t index, int kind) const {
   const RoutineCandidate& candidate = marked_.candidates[index];
   const WrappedLine& line = lines_[index];
   const std::string guarded = GuardedLine(candidate);
-  std::string whole = line.routine != 0 ? LinePrefix(line.routine, line.isStart) : std::string();
+  std::string whole = line.routine.value != 0 ? LinePrefix(line.routine, line.isStart) : std::string();
   whole.append(line.before).append(guarded).append(line.after);
   const bool declare = (candidate.flags & kHasDeclare) != 0;
   static const std::string kLibMark = std::string(text::KeywordOpen) + "Lib";
-  ScannedRoutine routine;
+  codedb::RoutineRecord routine;
   routine.kind = kind;
   routine.visibility = VisibilityOf(candidate.flags);
   routine.headerLines = CountContinuations(guarded) + 1;
   routine.name = NameIn(whole, declare ? std::string_view(kLibMark) : "(");
-  routine.number = counter_;
+  routine.number = last_;
   return routine;
 }
 

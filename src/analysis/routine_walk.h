@@ -22,7 +22,7 @@ struct WrappedLine {
   /// Indentation of the empty lines put in front of the line, first to last.
   std::vector<std::string> emptyLines;
   /// Set when the line begins or ends a routine of the index: the routine of its outermost wrapping.
-  std::int64_t routine = 0;
+  codedb::RoutineNumber routine;
   bool isStart = false;
   /// TABs of the ordinary lines behind this line, up to the next candidate.
   int bodyTabs = 0;
@@ -39,12 +39,12 @@ class RoutineWalk {
  public:
   /// `code` is the text that `marked` was made of; `guarded` tells whether the stand-ins are still in the text.
   RoutineWalk(std::string_view code, const MarkedCode& marked, bool guarded, const WalkSettings& settings,
-              std::int64_t routineCounter);
+              codedb::RoutineNumber last);
 
   /// One for each candidate.
   const std::vector<WrappedLine>& Lines() const noexcept { return lines_; }
-  std::vector<ScannedRoutine>& Routines() noexcept { return routines_; }
-  std::int64_t Counter() const noexcept { return counter_; }
+  std::vector<codedb::RoutineRecord>& Routines() noexcept { return routines_; }
+  codedb::RoutineNumber Last() const noexcept { return last_; }
 
  private:
   void Walk(std::uint16_t kindFlag, int baseKind);
@@ -52,17 +52,17 @@ class RoutineWalk {
   void BeginRoutine(std::size_t index, int baseKind);
   void Wrap(WrappedLine& line, bool isStart);
   void IndentInside(WrappedLine& line, std::size_t emptyLines);
-  ScannedRoutine Describe(std::size_t index, int kind) const;
+  codedb::RoutineRecord Describe(std::size_t index, int kind) const;
   std::string GuardedLine(const RoutineCandidate& candidate) const;
 
   std::string_view code_;
   const MarkedCode& marked_;
   bool guarded_;
   WalkSettings settings_;
-  std::int64_t counter_;
+  codedb::RoutineNumber last_;
   bool inRoutine_ = false;
   std::vector<WrappedLine> lines_;
-  std::vector<ScannedRoutine> routines_;
+  std::vector<codedb::RoutineRecord> routines_;
 };
 
 }  // namespace quillmate::analysis

@@ -40,8 +40,8 @@ std::string PrepareCode(std::string_view code, const ScanOptions& options) {
   return prepared;
 }
 
-std::int64_t CountBreaks(std::string_view text) noexcept {
-  std::int64_t count = 0;
+std::int32_t CountBreaks(std::string_view text) noexcept {
+  std::int32_t count = 0;
   for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at + 1)) {
     if (at > 0 && text[at - 1] == '\r') ++count;
   }
@@ -76,9 +76,9 @@ class Assembler {
  private:
   void AppendCandidate(std::string_view line, const WrappedLine& wrapped) {
     for (const std::string& empty : wrapped.emptyLines) result_.markedText.append(empty).append(kLineBreak);
-    if (wrapped.routine != 0) {
+    if (wrapped.routine.value != 0) {
       CountNewLines();
-      result_.lines.push_back({wrapped.routine, lines_ + 1, wrapped.isStart});
+      result_.lines.push_back({wrapped.routine, {lines_ + 1}, wrapped.isStart});
     }
     if (guarded_) {
       result_.markedText += RestoreGuards(wrapped.before + std::string(line) + wrapped.after);
@@ -120,7 +120,7 @@ class Assembler {
   bool guarded_;
   WalkSettings settings_;
   ScanResult result_;
-  std::int64_t lines_ = 0;
+  std::int32_t lines_ = 0;
   std::size_t counted_ = 0;
 };
 
@@ -130,16 +130,16 @@ WalkSettings SettingsFor(const ScanOptions& options, bool numbered) {
 
 }  // namespace
 
-ScanResult ScanForIndex(std::string_view code, const ScanOptions& options, std::int64_t routineCounter) {
+ScanResult ScanForIndex(std::string_view code, const ScanOptions& options, codedb::RoutineNumber last) {
   const std::string prepared = PrepareCode(code, options);
   const WalkSettings settings = SettingsFor(options, true);
   // Only where the code itself holds byte 159 can the stand-ins and the code run into each other.
   const bool guarded = prepared.find(text::kMarkerByte) != std::string::npos;
   const MarkedCode marked = MarkLines(prepared, guarded, settings.bodyTabs);
-  RoutineWalk walk(prepared, marked, guarded, settings, routineCounter);
+  RoutineWalk walk(prepared, marked, guarded, settings, last);
   ScanResult result = Assembler(marked, walk, guarded, settings).Run();
   result.routines = std::move(walk.Routines());
-  result.routineCounter = walk.Counter();
+  result.last = walk.Last();
   return result;
 }
 
@@ -149,7 +149,7 @@ std::string ScanForDisplay(std::string_view code, const ScanOptions& options) {
   // A last line that is continued has no line break behind it, so that the closing cut may go into a stand-in.
   const bool guarded = prepared.ends_with("_\r\n");
   const MarkedCode marked = MarkLines(prepared, guarded, settings.bodyTabs);
-  const RoutineWalk walk(prepared, marked, guarded, settings, 0);
+  const RoutineWalk walk(prepared, marked, guarded, settings, {});
   std::string text = Assembler(marked, walk, false, settings).Run().markedText;
   if (guarded) text = RestoreLinesAndQuotes(text);
   text.resize(text.size() - std::min(text.size(), kLineBreak.size()));

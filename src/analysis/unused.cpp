@@ -18,22 +18,6 @@
 namespace quillmate::analysis {
 namespace {
 
-constexpr std::string_view kPublicCandidates =
-    "SELECT td_rout.rou_name, "
-    "  Count(td_rout.rou_name) AS Anzahlvonrou_name"
-    " FROM td_rout"
-    " WHERE (((td_rout.rou_typ)<3 Or (td_rout.rou_typ)>10) AND ((td_rout.rou_open)=1))"
-    " GROUP BY td_rout.rou_name"
-    " HAVING (((Count(td_rout.rou_name))<2));";
-
-std::string PrivateCandidates(std::int64_t moduleNumber) {
-  return "SELECT td_rout.rou_name"
-         " FROM td_rout"
-         " WHERE (((td_rout.rou_typ)<3 Or (td_rout.rou_typ)>10) AND ((td_rout.rou_open)>1) AND "
-         "((td_rout.mod_num)=" +
-         std::to_string(moduleNumber) + "));";
-}
-
 /// A name that nothing but the query knew, with the routine that bears it.
 struct Candidate {
   const codedb::RoutineRecord* routine = nullptr;
@@ -66,7 +50,7 @@ bool IsHooked(const codedb::RoutineRecord& routine, const ReferenceText& text) {
 class UnusedReport {
  public:
   UnusedReport(codedb::CodeDatabase& database, const std::filesystem::path& folder)
-      : database_(database), folder_(folder), modules_(codedb::ReadIndex(database)), privates_(modules_.size()) {
+      : database_(database), folder_(folder), modules_(database.ReadIndex()), privates_(modules_.size()) {
     ReadPublics();
     for (std::size_t i = 0; i < modules_.size(); ++i) ReadPrivates(modules_[i], privates_[i]);
   }
@@ -87,9 +71,8 @@ class UnusedReport {
       }
     }
     publicsOf_.resize(modules_.size());
-    codedb::Recordset rows = database_.OpenRecordset(kPublicCandidates);
-    while (rows.Next()) {
-      const auto found = routines.find(rows.Text(0));
+    for (const std::string& name : database_.PublicCandidates()) {
+      const auto found = routines.find(name);
       if (found == routines.end()) continue;
       publicsOf_[found->second.second].push_back(publics_.candidates.size());
       Add(publics_, *found->second.first);
@@ -101,9 +84,7 @@ class UnusedReport {
     for (const codedb::RoutineRecord& routine : module.routines) {
       if (IsCandidate(routine) && routine.visibility > codedb::kPublic) routines.emplace(routine.name, &routine);
     }
-    codedb::Recordset rows = database_.OpenRecordset(PrivateCandidates(module.number));
-    while (rows.Next()) {
-      const std::string name = rows.Text(0);
+    for (const std::string& name : database_.PrivateCandidates(module.number)) {
       const auto found = routines.lower_bound(name);  // of several the first that is left
       if (found == routines.end() || found->first != name) continue;
       Add(list, *found->second);
@@ -117,7 +98,7 @@ class UnusedReport {
   }
 
   void ScanModule(std::size_t index, NameScan& scan, TurnTaking& turns) {
-    const int number = static_cast<int>(modules_[index].number);
+    const codedb::ModuleNumber number = modules_[index].number;
     const std::string marked = codedb::ReadModuleText(folder_, number);
     const ReferenceText text = PrepareReferenceText(marked);
     CandidateList& list = privates_[index];
@@ -138,7 +119,8 @@ class UnusedReport {
     if (called || candidate.hooked) return UnusedClass::kHost;
     const CandidateNames::Group* const group = names_.GroupOf(turn.name);
     // Friend routines are looked for in their own module alone, but others may call them.
-    const bool seenElsewhere = routine.visibility != codedb::kPrivate && group != nullptr && group->lastModule > 0;
+    const bool seenElsewhere =
+        routine.visibility != codedb::kPrivate && group != nullptr && group->lastModule.value != 0;
     const bool named = candidate.inOtherSpelling || seenElsewhere || (group != nullptr && group->inLiteral);
     return named ? UnusedClass::kText : UnusedClass::kCertain;
   }

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include <quillmate/codedb/numbers.h>
 #include <quillmate/text/name_table.h>
 
 namespace quillmate::analysis {
@@ -22,7 +23,7 @@ class CandidateNames {
     /// The word stands in a string literal of some module.
     bool inLiteral = false;
     /// `mod_num` of the last module whose code holds the word; 0 when none did.
-    int lastModule = 0;
+    codedb::ModuleNumber lastModule;
   };
 
   /// Number of the name, 0 for the first; the same for the same spelling.

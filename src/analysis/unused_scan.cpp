@@ -35,9 +35,9 @@ NameScan::NameScan(CandidateNames& names) : names_(names), powers_(names.Longest
   for (std::size_t i = 1; i < powers_.size(); ++i) powers_[i] = powers_[i - 1] * text::kHashFactor;
 }
 
-const std::vector<Occurrence>& NameScan::Scan(const ReferenceText& text, int moduleNumber) {
+const std::vector<Occurrence>& NameScan::Scan(const ReferenceText& text, codedb::ModuleNumber module) {
   occurrences_.clear();
-  module_ = moduleNumber;
+  module_ = module;
   code_ = text.code;
   for (std::size_t i = 0; i < code_.size();) {
     if (CharacterOf(code_[i]).identifier) {

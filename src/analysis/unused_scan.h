@@ -33,7 +33,7 @@ class NameScan {
 
   /// All occurrences that begin and end at joints. Notes in the table what words the code and the literals hold. The
   /// result is valid until the next call.
-  const std::vector<Occurrence>& Scan(const ReferenceText& text, int moduleNumber);
+  const std::vector<Occurrence>& Scan(const ReferenceText& text, codedb::ModuleNumber module);
 
  private:
   std::size_t ScanWord(std::size_t start);
@@ -46,7 +46,7 @@ class NameScan {
   CandidateNames& names_;
   std::vector<std::uint64_t> powers_;
   std::string_view code_;
-  int module_ = 0;
+  codedb::ModuleNumber module_;
   std::vector<Occurrence> occurrences_;
   std::vector<std::uint64_t> hashes_;  // of all beginnings of a word
   std::vector<std::size_t> joints_;

@@ -53,7 +53,7 @@ class Preparation {
     if (marked_.substr(start, end - start).find(kRibbonType) == std::string_view::npos) return;
     for (std::size_t at = marked_.find(text::kLineBreak, counted_); at < start;
          at = marked_.find(text::kLineBreak, counted_)) {
-      ++line_;
+      ++line_.value;
       counted_ = at + text::kLineBreak.size();
     }
     result_.ribbonLines.push_back(line_);
@@ -85,7 +85,7 @@ class Preparation {
 
   std::string_view marked_;
   std::size_t counted_ = 0;  // the lines in front of this offset are counted
-  long line_ = 1;
+  codedb::Line line_{1};
   ReferenceText result_;
 };
 

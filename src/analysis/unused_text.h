@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include <quillmate/codedb/numbers.h>
+
 namespace quillmate::analysis {
 
 /// A module's marked-up text as the search for references sees it, with what was met on the way.
@@ -17,7 +19,7 @@ struct ReferenceText {
   /// the class implements.
   std::vector<std::string> eventSources;
   /// 1-based lines of the headers of ribbon call-backs.
-  std::vector<long> ribbonLines;
+  std::vector<codedb::Line> ribbonLines;
 };
 
 /// `markedText` must outlive the result. A part that is never closed runs to the end of the text.

@@ -20,7 +20,7 @@ namespace quillmate::cli {
 namespace {
 
 struct Format {
-  std::function<void(int moduleNumber)> module;
+  std::function<void(codedb::ModuleNumber module)> module;
   std::function<void(const std::vector<output::ModuleEntry>& modules)> project;
 };
 
@@ -44,7 +44,7 @@ void RunText(const Invocation& invocation) {
   Output output(invocation.output, Encoding::kCode);
   const output::Sink sink = SinkInto(output);
   Export(invocation, input,
-         {.module = [&](int number) { output::ModuleText(input.Folder(), number, sink); },
+         {.module = [&](codedb::ModuleNumber number) { output::ModuleText(input.Folder(), number, sink); },
           .project = [&](const auto& modules) { output::ProjectText(input.Folder(), modules, true, sink); }});
   output.Finish();
 }
@@ -56,7 +56,7 @@ void RunRtf(const Invocation& invocation) {
   Output output(invocation.output, Encoding::kCode);
   const output::Sink sink = SinkInto(output);
   Export(invocation, input,
-         {.module = [&](int number) { output::ModuleRtf(input.Folder(), number, look, sink); },
+         {.module = [&](codedb::ModuleNumber number) { output::ModuleRtf(input.Folder(), number, look, sink); },
           .project = [&](const auto& modules) { output::ProjectRtf(input.Folder(), modules, true, look, sink); }});
   output.Finish();
 }
@@ -68,7 +68,7 @@ void RunHtml(const Invocation& invocation) {
   Output output(invocation.output, Encoding::kCode);
   const output::Sink sink = SinkInto(output);
   Export(invocation, input,
-         {.module = [&](int number) { output::ModuleHtml(input.Folder(), number, look, sink); },
+         {.module = [&](codedb::ModuleNumber number) { output::ModuleHtml(input.Folder(), number, look, sink); },
           .project = [&](const auto& modules) { output::ProjectHtml(input.Folder(), modules, true, look, sink); }});
   if (invocation.credit) {
     sink(output::AppendCredit({}, startup::EditionOf(invocation.edition).hostName));

@@ -41,7 +41,7 @@ std::string NameOf(const std::array<CodeName, N>& names, int code) {
   return name + " (" + std::to_string(code) + ")";
 }
 
-std::string NumberOrDash(const std::optional<std::int64_t>& number) { return number ? std::to_string(*number) : "-"; }
+std::string LineOrDash(const std::optional<codedb::Line>& line) { return line ? std::to_string(line->value) : "-"; }
 
 /// Only ASCII texts go through here, so that bytes are columns.
 std::string Left(std::string text, std::size_t width) {
@@ -63,34 +63,38 @@ std::string RoutineRow(const std::string& number, const std::string& kind, const
 }
 
 void AppendModuleRows(std::string& table, const codedb::ModuleRecord& module) {
-  table += "Modul " + std::to_string(module.number) + ": " + NameText(module.name) + ", " +
+  table += "Modul " + std::to_string(module.number.value) + ": " + NameText(module.name) + ", " +
            NameOf(kModuleKinds, module.kind) + ", " + std::to_string(module.lines) + " Zeilen\n";
   if (module.routines.empty()) {
     return;
   }
   table += RoutineRow("Nr", "Art", "Sichtbarkeit", "Kopf", "Beginn", "Ende", "Name");
   for (const codedb::RoutineRecord& routine : module.routines) {
-    table += RoutineRow(std::to_string(routine.number), NameOf(kRoutineKinds, routine.kind),
+    table += RoutineRow(std::to_string(routine.number.value), NameOf(kRoutineKinds, routine.kind),
                         NameOf(kVisibilities, routine.visibility), std::to_string(routine.headerLines),
-                        NumberOrDash(routine.start), NumberOrDash(routine.end), NameText(routine.name));
+                        LineOrDash(routine.start), LineOrDash(routine.end), NameText(routine.name));
   }
+}
+
+std::optional<std::int64_t> LineOf(const std::optional<codedb::Line>& line) {
+  return line ? std::optional<std::int64_t>(line->value) : std::nullopt;
 }
 
 void AppendRoutine(std::string& json, const codedb::RoutineRecord& routine) {
   JsonObject(json)
-      .Number("rou_num", routine.number)
+      .Number("rou_num", routine.number.value)
       .Text("rou_name", routine.name)
       .Number("rou_typ", routine.kind)
       .Number("rou_open", routine.visibility)
       .Number("anz_dec_zeilen", routine.headerLines)
-      .Number("rou_start", routine.start)
-      .Number("rou_ende", routine.end)
+      .Number("rou_start", LineOf(routine.start))
+      .Number("rou_ende", LineOf(routine.end))
       .End();
 }
 
 void AppendModule(std::string& json, const codedb::ModuleRecord& module) {
   JsonObject object(json);
-  object.Number("mod_num", module.number)
+  object.Number("mod_num", module.number.value)
       .Text("mod_name", module.name)
       .Number("mod_typ", module.kind)
       .Number("mod_zeilen", module.lines)

@@ -150,24 +150,25 @@ std::string Json(const ReferenceIndex& index) {
 /// The rows of the index, as its table shows them.
 std::vector<codedb::ModuleRecord> Records(const ReferenceIndex& index) {
   std::vector<codedb::ModuleRecord> records;
-  std::int64_t number = 0;
+  codedb::RoutineNumber number;
   for (symbols::Index i = 0; i < index.Modules().size(); ++i) {
     codedb::ModuleRecord& module = records.emplace_back();
-    module.number = std::int64_t{i} + 1;
+    module.number = {static_cast<std::int32_t>(i) + 1};
     module.name = text::CodeFromUtf8(index.Modules()[i].name);
     module.kind = KindOf(index.Modules()[i].kind);
-    module.lines = LinesOf(index, i);
+    module.lines = static_cast<std::int32_t>(LinesOf(index, i));
     const language::Module& code = index.Code(i);
     for (const Found& found : RoutinesOf(code)) {
       codedb::RoutineRecord& routine = module.routines.emplace_back();
       const language::Declaration& declaration = code.declarations[found.declaration];
-      routine.number = ++number;
+      ++number.value;
+      routine.number = number;
       routine.name = text::CodeFromUtf8(Spelled(code, declaration));
       routine.kind = KindOf(declaration.kind);
       routine.visibility = VisibilityOf(declaration.visibility);
       routine.headerLines = static_cast<int>(found.headerLast - found.first + 1);
-      routine.start = index.EditorLine(i, found.first);
-      routine.end = index.EditorLine(i, found.last);
+      routine.start = codedb::Line{static_cast<std::int32_t>(index.EditorLine(i, found.first))};
+      routine.end = codedb::Line{static_cast<std::int32_t>(index.EditorLine(i, found.last))};
     }
   }
   return records;

@@ -1,6 +1,8 @@
 #include "names.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include <quillmate/text/windows1252.h>
 
@@ -16,25 +18,19 @@ std::optional<std::string> CodeName(const std::string& name) {
   return text::Utf8FromCode(code) == name ? std::optional(std::move(code)) : std::nullopt;
 }
 
-int FindModule(codedb::CodeDatabase& database, const std::string& name) {
-  int first = 0;
-  if (const auto code = CodeName(name)) {
-    auto found = database.OpenRecordset("SELECT mod_num, mod_name FROM td_mod WHERE mod_name='" +
-                                        codedb::QuoteLiteral(*code) + "' ORDER BY mod_num;");
-    while (found.Next()) {
-      const int number = static_cast<int>(found.Number(0).value_or(0));
-      if (found.Text(1) == *code) return number;
-      if (first == 0) first = number;
-    }
+codedb::ModuleNumber FindModule(codedb::CodeDatabase& database, const std::string& name) {
+  const auto code = CodeName(name);
+  const auto found = code ? database.ModulesNamed(*code) : std::vector<codedb::ModuleRecord>();
+  if (found.empty()) {
+    throw CommandFailure("Es gibt kein Modul " + Quoted(name));
   }
-  if (first != 0) return first;
-  throw CommandFailure("Es gibt kein Modul " + Quoted(name));
+  const auto spelled = std::ranges::find(found, *code, &codedb::ModuleRecord::name);
+  return (spelled == found.end() ? found.begin() : spelled)->number;
 }
 
-std::string ModuleName(codedb::CodeDatabase& database, int moduleNumber) {
-  auto found =
-      database.OpenRecordset("SELECT mod_name FROM td_mod WHERE mod_num=" + std::to_string(moduleNumber) + ";");
-  return found.Next() ? found.Text(0) : std::string();
+std::string ModuleName(codedb::CodeDatabase& database, codedb::ModuleNumber number) {
+  auto found = database.Module(number);
+  return found ? std::move(found->name) : std::string();
 }
 
 }  // namespace quillmate::cli

@@ -13,9 +13,9 @@ std::optional<std::string> CodeName(const std::string& name);
 
 /// `mod_num` of the module of that name, compared as the database does: of several the first in just that spelling,
 /// else the first. Throws CommandFailure.
-int FindModule(codedb::CodeDatabase& database, const std::string& name);
+codedb::ModuleNumber FindModule(codedb::CodeDatabase& database, const std::string& name);
 
 /// `mod_name` of a module, Windows-1252; empty when there is no such module.
-std::string ModuleName(codedb::CodeDatabase& database, int moduleNumber);
+std::string ModuleName(codedb::CodeDatabase& database, codedb::ModuleNumber number);
 
 }  // namespace quillmate::cli

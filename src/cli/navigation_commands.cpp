@@ -1,7 +1,7 @@
+#include <algorithm>
 #include <functional>
 #include <utility>
 
-#include <quillmate/codedb/codes.h>
 #include <quillmate/export/outline.h>
 #include <quillmate/navigation/callers.h>
 #include <quillmate/navigation/code_views.h>
@@ -29,34 +29,23 @@ const std::string& Required(const std::optional<std::string>& value, std::string
   return *value;
 }
 
-int ModuleCount(codedb::CodeDatabase& database) {
-  auto count = database.OpenRecordset("SELECT Count(mod_num) AS Anzahl FROM td_mod;");
-  return count.Next() ? static_cast<int>(count.Number(0).value_or(0)) : 0;
-}
-
 /// The name of a routine of a module as it is spelled there; the name itself when there is none, or one of just that
 /// spelling.
-std::string SpelledName(codedb::CodeDatabase& database, int module, const std::string& name) {
-  auto routine = database.OpenRecordset("SELECT rou_name FROM td_rout WHERE rou_name='" + codedb::QuoteLiteral(name) +
-                                        "' AND mod_num=" + std::to_string(module) + ";");
-  std::string spelled;
-  while (routine.Next()) {
-    const std::string found = routine.Text(0);
-    if (found == name) return name;
-    if (spelled.empty()) spelled = found;
-  }
-  return spelled.empty() ? name : spelled;
+std::string SpelledName(codedb::CodeDatabase& database, codedb::ModuleNumber module, const std::string& name) {
+  const auto routines = database.RoutinesNamed(name, module);
+  const bool sameSpelling = std::ranges::find(routines, name, &codedb::RoutineRecord::name) != routines.end();
+  return sameSpelling || routines.empty() ? name : routines.front().name;
 }
 
-navigation::ProjectTree FindCallers(ProjectInput& input, int module, const std::string& routine) {
+navigation::ProjectTree FindCallers(ProjectInput& input, codedb::ModuleNumber module, const std::string& routine) {
   codedb::CodeDatabase& database = input.Database();
   const auto name = CodeName(routine);
   if (!name) {
     throw CommandFailure(std::string(navigation::ScopeMessage(navigation::CallerScope::kUnknown)) + ": " + routine);
   }
   navigation::ProjectTexts texts;
-  texts.Load(input.Folder(), ModuleCount(database));
-  auto callers = navigation::FindCallers(database, texts, module - 1, SpelledName(database, module, *name));
+  texts.Load(input.Folder(), database.ModuleCount());
+  auto callers = navigation::FindCallers(database, texts, codedb::ViewOf(module), SpelledName(database, module, *name));
   const std::string_view message = navigation::ScopeMessage(callers.scope);
   if (!message.empty()) {
     throw CommandFailure(std::string(message) + ": " + routine);
@@ -70,15 +59,12 @@ std::string CallersJson(const std::vector<navigation::TreeNode>& nodes) {
   for (std::size_t i = 0; i < nodes.size();) {
     modules.Next();
     JsonObject module(json);
-    module.Number("mod_num", std::int64_t{codedb::KeyNumber(nodes[i].key)}).Text("mod_name", nodes[i].text);
+    module.Number("mod_num", nodes[i].module.value).Text("mod_name", nodes[i].text);
     module.Key("routines");
     JsonLines routines(json);
     for (++i; i < nodes.size() && nodes[i].parent >= 0; ++i) {
       routines.Next();
-      JsonObject(json)
-          .Number("rou_num", std::int64_t{codedb::KeyNumber(nodes[i].key)})
-          .Text("rou_name", nodes[i].text)
-          .End();
+      JsonObject(json).Number("rou_num", nodes[i].routine.value).Text("rou_name", nodes[i].text).End();
     }
     routines.End();
     module.End();
@@ -98,9 +84,9 @@ std::string CallersText(const std::vector<navigation::TreeNode>& nodes) {
 
 std::string DefinitionJson(const navigation::Definition& found, const std::string& moduleName) {
   std::string json;
-  const auto line = found.startLine > 0 ? std::optional(std::int64_t{found.startLine}) : std::nullopt;
+  const auto line = found.startLine.value > 0 ? std::optional(std::int64_t{found.startLine.value}) : std::nullopt;
   JsonObject(json)
-      .Number("mod_num", std::int64_t{found.moduleNumber})
+      .Number("mod_num", found.moduleNumber.value)
       .Text("mod_name", moduleName)
       .Number("rou_start", line)
       .End();
@@ -108,13 +94,13 @@ std::string DefinitionJson(const navigation::Definition& found, const std::strin
 }
 
 std::string DefinitionText(const navigation::Definition& found, const std::string& moduleName) {
-  return text::Utf8FromCode(moduleName) + ":" + std::to_string(found.startLine) + "\n";
+  return text::Utf8FromCode(moduleName) + ":" + std::to_string(found.startLine.value) + "\n";
 }
 
 struct Hit {
-  int moduleNumber;
+  codedb::ModuleNumber moduleNumber;
   const std::string& moduleName;
-  long line;
+  codedb::Line line;
   navigation::LinePiece text;
 };
 
@@ -123,14 +109,14 @@ void ForEachHit(ProjectInput& input, const std::string& searched, bool wholeWord
                 const std::function<void(const Hit& hit)>& visit) {
   codedb::CodeDatabase& database = input.Database();
   navigation::CodeViews views;
-  views.Load(input.Folder(), ModuleCount(database));
-  for (int i = 0; i < views.Count(); ++i) {
+  views.Load(input.Folder(), database.ModuleCount());
+  for (codedb::ViewIndex i; i.value < views.Count(); ++i.value) {
     const navigation::CodeView& view = views.View(i);
+    const codedb::ModuleNumber number = codedb::ModuleOf(i);
     std::optional<std::string> name;
     navigation::ForEachMatch(view.Text(), searched, wholeWord, [&](const navigation::TextMatch& match) {
-      if (!name) name = ModuleName(database, i + 1);
-      const auto line = static_cast<long>(view.LineFromChar(match.position)) + 1;
-      visit({i + 1, *name, line, navigation::LineAround(view, match)});
+      if (!name) name = ModuleName(database, number);
+      visit({number, *name, view.LineAt(match.position), navigation::LineAround(view, match)});
     });
   }
 }
@@ -141,8 +127,8 @@ void ListHitsAsJson(ProjectInput& input, const std::string& searched, bool whole
   ForEachHit(input, searched, wholeWord, [&](const Hit& hit) {
     lines.Next();
     JsonObject object(json);
-    object.Number("mod_num", std::int64_t{hit.moduleNumber}).Text("mod_name", hit.moduleName);
-    object.Number("line", std::int64_t{hit.line}).Text("text", hit.text.text);
+    object.Number("mod_num", hit.moduleNumber.value).Text("mod_name", hit.moduleName);
+    object.Number("line", hit.line.value).Text("text", hit.text.text);
     if (hit.text.cutBefore || hit.text.cutBehind) object.True("cut");
     object.End();
     output.Write(std::exchange(json, {}));
@@ -154,7 +140,7 @@ void ListHitsAsJson(ProjectInput& input, const std::string& searched, bool whole
 void ListHitsAsText(ProjectInput& input, const std::string& searched, bool wholeWord, Output& output) {
   constexpr std::string_view kCut = "…";
   ForEachHit(input, searched, wholeWord, [&](const Hit& hit) {
-    std::string line = text::Utf8FromCode(hit.moduleName) + ":" + std::to_string(hit.line) + ": ";
+    std::string line = text::Utf8FromCode(hit.moduleName) + ":" + std::to_string(hit.line.value) + ": ";
     if (hit.text.cutBefore) line += kCut;
     line += text::Utf8FromCode(hit.text.text);
     if (hit.text.cutBehind) line += kCut;
@@ -177,9 +163,9 @@ void RunDefinition(const Invocation& invocation) {
   const std::string& name = Required(invocation.name, "--name");
   ProjectInput input(invocation, RunOptions(invocation));
   codedb::CodeDatabase& database = input.Database();
-  const int from = FindModule(database, module);
+  const codedb::ModuleNumber from = FindModule(database, module);
   const auto code = CodeName(name);
-  const auto found = code ? navigation::FindDefinition(database, from - 1, *code) : std::nullopt;
+  const auto found = code ? navigation::FindDefinition(database, codedb::ViewOf(from), *code) : std::nullopt;
   if (!found) {
     if (invocation.json) {
       WriteWhole(invocation.output, "null\n");

@@ -114,7 +114,7 @@ bool ReadSources(const Invocation& invocation, const settings::Options& options,
 }
 
 void OpenIndex(codedb::CodeDatabase& database, const fs::path& folder) try {
-  database.Open(codedb::DatabasePath(folder));
+  database.OpenCodeDatabase(folder);
 } catch (const codedb::DatabaseError& error) {
   throw CommandFailure(codedb::BrokenProjectMessage(folder) + ": " + error.what());
 }

@@ -32,7 +32,7 @@ std::vector<output::OutlineNode> OutlineNodes(codedb::CodeDatabase& database) {
 void RunModules(const Invocation& invocation) {
   if (invocation.exact) return RunModulesExact(invocation);
   ProjectInput input(invocation, RunOptions(invocation));
-  const auto modules = codedb::ReadIndex(input.Database());
+  const auto modules = input.Database().ReadIndex();
   WriteWhole(invocation.output, invocation.json ? ModuleJson(modules) : ModuleTable(modules));
 }
 

@@ -43,7 +43,7 @@ output::SiteProject ReadSiteProject(const Invocation& invocation, ProjectInput& 
   output::SiteProject project;
   project.title = invocation.title.value_or(TitleOf(invocation));
   project.indexFolder = input.Folder();
-  project.modules = codedb::ReadIndex(input.Database());
+  project.modules = input.Database().ReadIndex();
   for (const analysis::UnusedRoutine& routine : analysis::FindUnusedRoutines(input.Database(), input.Folder())) {
     project.unused.push_back({routine.routineNumber, JudgementOf(routine.unused)});
   }

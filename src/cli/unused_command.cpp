@@ -26,7 +26,7 @@ std::string UnusedJson(const std::vector<UnusedRoutine>& routines) {
   for (const UnusedRoutine& routine : routines) {
     lines.Next();
     JsonObject(json)
-        .Number("mod_num", routine.moduleNumber)
+        .Number("mod_num", routine.moduleNumber.value)
         .Text("mod_name", routine.moduleName)
         .Text("rou_name", routine.routineName)
         .Text("class", analysis::UnusedClassName(routine.unused))
@@ -39,7 +39,7 @@ std::string UnusedJson(const std::vector<UnusedRoutine>& routines) {
 /// Each module with its routines and their classes.
 std::string UnusedText(const std::vector<UnusedRoutine>& routines) {
   std::string lines;
-  std::int64_t module = 0;
+  codedb::ModuleNumber module;
   for (const UnusedRoutine& routine : routines) {
     if (routine.moduleNumber != module) {
       lines.append(routine.moduleName).append("\n");

@@ -3,41 +3,46 @@
 #include <sqlite3.h>
 
 #include <quillmate/codedb/code_database.h>
+#include <quillmate/codedb/index_files.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
 #include "connection_p.h"
+#include "database_error_p.h"
+#include "database_state_p.h"
 
 namespace quillmate::codedb {
 
 struct Recordset::State {
   std::shared_ptr<Connection> connection;
-  BoundStatement loan;
+  sqlite3_stmt* statement = nullptr;
   bool onRecord = false;
   bool atEnd = false;
 
-  ~State() { connection->GiveBack(std::move(loan)); }
+  ~State() {
+    if (connection->IsOpen()) sqlite3_finalize(statement);
+  }
 
   sqlite3_stmt* Statement() const {
     if (!connection->IsOpen()) throw DatabaseError("Die Datenbank dieser Abfrage ist geschlossen");
-    return loan.statement;
+    return statement;
   }
 
   /// The column's value in the current record.
   sqlite3_stmt* StatementOnRecord(int column) const {
-    sqlite3_stmt* const statement = Statement();
+    sqlite3_stmt* const opened = Statement();
     if (!onRecord) throw DatabaseError("Die Abfrage steht auf keinem Datensatz");
-    if (column < 0 || column >= sqlite3_column_count(statement)) {
+    if (column < 0 || column >= sqlite3_column_count(opened)) {
       throw DatabaseError("Die Abfrage hat kein Feld Nummer " + std::to_string(column));
     }
-    return statement;
+    return opened;
   }
 
   int ColumnNumber(std::string_view field) const {
-    sqlite3_stmt* const statement = Statement();
+    sqlite3_stmt* const opened = Statement();
     const std::string name = text::Utf8FromCode(field);
-    for (int i = 0; i < sqlite3_column_count(statement); ++i) {
-      if (text::EqualsIgnoreCase(sqlite3_column_name(statement, i), name)) return i;
+    for (int i = 0; i < sqlite3_column_count(opened); ++i) {
+      if (text::EqualsIgnoreCase(sqlite3_column_name(opened, i), name)) return i;
     }
     throw DatabaseError("Die Abfrage hat kein Feld \"" + name + "\"");
   }
@@ -67,37 +72,21 @@ std::optional<std::int64_t> Recordset::Number(std::string_view field) const {
   return Number(state_->ColumnNumber(field));
 }
 
-std::string Recordset::Text(int column) const {
-  sqlite3_stmt* const statement = state_->StatementOnRecord(column);
-  const auto* const bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-  if (bytes == nullptr) return {};
-  return text::CodeFromUtf8({bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))});
-}
+std::string Recordset::Text(int column) const { return ColumnText(state_->StatementOnRecord(column), column); }
 
 std::optional<std::int64_t> Recordset::Number(int column) const {
-  sqlite3_stmt* const statement = state_->StatementOnRecord(column);
-  if (sqlite3_column_type(statement, column) == SQLITE_NULL) return std::nullopt;
-  return sqlite3_column_int64(statement, column);
+  return codedb::ColumnNumber(state_->StatementOnRecord(column), column);
 }
-
-struct CodeDatabase::State {
-  std::shared_ptr<Connection> connection;
-
-  Connection& Opened() const {
-    if (!connection) throw DatabaseError("Es ist keine Datenbank geöffnet");
-    return *connection;
-  }
-};
 
 CodeDatabase::CodeDatabase() : state_(std::make_unique<State>()) {}
-CodeDatabase::~CodeDatabase() { Close(); }
+CodeDatabase::~CodeDatabase() { CloseCodeDatabase(); }
 
-void CodeDatabase::Open(const std::filesystem::path& file) {
-  Close();
-  state_->connection = std::make_shared<Connection>(file);
+void CodeDatabase::OpenCodeDatabase(const std::filesystem::path& folder) {
+  CloseCodeDatabase();
+  state_->connection = std::make_shared<Connection>(CodeDbPath(folder));
 }
 
-void CodeDatabase::Close() noexcept {
+void CodeDatabase::CloseCodeDatabase() noexcept {
   // Recordsets may still hold the connection: closing it is not left to its last owner.
   if (state_->connection) state_->connection->Close();
   state_->connection.reset();
@@ -107,26 +96,21 @@ bool CodeDatabase::IsOpen() const noexcept { return state_->connection != nullpt
 
 void CodeDatabase::ExecuteSql(std::string_view statement) {
   Connection& connection = state_->Opened();
-  BoundStatement loan = connection.Borrow(statement, Binding::Borrowed);
-  if (sqlite3_column_count(loan.statement) > 0) {
-    connection.GiveBack(std::move(loan));
-    throw DatabaseError("Eine Abfrage lässt sich nicht als Anweisung ausführen");
-  }
-  if (sqlite3_step(loan.statement) == SQLITE_DONE) return connection.GiveBack(std::move(loan));
-  try {
-    connection.Fail(statement);
-  } catch (const DatabaseError&) {
-    connection.GiveBack(std::move(loan));
-    throw;
-  }
+  sqlite3_stmt* const prepared = connection.Prepare(statement);
+  const bool isAction = sqlite3_column_count(prepared) == 0;
+  const bool done = isAction && sqlite3_step(prepared) == SQLITE_DONE;
+  const std::string reason = done ? std::string() : ErrorText(sqlite3_db_handle(prepared), statement);
+  sqlite3_finalize(prepared);
+  if (!isAction) throw DatabaseError("Eine Abfrage lässt sich nicht als Anweisung ausführen");
+  if (!done) throw DatabaseError(reason);
 }
 
 Recordset CodeDatabase::OpenRecordset(std::string_view statement) {
-  Connection& connection = state_->Opened();
   auto state = std::make_unique<Recordset::State>();
+  state_->Opened();
   state->connection = state_->connection;
-  state->loan = connection.Borrow(statement, Binding::Copied);
-  if (sqlite3_column_count(state->loan.statement) == 0) throw DatabaseError("Die Anweisung ist keine Abfrage");
+  state->statement = state->connection->Prepare(statement);
+  if (sqlite3_column_count(state->statement) == 0) throw DatabaseError("Die Anweisung ist keine Abfrage");
   return Recordset(std::move(state));
 }
 
@@ -148,10 +132,8 @@ void CodeDatabase::Rollback() noexcept {
     state_->connection->Run("ROLLBACK");
   } catch (const DatabaseError&) {
     // The engine drops what is not committed when the file is closed.
-    Close();
+    CloseCodeDatabase();
   }
 }
-
-std::string QuoteLiteral(std::string_view text) { return text::ReplaceAll(text, "'", "''"); }
 
 }  // namespace quillmate::codedb

@@ -18,9 +18,6 @@
 namespace quillmate::codedb {
 namespace {
 
-/// The program has about twenty shapes of statements; more are kept only until they go out of use.
-constexpr std::size_t kMostShapes = 64;
-
 /// How long a file that another program is writing is waited for, in milliseconds: nobody should notice.
 constexpr int kBusyTimeout = 200;
 
@@ -77,17 +74,6 @@ bool IsAscii(std::string_view text) noexcept {
   return (seen & 0x8080808080808080U) == 0;
 }
 
-/// A number literal as SQLite reads it: 64 bits when it is whole and fits, else a double.
-int BindNumber(sqlite3_stmt* prepared, int index, std::string_view digits) {
-  std::int64_t whole = 0;
-  const char* const end = digits.data() + digits.size();
-  const auto asWhole = std::from_chars(digits.data(), end, whole);
-  if (asWhole.ec == std::errc() && asWhole.ptr == end) return sqlite3_bind_int64(prepared, index, whole);
-  double value = 0;
-  std::from_chars(digits.data(), end, value);
-  return sqlite3_bind_double(prepared, index, value);
-}
-
 int BindText(sqlite3_stmt* prepared, int index, std::string_view utf8, Binding binding) {
   return sqlite3_bind_text64(prepared, index, utf8.data() == nullptr ? "" : utf8.data(), utf8.size(),
                              binding == Binding::Borrowed ? SQLITE_STATIC : SQLITE_TRANSIENT, SQLITE_UTF8);
@@ -121,8 +107,7 @@ Connection::Connection(const std::filesystem::path& file) {
 Connection::~Connection() { Close(); }
 
 void Connection::Close() noexcept {
-  for (const auto& shape : shapes_) shape->idle.clear();
-  shapes_.clear();
+  forms_.clear();
   while (sqlite3_stmt* const statement = db_ == nullptr ? nullptr : sqlite3_next_stmt(db_, nullptr)) {
     sqlite3_finalize(statement);
   }
@@ -147,7 +132,7 @@ void Connection::CheckTables() {
 /// The program's own tables check their values, those of a file from anywhere may hold what nobody can count with.
 void Connection::CheckNumbers() {
   for (const char* const query : kStrangeNumbers) {
-    sqlite3_stmt* const check = Prepare(query, {});
+    sqlite3_stmt* const check = PrepareSqlite(query, {}, 0);
     const int step = sqlite3_step(check);
     sqlite3_finalize(check);
     if (step != SQLITE_DONE) throw DatabaseError("Die Datenbank ist beschädigt: sie enthält unmögliche Nummern");
@@ -156,7 +141,7 @@ void Connection::CheckNumbers() {
 
 /// Looks at the whole file: one that was cut off or written over has to be found now, not in the middle of the work.
 void Connection::CheckPages() {
-  sqlite3_stmt* const check = Prepare("PRAGMA quick_check(1)", {});
+  sqlite3_stmt* const check = PrepareSqlite("PRAGMA quick_check(1)", {}, 0);
   const int step = sqlite3_step(check);
   const auto* const verdict = step == SQLITE_ROW ? sqlite3_column_text(check, 0) : nullptr;
   const bool whole = verdict != nullptr && std::strcmp(reinterpret_cast<const char*>(verdict), "ok") == 0;
@@ -173,86 +158,58 @@ bool Connection::InTransaction() const noexcept { return db_ != nullptr && sqlit
 
 void Connection::Fail(std::string_view statement) const { throw DatabaseError(ErrorText(db_, statement)); }
 
-/// The shape of a statement that came before; its literals are then in literals_.
-std::shared_ptr<PreparedShape> Connection::FindShape(std::string_view statement) {
-  const auto found = std::find_if(shapes_.begin(), shapes_.end(), [&](const std::shared_ptr<PreparedShape>& shape) {
-    return MatchJetShape(shape->shape, statement, literals_);
-  });
-  if (found == shapes_.end()) return nullptr;
-  std::rotate(shapes_.begin(), found, found + 1);
-  return shapes_.front();
-}
-
-std::shared_ptr<PreparedShape> Connection::AddShape(std::string_view statement) {
-  try {
-    JetStatement translated = TranslateJet(statement);
-    literals_ = std::move(translated.literals);
-    auto shape = std::make_shared<PreparedShape>();
-    shape->shape = std::move(translated.shape);
-    shapes_.insert(shapes_.begin(), shape);
-  } catch (const JetSyntaxError& error) {
-    throw DatabaseError(error.what());
-  }
-  if (shapes_.size() > kMostShapes) {
-    // Its statements out on loan are finalized when they come back.
-    for (sqlite3_stmt* const idle : std::exchange(shapes_.back()->idle, {})) sqlite3_finalize(idle);
-    shapes_.pop_back();
-  }
-  return shapes_.front();
-}
-
-sqlite3_stmt* Connection::Prepare(const std::string& sql, std::string_view statement) {
+sqlite3_stmt* Connection::PrepareSqlite(const std::string& sql, std::string_view statement, unsigned flags) {
   sqlite3_stmt* prepared = nullptr;
-  const int result =
-      sqlite3_prepare_v3(db_, sql.c_str(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
+  const int result = sqlite3_prepare_v3(db_, sql.c_str(), static_cast<int>(sql.size()) + 1, flags, &prepared, nullptr);
   if (result != SQLITE_OK || prepared == nullptr) Fail(statement);
   return prepared;
 }
 
-BoundStatement Connection::Borrow(std::string_view statement, Binding binding) {
-  BoundStatement loan{FindShape(statement), nullptr};
-  if (!loan.shape) loan.shape = AddShape(statement);
-  std::vector<sqlite3_stmt*>& idle = loan.shape->idle;
-  if (idle.empty()) {
-    loan.statement = Prepare(loan.shape->shape.sql, statement);
-  } else {
-    loan.statement = idle.back();
-    idle.pop_back();
-  }
-  if (Bind(loan.statement, binding)) return loan;
-  const std::string reason = ErrorText(db_, statement);
-  GiveBack(std::move(loan));
-  throw DatabaseError(reason);
+sqlite3_stmt* Connection::Prepare(std::string_view statement) try {
+  return PrepareSqlite(TranslateJet(statement), statement, 0);
+} catch (const JetSyntaxError& error) {
+  throw DatabaseError(error.what());
 }
 
-bool Connection::Bind(sqlite3_stmt* prepared, Binding binding) {
-  converted_.resize(std::max(converted_.size(), literals_.size()));
+sqlite3_stmt* Connection::PrepareForm(std::string_view form) {
+  const auto known =
+      std::find_if(forms_.begin(), forms_.end(), [&](const auto& entry) { return entry.first == form.data(); });
+  if (known != forms_.end()) return known->second;
+  sqlite3_stmt* const prepared = PrepareSqlite(TranslateJetForm(form), form, SQLITE_PREPARE_PERSISTENT);
+  forms_.emplace_back(form.data(), prepared);
+  return prepared;
+}
+
+sqlite3_stmt* Connection::Bind(std::string_view form, std::initializer_list<JetValue> values, Binding binding) {
+  sqlite3_stmt* const prepared = PrepareForm(form);
+  converted_.resize(std::max(converted_.size(), values.size()));
   int result = SQLITE_OK;
-  for (std::size_t i = 0; i < literals_.size() && result == SQLITE_OK; ++i) {
-    const JetLiteral& literal = literals_[i];
-    const int index = static_cast<int>(i) + 1;
-    if (!literal.isText) {
-      result = BindNumber(prepared, index, literal.source);
-    } else if (literal.doubledQuote == 0 && IsAscii(literal.source)) {
-      result = BindText(prepared, index, literal.source, binding);
+  int index = 0;
+  for (const JetValue& value : values) {
+    ++index;
+    if (!value.isText) {
+      result = sqlite3_bind_int(prepared, index, value.number);
+    } else if (IsAscii(value.text)) {
+      result = BindText(prepared, index, value.text, binding);
     } else {
-      converted_[i] = text::Utf8FromCode(JetLiteralText(literal));
-      result = BindText(prepared, index, converted_[i], binding);
+      std::string& utf8 = converted_[static_cast<std::size_t>(index) - 1];
+      utf8 = text::Utf8FromCode(value.text);
+      result = BindText(prepared, index, utf8, binding);
     }
+    if (result != SQLITE_OK) Fail(FillJetForm(form, values));
   }
-  return result == SQLITE_OK;
+  return prepared;
 }
 
-void Connection::GiveBack(BoundStatement&& loan) noexcept {
-  const BoundStatement taken = std::move(loan);
-  if (!IsOpen() || taken.statement == nullptr) return;
-  if (taken.shape.use_count() == 1) {
-    sqlite3_finalize(taken.statement);
-    return;
-  }
-  sqlite3_reset(taken.statement);
-  sqlite3_clear_bindings(taken.statement);
-  taken.shape->idle.push_back(taken.statement);
+std::string ColumnText(sqlite3_stmt* statement, int column) {
+  const auto* const bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+  if (bytes == nullptr) return {};
+  return text::CodeFromUtf8({bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))});
+}
+
+std::optional<std::int64_t> ColumnNumber(sqlite3_stmt* statement, int column) {
+  if (sqlite3_column_type(statement, column) == SQLITE_NULL) return std::nullopt;
+  return sqlite3_column_int64(statement, column);
 }
 
 }  // namespace quillmate::codedb

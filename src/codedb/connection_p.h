@@ -1,9 +1,11 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
+#include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <quillmate/codedb/jet_sql.h>
@@ -13,19 +15,7 @@ struct sqlite3_stmt;
 
 namespace quillmate::codedb {
 
-/// A shape of statement and its prepared statements that nobody runs at the moment.
-struct PreparedShape {
-  JetShape shape;
-  std::vector<sqlite3_stmt*> idle;
-};
-
-/// A prepared statement with its values bound, on loan from its connection.
-struct BoundStatement {
-  std::shared_ptr<PreparedShape> shape;
-  sqlite3_stmt* statement = nullptr;
-};
-
-/// Whether the bound values point into the statement's text or are copied.
+/// Whether the bound values point into the caller's text or are copied.
 enum class Binding { Borrowed, Copied };
 
 /// One open database file with its statements. Once closed it stays closed: who still holds it finds `IsOpen` false.
@@ -38,13 +28,15 @@ class Connection {
   Connection& operator=(const Connection&) = delete;
 
   bool IsOpen() const noexcept { return db_ != nullptr; }
+  /// Ends all statements.
   void Close() noexcept;
 
-  /// Prepares a statement of the dialect, or takes one that is prepared already, and binds its literals. With
-  /// Binding::Borrowed the text has to outlive the loan. Throws DatabaseError.
-  BoundStatement Borrow(std::string_view statement, Binding binding);
-  /// Takes a statement back, at any time and in any state.
-  void GiveBack(BoundStatement&& loan) noexcept;
+  /// Prepares a statement of the dialect, which is the caller's to end as long as the connection is open. Throws
+  /// DatabaseError.
+  sqlite3_stmt* Prepare(std::string_view statement);
+  /// A form's statement with its values bound; prepared once. One user at a time, who resets it. `form` is a literal of
+  /// the program: it is known by its address. Throws DatabaseError.
+  sqlite3_stmt* Bind(std::string_view form, std::initializer_list<JetValue> values, Binding binding);
 
   /// Runs a statement of SQLite's own. Throws DatabaseError.
   void Run(const char* sql);
@@ -57,17 +49,17 @@ class Connection {
   void CheckTables();
   void CheckNumbers();
   void CheckPages();
-  std::shared_ptr<PreparedShape> FindShape(std::string_view statement);
-  std::shared_ptr<PreparedShape> AddShape(std::string_view statement);
-  sqlite3_stmt* Prepare(const std::string& sql, std::string_view statement);
-  bool Bind(sqlite3_stmt* prepared, Binding binding);
+  sqlite3_stmt* PrepareSqlite(const std::string& sql, std::string_view statement, unsigned flags);
+  sqlite3_stmt* PrepareForm(std::string_view form);
 
   sqlite3* db_ = nullptr;
-  /// The last used first.
-  std::vector<std::shared_ptr<PreparedShape>> shapes_;
-  /// The literals of the statement at hand, and those of them that had to be converted.
-  std::vector<JetLiteral> literals_;
+  std::vector<std::pair<const char*, sqlite3_stmt*>> forms_;
+  /// The texts bound last that had to be converted.
   std::vector<std::string> converted_;
 };
+
+/// A column of the row that a statement is at: Windows-1252, NULL as empty; nothing for NULL.
+std::string ColumnText(sqlite3_stmt* statement, int column);
+std::optional<std::int64_t> ColumnNumber(sqlite3_stmt* statement, int column);
 
 }  // namespace quillmate::codedb

@@ -65,25 +65,23 @@ PrepareResult PrepareCodeDatabase(const fs::path& folder, const fs::path& templa
   const fs::file_status status = fs::status(templateFile, error);
   if (status.type() == fs::file_type::not_found) return {false, MissingTemplateMessage(templateFile)};
   try {
-    ReplaceByCopy(templateFile, DatabasePath(folder));
+    ReplaceByCopy(templateFile, CodeDbPath(folder));
     return {true, {}};
   } catch (const std::exception& failure) {
     return {false, {}, failure.what()};
   }
 }
 
-fs::path DatabasePath(const fs::path& folder) { return folder / kDatabaseFile; }
+fs::path CodeDbPath(const fs::path& folder) { return folder / kDatabaseFile; }
 
-fs::path ModuleTextPath(const fs::path& folder, int moduleNumber) {
-  return folder / (ModuleKey(moduleNumber) + ".txt");
+fs::path ModuleTextPath(const fs::path& folder, ModuleNumber module) { return folder / (ModuleKey(module) + ".txt"); }
+
+void WriteModuleText(const fs::path& folder, ModuleNumber module, std::string_view markedText) {
+  files::WriteWholeFile(ModuleTextPath(folder, module), {markedText, text::kLineBreak});
 }
 
-void WriteModuleText(const fs::path& folder, int moduleNumber, std::string_view markedText) {
-  files::WriteWholeFile(ModuleTextPath(folder, moduleNumber), {markedText, text::kLineBreak});
-}
-
-std::string ReadModuleText(const fs::path& folder, int moduleNumber) {
-  return files::ReadWholeFile(ModuleTextPath(folder, moduleNumber));
+std::string ReadModuleText(const fs::path& folder, ModuleNumber module) {
+  return files::ReadWholeFile(ModuleTextPath(folder, module));
 }
 
 std::string StoredCode(std::string_view fileText) {

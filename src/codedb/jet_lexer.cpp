@@ -36,13 +36,32 @@ std::size_t SkipExponent(std::string_view text, std::size_t at) noexcept {
   return DigitAt(text, digits) ? SkipDigits(text, digits) : at;
 }
 
+/// The position behind the text literal whose opening quote is at `start`; npos when it is not closed.
+std::size_t SkipText(std::string_view statement, std::size_t start) noexcept {
+  const char quote = statement[start];
+  std::size_t at = statement.find(quote, start + 1);
+  while (at != std::string_view::npos && at + 1 < statement.size() && statement[at + 1] == quote) {
+    at = statement.find(quote, at + 2);
+  }
+  return at == std::string_view::npos ? at : at + 1;
+}
+
+/// The position behind the number that begins at `start`; `start` when there is none.
+std::size_t SkipNumber(std::string_view statement, std::size_t start) noexcept {
+  std::size_t at = SkipDigits(statement, start);
+  const bool hasDigits = at != start;
+  if (at < statement.size() && statement[at] == '.' && (hasDigits || DigitAt(statement, at + 1))) {
+    at = SkipDigits(statement, at + 1);
+  }
+  return at == start ? start : SkipExponent(statement, at);
+}
+
 [[noreturn]] void Fail(std::string_view reason, std::string_view at) {
   throw JetSyntaxError(std::string(reason) + " bei: " + text::Utf8FromCode(at.substr(0, 40)));
 }
 
 Token ScanText(std::string_view statement, std::size_t start) {
-  bool doubled = false;
-  const std::size_t end = SkipText(statement, start, doubled);
+  const std::size_t end = SkipText(statement, start);
   if (end == std::string_view::npos) Fail("Das schließende Anführungszeichen fehlt", statement.substr(start));
   return {TokenKind::Text, statement.substr(start, end - start)};
 }
@@ -67,21 +86,22 @@ Token ScanNumber(std::string_view statement, std::size_t start) {
   return {TokenKind::Number, statement.substr(start, end - start)};
 }
 
-Token ScanOperator(std::string_view statement, std::size_t start) {
+Token ScanOperator(std::string_view statement, std::size_t start, bool form) {
   const std::string_view rest = statement.substr(start);
+  if (form && rest.starts_with('?')) return {TokenKind::Operator, rest.substr(0, 1)};
   for (const std::string_view candidate : kOperators) {
     if (rest.starts_with(candidate)) return {TokenKind::Operator, rest.substr(0, candidate.size())};
   }
   Fail("Unerwartetes Zeichen", rest);
 }
 
-Token ScanToken(std::string_view statement, std::size_t start) {
+Token ScanToken(std::string_view statement, std::size_t start, bool form) {
   const char first = statement[start];
   if (first == '\'' || first == '"') return ScanText(statement, start);
   if (first == '[') return ScanBracketName(statement, start);
   if (StartsWord(first)) return ScanWord(statement, start);
   if (SkipNumber(statement, start) != start) return ScanNumber(statement, start);
-  return ScanOperator(statement, start);
+  return ScanOperator(statement, start, form);
 }
 
 }  // namespace
@@ -90,31 +110,12 @@ bool Token::Is(std::string_view text) const noexcept {
   return (kind == TokenKind::Word || kind == TokenKind::Operator) && text::EqualsIgnoreCase(source, text);
 }
 
-std::size_t SkipText(std::string_view statement, std::size_t start, bool& doubled) noexcept {
-  const char quote = statement[start];
-  std::size_t at = statement.find(quote, start + 1);
-  while (at != std::string_view::npos && at + 1 < statement.size() && statement[at + 1] == quote) {
-    doubled = true;
-    at = statement.find(quote, at + 2);
-  }
-  return at == std::string_view::npos ? at : at + 1;
-}
-
-std::size_t SkipNumber(std::string_view statement, std::size_t start) noexcept {
-  std::size_t at = SkipDigits(statement, start);
-  const bool hasDigits = at != start;
-  if (at < statement.size() && statement[at] == '.' && (hasDigits || DigitAt(statement, at + 1))) {
-    at = SkipDigits(statement, at + 1);
-  }
-  return at == start ? start : SkipExponent(statement, at);
-}
-
-std::vector<Token> ScanJet(std::string_view statement) {
+std::vector<Token> ScanJet(std::string_view statement, bool form) {
   std::vector<Token> tokens;
   std::size_t at = 0;
   while ((at = statement.find_first_not_of(kBlanks, at)) != std::string_view::npos) {
     if (!tokens.empty() && tokens.back().Is(";")) Fail("Mehr als eine Anweisung", statement.substr(at));
-    tokens.push_back(ScanToken(statement, at));
+    tokens.push_back(ScanToken(statement, at, form));
     at += tokens.back().source.size();
   }
   if (!tokens.empty() && tokens.back().Is(";")) tokens.pop_back();

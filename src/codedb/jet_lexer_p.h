@@ -16,14 +16,7 @@ struct Token {
   bool Is(std::string_view text) const noexcept;
 };
 
-/// All tokens of a statement, without the closing semicolon. Throws JetSyntaxError.
-std::vector<Token> ScanJet(std::string_view statement);
-
-/// The position behind the text literal whose opening quote stands at `start`; npos when it is not closed. `doubled`
-/// becomes true when a doubled quote stands inside.
-std::size_t SkipText(std::string_view statement, std::size_t start, bool& doubled) noexcept;
-
-/// The position behind the number that begins at `start`; `start` when there is none.
-std::size_t SkipNumber(std::string_view statement, std::size_t start) noexcept;
+/// All tokens of a statement, without the closing semicolon. In a form "?" is an operator. Throws JetSyntaxError.
+std::vector<Token> ScanJet(std::string_view statement, bool form);
 
 }  // namespace quillmate::codedb

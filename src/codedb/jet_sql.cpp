@@ -12,6 +12,8 @@
 namespace quillmate::codedb {
 namespace {
 
+constexpr std::string_view kHole = "?";
+
 /// Deeper nesting than any statement of the program has.
 constexpr std::size_t kDeepestNesting = 100;
 
@@ -24,9 +26,6 @@ constexpr std::array<std::string_view, 46> kOperandEnds = {
     "LIKE",  "IN",   "ON",     "INNER", "LEFT", "RIGHT", "OUTER",  "JOIN",   "UNION",    "LIMIT",  "SET",  "VALUES",
     "INTO",  "CASE", "WHEN",   "THEN",  "ELSE", "END",   "EXISTS", "INSERT", "UPDATE",   "BETWEEN"};
 
-/// What ends a list of ORDER BY or GROUP BY.
-constexpr std::array<std::string_view, 5> kSortListEnds = {"HAVING", "WHERE", "UNION", "SELECT", "ORDER"};
-
 /// What a SELECT that makes one row of values alone does not have.
 constexpr std::array<std::string_view, 9> kSelectsFrom = {"FROM",  "WHERE", "GROUP",    "HAVING", "ORDER",
                                                           "UNION", "LIMIT", "DISTINCT", "ALL"};
@@ -37,7 +36,6 @@ bool IsOneOf(const Token& token, const std::array<std::string_view, N>& list) {
 }
 
 bool IsName(const Token& token) { return token.kind == TokenKind::Word || token.kind == TokenKind::BracketName; }
-bool IsLiteral(const Token& token) { return token.kind == TokenKind::Text || token.kind == TokenKind::Number; }
 
 /// The statement's tokens with what the translation has to know about each.
 struct Statement {
@@ -46,7 +44,6 @@ struct Statement {
   std::vector<std::size_t> match;
   /// The number of parentheses that are open around a token.
   std::vector<std::size_t> depth;
-  std::vector<bool> lifted;
   std::vector<bool> dropped;
 
   std::size_t size() const { return tokens.size(); }
@@ -66,21 +63,6 @@ void MatchParentheses(Statement& statement) {
     if (open.size() > kDeepestNesting) throw JetSyntaxError("Zu viele Klammern ineinander");
   }
   if (!open.empty()) throw JetSyntaxError("Eine Klammer wird nicht geschlossen");
-}
-
-/// Marks the literals that become parameters.
-void LiftLiterals(Statement& statement) {
-  statement.lifted.assign(statement.size(), false);
-  std::vector<bool> inSortList(kDeepestNesting + 1, false);
-  for (std::size_t i = 0; i < statement.size(); ++i) {
-    const Token& token = statement.tokens[i];
-    const std::size_t depth = statement.depth[i];
-    if (token.Is("(")) inSortList[depth + 1] = inSortList[depth];
-    if (token.Is("BY")) inSortList[depth] = true;
-    if (IsOneOf(token, kSortListEnds)) inSortList[depth] = false;
-    const bool isAlias = i > 0 && statement.tokens[i - 1].Is("AS");
-    statement.lifted[i] = IsLiteral(token) && !isAlias && !inSortList[depth];
-  }
 }
 
 bool IsTopLevel(const Statement& statement, std::size_t i, std::string_view word) {
@@ -121,7 +103,7 @@ std::size_t FindSingleRowSelect(Statement& statement) {
 /// Writes the statement for SQLite.
 class Writer {
  public:
-  explicit Writer(const Statement& statement) : statement_(statement) {}
+  Writer(const Statement& statement, bool form) : statement_(statement), form_(form) {}
 
   std::string Write(std::size_t singleRowSelect) {
     const bool asValues = singleRowSelect < statement_.size();
@@ -191,9 +173,7 @@ class Writer {
     if (statement_.dropped[i]) return;
     const Token& token = statement_.tokens[i];
     sql_ += ' ';
-    if (statement_.lifted[i]) {
-      sql_ += '?';
-    } else if (token.Is("!")) {
+    if (token.Is("!")) {
       sql_ += '.';
     } else if (token.kind == TokenKind::Text) {
       WriteText(token.source);
@@ -203,90 +183,69 @@ class Writer {
   }
 
   void WriteText(std::string_view source) {
-    const std::string value = JetLiteralText({true, source.substr(1, source.size() - 2), source.front()});
-    if (value.find('\0') != std::string::npos) throw JetSyntaxError("Unerwartetes Zeichen in einem Namen");
-    sql_ += '\'' + text::ReplaceAll(text::Utf8FromCode(value), "'", "''") + '\'';
+    const std::string value = text::Utf8FromCode(source.substr(1, source.size() - 2));
+    const std::string quote(1, source.front());
+    const std::string plain = text::ReplaceAll(value, quote + quote, quote);
+    if (plain == kHole && form_) {
+      sql_ += kHole;
+    } else if (plain.find('\0') != std::string::npos) {
+      WriteBytes(plain);
+    } else {
+      sql_ += '\'' + text::ReplaceAll(plain, "'", "''") + '\'';
+    }
+  }
+
+  /// SQLite's statements end at the first NUL.
+  void WriteBytes(std::string_view bytes) {
+    static constexpr std::string_view kDigits = "0123456789ABCDEF";
+    sql_ += "CAST(X'";
+    for (const char c : bytes) {
+      const auto code = static_cast<unsigned char>(c);
+      (sql_ += kDigits[code / 16U]) += kDigits[code % 16U];
+    }
+    sql_ += "' AS TEXT)";
   }
 
   const Statement& statement_;
+  bool form_;
   std::string sql_;
 };
 
-JetLiteral LiteralOf(const Token& token) {
-  if (token.kind == TokenKind::Number) return {false, token.source, 0};
-  const char quote = token.source.front();
-  const std::string_view inner = token.source.substr(1, token.source.size() - 2);
-  return {true, inner, inner.find(quote) == std::string_view::npos ? '\0' : quote};
-}
-
-/// Cuts the statement's text at its lifted literals.
-void CutAtLiterals(const Statement& statement, std::string_view source, JetStatement& result) {
-  const char* start = source.data();
-  for (std::size_t i = 0; i < statement.size(); ++i) {
-    if (!statement.lifted[i]) continue;
-    const Token& token = statement.tokens[i];
-    result.shape.pieces.emplace_back(start, token.source.data());
-    result.shape.quotes += token.kind == TokenKind::Text ? token.source.front() : '\0';
-    result.literals.push_back(LiteralOf(token));
-    start = token.source.data() + token.source.size();
-  }
-  result.shape.pieces.emplace_back(start, source.data() + source.size());
-}
-
-/// Steps over a literal that stands in `quote` (0: a number); false when there is none.
-bool TakeLiteral(std::string_view statement, std::size_t& at, char quote, JetLiteral& literal) {
-  if (quote == 0) {
-    const std::size_t end = SkipNumber(statement, at);
-    literal = {false, statement.substr(at, end - at), 0};
-    return std::exchange(at, end) != end;
-  }
-  if (at >= statement.size() || statement[at] != quote) return false;
-  bool doubled = false;
-  const std::size_t end = SkipText(statement, at, doubled);
-  if (end == std::string_view::npos) return false;
-  literal = {true, statement.substr(at + 1, end - at - 2), doubled ? quote : '\0'};
-  at = end;
-  return true;
-}
-
-}  // namespace
-
-JetStatement TranslateJet(std::string_view source) {
+/// Translates a statement, or a form with holes.
+std::string Translate(std::string_view source, bool form) {
   Statement statement;
-  statement.tokens = ScanJet(source);
+  statement.tokens = ScanJet(source, form);
   if (statement.size() == 0 || !IsOneOf(statement.tokens[0], kStatements)) {
     throw JetSyntaxError("Keine Anweisung INSERT, UPDATE, DELETE oder SELECT");
   }
   MatchParentheses(statement);
-  LiftLiterals(statement);
   statement.dropped.assign(statement.size(), false);
   if (statement.tokens[0].Is("UPDATE")) DropTablesOfSet(statement);
   const bool insert = statement.tokens[0].Is("INSERT");
   const std::size_t singleRowSelect = insert ? FindSingleRowSelect(statement) : statement.size();
-
-  JetStatement result;
-  result.shape.sql = Writer(statement).Write(singleRowSelect);
-  CutAtLiterals(statement, source, result);
-  return result;
+  return Writer(statement, form).Write(singleRowSelect);
 }
 
-bool MatchJetShape(const JetShape& shape, std::string_view statement, std::vector<JetLiteral>& literals) {
-  if (!statement.starts_with(shape.pieces[0])) return false;
-  literals.resize(shape.quotes.size());
-  std::size_t at = shape.pieces[0].size();
-  for (std::size_t i = 0; i < shape.quotes.size(); ++i) {
-    if (!TakeLiteral(statement, at, shape.quotes[i], literals[i])) return false;
-    const std::string& piece = shape.pieces[i + 1];
-    if (!statement.substr(at).starts_with(piece)) return false;
-    at += piece.size();
+}  // namespace
+
+std::string TranslateJet(std::string_view statement) { return Translate(statement, false); }
+
+std::string TranslateJetForm(std::string_view form) { return Translate(form, true); }
+
+std::string FillJetForm(std::string_view form, const std::vector<JetValue>& values) {
+  std::string statement;
+  for (const JetValue& value : values) {
+    const std::size_t hole = form.find(kHole);
+    const bool quoted = hole > 0 && form[hole - 1] == '\'';
+    statement.append(form.substr(0, hole));
+    statement.append(!value.isText ? std::to_string(value.number)
+                     : quoted      ? QuoteLiteral(value.text)
+                                   : std::string(value.text));
+    form.remove_prefix(hole + kHole.size());
   }
-  return at == statement.size();
+  return statement.append(form);
 }
 
-std::string JetLiteralText(const JetLiteral& literal) {
-  if (literal.doubledQuote == 0) return std::string(literal.source);
-  const std::string quote(1, literal.doubledQuote);
-  return text::ReplaceAll(literal.source, quote + quote, quote);
-}
+std::string QuoteLiteral(std::string_view text) { return text::ReplaceAll(text, "'", "''"); }
 
 }  // namespace quillmate::codedb

@@ -24,10 +24,10 @@ namespace fs = std::filesystem;
 /// The texts of the modules that the index lists. Throws DatabaseError.
 std::vector<fs::path> ModuleTexts(const fs::path& folder) {
   CodeDatabase database;
-  database.Open(DatabasePath(folder));
+  database.OpenCodeDatabase(folder);
   std::vector<fs::path> names;
-  for (const ModuleRecord& module : ReadIndex(database)) {
-    names.push_back(ModuleTextPath({}, static_cast<int>(module.number)));
+  for (const ModuleRecord& module : database.ReadIndex()) {
+    names.push_back(ModuleTextPath({}, module.number));
   }
   return names;
 }
@@ -56,7 +56,7 @@ FolderState LookAtFolder(const fs::path& folder) {
   if (!fs::exists(status)) return FolderState::kMissing;
   if (!fs::is_directory(status)) return FolderState::kNoFolder;
   files::MendFolder(folder);
-  if (IsFile(DatabasePath(folder))) return FolderState::kProject;
+  if (IsFile(CodeDbPath(folder))) return FolderState::kProject;
   const bool isEmpty = files::FolderEntries(folder, error).empty() && !error;
   return isEmpty ? FolderState::kEmpty : FolderState::kOther;
 }
@@ -68,7 +68,7 @@ std::vector<fs::path> ProjectFiles(const fs::path& folder) {
       names.push_back(fs::path(file) += companion);
     }
   }
-  if (!IsFile(DatabasePath(folder))) return names;
+  if (!IsFile(CodeDbPath(folder))) return names;
   try {
     const std::vector<fs::path> texts = ModuleTexts(folder);
     names.insert(names.end(), texts.begin(), texts.end());

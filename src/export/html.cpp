@@ -110,8 +110,9 @@ std::string PreviewDocument(std::string_view html, std::string_view hostName) {
 
 std::string_view HtmlTypeLine(std::string_view imageKey) { return imageKey == "M5" ? imageKey : TypeLine(imageKey); }
 
-void ModuleHtml(const std::filesystem::path& folder, int moduleNumber, const text::CodeLook& look, const Sink& sink) {
-  BuildHtml(codedb::ReadModuleText(folder, moduleNumber), look, sink);
+void ModuleHtml(const std::filesystem::path& folder, codedb::ModuleNumber module, const text::CodeLook& look,
+                const Sink& sink) {
+  BuildHtml(codedb::ReadModuleText(folder, module), look, sink);
 }
 
 void ProjectHtml(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,

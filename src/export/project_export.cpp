@@ -1,3 +1,4 @@
+#include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/export/module_header.h>
 #include <quillmate/export/plain_text.h>
@@ -8,8 +9,6 @@ namespace quillmate::output {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::string_view kModules = "SELECT mod_num, mod_name, mod_typ FROM td_mod ORDER BY mod_num;";
 
 /// Hands every module's marked-up text to `convert`, a header block separately: it ends at a line's end.
 template <typename Converter>
@@ -23,16 +22,15 @@ void ForEachText(const fs::path& folder, const std::vector<ModuleEntry>& modules
 }  // namespace
 
 std::vector<ModuleEntry> ReadModules(codedb::CodeDatabase& database) {
-  codedb::Recordset records = database.OpenRecordset(kModules);
   std::vector<ModuleEntry> modules;
-  while (records.Next()) {
-    modules.push_back({static_cast<int>(records.Number(0).value_or(0)), records.Text(1), "M" + records.Text(2)});
+  for (codedb::ModuleRecord& module : database.Modules()) {
+    modules.push_back({module.number, std::move(module.name), codedb::ModuleImageKey(module.kind)});
   }
   return modules;
 }
 
-void ModuleRtf(const fs::path& folder, int moduleNumber, const text::CodeLook& look, const Sink& sink) {
-  ProjectRtf(folder, {{moduleNumber, {}, {}}}, false, look, sink);
+void ModuleRtf(const fs::path& folder, codedb::ModuleNumber module, const text::CodeLook& look, const Sink& sink) {
+  ProjectRtf(folder, {{module, {}, {}}}, false, look, sink);
 }
 
 void ProjectRtf(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
@@ -42,16 +40,17 @@ void ProjectRtf(const fs::path& folder, const std::vector<ModuleEntry>& modules,
   sink(kDocumentEnd);
 }
 
-void ModuleText(const fs::path& folder, int moduleNumber, const Sink& sink) {
-  PlainText(codedb::ReadModuleText(folder, moduleNumber), sink);
+void ModuleText(const fs::path& folder, codedb::ModuleNumber module, const Sink& sink) {
+  PlainText(codedb::ReadModuleText(folder, module), sink);
 }
 
 void ProjectText(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers, const Sink& sink) {
   ForEachText(folder, modules, headers, [&](std::string_view marked) { PlainText(marked, sink); });
 }
 
-void ExportModuleRtf(const fs::path& folder, int moduleNumber, const text::CodeLook& look, const fs::path& target) {
-  files::ReplaceFile(target, [&](const Sink& sink) { ModuleRtf(folder, moduleNumber, look, sink); });
+void ExportModuleRtf(const fs::path& folder, codedb::ModuleNumber module, const text::CodeLook& look,
+                     const fs::path& target) {
+  files::ReplaceFile(target, [&](const Sink& sink) { ModuleRtf(folder, module, look, sink); });
 }
 
 void ExportProjectRtf(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers,

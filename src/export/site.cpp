@@ -42,8 +42,7 @@ class SiteWriter {
   template <typename Handler>
   void ForEachModule(Handler handle) {
     for (int i = 0; i < static_cast<int>(model_.modules.size()); ++i) {
-      const int number = static_cast<int>(model_.Module(i).record->number);
-      const std::string stored = codedb::ReadModuleText(project_.indexFolder, number);
+      const std::string stored = codedb::ReadModuleText(project_.indexFolder, model_.Module(i).record->number);
       handle(i, WithoutAddedBreaks(stored));
     }
   }
@@ -51,7 +50,7 @@ class SiteWriter {
   void ReadModule(int position, std::string_view text) {
     CollectReferences(text, position, finder_, model_);
     SiteModule& module = model_.modules[static_cast<std::size_t>(position)];
-    module.description = CommentLines(text).OfModule([&](std::int64_t line) {
+    module.description = CommentLines(text).OfModule([&](codedb::Line line) {
       const auto* const first = model_.routines.data() + module.first;
       const auto* const last = model_.routines.data() + module.last;
       return std::any_of(first, last, [&](const SiteRoutine& routine) { return routine.record->start == line; });

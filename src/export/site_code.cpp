@@ -150,9 +150,9 @@ class ModuleRenderer {
  private:
   void BeginLine() {
     html_ += "<span id=\"z";
-    AppendNumber(html_, finder_.Line());
+    AppendNumber(html_, finder_.CurrentLine().value);
     html_ += "\">";
-    AppendNumber(html_, finder_.Line());
+    AppendNumber(html_, finder_.CurrentLine().value);
     html_ += "</span>";
   }
 

@@ -53,8 +53,8 @@ CommentLines::CommentLines(std::string_view markedText)
   }
 }
 
-std::string CommentLines::OfRoutine(std::int64_t start, int headerLines) const {
-  const auto header = static_cast<std::size_t>(std::max<std::int64_t>(start, 1) - 1);
+std::string CommentLines::OfRoutine(codedb::Line start, int headerLines) const {
+  const auto header = static_cast<std::size_t>(std::max(start.value, 1) - 1);
   if (header >= lines_.size()) return {};
   std::size_t first = header;
   while (first > 0 && isComment_[first - 1]) --first;
@@ -64,15 +64,15 @@ std::string CommentLines::OfRoutine(std::int64_t start, int headerLines) const {
   return Text(below, EndOfBlock(below));
 }
 
-std::string CommentLines::OfModule(const std::function<bool(std::int64_t)>& isRoutineStart) const {
+std::string CommentLines::OfModule(const std::function<bool(codedb::Line)>& isRoutineStart) const {
   std::size_t first = 0;
   while (first < lines_.size() && !isComment_[first] && MayStandAboveModuleComment(lines_[first])) ++first;
   const std::size_t end = EndOfBlock(first);
-  return isRoutineStart(static_cast<std::int64_t>(end) + 1) ? std::string() : Text(first, end);
+  return isRoutineStart({static_cast<std::int32_t>(end) + 1}) ? std::string() : Text(first, end);
 }
 
-std::string_view CommentLines::Lines(std::int64_t start, int count) const {
-  const auto first = static_cast<std::size_t>(std::max<std::int64_t>(start, 1) - 1);
+std::string_view CommentLines::Lines(codedb::Line start, int count) const {
+  const auto first = static_cast<std::size_t>(std::max(start.value, 1) - 1);
   if (first >= lines_.size()) return {};
   const std::size_t last = std::min(first + static_cast<std::size_t>(std::max(count, 1)), lines_.size()) - 1;
   const char* const begin = lines_[first].data();

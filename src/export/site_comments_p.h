@@ -1,10 +1,11 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <quillmate/codedb/numbers.h>
 
 /// What modules and routines say about themselves in comments.
 namespace quillmate::output {
@@ -18,14 +19,14 @@ class CommentLines {
   /// `markedText` without the line breaks that storing has added.
   explicit CommentLines(std::string_view markedText);
 
-  /// The comment directly above the header that begins in line `start` (1-based) or, without one, directly below its
+  /// The comment directly above the header that begins in line `start` or, without one, directly below its
   /// `headerLines` lines.
-  std::string OfRoutine(std::int64_t start, int headerLines) const;
+  std::string OfRoutine(codedb::Line start, int headerLines) const;
   /// The comment at the module's top: nothing stands before it but empty lines and Option statements. One that
-  /// `isRoutineStart` (1-based line) says to stand above a routine belongs to that.
-  std::string OfModule(const std::function<bool(std::int64_t)>& isRoutineStart) const;
+  /// `isRoutineStart` says to stand above a routine belongs to that.
+  std::string OfModule(const std::function<bool(codedb::Line)>& isRoutineStart) const;
   /// The marked-up text of some lines, without the last line's end.
-  std::string_view Lines(std::int64_t start, int count) const;
+  std::string_view Lines(codedb::Line start, int count) const;
 
  private:
   /// 0-based.

@@ -7,7 +7,7 @@ namespace quillmate::output {
 namespace {
 
 /// The routine around each line of a module, by line; of several the one with the lowest number.
-std::vector<int> OwnersOfLines(const SiteModel& model, const SiteModule& module, std::int64_t lineCount) {
+std::vector<int> OwnersOfLines(const SiteModel& model, const SiteModule& module, std::int32_t lineCount) {
   std::vector<int> byNumber;
   for (int i = module.first; i < module.last; ++i) byNumber.push_back(i);
   std::sort(byNumber.begin(), byNumber.end(),
@@ -16,8 +16,8 @@ std::vector<int> OwnersOfLines(const SiteModel& model, const SiteModule& module,
   for (const int i : byNumber) {
     const codedb::RoutineRecord& record = *model.Routine(i).record;
     if (!record.start || !record.end) continue;
-    const auto first = std::max<std::int64_t>(*record.start, 1);
-    const auto last = std::min(*record.end, lineCount);
+    const std::int32_t first = std::max(record.start->value, 1);
+    const std::int32_t last = std::min(record.end->value, lineCount);
     if (first <= last) std::fill(owners.begin() + first, owners.begin() + last + 1, i);
   }
   return owners;
@@ -29,13 +29,13 @@ class Collector {
       : module_(module),
         finder_(finder),
         model_(model),
-        owners_(
-            OwnersOfLines(model, model.Module(module), std::count(markedText.begin(), markedText.end(), '\n') + 1)) {}
+        owners_(OwnersOfLines(model, model.Module(module),
+                              static_cast<std::int32_t>(std::ranges::count(markedText, '\n')) + 1)) {}
 
   void Identifier(std::string_view word) {
     const SiteReference reference = finder_.Find(word);
     if (reference.routine == kNoRoutine || reference.isDefinition) return;
-    const int owner = owners_[static_cast<std::size_t>(finder_.Line())];
+    const int owner = owners_[static_cast<std::size_t>(finder_.CurrentLine().value)];
     const int group = model_.Routine(reference.routine).group;
     if (owner != kNoRoutine) {
       SiteRoutine& caller = model_.routines[static_cast<std::size_t>(owner)];
@@ -87,16 +87,16 @@ void ReferenceFinder::EnterModule(int module) {
     const bool isFirst = own.module != module || routine.record->number < model_.Routine(own.routine).record->number;
     if (isFirst) own = {module, i};
   }
-  line_ = 0;
+  line_ = {};
   current_ = kNoRoutine;
   next_ = entered.first;
   NextLine();
 }
 
 void ReferenceFinder::NextLine() noexcept {
-  ++line_;
+  ++line_.value;
   const int last = model_.Module(module_).last;
-  while (next_ < last && model_.Routine(next_).record->start.value_or(line_ + 1) <= line_) current_ = next_++;
+  while (next_ < last && IsBegun(*model_.Routine(next_).record)) current_ = next_++;
 }
 
 SiteReference ReferenceFinder::Find(std::string_view identifier) const noexcept {
@@ -114,7 +114,7 @@ int ReferenceFinder::RoutineStartingHere() const noexcept {
 bool ReferenceFinder::IsInHeader() const noexcept {
   if (current_ == kNoRoutine) return false;
   const codedb::RoutineRecord& record = *model_.Routine(current_).record;
-  return line_ < *record.start + std::max(record.headerLines, 1);
+  return line_.value - record.start->value < std::max(record.headerLines, 1);
 }
 
 void CollectReferences(std::string_view markedText, int module, ReferenceFinder& finder, SiteModel& model) {

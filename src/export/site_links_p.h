@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -24,14 +23,14 @@ class ReferenceFinder {
   /// Begins a module at its first line.
   void EnterModule(int module);
   void NextLine() noexcept;
-  /// 1-based.
-  std::int64_t Line() const noexcept { return line_; }
+  codedb::Line CurrentLine() const noexcept { return line_; }
 
   SiteReference Find(std::string_view identifier) const noexcept;
   /// The routine that starts in this line, or kNoRoutine.
   int RoutineStartingHere() const noexcept;
 
  private:
+  bool IsBegun(const codedb::RoutineRecord& record) const noexcept { return record.start && *record.start <= line_; }
   bool IsInHeader() const noexcept;
 
   /// The first routine of a name in the current module; counts when `module` is the current one.
@@ -43,7 +42,7 @@ class ReferenceFinder {
   const SiteModel& model_;
   std::vector<OwnRoutine> ownOfName_;
   int module_ = -1;
-  std::int64_t line_ = 0;
+  codedb::Line line_;
   /// The last routine that has started, and the next one.
   int current_ = kNoRoutine;
   int next_ = 0;

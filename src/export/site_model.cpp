@@ -15,8 +15,8 @@ std::size_t CountRoutines(const SiteProject& project) {
   return count;
 }
 
-std::int64_t StartOf(const codedb::RoutineRecord& routine) {
-  return routine.start.value_or(std::numeric_limits<std::int64_t>::max());
+codedb::Line StartOf(const codedb::RoutineRecord& routine) {
+  return routine.start.value_or(codedb::Line{std::numeric_limits<std::int32_t>::max()});
 }
 
 std::vector<const codedb::RoutineRecord*> InOrderOfCode(const codedb::ModuleRecord& module) {
@@ -78,7 +78,7 @@ void SiteModel::FindPublicRoutines() {
 }
 
 void SiteModel::FindUnused() {
-  std::unordered_map<std::int64_t, int> byNumber;
+  std::unordered_map<codedb::RoutineNumber, int> byNumber;
   for (int i = 0; i < static_cast<int>(routines.size()); ++i) byNumber.emplace(Routine(i).record->number, i);
   for (const SiteUnused& entry : project.unused) {
     const auto found = byNumber.find(entry.routineNumber);

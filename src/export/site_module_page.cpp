@@ -88,8 +88,8 @@ class ModulePageWriter {
 
   void AppendPlace(const SiteRoutine& routine) {
     if (!routine.hasCode) return;
-    const std::int64_t start = *routine.record->start;
-    const std::int64_t end = routine.record->end.value_or(start);
+    const std::int32_t start = routine.record->start->value;
+    const std::int32_t end = routine.record->end.value_or(codedb::Line{start}).value;
     std::string place = (start == end ? "Zeile " : "Zeilen ") + std::to_string(start);
     if (start != end) place += "–" + std::to_string(end);
     html_ += ", ";

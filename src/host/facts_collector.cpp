@@ -150,7 +150,7 @@ void FactsCollector::AddShort(int project, HostAutomation& host, int index, int 
 void FactsCollector::CompareWithStored(Added& added) const {
   codedb::ModuleFacts& facts = added.facts;
   if (!facts.code || facts.number == 0) return;
-  const std::string stored = codedb::StoredCode(codedb::ReadModuleText(folder_, facts.number));
+  const std::string stored = codedb::StoredCode(codedb::ReadModuleText(folder_, {facts.number}));
   if (stored == text::CodeFromUtf8(*facts.code)) {
     if (facts.replacedCharacters == 0) facts.code.reset();
     return;

@@ -70,10 +70,10 @@ class IndexBuild {
 
   /// Counts the module and shows its name; its text is due next.
   void StartModule(std::string name, int kind) {
-    state_.moduleNumber = modules_ + 1;
-    state_.moduleName = std::move(name);
-    state_.moduleKind = kind;
-    ShowProgress(request_, "Modul: " + text::Utf8FromCode(state_.moduleName));
+    state_.module.number = {modules_ + 1};
+    state_.module.name = std::move(name);
+    state_.module.kind = kind;
+    ShowProgress(request_, "Modul: " + text::Utf8FromCode(state_.module.name));
   }
   void ScanCode(std::string_view code) {
     analysis::ScanModule(database_, request_.folder, state_, code, request_.options);
@@ -139,7 +139,7 @@ std::string SubjectOf(const HostModuleNode& node) {
 /// Drops all that has been written so far: rows, database file and module texts.
 void DropIndex(codedb::CodeDatabase& database, const ReadRequest& request) noexcept {
   database.Rollback();
-  database.Close();
+  database.CloseCodeDatabase();
   codedb::DeleteScratchFiles(request.folder);
 }
 
@@ -180,14 +180,14 @@ ReadReport BuildIndex(codedb::CodeDatabase& database, const ReadRequest& request
   IndexBuild build(database, request);
   ReadReport report = Ended(ReadOutcome::kDone, "");
   try {
-    database.Open(codedb::DatabasePath(request.folder));
+    database.OpenCodeDatabase(request.folder);
     database.Begin();
     ReadAll(modules, build, readModule);
     readRest(build.Facts());
     report.replacedCharacters = build.Facts().ReplacedCharacters();
     build.Facts().Write();
     database.Commit();
-    database.Close();
+    database.CloseCodeDatabase();
   } catch (const std::exception& error) {
     DropIndex(database, request);
     report = Ended(ReadOutcome::kFailed, kFailedText);
@@ -203,7 +203,7 @@ ReadReport BuildIndex(codedb::CodeDatabase& database, const ReadRequest& request
 }
 
 void ClearIndex(codedb::CodeDatabase& database, const ReadRequest& request) {
-  database.Close();
+  database.CloseCodeDatabase();
   codedb::DeleteScratchFiles(request.folder);
 }
 

@@ -18,25 +18,6 @@ namespace {
 /// next closer of a span, so that of a header line only the first keyword belongs to it.
 constexpr text::SpanRule kNoCallers{text::kAnyOpener, text::SpanClose, text::SpanClose.size()};
 
-std::string ScopeQuery(int view, std::string_view name) {
-  return "SELECT td_rout.rou_name, "
-         "  td_rout.mod_num, "
-         "  td_rout.rou_typ, "
-         "  td_rout.rou_open, td_rout.rou_num"
-         " FROM td_rout"
-         " WHERE (((td_rout.rou_name)='" +
-         codedb::QuoteLiteral(name) + "') AND ((td_rout.mod_num)=" + std::to_string(view + 1) + "));";
-}
-
-std::string ModuleQuery(int moduleNumber) {
-  return "SELECT td_Mod.mod_typ, "
-         "  td_Mod.mod_name, "
-         "  td_Mod.mod_num"
-         " FROM td_Mod"
-         " Where td_mod.mod_num = " +
-         std::to_string(moduleNumber);
-}
-
 /// Tells which offsets of a marked-up text no caller is looked for at.
 class SpanWalk {
  public:
@@ -60,67 +41,60 @@ bool StandsAlone(std::string_view text, std::size_t start, std::size_t end) noex
 /// Adds one module's nodes to the tree, the module's own when the first mention in it turns up.
 class ModuleScan {
  public:
-  ModuleScan(codedb::CodeDatabase& database, ProjectTree& tree, std::int64_t& lastRoutine)
+  ModuleScan(codedb::CodeDatabase& database, ProjectTree& tree, codedb::RoutineNumber& lastRoutine)
       : database_(database), tree_(tree), lastRoutine_(lastRoutine) {}
 
-  void Run(std::string_view text, int moduleNumber, Needle& name) {
+  void Run(std::string_view text, codedb::ModuleNumber module, Needle& name) {
     SpanWalk spans(text);
     std::size_t counted = 0;
-    long line = 1;
+    codedb::Line line{1};
     name.Start(text, 0);
     for (std::size_t found = name.Next(); found != std::string_view::npos; found = name.Next()) {
       if (!StandsAlone(text, found, found + name.Length()) || spans.Covers(found)) continue;
       const std::string_view passed = text.substr(counted, found - counted);
-      line += static_cast<long>(std::ranges::count(passed, '\r'));
+      line.value += static_cast<std::int32_t>(std::ranges::count(passed, '\r'));
       counted = found;
-      if (!walk_) AddModule(moduleNumber);
+      if (!walk_) AddModule(module);
       if (moduleNode_ >= 0) AddRoutineAt(line);
     }
   }
 
  private:
-  void AddModule(int moduleNumber) {
-    routines_ = ReadRoutineLines(database_, moduleNumber);
+  void AddModule(codedb::ModuleNumber number) {
+    routines_ = database_.RoutinesWithLines(number);
     walk_.emplace(routines_);
-    codedb::Recordset module = database_.OpenRecordset(ModuleQuery(moduleNumber));
-    if (!module.Next()) return;
-    moduleNode_ = Add({"M" + module.Text(2), module.Text(1), "M" + module.Text(0), -1});
-    ++tree_.moduleCount;
+    std::optional<codedb::ModuleRecord> module = database_.Module(number);
+    if (!module) return;
+    moduleNode_ = tree_.Add({number, {}, std::move(module->name), codedb::ModuleImageKey(module->kind), -1});
   }
 
-  void AddRoutineAt(long line) {
+  void AddRoutineAt(codedb::Line line) {
     const int found = walk_->At(line);
     if (found < 0) return;
-    const RoutineLines& routine = routines_[static_cast<std::size_t>(found)];
+    const codedb::RoutineRecord& routine = routines_[static_cast<std::size_t>(found)];
     if (routine.number == lastRoutine_) return;
     lastRoutine_ = routine.number;
-    Add({"R" + std::to_string(routine.number), routine.name, codedb::RoutineImageKey(routine.kind, routine.visibility),
-         moduleNode_});
-  }
-
-  int Add(TreeNode node) {
-    const int index = static_cast<int>(tree_.nodes.size());
-    tree_.byKey.emplace(node.key, index);
-    tree_.nodes.push_back(std::move(node));
-    return index;
+    tree_.Add({routine.module, routine.number, routine.name, codedb::RoutineImageKey(routine.kind, routine.visibility),
+               moduleNode_});
   }
 
   codedb::CodeDatabase& database_;
   ProjectTree& tree_;
-  std::int64_t& lastRoutine_;  // of the last routine node added in any module
-  std::vector<RoutineLines> routines_;
+  codedb::RoutineNumber& lastRoutine_;  // of the last routine node added in any module
+  std::vector<codedb::RoutineRecord> routines_;
   std::optional<LineWalk> walk_;
   int moduleNode_ = -1;
 };
 
 }  // namespace
 
-CallerScope FindCallerScope(codedb::CodeDatabase& database, int view, std::string_view name) noexcept try {
-  codedb::Recordset routine = database.OpenRecordset(ScopeQuery(view, name));
-  if (!routine.Next()) return CallerScope::kUnknown;
-  const auto kind = routine.Number(2).value_or(0);
-  if (kind >= codedb::kLet && kind <= codedb::kSet) return CallerScope::kProperty;
-  return routine.Number(3).value_or(0) == codedb::kPrivate ? CallerScope::kModule : CallerScope::kProject;
+CallerScope FindCallerScope(codedb::CodeDatabase& database, codedb::ViewIndex view, std::string_view name) noexcept
+    try {
+  const auto routines = database.RoutinesNamed(name, codedb::ModuleOf(view));
+  if (routines.empty()) return CallerScope::kUnknown;
+  const codedb::RoutineRecord& routine = routines.front();
+  if (routine.kind >= codedb::kLet && routine.kind <= codedb::kSet) return CallerScope::kProperty;
+  return routine.visibility == codedb::kPrivate ? CallerScope::kModule : CallerScope::kProject;
 } catch (const std::exception&) {
   return CallerScope::kFailed;
 }
@@ -138,24 +112,25 @@ std::string_view ScopeMessage(CallerScope scope) noexcept {
   }
 }
 
-ProjectTree ScanCallers(codedb::CodeDatabase& database, ProjectTexts& texts, std::string_view name, int firstModule,
-                        int lastModule) {
+ProjectTree ScanCallers(codedb::CodeDatabase& database, ProjectTexts& texts, std::string_view name,
+                        codedb::ModuleNumber first, codedb::ModuleNumber last) {
   ProjectTree tree;
   if (name.empty()) return tree;
   Needle needle(name, false);
-  std::int64_t lastRoutine = 0;
-  for (int number = firstModule; number <= lastModule; ++number) {
-    ModuleScan(database, tree, lastRoutine).Run(texts.Text(number), number, needle);
+  codedb::RoutineNumber lastRoutine;
+  for (codedb::ModuleNumber module = first; module <= last; ++module.value) {
+    ModuleScan(database, tree, lastRoutine).Run(texts.Text(module), module, needle);
   }
   return tree;
 }
 
-Callers FindCallers(codedb::CodeDatabase& database, ProjectTexts& texts, int view, std::string_view name) {
+Callers FindCallers(codedb::CodeDatabase& database, ProjectTexts& texts, codedb::ViewIndex view,
+                    std::string_view name) {
   Callers callers{FindCallerScope(database, view, name), {}};
   if (callers.scope == CallerScope::kModule) {
-    callers.tree = ScanCallers(database, texts, name, view + 1, view + 1);
+    callers.tree = ScanCallers(database, texts, name, codedb::ModuleOf(view), codedb::ModuleOf(view));
   } else if (callers.scope == CallerScope::kProject) {
-    callers.tree = ScanCallers(database, texts, name, 1, texts.Count());
+    callers.tree = ScanCallers(database, texts, name, {1}, {texts.Count()});
   }
   return callers;
 }

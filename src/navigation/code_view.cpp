@@ -32,12 +32,12 @@ void CodeView::Select(std::size_t start, std::size_t length, bool caretBehind) n
   caretBehind_ = caretBehind;
 }
 
-void CodeView::GoToLine(long line) {
+void CodeView::GoToLine(codedb::Line line) {
   Select(text_.size(), 0);
-  if (line < 0 || line > static_cast<long>(LineCount())) return;
+  if (line.value < 0 || line.value > static_cast<std::int32_t>(LineCount())) return;
   // The probes of the bisection never reach the end of the text: an empty last line is not found, and the caret is
   // there already. Line 0 is found one line too far, in the first line, before which there is no other.
-  Select(line == 0 ? 0 : LineStart(static_cast<std::size_t>(line) - 1), 0);
+  Select(line.value == 0 ? 0 : LineStart(static_cast<std::size_t>(line.value) - 1), 0);
   SelectFirstWordOfLine();
 }
 

@@ -9,7 +9,7 @@ namespace {
 
 void CheckModuleFiles(const std::filesystem::path& folder, int moduleCount) {
   for (int number = 1; number <= moduleCount; ++number) {
-    const std::filesystem::path file = codedb::ModuleTextPath(folder, number);
+    const std::filesystem::path file = codedb::ModuleTextPath(folder, {number});
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error)) {
       throw files::FileError(files::FileAction::kRead, file, ENOENT);
@@ -40,26 +40,27 @@ void CodeViews::Reset() {
   texts_ = nullptr;
   slots_.clear();
   slots_.push_back(std::make_unique<Slot>());
-  current_ = 0;
+  current_ = {};
 }
 
 int CodeViews::Count() const noexcept { return static_cast<int>(slots_.size()); }
 
-CodeView& CodeViews::View(int index) { return Read(index).view; }
+CodeView& CodeViews::View(codedb::ViewIndex index) { return Read(index).view; }
 
-const std::vector<StyleRun>& CodeViews::Runs(int index) { return Read(index).runs; }
+const std::vector<StyleRun>& CodeViews::Runs(codedb::ViewIndex index) { return Read(index).runs; }
 
-bool CodeViews::IsRead(int index) const noexcept {
-  const auto position = static_cast<std::size_t>(index);
+bool CodeViews::IsRead(codedb::ViewIndex index) const noexcept {
+  const auto position = static_cast<std::size_t>(index.value);
   return position < slots_.size() && slots_[position] != nullptr;
 }
 
-CodeViews::Slot& CodeViews::Read(int index) {
-  std::unique_ptr<Slot>& slot = slots_.at(static_cast<std::size_t>(index));
+CodeViews::Slot& CodeViews::Read(codedb::ViewIndex index) {
+  std::unique_ptr<Slot>& slot = slots_.at(static_cast<std::size_t>(index.value));
   if (slot == nullptr) {
-    PlainModule module = texts_ != nullptr ? StripMarkers(texts_->Text(index + 1))
-                                           : StripMarkers(codedb::ReadModuleText(folder_, index + 1));
-    slot = std::make_unique<Slot>(Slot{CodeView(std::move(module.text)), std::move(module.runs)});
+    const codedb::ModuleNumber module = codedb::ModuleOf(index);
+    PlainModule plain =
+        texts_ != nullptr ? StripMarkers(texts_->Text(module)) : StripMarkers(codedb::ReadModuleText(folder_, module));
+    slot = std::make_unique<Slot>(Slot{CodeView(std::move(plain.text)), std::move(plain.runs)});
   }
   return *slot;
 }

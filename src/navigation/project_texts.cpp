@@ -9,7 +9,7 @@ namespace quillmate::navigation {
 
 std::filesystem::file_time_type TimeOfIndex(const std::filesystem::path& folder) {
   std::error_code missing;
-  const auto time = std::filesystem::last_write_time(codedb::DatabasePath(folder), missing);
+  const auto time = std::filesystem::last_write_time(codedb::CodeDbPath(folder), missing);
   return missing ? std::filesystem::file_time_type::min() : time;
 }
 
@@ -33,11 +33,11 @@ void ProjectTexts::Load(const std::filesystem::path& folder, int moduleCount) {
   texts_.resize(static_cast<std::size_t>(std::max(moduleCount, 0)));
 }
 
-std::string_view ProjectTexts::Text(int moduleNumber) {
-  std::optional<std::string>& text = texts_.at(static_cast<std::size_t>(moduleNumber) - 1);
+std::string_view ProjectTexts::Text(codedb::ModuleNumber module) {
+  std::optional<std::string>& text = texts_.at(static_cast<std::size_t>(module.value) - 1);
   if (!text) {
     CheckFolder();
-    text = codedb::ReadModuleText(folder_, moduleNumber);
+    text = codedb::ReadModuleText(folder_, module);
     kept_ += text->size();
   }
   return *text;
@@ -47,7 +47,7 @@ bool ProjectTexts::ReadAhead(std::size_t bytes, std::size_t most) {
   const std::size_t enough = std::min(kept_ + bytes, most);
   for (; ahead_ < texts_.size() && kept_ < enough; ++ahead_) {
     try {
-      Text(static_cast<int>(ahead_) + 1);
+      Text({static_cast<std::int32_t>(ahead_) + 1});
     } catch (const std::runtime_error&) {
       // Perhaps nobody asks for it.
     }

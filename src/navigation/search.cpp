@@ -76,7 +76,7 @@ class Search {
   Search(CodeViews& views, const SearchRequest& request)
       : views_(views), finder_(text::Trim(request.text), request.wholeWord), isForeign_(request.isForeign) {}
 
-  bool In(int view, std::size_t start) {
+  bool In(codedb::ViewIndex view, std::size_t start) {
     if (isForeign_) return false;
     const auto position = finder_.Find(views_.View(view).Text(), start);
     if (position) result_ = {SearchOutcome::kFound, view, *position, finder_.Length(), {}};
@@ -84,15 +84,15 @@ class Search {
   }
 
   /// The views from one index up to another, which no longer belongs to them.
-  bool FromTop(int first, int end) {
-    for (int view = first; view < end; ++view) {
+  bool FromTop(codedb::ViewIndex first, codedb::ViewIndex end) {
+    for (codedb::ViewIndex view = first; view < end; ++view.value) {
       if (In(view, kTop)) return true;
     }
     return false;
   }
 
   SearchResult Result(bool found, std::string_view message) const {
-    return found ? result_ : SearchResult{SearchOutcome::kNotFound, 0, 0, 0, message};
+    return found ? result_ : SearchResult{SearchOutcome::kNotFound, {}, 0, 0, message};
   }
 
  private:
@@ -104,7 +104,7 @@ class Search {
 
 /// What both commands answer before they search; nothing when they have to.
 std::optional<SearchResult> AnswerAtOnce(const SearchRequest& request) {
-  if (request.zoomMode) return SearchResult{SearchOutcome::kZoomMode, 0, 0, 0, kZoomModeText};
+  if (request.zoomMode) return SearchResult{SearchOutcome::kZoomMode, {}, 0, 0, kZoomModeText};
   if (text::Trim(request.text).empty()) return SearchResult{};
   return std::nullopt;
 }
@@ -120,16 +120,17 @@ SearchResult FindFirst(CodeViews& views, const SearchRequest& request) {
   if (const auto answer = AnswerAtOnce(request)) return *answer;
   Search search(views, request);
   if (!request.project) return search.Result(search.In(views.Current(), kTop), kNotInModule);
-  return search.Result(search.FromTop(0, views.Count()), kNotInProject);
+  return search.Result(search.FromTop({}, {views.Count()}), kNotInProject);
 }
 
 SearchResult FindNext(CodeViews& views, const SearchRequest& request) {
   if (const auto answer = AnswerAtOnce(request)) return *answer;
   Search search(views, request);
-  const int current = views.Current();
+  const codedb::ViewIndex current = views.Current();
   const bool inCurrent = search.In(current, views.View(current).SelStart() + 1);
   if (!request.project) return search.Result(inCurrent, kNoNextInModule);
-  const bool found = inCurrent || search.FromTop(current + 1, views.Count()) || search.FromTop(0, current + 1);
+  const bool found =
+      inCurrent || search.FromTop({current.value + 1}, {views.Count()}) || search.FromTop({}, {current.value + 1});
   return search.Result(found, kNoNextInProject);
 }
 
@@ -143,15 +144,15 @@ void ForEachMatch(std::string_view text, std::string_view searched, bool wholeWo
   if (!searched.empty()) Finder(searched, wholeWord).ForEach(text, visit);
 }
 
-ModuleHits DescribeHits(codedb::CodeDatabase& database, const CodeView& view, int index,
+ModuleHits DescribeHits(codedb::CodeDatabase& database, const CodeView& view, codedb::ViewIndex index,
                         const std::vector<TextMatch>& matches) {
   ModuleHits module{index, {}, {}};
   if (matches.empty()) return module;
-  module.routines = ReadRoutineLines(database, index + 1);
+  module.routines = database.RoutinesWithLines(codedb::ModuleOf(index));
   module.hits.reserve(matches.size());
   LineWalk routines(module.routines);
   for (const TextMatch& match : matches) {
-    const long line = static_cast<long>(view.LineFromChar(match.position)) + 1;
+    const codedb::Line line = view.LineAt(match.position);
     module.hits.push_back({match, line, routines.At(line)});
   }
   return module;
@@ -162,7 +163,7 @@ std::vector<ModuleHits> AllHits(codedb::CodeDatabase& database, CodeViews& views
   std::vector<ModuleHits> modules;
   if (searched.empty()) return modules;
   Finder finder(searched, wholeWord);
-  for (int i = 0; i < views.Count(); ++i) {
+  for (codedb::ViewIndex i; i.value < views.Count(); ++i.value) {
     const CodeView& view = views.View(i);
     const std::vector<TextMatch> matches = finder.FindAll(view.Text());
     if (!matches.empty()) modules.push_back(DescribeHits(database, view, i, matches));

@@ -8,15 +8,8 @@
 namespace quillmate::navigation {
 namespace {
 
-std::string LastDeclarationQuery(int moduleNumber) {
-  return "SELECT Min([rou_start])-1 AS Letzte"
-         " FROM td_rout"
-         " WHERE (([mod_num]=" +
-         std::to_string(moduleNumber) + "));";
-}
-
 /// Where the caret stands after it was sent to a line.
-std::size_t CaretOfLine(CodeView& view, long line) {
+std::size_t CaretOfLine(CodeView& view, codedb::Line line) {
   view.GoToLine(line);
   return view.SelStart();
 }
@@ -39,17 +32,20 @@ std::vector<StyleRun> CutRuns(const std::vector<StyleRun>& runs, std::size_t sta
 
 }  // namespace
 
-LineRange ZoomLines(codedb::CodeDatabase& database, long line, int moduleNumber, long lineCount) {
-  if (const auto routine = RoutineAtLine(database, line, moduleNumber)) return {routine->start, routine->end};
-  codedb::Recordset declarations = database.OpenRecordset(LastDeclarationQuery(moduleNumber));
-  if (!declarations.Next()) return {1, lineCount};
-  return {1, static_cast<long>(declarations.Number(0).value_or(lineCount))};
+LineRange ZoomLines(codedb::CodeDatabase& database, codedb::Line line, codedb::ModuleNumber module,
+                    codedb::Line lineCount) {
+  if (const auto routine = database.RoutineAt(line, module)) {
+    return {routine->start.value_or(codedb::Line{}), routine->end.value_or(codedb::Line{})};
+  }
+  return {{1}, database.LastDeclarationLine(module).value_or(lineCount)};
 }
 
 std::optional<PlainModule> BuildZoomView(codedb::CodeDatabase& database, CodeView& view,
-                                         const std::vector<StyleRun>& runs, int index, long line) {
-  const LineRange lines = ZoomLines(database, line, index + 1, static_cast<long>(view.LineCount()));
-  if (lines.first == 0) return std::nullopt;
+                                         const std::vector<StyleRun>& runs, codedb::ViewIndex index,
+                                         codedb::Line line) {
+  const LineRange lines =
+      ZoomLines(database, line, codedb::ModuleOf(index), {static_cast<std::int32_t>(view.LineCount())});
+  if (lines.first.value == 0) return std::nullopt;
   const std::size_t start = CaretOfLine(view, lines.first);
   const std::size_t end = std::max(start, EndOfLine(view, CaretOfLine(view, lines.last)));
   view.Select(start, 1);

@@ -2,7 +2,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/navigation/definition.h>
 #include <quillmate/project/session.h>
@@ -25,13 +24,13 @@ Session::Session(codedb::CodeDatabase& index, fs::path& folder, SessionListener&
 std::unique_ptr<Session::Content> Session::ReadContent(codedb::CodeDatabase& index, const fs::path& folder) {
   auto content = std::make_unique<Content>();
   auto tree = std::make_shared<navigation::ProjectTree>();
-  index.Open(codedb::DatabasePath(folder));
+  index.OpenCodeDatabase(folder);
   navigation::FillModuleNodes(index, *tree);
   content->texts.Load(folder, tree->moduleCount);
   if (tree->moduleCount > 0) content->views.Load(content->texts);
   navigation::FillRoutineNodes(index, *tree);
   // The module that is shown first is read now: a project that can't be shown is not opened at all.
-  if (!tree->nodes.empty()) content->views.View(codedb::KeyNumber(tree->nodes.front().key) - 1);
+  if (!tree->nodes.empty()) content->views.View(codedb::ViewOf(tree->nodes.front().module));
   content->tree = std::move(tree);
   return content;
 }
@@ -41,8 +40,8 @@ void Session::ReloadProject(const fs::path& folder, std::string title, bool isSa
   try {
     content = ReadContent(index_, folder);
   } catch (...) {
-    index_.Close();
-    if (isLoaded_) index_.Open(codedb::DatabasePath(folder_));
+    index_.CloseCodeDatabase();
+    if (isLoaded_) index_.OpenCodeDatabase(folder_);
     throw;
   }
   folder_ = folder;
@@ -53,7 +52,7 @@ void Session::ReloadProject(const fs::path& folder, std::string title, bool isSa
 }
 
 void Session::Leave(const fs::path& scratch) {
-  index_.Close();
+  index_.CloseCodeDatabase();
   folder_ = scratch;
   isLoaded_ = false;
   Replace(std::make_unique<Content>());
@@ -61,7 +60,7 @@ void Session::Leave(const fs::path& scratch) {
 }
 
 void Session::MoveTo(const fs::path& folder, std::string title) {
-  index_.Open(codedb::DatabasePath(folder));
+  index_.OpenCodeDatabase(folder);
   folder_ = folder;
   Texts().MoveTo(folder);
   SetTitle(std::move(title), true);
@@ -87,15 +86,15 @@ void Session::SetTitle(std::string title, bool isSaved) {
 
 std::string Session::Name() const { return isSaved_ ? title_ : title_.substr(0, title_.find(" [")); }
 
-const std::vector<long>& Session::StartLines() {
+const std::vector<codedb::Line>& Session::StartLines() {
   if (content_->startLines.empty() && isLoaded_) content_->startLines = navigation::StartLines(index_, *Tree());
   return content_->startLines;
 }
 
-std::string Session::ModuleKey() const { return codedb::ModuleKey(content_->views.Current() + 1); }
+codedb::ModuleNumber Session::VisibleModule() const { return codedb::ModuleOf(content_->views.Current()); }
 
 std::string Session::ModuleName() const {
-  const int node = Tree()->Find(ModuleKey());
+  const int node = Tree()->Find(VisibleModule());
   return node < 0 ? module_ : Tree()->nodes[static_cast<std::size_t>(node)].text;
 }
 
@@ -105,8 +104,8 @@ void Session::SetPlace(std::string module, std::string routine) {
   listener_.OnPlaceChanged();
 }
 
-void Session::ShowModule(int view) {
-  if (view < 0 || view >= Views().Count()) throw std::runtime_error(codedb::BrokenProjectMessage(folder_));
+void Session::ShowModule(codedb::ViewIndex view) {
+  if (view.value < 0 || view.value >= Views().Count()) throw std::runtime_error(codedb::BrokenProjectMessage(folder_));
   Views().View(view);
   Views().SetCurrent(view);
 }
@@ -117,10 +116,10 @@ void Session::GoToNode(int node) {
   const bool isRoutine = wanted.parent >= 0;
   const navigation::TreeNode& module = isRoutine ? tree.nodes[static_cast<std::size_t>(wanted.parent)] : wanted;
 
-  ShowModule(codedb::KeyNumber(module.key) - 1);
+  ShowModule(codedb::ViewOf(wanted.module));
   if (isRoutine) {
-    const long line = navigation::RoutineStartLine(index_, codedb::KeyNumber(wanted.key));
-    if (line > 0) View().GoToLine(line);
+    const auto line = index_.StartOf(wanted.routine);
+    if (line && line->value > 0) View().GoToLine(*line);
   } else {
     View().Select(0, 0);
   }
@@ -130,7 +129,7 @@ void Session::GoToNode(int node) {
   listener_.OnMoved(Reveal::kAtTop);
 }
 
-void Session::GoToMatch(int view, const navigation::TextMatch& match) {
+void Session::GoToMatch(codedb::ViewIndex view, const navigation::TextMatch& match) {
   ShowModule(view);
   View().Select(match.position, match.length, true);
   std::string routine = caret_.Refresh(index_, View(), view);
@@ -142,8 +141,8 @@ bool Session::GoToDefinition(std::string_view name) {
   const auto found = navigation::FindDefinition(index_, Views().Current(), name);
   if (!found) return false;
   navigation::Place from = CurrentPlace();
-  if (!found->sameModule) ShowModule(found->moduleNumber - 1);
-  if (found->startLine > 0) View().GoToLine(found->startLine);
+  if (!found->sameModule) ShowModule(codedb::ViewOf(found->moduleNumber));
+  if (found->startLine.value > 0) View().GoToLine(found->startLine);
   history_.ReplaceCurrent(std::move(from));
   std::string routine = caret_.Refresh(index_, View(), Views().Current());
   SetPlace(ModuleName(), std::move(routine));

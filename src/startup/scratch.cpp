@@ -97,7 +97,7 @@ void EnsureRunFolder(AppGlobals& globals) {
 }
 
 void EndRun(AppGlobals& globals) noexcept try {
-  globals.CodeDb.Close();
+  globals.CodeDb.CloseCodeDatabase();
   globals.TempFolder = globals.RunTempFolder;
   RemoveScratchFolder(globals.TempFolder);
   globals.scratchElsewhere.reset();

@@ -121,7 +121,7 @@ Sources Records(const codedb::Facts& facts, Host assumed) {
 
 std::string StoredText(const std::filesystem::path& folder, std::int32_t number) {
   try {
-    std::string code = codedb::StoredCode(codedb::ReadModuleText(folder, number));
+    std::string code = codedb::StoredCode(codedb::ReadModuleText(folder, {number}));
     const bool ascii = std::all_of(code.begin(), code.end(), [](char c) { return (c & 0x80) == 0; });
     return ascii ? code : text::Utf8FromCode(code);
   } catch (const std::exception&) {
@@ -165,8 +165,8 @@ ProjectSources FromIndex(codedb::CodeDatabase& database, const std::filesystem::
   project.host = assumed;
   project.hostAssumed = true;
   if (assumed == Host::kVb6) project.dialect = language::Dialect::kVb6;
-  for (const codedb::ModuleRecord& module : codedb::ReadIndex(database)) {
-    const auto number = static_cast<std::int32_t>(module.number);
+  for (const codedb::ModuleRecord& module : database.ReadIndex()) {
+    const auto number = module.number.value;
     ModuleSource& source = loaded.sources.modules.emplace_back();
     source.name = text::Utf8FromCode(module.name);
     source.kind = KindOf(module.kind);

@@ -38,7 +38,7 @@ void Exports::ExportSelectionHtml() {
 
 void Exports::ExportModuleHtml() {
   DeliverHtml(CollectHtml([this](const output::Sink& sink) {
-    output::ModuleHtml(session_.Files(), session_.Views().Current() + 1, settings::LookOf(globals_.Options), sink);
+    output::ModuleHtml(session_.Files(), session_.VisibleModule(), settings::LookOf(globals_.Options), sink);
   }));
 }
 

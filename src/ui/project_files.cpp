@@ -90,11 +90,11 @@ bool ProjectCommands::SaveProject() {
   std::error_code ignored;
   if (!fs::equivalent(source, folder, ignored)) {
     const Working working(interaction_);
-    globals_.CodeDb.Close();
+    globals_.CodeDb.CloseCodeDatabase();
     try {
       WriteProject(source, folder);
     } catch (...) {
-      globals_.CodeDb.Open(codedb::DatabasePath(source));
+      globals_.CodeDb.OpenCodeDatabase(source);
       throw;
     }
   }

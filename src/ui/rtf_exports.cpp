@@ -45,7 +45,7 @@ void Exports::ExportRtf(const std::string& fileName, std::string_view activity,
 void Exports::ExportModuleRtf() {
   ExportRtf(ToUtf8(FromCode(session_.Module())), "Erzeuge RTF-Modul",
             [this](const text::CodeLook& look, const std::filesystem::path& target) {
-              output::ExportModuleRtf(session_.Files(), session_.Views().Current() + 1, look, target);
+              output::ExportModuleRtf(session_.Files(), session_.VisibleModule(), look, target);
             });
 }
 

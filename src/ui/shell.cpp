@@ -189,9 +189,9 @@ void Shell::ConnectTrees() {
     });
   });
   connect(project_, &ProjectPanel::Rejected, this, [this] { code_->Editor().setFocus(); });
-  connect(callers_, &CallerPanel::NodeChosen, this, [this](const std::string& key) {
-    interaction_.Guarded([this, key] {
-      const int node = session_.Tree()->Find(key);
+  connect(callers_, &CallerPanel::NodeChosen, this, [this](const navigation::TreeNode& caller) {
+    interaction_.Guarded([this, caller] {
+      const int node = session_.Tree()->Find(caller);
       if (node >= 0) session_.GoToNode(node);
     });
   });

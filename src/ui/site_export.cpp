@@ -41,7 +41,7 @@ output::SiteProject Exports::ReadSite() {
   output::SiteProject project;
   project.title = session_.Name();
   project.indexFolder = session_.Files();
-  project.modules = codedb::ReadIndex(session_.Index());
+  project.modules = session_.Index().ReadIndex();
   for (const analysis::UnusedRoutine& routine : analysis::FindUnusedRoutines(session_.Index(), session_.Files())) {
     project.unused.push_back({routine.routineNumber, JudgementOf(routine.unused)});
   }

@@ -23,15 +23,15 @@ ScanOptions OptionsOf(int bits) { return {(bits & 1) != 0, (bits & 2) != 0, (bit
 
 std::vector<literal::Routine> RoutinesOf(const ScanResult& scan) {
   std::vector<literal::Routine> routines;
-  for (const ScannedRoutine& r : scan.routines) {
-    routines.push_back({r.kind, r.visibility, r.headerLines, r.name, r.number, 0, 0});
+  for (const codedb::RoutineRecord& r : scan.routines) {
+    routines.push_back({r.kind, r.visibility, r.headerLines, r.name, r.number.value, 0, 0});
   }
   const auto find = [&](std::int64_t number) {
     return std::find_if(routines.begin(), routines.end(), [&](const auto& r) { return r.number == number; });
   };
   for (const RoutineLine& line : scan.lines) {
-    const auto routine = find(line.routine);
-    if (routine != routines.end()) (line.isStart ? routine->start : routine->end) = line.line;
+    const auto routine = find(line.routine.value);
+    if (routine != routines.end()) (line.isStart ? routine->start : routine->end) = line.line.value;
   }
   for (literal::Routine& r : routines) {
     if (r.kind > 10 && r.start > 0) r.end = r.start + r.headerLines - 1;
@@ -49,11 +49,11 @@ std::string Visible(std::string text) {
 /// Both scanners in both modes; true when they agree.
 bool Agree(const std::string& code, int optionBits) {
   const ScanOptions options = OptionsOf(optionBits);
-  const ScanResult scan = ScanForIndex(code, options, 7);
+  const ScanResult scan = ScanForIndex(code, options, {7});
   const literal::Scan expected = literal::ScanForIndex(code, options, 7);
   EXPECT_EQ(Visible(scan.markedText), Visible(expected.text));
   EXPECT_EQ(scan.lineCount, expected.size);
-  EXPECT_EQ(scan.routineCounter, expected.counter);
+  EXPECT_EQ(scan.last.value, expected.counter);
   EXPECT_TRUE(RoutinesOf(scan) == expected.routines);
   EXPECT_EQ(Visible(ScanForDisplay(code, options)), Visible(literal::ScanForDisplay(code, options)));
   const bool failed = ::testing::Test::HasFailure();
@@ -149,9 +149,9 @@ TEST(Scanner, NumbersSubsThenFunctionsThenProperties) {
       "Friend Sub S(ByVal a As Long, _\r\n  b)\r\nEnd Sub";
   const std::vector<literal::Routine> expected = {
       {1, 3, 2, "S", 11, 6, 8}, {12, 2, 3, "F", 12, 1, 3}, {3, 1, 1, "Wert", 13, 4, 5}};
-  const ScanResult scan = ScanForIndex(code, {}, 10);
+  const ScanResult scan = ScanForIndex(code, {}, {10});
   EXPECT_TRUE(RoutinesOf(scan) == expected);
-  EXPECT_EQ(scan.routineCounter, 13);
+  EXPECT_EQ(scan.last.value, 13);
   EXPECT_EQ(scan.lineCount, 8);
 }
 

@@ -15,7 +15,7 @@ using codedb::FreshIndex;
 std::string Describe(const std::vector<UnusedRoutine>& unused) {
   std::string lines;
   for (const UnusedRoutine& routine : unused) {
-    lines += std::to_string(routine.moduleNumber) + " " + routine.routineName + "\n";
+    lines += std::to_string(routine.moduleNumber.value) + " " + routine.routineName + "\n";
   }
   return lines;
 }
@@ -37,7 +37,7 @@ class LiteralScan {
                 " WHERE (((td_rout.rou_typ)<3 Or (td_rout.rou_typ)>10) AND ((td_rout.rou_open)>1) AND "
                 "((td_rout.mod_num)=" +
                 std::to_string(module) + "));"));
-      std::string text = codedb::ReadModuleText(index_.folder.Path(), module);
+      std::string text = codedb::ReadModuleText(index_.folder.Path(), {module});
       Blank(text, "|\237x|", "|y\237|");
       Blank(text, "|\237", "\237|");
       for (Name& name : publics) CountReferences(text, name);
@@ -126,8 +126,8 @@ class ProjectGenerator {
     for (int module = 1; module <= modules; ++module) {
       index.AddModule(module, "M" + std::to_string(module), "2");
       // A new file each time: some file systems take their time when one is written over.
-      std::filesystem::remove(codedb::ModuleTextPath(index.folder.Path(), module));
-      codedb::WriteModuleText(index.folder.Path(), module, Text());
+      std::filesystem::remove(codedb::ModuleTextPath(index.folder.Path(), {module}));
+      codedb::WriteModuleText(index.folder.Path(), {module}, Text());
     }
     const char* const kinds[] = {"1", "2", "2", "4", "11", "12"};
     const char* const visibilities[] = {"1", "1", "2", "3"};
@@ -173,7 +173,7 @@ TEST(UnusedRoutines, AgreeWithTheLiteralScan) {
 std::string UnusedIn(const std::string& text, const std::vector<std::string>& names) {
   FreshIndex index;
   index.AddModule(1, "M", "2");
-  codedb::WriteModuleText(index.folder.Path(), 1, text);
+  codedb::WriteModuleText(index.folder.Path(), {1}, text);
   for (std::size_t i = 0; i < names.size(); ++i) index.AddRoutine(static_cast<int>(i) + 1, 1, names[i]);
   return Describe(FindUnusedRoutines(index.database, index.folder.Path()));
 }
@@ -212,13 +212,13 @@ TEST(UnusedRoutines, Classes) {
   const char* const kinds[] = {"1", "2", "3", "5", "32"};
   for (int module = 1; module <= 5; ++module) {
     index.AddModule(module, "M" + std::to_string(module), kinds[module - 1]);
-    codedb::WriteModuleText(index.folder.Path(), module, "");
+    codedb::WriteModuleText(index.folder.Path(), {module}, "");
   }
-  codedb::WriteModuleText(index.folder.Path(), 2,
+  codedb::WriteModuleText(index.folder.Path(), {2},
                           "\r\n|\237x||\237f|Sub|n\237| Band(control |\237f|As|n\237| IRibbonControl)|y\237|\r\n"
                           "\r\n|\237x||\237f|Sub|n\237| Laden(x |\237f|As|n\237| IRibbonUI)|y\237|\r\n"
                           "\tx = |\237s|\"Mappe.xls!laufen\"|n\237|: x.Nachbar: VERSCHRIEBEN |\237k|'Still|n\237|\r\n");
-  codedb::WriteModuleText(index.folder.Path(), 3,
+  codedb::WriteModuleText(index.folder.Path(), {3},
                           "Implements Lib.IKlasse\r\n"
                           "|\237f|Private|n\237| |\237f|WithEvents|n\237| mApp |\237f|As|n\237| Application\r\n"
                           "x Implements Anderes\r\n\tverschrieben2 Fern\r\n");
@@ -262,7 +262,7 @@ TEST(UnusedRoutines, Classes) {
   const std::vector<UnusedRoutine> unused = FindUnusedRoutines(index.database, index.folder.Path());
   ASSERT_EQ(unused.size(), std::size(routines));
   for (const UnusedRoutine& found : unused) {
-    const auto& routine = routines[found.routineNumber - 1];
+    const auto& routine = routines[found.routineNumber.value - 1];
     EXPECT_EQ(found.routineName, routine.name);
     EXPECT_EQ(found.moduleName, "M" + std::to_string(routine.module));
     EXPECT_EQ(UnusedClassName(found.unused), UnusedClassName(routine.unused)) << routine.name;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <fstream>
 #include <memory>
 
@@ -8,7 +9,7 @@
 #endif
 
 #include <quillmate/codedb/code_database.h>
-#include <quillmate/codedb/records.h>
+#include <quillmate/codedb/codes.h>
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
 
@@ -101,7 +102,7 @@ TEST(CodeDatabase, EveryCodeSurvivesAndNamesChangeNothing) {
   const std::string names[] = {all, "'); DELETE FROM td_mod; --", "x' AS AX2, '9", "[a]?;\"b\"", "''",
                                "",  "\201\215\217\220\235"};
   int number = 0;
-  for (const std::string& name : names) index.AddModule(++number, name, "2");
+  for (const std::string& name : names) index.database.InsertModule({{++number}, name, kStandard, 1, {}});
   for (int i = 1; i <= number; ++i) {
     Recordset rows = index.database.OpenRecordset("SELECT mod_name FROM td_mod WHERE mod_num=" + std::to_string(i));
     ASSERT_TRUE(rows.Next());
@@ -110,8 +111,10 @@ TEST(CodeDatabase, EveryCodeSurvivesAndNamesChangeNothing) {
                              "' AND mod_num=" + std::to_string(i),
                          1),
               std::to_string(i));
+    const std::vector<ModuleRecord> found = index.database.ModulesNamed(names[i - 1]);
+    EXPECT_TRUE(std::ranges::any_of(found, [&](const ModuleRecord& m) { return m.number.value == i; }));
   }
-  EXPECT_EQ(ReadIndex(index.database).size(), std::size(names));
+  EXPECT_EQ(index.database.ReadIndex().size(), std::size(names));
 }
 
 TEST(CodeDatabase, ColumnsRefuseWhatDoesNotFit) {
@@ -139,7 +142,11 @@ TEST(CodeDatabase, ColumnsRefuseWhatDoesNotFit) {
     EXPECT_NE(message.find(c.named), std::string::npos) << statement << "\n" << message;
   }
   index.AddRoutine(1, 1, "R");
-  EXPECT_THROW(index.AddRoutine(2, 1, "S", "1", "1", "40000"), DatabaseError);
+  const std::string refused = MessageOf<DatabaseError>([&] {
+    index.database.InsertRoutine({{2}, {1}, "S's", kSub, kPublic, 40000, {}, {}});
+  });
+  EXPECT_TRUE(refused.ends_with("SELECT '1' AS AX1, '1' AS AX2, '40000' AS AX3, 'S''s' AS AX4, '2' AS AX5, '1' AS AX6"))
+      << refused;
   EXPECT_THROW(index.SetLine("rou_start", "3000000000", 1), DatabaseError);
   EXPECT_THROW(index.SetLine("rou_ende", "2.5", 1), DatabaseError);
   EXPECT_EQ(index.Rows("SELECT Count(*) FROM td_mod", 1) + index.Rows("SELECT Count(*) FROM td_rout", 1), "31");
@@ -160,8 +167,8 @@ TEST(CodeDatabase, WrongStatementsAreNamed) {
 TEST(CodeDatabase, TransactionsShowAllOrNothing) {
   FreshIndex index;
   CodeDatabase reader;
-  reader.Open(DatabasePath(index.folder.Path()));
-  const auto count = [](CodeDatabase& database) { return ReadIndex(database).size(); };
+  reader.OpenCodeDatabase(index.folder.Path());
+  const auto count = [](CodeDatabase& database) { return database.ReadIndex().size(); };
 
   index.database.Begin();
   EXPECT_THROW(index.database.Begin(), DatabaseError);
@@ -184,7 +191,7 @@ TEST(CodeDatabase, TransactionsShowAllOrNothing) {
 
   index.database.Begin();
   index.database.ExecuteSql("DELETE FROM td_mod");
-  index.database.Open(DatabasePath(index.folder.Path()));
+  index.database.OpenCodeDatabase(index.folder.Path());
   EXPECT_EQ(count(index.database), 2U);
 }
 
@@ -213,14 +220,12 @@ TEST(CodeDatabase, RecordsetsStandAloneAndOutliveTheDatabase) {
   EXPECT_THROW(static_cast<void>(second.Text(0)), DatabaseError);
 
   second = open(3);
-  // More shapes than are kept: those on loan stay good.
-  for (int i = 0; i < 100; ++i) index.Rows("SELECT mod_num AS n" + std::to_string(i) + " FROM td_mod", 1);
   ASSERT_TRUE(first.Next());
   EXPECT_EQ(first.Text(1), "Modul2");
   {
     const Recordset unfinished = std::move(first);
-    index.database.Close();
-    index.database.Close();
+    index.database.CloseCodeDatabase();
+    index.database.CloseCodeDatabase();
     EXPECT_THROW(static_cast<void>(unfinished.Text(1)), DatabaseError);
   }
   EXPECT_THROW(second.Next(), DatabaseError);
@@ -236,15 +241,15 @@ void WriteBytes(const fs::path& file, const std::string& bytes) { std::ofstream(
 std::string FilledIndex(const fs::path& folder) {
   FreshIndex index;
   for (int i = 1; i <= 500; ++i) index.AddRoutine(i, 1, std::string(60, 'x') + std::to_string(i));
-  index.database.Close();
-  std::string bytes = files::ReadWholeFile(DatabasePath(index.folder.Path()));
-  WriteBytes(DatabasePath(folder), bytes);
+  index.database.CloseCodeDatabase();
+  std::string bytes = files::ReadWholeFile(CodeDbPath(index.folder.Path()));
+  WriteBytes(CodeDbPath(folder), bytes);
   return bytes;
 }
 
 TEST(OpenDatabase, WhatIsNoWholeIndexIsRefused) {
   const ScratchFolder folder;
-  const fs::path file = DatabasePath(folder.Path());
+  const fs::path file = CodeDbPath(folder.Path());
   const std::string whole = FilledIndex(folder.Path());
   std::string scribbled = whole;
   scribbled.replace(whole.size() / 2, 4096, 4096, 'x');
@@ -259,21 +264,22 @@ TEST(OpenDatabase, WhatIsNoWholeIndexIsRefused) {
   CodeDatabase database;
   for (const auto& c : cases) {
     WriteBytes(file, c.bytes);
-    const std::string message = MessageOf<DatabaseError>([&] { database.Open(file); });
+    const std::string message = MessageOf<DatabaseError>([&] { database.OpenCodeDatabase(file.parent_path()); });
     EXPECT_NE(message.find("Prüf Ordner"), std::string::npos) << c.name << message;
     EXPECT_FALSE(database.IsOpen()) << c.name;
     EXPECT_EQ(files::ReadWholeFile(file), c.bytes) << c.name;
   }
   WriteBytes(file, whole);
-  database.Open(file);
+  database.OpenCodeDatabase(file.parent_path());
   EXPECT_TRUE(database.IsOpen());
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
 
-  const fs::path missing = folder.Path() / "fehlt.mdb";
-  EXPECT_THROW(database.Open(missing), DatabaseError);
-  EXPECT_FALSE(fs::exists(missing));
+  fs::remove(file);
+  EXPECT_THROW(database.OpenCodeDatabase(folder.Path()), DatabaseError);
+  EXPECT_FALSE(fs::exists(file));
   EXPECT_FALSE(database.IsOpen());
-  EXPECT_THROW(database.Open(folder.Path()), DatabaseError);
+  fs::create_directory(file);
+  EXPECT_THROW(database.OpenCodeDatabase(folder.Path()), DatabaseError);
 }
 
 using Raw = std::unique_ptr<sqlite3, decltype(&sqlite3_close)>;
@@ -287,9 +293,9 @@ Raw OpenRaw(const fs::path& file, const char* statements) {
 
 TEST(OpenDatabase, MissingTablesAndLocksAreNamed) {
   const ScratchFolder folder;
-  const fs::path file = DatabasePath(folder.Path());
+  const fs::path file = CodeDbPath(folder.Path());
   CodeDatabase database;
-  const auto open = [&] { database.Open(file); };
+  const auto open = [&] { database.OpenCodeDatabase(file.parent_path()); };
   OpenRaw(file, "CREATE TABLE td_mod (mod_num, mod_name, mod_typ, mod_zeilen)");
   EXPECT_NE(MessageOf<DatabaseError>(open).find("td_rout"), std::string::npos);
   // A view can't stand in for a table.
@@ -329,8 +335,8 @@ class AsNobody {
 TEST(OpenDatabase, ReadOnlyFilesAreRead) {
   FreshIndex index;
   index.AddModule(1, "A", "2");
-  index.database.Close();
-  const fs::path file = DatabasePath(index.folder.Path());
+  index.database.CloseCodeDatabase();
+  const fs::path file = CodeDbPath(index.folder.Path());
   fs::permissions(index.folder.Path().parent_path(), fs::perms::all);
   fs::permissions(index.folder.Path(), fs::perms(0555));
   fs::permissions(file, fs::perms(0444));
@@ -339,11 +345,11 @@ TEST(OpenDatabase, ReadOnlyFilesAreRead) {
     const AsNobody nobody;
 #endif
     if (std::ofstream(file, std::ios::app)) GTEST_SKIP() << "write protection does not bind this user";
-    index.database.Open(file);
+    index.database.OpenCodeDatabase(file.parent_path());
     EXPECT_EQ(index.Rows("SELECT mod_name FROM td_mod", 1), "A");
     const std::string message = MessageOf<DatabaseError>([&] { index.AddModule(2, "B", "2"); });
     EXPECT_NE(message.find("schreibgeschützt"), std::string::npos) << message;
-    index.database.Close();
+    index.database.CloseCodeDatabase();
   }
   fs::permissions(index.folder.Path(), fs::perms(0755));
   fs::permissions(file, fs::perms(0644));
@@ -351,14 +357,14 @@ TEST(OpenDatabase, ReadOnlyFilesAreRead) {
 
 TEST(ReadIndex, ModulesAndRoutinesByNumber) {
   FreshIndex index;
-  EXPECT_TRUE(ReadIndex(index.database).empty());
+  EXPECT_TRUE(index.database.ReadIndex().empty());
   index.AddModule(2, "B", "32", "7");
   index.AddModule(1, "A", "1", "3");
   index.AddRoutine(3, 2, "Z", "12", "2", "3");
   index.AddRoutine(1, 2, "Y", "4", "3", "1");
   index.AddRoutine(2, 99, "ohne Modul");
   index.SetSpan(1, 4, 6);
-  const std::vector<ModuleRecord> modules = ReadIndex(index.database);
+  const std::vector<ModuleRecord> modules = index.database.ReadIndex();
   ASSERT_EQ(modules.size(), 2U);
   EXPECT_EQ(modules[0].name, "A");
   EXPECT_TRUE(modules[0].routines.empty());
@@ -367,8 +373,8 @@ TEST(ReadIndex, ModulesAndRoutinesByNumber) {
   ASSERT_EQ(modules[1].routines.size(), 2U);
   const RoutineRecord& property = modules[1].routines[0];
   EXPECT_EQ(property.name + std::to_string(property.kind) + std::to_string(property.visibility), "Y43");
-  EXPECT_EQ(property.start, 4);
-  EXPECT_EQ(property.end, 6);
+  EXPECT_EQ(property.start, Line{4});
+  EXPECT_EQ(property.end, Line{6});
   EXPECT_EQ(modules[1].routines[1].headerLines, 3);
   EXPECT_EQ(modules[1].routines[1].start, std::nullopt);
 }

@@ -14,19 +14,14 @@ namespace {
 namespace fs = std::filesystem;
 
 TEST(Codes, Keys) {
-  EXPECT_EQ(ModuleKey(kOtherKind), "M32");
-  EXPECT_EQ(RoutineKey(17), "R17");
+  EXPECT_EQ(ModuleImageKey(kOtherKind), "M32");
+  EXPECT_EQ(RoutineKey({17}), "R17");
   EXPECT_EQ(RoutineImageKey(kDeclareFunction, kPublic), "R12O1");
-  const struct {
-    const char* key;
-    int number;
-  } cases[] = {{"M1", 1}, {"R40000", 40000}, {"", 0}, {"M", 0}, {"Mx", 0}, {"M2x", 2}, {"M99999999999", 0}};
-  for (const auto& c : cases) EXPECT_EQ(KeyNumber(c.key), c.number) << c.key;
 }
 
 TEST(PrepareCodeDatabase, EarlierFilesGo) {
   const ScratchFolder folder;
-  const fs::path database = DatabasePath(folder.Path());
+  const fs::path database = CodeDbPath(folder.Path());
   const fs::path readOnly = folder.Path() / "vorlage.mdb";
   const std::string empty = files::ReadWholeFile(TemplateFile());
   files::WriteWholeFile(readOnly, empty);
@@ -45,13 +40,13 @@ TEST(PrepareCodeDatabase, EarlierFilesGo) {
 
 TEST(PrepareCodeDatabase, FailuresLeaveTheEarlierFile) {
   const ScratchFolder folder;
-  files::WriteWholeFile(DatabasePath(folder.Path()), "alt");
+  files::WriteWholeFile(CodeDbPath(folder.Path()), "alt");
   const fs::path missing = folder.Path() / "weg" / kTemplateFile;
   const PrepareResult noTemplate = PrepareCodeDatabase(folder.Path(), missing);
   EXPECT_FALSE(noTemplate.ok);
   EXPECT_EQ(noTemplate.message, "Die notwendige Datenbank\r\n" + files::PathText(missing) +
                                     "\r\nexistiert nicht !!!\r\nBitte kopieren Sie diese wieder an diese Stelle");
-  EXPECT_EQ(files::ReadWholeFile(DatabasePath(folder.Path())), "alt");
+  EXPECT_EQ(files::ReadWholeFile(CodeDbPath(folder.Path())), "alt");
 
   for (const auto& [target, source] :
        {std::pair(folder.Path() / "weg", TemplateFile()), std::pair(folder.Path(), folder.Path())}) {
@@ -68,8 +63,8 @@ TEST(PrepareCodeDatabase, InADeepFolder) {
   fs::create_directories(deep);
   EXPECT_TRUE(PrepareCodeDatabase(deep, TemplateFile()).ok);
   CodeDatabase database;
-  database.Open(DatabasePath(deep));
-  database.Close();
+  database.OpenCodeDatabase(deep);
+  database.CloseCodeDatabase();
   // The standard library does not get down there on every system.
   std::error_code error;
   for (; deep != folder.Path(); deep = deep.parent_path()) {
@@ -97,13 +92,13 @@ TEST(Template, EveryBuildMakesTheSameSmallFile) {
 
 TEST(ModuleText, ExactlyOneLineBreakIsAdded) {
   const ScratchFolder folder;
-  EXPECT_EQ(ModuleTextPath(folder.Path(), 12).filename(), "M12.txt");
+  EXPECT_EQ(ModuleTextPath(folder.Path(), {12}).filename(), "M12.txt");
   std::string all;
   for (int i = 0; i < 3000; ++i) all += static_cast<char>(i % 256);
   for (const std::string& text :
        {std::string(), std::string("A\r\nB\r\n"), std::string("A"), all, std::string(200000, 'x')}) {
-    WriteModuleText(folder.Path(), 12, text);
-    EXPECT_TRUE(ReadModuleText(folder.Path(), 12) == text + "\r\n");
+    WriteModuleText(folder.Path(), {12}, text);
+    EXPECT_TRUE(ReadModuleText(folder.Path(), {12}) == text + "\r\n");
   }
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
 }
@@ -155,10 +150,10 @@ TEST(PrepareCodeDatabase, LinksAreNotFollowed) {
   const ScratchFolder folder;
   const fs::path foreign = folder.Path() / "fremd.txt";
   files::WriteWholeFile(foreign, "fremd");
-  fs::create_symlink(foreign, DatabasePath(folder.Path()));
+  fs::create_symlink(foreign, CodeDbPath(folder.Path()));
   EXPECT_TRUE(PrepareCodeDatabase(folder.Path(), TemplateFile()).ok);
   EXPECT_EQ(files::ReadWholeFile(foreign), "fremd");
-  EXPECT_EQ(files::ReadWholeFile(DatabasePath(folder.Path())), files::ReadWholeFile(TemplateFile()));
+  EXPECT_EQ(files::ReadWholeFile(CodeDbPath(folder.Path())), files::ReadWholeFile(TemplateFile()));
 }
 #endif
 

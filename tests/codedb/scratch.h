@@ -26,7 +26,7 @@ struct FreshIndex {
 
   FreshIndex() {
     if (!PrepareCodeDatabase(folder.Path(), TemplateFile()).ok) throw std::runtime_error("no template");
-    database.Open(DatabasePath(folder.Path()));
+    database.OpenCodeDatabase(folder.Path());
   }
 
   /// The statements as the scanner issues them. Texts are Windows-1252.

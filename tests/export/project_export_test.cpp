@@ -23,8 +23,8 @@ constexpr std::string_view kSecond = "|\237k|' \344|n\237|";
 class ProjectExport : public testing::Test {
  protected:
   ProjectExport() {
-    codedb::WriteModuleText(folder_, 1, kFirst);
-    codedb::WriteModuleText(folder_, 2, kSecond);
+    codedb::WriteModuleText(folder_, {1}, kFirst);
+    codedb::WriteModuleText(folder_, {2}, kSecond);
   }
 
   files::ScratchFolder scratch_;
@@ -52,14 +52,14 @@ TEST_F(ProjectExport, OneFrameAroundAllModules) {
               RtfDocument(marked, look));
     EXPECT_EQ(Collect([&](const Sink& sink) { ProjectText(folder_, modules_, headers, sink); }), PlainText(marked));
   }
-  EXPECT_EQ(Collect([&](const Sink& sink) { ModuleText(folder_, 2, sink); }), "' \344\r\n");
+  EXPECT_EQ(Collect([&](const Sink& sink) { ModuleText(folder_, {2}, sink); }), "' \344\r\n");
 }
 
 TEST_F(ProjectExport, HtmlHasOnePiecePerModule) {
   const text::CodeLook look = settings::LookOf({});
   const std::string first = std::string(kFirst) + "\r\n";
   const std::string second = std::string(kSecond) + "\r\n";
-  EXPECT_EQ(Collect([&](const Sink& sink) { ModuleHtml(folder_, 2, look, sink); }), BuildHtml(second, look));
+  EXPECT_EQ(Collect([&](const Sink& sink) { ModuleHtml(folder_, {2}, look, sink); }), BuildHtml(second, look));
   EXPECT_EQ(Collect([&](const Sink& sink) { ProjectHtml(folder_, modules_, false, look, sink); }),
             BuildHtml(first, look) + BuildHtml(second, look));
   const std::string headed = Collect([&](const Sink& sink) { ProjectHtml(folder_, modules_, true, look, sink); });
@@ -73,13 +73,13 @@ TEST_F(ProjectExport, HtmlHasOnePiecePerModule) {
 TEST_F(ProjectExport, FilesAreReplacedWholeOrNotAtAll) {
   const text::CodeLook look = settings::LookOf({});
   const fs::path target = folder_ / "projekt.RTF";
-  ExportModuleRtf(folder_, 1, look, target);
+  ExportModuleRtf(folder_, {1}, look, target);
   const std::string module = RtfDocument(std::string(kFirst) + "\r\n", look);
   EXPECT_EQ(files::ReadWholeFile(target), module);
-  EXPECT_THROW(ExportProjectRtf(folder_, {modules_[0], {3, "weg", "M2"}}, true, look, target), std::runtime_error);
-  EXPECT_THROW(ExportModuleRtf(folder_, 1, look, folder_ / "fehlt" / "a.RTF"), std::runtime_error);
+  EXPECT_THROW(ExportProjectRtf(folder_, {modules_[0], {{3}, "weg", "M2"}}, true, look, target), std::runtime_error);
+  EXPECT_THROW(ExportModuleRtf(folder_, {1}, look, folder_ / "fehlt" / "a.RTF"), std::runtime_error);
   const std::string message =
-      codedb::MessageOf<std::runtime_error>([&] { ExportModuleRtf(folder_, 1, look, folder_); });
+      codedb::MessageOf<std::runtime_error>([&] { ExportModuleRtf(folder_, {1}, look, folder_); });
   EXPECT_TRUE(message.ends_with("Das ist ein Ordner")) << message;
   EXPECT_EQ(files::ReadWholeFile(target), module);
   EXPECT_EQ(files::Names(folder_), "M1.txt M2.txt projekt.RTF");
@@ -88,14 +88,14 @@ TEST_F(ProjectExport, FilesAreReplacedWholeOrNotAtAll) {
 TEST_F(ProjectExport, ModulesByNumber) {
   codedb::PrepareCodeDatabase(folder_, codedb::TemplateFile());
   codedb::CodeDatabase database;
-  database.Open(codedb::DatabasePath(folder_));
+  database.OpenCodeDatabase(folder_);
   for (const std::string_view values :
        {"'10' AS AX1, 'a' AS AX2, '32' AS AX3", "'9' AS AX1, '\304' AS AX2, '1' AS AX3"}) {
     database.ExecuteSql("INSERT INTO td_mod(mod_num,mod_name,mod_typ) SELECT " + std::string(values));
   }
   std::string found;
   for (const ModuleEntry& module : ReadModules(database)) {
-    found += std::to_string(module.number) + module.name + module.imageKey + ";";
+    found += std::to_string(module.number.value) + module.name + module.imageKey + ";";
   }
   EXPECT_EQ(found, "9\304M1;10aM32;");
 }

@@ -25,10 +25,10 @@ class SlowScan {
 
   Pairs Run() {
     for (const codedb::ModuleRecord& module : project_.modules) {
-      const std::string stored = codedb::ReadModuleText(project_.indexFolder, static_cast<int>(module.number));
-      std::int64_t line = 0;
+      const std::string stored = codedb::ReadModuleText(project_.indexFolder, module.number);
+      codedb::Line line;
       for (const std::string_view text : text::Split(stored, text::kLineBreak)) {
-        ++line;
+        ++line.value;
         for (const std::string& word : WordsOf(WithoutSpans(std::string(text)))) Take(module, line, word);
       }
     }
@@ -64,7 +64,7 @@ class SlowScan {
     return WordsOf(routine.name).front() == word;
   }
 
-  void Take(const codedb::ModuleRecord& module, std::int64_t line, const std::string& word) {
+  void Take(const codedb::ModuleRecord& module, codedb::Line line, const std::string& word) {
     std::string caller = PageOf(module) + "#quelltext";
     for (const codedb::RoutineRecord& routine : module.routines) {
       if (*routine.start > line || *routine.end < line) continue;
@@ -121,7 +121,7 @@ class SiteCallersTest : public SiteTest {
       std::set<std::string> used;
       std::string code;
       std::vector<std::pair<std::string, Lines>> routines;
-      std::int64_t line = 0;
+      std::int32_t line = 0;
       const auto addLine = [&] {
         for (std::size_t i = random() % 5; i > 0; --i) {
           std::string name = pick(kNames);
@@ -136,7 +136,7 @@ class SiteCallersTest : public SiteTest {
         const std::string name = pick(kNames);
         if (!used.insert(name).second) continue;
         code += "<[Sub] " + name + "()>\n";
-        const std::int64_t start = ++line;
+        const std::int32_t start = ++line;
         while (random() % 3 != 0) addLine();
         code += "<[End] [Sub]>\n";
         routines.push_back({name, {start, ++line}});

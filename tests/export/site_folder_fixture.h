@@ -43,22 +43,25 @@ class SiteTest : public testing::Test {
   }
 
   codedb::ModuleRecord& AddModule(const std::string& name, int kind, std::string_view markedText) {
-    const int number = static_cast<int>(project_.modules.size()) + 1;
+    const codedb::ModuleNumber number{static_cast<std::int32_t>(project_.modules.size()) + 1};
     codedb::WriteModuleText(project_.indexFolder, number, std::string(markedText) + "\r\n");
-    const auto lines = std::count(markedText.begin(), markedText.end(), '\n') + 1;
+    const auto lines = static_cast<std::int32_t>(std::count(markedText.begin(), markedText.end(), '\n')) + 1;
     project_.modules.push_back({number, name, kind, lines, {}});
     return project_.modules.back();
   }
 
   struct Lines {
-    std::optional<std::int64_t> start{}, end{};
+    std::optional<std::int32_t> start{}, end{};
     int header = 1;
   };
 
   void AddRoutine(const std::string& name, Lines lines, int kind = codedb::kSub, int visibility = codedb::kPublic) {
     codedb::ModuleRecord& module = project_.modules.back();
+    const auto line = [](std::optional<std::int32_t> number) {
+      return number ? std::optional(codedb::Line{*number}) : std::nullopt;
+    };
     module.routines.push_back(
-        {++routineNumber_, module.number, name, kind, visibility, lines.header, lines.start, lines.end});
+        {{++routineNumber_}, module.number, name, kind, visibility, lines.header, line(lines.start), line(lines.end)});
   }
 
   /// All files of the site by name.
@@ -80,7 +83,7 @@ class SiteTest : public testing::Test {
 
   files::ScratchFolder folder_;
   SiteProject project_;
-  std::int64_t routineNumber_ = 0;
+  std::int32_t routineNumber_ = 0;
 };
 
 }  // namespace quillmate::output

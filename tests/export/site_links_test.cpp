@@ -176,13 +176,13 @@ TEST_F(SiteTest, EveryLinkLeadsSomewhere) {
       AddModule(names[below(std::size(names))], static_cast<int>(below(7)),
                 MarkerSoup(static_cast<unsigned>(random()), below(80)));
       for (std::size_t r = below(8); r > 0; --r) {
-        std::optional<std::int64_t> start(static_cast<std::int64_t>(below(9)) - 1);
-        std::optional<std::int64_t> end(static_cast<std::int64_t>(below(12)) - 1);
+        std::optional<std::int32_t> start(static_cast<std::int32_t>(below(9)) - 1);
+        std::optional<std::int32_t> end(static_cast<std::int32_t>(below(12)) - 1);
         if (below(5) == 0) start.reset();
         if (below(5) == 0) end.reset();
         AddRoutine(names[below(std::size(names))], {start, end, static_cast<int>(below(4))},
                    static_cast<int>(1 + below(12)), static_cast<int>(1 + below(3)));
-        if (below(3) == 0) project_.unused.push_back({routineNumber_, SiteJudgement::kHost});
+        if (below(3) == 0) project_.unused.push_back({{routineNumber_}, SiteJudgement::kHost});
       }
     }
     project_.title = names[below(std::size(names))];

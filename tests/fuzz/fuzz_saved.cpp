@@ -136,9 +136,9 @@ void Navigate(Project& project) {
   navigation::CodeViews views;
   views.Load(project.folder, count);
   navigation::AllHits(project.database, views, "e", false);
-  for (int i = 0; i < count; ++i) {
-    for (const long line : {0L, 1L, 3L, 100L}) {
-      navigation::BuildZoomView(project.database, views.View(i), views.Runs(i), i, line);
+  for (codedb::ViewIndex i; i.value < count; ++i.value) {
+    for (const std::int32_t line : {0, 1, 3, 100}) {
+      navigation::BuildZoomView(project.database, views.View(i), views.Runs(i), i, {line});
     }
   }
 }
@@ -150,10 +150,10 @@ void AskForRoutines(Project& project) {
   for (std::size_t i = 0; i < project.modules.size(); ++i) {
     for (const codedb::RoutineRecord& routine : project.modules[i].routines) {
       if (left-- == 0) return;
-      const int view = static_cast<int>(i);
+      const codedb::ViewIndex view{static_cast<std::int32_t>(i)};
       Try([&] { navigation::FindCallers(project.database, texts, view, routine.name); });
       Try([&] { navigation::FindDefinition(project.database, view, routine.name); });
-      Try([&] { navigation::RoutineStartLine(project.database, static_cast<long>(routine.number)); });
+      Try([&] { project.database.StartOf(routine.number); });
     }
   }
 }
@@ -174,14 +174,14 @@ void Export(Project& project, const fs::path& site) {
 void WriteProject(const fs::path& folder, std::string_view bytes) {
   Parts parts(bytes);
   Parts index(parts.Next());
-  const fs::path file = codedb::DatabasePath(folder);
+  const fs::path file = codedb::CodeDbPath(folder);
   if (index.Byte() == 0) {
     files::WriteWholeFile(file, index.Take(std::string_view::npos));
   } else {
     WriteRows(file, index);
   }
   for (int number = 1; number <= 20 && !parts.AtEnd(); ++number) {
-    files::WriteWholeFile(codedb::ModuleTextPath(folder, number), parts.Next());
+    files::WriteWholeFile(codedb::ModuleTextPath(folder, {number}), parts.Next());
   }
 }
 
@@ -199,8 +199,8 @@ void Check(std::string_view bytes) {
   Project project;
   project.folder = folder;
   Try([&] {
-    project.database.Open(codedb::DatabasePath(folder));
-    project.modules = codedb::ReadIndex(project.database);
+    project.database.OpenCodeDatabase(folder);
+    project.modules = project.database.ReadIndex();
     Try([&] { Navigate(project); });
     Try([&] { AskForRoutines(project); });
     Try([&] { Export(project, site); });

@@ -129,18 +129,18 @@ void AddSavedProject(Corpus& corpus) {
   const std::string code = "Sub A()\r\n    B 1 ' e\r\nEnd Sub\r\nFunction B(x)\r\nEnd Function\r\n";
   codedb::PrepareCodeDatabase(scratch.Path(), tests::ProgramFolder() / codedb::kTemplateFile);
   codedb::CodeDatabase database;
-  database.Open(codedb::DatabasePath(scratch.Path()));
+  database.OpenCodeDatabase(scratch.Path());
   analysis::ReadState state;
   std::vector<std::string> parts(1);
   for (const char* const name : {"Eins", "Zwei"}) {
-    ++state.moduleNumber;
-    state.moduleName = name;
-    state.moduleKind = codedb::kStandard;
+    ++state.module.number.value;
+    state.module.name = name;
+    state.module.kind = codedb::kStandard;
     analysis::ScanModule(database, scratch.Path(), state, code, {});
-    parts.push_back(codedb::ReadModuleText(scratch.Path(), state.moduleNumber));
+    parts.push_back(codedb::ReadModuleText(scratch.Path(), state.module.number));
   }
-  database.Close();
-  parts[0] = std::string(1, '\0') + files::ReadWholeFile(codedb::DatabasePath(scratch.Path()));
+  database.CloseCodeDatabase();
+  parts[0] = std::string(1, '\0') + files::ReadWholeFile(codedb::CodeDbPath(scratch.Path()));
   corpus.Add("saved", Parts(parts));
   // A module with two routines, and numbers that nobody expects.
   for (const std::string& rows : {std::string("\0\1\1\350M\1\6", 7) + std::string("\1\1\1\347A\1\2\1\1\3", 10) +

@@ -198,12 +198,12 @@ TEST_F(RunningHost, ClosedProjectsLeadToNoOtherOnes) {
   report = Read(host, Ticked(tree_));
   EXPECT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
   EXPECT_EQ(report.modules, 4);
-  database_.Open(codedb::DatabasePath(scratch_.Path()));
+  database_.OpenCodeDatabase(scratch_.Path());
   Texts routines;
-  for (const codedb::ModuleRecord& module : codedb::ReadIndex(database_)) {
+  for (const codedb::ModuleRecord& module : database_.ReadIndex()) {
     for (const codedb::RoutineRecord& routine : module.routines) routines.push_back(routine.name);
   }
-  database_.Close();
+  database_.CloseCodeDatabase();
   EXPECT_EQ(routines, (Texts{"\304ndern", "Pr\374fen", "Laden", "OK_Click", "Start"}));
 }
 

@@ -42,17 +42,17 @@ class ProjectReader : public testing::Test {
 
   /// "number name kind lines: routine routine" of each module of the index.
   Texts Index() {
-    database_.Open(codedb::DatabasePath(scratch_.Path()));
+    database_.OpenCodeDatabase(scratch_.Path());
     Texts modules;
-    for (const codedb::ModuleRecord& module : codedb::ReadIndex(database_)) {
-      std::string text = std::to_string(module.number) + " " + module.name + " " + std::to_string(module.kind) + " " +
-                         std::to_string(module.lines) + ":";
+    for (const codedb::ModuleRecord& module : database_.ReadIndex()) {
+      std::string text = std::to_string(module.number.value) + " " + module.name + " " + std::to_string(module.kind) +
+                         " " + std::to_string(module.lines) + ":";
       for (const codedb::RoutineRecord& routine : module.routines) {
-        text += " " + std::to_string(routine.number) + routine.name;
+        text += " " + std::to_string(routine.number.value) + routine.name;
       }
       modules.push_back(std::move(text));
     }
-    database_.Close();
+    database_.CloseCodeDatabase();
     return modules;
   }
 
@@ -213,7 +213,7 @@ TEST_F(ProjectReader, DocumentsAreReadLikeAHost) {
   const HostTree tree = TreeOf(host, true);
   EXPECT_EQ(ReadCheckedModules(host, tree, database_, request_).projectText, "Quelle [Quelle]");
   EXPECT_EQ(Index(), (Texts{"1 DieseMappe 5 3: 1A", "2 zwei 2 3: 2B"}));
-  EXPECT_NE(codedb::ReadModuleText(scratch_.Path(), 1).find("\"\344\""), std::string::npos);
+  EXPECT_NE(codedb::ReadModuleText(scratch_.Path(), {1}).find("\"\344\""), std::string::npos);
 
   fs::remove(second);
   const Texts gone{files::PathText(second) + ": Datei existiert nicht"};
@@ -241,7 +241,7 @@ TEST_F(ProjectReader, ModuleFilesAreReadWithTheirHeaders) {
   Texts modules = Index();
   EXPECT_EQ(modules, (Texts{"1 NM1 1 6: 1A", "2 NM2 2 6: 2A", "3 NM3 3 6: 3A", "4 NM5 5 6: 4A", "5 NM6 5 6: 5A",
                             "6 NXXX 32 6: 6A"}));
-  const std::string stored = codedb::ReadModuleText(scratch_.Path(), 1);
+  const std::string stored = codedb::ReadModuleText(scratch_.Path(), {1});
   EXPECT_TRUE(stored.starts_with("VERSION 1.0 CLASS\r\nBEGIN\r\n")) << stored;
   EXPECT_EQ(stored.find("ttribute"), std::string::npos);
 

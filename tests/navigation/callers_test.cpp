@@ -31,12 +31,12 @@ TEST_F(Project, CallersScopeAndItsMessages) {
   };
   for (int number = 1; const auto& c : cases) {
     AddRoutine(number++, 2, c.name, c.kind, c.visibility);
-    const CallerScope scope = FindCallerScope(database, c.view, c.asked);
+    const CallerScope scope = FindCallerScope(database, {c.view}, c.asked);
     EXPECT_EQ(scope, c.scope) << c.name;
     EXPECT_EQ(ScopeMessage(scope), c.message) << c.name;
   }
-  database.Close();
-  EXPECT_EQ(ScopeMessage(FindCallerScope(database, 1, "A")), "Routine nicht gefunden");
+  database.CloseCodeDatabase();
+  EXPECT_EQ(ScopeMessage(FindCallerScope(database, {1}, "A")), "Routine nicht gefunden");
 }
 
 TEST_F(Project, CallersOfARoutine) {
@@ -74,22 +74,22 @@ TEST_F(Project, CallersOfARoutine) {
       "M2 Neben M3 -1\n"
       "R3 Ruf R1O3 3\n"
       "M3 Stumm M1 -1\n";
-  const Callers callers = FindCallers(database, texts, 0, "Foo");
+  const Callers callers = FindCallers(database, texts, {0}, "Foo");
   EXPECT_EQ(callers.scope, CallerScope::kProject);
   EXPECT_EQ(Describe(callers.tree), expected);
   EXPECT_EQ(callers.tree.moduleCount, 3);
-  EXPECT_EQ(callers.tree.Find("R3"), 4);
+  EXPECT_EQ(callers.tree.Find(codedb::RoutineNumber{3}), 4);
   // A private routine: in its own module, whatever the others hold.
-  EXPECT_EQ(Describe(FindCallers(database, texts, 0, "Start").tree), "M1 Haupt M2 -1\nR2 Start R1O2 0\n");
-  EXPECT_EQ(Describe(FindCallers(database, texts, 1, "Start").tree), "");
-  EXPECT_EQ(Describe(ScanCallers(database, texts, "Nirgends", 1, 3)), "");
-  EXPECT_EQ(Describe(ScanCallers(database, texts, "", 1, 3)), "");
+  EXPECT_EQ(Describe(FindCallers(database, texts, {0}, "Start").tree), "M1 Haupt M2 -1\nR2 Start R1O2 0\n");
+  EXPECT_EQ(Describe(FindCallers(database, texts, {1}, "Start").tree), "");
+  EXPECT_EQ(Describe(ScanCallers(database, texts, "Nirgends", {1}, {3})), "");
+  EXPECT_EQ(Describe(ScanCallers(database, texts, "", {1}, {3})), "");
   // The texts are those of the last load.
   Write(1, "Foo");
-  EXPECT_EQ(Describe(ScanCallers(database, texts, "Foo", 1, 3)), expected);
-  std::filesystem::remove(codedb::ModuleTextPath(folder.Path(), 2));
+  EXPECT_EQ(Describe(ScanCallers(database, texts, "Foo", {1}, {3})), expected);
+  std::filesystem::remove(codedb::ModuleTextPath(folder.Path(), {2}));
   texts.Load(folder.Path(), 3);
-  EXPECT_THROW(ScanCallers(database, texts, "Foo", 1, 3), std::runtime_error);
+  EXPECT_THROW(ScanCallers(database, texts, "Foo", {1}, {3}), std::runtime_error);
 }
 
 std::string Blank(std::string text) {
@@ -117,7 +117,7 @@ class LiteralScan : public Project {
     std::string lastRoutine;
     int nodes = 0;
     for (int module = first; module <= last; ++module) {
-      const std::string stored = codedb::ReadModuleText(folder.Path(), module);
+      const std::string stored = codedb::ReadModuleText(folder.Path(), {module});
       const std::string text = Blank(stored);
       int parent = -1;
       for (std::size_t q = text.find(name); q != std::string::npos; q = text.find(name, q + 1)) {
@@ -186,8 +186,8 @@ TEST_F(LiteralScan, AgreesWithTheScan) {
   for (const char* name : {"Foo", "Foo$", "aa", "aaa", "n", "x", "FooFoo", "\344", "1"}) {
     const std::string expected = Run(name, 1, kModules);
     EXPECT_NE(expected, "") << name;
-    ASSERT_EQ(Describe(ScanCallers(database, texts, name, 1, kModules)), expected) << name;
-    EXPECT_EQ(Describe(ScanCallers(database, texts, name, 9, 9)), Run(name, 9, 9)) << name;
+    ASSERT_EQ(Describe(ScanCallers(database, texts, name, {1}, {kModules})), expected) << name;
+    EXPECT_EQ(Describe(ScanCallers(database, texts, name, {9}, {9})), Run(name, 9, 9)) << name;
   }
 }
 

@@ -158,10 +158,10 @@ std::pair<std::size_t, std::size_t> GoByBisection(const std::string& text, long 
 TEST(CodeView, GoToLineAgreesWithTheBisection) {
   for (unsigned seed = 0; seed < 300; ++seed) {
     CodeView view(RandomText(seed, {"\r\n", "\r\n", "Public Sub A()", "x", "\tEnd", " "}, seed % 50));
-    const long behind = static_cast<long>(view.LineCount()) + 3;
-    for (long line = -2; line <= behind; ++line) {
+    const auto behind = static_cast<std::int32_t>(view.LineCount()) + 3;
+    for (std::int32_t line = -2; line <= behind; ++line) {
       view.Select(seed, 1);
-      view.GoToLine(line);
+      view.GoToLine({line});
       ASSERT_EQ(std::pair(view.SelStart(), view.SelLength()), GoByBisection(view.Text(), line))
           << seed << " line " << line;
     }

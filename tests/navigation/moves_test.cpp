@@ -33,8 +33,8 @@ TEST(IdentifierAtCaret, WordBeforeTheCaret) {
 
 std::string Describe(const std::optional<Definition>& found) {
   if (!found) return "none";
-  return std::to_string(found->moduleNumber) + " " + found->moduleName + " " + std::to_string(found->startLine) +
-         (found->sameModule ? " own" : "");
+  return std::to_string(found->moduleNumber.value) + " " + found->moduleName + " " +
+         std::to_string(found->startLine.value) + (found->sameModule ? " own" : "");
 }
 
 TEST_F(Project, DefinitionInTheOwnModuleFirst) {
@@ -58,7 +58,7 @@ TEST_F(Project, DefinitionInTheOwnModuleFirst) {
       {2, "\334ben", "3  50 own"}, {0, "Offen", "1  0 own"},  // its line was never seen
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(Describe(FindDefinition(database, c.view, c.name)), c.found) << c.view << ' ' << c.name;
+    EXPECT_EQ(Describe(FindDefinition(database, {c.view}, c.name)), c.found) << c.view << ' ' << c.name;
   }
 }
 
@@ -74,8 +74,8 @@ std::string Visit(RoutineHistory& history, std::string_view script) {
       if (place == nullptr) {
         shown += "- ";
       } else {
-        shown +=
-            std::to_string(place->view) + "|" + std::to_string(place->caret) + place->module + place->routine + " ";
+        shown += std::to_string(place->view.value) + "|" + std::to_string(place->caret) + place->module +
+                 place->routine + " ";
       }
     } else {
       history.Push({step - '0', 5, "M", std::string(1, step)});
@@ -121,10 +121,10 @@ TEST(RoutineHistory, ForgetsTheOldestOfThirtyOne) {
   EXPECT_EQ(history.Position(), RoutineHistory::kPlaces);
   EXPECT_EQ(history.Next(), nullptr);
   EXPECT_EQ(history.Position(), RoutineHistory::kPlaces);
-  for (int i = 30; i >= 2; --i) EXPECT_EQ(history.Back()->view, i);
+  for (int i = 30; i >= 2; --i) EXPECT_EQ(history.Back()->view.value, i);
   EXPECT_FALSE(history.BackEnabled());
   EXPECT_EQ(history.Back(), nullptr);
-  for (int i = 3; i <= 31; ++i) EXPECT_EQ(history.Next()->view, i);
+  for (int i = 3; i <= 31; ++i) EXPECT_EQ(history.Next()->view.value, i);
   EXPECT_FALSE(history.NextEnabled());
 }
 
@@ -137,7 +137,7 @@ TEST_F(Project, RoutinePanelFollowsTheCaret) {
   const std::optional<std::string> unchanged;
   const auto trackAt = [&](std::size_t caret, int index) {
     view.Select(caret, 0);
-    return tracker.Track(database, view, index);
+    return tracker.Track(database, view, {index});
   };
   EXPECT_EQ(trackAt(0, 0), "");  // the first line ever reported
   EXPECT_EQ(trackAt(5, 0), unchanged);
@@ -145,10 +145,10 @@ TEST_F(Project, RoutinePanelFollowsTheCaret) {
   EXPECT_EQ(trackAt(17, 0), "A");
   EXPECT_EQ(trackAt(18, 0), unchanged);
   EXPECT_EQ(trackAt(18, 1), unchanged);  // the same line of another view
-  EXPECT_EQ(tracker.Refresh(database, view, 1), "C");
+  EXPECT_EQ(tracker.Refresh(database, view, {1}), "C");
   EXPECT_EQ(trackAt(26, 0), "");
-  EXPECT_EQ(tracker.Track(database, CodeView(), 0), unchanged);
-  database.Close();
+  EXPECT_EQ(tracker.Track(database, CodeView(), {0}), unchanged);
+  database.CloseCodeDatabase();
   EXPECT_EQ(trackAt(26, 0), unchanged);  // no query for the same line
   EXPECT_THROW(trackAt(0, 0), codedb::DatabaseError);
 }
@@ -168,7 +168,7 @@ TEST_F(Project, ZoomShowsTheRoutineOrTheDeclarations) {
       "Rest\r\n");
   const struct {
     int index;
-    long line;
+    std::int32_t line;
     const char *text, *runs;
     std::size_t start;
   } cases[] = {
@@ -182,7 +182,7 @@ TEST_F(Project, ZoomShowsTheRoutineOrTheDeclarations) {
   };
   for (const auto& c : cases) {
     CodeView view(module.text);
-    const auto zoom = BuildZoomView(database, view, module.runs, c.index, c.line);
+    const auto zoom = BuildZoomView(database, view, module.runs, {c.index}, {c.line});
     ASSERT_TRUE(zoom);
     EXPECT_EQ(zoom->text, c.text) << c.index << ' ' << c.line;
     std::string runs;
@@ -196,7 +196,7 @@ TEST_F(Project, ZoomShowsTheRoutineOrTheDeclarations) {
   }
   CodeView view(module.text);
   view.Select(3, 2);
-  EXPECT_FALSE(BuildZoomView(database, view, module.runs, 3, 1));
+  EXPECT_FALSE(BuildZoomView(database, view, module.runs, {3}, {1}));
   EXPECT_EQ(view.SelText(), "io");
 }
 

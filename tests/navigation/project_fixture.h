@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <quillmate/codedb/codes.h>
 #include <quillmate/navigation/project_tree.h>
 
 #include "codedb/scratch.h"
@@ -19,13 +20,14 @@ class Project : public testing::Test, protected codedb::FreshIndex {
     AddRoutine(number, module, name, kind, visibility);
     SetSpan(number, start, end);
   }
-  void Write(int module, std::string_view text) const { codedb::WriteModuleText(folder.Path(), module, text); }
+  void Write(int module, std::string_view text) const { codedb::WriteModuleText(folder.Path(), {module}, text); }
 };
 
 inline std::string Describe(const ProjectTree& tree) {
   std::string lines;
   for (const TreeNode& node : tree.nodes) {
-    lines += node.key + " " + node.text + " " + node.image + " " + std::to_string(node.parent) + "\n";
+    lines += (node.parent < 0 ? codedb::ModuleKey(node.module) : codedb::RoutineKey(node.routine)) + " " + node.text +
+             " " + node.image + " " + std::to_string(node.parent) + "\n";
   }
   return lines;
 }

@@ -102,7 +102,8 @@ class SearchCommands : public Project {
 
   static std::string Describe(const SearchResult& result) {
     if (result.outcome == SearchOutcome::kFound) {
-      return std::to_string(result.view) + ":" + std::to_string(result.position) + "+" + std::to_string(result.length);
+      return std::to_string(result.view.value) + ":" + std::to_string(result.position) + "+" +
+             std::to_string(result.length);
     }
     return (result.outcome == SearchOutcome::kZoomMode ? "zoom " : "") + std::string(result.message);
   }
@@ -142,12 +143,12 @@ TEST_F(SearchCommands, FindFirstAndNext) {
       {true, {"foo", false, true, true}, 0, 0, kZoom},
   };
   for (const auto& c : cases) {
-    views_.SetCurrent(c.view);
-    views_.View(c.view).Select(c.selection, 1);
+    views_.SetCurrent({c.view});
+    views_.View({c.view}).Select(c.selection, 1);
     const SearchResult result = c.next ? FindNext(views_, c.request) : FindFirst(views_, c.request);
     EXPECT_EQ(Describe(result), c.result)
         << c.request.text << (c.next ? " on from " : " in ") << c.view << ':' << c.selection;
-    EXPECT_EQ(views_.Current(), c.view);
+    EXPECT_EQ(views_.Current().value, c.view);
   }
   views_.Reset();
   EXPECT_EQ(Describe(FindFirst(views_, {"foo", false, true})), kNotInProject);
@@ -162,8 +163,8 @@ TEST_F(SearchCommands, AllHitsWithLinesAndRoutines) {
     std::string lines;
     for (const ModuleHits& module : AllHits(database, views_, searched, wholeWord)) {
       for (const Hit& hit : module.hits) {
-        lines += std::to_string(module.view) + ":" + std::to_string(hit.match.position) + " " +
-                 std::to_string(hit.line) + " " +
+        lines += std::to_string(module.view.value) + ":" + std::to_string(hit.match.position) + " " +
+                 std::to_string(hit.line.value) + " " +
                  (hit.routine < 0 ? "-" : module.routines[static_cast<std::size_t>(hit.routine)].name) + " " +
                  std::string(LineAround(views_.View(module.view), hit.match).text) + "\n";
       }

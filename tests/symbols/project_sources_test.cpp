@@ -26,8 +26,8 @@ TEST(ProjectSources, PlacesLeadToTheShownTextAndBack) {
     SCOPED_TRACE(bits);
     const files::ScratchFolder folder;
     const analysis::ScanOptions options{(bits & 1U) != 0, (bits & 2U) != 0, (bits & 4U) != 0, (bits & 8U) != 0};
-    codedb::WriteModuleText(folder.Path(), 1, analysis::ScanForIndex(kCode, options, 0).markedText);
-    const std::string stored = codedb::StoredCode(codedb::ReadModuleText(folder.Path(), 1));
+    codedb::WriteModuleText(folder.Path(), {1}, analysis::ScanForIndex(kCode, options, {}).markedText);
+    const std::string stored = codedb::StoredCode(codedb::ReadModuleText(folder.Path(), {1}));
     codedb::Facts facts;
     facts.projects.resize(1);
     codedb::ModuleFacts& module = facts.modules.emplace_back();

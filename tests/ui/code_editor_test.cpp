@@ -68,7 +68,7 @@ TEST_F(CodeEditorTest, ColoursEachLine) {
 TEST_F(CodeEditorTest, CaretAndSelectionAreThoseOfTheView) {
   Show();
   // In the view a line break counts two characters, on screen one.
-  view.GoToLine(4);
+  view.GoToLine({4});
   editor.ShowSelection();
   EXPECT_EQ(editor.textCursor().selectedText(), "End");
   EXPECT_EQ(view.SelText(), "End");
@@ -89,7 +89,7 @@ TEST_F(CodeEditorTest, ComingBackFindsTheSelectionAgain) {
   CodeView other(std::string("a\r\nb\r\n"));
   const std::vector<navigation::StyleRun> none;
   Show(0);
-  view.GoToLine(2);
+  view.GoToLine({2});
   editor.ShowSelection();
   editor.ShowView(1, other, none);
   EXPECT_EQ(editor.toPlainText(), "a\nb\n");

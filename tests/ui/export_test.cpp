@@ -169,7 +169,7 @@ TEST_F(ExportTest, RtfOverwritesNothingUnaskedAndNothingWhenItFails) {
   Trigger("mnuRtf_Modul");
   EXPECT_EQ(platform.TakeText(), "") << "a cancelled dialog";
 
-  std::filesystem::remove(codedb::ModuleTextPath(globals.TempFolder, 2));
+  std::filesystem::remove(codedb::ModuleTextPath(globals.TempFolder, {2}));
   platform.saveFiles = {Text(Folder("M.RTF"))};
   Trigger("mnuRtf_Projekt");
   EXPECT_TRUE(platform.TakeText().contains("M2.txt"));

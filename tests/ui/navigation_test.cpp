@@ -88,7 +88,7 @@ TEST_F(NavigationTest, PanelFollowsTheCaret) {
   QTest::mouseClick(Code().viewport(), Qt::LeftButton, {}, Code().cursorRect(QTextCursor(Code().document())).center());
   EXPECT_EQ(Place(), "Lager.");
   // Within one line the index is not asked: it could not answer.
-  globals.CodeDb.Close();
+  globals.CodeDb.CloseCodeDatabase();
   QTest::keyClick(&Code(), Qt::Key_Right);
   EXPECT_EQ(platform.TakeText(), "");
   QTest::keyClick(&Code(), Qt::Key_Down);
@@ -292,7 +292,7 @@ TEST_F(NavigationTest, CallersSayWhyThereAreNone) {
   globals.CodeDb.ExecuteSql("DELETE FROM td_rout WHERE td_rout.rou_name = 'Zugang'");
   Trigger("mnuBearbeiten_Rout");
   ExpectMessage("Infos zu Routine nicht gefunden", MessageIcon::kExclamation);
-  globals.CodeDb.Close();
+  globals.CodeDb.CloseCodeDatabase();
   Trigger("mnuBearbeiten_Rout");
   ExpectMessage("Routine nicht gefunden", MessageIcon::kNone);
   EXPECT_TRUE(Tree("treProjekt").isVisible());
@@ -379,7 +379,7 @@ TEST_F(NavigationTest, CopyTakesTheSelectionOfTheZoomView) {
 }
 
 TEST_F(NavigationTest, IndexThatFailsLeavesZoomOff) {
-  globals.CodeDb.Close();
+  globals.CodeDb.CloseCodeDatabase();
   Trigger("zoom");
   EXPECT_NE(platform.TakeText(), "");
   EXPECT_FALSE(Action("zoom").isChecked());

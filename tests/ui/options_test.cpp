@@ -142,7 +142,7 @@ TEST_F(OptionsTest, ModuleHeadersStayOn) {
 
 TEST_F(OptionsTest, FoldersAreChosenAndMade) {
   StartWithProject();
-  EXPECT_EQ(Get<QLineEdit>("txtInfo").text().toStdString(), files::PathText(codedb::DatabasePath(globals.TempFolder)));
+  EXPECT_EQ(Get<QLineEdit>("txtInfo").text().toStdString(), files::PathText(codedb::CodeDbPath(globals.TempFolder)));
   EXPECT_FALSE(Get<QAbstractButton>("cmdVBÄndern").isEnabled());
   const QString parent = QString::fromStdString(files::PathText(Sources()));
   const auto folder = [this] { return Get<QLineEdit>("txtSpeichern").text(); };

@@ -170,7 +170,7 @@ TEST_F(ProjectTest, NewAsksAboutTheUnsavedProject) {
   EXPECT_EQ(Code().toPlainText(), "");
   EXPECT_EQ(Panel("Modul"), "");
   EXPECT_EQ(Tree("treProjekt").model()->rowCount(), 0);
-  EXPECT_FALSE(std::filesystem::exists(codedb::DatabasePath(globals.RunTempFolder)));
+  EXPECT_FALSE(std::filesystem::exists(codedb::CodeDbPath(globals.RunTempFolder)));
 }
 
 TEST_F(ProjectTest, SavesBeforeLeaving) {
@@ -204,7 +204,7 @@ TEST_F(ProjectTest, DamagedIndexIsToldAndTheHostTreeStays) {
   Start();
   Tick(0);
   platform.onClock = [this] {
-    const std::filesystem::path index = codedb::DatabasePath(globals.TempFolder);
+    const std::filesystem::path index = codedb::CodeDbPath(globals.TempFolder);
     if (std::filesystem::exists(index) && !globals.CodeDb.IsOpen()) files::WriteWholeFile(index, "x");
   };
   Trigger("mnuBearbeiten_Code");
@@ -229,7 +229,7 @@ TEST_F(ProjectTest, SavedProjectIsTheCurrentOne) {
   Click(Tree("treProjekt"), ProjectNode(1, 0));
   save(Answer::kYes);
   EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0 Projekt: Lager [alt]");
-  EXPECT_FALSE(std::filesystem::exists(codedb::DatabasePath(globals.RunTempFolder)));
+  EXPECT_FALSE(std::filesystem::exists(codedb::CodeDbPath(globals.RunTempFolder)));
   EXPECT_EQ(Code().textCursor().selectedText(), "Private");
   Click(Tree("treProjekt"), ProjectNode(0, 0));
   EXPECT_EQ(Code().textCursor().selectedText(), "Sub");
@@ -265,7 +265,7 @@ TEST_F(ProjectTest, VanishedModuleIsNamedAndTheOthersAreRead) {
 
 TEST_F(ProjectTest, ModuleTextThatIsGoneIsToldAndNothingMoves) {
   StartWithProject();
-  std::filesystem::remove(codedb::ModuleTextPath(globals.TempFolder, 2));
+  std::filesystem::remove(codedb::ModuleTextPath(globals.TempFolder, {2}));
   Click(Tree("treProjekt"), ProjectNode(1));
   EXPECT_TRUE(platform.TakeText().contains("M2.txt"));
   EXPECT_EQ(Panel("Modul"), "Form");

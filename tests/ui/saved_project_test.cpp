@@ -44,7 +44,7 @@ TEST_F(SavedProjectTest, OpensWhatWasSaved) {
   EXPECT_EQ(platform.TakeText(), "");
   // Leaving it does not touch its files.
   Trigger("mnuNeu");
-  EXPECT_TRUE(fs::exists(codedb::DatabasePath(Folder("Ziel") / "Lager")));
+  EXPECT_TRUE(fs::exists(codedb::CodeDbPath(Folder("Ziel") / "Lager")));
   EXPECT_FALSE(Action("mnuRtf").isEnabled());
   Start();
   Trigger("mnuOpenIndex1");
@@ -55,7 +55,7 @@ TEST_F(SavedProjectTest, WhatIsNoProjectOrBrokenLeavesEverythingAsItWas) {
   StartWithProject();
   const QString title = Window().windowTitle();
   fs::create_directories(Folder("kaputt"));
-  files::WriteWholeFile(codedb::DatabasePath(Folder("kaputt")), "x");
+  files::WriteWholeFile(codedb::CodeDbPath(Folder("kaputt")), "x");
   const struct {
     fs::path folder;
     std::string text;
@@ -94,8 +94,8 @@ TEST_F(SavedProjectTest, AProjectThatIsWrittenAnewMeanwhileIsNoticed) {
   QApplication::processEvents();
   const fs::path folder = Folder("Ziel") / "Lager";
   const auto write = [&folder] {
-    files::WriteWholeFile(codedb::ModuleTextPath(folder, 2), "Sub Neu()\r\nEnd Sub\r\n");
-    const auto index = codedb::DatabasePath(folder);
+    files::WriteWholeFile(codedb::ModuleTextPath(folder, {2}), "Sub Neu()\r\nEnd Sub\r\n");
+    const auto index = codedb::CodeDbPath(folder);
     fs::last_write_time(index, fs::last_write_time(index) + std::chrono::hours(1));
   };
   for (const ui::Answer answer : {ui::Answer::kNo, ui::Answer::kYes}) {
@@ -138,7 +138,7 @@ TEST_F(SavedProjectTest, AFileOfTheNameStaysAndALinkStaysALink) {
   fs::create_directory_symlink(Folder("Wirklich"), Folder("Ziel") / "Link");
   SaveAs("Link", Folder("Ziel"));
   EXPECT_TRUE(fs::is_symlink(Folder("Ziel") / "Link"));
-  EXPECT_TRUE(fs::exists(codedb::DatabasePath(Folder("Wirklich"))));
+  EXPECT_TRUE(fs::exists(codedb::CodeDbPath(Folder("Wirklich"))));
 #endif
 }
 
@@ -148,7 +148,7 @@ TEST_F(SavedProjectTest, StandardFolderIsUsedUnaskedWhenItExists) {
   globals.LastProjectFolder = files::PathText(Sources());
   platform.typed = {QStringLiteral("Lager")};
   Trigger("save");
-  EXPECT_TRUE(fs::exists(codedb::DatabasePath(Sources() / "Lager")));
+  EXPECT_TRUE(fs::exists(codedb::CodeDbPath(Sources() / "Lager")));
   EXPECT_EQ(platform.prompts, QStringList("Bitte Projektnamen angeben"));
 }
 
@@ -213,7 +213,7 @@ TEST_F(SavedProjectTest, SourcesAreNeverWrittenTo) {
   const fs::path source = fs::directory_iterator(Sources())->path();
   const std::string code = files::ReadWholeFile(source);
   fs::create_hard_link(source, Folder("a.RTF"));
-  fs::create_hard_link(codedb::ModuleTextPath(globals.TempFolder, 1), Folder("b.RTF"));
+  fs::create_hard_link(codedb::ModuleTextPath(globals.TempFolder, {1}), Folder("b.RTF"));
   for (const char* const name : {"a.RTF", "b.RTF"}) {
     platform.saveFiles = {Text(Folder(name))};
     Trigger("mnuRtf_Projekt");

@@ -350,8 +350,8 @@ TEST(HitList, KeepsManyHits) {
   navigation::CodeViews views;
   std::vector<navigation::ModuleHits> modules(2);
   for (int module = 0; module < 2; ++module) {
-    modules[static_cast<std::size_t>(module)].view = module;
-    modules[static_cast<std::size_t>(module)].hits.resize(50000, {{0, 1}, module + 1, -1});
+    modules[static_cast<std::size_t>(module)].view = {module};
+    modules[static_cast<std::size_t>(module)].hits.resize(50000, {{0, 1}, {module + 1}, -1});
   }
   ui::HitList list;
   const QAbstractItemModelTester tester(&list);

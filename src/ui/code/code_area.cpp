@@ -26,7 +26,7 @@ CodeEditor& CodeArea::Editor() const { return *static_cast<CodeEditor*>(currentW
 void CodeArea::ShowPlace(project::Reveal reveal) {
   navigation::CodeViews& views = session_.Views();
   navigation::CodeView& view = session_.View();
-  main_->ShowView(views.Current(), view, views.Runs(views.Current()));
+  main_->ShowView(views.Current().value, view, views.Runs(views.Current()));
   const bool atTop = reveal == project::Reveal::kAtTop;
   if (atTop) {
     main_->ShowSelection();
@@ -57,15 +57,15 @@ void CodeArea::SetZoom(bool on) {
 }
 
 void CodeArea::BuildZoom() {
-  const int current = session_.Views().Current();
+  const codedb::ViewIndex current = session_.Views().Current();
   navigation::CodeView& code = session_.View();
-  const long line = static_cast<long>(code.LineFromChar(code.SelStart())) + 1;
+  const codedb::Line line = code.LineAt(code.SelStart());
   auto text = navigation::BuildZoomView(session_.Index(), code, session_.Views().Runs(current), current, line);
   if (!text) return;
   main_->ShowSelection();
   zoom_->Forget();
   zoomed_ = {navigation::CodeView(std::move(text->text)), std::move(text->runs), code.SelStart()};
-  zoom_->NumberFrom(static_cast<long>(code.LineFromChar(code.SelStart())) + 1);
+  zoom_->NumberFrom(code.LineAt(code.SelStart()));
   zoom_->ShowView(0, zoomed_.view, zoomed_.runs);
 }
 

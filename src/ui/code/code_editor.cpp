@@ -38,7 +38,7 @@ QPalette PaperPalette(QPalette palette) {
 
 constexpr int kMargin = 5;
 /// A module that grows by a few lines must not shift its code.
-constexpr long kLeastNumber = 999;
+constexpr int kLeastNumber = 999;
 
 const QColor kGround(0xf2, 0xf2, 0xf2);
 const QColor kInk(0x80, 0x80, 0x80);
@@ -57,7 +57,7 @@ class LineNumbers : public QWidget {
 
   bool isOn = false;
   /// Number of the first line on screen's text: a zoomed routine keeps the numbers it has in its module.
-  long first = 1;
+  int first = 1;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -72,7 +72,7 @@ LineNumbers::LineNumbers(CodeEditor& editor) : QWidget(&editor), editor_(editor)
 
 int LineNumbers::Width() const {
   if (!isOn || !editor_.ShowsModule()) return 0;
-  const long last = std::max(kLeastNumber, first + editor_.blockCount() - 1);
+  const int last = std::max(kLeastNumber, first + editor_.blockCount() - 1);
   const auto digits = QString::number(last).size();
   return 2 * kMargin + editor_.fontMetrics().horizontalAdvance(QLatin1Char('9')) * static_cast<int>(digits);
 }
@@ -203,8 +203,8 @@ void CodeEditor::ShowLineNumbers(bool on) {
   PlaceNumbers();
 }
 
-void CodeEditor::NumberFrom(long first) {
-  numbers_->first = first;
+void CodeEditor::NumberFrom(codedb::Line first) {
+  numbers_->first = first.value;
   PlaceNumbers();
 }
 

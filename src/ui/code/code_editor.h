@@ -44,7 +44,7 @@ class CodeEditor : public QPlainTextEdit {
   void SetFontSteps(int steps);
   /// The column with line numbers. `first`: number of the first line.
   void ShowLineNumbers(bool on);
-  void NumberFrom(long first);
+  void NumberFrom(codedb::Line first);
 
   bool ShowsModule() const noexcept { return view_ != nullptr; }
   /// Calls `line(number, top)` for each line that can be seen: 0-based number, upper edge in pixels of the viewport.

@@ -143,7 +143,7 @@ QWidget* OptionsDialog::MakeFilesPage() {
 QWidget* OptionsDialog::MakeDatabaseFrame() {
   auto* frame = new QGroupBox(QStringLiteral("Infodatenbank"));
   frame->setObjectName(QStringLiteral("fraInfoDatenbank"));
-  auto* info = new QLineEdit(FromPath(codedb::DatabasePath(globals_.TempFolder)));
+  auto* info = new QLineEdit(FromPath(codedb::CodeDbPath(globals_.TempFolder)));
   info->setObjectName(QStringLiteral("txtInfo"));
   info->setReadOnly(true);
   info->setMinimumWidth(360);

@@ -55,7 +55,7 @@ const char* ClassTooltip(UnusedClass unused) {
 
 QTreeWidgetItem* MakeItem(const UnusedRoutine& routine) {
   auto* item = new QTreeWidgetItem({FromCode(routine.routineName), FromUtf8(UnusedCaption(routine.unused))});
-  item->setData(0, kRoutineRole, static_cast<int>(routine.routineNumber));
+  item->setData(0, kRoutineRole, routine.routineNumber.value);
   item->setToolTip(1, FromUtf8(ClassTooltip(routine.unused)));
   return item;
 }
@@ -126,7 +126,7 @@ std::vector<UnusedRoutine> UnusedWindow::Shown() const {
 
 void UnusedWindow::Fill() {
   QList<QTreeWidgetItem*> modules;
-  std::int64_t module = 0;
+  codedb::ModuleNumber module;
   for (const UnusedRoutine& routine : Shown()) {
     if (modules.isEmpty() || routine.moduleNumber != module) {
       modules.append(new QTreeWidgetItem(QStringList(FromCode(routine.moduleName))));
@@ -140,10 +140,10 @@ void UnusedWindow::Fill() {
 }
 
 void UnusedWindow::ShowRoutine(const QTreeWidgetItem& item) {
-  const int routine = item.data(0, kRoutineRole).toInt();
-  if (routine == 0) return;
+  const codedb::RoutineNumber routine{item.data(0, kRoutineRole).toInt()};
+  if (routine.value == 0) return;
   interaction_.Guarded([this, routine] {
-    const int node = session_.Tree()->Find(codedb::RoutineKey(routine));
+    const int node = session_.Tree()->Find(routine);
     if (node >= 0) session_.GoToNode(node);
   });
 }

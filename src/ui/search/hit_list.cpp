@@ -68,11 +68,11 @@ QVariant HitList::data(const QModelIndex& index, int role) const {
   const navigation::Hit& hit = HitOf(index.row());
   switch (index.column()) {
     case kModule:
-      return names_[static_cast<std::size_t>(module.view)];
+      return names_[static_cast<std::size_t>(module.view.value)];
     case kRoutine:
       return hit.routine < 0 ? QString() : FromCode(module.routines[static_cast<std::size_t>(hit.routine)].name);
     case kLine:
-      return static_cast<qlonglong>(hit.line);
+      return hit.line.value;
     default:
       return LineOf(index.row());
   }

@@ -20,7 +20,7 @@ class HitList : public QAbstractTableModel {
   void SetHits(std::vector<navigation::ModuleHits> modules, std::vector<QString> names, navigation::CodeViews* views);
 
   struct Place {
-    int view = 0;
+    codedb::ViewIndex view;
     navigation::Hit hit;
   };
   Place At(int row) const;

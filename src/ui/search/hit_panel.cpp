@@ -8,8 +8,6 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include <quillmate/codedb/codes.h>
-
 #include "pattern_search.h"
 #include "qt_text.h"
 
@@ -23,7 +21,7 @@ std::vector<QString> ModuleNames(const navigation::ProjectTree& tree, int views)
   std::vector<QString> names(static_cast<std::size_t>(views));
   for (const navigation::TreeNode& node : tree.nodes) {
     if (node.parent >= 0) break;
-    const int view = codedb::KeyNumber(node.key) - 1;
+    const int view = codedb::ViewOf(node.module).value;
     if (view >= 0 && view < views) names[static_cast<std::size_t>(view)] = FromCode(node.text);
   }
   return names;

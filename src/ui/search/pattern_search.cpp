@@ -50,7 +50,7 @@ Pattern MakePattern(const QString& pattern, bool wholeWord) {
 
 PatternHits AllPatternHits(codedb::CodeDatabase& database, navigation::CodeViews& views, const Pattern& pattern) {
   PatternHits hits;
-  for (int i = 0; i < views.Count(); ++i) {
+  for (codedb::ViewIndex i; i.value < views.Count(); ++i.value) {
     const navigation::CodeView& view = views.View(i);
     std::vector<navigation::TextMatch> matches;
     if (!FindAllIn(FromCode(view.Text()), pattern.expression, matches)) {

@@ -21,7 +21,7 @@ CallerPanel::CallerPanel() : lblRoutSuche_(new QLabel), tree_(new NodeTree), mod
   layout->addWidget(lblRoutSuche_);
   layout->addWidget(tree_);
   connect(tree_, &NodeTree::NodeChosen, this, [this](const QModelIndex& index) {
-    emit NodeChosen(model_->Tree().nodes[static_cast<std::size_t>(ProjectTreeModel::NodeOf(index))].key);
+    emit NodeChosen(model_->Tree().nodes[static_cast<std::size_t>(ProjectTreeModel::NodeOf(index))]);
   });
 }
 

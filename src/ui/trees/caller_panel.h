@@ -22,7 +22,7 @@ class CallerPanel : public QWidget {
 
  signals:
   /// A node is to be shown; it has the same key in the project tree.
-  void NodeChosen(const std::string& key);
+  void NodeChosen(const navigation::TreeNode& node);
 
  private:
   /// The routine whose callers are shown.

@@ -57,8 +57,8 @@ ProjectPanel::ProjectPanel(project::Session& session)
   connect(line_, &FilterLine::Left, tree_, qOverload<>(&QWidget::setFocus));
 }
 
-std::vector<long> ProjectPanel::Lines(bool bySource) const {
-  return bySource ? session_.StartLines() : std::vector<long>();
+std::vector<codedb::Line> ProjectPanel::Lines(bool bySource) const {
+  return bySource ? session_.StartLines() : std::vector<codedb::Line>();
 }
 
 void ProjectPanel::ShowProject(bool unfolded) {
@@ -72,7 +72,7 @@ void ProjectPanel::ShowProject(bool unfolded) {
   if (bySource_) shown_->SetLines(Lines(true));
 }
 
-void ProjectPanel::MarkModule() { model_->Mark(session_.ModuleKey()); }
+void ProjectPanel::MarkModule() { model_->Mark(session_.VisibleModule()); }
 
 void ProjectPanel::FocusFilter() {
   line_->setFocus();
@@ -109,7 +109,7 @@ void ProjectPanel::Apply(const QString& text) {
 }
 
 void ProjectPanel::OrderBySource(bool on) {
-  std::vector<long> lines = Lines(on);
+  std::vector<codedb::Line> lines = Lines(on);
   bySource_ = on;
   const UpdateLock lock(*tree_);
   shown_->SetLines(std::move(lines));

@@ -54,7 +54,7 @@ class ProjectPanel : public QWidget {
   void Rejected();
 
  private:
-  std::vector<long> Lines(bool bySource) const;
+  std::vector<codedb::Line> Lines(bool bySource) const;
   void Apply(const QString& text);
   void StoreUnfolded();
   void Unfold();

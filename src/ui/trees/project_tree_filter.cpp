@@ -45,7 +45,7 @@ void ProjectTreeFilter::SetFilter(const QString& text) {
   invalidate();
 }
 
-void ProjectTreeFilter::SetLines(std::vector<long> lines) {
+void ProjectTreeFilter::SetLines(std::vector<codedb::Line> lines) {
   lines_ = std::move(lines);
   sort(lines_.empty() ? -1 : 0);
 }
@@ -89,7 +89,9 @@ bool ProjectTreeFilter::lessThan(const QModelIndex& left, const QModelIndex& rig
 
 /// Of two nodes with the same parent.
 bool ProjectTreeFilter::IsBefore(int left, int right) const {
-  const auto line = [this](int node) { return lines_.empty() ? 0 : lines_[static_cast<std::size_t>(node)]; };
+  const auto line = [this](int node) {
+    return lines_.empty() ? codedb::Line{} : lines_[static_cast<std::size_t>(node)];
+  };
   return std::pair(line(left), left) < std::pair(line(right), right);
 }
 

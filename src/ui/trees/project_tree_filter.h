@@ -18,7 +18,7 @@ class ProjectTreeFilter : public QSortFilterProxyModel {
   void SetFilter(const QString& text);
   /// Routines by their first lines (one for each node) as they stand in the code; as they come in the tree, by name,
   /// without lines.
-  void SetLines(std::vector<long> lines);
+  void SetLines(std::vector<codedb::Line> lines);
 
   static constexpr int kNoNode = -1;
   int NodeOf(const QModelIndex& index) const { return ProjectTreeModel::NodeOf(mapToSource(index)); }
@@ -42,7 +42,7 @@ class ProjectTreeFilter : public QSortFilterProxyModel {
 
   ProjectTreeModel& tree_;
   QString filter_;
-  std::vector<long> lines_;
+  std::vector<codedb::Line> lines_;
   /// How the filter is found in each node, and whether the node is shown; empty without a filter.
   std::vector<Rank> ranks_;
   std::vector<bool> isShown_;

@@ -36,8 +36,8 @@ QModelIndex ProjectTreeModel::IndexOf(int node) const {
   return createIndex(rows_[static_cast<std::size_t>(node)], 0, static_cast<quintptr>(node));
 }
 
-void ProjectTreeModel::Mark(const std::string& key) {
-  const int node = tree_->Find(key);
+void ProjectTreeModel::Mark(codedb::ModuleNumber module) {
+  const int node = tree_->Find(module);
   const int before = std::exchange(marked_, node);
   for (const int changed : {before, node}) {
     const QModelIndex index = IndexOf(changed);

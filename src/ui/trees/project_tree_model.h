@@ -27,8 +27,8 @@ class ProjectTreeModel : public QAbstractItemModel {
   static int NodeOf(const QModelIndex& index);
   QModelIndex IndexOf(int node) const;
 
-  /// Moves the mark to the node with that key. A key without a node takes the mark away.
-  void Mark(const std::string& key);
+  /// Moves the mark to the node of a module. One without a node takes the mark away.
+  void Mark(codedb::ModuleNumber module);
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& index) const override;

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <stdexcept>
-#include <string>
 #include <string_view>
 
 #include <quillmate/analysis/scanner.h>
@@ -11,16 +9,12 @@
 
 namespace quillmate::analysis {
 
-/// Where a read stands: the counters of the project and the module being read.
+/// Where a read stands.
 struct ReadState {
-  /// 16 bit, 1 for the first module; the reader adds 1 before each module.
-  int moduleNumber = 0;
-  /// Project-wide, kept up by ScanModule.
-  std::int64_t routineCounter = 0;
-  /// Windows-1252.
-  std::string moduleName;
-  /// `mod_typ`.
-  int moduleKind = 0;
+  /// The module being read: number, name and kind. The reader adds 1 to the number before each module.
+  codedb::ModuleRecord module;
+  /// The last routine number given in the project, kept up by ScanModule.
+  codedb::RoutineNumber lastRoutine;
 };
 
 /// A module that the index can't hold. what() is German, UTF-8.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -34,9 +33,8 @@ enum class UnusedClass {
 std::string_view UnusedClassName(UnusedClass unused) noexcept;
 
 struct UnusedRoutine {
-  /// `mod_num` and `rou_num`.
-  std::int64_t moduleNumber = 0;
-  std::int64_t routineNumber = 0;
+  codedb::ModuleNumber moduleNumber;
+  codedb::RoutineNumber routineNumber;
   /// Windows-1252.
   std::string moduleName;
   std::string routineName;

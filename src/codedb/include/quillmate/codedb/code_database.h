@@ -2,11 +2,17 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include <quillmate/codedb/jet_sql.h>
+#include <quillmate/codedb/records.h>
 
 /// The index of one project: a SQLite file that takes the statements of the Jet dialect.
 ///
@@ -53,8 +59,9 @@ class Recordset {
   std::unique_ptr<State> state_;
 };
 
-/// The open database (there is one at a time). Statements are texts in the dialect that jet_sql.h describes,
-/// Windows-1252. Statements that differ in their values alone are prepared once.
+/// The open database (there is one at a time). What is read and written has an operation here, whose statement is a
+/// form that is prepared once; other statements are texts (Windows-1252). All operations throw DatabaseError, also when
+/// nothing is open.
 class CodeDatabase {
  public:
   CodeDatabase();
@@ -62,17 +69,17 @@ class CodeDatabase {
   CodeDatabase(const CodeDatabase&) = delete;
   CodeDatabase& operator=(const CodeDatabase&) = delete;
 
-  /// Opens the file shared and writable (read-only where the medium allows no more) and looks through all of it.
-  /// Throws DatabaseError when the file is missing, damaged, locked, or lacks one of the two tables; it is never
+  /// Opens a folder's database shared and writable (read-only where the medium allows no more) and looks through all of
+  /// it. Throws DatabaseError when the file is missing, damaged, locked, or lacks one of the two tables; it is never
   /// created. An earlier database is closed first. A mere reader writes nothing, neither into the file nor beside it.
-  void Open(const std::filesystem::path& file);
+  void OpenCodeDatabase(const std::filesystem::path& folder);
   /// Never fails; also when nothing is open.
-  void Close() noexcept;
+  void CloseCodeDatabase() noexcept;
   bool IsOpen() const noexcept;
 
-  /// Runs an action statement. Throws DatabaseError.
+  /// Runs an action statement.
   void ExecuteSql(std::string_view statement);
-  /// Runs a select statement. Throws DatabaseError.
+  /// Runs a select statement.
   Recordset OpenRecordset(std::string_view statement);
 
   /// One read is one transaction: everything up to Commit becomes visible at once, Rollback (or closing) drops it.
@@ -81,13 +88,72 @@ class CodeDatabase {
   void Commit();
   void Rollback() noexcept;
 
+  // What a read writes.
+
+  /// The module's row.
+  void InsertModule(const ModuleRecord& module);
+  /// The routine's row without its lines, which are found later.
+  void InsertRoutine(const RoutineRecord& routine);
+  void UpdateStart(RoutineNumber routine, Line line);
+  void UpdateEnd(RoutineNumber routine, Line line);
+  /// A Declare ends with its header.
+  void UpdateDeclareEnds(ModuleNumber module);
+
+  // All of the index.
+
+  /// The modules by number, without their routines.
+  std::vector<ModuleRecord> Modules();
+  /// The modules by number, each with its routines by number. Routines of no module are left out.
+  std::vector<ModuleRecord> ReadIndex();
+  int ModuleCount();
+
+  // The project tree. Neither lines nor header lines are filled.
+
+  /// The modules by kind and name.
+  std::vector<ModuleRecord> TreeModules();
+  /// Hands out the routines by module and name.
+  /// Hands out the start lines of all routines, 0 for one without.
+  void Starts(const std::function<void(RoutineNumber, Line)>& visit);
+  void TreeRoutines(const std::function<void(RoutineRecord&&)>& visit);
+
+  // One module or routine. Where several fit it is the one with the lowest number; nothing when none does.
+
+  /// Kind, name and number.
+  std::optional<ModuleRecord> Module(ModuleNumber number);
+  /// Names compare as in the index, so that several may differ in case; by number.
+  std::vector<ModuleRecord> ModulesNamed(std::string_view name);
+  /// The same for the routines of a module. Lines and header lines are not filled.
+  std::vector<RoutineRecord> RoutinesNamed(std::string_view name, ModuleNumber module);
+  /// Line 0 for a routine without one.
+  std::optional<Line> StartOf(RoutineNumber number);
+  /// Start and visibility.
+  std::optional<RoutineRecord> RoutineInModule(std::string_view name, ModuleNumber module);
+  /// A routine that is not private and the name of its module. Start, module and visibility are filled.
+  std::optional<std::pair<RoutineRecord, std::string>> RoutineInProject(std::string_view name);
+  /// The routine around a line: name, start and end.
+  std::optional<RoutineRecord> RoutineAt(Line line, ModuleNumber module);
+  /// All routines of a module that have lines, in the order in which RoutineAt prefers them; header lines are not
+  /// filled.
+  std::vector<RoutineRecord> RoutinesWithLines(ModuleNumber module);
+  /// The last line before the module's first routine.
+  std::optional<Line> LastDeclarationLine(ModuleNumber module);
+
+  // Subs, Functions and Declares that may be unused.
+
+  /// Public names that occur once in the project.
+  std::vector<std::string> PublicCandidates();
+  /// The others of one module.
+  std::vector<std::string> PrivateCandidates(ModuleNumber module);
+
  private:
   friend class Recordset;
+  class Rows;
   struct State;
+
+  void Execute(std::string_view form, std::initializer_list<JetValue> values);
+  Rows Query(std::string_view form, std::initializer_list<JetValue> values = {});
+
   std::unique_ptr<State> state_;
 };
-
-/// A text for use between single quotes in a statement: its own single quotes are doubled.
-std::string QuoteLiteral(std::string_view text);
 
 }  // namespace quillmate::codedb

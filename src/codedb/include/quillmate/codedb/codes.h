@@ -2,10 +2,12 @@
 
 #include <string>
 
+#include <quillmate/codedb/numbers.h>
+
 /// Code values of the index and the image keys made of them.
 namespace quillmate::codedb {
 
-/// `mod_typ`. Unknown kinds are stored as 32 so that they sort behind all others.
+/// `mod_typ`. Unknown kinds are stored as 32 so that they sort after all others.
 enum ModuleKind : int { kForm = 1, kStandard = 2, kClass = 3, kDocument = 5, kOtherKind = 32 };
 
 /// `rou_typ`; a Declare has 10 added.
@@ -22,13 +24,14 @@ enum RoutineKind : int {
 /// `rou_open`.
 enum Visibility : int { kPublic = 1, kPrivate = 2, kFriend = 3 };
 
-/// "M" + number: image key of a module kind, key of a module's tree node and stem of its text file.
-std::string ModuleKey(int number);
-/// "R" + number: key of a routine's tree node.
-std::string RoutineKey(int number);
-/// "R" + `rou_typ` + "O" + `rou_open`.
-std::string RoutineImageKey(int kind, int visibility);
-/// The number after the first character of a module or routine key; 0 when there is none.
-int KeyNumber(const std::string& key);
+/// Key of a module's tree node and stem of its text file.
+inline std::string ModuleKey(ModuleNumber number) { return "M" + std::to_string(number.value); }
+/// Key of a routine's tree node.
+inline std::string RoutineKey(RoutineNumber number) { return "R" + std::to_string(number.value); }
+/// Image keys of tree nodes.
+inline std::string ModuleImageKey(int kind) { return "M" + std::to_string(kind); }
+inline std::string RoutineImageKey(int kind, int visibility) {
+  return "R" + std::to_string(kind) + "O" + std::to_string(visibility);
+}
 
 }  // namespace quillmate::codedb

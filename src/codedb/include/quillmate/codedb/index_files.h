@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include <quillmate/codedb/numbers.h>
+
 /// The files of an index: the database and one marked-up text per module, all in the current project folder.
 namespace quillmate::codedb {
 
@@ -24,15 +26,15 @@ struct PrepareResult {
 PrepareResult PrepareCodeDatabase(const std::filesystem::path& folder, const std::filesystem::path& templateFile);
 
 /// The folder's database file.
-std::filesystem::path DatabasePath(const std::filesystem::path& folder);
-/// `folder` + "M" + number + ".txt".
-std::filesystem::path ModuleTextPath(const std::filesystem::path& folder, int moduleNumber);
+std::filesystem::path CodeDbPath(const std::filesystem::path& folder);
+/// `folder` + the module's key + ".txt".
+std::filesystem::path ModuleTextPath(const std::filesystem::path& folder, ModuleNumber module);
 
 /// Writes a module's marked-up text as a line-printing write does: the text and one CR LF. Throws
 /// files::FileError when the file can't be written whole.
-void WriteModuleText(const std::filesystem::path& folder, int moduleNumber, std::string_view markedText);
+void WriteModuleText(const std::filesystem::path& folder, ModuleNumber module, std::string_view markedText);
 /// The file's bytes. Throws files::FileError.
-std::string ReadModuleText(const std::filesystem::path& folder, int moduleNumber);
+std::string ReadModuleText(const std::filesystem::path& folder, ModuleNumber module);
 
 /// The code that was scanned, out of a module's marked-up text as the file holds it: without markers, and without the
 /// two line breaks that scan and write put at its end. Laid out as the display options had it.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -15,9 +16,10 @@
 ///   "text"                      'text'
 ///   table!column                table.column
 ///   --  and  /*                 operators, never comments
-/// Literals (text between quotes, numbers) become parameters, so that statements that differ in their values alone are
-/// prepared once. Literals stay where a parameter means something else: as an alias and in ORDER BY and GROUP BY.
 /// Only INSERT, UPDATE, DELETE and SELECT exist, one statement to a text, with or without a semicolon.
+///
+/// A form is a statement with holes for its values: "?" for a number, "'?'" for a text literal. It is prepared once;
+/// its values are bound. With the values filled in it is the statement that it stands for.
 namespace quillmate::codedb {
 
 /// A statement that is no statement of the dialect. what() is German, UTF-8.
@@ -26,38 +28,26 @@ class JetSyntaxError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A literal of a statement, as it stands there. Points into the statement's text.
-struct JetLiteral {
+/// What goes into a hole. The text is Windows-1252.
+struct JetValue {
+  JetValue(std::int32_t value) : number(value) {}
+  JetValue(std::string_view value) : text(value), isText(true) {}
+  JetValue(const std::string& value) : text(value), isText(true) {}
+
+  std::int32_t number = 0;
+  std::string_view text;
   bool isText = false;
-  /// Digits of a number; what stands between the quotes of a text, Windows-1252.
-  std::string_view source;
-  /// Not 0 when quotes inside are still doubled: that quote.
-  char doubledQuote = 0;
 };
 
-/// What statements that differ only in their literals have in common.
-struct JetShape {
-  /// The statement for SQLite, UTF-8, with one "?" for each lifted literal, in their order.
-  std::string sql;
-  /// The statement's text before, between and behind the lifted literals: one piece more than literals.
-  std::vector<std::string> pieces;
-  /// Of each lifted literal: the quote it stands in, 0 for a number.
-  std::string quotes;
-};
+/// A statement (Windows-1252) as SQLite takes it (UTF-8). Throws JetSyntaxError.
+std::string TranslateJet(std::string_view statement);
+/// The same for a form; each hole becomes a parameter, in their order.
+std::string TranslateJetForm(std::string_view form);
 
-struct JetStatement {
-  JetShape shape;
-  std::vector<JetLiteral> literals;
-};
+/// The statement that a form stands for with these values, one for each hole.
+std::string FillJetForm(std::string_view form, const std::vector<JetValue>& values);
 
-/// Translates one statement (Windows-1252). The literals point into `source`. Throws JetSyntaxError.
-JetStatement TranslateJet(std::string_view source);
-
-/// True when `statement` has that shape; its literals are then in `literals` (whose memory is reused). One pass, no
-/// allocation once `literals` has grown. Gives exactly what TranslateJet would.
-bool MatchJetShape(const JetShape& shape, std::string_view statement, std::vector<JetLiteral>& literals);
-
-/// The value of a text literal: quotes undoubled, Windows-1252.
-std::string JetLiteralText(const JetLiteral& literal);
+/// A text for use between single quotes in a statement: its own single quotes are doubled.
+std::string QuoteLiteral(std::string_view text);
 
 }  // namespace quillmate::codedb

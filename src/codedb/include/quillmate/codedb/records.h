@@ -1,36 +1,37 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include <quillmate/codedb/code_database.h>
+#include <quillmate/codedb/numbers.h>
 
-/// The rows of the index as records, for reports. Names are Windows-1252.
+/// The rows of the index as records. Names are Windows-1252; what a column lacks (NULL) reads as 0 or empty unless
+/// said.
 namespace quillmate::codedb {
 
+/// A row of td_rout. `kind` and `visibility` have the values of codes.h.
 struct RoutineRecord {
-  std::int64_t number = 0;
-  std::int64_t moduleNumber = 0;
+  RoutineNumber number;
+  ModuleNumber module;
   std::string name;
   int kind = 0;
   int visibility = 0;
+  /// Physical lines of the header.
   int headerLines = 0;
-  /// 1-based lines of the stored text; missing when the scan never saw the line.
-  std::optional<std::int64_t> start;
-  std::optional<std::int64_t> end;
+  /// Missing when the scan never saw the line.
+  std::optional<Line> start;
+  std::optional<Line> end;
 };
 
+/// A row of td_mod.
 struct ModuleRecord {
-  std::int64_t number = 0;
+  ModuleNumber number;
   std::string name;
   int kind = 0;
-  std::int64_t lines = 0;
+  std::int32_t lines = 0;
+  /// Filled by CodeDatabase::ReadIndex alone.
   std::vector<RoutineRecord> routines;
 };
-
-/// All modules by `mod_num`, each with its routines by `rou_num`. Throws DatabaseError.
-std::vector<ModuleRecord> ReadIndex(CodeDatabase& database);
 
 }  // namespace quillmate::codedb

@@ -46,7 +46,8 @@ std::string PreviewDocument(std::string_view html, std::string_view hostName);
 std::string_view HtmlTypeLine(std::string_view imageKey);
 
 /// Read from the module text files of an index folder, as in project_export.h.
-void ModuleHtml(const std::filesystem::path& folder, int moduleNumber, const text::CodeLook& look, const Sink& sink);
+void ModuleHtml(const std::filesystem::path& folder, codedb::ModuleNumber module, const text::CodeLook& look,
+                const Sink& sink);
 /// The modules one after the other, each a piece of its own; with `headers`, each begins with its header block.
 void ProjectHtml(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
                  const text::CodeLook& look, const Sink& sink);

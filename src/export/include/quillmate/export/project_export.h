@@ -15,8 +15,7 @@ namespace quillmate::output {
 
 /// A module as project exports need it.
 struct ModuleEntry {
-  /// `mod_num`.
-  int number = 0;
+  codedb::ModuleNumber number;
   /// Windows-1252.
   std::string name;
   /// Image key in the project tree, "M" and `mod_typ`.
@@ -26,20 +25,21 @@ struct ModuleEntry {
 /// All modules of an index by number, the order of project exports. Throws codedb::DatabaseError.
 std::vector<ModuleEntry> ReadModules(codedb::CodeDatabase& database);
 
-void ModuleRtf(const std::filesystem::path& folder, int moduleNumber, const text::CodeLook& look, const Sink& sink);
+void ModuleRtf(const std::filesystem::path& folder, codedb::ModuleNumber module, const text::CodeLook& look,
+               const Sink& sink);
 /// All modules in one document; with `headers`, each behind its header block, otherwise back to back.
 void ProjectRtf(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
                 const text::CodeLook& look, const Sink& sink);
 
 /// The code as the code view shows it, Windows-1252.
-void ModuleText(const std::filesystem::path& folder, int moduleNumber, const Sink& sink);
+void ModuleText(const std::filesystem::path& folder, codedb::ModuleNumber module, const Sink& sink);
 /// As the RTF of the project: the same modules and header blocks without colours.
 void ProjectText(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
                  const Sink& sink);
 
 /// The RTF into a file. An earlier file stays as it was until the new one is whole. A target that is no plain file (a
 /// device, a pipe) is written to directly. Throws std::runtime_error (UTF-8, names the file).
-void ExportModuleRtf(const std::filesystem::path& folder, int moduleNumber, const text::CodeLook& look,
+void ExportModuleRtf(const std::filesystem::path& folder, codedb::ModuleNumber module, const text::CodeLook& look,
                      const std::filesystem::path& target);
 void ExportProjectRtf(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
                       const text::CodeLook& look, const std::filesystem::path& target);

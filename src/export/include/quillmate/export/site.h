@@ -41,8 +41,7 @@ enum class SiteJudgement : std::uint8_t {
 
 /// A routine that nothing calls.
 struct SiteUnused {
-  /// `rou_num`.
-  std::int64_t routineNumber = 0;
+  codedb::RoutineNumber routineNumber;
   SiteJudgement judgement = SiteJudgement::kCertain;
 };
 

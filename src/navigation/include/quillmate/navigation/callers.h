@@ -17,14 +17,14 @@ enum class CallerScope {
   kFailed     // the index could not be asked
 };
 
-/// Settles the scope for a routine name (Windows-1252) in the module with a 0-based view index. Never throws.
-CallerScope FindCallerScope(codedb::CodeDatabase& database, int view, std::string_view name) noexcept;
+/// Settles the scope for a routine name (Windows-1252) in the module of a view. Never throws.
+CallerScope FindCallerScope(codedb::CodeDatabase& database, codedb::ViewIndex view, std::string_view name) noexcept;
 
 /// What the user is told when there is no scope (UTF-8); empty for kModule and kProject. kUnknown and kProperty come
 /// with an exclamation icon, kFailed with none.
 std::string_view ScopeMessage(CallerScope scope) noexcept;
 
-/// All routines whose code mentions a name, from one module to another (1-based, both included), by module and line:
+/// All routines whose code mentions a name, from one module to another (both included), by module and line:
 /// the content of the result tree `treRoutSuche`, each module's routines behind its own node.
 ///
 /// Only whole identifiers in the same spelling count, not those in comments and string literals. A routine's own header
@@ -32,11 +32,11 @@ std::string_view ScopeMessage(CallerScope scope) noexcept;
 /// routines. `tree.moduleCount` is the number of modules found.
 ///
 /// A routine comes again when its mentions are interrupted by those of another one that lies within it, as it happens
-/// around routines written on one line; `tree.byKey` then leads to the first of the nodes.
+/// around routines written on one line; `tree.Find` then leads to the first of the nodes.
 ///
 /// Throws codedb::DatabaseError, and std::runtime_error when a module's file can't be read.
-ProjectTree ScanCallers(codedb::CodeDatabase& database, ProjectTexts& texts, std::string_view name, int firstModule,
-                        int lastModule);
+ProjectTree ScanCallers(codedb::CodeDatabase& database, ProjectTexts& texts, std::string_view name,
+                        codedb::ModuleNumber first, codedb::ModuleNumber last);
 
 struct Callers {
   CallerScope scope = CallerScope::kUnknown;
@@ -45,6 +45,6 @@ struct Callers {
 };
 
 /// Both steps for the routine at the caret. `name` is not empty.
-Callers FindCallers(codedb::CodeDatabase& database, ProjectTexts& texts, int view, std::string_view name);
+Callers FindCallers(codedb::CodeDatabase& database, ProjectTexts& texts, codedb::ViewIndex view, std::string_view name);
 
 }  // namespace quillmate::navigation

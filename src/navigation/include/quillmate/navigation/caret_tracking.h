@@ -8,34 +8,22 @@
 
 namespace quillmate::navigation {
 
-/// A routine with its 1-based lines in the stored text.
-struct RoutineSpan {
-  /// Windows-1252.
-  std::string name;
-  long start = 0;
-  long end = 0;
-};
-
-/// The routine that a 1-based line of a module lies in, the first one that the database returns; nothing among the
-/// declarations and between routines. Throws codedb::DatabaseError.
-std::optional<RoutineSpan> RoutineAtLine(codedb::CodeDatabase& database, long line, int moduleNumber);
-
 /// Keeps the routine panel of the status bar in step with the caret. The database is asked only when the caret has
 /// come to another line, whichever view that line is in. Both calls throw codedb::DatabaseError.
 class CaretTracker {
  public:
   /// After a key or the left mouse button was released in a code view: the text for the panel, which is empty outside
   /// of routines; nothing when the panel keeps what it shows, so also in an empty view. Not to be called before a
-  /// project is loaded. `index` is the 0-based view index.
-  std::optional<std::string> Track(codedb::CodeDatabase& database, const CodeView& view, int index);
+  /// project is loaded.
+  std::optional<std::string> Track(codedb::CodeDatabase& database, const CodeView& view, codedb::ViewIndex index);
   /// After the caret was moved by the program: the text for the panel in any case.
-  std::string Refresh(codedb::CodeDatabase& database, const CodeView& view, int index);
+  std::string Refresh(codedb::CodeDatabase& database, const CodeView& view, codedb::ViewIndex index);
   /// After the caret was moved by the program and the panel was filled otherwise: the next call of Track asks the
   /// database in any case.
-  void Forget() noexcept { lastLine_ = -1; }
+  void Forget() noexcept { lastLine_ = {}; }
 
  private:
-  long lastLine_ = -1;  // 0-based; no line has been reported yet
+  codedb::Line lastLine_;  // 0: no line has been reported yet
 };
 
 }  // namespace quillmate::navigation

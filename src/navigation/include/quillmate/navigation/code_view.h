@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include <quillmate/codedb/numbers.h>
+
 namespace quillmate::navigation {
 
 /// How a stretch of code is shown.
@@ -46,6 +48,10 @@ class CodeView {
 
   /// 0-based line that holds the character at an offset; the offset may be the text's length.
   std::size_t LineFromChar(std::size_t offset) const noexcept;
+  /// The same as the index counts lines.
+  codedb::Line LineAt(std::size_t offset) const noexcept {
+    return {static_cast<std::int32_t>(LineFromChar(offset)) + 1};
+  }
   std::size_t LineCount() const noexcept { return lineStarts_.size(); }
   /// Offset of the first character of a 0-based line that exists.
   std::size_t LineStart(std::size_t line) const noexcept { return lineStarts_[line]; }
@@ -60,9 +66,9 @@ class CodeView {
   void Select(std::size_t start, std::size_t length, bool caretBehind = false) noexcept;
 
   /// Moves to the start of a line and selects its first word, with the result of a bisection over the characters.
-  /// `line` is a 1-based line of the stored text; 0 counts as 1. A line behind the end, or below 0, leaves the caret at
+  /// Line 0 counts as 1. A line behind the end, or below 0, leaves the caret at
   /// the end of the text with nothing selected.
-  void GoToLine(long line);
+  void GoToLine(codedb::Line line);
   /// Moves the caret back to the start of its line and selects up to the first blank, also beyond the line's end when
   /// the line has none: up to the end of the text at the worst.
   void SelectFirstWordOfLine();

@@ -25,27 +25,27 @@ class CodeViews {
 
   int Count() const noexcept;
   /// Index of the visible view.
-  int Current() const noexcept { return current_; }
-  void SetCurrent(int index) noexcept { current_ = index; }
+  codedb::ViewIndex Current() const noexcept { return current_; }
+  void SetCurrent(codedb::ViewIndex index) noexcept { current_ = index; }
 
   /// The view, its text read at the first call. Throws std::runtime_error when the file can't be read.
-  CodeView& View(int index);
+  CodeView& View(codedb::ViewIndex index);
   /// The colouring of that view's text.
-  const std::vector<StyleRun>& Runs(int index);
+  const std::vector<StyleRun>& Runs(codedb::ViewIndex index);
   /// True when the view's text has been read.
-  bool IsRead(int index) const noexcept;
+  bool IsRead(codedb::ViewIndex index) const noexcept;
 
  private:
   struct Slot {
     CodeView view;
     std::vector<StyleRun> runs;
   };
-  Slot& Read(int index);
+  Slot& Read(codedb::ViewIndex index);
 
   std::filesystem::path folder_;
   ProjectTexts* texts_ = nullptr;
   std::vector<std::unique_ptr<Slot>> slots_;  // null until the text has been read
-  int current_ = 0;
+  codedb::ViewIndex current_;
 };
 
 }  // namespace quillmate::navigation

@@ -13,18 +13,17 @@ inline constexpr std::string_view kUnknownIdentifierText = "Bezeichner unter Cur
 
 /// Where a routine is defined.
 struct Definition {
-  /// `mod_num`.
-  int moduleNumber = 0;
+  codedb::ModuleNumber moduleNumber;
   /// Windows-1252; empty when the routine is in the module that was asked from, which the caller knows.
   std::string moduleName;
-  /// 1-based line of the stored text; 0 when the index has none for the routine.
-  long startLine = 0;
+  /// 0 when the index has none for the routine.
+  codedb::Line startLine;
   bool sameModule = false;
 };
 
 /// Looks a name (Windows-1252) up as seen from a module: first among all routines of that module, private ones
 /// included, then among the routines of any module that are not private. Of several the first record that the database
-/// returns counts. `view` is the module's 0-based view index. Throws codedb::DatabaseError.
-std::optional<Definition> FindDefinition(codedb::CodeDatabase& database, int view, std::string_view name);
+/// returns counts. Throws codedb::DatabaseError.
+std::optional<Definition> FindDefinition(codedb::CodeDatabase& database, codedb::ViewIndex view, std::string_view name);
 
 }  // namespace quillmate::navigation

@@ -4,12 +4,13 @@
 #include <cstddef>
 #include <string>
 
+#include <quillmate/codedb/numbers.h>
+
 namespace quillmate::navigation {
 
 /// A place that the user has visited.
 struct Place {
-  /// 0-based view index.
-  int view = 0;
+  codedb::ViewIndex view;
   /// 0-based offset in the view's text.
   std::size_t caret = 0;
   /// What the status bar showed as module and routine, in the caller's encoding.

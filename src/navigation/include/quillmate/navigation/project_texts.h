@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include <quillmate/codedb/numbers.h>
+
 namespace quillmate::navigation {
 
 /// When the index in a folder was written; the least of all times when there is none.
@@ -36,7 +38,7 @@ class ProjectTexts {
   int Count() const noexcept { return static_cast<int>(texts_.size()); }
   /// Text of the module with that `mod_num`, 1 to Count(). Valid until the next Load. Throws std::runtime_error (UTF-8)
   /// when the file can't be read, or belongs to another project by now.
-  std::string_view Text(int moduleNumber);
+  std::string_view Text(codedb::ModuleNumber module);
 
  private:
   std::filesystem::path folder_;

@@ -9,10 +9,13 @@
 namespace quillmate::navigation {
 
 struct TreeNode {
-  /// "M" + `mod_num` or "R" + `rou_num`.
-  std::string key;
+  /// The module that the node is or belongs to.
+  codedb::ModuleNumber module;
+  /// 0 for a module's node.
+  codedb::RoutineNumber routine;
   /// Windows-1252.
   std::string text;
+  /// Image key.
   std::string image;
   /// Index of the parent node in `ProjectTree::nodes`; -1 for a module.
   int parent = -1;
@@ -24,21 +27,25 @@ struct ProjectTree {
   std::vector<TreeNode> nodes;
   int moduleCount = 0;
 
-  /// Index of the node with that key; -1 when there is none.
-  int Find(const std::string& key) const;
+  /// Index of the first node of a module or routine; -1 when there is none.
+  int Find(codedb::ModuleNumber module) const;
+  int Find(codedb::RoutineNumber routine) const;
+  /// The node for the same module or routine as one of another tree.
+  int Find(const TreeNode& other) const { return other.parent < 0 ? Find(other.module) : Find(other.routine); }
+  /// Adds a node and returns its index.
+  int Add(TreeNode node);
 
-  std::unordered_map<std::string, int> byKey;
+ private:
+  std::unordered_map<codedb::ModuleNumber, int> modules_;
+  std::unordered_map<codedb::RoutineNumber, int> routines_;
 };
 
 /// The two fills. Throw codedb::DatabaseError.
 void FillModuleNodes(codedb::CodeDatabase& database, ProjectTree& tree);
 void FillRoutineNodes(codedb::CodeDatabase& database, ProjectTree& tree);
 
-/// The 1-based start line of each node of a tree that is filled; 0 for modules, and where the index has none. Throws
+/// The start line of each node of a tree that is filled; 0 for modules, and where the index has none. Throws
 /// codedb::DatabaseError.
-std::vector<long> StartLines(codedb::CodeDatabase& database, const ProjectTree& tree);
-
-/// 1-based start line of a routine; 0 when the index has no such routine or no line for it.
-long RoutineStartLine(codedb::CodeDatabase& database, long routineNumber);
+std::vector<codedb::Line> StartLines(codedb::CodeDatabase& database, const ProjectTree& tree);
 
 }  // namespace quillmate::navigation

@@ -43,7 +43,7 @@ enum class SearchOutcome {
 struct SearchResult {
   SearchOutcome outcome = SearchOutcome::kNothing;
   /// What was found, to be shown and selected: view index, position and length.
-  int view = 0;
+  codedb::ViewIndex view;
   std::size_t position = 0;
   std::size_t length = 0;
   /// UTF-8, line breaks CR LF.
@@ -73,23 +73,21 @@ void ForEachMatch(std::string_view text, std::string_view searched, bool wholeWo
 /// One line of a list of hits.
 struct Hit {
   TextMatch match;
-  /// 1-based, as the index counts lines.
-  long line = 0;
+  codedb::Line line;
   /// Index of the routine in ModuleHits::routines; -1 outside of routines.
   int routine = -1;
 };
 
 /// The hits in one module. Their lines' texts are had from LineAround, so that a list of a million hits stays small.
 struct ModuleHits {
-  /// 0-based view index.
-  int view = 0;
-  std::vector<RoutineLines> routines;
+  codedb::ViewIndex view;
+  std::vector<codedb::RoutineRecord> routines;
   std::vector<Hit> hits;
 };
 
 /// Lines and routines of matches in a view, which come in text order; from whatever search. Throws
 /// codedb::DatabaseError.
-ModuleHits DescribeHits(codedb::CodeDatabase& database, const CodeView& view, int index,
+ModuleHits DescribeHits(codedb::CodeDatabase& database, const CodeView& view, codedb::ViewIndex index,
                         const std::vector<TextMatch>& matches);
 
 /// Every hit of the project, by view and position; modules without one are left out. Throws codedb::DatabaseError, and

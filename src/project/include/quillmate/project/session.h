@@ -43,7 +43,7 @@ class SessionListener {
 };
 
 /// What loading takes: failures throw codedb::DatabaseError or std::runtime_error (UTF-8) and leave everything as it
-/// was, unless something else is said. Names in code are Windows-1252; view indices count from 0, lines from 1.
+/// was, unless something else is said. Names in code are Windows-1252.
 class Session {
  public:
   /// `index` and `folder` are the program's open index and its current project folder; both must outlive the session.
@@ -70,8 +70,8 @@ class Session {
 
   /// Empty while no project is loaded.
   const std::shared_ptr<const navigation::ProjectTree>& Tree() const noexcept { return content_->tree; }
-  /// The 1-based first line of each node of the tree; 0 for modules. Asked for once.
-  const std::vector<long>& StartLines();
+  /// The first line of each node of the tree; 0 for modules. Asked for once.
+  const std::vector<codedb::Line>& StartLines();
   /// One empty view while no project is loaded.
   navigation::CodeViews& Views() noexcept { return content_->views; }
   navigation::ProjectTexts& Texts() noexcept { return content_->texts; }
@@ -80,14 +80,13 @@ class Session {
   /// The visible module, and the routine at the caret; empty outside of routines.
   const std::string& Module() const noexcept { return module_; }
   const std::string& Routine() const noexcept { return routine_; }
-  /// Key of the visible module in the tree.
-  std::string ModuleKey() const;
+  codedb::ModuleNumber VisibleModule() const;
   const navigation::RoutineHistory& History() const noexcept { return history_; }
 
   /// A node of the tree: the top of a module, or the first line of a routine, which is a visit for the history.
   void GoToNode(int node);
   /// A stretch of a view, which is selected.
-  void GoToMatch(int view, const navigation::TextMatch& match);
+  void GoToMatch(codedb::ViewIndex view, const navigation::TextMatch& match);
   /// The definition of a name as seen from the visible module; false when it is unknown. Back leads to the place that
   /// the jump began at.
   bool GoToDefinition(std::string_view name);
@@ -111,13 +110,13 @@ class Session {
     std::shared_ptr<const navigation::ProjectTree> tree = std::make_shared<navigation::ProjectTree>();
     navigation::ProjectTexts texts;
     navigation::CodeViews views;
-    std::vector<long> startLines;
+    std::vector<codedb::Line> startLines;
   };
   static std::unique_ptr<Content> ReadContent(codedb::CodeDatabase& index, const std::filesystem::path& folder);
 
   void Replace(std::unique_ptr<Content> content);
   void SetTitle(std::string title, bool isSaved);
-  void ShowModule(int view);
+  void ShowModule(codedb::ViewIndex view);
   void SetPlace(std::string module, std::string routine);
   std::string ModuleName() const;
   navigation::Place CurrentPlace();
