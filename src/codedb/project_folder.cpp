@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include <quillmate/codedb/code_database.h>
 #include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/project_folder.h>

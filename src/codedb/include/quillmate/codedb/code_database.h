@@ -111,9 +111,9 @@ class CodeDatabase {
 
   /// The modules by kind and name.
   std::vector<ModuleRecord> TreeModules();
-  /// Hands out the routines by module and name.
   /// Hands out the start lines of all routines, 0 for one without.
   void Starts(const std::function<void(RoutineNumber, Line)>& visit);
+  /// Hands out the routines by module and name.
   void TreeRoutines(const std::function<void(RoutineRecord&&)>& visit);
 
   // One module or routine. Where several fit it is the one with the lowest number; nothing when none does.
