@@ -80,7 +80,7 @@ std::optional<std::int64_t> LineOf(const std::optional<codedb::Line>& line) {
   return line ? std::optional<std::int64_t>(line->value) : std::nullopt;
 }
 
-void AppendRoutine(std::string& json, const codedb::RoutineRecord& routine) {
+void AppendRoutine(std::string& json, const codedb::RoutineRecord& routine, std::optional<std::int64_t> sourceLine) {
   JsonObject(json)
       .Number("rou_num", routine.number.value)
       .Text("rou_name", routine.name)
@@ -89,20 +89,22 @@ void AppendRoutine(std::string& json, const codedb::RoutineRecord& routine) {
       .Number("anz_dec_zeilen", routine.headerLines)
       .Number("rou_start", LineOf(routine.start))
       .Number("rou_ende", LineOf(routine.end))
+      .Number("source_line", sourceLine)
       .End();
 }
 
-void AppendModule(std::string& json, const codedb::ModuleRecord& module) {
+void AppendModule(std::string& json, const codedb::ModuleRecord& module, const Provenance& provenance) {
   JsonObject object(json);
   object.Number("mod_num", module.number.value)
       .Text("mod_name", module.name)
       .Number("mod_typ", module.kind)
-      .Number("mod_zeilen", module.lines)
-      .Key("routines");
+      .Number("mod_zeilen", module.lines);
+  provenance.Append(object, json, module.number);
+  object.Key("routines");
   JsonLines lines(json);
   for (const codedb::RoutineRecord& routine : module.routines) {
     lines.Next();
-    AppendRoutine(json, routine);
+    AppendRoutine(json, routine, provenance.SourceLine(module.number, routine.start));
   }
   lines.End();
   object.End();
@@ -110,14 +112,14 @@ void AppendModule(std::string& json, const codedb::ModuleRecord& module) {
 
 }  // namespace
 
-std::string ModuleJson(const std::vector<codedb::ModuleRecord>& modules) {
+std::string ModuleJson(const std::vector<codedb::ModuleRecord>& modules, const Provenance& provenance) {
   std::string json;
   JsonObject object(json);
   object.Key("modules");
   JsonLines lines(json);
   for (const codedb::ModuleRecord& module : modules) {
     lines.Next();
-    AppendModule(json, module);
+    AppendModule(json, module, provenance);
   }
   lines.End();
   object.End();

@@ -17,6 +17,7 @@
 #include "names.h"
 #include "output.h"
 #include "project_input.h"
+#include "provenance.h"
 #include "run_options.h"
 
 namespace quillmate::cli {
@@ -53,18 +54,26 @@ navigation::ProjectTree FindCallers(ProjectInput& input, codedb::ModuleNumber mo
   return std::move(callers.tree);
 }
 
-std::string CallersJson(const std::vector<navigation::TreeNode>& nodes) {
+std::string CallersJson(const std::vector<navigation::TreeNode>& nodes, ProjectInput& input) {
+  const Provenance provenance(input.Folder());
   std::string json;
   JsonLines modules(json);
   for (std::size_t i = 0; i < nodes.size();) {
     modules.Next();
     JsonObject module(json);
     module.Number("mod_num", nodes[i].module.value).Text("mod_name", nodes[i].text);
+    const codedb::ModuleNumber number = nodes[i].module;
+    provenance.Append(module, json, number);
     module.Key("routines");
     JsonLines routines(json);
     for (++i; i < nodes.size() && nodes[i].parent >= 0; ++i) {
       routines.Next();
-      JsonObject(json).Number("rou_num", nodes[i].routine.value).Text("rou_name", nodes[i].text).End();
+      const auto line = input.Database().StartOf(nodes[i].routine);
+      JsonObject(json)
+          .Number("rou_num", nodes[i].routine.value)
+          .Text("rou_name", nodes[i].text)
+          .Number("source_line", provenance.SourceLine(number, line))
+          .End();
     }
     routines.End();
     module.End();
@@ -82,14 +91,15 @@ std::string CallersText(const std::vector<navigation::TreeNode>& nodes) {
   return text::Utf8FromCode(text::ReplaceAll(output::BuildOutline(outline), text::kLineBreak, "\n"));
 }
 
-std::string DefinitionJson(const navigation::Definition& found, const std::string& moduleName) {
+std::string DefinitionJson(const navigation::Definition& found, const std::string& moduleName,
+                           const Provenance& provenance) {
   std::string json;
-  const auto line = found.startLine.value > 0 ? std::optional(std::int64_t{found.startLine.value}) : std::nullopt;
-  JsonObject(json)
-      .Number("mod_num", found.moduleNumber.value)
-      .Text("mod_name", moduleName)
-      .Number("rou_start", line)
-      .End();
+  const auto line = found.startLine.value > 0 ? std::optional(found.startLine) : std::nullopt;
+  JsonObject object(json);
+  object.Number("mod_num", found.moduleNumber.value).Text("mod_name", moduleName);
+  object.Number("rou_start", line ? std::optional(std::int64_t{line->value}) : std::nullopt);
+  provenance.Append(object, json, found.moduleNumber);
+  object.Number("source_line", provenance.SourceLine(found.moduleNumber, line)).End();
   return json + "\n";
 }
 
@@ -122,6 +132,7 @@ void ForEachHit(ProjectInput& input, const std::string& searched, bool wholeWord
 }
 
 void ListHitsAsJson(ProjectInput& input, const std::string& searched, bool wholeWord, Output& output) {
+  const Provenance provenance(input.Folder());
   std::string json;
   JsonLines lines(json);
   ForEachHit(input, searched, wholeWord, [&](const Hit& hit) {
@@ -129,6 +140,8 @@ void ListHitsAsJson(ProjectInput& input, const std::string& searched, bool whole
     JsonObject object(json);
     object.Number("mod_num", hit.moduleNumber.value).Text("mod_name", hit.moduleName);
     object.Number("line", hit.line.value).Text("text", hit.text.text);
+    provenance.Append(object, json, hit.moduleNumber);
+    object.Number("source_line", provenance.SourceLine(hit.moduleNumber, hit.line));
     if (hit.text.cutBefore || hit.text.cutBehind) object.True("cut");
     object.End();
     output.Write(std::exchange(json, {}));
@@ -155,7 +168,7 @@ void RunCallers(const Invocation& invocation) {
   const std::string& routine = Required(invocation.routine, "--routine");
   ProjectInput input(invocation, RunOptions(invocation));
   const auto tree = FindCallers(input, FindModule(input.Database(), module), routine);
-  WriteWhole(invocation.output, invocation.json ? CallersJson(tree.nodes) : CallersText(tree.nodes));
+  WriteWhole(invocation.output, invocation.json ? CallersJson(tree.nodes, input) : CallersText(tree.nodes));
 }
 
 void RunDefinition(const Invocation& invocation) {
@@ -173,8 +186,8 @@ void RunDefinition(const Invocation& invocation) {
     throw CommandFailure("Vom Modul " + Quoted(module) + " aus ist keine Routine " + Quoted(name) + " zu sehen");
   }
   const std::string moduleName = ModuleName(database, found->moduleNumber);
-  WriteWhole(invocation.output,
-             invocation.json ? DefinitionJson(*found, moduleName) : DefinitionText(*found, moduleName));
+  WriteWhole(invocation.output, invocation.json ? DefinitionJson(*found, moduleName, Provenance(input.Folder()))
+                                                : DefinitionText(*found, moduleName));
 }
 
 /// The first input is the text; blanks around it don't count, as in the window.

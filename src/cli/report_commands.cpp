@@ -33,7 +33,8 @@ void RunModules(const Invocation& invocation) {
   if (invocation.exact) return RunModulesExact(invocation);
   ProjectInput input(invocation, RunOptions(invocation));
   const auto modules = input.Database().ReadIndex();
-  WriteWhole(invocation.output, invocation.json ? ModuleJson(modules) : ModuleTable(modules));
+  WriteWhole(invocation.output,
+             invocation.json ? ModuleJson(modules, Provenance(input.Folder())) : ModuleTable(modules));
 }
 
 void RunOutline(const Invocation& invocation) {

@@ -37,8 +37,9 @@ void AppendMember(std::string& json, std::string_view key, std::uint32_t number)
 
 void AppendModuleJson(std::string& json, const ReferenceIndex& index, symbols::Index module) {
   const symbols::ModuleInfo& info = index.Modules()[module];
+  const std::string& file = info.file.empty() ? index.Projects()[info.project].file : info.file;
   json += "\"file\":";
-  info.file.empty() ? void(json += "null") : AppendJsonUtf8(json, info.file);
+  file.empty() ? void(json += "null") : AppendJsonUtf8(json, file);
   AppendMember(json, "project", index.Projects()[info.project].name);
   AppendMember(json, "module", info.name);
 }

@@ -8,6 +8,7 @@
 #include "messages.h"
 #include "output.h"
 #include "project_input.h"
+#include "provenance.h"
 #include "run_options.h"
 #include "unused_exact.h"
 
@@ -20,17 +21,20 @@ bool IsOneOf(const UnusedRoutine& routine, const std::vector<std::string>& class
   return std::ranges::find(classes, analysis::UnusedClassName(routine.unused)) != classes.end();
 }
 
-std::string UnusedJson(const std::vector<UnusedRoutine>& routines) {
+std::string UnusedJson(const std::vector<UnusedRoutine>& routines, ProjectInput& input) {
+  const Provenance provenance(input.Folder());
   std::string json;
   JsonLines lines(json);
   for (const UnusedRoutine& routine : routines) {
     lines.Next();
-    JsonObject(json)
-        .Number("mod_num", routine.moduleNumber.value)
+    JsonObject object(json);
+    object.Number("mod_num", routine.moduleNumber.value)
         .Text("mod_name", routine.moduleName)
         .Text("rou_name", routine.routineName)
-        .Text("class", analysis::UnusedClassName(routine.unused))
-        .End();
+        .Text("class", analysis::UnusedClassName(routine.unused));
+    provenance.Append(object, json, routine.moduleNumber);
+    const auto line = input.Database().StartOf(routine.routineNumber);
+    object.Number("source_line", provenance.SourceLine(routine.moduleNumber, line)).End();
   }
   lines.End();
   return json + "\n";
@@ -61,7 +65,7 @@ void RunUnused(const Invocation& invocation) {
   if (!invocation.only.empty()) {
     std::erase_if(routines, [&](const UnusedRoutine& r) { return !IsOneOf(r, invocation.only); });
   }
-  WriteWhole(invocation.output, invocation.json ? UnusedJson(routines) : UnusedText(routines));
+  WriteWhole(invocation.output, invocation.json ? UnusedJson(routines, input) : UnusedText(routines));
   if (failures > 0) {
     throw CommandFailure("Nie aufgerufene Routinen, die es nicht geben soll: " + std::to_string(failures));
   }

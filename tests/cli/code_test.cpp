@@ -26,6 +26,7 @@ class CodeCommands : public CliTest {
 };
 
 TEST_F(CodeCommands, AnswerInTextAndJson) {
+  const std::string main = Origin("haupt.bas", "haupt");
   const struct {
     const char* line;
     Result expected;
@@ -33,28 +34,35 @@ TEST_F(CodeCommands, AnswerInTextAndJson) {
       {"unused", Success("Haupt\n\tAuto_Open (host)\n\tÜbrig (sicher)\n\tSpät (text)\n"
                          "Gruß\n\tOffen (sicher)\n\tZeit (sicher)\n")},
       {"unused --json --only text --only=host",
-       Success("[\n{\"mod_num\":1,\"mod_name\":\"Haupt\",\"rou_name\":\"Auto_Open\",\"class\":\"host\"},\n"
-               "{\"mod_num\":1,\"mod_name\":\"Haupt\",\"rou_name\":\"Spät\",\"class\":\"text\"}\n]\n")},
+       Success("[\n{\"mod_num\":1,\"mod_name\":\"Haupt\",\"rou_name\":\"Auto_Open\",\"class\":\"host\"," + main +
+               ",\"source_line\":2},\n"
+               "{\"mod_num\":1,\"mod_name\":\"Haupt\",\"rou_name\":\"Spät\",\"class\":\"text\"," +
+               main + ",\"source_line\":5}\n]\n")},
       {"unused --only host --fail-on sicher",
        {1, "Haupt\n\tAuto_Open (host)\n", Messages({"Nie aufgerufene Routinen, die es nicht geben soll: 3"})}},
       {"callers --module gruß --routine ANFANG", Success("Haupt\n\tAuto_Open\nGruß\n\tAnfang\n")},
       {"callers --json --module Gruß --routine Summe",
-       Success("[\n{\"mod_num\":1,\"mod_name\":\"Haupt\",\"routines\":[\n{\"rou_num\":2,\"rou_name\":\"Spät\"}\n]},\n"
-               "{\"mod_num\":2,\"mod_name\":\"Gruß\",\"routines\":[\n{\"rou_num\":7,\"rou_name\":\"Summe\"}\n]}\n]\n")},
+       Success("[\n{\"mod_num\":1,\"mod_name\":\"Haupt\"," + main +
+               ",\"routines\":[\n{\"rou_num\":2,\"rou_name\":\"Spät\",\"source_line\":5}\n]},\n"
+               "{\"mod_num\":2,\"mod_name\":\"Gruß\"," +
+               Origin("gruss.bas", "gruss") +
+               ",\"routines\":[\n{\"rou_num\":7,\"rou_name\":\"Summe\",\"source_line\":7}\n]}\n]\n")},
       {"callers --module Karte --routine Name",
        Refusal(1, {"Property wird von der Routinensuche nicht unterstützt: Name"})},
       {"callers --module Karte --routine →", Refusal(1, {"Infos zu Routine nicht gefunden: →"})},
       {"callers --module Nirgends --routine Name", Refusal(1, {"Es gibt kein Modul \"Nirgends\""})},
       {"definition --module Karte --name übrig", Success("Haupt:7\n")},
       {"definition --json --module karte --name NAME",
-       Success("{\"mod_num\":3,\"mod_name\":\"Karte\",\"rou_start\":2}\n")},
+       Success("{\"mod_num\":3,\"mod_name\":\"Karte\",\"rou_start\":2," + Origin("karte.cls", "karte") +
+               ",\"source_line\":7}\n")},
       {"definition --json --module Karte --name Spät",
        {1, "null\n", Messages({"Vom Modul \"Karte\" aus ist keine Routine \"Spät\" zu sehen"})}},
       {"search ' ANFANG '", Success("Haupt:2:     Anfang: Application.Run \"Spät\"\n"
                                     "Haupt:5:     x = Gruß.Summe(1, 2) ' anfang\n"
                                     "Gruß:2: Public Sub Anfang()\n")},
       {"search --json --whole-word ÜBRIG",
-       Success("[\n{\"mod_num\":1,\"mod_name\":\"Haupt\",\"line\":7,\"text\":\"Sub Übrig()\"}\n]\n")},
+       Success("[\n{\"mod_num\":1,\"mod_name\":\"Haupt\",\"line\":7,\"text\":\"Sub Übrig()\"," + main +
+               ",\"source_line\":8}\n]\n")},
       {"search --json --whole-word brig", Success("[]\n")},
       {"search →", Success()},
   };
@@ -72,8 +80,9 @@ TEST_F(CodeCommands, SearchInALongLine) {
   Write("lang.bas", "'\n'\n'" + std::string(3000, '-') + "hier" + std::string(9, '+') + "\n");
   const std::string shown = std::string(1010, '-') + "hier" + std::string(9, '+');
   EXPECT_EQ(Run("search hier lang.bas").out, "lang:3: …" + shown + "\n");
-  EXPECT_EQ(Run("search --json hier lang.bas").out,
-            "[\n{\"mod_num\":1,\"mod_name\":\"lang\",\"line\":3,\"text\":\"" + shown + "\",\"cut\":true}\n]\n");
+  EXPECT_EQ(Run("search --json hier lang.bas").out, "[\n{\"mod_num\":1,\"mod_name\":\"lang\",\"line\":3,\"text\":\"" +
+                                                        shown + "\"," + Origin("lang.bas", "lang") +
+                                                        ",\"source_line\":3,\"cut\":true}\n]\n");
 }
 
 TEST_F(CodeCommands, WrongUsage) {

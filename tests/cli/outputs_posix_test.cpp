@@ -106,6 +106,7 @@ TEST_F(CliTest, ATerminalGetsNothingThatItObeys) {
   // A terminal escape, and bytes that are a control (U+009B) and an override (U+202E) once they pass for UTF-8.
   const std::string code = "'\t\033[2J\r\n'\302\233\342\200\256\201\r\n'\377\r\n";
   Write("a.bas", "Attribute VB_Name = \"M\033\"\n" + code);
+  const std::string origin = Origin("a.bas", "a") + ",\"source_line\":3";
   const struct {
     const char* line;
     std::string shown;
@@ -114,8 +115,8 @@ TEST_F(CliTest, ATerminalGetsNothingThatItObeys) {
       {"text --module M\033 a.bas", "'\t\\u001b[2J\r\n'Â›â€®\\u0081\r\n'ÿ\r\n\r\n", code + "\r\n"},
       {"outline a.bas", "M\\u001b\n", "M\033\n"},
       {"search --json › a.bas",
-       "[\n{\"mod_num\":1,\"mod_name\":\"M\\u001b\",\"line\":2,\"text\":\"'Â›â€®\\u0081\"}\n]\n",
-       "[\n{\"mod_num\":1,\"mod_name\":\"M\\u001b\",\"line\":2,\"text\":\"'Â›â€®\302\201\"}\n]\n"},
+       "[\n{\"mod_num\":1,\"mod_name\":\"M\\u001b\",\"line\":2,\"text\":\"'Â›â€®\\u0081\"," + origin + "}\n]\n",
+       "[\n{\"mod_num\":1,\"mod_name\":\"M\\u001b\",\"line\":2,\"text\":\"'Â›â€®\302\201\"," + origin + "}\n]\n"},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(Run(c.line, {.behind = ">" + terminal.Name()}), Success()) << c.line;

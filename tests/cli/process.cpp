@@ -6,6 +6,7 @@
 
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
+#include <quillmate/text/operations.h>
 
 namespace quillmate::cli {
 
@@ -37,6 +38,10 @@ std::string CliTest::Read(const std::string& name) const { return files::ReadWho
 std::string CliTest::Names(const std::string& folder) const { return files::Names(folder_ / folder); }
 
 std::string CliTest::Full(const std::string& name) const { return files::PathText((folder_ / name).make_preferred()); }
+
+std::string CliTest::Origin(const std::string& file, const std::string& project) const {
+  return "\"file\":\"" + text::ReplaceAll(Full(file), "\\", "\\\\") + "\",\"project\":\"" + project + "\"";
+}
 
 std::vector<std::string> Words(const std::string& line) {
   std::vector<std::string> words;

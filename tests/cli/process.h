@@ -91,6 +91,8 @@ class CliTest : public testing::Test {
   std::string Names(const std::string& folder) const;
   /// The full path of something below the test's folder as messages show it.
   std::string Full(const std::string& name) const;
+  /// What the JSON of a module tells of where it came from: a file below the test's folder, and its project.
+  std::string Origin(const std::string& file, const std::string& project) const;
   const fs::path& Folder() const { return folder_.Path(); }
   const fs::path& Scratch() const { return scratch_.Path(); }
 

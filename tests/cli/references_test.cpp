@@ -1,6 +1,8 @@
 #include <fstream>
 
 #include <quillmate/files/file_bytes.h>
+#include <quillmate/files/paths.h>
+#include <quillmate/text/operations.h>
 
 #include "places.h"
 #include "process.h"
@@ -9,6 +11,13 @@ namespace quillmate::cli {
 namespace {
 
 const fs::path kReferences = tests::SourceFolder() / "tests/cli/reference";
+
+/// Paths as seen from the checkout's own folder, wherever it lies.
+std::string WithoutCheckout(const std::string& json) {
+  const std::string folder = files::PathText(tests::SourceFolder().lexically_normal()) + "/";
+  const std::string plain = text::ReplaceAll(json, "\\\\", "/");
+  return text::ReplaceAll(plain, text::ReplaceAll(folder, "\\", "/"), "");
+}
 
 /// The sample project through every command of the list in commands.txt, byte for byte. scripts/renew-references renews
 /// the files.
@@ -21,7 +30,8 @@ TEST_F(CliTest, References) {
     const std::string file = arguments.front();
     arguments.erase(arguments.begin());
     arguments.push_back((tests::SourceFolder() / "samples/Lagerverwaltung").string());
-    const Result result = RunAt(Program(), arguments);
+    Result result = RunAt(Program(), arguments);
+    if (file.ends_with(".json")) result.out = WithoutCheckout(result.out);
     EXPECT_EQ(result.err, "");
     ++references;
     const fs::path expected = kReferences / file;

@@ -23,9 +23,10 @@ TEST_F(CliTest, ReportsOfSourcesAndOfTheSavedProject) {
     EXPECT_EQ(Run(command + "p"), result);
   }
   EXPECT_NE(Run("modules p").out.find("\nModul 3: leer, Anderes Modul (32), 3 Zeilen\n"), std::string::npos);
-  EXPECT_TRUE(Run("modules --json p")
-                  .out.ends_with("{\"mod_num\":4,\"mod_name\":\"A\\\"\\\\\\u0001\\tB\",\"mod_typ\":2,\"mod_zeilen\":3,"
-                                 "\"routines\":[]}\n]}\n"));
+  EXPECT_TRUE(
+      Run("modules --json p")
+          .out.ends_with("{\"mod_num\":4,\"mod_name\":\"A\\\"\\\\\\u0001\\tB\",\"mod_typ\":2,\"mod_zeilen\":3," +
+                         Origin("odd.bas", "odd") + ",\"routines\":[]}\n]}\n"));
 }
 
 TEST_F(CliTest, EmptyProjectHasEmptyReports) {

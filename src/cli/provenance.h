@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+#include <quillmate/codedb/facts.h>
+#include <quillmate/codedb/numbers.h>
+#include <quillmate/symbols/project_sources.h>
+
+#include "json.h"
+
+namespace quillmate::cli {
+
+/// Where the modules of an index came from, for JSON. What is unknown is null: everything of a project without facts.
+class Provenance {
+ public:
+  explicit Provenance(const std::filesystem::path& folder);
+
+  /// Appends the members "file" and "project" to the object in `json`.
+  void Append(JsonObject& object, std::string& json, codedb::ModuleNumber module) const;
+  /// The line of the module's own file that stands in a line of the stored text.
+  std::optional<std::int64_t> SourceLine(codedb::ModuleNumber module, std::optional<codedb::Line> line) const;
+
+ private:
+  struct Module {
+    const codedb::ModuleFacts* facts;
+    symbols::ModulePlaces places;
+  };
+
+  std::optional<codedb::Facts> facts_;
+  std::unordered_map<std::int64_t, Module> modules_;
+};
+
+}  // namespace quillmate::cli
