@@ -307,7 +307,7 @@ void Parser::ParseParameter(Index owner) {
       break;
     }
   }
-  if (!AtFreeName()) return;
+  if (!AtName() || AtWord(kWordAs)) return;
   const Token& name = tokens_[at_++];
   const Index parameter = DeclareChild(name, DeclarationKind::kParameter, owner);
   Decl(parameter).flags |= flags;

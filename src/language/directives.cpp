@@ -132,6 +132,7 @@ void Parser::ParseElseDirective(bool condition) {
 void Parser::EnterBranch(Group& group, bool condition) {
   const std::uint32_t from = at_;
   const std::uint32_t to = condition ? ConditionEnd(from) : from;
+  context_ = group.outer == Activity::kActive ? 0 : use_flag::kInactive;
   if (condition) EmitConditionals(from, to);
   const bool dead = group.outer == Activity::kDead || (condition && group.closed && IsNeverTrue(from, to));
   const bool holds = !condition || constants_.Evaluate({tokens_ + from, tokens_ + to}).IsTrue();

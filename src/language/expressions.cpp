@@ -227,7 +227,7 @@ bool Parser::StepName(const Token& token) {
   }
   if (ClassOfName(token) != WordClass::kName) return StepWord(token);
   if (Outermost() && OperandBefore() && mode_ != Mode::kOutputList) return false;
-  if (graphics_ && Outermost() && IsGraphicsMark()) {
+  if (drawing_ != Drawing::kNothing && Outermost() && IsGraphicsMark()) {
     ++at_;
     return true;
   }
@@ -468,10 +468,10 @@ void Parser::FinishArgument() {
   if (literal) module_->strings.back().whole = true;
 }
 
-/// "B" or "BF" as last item of Line, "Step" before a point.
+/// "B" or "BF" behind the colour of Line, "Step" before a point.
 bool Parser::IsGraphicsMark() const {
   if (AtWord(kWordStep)) return IsOperator(at_ + 1, Operator::kOpen);
-  const bool mark = AtWord(kWordB) || AtWord(kWordBF) || AtWord(kWordF);
+  const bool mark = drawing_ == Drawing::kLine && (AtWord(kWordB) || AtWord(kWordBF));
   if (!mark || at_ == 0 || !IsOperator(at_ - 1, Operator::kComma)) return false;
   const Token& next = tokens_[at_ + 1];
   return next.kind == TokenKind::kEnd || IsOperator(at_ + 1, Operator::kColon) || IsWord(at_ + 1, kWordElse);

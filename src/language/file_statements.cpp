@@ -120,11 +120,11 @@ bool Parser::BeginsGraphics(std::uint32_t token) const {
   return false;
 }
 
-void Parser::ParseGraphics(Index callee) {
+void Parser::ParseGraphics(Index callee, Drawing drawing) {
   if (callee != kNone) Use(callee).flags |= use_flag::kOutputList;
-  graphics_ = true;
+  drawing_ = drawing;
   Run(Mode::kOutputList, callee);
-  graphics_ = false;
+  drawing_ = Drawing::kNothing;
   SkipToEnd();
 }
 

@@ -442,20 +442,19 @@ void Lexer::ReadRadixNumber(std::uint32_t prefix) {
 }
 
 void Lexer::ReadAmpersand() {
-  const bool glued = (pending_ & token_flag::kBlankBefore) == 0;
   const bool operand = EndsOperand();
-  const bool reserved = operand && tokens_.back().kind == TokenKind::kName && tokens_.back().name < kWordAccess &&
-                        (tokens_.back().flags & token_flag::kBracketed) == 0;
-  const char next = static_cast<char>(at_[1] | 0x20);
-  const char* digits = at_ + 2;
-  if (next == 'h') {
-    while (IsHexDigit(*digits)) ++digits;
-    // Behind a name it is an argument ("Sleep &H10"), behind any other operand a concatenation with its blank missing.
-    const bool argument = !operand || reserved || (!glued && tokens_.back().kind == TokenKind::kName);
-    if (digits > at_ + 2 && !GoesOnWithName(*digits) && argument) return ReadRadixNumber(2);
-  } else if (!operand || reserved) {
-    if (next == 'o' && IsAsciiDigit(at_[2])) return ReadRadixNumber(2);
-    if (IsAsciiDigit(at_[1])) return ReadRadixNumber(1);
+  const bool name = operand && tokens_.back().kind == TokenKind::kName;
+  const bool reserved =
+      name && tokens_.back().name < kWordAccess && (tokens_.back().flags & token_flag::kBracketed) == 0;
+  // Behind a name it is an argument ("Sleep &H10"), behind any other operand a concatenation with its blank missing.
+  const bool argument = !operand || reserved || (name && (pending_ & token_flag::kBlankBefore) != 0);
+  const char radix = static_cast<char>(at_[1] | 0x20);
+  if (argument && (radix == 'h' || radix == 'o')) {
+    const char* digits = at_ + 2;
+    while (radix == 'h' ? IsHexDigit(*digits) : IsAsciiDigit(*digits)) ++digits;
+    if (digits > at_ + 2 && !GoesOnWithName(*digits)) return ReadRadixNumber(2);
+  } else if ((!operand || reserved) && IsAsciiDigit(at_[1])) {
+    return ReadRadixNumber(1);
   }
   PushOperator(Operator::kConcatenate, 1);
 }

@@ -32,7 +32,7 @@ void Parser::Parse(std::string_view text, const ParseOptions& options, NameTable
 
 void Parser::Reset() {
   context_ = 0;
-  graphics_ = false;
+  drawing_ = Drawing::kNothing;
   assigned_ = kNone;
   inlineIfs_.clear();
   activity_ = Activity::kActive;

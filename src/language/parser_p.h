@@ -144,7 +144,9 @@ class Parser {
   bool IsRename() const;
   void ParseName();
   bool BeginsGraphics(std::uint32_t token) const;
-  void ParseGraphics(Index callee);
+  /// An output list of points, and of Line.
+  enum class Drawing : std::uint8_t { kNothing, kPoints, kLine };
+  void ParseGraphics(Index callee, Drawing drawing);
 
   // ------------------------------------------------------------------------------------------ declarations.cpp
 
@@ -297,9 +299,9 @@ class Parser {
 
   std::vector<Frame> frames_;
   Mode mode_ = Mode::kExpression;
-  bool continues_ = false;       ///< a statement follows without ":": behind Then, Else, a header's End
-  Index statementUse_ = kNone;   ///< first use of the statement
-  bool graphics_ = false;        ///< an output list of points
+  bool continues_ = false;      ///< a statement follows without ":": behind Then, Else, a header's End
+  Index statementUse_ = kNone;  ///< first use of the statement
+  Drawing drawing_ = Drawing::kNothing;
   Index assigned_ = kNone;       ///< the target whose value is read
   std::uint32_t context_ = 0;    ///< use_flag of every use
   std::vector<bool> inlineIfs_;  ///< one-line Ifs of the line, true once their Else has come

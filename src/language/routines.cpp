@@ -72,6 +72,7 @@ void Parser::ParseHeader(const Header& header) {
   const bool valued = header.kind == DeclarationKind::kFunction || header.kind == DeclarationKind::kPropertyGet;
   if (valued || AtWord(kWordAs)) ParseType(declaration, name, false);
   if (TakeWord(kWordStatic)) Decl(declaration).flags |= declaration_flag::kStatic;
+  module_->variants.back().lastLine = module_->routines[routine_].headerLastLine = tokens_[at_ - 1].line;
   SkipToEnd();
   Complete(StatementKind::kHeader, first, false);
 }
@@ -98,10 +99,9 @@ void Parser::OpenRoutine(const Header& header, std::uint32_t firstToken) {
 /// The active header counts, else the first.
 void Parser::AddVariant(Index declaration, std::uint32_t firstLine) {
   Routine& routine = module_->routines[routine_];
-  const std::uint32_t lastLine = tokens_[tokenCount_ - 1].line;
-  module_->variants.push_back({routine_, declaration, firstLine, lastLine, activity_ == Activity::kActive});
+  module_->variants.push_back({routine_, declaration, firstLine, firstLine, activity_ == Activity::kActive});
   ++routine.variantCount;
-  routine.headerLastLine = lastLine;
+  routine.headerLastLine = firstLine;
   if (routine.declaration == kNone) {
     routine.declaration = declaration;
     return;

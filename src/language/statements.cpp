@@ -349,7 +349,7 @@ bool Parser::ParseContextualStatement(NameId word) {
   }
   if (!BeginsGraphics(at_ + 1)) return false;
   ++at_;
-  ParseGraphics(kNone);
+  ParseGraphics(kNone, word == kWordLine ? Drawing::kLine : Drawing::kPoints);
   Complete(StatementKind::kGraphics, first, true);
   return true;
 }
@@ -388,7 +388,7 @@ void Parser::ParseCallArguments(Index callee) {
   }
   const bool drawing = name == kWordLine || name == kWordCircle || name == kWordPSet || name == kWordScale;
   if (member && drawing && BeginsGraphics(at_)) {
-    ParseGraphics(callee);
+    ParseGraphics(callee, name == kWordLine ? Drawing::kLine : Drawing::kPoints);
     return;
   }
   if ((Use(callee).flags & use_flag::kParenthesised) != 0) {

@@ -14,6 +14,9 @@ TEST(Declarations, AndTheirUses) {
     const char* declarations;
     const char* uses;
   } kCases[] = {
+      {"#If Mac Then\nDim a(K)\n#ElseIf Win64 Then\nSub A(Type As Long, _\nx): y\nEnd Sub\n#End If",
+       "variable a@2,array,inactive,private; sub A@4,public; parameter Type@4:Long<A; parameter x@5<A;",
+       "conditional Mac@1; K@2,inactive,constant; conditional Win64@3; call y@5;"},
       {"DefInt A-C, X\nDefStr S\nDim a, b As Long, s1, z$, [c x]\nPrivate Const K& = 3, L As String = \"x\" & Z, M = K "
        "+ 1\nGlobal Const G = 1\nPublic arr(1 To K, 5) As New C, v() As Lib.C.D, f As String * K\nDim Shared "
        "q\nPrivate WithEvents e As CDb, w\nDeclare Function F1& CDecl Lib \"k\" Alias \"x\" (ByVal p&, Optional q As "

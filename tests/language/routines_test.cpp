@@ -92,5 +92,25 @@ TEST(Routines, Metrics) {
   for (const auto& [code, expected] : kCases) EXPECT_EQ(Metrics(ParseModule(code)), expected) << code;
 }
 
+/// Kinds by name, with the blocks around them, and the statement's own text.
+TEST(Routines, StatementsOnRequest) {
+  ParseOptions options;
+  options.keepStatements = options.keepTokens = true;
+  const Module module = ParseModule(
+      "Sub A(x, _\n  y): Dim z: 10 z = 1\n20 If x Then\nf x: Exit Sub\nElse: g\nEnd If\nIf a Then b Else Stop\nEnd Sub",
+      options);
+  std::string text;
+  for (const Statement& statement : module.statements) {
+    text += std::to_string(statement.depth) + ' ' +
+            std::string(module.text.substr(statement.offset, statement.length)) + '|';
+    EXPECT_EQ(module.tokens[statement.firstToken].offset, statement.offset);
+  }
+  EXPECT_EQ(text,
+            "0 Sub A(x, _\n  y)|0 Dim z|0 10 z = 1|0 If x Then|1 f x|1 Exit Sub|1 Else|1 g|0 End If|0 If a Then|1 b|1 "
+            "Else|1 Stop|0 End Sub|");
+  EXPECT_EQ(module.routines[0].headerLastLine, 2U);
+  EXPECT_EQ(module.statements[4].kind, StatementKind::kCall);
+}
+
 }  // namespace
 }  // namespace quillmate::language

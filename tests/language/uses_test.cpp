@@ -15,6 +15,8 @@ struct Case {
 /// Each a line of a routine: its names and what it does with them.
 TEST(Uses, OfStatements) {
   const Case kCases[] = {
+      {"Circle (x, y), B: Line (x, y)-(z, w), B, F: PSet (x, y), BF", "x; y; B; x; y; z; w; B; F; x; y; BF;"},
+      {"s = a &O17: Foo &O17: x = a &Hab", "let s; a; call Foo(1); let x; a;"},
       {"rs!Feld = 1: !Feld = a!b!c: x! = y!", "rs; let rs!Feld; let ~!Feld; a; key a!b; key a!b!c; let x!; y!;"},
       {"Range(\"A1\").End(xlDown).Select", "Range(1); Range.End(1); xlDown<End1; call Range.End.Select;"},
       {"rs.Type = 1: x = o.Property: o.Next: .Print \"a\"; b",

@@ -27,7 +27,7 @@ namespace quillmate::language {
   X(Local) X(Mid) X(MidB) X(Module) X(Name) X(Object) X(Output) X(Property) X(PSet) X(PtrSafe) X(Random) X(Randomize)  \
   X(Read) X(Reset) X(Scale) X(Step) X(Text) X(Unload) X(Version) X(Width)                                              \
   /* marks of graphics statements */                                                                                   \
-  X(B) X(BF) X(F)                                                                                                      \
+  X(B) X(BF)                                                                                                           \
   /* functions of conditions of #If */                                                                                 \
   X(Abs) X(CBool) X(CByte) X(CCur) X(CDate) X(CDbl) X(CInt) X(CLng) X(CLngLng) X(CLngPtr) X(CSng) X(CStr) X(CVar)      \
   X(Fix) X(Int) X(Len) X(LenB) X(Sgn)                                                                                  \
