@@ -107,7 +107,7 @@ void Lexer::EnterTail() {
 }
 
 bool Lexer::Next() {
-  tokens_.clear();
+  count_ = 0;
   comments_.clear();
   open_.clear();
   pending_ = token_flag::kBlankBefore;
@@ -125,7 +125,7 @@ void Lexer::BeginPhysicalLine() {
   ++line_;
   columnBase_ = at_;
   noBracketBefore_ = at_;
-  firstOfLine_ = tokens_.size();
+  firstOfLine_ = count_;
   PhysicalLine& line = module_->lines.emplace_back();
   line.offset = base_ + static_cast<std::uint32_t>(at_ - begin_);
 }
@@ -133,8 +133,8 @@ void Lexer::BeginPhysicalLine() {
 /// Takes the line break and settles what the line was.
 void Lexer::EndPhysicalLine(bool continues) {
   PhysicalLine& line = module_->lines.back();
-  if (tokens_.size() > firstOfLine_ || (continues && !line.trailingComment)) {
-    const bool directive = !tokens_.empty() && tokens_.front().kind == TokenKind::kDirective;
+  if (count_ > firstOfLine_ || (continues && !line.trailingComment)) {
+    const bool directive = count_ > 0 && tokens_.front().kind == TokenKind::kDirective;
     line.lineClass = directive ? LineClass::kDirective : LineClass::kCode;
   } else if (line.trailingComment) {
     line.lineClass = LineClass::kComment;
@@ -232,7 +232,8 @@ void Lexer::ReadTokens() {
 }
 
 Token& Lexer::Push(TokenKind kind, const char* from, const char* to) {
-  Token& token = tokens_.emplace_back();
+  if (count_ == tokens_.size()) tokens_.resize(2 * count_);
+  Token& token = tokens_[count_++];
   token.offset = base_ + static_cast<std::uint32_t>(from - begin_);
   token.length = static_cast<std::uint32_t>(to - from);
   token.line = line_;
@@ -240,6 +241,7 @@ Token& Lexer::Push(TokenKind kind, const char* from, const char* to) {
   token.name = kNone;
   token.kind = kind;
   token.flags = pending_;
+  token.detail = 0;
   pending_ = 0;
   at_ = to;
   return token;
@@ -251,9 +253,9 @@ void Lexer::PushOperator(Operator op, std::uint32_t length) {
 
 /// Where Rem is a comment: the first word of a statement.
 bool Lexer::AtStatementStart() const noexcept {
-  if (tokens_.empty()) return true;
-  const Token& last = tokens_.back();
-  if (last.kind == TokenKind::kInteger) return tokens_.size() == 1;
+  if (count_ == 0) return true;
+  const Token& last = tokens_[count_ - 1];
+  if (last.kind == TokenKind::kInteger) return count_ == 1;
   if (last.kind == TokenKind::kOperator) return last.detail == static_cast<std::uint8_t>(Operator::kColon);
   return last.kind == TokenKind::kName && (last.name == kWordThen || last.name == kWordElse) &&
          (last.flags & token_flag::kBracketed) == 0;
@@ -261,8 +263,8 @@ bool Lexer::AtStatementStart() const noexcept {
 
 /// True when the last token can be the end of an operand, so that an operator and not a sign of its own follows.
 bool Lexer::EndsOperand() const noexcept {
-  if (tokens_.empty()) return false;
-  const Token& last = tokens_.back();
+  if (count_ == 0) return false;
+  const Token& last = tokens_[count_ - 1];
   switch (last.kind) {
     case TokenKind::kOperator:
       return last.detail == static_cast<std::uint8_t>(Operator::kClose);
@@ -443,9 +445,9 @@ void Lexer::ReadRadixNumber(std::uint32_t prefix) {
 
 void Lexer::ReadAmpersand() {
   const bool operand = EndsOperand();
-  const bool name = operand && tokens_.back().kind == TokenKind::kName;
+  const bool name = operand && tokens_[count_ - 1].kind == TokenKind::kName;
   const bool reserved =
-      name && tokens_.back().name < kWordAccess && (tokens_.back().flags & token_flag::kBracketed) == 0;
+      name && tokens_[count_ - 1].name < kWordAccess && (tokens_[count_ - 1].flags & token_flag::kBracketed) == 0;
   // Behind a name it is an argument ("Sleep &H10"), behind any other operand a concatenation with its blank missing.
   const bool argument = !operand || reserved || (name && (pending_ & token_flag::kBlankBefore) != 0);
   const char radix = static_cast<char>(at_[1] | 0x20);
@@ -542,13 +544,13 @@ void Lexer::ReadUnderscore() {
 }
 
 void Lexer::ReadOpen() {
-  open_.push_back(static_cast<std::uint32_t>(tokens_.size()));
+  open_.push_back(count_);
   PushOperator(Operator::kOpen, 1);
 }
 
 void Lexer::ReadClose() {
   if (!open_.empty()) {
-    tokens_[open_.back()].name = static_cast<NameId>(tokens_.size());
+    tokens_[open_.back()].name = count_;
     open_.pop_back();
   }
   PushOperator(Operator::kClose, 1);

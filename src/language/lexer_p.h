@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,7 +24,7 @@ class Lexer {
   bool Next();
 
   /// The tokens of the logical line, comments left out; the last one is a kEnd.
-  const std::vector<Token>& Tokens() const noexcept { return tokens_; }
+  std::span<const Token> Tokens() const noexcept { return {tokens_.data(), count_}; }
   /// Its comments, if they are kept: one token for each physical line of them.
   const std::vector<Token>& Comments() const noexcept { return comments_; }
 
@@ -31,6 +32,8 @@ class Lexer {
   std::uint32_t LineCount() const noexcept { return line_ - firstLine_ + 1; }
 
  private:
+  static constexpr std::size_t kFirstTokens = 256;
+
   void EnterTail();
   void BeginPhysicalLine();
   void EndPhysicalLine(bool continues);
@@ -56,7 +59,7 @@ class Lexer {
   const char* FindBracketEnd() noexcept;
   bool AtStatementStart() const noexcept;
   bool EndsOperand() const noexcept;
-  bool BeginsLine() const noexcept { return tokens_.empty(); }
+  bool BeginsLine() const noexcept { return count_ == 0; }
   Token& Push(TokenKind kind, const char* from, const char* to);
   void PushOperator(Operator op, std::uint32_t length);
   void ReadNameSuffix(Token& token);
@@ -76,9 +79,11 @@ class Lexer {
   const char* noBracketBefore_ = nullptr;  ///< between `at_` and there is no "]"
   NameTable* names_ = nullptr;
   Module* module_ = nullptr;
-  std::vector<Token> tokens_, comments_;
+  std::vector<Token> tokens_ = std::vector<Token>(kFirstTokens);  ///< room; those of the line come first
+  std::uint32_t count_ = 0;                                       ///< so many
+  std::vector<Token> comments_;
   std::vector<std::uint32_t> open_;  ///< "(" that have no ")" so far
-  std::size_t firstOfLine_ = 0;      ///< the first token of the physical line
+  std::uint32_t firstOfLine_ = 0;    ///< the first token of the physical line
   std::uint32_t line_ = 0, firstLine_ = 0;
   std::uint8_t pending_ = 0;  ///< token_flag of the next token
   bool keepComments_ = false;
