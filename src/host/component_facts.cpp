@@ -97,6 +97,8 @@ codedb::ModuleFacts HostAutomation::FactsOfComponent(int, const std::string& nam
   return facts;
 }
 
+std::vector<codedb::BindingFact> HostAutomation::BindingsOfProject(int) { return {}; }
+
 codedb::ModuleFacts FactsOfFile(office::ModuleFile file) {
   codedb::ModuleFacts facts;
   facts.name = std::move(file.utf8Name);

@@ -9,6 +9,7 @@
 #include <quillmate/text/windows1252.h>
 
 #include "component_facts_p.h"
+#include "document_facts_p.h"
 #include "listing_p.h"
 
 namespace quillmate::host {
@@ -84,6 +85,7 @@ struct DocumentHost::State {
   };
 
   std::vector<fs::path> sources;
+  bool excel4 = false;
   Listing listing;
   std::optional<Loaded> loaded;
   /// Its code is no longer among what is loaded.
@@ -97,7 +99,7 @@ struct DocumentHost::State {
 
   void List() {
     Forget();
-    listing = ListSources(sources);
+    listing = ListSources(sources, excel4);
     listed = true;
     readSinceListing = false;
   }
@@ -109,7 +111,7 @@ struct DocumentHost::State {
     if (unpacked.has_value() && IsUnchanged(path, unpacked->stamp)) {
       officeFile = OpenOfficeFile{path, std::move(unpacked->project)};
     } else {
-      office::OfficeFile file = office::ReadOfficeFile(path);
+      office::OfficeFile file = office::ReadOfficeFile(path, {.facts = excel4, .excel4 = excel4});
       if (file.state != office::OfficeFile::State::kRead) throw HostError(file.reason);
       officeFile = OpenOfficeFile{path, std::move(file.project)};
     }
@@ -145,6 +147,8 @@ DocumentHost::DocumentHost() : state_(std::make_unique<State>()) {}
 DocumentHost::~DocumentHost() = default;
 
 void DocumentHost::SetSources(std::vector<fs::path> sources) { state_->sources = std::move(sources); }
+
+void DocumentHost::SetExcel4(bool wanted) noexcept { state_->excel4 = wanted; }
 
 const std::vector<SourceProblem>& DocumentHost::Problems() const noexcept { return state_->listing.problems; }
 
@@ -214,7 +218,12 @@ codedb::ModuleFacts DocumentHost::FactsOfComponent(int project, const std::strin
   if (!module.givenName.empty() || facts.name.empty()) facts.name = text::Utf8FromCode(module.component.name);
   facts.file = module.component.file;
   facts.linesOfFile = !module.inOfficeFile.has_value();
+  if (module.inOfficeFile.has_value()) TakeModuleFacts(listed.outside, facts);
   return facts;
+}
+
+std::vector<codedb::BindingFact> DocumentHost::BindingsOfProject(int project) {
+  return state_->Project(project).bindings;
 }
 
 }  // namespace quillmate::host

@@ -63,6 +63,14 @@ void ResolveReferences(std::vector<codedb::ProjectFacts>& projects) {
   }
 }
 
+/// `number` is the project's among those of the facts.
+void TakeBindings(HostAutomation& host, int project, int number, std::vector<codedb::BindingFact>& bindings) {
+  for (codedb::BindingFact& binding : host.BindingsOfProject(project)) {
+    binding.project = number;
+    bindings.push_back(std::move(binding));
+  }
+}
+
 codedb::ModuleFacts ReadComponent(HostAutomation& host, int project, int position, const HostComponent& component,
                                   std::string& code) {
   code = host.Lines(project, component.name, position, component.lineCount);
@@ -91,6 +99,7 @@ codedb::Facts CollectFacts(HostAutomation& host, int projects, std::vector<std::
         problems.emplace_back(error.what());
       }
     }
+    TakeBindings(host, project, static_cast<int>(facts.projects.size()) - 1, facts.bindings);
   }
   ResolveReferences(facts.projects);
   return facts;
@@ -106,6 +115,7 @@ int FactsCollector::NumberOf(const HostProjectNode& project, HostAutomation* hos
     codedb::ProjectFacts facts;
     facts.name = text::Utf8FromCode(text::TextBefore(project.text, " ["));
     projects_.push_back(host != nullptr ? host->FactsOfProject(ProjectIndex(project.key)) : std::move(facts));
+    if (host != nullptr) TakeBindings(*host, ProjectIndex(project.key), known->second, bindings_);
   }
   return known->second;
 }
@@ -166,6 +176,7 @@ void FactsCollector::Write() {
   ResolveReferences(projects_);
   codedb::Facts facts;
   facts.projects = std::move(projects_);
+  facts.bindings = std::move(bindings_);
   facts.modules.reserve(modules_.size());
   for (Added& added : modules_) {
     CompareWithStored(added);

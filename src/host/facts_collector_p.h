@@ -50,6 +50,7 @@ class FactsCollector {
   const bool laidOut_;
   std::map<std::string, int> numbers_;
   std::vector<codedb::ProjectFacts> projects_;
+  std::vector<codedb::BindingFact> bindings_;
   std::vector<Added> modules_;
 };
 

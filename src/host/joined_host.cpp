@@ -129,4 +129,9 @@ codedb::ModuleFacts JoinedHost::FactsOfComponent(int project, const std::string&
   return listed.host->FactsOfComponent(listed.index, name, position);
 }
 
+std::vector<codedb::BindingFact> JoinedHost::BindingsOfProject(int project) {
+  const ListedProject& listed = Listed(project);
+  return listed.host->BindingsOfProject(listed.index);
+}
+
 }  // namespace quillmate::host

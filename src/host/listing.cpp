@@ -138,6 +138,7 @@ void TakeReferences(const std::vector<office::VbaReference>& references, std::st
 
 class Lister {
  public:
+  explicit Lister(bool excel4) : options_{.facts = true, .excel4 = excel4} {}
   void ListSource(const fs::path& source);
   Listing Take() { return std::move(listing_); }
 
@@ -157,6 +158,7 @@ class Lister {
   void AddProject(ListedProject project);
   void AddProblem(const fs::path& path, std::string reason);
 
+  const office::ReadOptions options_;
   Listing listing_;
   std::string buffer_;
   std::size_t keptText_ = 0;
@@ -179,7 +181,7 @@ void Lister::ListSource(const fs::path& source) {
 void Lister::ListFile(const fs::path& file) {
   listing_.files.push_back(file);
   const FileStamp stamp = StampOf(file);
-  office::OfficeFile read = office::ReadOfficeFile(file);
+  office::OfficeFile read = office::ReadOfficeFile(file, options_);
   const std::string extension = ExtensionOf(file);
   if (read.recognized) {
     TakeOfficeFile(file, stamp, std::move(read), false);
@@ -265,12 +267,12 @@ void Lister::ListModuleFile(const fs::path& file) {
 void Lister::ListOfficeFile(const fs::path& file, bool inFolder) {
   listing_.files.push_back(file);
   const FileStamp stamp = StampOf(file);
-  TakeOfficeFile(file, stamp, office::ReadOfficeFile(file), inFolder);
+  TakeOfficeFile(file, stamp, office::ReadOfficeFile(file, options_), inFolder);
 }
 
 void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office::OfficeFile read, bool inFolder) {
   if (read.state != office::OfficeFile::State::kRead) {
-    if (!inFolder || !IsOfNoConcern(file, read.state)) AddProblem(file, read.reason);
+    if (!inFolder || !read.facts.excel4.empty() || !IsOfNoConcern(file, read.state)) AddProblem(file, read.reason);
     return;
   }
   ListedProject project;
@@ -281,6 +283,9 @@ void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office
   project.facts.host = WordOf(read.host);
   project.facts.codePage = read.project.codePage;
   TakeReferences(read.project.references, read.project.constants, project.facts);
+  TakeDocumentFacts(read.facts, project.facts);
+  project.outside = ModulesOf(read.facts, read.host);
+  project.bindings = BindingsOf(read.facts, read.host, files::PathText(file.filename()));
   for (const office::VbaModule& module : read.project.modules) {
     ListedModule listed;
     listed.component = {text::CodeFromUtf8(module.name), module.type, module.lineCount, {}};
@@ -345,8 +350,8 @@ bool IsUnchanged(const fs::path& file, const FileStamp& stamp) {
   return stamp.settled && now.settled && now.size == stamp.size && now.changed == stamp.changed;
 }
 
-Listing ListSources(const std::vector<fs::path>& sources) {
-  Lister lister;
+Listing ListSources(const std::vector<fs::path>& sources, bool excel4) {
+  Lister lister(excel4);
   for (const fs::path& source : sources) lister.ListSource(source);
   return lister.Take();
 }

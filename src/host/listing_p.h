@@ -13,6 +13,8 @@
 #include <quillmate/office/module_file.h>
 #include <quillmate/office/office_file.h>
 
+#include "document_facts_p.h"
+
 namespace quillmate::host {
 
 /// A module of a source as it was listed.
@@ -50,6 +52,9 @@ struct ListedProject {
   /// But for the hash.
   codedb::ProjectFacts facts;
   std::vector<ListedModule> modules;
+  /// What the document says of its modules and of who starts them.
+  DocumentModules outside;
+  std::vector<codedb::BindingFact> bindings;
   /// Nothing for other sources, once it has been read, and where the texts of a listing grow too many to be kept.
   std::optional<UnpackedProject> unpacked;
 };
@@ -61,8 +66,9 @@ struct Listing {
   std::vector<std::filesystem::path> files;
 };
 
-/// Looks through the sources; a source that holds no readable module becomes a problem instead of a project.
-Listing ListSources(const std::vector<std::filesystem::path>& sources);
+/// Looks through the sources; a source that holds no readable module becomes a problem instead of a project. With
+/// `excel4` formulas of macro sheets are modules.
+Listing ListSources(const std::vector<std::filesystem::path>& sources, bool excel4 = false);
 
 /// A module's name, Windows-1252: as the project file gives it, as the file says itself, or the file name's stem.
 std::string NameOf(const ListedModule& module, const office::ModuleFile& file);

@@ -9,6 +9,7 @@
 #include <quillmate/office/compound_file.h>
 
 #include "access_database_p.h"
+#include "access_facts_p.h"
 #include "office_result_p.h"
 #include "unicode_names_p.h"
 
@@ -67,7 +68,10 @@ OfficeFile ReadAccessFile(ByteSource& source, const ReadOptions& options) {
                                                     [](const VbaModule& module) { return module.hasText; });
   if (compiled) return Without(State::kFailed, kCompiled, OfficeHost::kAccess);
   MarkDocuments(database, file.project);
-  return WithFacts(std::move(file), options, [](FactsCollector&) {});
+  return WithFacts(std::move(file), options, [&](FactsCollector& collector) {
+    const std::unique_ptr<AccessStorage> storage = database.OpenStorage();
+    ReadAccessFacts(database, storage.get(), collector);
+  });
 }
 
 }  // namespace quillmate::office

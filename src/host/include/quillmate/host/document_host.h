@@ -36,6 +36,9 @@ struct SourceProblem {
 /// A module is named as the project file names it, else by its own VB_Name, else after its file. Names that occur twice
 /// in one project are kept as they are; the position tells the components apart.
 ///
+/// With its modules an Office file gives what its document says of them: controls, sheets, who starts a macro. A file
+/// with macro sheets of Excel 4 is told even where it holds nothing else.
+///
 /// An Office file is opened and unpacked once for a listing and the read that follows it: up to 32 MB of texts are kept
 /// from the listing until they are read, and at the latest until the read's Release or the next listing. A file that
 /// has changed since, or whose texts were too many, is opened again, once for all its modules.
@@ -50,6 +53,9 @@ class DocumentHost : public HostAutomation {
 
   /// The sources, in the order in which they are listed. Takes effect at the next listing.
   void SetSources(std::vector<std::filesystem::path> sources);
+  /// Whether the formulas of Excel 4 macro sheets are modules, where a file has them as text. Takes effect at the next
+  /// listing.
+  void SetExcel4(bool wanted) noexcept;
   /// Sources and files that the last listing had to leave out.
   const std::vector<SourceProblem>& Problems() const noexcept;
   /// Every file that the last listing has opened, those without code too: nobody may write to them.
@@ -66,6 +72,7 @@ class DocumentHost : public HostAutomation {
   std::string Lines(int project, const std::string& name, int position, int count) override;
   codedb::ProjectFacts FactsOfProject(int project) override;
   codedb::ModuleFacts FactsOfComponent(int project, const std::string& name, int position) override;
+  std::vector<codedb::BindingFact> BindingsOfProject(int project) override;
 
  private:
   struct State;

@@ -3,6 +3,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include <quillmate/codedb/facts.h>
 #include <quillmate/office/component_type.h>
@@ -67,6 +68,9 @@ class HostAutomation {
   /// What is known of a component beside its code, cheap right after its Lines. `code` is set only where those have
   /// lost characters; `project` and `number` are the caller's. Throws as Lines does.
   virtual codedb::ModuleFacts FactsOfComponent(int project, const std::string& name, int position);
+  /// What starts routines of the project from outside of its code, as far as the host knows; their `project` is the
+  /// caller's.
+  virtual std::vector<codedb::BindingFact> BindingsOfProject(int project);
 };
 
 }  // namespace quillmate::host

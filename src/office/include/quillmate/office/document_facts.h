@@ -68,6 +68,7 @@ struct Binding {
     kAction,         // click or mouse move in a presentation
     kEventProperty,  // of an Access form, report or control
     kMacroAction,    // RunCode and the like in an Access macro
+    kQuery,          // of a database
     kToolbar
   };
 

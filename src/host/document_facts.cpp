@@ -1,0 +1,135 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include <quillmate/language/parse.h>
+#include <quillmate/office/macro_target.h>
+
+#include "document_facts_p.h"
+
+namespace quillmate::host {
+namespace {
+
+using Kind = office::Binding::Kind;
+
+struct KindRow {
+  Kind kind;
+  const char* word;
+};
+constexpr std::array kKinds{KindRow{Kind::kObject, "schaltfläche"}, KindRow{Kind::kRibbon, "menüband"},
+                            KindRow{Kind::kName, "name"},           KindRow{Kind::kFormula, "formel"},
+                            KindRow{Kind::kShortcut, "taste"},      KindRow{Kind::kField, "sonstiges"},
+                            KindRow{Kind::kAction, "schaltfläche"}, KindRow{Kind::kEventProperty, "ereignis"},
+                            KindRow{Kind::kToolbar, "schaltfläche"}};
+
+struct TextRow {
+  const char* property;
+  std::string office::DocumentProperties::*field;
+};
+constexpr std::array kTexts{TextRow{"Titel", &office::DocumentProperties::title},
+                            TextRow{"Autor", &office::DocumentProperties::author},
+                            TextRow{"Zuletzt gespeichert von", &office::DocumentProperties::lastAuthor},
+                            TextRow{"Programm", &office::DocumentProperties::application},
+                            TextRow{"Firma", &office::DocumentProperties::company},
+                            TextRow{"Erstellt", &office::DocumentProperties::created},
+                            TextRow{"Gespeichert", &office::DocumentProperties::modified}};
+
+std::optional<std::int32_t> Twips(std::optional<double> points) {
+  constexpr double kPerPoint = 20;
+  constexpr double kMost = 1e8;
+  if (!points.has_value() || std::abs(*points) > kMost) return std::nullopt;
+  return static_cast<std::int32_t>(std::lround(*points * kPerPoint));
+}
+
+std::string_view WordOf(Kind kind) {
+  const auto* found = std::find_if(kKinds.begin(), kKinds.end(), [=](const KindRow& row) { return row.kind == kind; });
+  return found == kKinds.end() ? "sonstiges" : found->word;
+}
+
+codedb::ControlFact FactOf(const office::Control& control) {
+  constexpr std::string_view kUnknown = "unbekannt";
+  codedb::ControlFact fact;
+  fact.name = control.name;
+  if (control.type != kUnknown) fact.type = control.type;
+  fact.caption = control.caption;
+  fact.parent = control.parent;
+  fact.left = Twips(control.left);
+  fact.top = Twips(control.top);
+  if (control.tabIndex.has_value()) fact.tabIndex = static_cast<std::int32_t>(*control.tabIndex);
+  return fact;
+}
+
+}  // namespace
+
+void TakeDocumentFacts(const office::DocumentFacts& document, codedb::ProjectFacts& facts) {
+  const auto add = [&](const char* property, std::string value) {
+    if (!value.empty()) facts.document.push_back({property, std::move(value)});
+  };
+  for (const TextRow& row : kTexts) add(row.property, document.properties.*row.field);
+  if (document.isSigned) add("Signatur", "vorhanden, nicht geprüft");
+  if (document.defaultPassword) add("Verschlüsselung", "mit dem Kennwort, das jedes Office von selbst versucht");
+  for (const office::Sheet& sheet : document.sheets) {
+    if (sheet.visibility == office::Sheet::Visibility::kHidden) add("Ausgeblendetes Blatt", sheet.name);
+    if (sheet.visibility == office::Sheet::Visibility::kVeryHidden) add("Verstecktes Blatt", sheet.name);
+  }
+  for (const office::Excel4Sheet& sheet : document.excel4) {
+    add("Excel-4-Makros", sheet.name + " (Formeln: " + std::to_string(sheet.formulas) + ")");
+  }
+  for (const std::string& link : document.externalLinks) add("Verknüpfung", link);
+  for (const office::Query& query : document.queries) {
+    add("Abfrage", query.sql.empty() ? query.name : query.name + ": " + query.sql);
+  }
+  for (const office::LinkedTable& table : document.linkedTables) {
+    add("Verknüpfte Tabelle", table.name + ": " + table.source + " in " + table.database);
+  }
+  for (const std::string& macro : document.macros) add("Makro", macro);
+  for (const std::string& notice : document.notices) add("Hinweis", notice);
+}
+
+DocumentModules ModulesOf(const office::DocumentFacts& document, office::OfficeHost host) {
+  DocumentModules modules;
+  modules.controlsInLines = host == office::OfficeHost::kExcel || host == office::OfficeHost::kWord;
+  const auto at = [&](const std::string& name) -> DocumentModule& { return modules.byName[language::FoldName(name)]; };
+  for (const office::Sheet& sheet : document.sheets) {
+    if (!sheet.codeName.empty()) at(sheet.codeName).outsideName = sheet.name;
+  }
+  for (const office::Form& form : document.forms) {
+    DocumentModule& module = at(form.module);
+    module.outsideName = form.caption;
+    const std::string part = "Formular " + form.module + ":";
+    module.controlsKnown = std::none_of(document.notices.begin(), document.notices.end(),
+                                        [&](const std::string& notice) { return notice.starts_with(part); });
+  }
+  for (const office::Control& control : document.controls) at(control.module).controls.push_back(FactOf(control));
+  return modules;
+}
+
+void TakeModuleFacts(const DocumentModules& modules, codedb::ModuleFacts& facts) {
+  const bool document = facts.kind == "document";
+  if (document && modules.controlsInLines && !facts.hidden.empty()) facts.controlsKnown = true;
+  const auto found = modules.byName.find(language::FoldName(facts.name));
+  if (found == modules.byName.end()) return;
+  facts.outsideName = found->second.outsideName;
+  if (document && modules.controlsInLines) return;  // its hidden lines have told its controls
+  facts.controls = found->second.controls;
+  facts.controlsKnown = found->second.controlsKnown;
+}
+
+std::vector<codedb::BindingFact> BindingsOf(const office::DocumentFacts& document, office::OfficeHost host,
+                                            std::string_view fileName) {
+  std::vector<codedb::BindingFact> bindings;
+  for (const office::Binding& binding : document.bindings) {
+    if (binding.kind == Kind::kShortcut && host == office::OfficeHost::kExcel) continue;
+    const auto target = office::ParseMacroTarget(binding.target, fileName);
+    if (!target.has_value() || target->foreign) continue;
+    std::string place = binding.place;
+    if (binding.count > 1) place += " und an " + std::to_string(binding.count - 1) + " weiteren Stellen";
+    bindings.push_back({0, {}, binding.target, std::move(place), std::string(WordOf(binding.kind))});
+  }
+  return bindings;
+}
+
+}  // namespace quillmate::host
