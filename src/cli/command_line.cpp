@@ -128,6 +128,8 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view) { i.credit = true; }},
     OptionSpec{"--json", "", "JSON statt einer Tabelle", kTakesJson,
                [](Invocation& i, std::string_view) { i.json = true; }},
+    OptionSpec{"--csv", "", "CSV für Tabellenprogramme", kTakesCsv,
+               [](Invocation& i, std::string_view) { i.csv = true; }},
     OptionSpec{"--host", "", "liest die geöffneten Projekte des laufenden Office-Programms, vor den Eingaben",
                kTakesHost, [](Invocation& i, std::string_view) { i.host = true; }},
     OptionSpec{"--option", "SCHLÜSSEL=WERT", "setzt eine Einstellung, z.B. einr=-1; mehrfach möglich", kAnyCommand,

@@ -29,6 +29,7 @@ struct Invocation {
   bool partial = false;
   bool credit = false;
   bool json = false;
+  bool csv = false;
   bool wholeWord = false;
   bool count = false;
   /// The understanding instead of the fixed walk.
@@ -80,7 +81,8 @@ enum OptionSet : unsigned {
   kTakesBaseline = 1U << 16U,
   kTakesEditorFormat = 1U << 17U,
   kTakesTagFormat = 1U << 18U,
-  kTakesPartial = 1U << 19U
+  kTakesPartial = 1U << 19U,
+  kTakesCsv = 1U << 20U,
 };
 
 /// One row of the table that the parser, the help, the manual page and the completion of the shell share.

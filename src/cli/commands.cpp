@@ -55,6 +55,9 @@ constexpr std::array kCommands{
     Command{"tags", "[--format FORM] [-o DATEI] EINGABE...",
             "eine Tag-Datei, mit der Editoren zu Deklarationen springen", kTakesTagFormat | kTakesOutput | kTakesHost,
             0, 1, RunTags},
+    Command{"metrics", "[--json | --csv] [-o DATEI] EINGABE...",
+            "Größe, Komplexität und Aufrufe jeder Routine und jedes Moduls, mit den Definitionen der Zahlen",
+            kTakesJson | kTakesCsv | kTakesOutput | kTakesHost, 0, 1, RunMetrics},
 };
 
 constexpr std::size_t kTextColumn = 28;

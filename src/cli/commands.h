@@ -51,5 +51,6 @@ void RunReferences(const Invocation& invocation);
 void RunCalls(const Invocation& invocation);
 void RunSearch(const Invocation& invocation);
 void RunTags(const Invocation& invocation);
+void RunMetrics(const Invocation& invocation);
 
 }  // namespace quillmate::cli

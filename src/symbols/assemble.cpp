@@ -1,10 +1,10 @@
 #include <algorithm>
 
 #include <quillmate/language/parse.h>
+#include <quillmate/symbols/workers.h>
 
 #include "index_data_p.h"
 #include "macro_name_p.h"
-#include "workers_p.h"
 
 namespace quillmate::symbols {
 namespace {

@@ -1,8 +1,9 @@
 #include <algorithm>
 
+#include <quillmate/symbols/workers.h>
+
 #include "binder_p.h"
 #include "index_data_p.h"
-#include "workers_p.h"
 
 namespace quillmate::symbols {
 namespace {
@@ -89,7 +90,8 @@ void ParseOne(ReferenceIndex::Data& data, const Sources& sources, Index number, 
 void TakeProjects(ReferenceIndex::Data& data, const Sources& sources) {
   const auto count = static_cast<Index>(sources.projects.size());
   for (const ProjectSource& source : sources.projects) {
-    data.projects.push_back({source.name, source.file, source.host});
+    data.projects.push_back({source.name, source.file, source.host, source.hostAssumed, source.dialect,
+                             source.constants, source.libraries});
     ProjectTable& table = data.tables.projects.emplace_back();
     table.nameHash = language::HashName(language::FoldName(source.name));
     table.host = source.host;

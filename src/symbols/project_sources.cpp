@@ -9,10 +9,9 @@
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/records.h>
 #include <quillmate/symbols/project_sources.h>
+#include <quillmate/symbols/workers.h>
 #include <quillmate/text/utf8.h>
 #include <quillmate/text/windows1252.h>
-
-#include "workers_p.h"
 
 namespace quillmate::symbols {
 namespace {
@@ -83,7 +82,11 @@ ProjectSource ProjectFrom(const codedb::Facts& facts, std::size_t number, Host a
     source.constants.push_back({constant.name, constant.value});
   }
   for (const codedb::ReferenceFact& reference : project.references) {
-    if (reference.project >= 0) source.references.push_back(static_cast<Index>(reference.project));
+    if (reference.project >= 0) {
+      source.references.push_back(static_cast<Index>(reference.project));
+    } else {
+      source.libraries.push_back(reference.name);
+    }
   }
   return source;
 }

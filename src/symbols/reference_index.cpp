@@ -245,6 +245,38 @@ SymbolId ReferenceIndex::DeclarationSymbol(Index module, Index declaration) cons
   return data_->SymbolOf(module, declaration + 1);
 }
 
+void ReferenceIndex::ParseAgain(Index module, language::Workspace& workspace, language::Module& code) const {
+  const ProjectInfo& project = data_->projects[data_->modules[module].project];
+  language::ParseOptions options;
+  options.dialect = project.dialect;
+  options.constants = project.constants;
+  options.kind = data_->modules[module].kind;
+  options.keepTokens = options.keepStatements = true;
+  language::ParseModule(data_->texts[module], options, workspace, code);
+}
+
+void ReferenceIndex::BindUses(Index module, std::vector<BoundUse>& uses) const {
+  uses.assign(data_->code[module].uses.size(), {});
+  constexpr std::uint16_t kNoUse = reference_flag::kImplicit | reference_flag::kDeclaration | reference_flag::kString;
+  for (const StoredReference& stored : data_->references[module].references) {
+    if ((stored.flags & kNoUse) != 0 || stored.target == kNone) continue;
+    BoundUse& use = uses[stored.place];
+    const bool several = (stored.flags & reference_flag::kSet) != 0;
+    // A second meaning of one place: a module, or the routine of its name.
+    const bool second = use.target != kNone || use.certainty != Certainty::kSure;
+    use.mayWrite = use.mayWrite || (stored.flags & reference_flag::kMayWrite) != 0;
+    use.result = (stored.flags & reference_flag::kResult) != 0;
+    use.certainty = stored.certainty;
+    if (several || second) {
+      use.target = kNone;
+      if (use.certainty == Certainty::kSure) use.certainty = Certainty::kAmbiguous;
+      continue;
+    }
+    use.target = stored.target;
+    use.use = data_->UseOf(stored, stored.target);
+  }
+}
+
 std::uint32_t ReferenceIndex::EditorLine(Index module, std::uint32_t line) const noexcept {
   return line == 0 ? 0 : data_->code[module].EditorLine(line);
 }

@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "workers_p.h"
+#include <quillmate/symbols/workers.h>
 
 namespace quillmate::symbols {
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include <quillmate/language/module.h>
+#include <quillmate/language/parse.h>
 #include <quillmate/symbols/kinds.h>
 #include <quillmate/symbols/sources.h>
 
@@ -29,7 +30,10 @@ struct ProjectInfo {
   std::string name;  ///< UTF-8
   std::string file;
   Host host = Host::kUnknown;
-  Index firstModule = 0;  ///< its modules, when they follow one another; else see ModuleInfo::project
+  bool hostAssumed = false;  ///< see ProjectSource
+  language::Dialect dialect = language::Dialect::kVba;
+  std::vector<language::ConditionalConstant> constants;
+  std::vector<std::string> libraries;
 };
 
 struct ModuleInfo {
@@ -90,6 +94,15 @@ struct Occurrence {
   std::vector<SymbolId> targets;  ///< one when sure; implicit uses of default members are left out
 };
 
+/// What one name in the code means.
+struct BoundUse {
+  SymbolId target = kNone;  ///< kNone: nothing of the sources, or one of several things
+  Use use = Use::kRead;
+  Certainty certainty = Certainty::kSure;  ///< kAmbiguous or kByName without a target: one of several
+  bool mayWrite = false;                   ///< handed over by reference
+  bool result = false;                     ///< the routine's own result, read or written like a variable
+};
+
 /// References by certainty and by use; a use that means one of several counts for each.
 struct ReferenceCounts {
   std::uint64_t symbols[kSymbolKindCount] = {};     ///< by SymbolKind
@@ -120,6 +133,12 @@ class ReferenceIndex {
   std::span<const ModuleInfo> Modules() const noexcept;
   /// The front end's records of a module, text included.
   const language::Module& Code(Index module) const noexcept;
+
+  /// Parses a module again, with its tokens and its statements. All other records are those of Code, number by number.
+  void ParseAgain(Index module, language::Workspace& workspace, language::Module& code) const;
+  /// What each use of a module means: one for each of Code(module).uses. Default members that are used without their
+  /// names are left out.
+  void BindUses(Index module, std::vector<BoundUse>& uses) const;
 
   /// Modules by name, without regard to case: "Modul" or "Projekt.Modul". More than one when several projects have it.
   std::vector<Index> FindModules(std::string_view name) const;

@@ -56,6 +56,8 @@ struct ProjectSource {
   std::vector<language::ConditionalConstant> constants;
   /// Projects of this read that this one refers to, in order of its references. Names of others are invisible.
   std::vector<Index> references;
+  /// Names of the libraries that it refers to, in their order.
+  std::vector<std::string> libraries;
 };
 
 /// Something outside the code that calls a routine.

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <functional>
 
+/// Work on many modules side by side.
 namespace quillmate::symbols {
 
 /// How many threads a request for `threads` (0: one per core) gives for so many pieces of work.
