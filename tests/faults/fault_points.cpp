@@ -87,9 +87,10 @@ Result Pass(const std::string& path, bool needsRoom, const char* name, Arguments
   return Real<Result (*)(Arguments...)>(name)(arguments...);
 }
 
+/// That the disk was full when bytes were written back is told once.
 int PassFlush(int descriptor, const char* name) {
   if (!IsWatched(PathOf(descriptor))) return Real<int (*)(int)>(name)(descriptor);
-  errno = Meet(PathOf(descriptor), kNeedsRoom);
+  errno = Meet(PathOf(descriptor), passed + 1 == ThePlan().at);
   return errno == 0 ? 0 : -1;
 }
 
