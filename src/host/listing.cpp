@@ -151,6 +151,9 @@ class Lister {
   void TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office::OfficeFile read, bool inFolder);
 
   void CollectFolder(const fs::path& folder, FolderContent& all);
+  /// Whatever is opened goes through these two.
+  SourceBytes ReadBytes(const fs::path& file);
+  office::OfficeFile ReadOffice(const fs::path& file);
   std::optional<ListedProject> ReadVbProject(const fs::path& file);
   /// False for a file that an earlier source has given already.
   bool IsNew(const fs::path& file) { return seen_.insert(file.native()).second; }
@@ -177,11 +180,20 @@ void Lister::ListSource(const fs::path& source) {
   }
 }
 
+SourceBytes Lister::ReadBytes(const fs::path& file) {
+  listing_.files.push_back(file);
+  return ReadSourceFile(file, buffer_);
+}
+
+office::OfficeFile Lister::ReadOffice(const fs::path& file) {
+  listing_.files.push_back(file);
+  return office::ReadOfficeFile(file, options_);
+}
+
 /// Content decides before the name does.
 void Lister::ListFile(const fs::path& file) {
-  listing_.files.push_back(file);
   const FileStamp stamp = StampOf(file);
-  office::OfficeFile read = office::ReadOfficeFile(file, options_);
+  office::OfficeFile read = ReadOffice(file);
   const std::string extension = ExtensionOf(file);
   if (read.recognized) {
     TakeOfficeFile(file, stamp, std::move(read), false);
@@ -234,7 +246,7 @@ void Lister::ListVbProject(const fs::path& file) {
 }
 
 std::optional<ListedProject> Lister::ReadVbProject(const fs::path& file) {
-  const SourceBytes content = ReadSourceFile(file, buffer_);
+  const SourceBytes content = ReadBytes(file);
   if (!content.problem.empty()) return AddProblem(file, content.problem), std::nullopt;
   const VbProject vbProject = ParseVbProject(content.bytes);
   if (vbProject.modules.empty()) return AddProblem(file, "Projektdatei nennt keine Module"), std::nullopt;
@@ -265,9 +277,8 @@ void Lister::ListModuleFile(const fs::path& file) {
 }
 
 void Lister::ListOfficeFile(const fs::path& file, bool inFolder) {
-  listing_.files.push_back(file);
   const FileStamp stamp = StampOf(file);
-  TakeOfficeFile(file, stamp, office::ReadOfficeFile(file, options_), inFolder);
+  TakeOfficeFile(file, stamp, ReadOffice(file), inFolder);
 }
 
 void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office::OfficeFile read, bool inFolder) {
@@ -313,8 +324,7 @@ void Lister::CollectFolder(const fs::path& folder, FolderContent& all) {
 }
 
 void Lister::AddModule(ListedModule module, ListedProject& project) {
-  listing_.files.push_back(module.path);
-  const SourceBytes content = ReadSourceFile(module.path, buffer_);
+  const SourceBytes content = ReadBytes(module.path);
   if (!content.problem.empty()) return AddProblem(module.path, content.problem);
   const office::ModuleFile file = office::SummarizeModuleFile(content.bytes, module.extension);
   module.component = {NameOf(module, file), file.type, file.lineCount, files::PathText(module.path)};

@@ -15,8 +15,7 @@ struct SourceBytes {
 };
 
 /// Reads a file that should hold text. Empty files, files with NUL bytes and files far beyond what a module can hold
-/// are problems too. `buffer` is grown as needed and kept between calls. Only regular files are opened: a pipe would
-/// make the program wait for ever.
+/// are problems too. Only regular files are read: a pipe would make the program wait for ever.
 SourceBytes ReadSourceFile(const std::filesystem::path& file, std::string& buffer);
 
 }  // namespace quillmate::host

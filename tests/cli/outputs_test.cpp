@@ -33,10 +33,11 @@ TEST_F(CliTest, TheOutputIsNeverPartOfTheInput) {
   Write("s/b.cls", kCard);
   Write("s/d.doc", "kein Office");
   Write("v.vbp", "Class=Karte; s\\b.cls\n");
+  Write("t/v.vbp", "Class=Karte; ..\\s\\b.cls\n");
   for (const char* const line :
        {"text -o a.bas ./a.bas", "rtf -o b.bas a.bas", "outline -o p/M1.txt p", "modules -o ./p/Quillmate.mdb p",
-        "html -o s/a.bas s", "text -o s/b.cls v.vbp", "search -o s/d.doc x s", "unused -o s s", "index -o s s",
-        "symbols -o s/b.cls s", "site -o s s --force"}) {
+        "html -o s/a.bas s", "text -o s/b.cls v.vbp", "tags -o t/v.vbp t", "search -o s/d.doc x s", "unused -o s s",
+        "index -o s s", "symbols -o s/b.cls s", "site -o s s --force"}) {
     const Result result = Run(line);
     EXPECT_EQ(result.status, 2) << line;
     EXPECT_TRUE(result.err.starts_with("quillmate-cli: Die Ausgabe " + Words(line)[2] + " gehört zur Eingabe\n"));
