@@ -3,6 +3,7 @@
 #include <set>
 
 #include <quillmate/files/file_bytes.h>
+#include <quillmate/files/identity.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/text/operations.h>
 
@@ -27,22 +28,30 @@ constexpr std::string_view kFileLine = "datei ";
 struct Plan {
   std::set<fs::path> fresh;
   std::set<fs::path> old;
-  /// The one file that is written over; empty where files change their places.
+  /// The one file that is written over, with its number; empty where files change their places.
   fs::path file;
+  std::string number;
 };
+
+/// By which its file system knows a file; empty when there is none.
+std::string NumberOf(const fs::path& file) {
+  const std::optional<FileIdentity> identity = IdentityOf(file);
+  if (!identity) return {};
+  return std::to_string(identity->number[0]) + "-" + std::to_string(identity->number[1]);
+}
 
 std::string PlanText(const Plan& plan) {
   std::string text(kTitle);
-  const auto line = [&text](std::string_view kind, const fs::path& path) {
-    text.append("\n").append(kind).append(PathText(path));
+  const auto line = [&text](std::string_view kind, const fs::path& path, const std::string& before = {}) {
+    text.append("\n").append(kind).append(before).append(PathText(path));
   };
   for (const fs::path& name : plan.old) line(kOldLine, name);
   for (const fs::path& name : plan.fresh) line(kFreshLine, name);
-  if (!plan.file.empty()) line(kFileLine, plan.file);
+  if (!plan.file.empty()) line(kFileLine, plan.file, plan.number + " ");
   return text.append("\n").append(kEnd).append("\n");
 }
 
-/// Whoever writes a record must not lead the program anywhere else.
+/// Whoever writes a record must not lead the program anywhere else: what is unpacked from an archive may hold one.
 bool IsPlainName(const fs::path& name) {
   return name.has_filename() && name == name.filename() && name != "." && name != "..";
 }
@@ -55,7 +64,9 @@ std::optional<Plan> ReadPlan(const fs::path& file) {
   for (auto line = lines.begin() + 1; line != lines.end() - 2; ++line) {
     const fs::path path = PathFromText(line->substr(line->find(' ') + 1));
     if (line->starts_with(kFileLine)) {
-      plan.file = path;
+      const std::string_view rest = line->substr(kFileLine.size());
+      plan.number = rest.substr(0, rest.find(' '));
+      plan.file = PathFromText(rest.substr(std::min(plan.number.size() + 1, rest.size())));
     } else if (!IsPlainName(path)) {
       return std::nullopt;
     } else {
@@ -63,6 +74,15 @@ std::optional<Plan> ReadPlan(const fs::path& file) {
     }
   }
   return plan;
+}
+
+/// A file is written over from its own folder or from the one for temporary files, and only while it is the very file
+/// that the record was made for.
+bool MayFollow(const Plan& plan, const fs::path& place) {
+  if (plan.file.empty()) return true;
+  const auto folder = IdentityOf(place);
+  return (folder == IdentityOf(plan.file.parent_path()) || folder == IdentityOf(TemporaryFolder())) &&
+         !plan.number.empty() && NumberOf(plan.file) == plan.number;
 }
 
 /// From here on the next run would go on.
@@ -190,7 +210,7 @@ std::error_code CarryOut(const Exchange& exchange) {
 
 std::error_code WriteOver(const fs::path& work, const fs::path& target) {
   if (const std::error_code error = CopyOver(target, work / kOld, WriteMode::kReplace)) return error;
-  return CarryOutPlan(work, {}, {.fresh = {}, .old = {}, .file = target});
+  return CarryOutPlan(work, {}, {.fresh = {}, .old = {}, .file = target, .number = NumberOf(target)});
 }
 
 bool HasOpenExchange(const fs::path& work) noexcept { return Exists(work / kPlan) || Exists(work / kBack); }
@@ -199,8 +219,8 @@ void FinishExchange(const fs::path& work) {
   if (!HasOpenExchange(work)) return;
   const bool back = !Exists(work / kPlan);
   const std::optional<Plan> plan = ReadPlan(work / (back ? kBack : kPlan));
-  if (!plan) return;
   const fs::path place = work.parent_path();
+  if (!plan || !MayFollow(*plan, place)) return;
   const Steps steps(work, place, *plan);
   if ((!back && !steps.Forward()) || !steps.Back()) steps.Close();
 }

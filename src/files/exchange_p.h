@@ -12,7 +12,8 @@
 ///   neu   what is new: a folder of files, or one file
 ///   alt   what was replaced, as far as it has got
 ///   plan  the record: a line that names its kind; "alt " or "neu " and a name for each file that goes or comes, or
-///         "datei " and the full path of the one file that is written over; "ende". UTF-8 (elsewhere than on Windows
+///         "datei ", the number by which the file system knows it, a blank and the full path of the one file that is
+///         written over; "ende". UTF-8 (elsewhere than on Windows
 ///         names as the bytes they are), LF. It is there from the moment at which everything new is whole and on the
 ///         disk until everything old has gone.
 ///   zurueck  the same record under another name, once the exchange is being taken back

@@ -98,7 +98,6 @@ std::optional<int> RunChild(const Scenario& scenario, const fs::path& base, Faul
   EXPECT_EQ(pipe(channel), 0);
   const pid_t child = fork();
   if (child == 0) {
-    setenv("TMPDIR", (base / "temp").c_str(), 1);
     faults::Arm({fault, at, base.string(), scenario.secondNames, scenario.fixed ? (base / "ziel").string() : ""});
     int report[2] = {0, 0};
     try {
@@ -131,6 +130,7 @@ TEST_P(FaultTest, LeavesTheOldStateOrTheNew) {
       const fs::path base = folder.Path() / std::to_string(++number);
       fs::create_directories(base / "temp");
       scenario.prepare(base / "ziel");
+      setenv("TMPDIR", (base / "temp").c_str(), 1);
       return base;
     };
     bool failed = false;
@@ -157,6 +157,7 @@ TEST_P(FaultTest, LeavesTheOldStateOrTheNew) {
     }
   }
   faults::Arm({});
+  unsetenv("TMPDIR");
 }
 
 INSTANTIATE_TEST_SUITE_P(, FaultTest, testing::Values(Fault::kKill, Fault::kError, Fault::kFullDisk));

@@ -4,6 +4,7 @@
 #include <quillmate/files/identity.h>
 #include <quillmate/files/replacement.h>
 #include <quillmate/files/work_folder.h>
+#include <quillmate/text/operations.h>
 
 #include "scratch.h"
 
@@ -108,15 +109,18 @@ TEST(MendFolder, GoesOnFromEveryStep) {
 }
 
 TEST(MendFolder, RecordsLeadNowhereElse) {
-  for (const char* const name : {"../a", "..", "x/a", "", "."}) {
+  for (const std::string line : {"alt ../a", "alt ..", "alt x/a", "alt ", "alt .", "datei NUMBER FILE"}) {
     const ScratchFolder folder("ordner");
-    Fill(folder.Path().parent_path(), {{"a", "fremd"}});
+    const fs::path foreign = folder.Path().parent_path() / "a";
+    Fill(foreign.parent_path(), {{"a", "fremd"}});
+    const auto number = IdentityOf(foreign)->number;
+    std::string record = text::ReplaceAll(line, "FILE", PathText(foreign));
+    record = text::ReplaceAll(record, "NUMBER", std::to_string(number[0]) + "-" + std::to_string(number[1]));
     const fs::path work = folder / ".Quillmate-TempDateien-abc";
-    Fill(work / "alt", {{"a", "1"}});
-    Fill(work, {{"plan", "Quillmate 1\nalt " + std::string(name) + "\nende\n"}});
+    Fill(work, {{"plan", "Quillmate 1\n" + record + "\nende\n"}, {"neu", "1"}});
     MendFolder(folder.Path());
-    EXPECT_EQ(ReadWholeFile(folder.Path().parent_path() / "a"), "fremd");
-    EXPECT_TRUE(fs::exists(work)) << name;
+    EXPECT_EQ(ReadWholeFile(foreign), "fremd") << line;
+    EXPECT_TRUE(fs::exists(work)) << line;
   }
 }
 
@@ -165,6 +169,26 @@ TEST(Replacement, RightsAreNeverLoosened) {
   EXPECT_EQ(Rights(file), fs::perms(0600));
   ReplaceFile(folder / "e", "2");
   EXPECT_EQ(Rights(folder / "e"), Rights(folder.Write("f", ""))) << "what is new follows the process";
+}
+
+/// Written over halfway by a killed run; then its user has put another one in its place.
+TEST(MendFolder, AFileThatIsAnotherByNowStays) {
+  const ScratchFolder folder;
+  const fs::path file = folder.Write("a", "halb");
+  const fs::path work = folder / ".Quillmate-TempDateien-abc";
+  const auto record = [&] {
+    return "Quillmate 1\ndatei " + std::to_string(IdentityOf(file)->number[0]) + "-0 " + PathText(file) + "\nende\n";
+  };
+  Fill(work, {{"plan", record()}, {"neu", "ganz"}, {"lock", ""}});
+  setenv("TMPDIR", folder.Path().c_str(), 1);
+  RenamePath(folder.Write("b", "wichtig"), file);
+  MendFolder(folder.Path());
+  EXPECT_EQ(ReadWholeFile(file), "wichtig");
+  Fill(work, {{"plan", record()}});
+  MendFolder(folder.Path());
+  unsetenv("TMPDIR");
+  EXPECT_EQ(ReadWholeFile(file), "ganz");
+  EXPECT_EQ(Names(folder.Path()), "a");
 }
 
 TEST(Replacement, LinksAreFollowedAndOwnOnesGo) {
