@@ -73,7 +73,7 @@ std::uint32_t PositiveNumber(std::string_view option, std::string_view value) {
 }
 
 /// Each command that takes a form has one beside its usual one.
-template <unsigned set>
+template <std::uint64_t set>
 void TakeFormat(Invocation& invocation, std::string_view value) {
   constexpr std::string_view kOnly = set == kTakesTagFormat ? "emacs" : "vimgrep";
   if (value != kOnly) throw UsageError("Unbekannte Form " + Quoted(value));
@@ -96,6 +96,8 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view value) { i.name = value; }},
     OptionSpec{"--whole-word", "", "findet nur ganze Wörter", kTakesWholeWord,
                [](Invocation& i, std::string_view) { i.wholeWord = true; }},
+    OptionSpec{"--regex", "", "der Suchtext ist ein regulärer Ausdruck (PCRE); ^ und $ sind die Grenzen einer Zeile",
+               kTakesRegex, [](Invocation& i, std::string_view) { i.regex = true; }},
     OptionSpec{"--only", "KLASSE", "listet nur diese Klasse; mehrfach möglich", kTakesClasses,
                [](Invocation& i, std::string_view value) { TakeClass(i.only, value); }, kClassWords},
     OptionSpec{"--fail-on", "KLASSE", "Rückgabewert 1, wenn es eine Routine dieser Klasse gibt; mehrfach möglich",

@@ -31,6 +31,10 @@ struct Invocation {
   bool json = false;
   bool csv = false;
   bool wholeWord = false;
+  /// Modules of one or two lines are read too.
+  bool everyModule = false;
+  /// The searched text is a regular expression.
+  bool regex = false;
   bool count = false;
   /// The understanding instead of the fixed walk.
   bool exact = false;
@@ -60,29 +64,30 @@ struct Invocation {
 };
 
 /// Bits that say which options a command takes.
-enum OptionSet : unsigned {
+enum OptionSet : std::uint64_t {
   kNoOption = 0,
-  kAnyCommand = 1U << 0U,
-  kTakesOutput = 1U << 1U,
-  kTakesForce = 1U << 2U,
-  kTakesModule = 1U << 3U,
-  kTakesJson = 1U << 4U,
-  kTakesCredit = 1U << 5U,
-  kTakesTitle = 1U << 6U,
-  kTakesRoutine = 1U << 7U,
-  kTakesName = 1U << 8U,
-  kTakesWholeWord = 1U << 9U,
-  kTakesClasses = 1U << 10U,
-  kTakesHost = 1U << 11U,
-  kTakesCount = 1U << 12U,
-  kTakesExact = 1U << 13U,
-  kTakesPlace = 1U << 14U,
-  kTakesDepth = 1U << 15U,
-  kTakesBaseline = 1U << 16U,
-  kTakesEditorFormat = 1U << 17U,
-  kTakesTagFormat = 1U << 18U,
-  kTakesPartial = 1U << 19U,
-  kTakesCsv = 1U << 20U,
+  kAnyCommand = 1ULL << 0U,
+  kTakesOutput = 1ULL << 1U,
+  kTakesForce = 1ULL << 2U,
+  kTakesModule = 1ULL << 3U,
+  kTakesJson = 1ULL << 4U,
+  kTakesCredit = 1ULL << 5U,
+  kTakesTitle = 1ULL << 6U,
+  kTakesRoutine = 1ULL << 7U,
+  kTakesName = 1ULL << 8U,
+  kTakesWholeWord = 1ULL << 9U,
+  kTakesClasses = 1ULL << 10U,
+  kTakesHost = 1ULL << 11U,
+  kTakesCount = 1ULL << 12U,
+  kTakesExact = 1ULL << 13U,
+  kTakesPlace = 1ULL << 14U,
+  kTakesDepth = 1ULL << 15U,
+  kTakesBaseline = 1ULL << 16U,
+  kTakesEditorFormat = 1ULL << 17U,
+  kTakesTagFormat = 1ULL << 18U,
+  kTakesPartial = 1ULL << 19U,
+  kTakesCsv = 1ULL << 20U,
+  kTakesRegex = 1ULL << 21U,
 };
 
 /// One row of the table that the parser, the help, the manual page and the completion of the shell share.
@@ -93,7 +98,7 @@ struct OptionSpec {
   /// German.
   std::string_view help;
   /// One bit: the option is allowed where the command's set holds it.
-  unsigned bit;
+  std::uint64_t bit;
   /// Takes the option over; throws UsageError when the value makes no sense.
   void (*take)(Invocation&, std::string_view value);
   /// The values that make sense, separated by blanks, when they are words of a list: help and completion show them.

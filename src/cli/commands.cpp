@@ -39,8 +39,10 @@ constexpr std::array kCommands{
     Command{"definition", "--module NAME --name NAME [--json] [-o DATEI] EINGABE...",
             "wo ein Bezeichner definiert ist, vom Modul aus gesehen",
             kTakesModule | kTakesName | kTakesJson | kTakesOutput | kTakesHost, 0, 1, RunDefinition},
-    Command{"search", "[--whole-word] [--json] [-o DATEI] TEXT EINGABE...", "alle Fundstellen eines Textes im Code",
-            kTakesWholeWord | kTakesJson | kTakesOutput | kTakesHost, 1, 1, RunSearch},
+    Command{"search", "[--whole-word] [--regex] [--json] [--format FORM] [-o DATEI] TEXT EINGABE...",
+            "alle Fundstellen eines Textes im Code",
+            kTakesWholeWord | kTakesRegex | kTakesEditorFormat | kTakesJson | kTakesOutput | kTakesHost, 1, 1,
+            RunSearch},
     Command{"symbols", "[--json] [--count] [-o DATEI] EINGABE...",
             "alles, was der Code deklariert, mit jeder Verwendung",
             kTakesJson | kTakesCount | kTakesOutput | kTakesHost, 0, 1, RunSymbols},
@@ -83,7 +85,7 @@ std::string CommandList() {
   return text;
 }
 
-std::string OptionList(unsigned allowed) {
+std::string OptionList(std::uint64_t allowed) {
   std::string text = "\nOptionen:\n";
   for (const OptionSpec& option : AllOptions()) {
     if ((option.bit & allowed) != 0) {
@@ -133,7 +135,7 @@ std::string HelpText(const Command* command) {
     return command->minInputs > 0 ? text.append(kInputHelp) : text;
   }
   text += "\nDokumentiert den Makrocode von Office-Dateien und VB-Projekten ohne Fenster.\n";
-  return text.append(CommandList()).append(OptionList(~0U)).append(kInputHelp).append(kEncodingHelp);
+  return text.append(CommandList()).append(OptionList(~std::uint64_t{0})).append(kInputHelp).append(kEncodingHelp);
 }
 
 }  // namespace quillmate::cli

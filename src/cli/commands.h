@@ -18,7 +18,7 @@ struct Command {
   /// German.
   std::string_view summary;
   /// OptionSet bits besides kAnyCommand.
-  unsigned options;
+  std::uint64_t options;
   /// How many operands stand before the inputs.
   std::size_t texts;
   /// Without --host.

@@ -107,60 +107,6 @@ std::string DefinitionText(const navigation::Definition& found, const std::strin
   return text::Utf8FromCode(moduleName) + ":" + std::to_string(found.startLine.value) + "\n";
 }
 
-struct Hit {
-  codedb::ModuleNumber moduleNumber;
-  const std::string& moduleName;
-  codedb::Line line;
-  navigation::LinePiece text;
-};
-
-/// Gives each hit as soon as it is found, since a text that is found everywhere makes a long list.
-void ForEachHit(ProjectInput& input, const std::string& searched, bool wholeWord,
-                const std::function<void(const Hit& hit)>& visit) {
-  codedb::CodeDatabase& database = input.Database();
-  navigation::CodeViews views;
-  views.Load(input.Folder(), database.ModuleCount());
-  for (codedb::ViewIndex i; i.value < views.Count(); ++i.value) {
-    const navigation::CodeView& view = views.View(i);
-    const codedb::ModuleNumber number = codedb::ModuleOf(i);
-    std::optional<std::string> name;
-    navigation::ForEachMatch(view.Text(), searched, wholeWord, [&](const navigation::TextMatch& match) {
-      if (!name) name = ModuleName(database, number);
-      visit({number, *name, view.LineAt(match.position), navigation::LineAround(view, match)});
-    });
-  }
-}
-
-void ListHitsAsJson(ProjectInput& input, const std::string& searched, bool wholeWord, Output& output) {
-  const Provenance provenance(input.Folder());
-  std::string json;
-  JsonLines lines(json);
-  ForEachHit(input, searched, wholeWord, [&](const Hit& hit) {
-    lines.Next();
-    JsonObject object(json);
-    object.Number("mod_num", hit.moduleNumber.value).Text("mod_name", hit.moduleName);
-    object.Number("line", hit.line.value).Text("text", hit.text.text);
-    provenance.Append(object, json, hit.moduleNumber);
-    object.Number("source_line", provenance.SourceLine(hit.moduleNumber, hit.line));
-    if (hit.text.cutBefore || hit.text.cutBehind) object.True("cut");
-    object.End();
-    output.Write(std::exchange(json, {}));
-  });
-  lines.End();
-  output.Write(json + "\n");
-}
-
-void ListHitsAsText(ProjectInput& input, const std::string& searched, bool wholeWord, Output& output) {
-  constexpr std::string_view kCut = "…";
-  ForEachHit(input, searched, wholeWord, [&](const Hit& hit) {
-    std::string line = text::Utf8FromCode(hit.moduleName) + ":" + std::to_string(hit.line.value) + ": ";
-    if (hit.text.cutBefore) line += kCut;
-    line += text::Utf8FromCode(hit.text.text);
-    if (hit.text.cutBehind) line += kCut;
-    output.Write(line += '\n');
-  });
-}
-
 }  // namespace
 
 void RunCallers(const Invocation& invocation) {
@@ -188,21 +134,6 @@ void RunDefinition(const Invocation& invocation) {
   const std::string moduleName = ModuleName(database, found->moduleNumber);
   WriteWhole(invocation.output, invocation.json ? DefinitionJson(*found, moduleName, Provenance(input.Folder()))
                                                 : DefinitionText(*found, moduleName));
-}
-
-/// The first input is the text; blanks around it don't count, as in the window.
-void RunSearch(const Invocation& invocation) {
-  Invocation project = invocation;
-  project.inputs.erase(project.inputs.begin());
-  const std::string searched(text::Trim(invocation.inputs.front()));
-  if (searched.empty()) {
-    throw UsageError("Der Suchtext ist leer");
-  }
-  ProjectInput input(project, RunOptions(project));
-  const std::string code = CodeName(searched).value_or(std::string());
-  Output output(invocation.output);
-  (invocation.json ? ListHitsAsJson : ListHitsAsText)(input, code, invocation.wholeWord, output);
-  output.Finish();
 }
 
 }  // namespace quillmate::cli

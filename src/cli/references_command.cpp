@@ -7,6 +7,7 @@
 #include <quillmate/symbols/reference_index.h>
 
 #include "commands.h"
+#include "editor_place.h"
 #include "json.h"
 #include "messages.h"
 #include "output.h"
@@ -67,18 +68,12 @@ std::vector<SymbolId> Asked(const ReferenceIndex& index, const Invocation& invoc
   return std::move(there->targets);
 }
 
-/// The line of the source without its indentation.
-std::string_view SourceText(const ReferenceIndex& index, symbols::Index module, std::uint32_t line) {
-  return index.Code(module).LineText(line);
-}
-
 std::string PlaceText(const ReferenceIndex& index, symbols::Index module, std::uint32_t line, std::uint32_t column) {
   const symbols::ModuleInfo& info = index.Modules()[module];
   const std::uint32_t source = index.SourceLine(module, line);
-  std::string place = source > 0 && !info.file.empty() ? info.file : info.name;
-  place.append(":").append(std::to_string(source > 0 ? source : index.EditorLine(module, line)));
-  place.append(":").append(std::to_string(column)).append(": ");
-  return place.append(SourceText(index, module, line)).append("\n");
+  const bool ownFile = source > 0 && !info.file.empty();
+  return EditorPlaceLine(ownFile ? info.file : info.name, ownFile ? source : index.EditorLine(module, line), column,
+                         index.Code(module).LineText(line));
 }
 
 /// One place on each line, the declarations' own included: the usual form and the one of editors alike.

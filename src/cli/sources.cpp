@@ -61,6 +61,7 @@ Sources::Sources(const Invocation& invocation)
     : edition_(startup::EditionOf(invocation.edition).hostName),
       accessEdition_(invocation.edition == startup::kAccess),
       withOffice_(invocation.host),
+      withSmall_(invocation.everyModule),
       office_(edition_),
       joined_({&office_, &documents_}) {
   documents_.SetSources(SourcePaths(invocation.inputs));
@@ -109,7 +110,7 @@ host::HostTree Sources::List() {
   if (withOffice_) {
     ListWithOffice(tree, complaints);
   } else {
-    host::ListHostProjects(documents_, accessEdition_, tree);
+    host::ListHostProjects(documents_, accessEdition_, tree, withSmall_);
   }
   for (const host::SourceProblem& problem : documents_.Problems()) {
     complaints.push_back(problem.source + ": " + problem.reason);
@@ -154,7 +155,7 @@ void Sources::ListWithOffice(host::HostTree& tree, std::vector<std::string>& com
   const bool attached = office_.Attach();
   const host::ListResult alone{.attached = attached, .version = office_.Version()};
   office_.Release();
-  const std::string problem = host::ListHostProjects(joined_, accessEdition_, tree).problem;
+  const std::string problem = host::ListHostProjects(joined_, accessEdition_, tree, withSmall_).problem;
   if (!problem.empty()) {
     complaints.push_back(problem);
   }

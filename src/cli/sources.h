@@ -38,6 +38,7 @@ class Sources {
   const std::string edition_;
   const bool accessEdition_;
   const bool withOffice_;
+  const bool withSmall_;
   host::ComHost office_;
   host::DocumentHost documents_;
   host::JoinedHost joined_;

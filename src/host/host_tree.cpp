@@ -90,21 +90,22 @@ HostModuleNode ModuleNode(const std::string& projectKey, const HostComponent& co
   return node;
 }
 
-HostProjectNode ProjectNode(HostAutomation& host, int index, const HostProject& project, bool accessEdition) {
+HostProjectNode ProjectNode(HostAutomation& host, int index, const HostProject& project, bool accessEdition,
+                            bool withSmall) {
   HostProjectNode node;
   node.key = "A" + std::to_string(index) + "\\";
   node.text = ProjectText(project);
   const int components = host.ComponentCount(index);
   for (int position = 1; position <= components; ++position) {
     const HostComponent component = host.Component(index, position);
-    if (IsListed(component)) {
+    if (IsListed(component) || (withSmall && component.lineCount > 0)) {
       node.modules.push_back(ModuleNode(node.key, component, position, accessEdition));
     }
   }
   return node;
 }
 
-HostTree ReadTree(HostAutomation& host, bool accessEdition) {
+HostTree ReadTree(HostAutomation& host, bool accessEdition, bool withSmall) {
   HostTree tree;
   const int projects = host.ProjectCount();
   for (int index = 1; index <= projects; ++index) {
@@ -112,7 +113,7 @@ HostTree ReadTree(HostAutomation& host, bool accessEdition) {
     if (project.locked) {
       ++tree.lockedProjects;
     } else {
-      tree.projects.push_back(ProjectNode(host, index, project, accessEdition));
+      tree.projects.push_back(ProjectNode(host, index, project, accessEdition, withSmall));
     }
   }
   return tree;
@@ -136,14 +137,14 @@ std::size_t HostTree::CheckedModules() const noexcept {
   return count;
 }
 
-ListResult ListHostProjects(HostAutomation& host, bool accessEdition, HostTree& tree) {
+ListResult ListHostProjects(HostAutomation& host, bool accessEdition, HostTree& tree, bool withSmall) {
   tree = HostTree{};
   ListResult result;
   result.attached = host.Attach();
   result.version = host.Version();
   if (result.attached) {
     try {
-      tree = ReadTree(host, accessEdition);
+      tree = ReadTree(host, accessEdition, withSmall);
     } catch (const std::exception& error) {
       // A host that switched the access to its projects off may let itself be attached and refuse here.
       result.attached = false;

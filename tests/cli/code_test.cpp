@@ -75,6 +75,37 @@ TEST_F(CodeCommands, AnswerInTextAndJson) {
       << "two spellings of module and routine, and not the first one is meant";
 }
 
+TEST_F(CodeCommands, SearchByPatternAndForEditors) {
+  Write("zwei.bas", "Attribute VB_Name = \"Zwei\"\nDim a\tAs Long, \304 As \tLong\nSub S(): a = \304: End Sub\n");
+  Write("russisch.bas", "\357\273\277Attribute VB_Name = \"R\"\n'\n'\n  ' \320\226\320\226 Ende\n");
+  const struct {
+    const char* line;
+    Result expected;
+  } cases[] = {
+      {"search --regex '^ +x = gr(u|ue)ß[.]' haupt.bas", Success("Haupt:5:     x = Gruß.Summe(1, 2) ' anfang\n")},
+      {"search --regex --whole-word 's.b' gruss.bas",
+       Success("Gruß:2: Public Sub Anfang()\nGruß:4: End Sub\nGruß:10: Friend Sub Offen(): End Sub\n"
+               "Gruß:10: Friend Sub Offen(): End Sub\n")},
+      {"search --regex 'x*' karte.cls", Success()},
+      {"search --regex '→|λ' gruss.bas", Success()},
+      // Modules of two lines count here; characters that the index lacks stand in the source's own line.
+      {"search --format vimgrep long zwei.bas", Success(Full("zwei.bas") + ":2:10: Dim a\tAs Long, Ä As \tLong\n" +
+                                                        Full("zwei.bas") + ":2:22: Dim a\tAs Long, Ä As \tLong\n")},
+      {"search --regex --format vimgrep '[?] e' russisch.bas",
+       {0, Full("russisch.bas") + ":4:6:   ' ЖЖ Ende\n",
+        Messages({Full("russisch.bas") + ": 2 Zeichen wurden durch \"?\" ersetzt"})}},
+      {"search --format vimgrep --option einr=-1 --option usb=-1 summe gruss.bas haupt.bas",
+       Success(Full("gruss.bas") + ":7:10: Function Summe(ByVal a As Long, _\n" + Full("gruss.bas") +
+               ":9:1: Summe = a + b\n" + Full("haupt.bas") + ":6:14:     x = Gruß.Summe(1, 2) ' anfang\n")},
+      {"search --regex '(x+x+)+[12]' lang.bas", {1, "", Messages({"Der reguläre Ausdruck ist zu aufwendig"})}},
+      {"search --regex 'a(b' karte.cls", Refusal(2, {"Der reguläre Ausdruck ist an Stelle 3 fehlerhaft: es fehlt )",
+                                                     "Aufruf: quillmate-cli search [--whole-word] "
+                                                     "[--regex] [--json] [--format FORM] [-o DATEI] TEXT EINGABE..."})},
+  };
+  Write("lang.bas", "'\n'\n'" + std::string(3000, 'x') + "\n");
+  for (const auto& c : cases) EXPECT_EQ(Run(c.line), c.expected) << c.line;
+}
+
 /// A hit shows no more than a part of a long line: else a module that is found everywhere lists its square.
 TEST_F(CodeCommands, SearchInALongLine) {
   Write("lang.bas", "'\n'\n'" + std::string(3000, '-') + "hier" + std::string(9, '+') + "\n");

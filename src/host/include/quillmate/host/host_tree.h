@@ -50,9 +50,9 @@ struct ListResult {
 };
 
 /// Clears the tree, attaches and lists what can be read; components of 2 lines or fewer hold no routine and are left
-/// out. `accessEdition` is set for the Access edition, whose form and report modules carry a prefix.
-/// Errors of the host end the listing as if it had not been attached.
-ListResult ListHostProjects(HostAutomation& host, bool accessEdition, HostTree& tree);
+/// out unless `withSmall` asks for all that have any line. `accessEdition` is set for the Access edition, whose form
+/// and report modules carry a prefix. Errors of the host end the listing as if it had not been attached.
+ListResult ListHostProjects(HostAutomation& host, bool accessEdition, HostTree& tree, bool withSmall = false);
 
 /// The text to show after a listing, UTF-8 with CR LF; empty when there is nothing to say.
 std::string RefreshMessage(const ListResult& result, const HostTree& tree, std::string_view hostName);
