@@ -32,10 +32,12 @@ bool BlockStack::Counted(Kind kind) const noexcept {
   return innermost != kNone && nodes_[innermost].counted;
 }
 
+bool BlockStack::HasWith() const noexcept {
+  return top_ != kNone && nodes_[top_].innermost[static_cast<std::size_t>(Kind::kWith)] != kNone;
+}
+
 Index BlockStack::WithUse() const noexcept {
-  if (top_ == kNone) return kNone;
-  const State innermost = nodes_[top_].innermost[static_cast<std::size_t>(Kind::kWith)];
-  return innermost == kNone ? kNone : nodes_[innermost].withUse;
+  return HasWith() ? nodes_[nodes_[top_].innermost[static_cast<std::size_t>(Kind::kWith)]].withUse : kNone;
 }
 
 }  // namespace quillmate::language

@@ -32,6 +32,8 @@ class BlockStack {
   std::uint32_t Depth() const noexcept { return top_ == kNone ? 0 : nodes_[top_].depth; }
   /// The innermost block of the kind counts in the complexity already.
   bool Counted(Kind kind) const noexcept;
+  bool HasWith() const noexcept;
+  /// Of the innermost With, kNone without one.
   Index WithUse() const noexcept;
 
  private:

@@ -68,7 +68,7 @@ Parser::TypeClause Parser::ParseTypeClause(Index declaration, bool withEvents) {
   if (!AtName()) return clause;
   const std::uint32_t first = at_;
   clause.type = IsOperator(at_ + 1, Operator::kDot) ? BuiltinType::kNamed : TypeOfWord(tokens_[at_].name);
-  if (clause.type == BuiltinType::kNamed) {
+  if (clause.type == BuiltinType::kNamed || MayBeDeclared(clause.type)) {
     const std::uint32_t flags = (create ? use_flag::kCreates : 0) | (withEvents ? use_flag::kWithEvents : 0);
     clause.use = EmitQualified(create ? Role::kNew : Role::kType, flags, declaration);
   } else {

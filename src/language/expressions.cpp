@@ -220,12 +220,17 @@ void Parser::StepLiteral(const Token& token) {
   frame.chainEnd = ++at_;
 }
 
+/// `LongPtr.[_First]`, of an enum that is called like a type.
+bool Parser::IsTypeBeforeMember(const Token& token) const {
+  return MayBeDeclared(TypeOfWord(token.name)) && IsOperator(at_ + 1, Operator::kDot);
+}
+
 bool Parser::StepName(const Token& token) {
   if (IsOperator(at_ + 1, Operator::kAssignArgument)) {
     StepNamedArgument(token);
     return true;
   }
-  if (ClassOfName(token) != WordClass::kName) return StepWord(token);
+  if (ClassOfName(token) != WordClass::kName && !IsTypeBeforeMember(token)) return StepWord(token);
   if (Outermost() && OperandBefore() && mode_ != Mode::kOutputList) return false;
   if (drawing_ != Drawing::kNothing && Outermost() && IsGraphicsMark()) {
     ++at_;
@@ -356,15 +361,17 @@ bool Parser::StepAccess(const Token& token) {
     frame.chainEnd = 0;
     return true;
   }
-  Index previous = blocks_.WithUse();
+  Index previous = kNone;
   if (member) {
     previous = frame.chainLast;
     if (previous != kNone) Use(previous).flags |= use_flag::kQualifier;
   } else {
+    previous = blocks_.WithUse();
     frame.chainFirst = at_;
   }
   const Access access = member ? (key ? Access::kKey : Access::kMember) : (key ? Access::kWithKey : Access::kWith);
   frame.chainLast = Emit(name, key ? Role::kDictionaryKey : Role::kValue, access, previous);
+  if (!member && !blocks_.HasWith()) Use(frame.chainLast).flags |= use_flag::kNoWith;
   frame.listDone = frame.indirect = false;
   at_ += 2;
   frame.chainEnd = at_;

@@ -58,6 +58,7 @@ class Parser {
 
   void Run(Mode mode, Index callee = kNone);
   bool Step(const Token& token);
+  bool IsTypeBeforeMember(const Token& token) const;
   bool StepName(const Token& token);
   bool StepWord(const Token& token);
   bool StepOperator(const Token& token);

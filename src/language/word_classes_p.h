@@ -83,5 +83,9 @@ inline bool BeginsDeclaration(NameId name) noexcept { return name < kWordCount &
 inline BuiltinType TypeOfWord(NameId name) noexcept {
   return name < kWordCount ? kWords.types[name] : BuiltinType::kNamed;
 }
+/// Types that not every edition of the language has: code may declare its own of that name.
+inline bool MayBeDeclared(BuiltinType type) noexcept {
+  return type == BuiltinType::kObject || type == BuiltinType::kLongPtr || type == BuiltinType::kLongLong;
+}
 
 }  // namespace quillmate::language

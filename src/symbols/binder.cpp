@@ -265,8 +265,22 @@ void Binder::BindSimple(Index number) {
       bound.type = Follow(number, TypeRef::Class(module_), use.argumentCount > 0 ? 1 : 0, FormOf(use.role));
     return;
   }
+  if (IsStatementWord(use)) {
+    scratch_.bound[number].state = Bound::State::kLibrary;
+    return;
+  }
   if (routine_ != kNone && (BindLocal(number) || BindResult(number))) return;
   BindMeaning(number, ValueOf(use.name));
+}
+
+/// `Error 5` and `Reset` are statements, unless a routine is called like that.
+bool Binder::IsStatementWord(const NameUse& use) {
+  if ((use.name != language::kWordError && use.name != language::kWordReset) || use.role != Role::kCall) return false;
+  if ((use.flags & (use_flag::kBracketed | use_flag::kCallWord)) != 0) return false;
+  if (routine_ != kNone && scratch_.localStamps[use.name] == stamp_) return true;
+  const Meaning& meaning = ValueOf(use.name);
+  if (meaning.kind != MeaningKind::kGroup) return meaning.kind != MeaningKind::kSeveral;
+  return !IsCallable(KindOf(tables_.modules[meaning.module], meaning.local));
 }
 
 /// What the routine itself declares. An active use of something that only inactive code declares goes on looking.
@@ -451,8 +465,12 @@ void Binder::BindType(Index number) {
       }
       return Emit(number, Raw(meaning.module, 0), form, certainty, reference_flag::kTypeUse);
     case MeaningKind::kType:
+      if (tables_.modules[meaning.module].IsInactive(meaning.local)) {
+        // The language's own type of that name counts where the code's is left out.
+        if (!IsInactive(use) && MayBeBuiltin(use.name)) return;
+        certainty = Certainty::kInactive;
+      }
       bound.state = Bound::State::kOwn;
-      if (tables_.modules[meaning.module].IsInactive(meaning.local)) certainty = Certainty::kInactive;
       return Emit(number, Raw(meaning.module, meaning.local), form, certainty, 0);
     case MeaningKind::kSeveral: {
       const Index project = tables_.modules[tables_.exports[meaning.local].module].project;

@@ -21,6 +21,11 @@ bool HasMember(const Tables& tables, Index project, NameHash name) {
 
 void Binder::BindMember(Index number) {
   const NameUse& use = Use(number);
+  if ((use.flags & use_flag::kNoWith) != 0) {
+    // ".x" without a With is a member of nothing.
+    scratch_.bound[number].type = TypeRef::Of(TypeKind::kScalar);
+    return;
+  }
   TypeRef before;
   if (use.previous != kNone) before = scratch_.bound[use.previous].type;
   if (before.array) return;

@@ -12,6 +12,11 @@ namespace quillmate::symbols {
 /// Steps between declaring and binding: declared types, then interfaces.
 void ResolveTypes(Tables& tables, Index module);
 
+/// Names of types that code may declare where the language lacks them.
+constexpr bool MayBeBuiltin(language::NameId name) noexcept {
+  return name == language::kWordObject || name == language::kWordLongPtr || name == language::kWordLongLong;
+}
+
 /// What a use turned out to be, for those that hang on it.
 struct Bound {
   enum class State : std::uint8_t {
@@ -70,6 +75,7 @@ class Binder {
   void BindUse(Index number);
   void BindValue(Index number);
   void BindSimple(Index number);
+  bool IsStatementWord(const NameUse& use);
   bool BindLocal(Index number);
   bool BindResult(Index number);
   void BindMeaning(Index number, const Meaning& meaning);

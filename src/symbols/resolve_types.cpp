@@ -76,6 +76,12 @@ void ResolveTypes(Tables& tables, Index module) {
       }
     } else {
       type = OfBuiltin(declared.type);
+      if (declared.typeUse != kNone) {
+        const Meaning own = MeaningOfChain(tables, module, declared.typeUse, parts);
+        if (own.kind == MeaningKind::kType && !tables.modules[own.module].IsInactive(own.local)) {
+          type = TypeOfMeaning(tables, own);
+        }
+      }
     }
     type.array = (declared.flags & (declaration_flag::kArray | declaration_flag::kParamArray)) != 0 ||
                  declared.kind == language::DeclarationKind::kReDim;

@@ -42,7 +42,8 @@ TEST(Declarations, AndTheirUses) {
        "i@22:Long,byval<P; variable u@26:Object,public; variable u2@26:Any,public; variable u3@26:[Foo],public;",
        "Z@4,constant; K@4,constant; K@6,constant; new C@6; type Lib@6; type Lib.C@6; type Lib.C.D@6; K@6,constant; "
        "type CDb@8,events; type T@9; implements I@12; implements I.J@12; K@15,constant; K@16,constant; type T@16; "
-       "K@17,constant; new Lib@18; new Lib.X@18; x@20; attribute P@23; attribute P@24; type [Foo]@26; attribute u@27;"},
+       "K@17,constant; new Lib@18; new Lib.X@18; x@20; type Object@22; attribute P@23; attribute P@24; type Object@26; "
+       "type [Foo]@26; attribute u@27;"},
       {"#Const D = 1\nConst D = 2\n#If D And (Win64 Or Not Mac) Then\nSub A(Optional k = D): Const D = 5: Dim v(D): "
        "End Sub\n#ElseIf VBA7 = True Then\nSub B(): x = y: End Sub\n#Else\nDim g As T\n#End If\n#If Q = 0 Then\nDim "
        "ok\n#EndIf\n# If \"abc\" Like \"a*\" Then\nDim ok2\n#  Else\n#Const Z = 3\n# End If\n#If Z = 3 And Int(2.5) = "
@@ -55,7 +56,7 @@ TEST(Declarations, AndTheirUses) {
        "x@24:Long,inactive<S;",
        "conditional D@3; conditional Win64@3; conditional Mac@3; D@4,constant; D@4,constant; conditional VBA7@5; let "
        "x@6,inactive; y@6,inactive; type T@8,inactive; conditional Q@10; conditional Z@18; conditional D@21; "
-       "conditional X@27;"},
+       "type LongPtr@22; conditional X@27;"},
       {"Sub A()\n#If VBA7 Then\nFor i = 1 To 2\nWith a\n#Else\nFor j = 1 To 3\nWith b\n#End If\n.x = 1\nEnd "
        "With\nNext\n#If False Then\ngarbage \"\nFor Each\n#End If\nEnd Sub",
        "sub A@1,public;", "conditional VBA7@2; for i@3; a@4,with; for j@6,inactive; b@7,inactive,with; let a~.x@9;"},

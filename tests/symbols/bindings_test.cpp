@@ -80,6 +80,18 @@ const Case kCases[] = {
      "End Sub\n== module M\nPublic Caption As String",
      {"txt@1 = control write", "txt@1#2 = control read", "Caption@1 = none", "T@1 = 2 call", "T@1#2 = 2 call",
       "T@1#3 = 2 call"}},
+    {"a type may be called like one that not every edition has; left out it does not count",
+     "== module M\nPrivate Enum LongPtr: [_A]: End Enum\nType Object: x As Long: End Type\nSub A(o As Object, p As "
+     "LongPtr): o.x = LongPtr.[_A]: End Sub\n== module N\n#If Mac Then\nEnum LongLong: y: End Enum\n#End If\nDim l As "
+     "LongLong, o As Object\n",
+     {"Object@3 = 2 type", "LongPtr@3 = 1 type", "x@3 = 2 write", "LongPtr@3#2 = 1 type", "LongLong@7 = none",
+      "Object@7 = 2 type"}},
+    {"a statement's own word is no variable, a point without With no member",
+     "== class C\nPublic x As Long\n== module M\nDim Error, Reset(3)\nSub A(): Error Error: Reset: Reset(1) = 2: .x = "
+     "1: "
+     "End Sub\n== module N\nSub Reset(): Reset: End Sub",
+     {"Error@3 = none", "Error@3#2 = 2 read", "Reset@3 = none", "Reset@3#2 = 2 write", "x@3 = none",
+      "Reset@4#2 = 4 call"}},
     {"types have a space of their own",
      "== module M\nPrivate Type T\nx As Long\nEnd Type\nSub A(): Dim T As T: T.x = 1: End Sub",
      {"T@4 = declares", "T@4#2 = 1 type", "T@4#3 = 4 read", "x@4 = 2 write"}},

@@ -182,6 +182,7 @@ inline constexpr std::uint32_t kOutputList = 131072;   ///< called with an outpu
 inline constexpr std::uint32_t kObjectValue = 262144;  ///< the whole right side of a Set assignment
 inline constexpr std::uint32_t kNumber = 524288;       ///< a label that is a number; `name` is that of its value
 inline constexpr std::uint32_t kWholeValue = 1048576;  ///< last name of a chain that is the whole right side of `=`
+inline constexpr std::uint32_t kNoWith = 2097152;      ///< kWith, kWithKey: no With is open
 }  // namespace use_flag
 
 /// One name at one place. Uses stand in the order of the source.
@@ -305,7 +306,8 @@ struct Declaration {
   std::uint32_t flags;       ///< declaration_flag
   Index parent;              ///< the declaration that it belongs to: routine, Declare, event, type, enum
   Index routine;             ///< routines: its own; what stands in a routine: that one
-  Index typeUse;             ///< kNamed: last name of the As clause
+  Index typeUse;             ///< kNamed: last name of the As clause; also Object, LongPtr and LongLong, which an own
+                             ///< type may be called
   std::uint32_t typeOffset;  ///< the type as written, `String * 8` and `Long()` as a whole, New left out;
   std::uint32_t typeLength;  ///< 0 when none is written
   std::uint32_t firstLine;   ///< of the statement; routines, types and enums: of the whole
