@@ -2,7 +2,6 @@
 #include <limits>
 
 #include <quillmate/analysis/module_indexer.h>
-#include <quillmate/codedb/index_files.h>
 #include <quillmate/text/windows1252.h>
 
 namespace quillmate::analysis {
@@ -19,22 +18,30 @@ void CheckFits(const ScanResult& scan) {
 
 }  // namespace
 
-void ScanModule(codedb::CodeDatabase& database, const std::filesystem::path& folder, ReadState& state,
-                std::string_view code, const ScanOptions& options) {
-  ScanResult scan = ScanForIndex(code, options, state.lastRoutine);
-  CheckFits(scan);
-  state.lastRoutine = scan.last;
-  state.module.lines = scan.lineCount;
-  for (codedb::RoutineRecord& routine : scan.routines) {
+ScannedModule::ScannedModule(std::string_view code, const ScanOptions& options)
+    : options_(options), scan_(ScanForIndex(code, options, {})) {
+  CheckFits(scan_);
+  if (scan_.numbersInText) code_ = code;
+}
+
+void ScannedModule::Insert(codedb::CodeDatabase& database, ReadState& state) {
+  const std::int32_t before = state.lastRoutine.value;
+  const bool again = scan_.numbersInText && before != 0;
+  if (again) scan_ = ScanForIndex(code_, options_, state.lastRoutine);
+  const std::int32_t shift = again ? 0 : before;
+  state.lastRoutine.value = scan_.last.value + shift;
+  state.module.lines = scan_.lineCount;
+  for (codedb::RoutineRecord& routine : scan_.routines) {
+    routine.number.value += shift;
     routine.module = state.module.number;
     database.InsertRoutine(routine);
   }
-  for (const RoutineLine& line : scan.lines) {
-    line.isStart ? database.UpdateStart(line.routine, line.line) : database.UpdateEnd(line.routine, line.line);
+  for (const RoutineLine& line : scan_.lines) {
+    const codedb::RoutineNumber routine{line.routine.value + shift};
+    line.isStart ? database.UpdateStart(routine, line.line) : database.UpdateEnd(routine, line.line);
   }
   database.UpdateDeclareEnds(state.module.number);
   database.InsertModule(state.module);
-  codedb::WriteModuleText(folder, state.module.number, scan.markedText);
 }
 
 }  // namespace quillmate::analysis

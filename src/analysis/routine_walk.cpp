@@ -120,7 +120,10 @@ void RoutineWalk::BeginRoutine(std::size_t index, int baseKind) {
 
 void RoutineWalk::Wrap(WrappedLine& line, bool isStart) {
   if (settings_.numbered) {
-    if (line.routine.value != 0) line.before.insert(0, LinePrefix(line.routine, line.isStart));
+    if (line.routine.value != 0) {
+      line.before.insert(0, LinePrefix(line.routine, line.isStart));
+      numbersInText_ = true;
+    }
     line.routine = last_;
     line.isStart = isStart;
   }

@@ -45,6 +45,8 @@ class RoutineWalk {
   const std::vector<WrappedLine>& Lines() const noexcept { return lines_; }
   std::vector<codedb::RoutineRecord>& Routines() noexcept { return routines_; }
   codedb::RoutineNumber Last() const noexcept { return last_; }
+  /// True when a line that is wrapped twice keeps the number that it got first.
+  bool NumbersInText() const noexcept { return numbersInText_; }
 
  private:
   void Walk(std::uint16_t kindFlag, int baseKind);
@@ -61,6 +63,7 @@ class RoutineWalk {
   WalkSettings settings_;
   codedb::RoutineNumber last_;
   bool inRoutine_ = false;
+  bool numbersInText_ = false;
   std::vector<WrappedLine> lines_;
   std::vector<codedb::RoutineRecord> routines_;
 };

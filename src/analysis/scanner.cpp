@@ -140,6 +140,7 @@ ScanResult ScanForIndex(std::string_view code, const ScanOptions& options, coded
   ScanResult result = Assembler(marked, walk, guarded, settings).Run();
   result.routines = std::move(walk.Routines());
   result.last = walk.Last();
+  result.numbersInText = walk.NumbersInText();
   return result;
 }
 

@@ -27,7 +27,7 @@ std::vector<fs::path> ModuleTexts(const fs::path& folder) {
   CodeDatabase database;
   database.OpenCodeDatabase(folder);
   std::vector<fs::path> names;
-  for (const ModuleRecord& module : database.ReadIndex()) {
+  for (const ModuleRecord& module : database.Modules()) {
     names.push_back(ModuleTextPath({}, module.number));
   }
   return names;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -95,6 +96,15 @@ codedb::ModuleFacts HostAutomation::FactsOfComponent(int, const std::string& nam
   codedb::ModuleFacts facts;
   facts.name = text::Utf8FromCode(name);
   return facts;
+}
+
+std::function<WholeComponent()> HostAutomation::StartReading(int project, const std::string& name, int position) {
+  // The host may only be asked on this thread.
+  auto whole = std::make_shared<WholeComponent>();
+  whole->component = ComponentByName(project, name, position);
+  whole->code = Lines(project, name, position, whole->component.lineCount);
+  whole->facts = FactsOfComponent(project, name, position);
+  return [whole] { return std::move(*whole); };
 }
 
 std::vector<codedb::BindingFact> HostAutomation::BindingsOfProject(int) { return {}; }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -37,9 +38,13 @@ const ListedModule& FindModule(const ListedProject& project, const std::string& 
   throw HostError(kModuleGone);
 }
 
+std::string WithFile(const ListedModule& module, const HostError& error) {
+  return files::PathText(module.path) + ": " + error.what();
+}
+
 /// A file that turned into another module is not the one that was ticked.
-office::ModuleFile LoadOwnFile(const ListedModule& module, std::string& buffer) {
-  office::ModuleFile file = LoadModule(module, buffer);
+office::ModuleFile LoadOwnFile(const ListedModule& module) {
+  office::ModuleFile file = LoadModule(module);
   if (NameOf(module, file) != module.component.name) throw HostError("Datei enthält jetzt ein anderes Modul");
   return file;
 }
@@ -55,6 +60,30 @@ office::ModuleFile FindInProject(const ListedModule& module, const office::VbaPr
     if (text::CodeFromUtf8(candidate.name) == module.component.name) return ModuleFileOf(candidate);
   }
   throw HostError("Modul ist nicht mehr in der Datei");
+}
+
+HostComponent ComponentNow(const ListedModule& module, const office::ModuleFile& file) {
+  HostComponent component = module.component;
+  component.type = file.type;
+  component.lineCount = file.lineCount;
+  return component;
+}
+
+codedb::ModuleFacts FactsNow(const ListedProject& project, const ListedModule& module, office::ModuleFile file) {
+  codedb::ModuleFacts facts = FactsOfFile(std::move(file));
+  if (!module.givenName.empty() || facts.name.empty()) facts.name = text::Utf8FromCode(module.component.name);
+  facts.file = module.component.file;
+  facts.linesOfFile = !module.inOfficeFile.has_value();
+  if (module.inOfficeFile.has_value()) TakeModuleFacts(project.outside, facts);
+  return facts;
+}
+
+WholeComponent TakeWhole(const ListedProject& project, const ListedModule& module, office::ModuleFile file) {
+  WholeComponent whole;
+  whole.component = ComponentNow(module, file);
+  whole.code = std::move(file.code);
+  whole.facts = FactsNow(project, module, std::move(file));
+  return whole;
 }
 
 std::string FirstLines(std::string code, int count) {
@@ -91,7 +120,6 @@ struct DocumentHost::State {
   /// Its code is no longer among what is loaded.
   bool codeTaken = false;
   std::optional<OpenOfficeFile> officeFile;
-  std::string buffer;
   bool listed = false;
   /// True once the listing's unpacked texts have been asked for: after that read nothing needs the others.
   bool readSinceListing = false;
@@ -124,9 +152,9 @@ struct DocumentHost::State {
     try {
       loaded =
           Loaded{&module, module.inOfficeFile.has_value() ? FindInProject(module, OfficeProject(project, module.path))
-                                                          : LoadOwnFile(module, buffer)};
+                                                          : LoadOwnFile(module)};
     } catch (const HostError& error) {
-      throw HostError(files::PathText(module.path) + ": " + error.what());
+      throw HostError(WithFile(module, error));
     }
   }
   ListedProject& Project(int project) {
@@ -139,7 +167,6 @@ struct DocumentHost::State {
   void Forget() noexcept {
     loaded.reset();
     officeFile.reset();
-    std::string().swap(buffer);
   }
 };
 
@@ -185,10 +212,7 @@ HostComponent DocumentHost::ComponentByName(int project, const std::string& name
   ListedProject& listed = state_->Project(project);
   const ListedModule& module = FindModule(listed, name, position);
   state_->Load(listed, module);
-  HostComponent component = module.component;
-  component.type = state_->loaded->file.type;
-  component.lineCount = state_->loaded->file.lineCount;
-  return component;
+  return ComponentNow(module, state_->loaded->file);
 }
 
 std::string DocumentHost::Lines(int project, const std::string& name, int position, int count) {
@@ -213,13 +237,27 @@ codedb::ModuleFacts DocumentHost::FactsOfComponent(int project, const std::strin
   ListedProject& listed = state_->Project(project);
   const ListedModule& module = FindModule(listed, name, position);
   if (!state_->loaded.has_value() || state_->loaded->module != &module) state_->Load(listed, module);
-  codedb::ModuleFacts facts = FactsOfFile(std::move(state_->loaded->file));
+  codedb::ModuleFacts facts = FactsNow(listed, module, std::move(state_->loaded->file));
   state_->loaded.reset();
-  if (!module.givenName.empty() || facts.name.empty()) facts.name = text::Utf8FromCode(module.component.name);
-  facts.file = module.component.file;
-  facts.linesOfFile = !module.inOfficeFile.has_value();
-  if (module.inOfficeFile.has_value()) TakeModuleFacts(listed.outside, facts);
   return facts;
+}
+
+std::function<WholeComponent()> DocumentHost::StartReading(int project, const std::string& name, int position) {
+  ListedProject& listed = state_->Project(project);
+  const ListedModule& module = FindModule(listed, name, position);
+  if (module.inOfficeFile.has_value()) {
+    state_->Load(listed, module);
+    auto file = std::make_shared<office::ModuleFile>(std::move(state_->loaded->file));
+    state_->loaded.reset();
+    return [&listed, &module, file] { return TakeWhole(listed, module, std::move(*file)); };
+  }
+  return [&listed, &module] {
+    try {
+      return TakeWhole(listed, module, LoadOwnFile(module));
+    } catch (const HostError& error) {
+      throw HostError(WithFile(module, error));
+    }
+  };
 }
 
 std::vector<codedb::BindingFact> DocumentHost::BindingsOfProject(int project) {

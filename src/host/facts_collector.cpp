@@ -105,9 +105,23 @@ codedb::Facts CollectFacts(HostAutomation& host, int projects, std::vector<std::
   return facts;
 }
 
-FactsCollector::FactsCollector(const ReadRequest& request)
-    : folder_(request.folder),
-      laidOut_(request.options.indent || request.options.removeEmptyLines || request.options.emptyLineBeforeRoutines) {}
+codedb::ModuleFacts WithOriginal(codedb::ModuleFacts facts, const text::CodeLayout& layout, std::string_view code,
+                                 const std::optional<std::string>& editorCode, std::string_view markedText) {
+  const std::int32_t header = editorCode ? LinesBefore(code, *editorCode) : 0;
+  // Only the layout, and byte 159 in the code, make another text of it.
+  const bool laidOut = layout.indent || layout.removeEmptyLines || layout.emptyLineBeforeRoutines;
+  const bool mayDiffer = laidOut || header > 0 || code.find(text::kMarkerByte) != std::string_view::npos;
+  if (mayDiffer && !facts.code) facts.code = text::Utf8FromCode(editorCode ? std::string_view(*editorCode) : code);
+  if (!facts.code) return facts;
+  const std::string stored = codedb::StoredCode(std::string(markedText).append(text::kLineBreak));
+  if (stored == text::CodeFromUtf8(*facts.code)) {
+    if (facts.replacedCharacters == 0) facts.code.reset();
+    return facts;
+  }
+  facts.lines = codedb::MatchLines(header == 0 ? std::string_view(*facts.code) : code, stored);
+  if (header > 0) facts.lines = WithoutHeader(std::move(facts.lines), header);
+  return facts;
+}
 
 int FactsCollector::NumberOf(const HostProjectNode& project, HostAutomation* host) {
   const auto [known, added] = numbers_.try_emplace(project.key, static_cast<int>(projects_.size()));
@@ -120,17 +134,9 @@ int FactsCollector::NumberOf(const HostProjectNode& project, HostAutomation* hos
   return known->second;
 }
 
-void FactsCollector::Add(const HostProjectNode& project, HostAutomation* host, int position, codedb::ModuleFacts facts,
-                         std::string_view code, std::optional<std::string> editorCode) {
-  Added added{NumberOf(project, host), position, std::move(facts)};
-  if (editorCode) added.headerLines = LinesBefore(code, *editorCode);
-  if (added.headerLines > 0) added.scanned = code;
-  // Only the layout, and byte 159 in the code, make another text of it.
-  const bool mayDiffer = laidOut_ || added.headerLines > 0 || code.find(text::kMarkerByte) != std::string_view::npos;
-  if (mayDiffer && !added.facts.code) {
-    added.facts.code = text::Utf8FromCode(editorCode ? std::string_view(*editorCode) : code);
-  }
-  modules_.push_back(std::move(added));
+void FactsCollector::Add(const HostProjectNode& project, HostAutomation* host, int position,
+                         codedb::ModuleFacts facts) {
+  modules_.push_back({NumberOf(project, host), position, std::move(facts)});
 }
 
 void FactsCollector::AddShortModules(const HostProjectNode& project, HostAutomation& host) {
@@ -156,19 +162,6 @@ void FactsCollector::AddShort(int project, HostAutomation& host, int index, int 
   }
 }
 
-/// Keeps the original only where the stored text is another.
-void FactsCollector::CompareWithStored(Added& added) const {
-  codedb::ModuleFacts& facts = added.facts;
-  if (!facts.code || facts.number == 0) return;
-  const std::string stored = codedb::StoredCode(codedb::ReadModuleText(folder_, {facts.number}));
-  if (stored == text::CodeFromUtf8(*facts.code)) {
-    if (facts.replacedCharacters == 0) facts.code.reset();
-    return;
-  }
-  facts.lines = codedb::MatchLines(added.headerLines == 0 ? *facts.code : added.scanned, stored);
-  if (added.headerLines > 0) facts.lines = WithoutHeader(std::move(facts.lines), added.headerLines);
-}
-
 void FactsCollector::Write() {
   std::stable_sort(modules_.begin(), modules_.end(), [](const Added& a, const Added& b) {
     return std::tie(a.project, a.position) < std::tie(b.project, b.position);
@@ -179,7 +172,6 @@ void FactsCollector::Write() {
   facts.bindings = std::move(bindings_);
   facts.modules.reserve(modules_.size());
   for (Added& added : modules_) {
-    CompareWithStored(added);
     added.facts.project = added.project;
     facts.modules.push_back(std::move(added.facts));
   }

@@ -14,20 +14,24 @@
 
 namespace quillmate::host {
 
+/// The facts of a module that was scanned, on any thread: with the original code, and its lines in the stored text,
+/// where that is another. `code` is what was scanned with `layout`, `markedText` what came of it; `editorCode` is what
+/// the host's editor shows where that is not `code`.
+codedb::ModuleFacts WithOriginal(codedb::ModuleFacts facts, const text::CodeLayout& layout, std::string_view code,
+                                 const std::optional<std::string>& editorCode, std::string_view markedText);
+
 /// What a read learns beyond the index, module by module, and its file beside the index in the end.
 class FactsCollector {
  public:
-  explicit FactsCollector(const ReadRequest& request);
+  explicit FactsCollector(const ReadRequest& request) : folder_(request.folder) {}
 
   /// Its number, 0-based; a project is taken when it is first asked for.
   int NumberOf(const HostProjectNode& project, HostAutomation* host);
-  /// Takes a module of the index, whose number `facts` have. `code` is what was scanned; `editorCode` what the host's
-  /// editor shows of it where that is another text.
-  void Add(const HostProjectNode& project, HostAutomation* host, int position, codedb::ModuleFacts facts,
-           std::string_view code, std::optional<std::string> editorCode = std::nullopt);
+  /// Takes a module of the index, whose number `facts` have.
+  void Add(const HostProjectNode& project, HostAutomation* host, int position, codedb::ModuleFacts facts);
   /// Takes the modules of a project that are too short for the index.
   void AddShortModules(const HostProjectNode& project, HostAutomation& host);
-  /// When all texts of the index are written. Throws codedb::DatabaseError.
+  /// Throws codedb::DatabaseError.
   void Write();
 
   /// German lines, UTF-8: a module each that has lost characters.
@@ -38,16 +42,11 @@ class FactsCollector {
     int project = 0;
     int position = 0;
     codedb::ModuleFacts facts;
-    /// What was scanned, where a header before the code was scanned with it, and the header's lines.
-    std::string scanned = {};
-    std::int32_t headerLines = 0;
   };
 
   void AddShort(int project, HostAutomation& host, int index, int position, const HostComponent& component);
-  void CompareWithStored(Added& added) const;
 
   const std::filesystem::path folder_;
-  const bool laidOut_;
   std::map<std::string, int> numbers_;
   std::vector<codedb::ProjectFacts> projects_;
   std::vector<codedb::BindingFact> bindings_;

@@ -129,6 +129,11 @@ codedb::ModuleFacts JoinedHost::FactsOfComponent(int project, const std::string&
   return listed.host->FactsOfComponent(listed.index, name, position);
 }
 
+std::function<WholeComponent()> JoinedHost::StartReading(int project, const std::string& name, int position) {
+  const ListedProject& listed = Listed(project);
+  return listed.host->StartReading(listed.index, name, position);
+}
+
 std::vector<codedb::BindingFact> JoinedHost::BindingsOfProject(int project) {
   const ListedProject& listed = Listed(project);
   return listed.host->BindingsOfProject(listed.index);

@@ -371,7 +371,8 @@ std::string NameOf(const ListedModule& module, const office::ModuleFile& file) {
   return file.name.empty() ? CodeOfPath(module.path.stem()) : file.name;
 }
 
-office::ModuleFile LoadModule(const ListedModule& module, std::string& buffer) {
+office::ModuleFile LoadModule(const ListedModule& module) {
+  std::string buffer;
   const SourceBytes content = ReadSourceFile(module.path, buffer);
   if (!content.problem.empty()) throw HostError(content.problem);
   return office::ParseModuleFile(content.bytes, module.extension);

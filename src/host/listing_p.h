@@ -74,7 +74,7 @@ Listing ListSources(const std::vector<std::filesystem::path>& sources, bool exce
 std::string NameOf(const ListedModule& module, const office::ModuleFile& file);
 
 /// The text of a file that holds a module. Throws HostError (the reason alone).
-office::ModuleFile LoadModule(const ListedModule& module, std::string& buffer);
+office::ModuleFile LoadModule(const ListedModule& module);
 
 /// A module of an Office file in the form in which a file of its own would give it.
 office::ModuleFile ModuleFileOf(const office::VbaModule& module);

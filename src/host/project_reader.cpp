@@ -4,7 +4,6 @@
 #include <string_view>
 #include <utility>
 
-#include <quillmate/analysis/module_indexer.h>
 #include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/files/paths.h>
@@ -16,10 +15,13 @@
 
 #include "component_facts_p.h"
 #include "facts_collector_p.h"
+#include "index_build_p.h"
 #include "source_file_p.h"
 
 namespace quillmate::host {
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr const char* kNothingCheckedText = "Bitte wählen Sie erst etwas aus";
 constexpr const char* kFailedText =
@@ -51,66 +53,6 @@ void ShowProgress(const ReadRequest& request, const std::string& status) {
   if (request.progress) request.progress(status);
 }
 
-std::string OneLine(std::string_view text) {
-  std::string line = text::ReplaceAll(text::ReplaceAll(text, "\r\n", " "), "\n", " ");
-  std::replace(line.begin(), line.end(), '\r', ' ');
-  return line;
-}
-
-/// The index while it is being written: the counters and what is being read just now.
-class IndexBuild {
- public:
-  IndexBuild(codedb::CodeDatabase& database, const ReadRequest& request)
-      : database_(database), request_(request), facts_(request) {}
-
-  FactsCollector& Facts() noexcept { return facts_; }
-
-  /// Names the file or module that an error from here on is about, UTF-8.
-  void SetSubject(std::string subject) { subject_ = std::move(subject); }
-
-  /// Counts the module and shows its name; its text is due next.
-  void StartModule(std::string name, int kind) {
-    state_.module.number = {modules_ + 1};
-    state_.module.name = std::move(name);
-    state_.module.kind = kind;
-    ShowProgress(request_, "Modul: " + text::Utf8FromCode(state_.module.name));
-  }
-  void ScanCode(std::string_view code) {
-    analysis::ScanModule(database_, request_.folder, state_, code, request_.options);
-    ++modules_;
-    subject_.clear();
-  }
-  /// The module that was due is not in the index.
-  void LeaveOut(std::string_view reason) {
-    leftOut_.push_back(Detail(reason));
-    subject_.clear();
-  }
-
-  /// How many modules the index holds.
-  int Modules() const noexcept { return modules_; }
-  std::vector<std::string>& LeftOut() noexcept { return leftOut_; }
-
-  /// What went wrong, with the file or module in front.
-  std::string Detail(std::string_view reason) const {
-    const std::string inFront = subject_.empty() ? std::string() : subject_ + ": ";
-    return reason.starts_with(inFront) ? OneLine(reason) : inFront + OneLine(reason);
-  }
-
- private:
-  codedb::CodeDatabase& database_;
-  const ReadRequest& request_;
-  analysis::ReadState state_;
-  int modules_ = 0;
-  std::vector<std::string> leftOut_;
-  std::string subject_;
-  FactsCollector facts_;
-};
-
-struct Ticked {
-  const HostProjectNode* project;
-  const HostModuleNode* module;
-};
-
 /// The ticked modules in tree order.
 std::vector<Ticked> TickedModules(const HostTree& tree, bool ofTickedProjectsOnly) {
   std::vector<Ticked> ticked;
@@ -132,10 +74,6 @@ std::string LastProjectText(const HostTree& tree, const std::vector<Ticked>& tic
   return last == nullptr ? std::string() : last->text;
 }
 
-std::string SubjectOf(const HostModuleNode& node) {
-  return node.file.empty() ? text::Utf8FromCode(node.text) : node.file;
-}
-
 /// Drops all that has been written so far: rows, database file and module texts.
 void DropIndex(codedb::CodeDatabase& database, const ReadRequest& request) noexcept {
   database.Rollback();
@@ -148,21 +86,6 @@ ReadReport Ended(ReadOutcome outcome, std::string message) {
   report.outcome = outcome;
   report.message = std::move(message);
   return report;
-}
-
-/// Reads the modules one after the other. One that can't be read costs itself; throws when none is left.
-template <typename ReadModule>
-void ReadAll(const std::vector<Ticked>& modules, IndexBuild& build, ReadModule readModule) {
-  for (const Ticked& ticked : modules) {
-    try {
-      readModule(ticked, build);
-    } catch (const HostError& error) {
-      build.LeaveOut(error.what());
-    } catch (const analysis::ModuleError& error) {
-      build.LeaveOut(error.what());
-    }
-  }
-  if (build.Modules() == 0 && !build.LeftOut().empty()) throw HostError(build.LeftOut().back());
 }
 
 /// Prepares the index, gives each module to `readModule` and closes it.
@@ -182,13 +105,15 @@ ReadReport BuildIndex(codedb::CodeDatabase& database, const ReadRequest& request
   try {
     database.OpenCodeDatabase(request.folder);
     database.Begin();
-    ReadAll(modules, build, readModule);
+    for (const Ticked& ticked : modules) readModule(ticked, build);
+    build.Finish();
     readRest(build.Facts());
     report.replacedCharacters = build.Facts().ReplacedCharacters();
     build.Facts().Write();
     database.Commit();
     database.CloseCodeDatabase();
   } catch (const std::exception& error) {
+    build.Stop();
     DropIndex(database, request);
     report = Ended(ReadOutcome::kFailed, kFailedText);
     report.detail = build.Detail(error.what());
@@ -207,19 +132,22 @@ void ClearIndex(codedb::CodeDatabase& database, const ReadRequest& request) {
   codedb::DeleteScratchFiles(request.folder);
 }
 
-void ReadThroughHost(HostAutomation& host, const Ticked& ticked, IndexBuild& build) {
+ReadModule Scan(const ReadRequest& request, WholeComponent whole) {
+  if (whole.facts.kind.empty()) whole.facts.kind = KindWord(whole.component.type);
+  ReadModule module{ModuleKindOf(whole.component.type), {whole.code, request.options}, {}};
+  module.facts =
+      WithOriginal(std::move(whole.facts), request.options, whole.code, std::nullopt, module.scan.MarkedText());
+  return module;
+}
+
+void ReadThroughHost(HostAutomation& host, const ReadRequest& request, const Ticked& ticked, IndexBuild& build) {
   const auto& [project, node] = ticked;
-  build.SetSubject(SubjectOf(*node));
-  const int index = ProjectIndex(project->key);
-  const std::string name = node->key.substr(project->key.size());
-  const HostComponent component = host.ComponentByName(index, name, node->position);
-  build.StartModule(name, ModuleKindOf(component.type));
-  const std::string code = host.Lines(index, name, node->position, component.lineCount);
-  codedb::ModuleFacts facts = host.FactsOfComponent(index, name, node->position);
-  if (facts.kind.empty()) facts.kind = KindWord(component.type);
-  build.ScanCode(code);
-  facts.number = build.Modules();
-  build.Facts().Add(*project, &host, node->position, std::move(facts), code);
+  std::string name = node->key.substr(project->key.size());
+  build.Add(ticked, name, &host, [&, project = project, node = node]() -> IndexBuild::Reading {
+    auto reading = host.StartReading(ProjectIndex(project->key), name, node->position);
+    build.Facts().NumberOf(*project, &host);
+    return [&request, reading = std::move(reading)] { return Scan(request, reading()); };
+  });
 }
 
 /// What the index lacks of the ticked projects. One whose modules can't be read any more is known without them.
@@ -242,24 +170,22 @@ int KindOfImage(const std::string& image) {
   return kind == 0 ? codedb::kOtherKind : kind;
 }
 
-void ReadFromFile(const Ticked& ticked, std::string& buffer, IndexBuild& build) {
-  const HostModuleNode& node = *ticked.module;
-  build.SetSubject(SubjectOf(node));
+ReadModule ReadFromFile(const ReadRequest& request, const HostModuleNode& node) {
   if (node.file.empty()) throw HostError("Modul liegt nicht in einer Datei");
-  const SourceBytes content = ReadSourceFile(files::PathFromText(node.file), buffer);
+  const fs::path path = files::PathFromText(node.file);
+  std::string buffer;
+  const SourceBytes content = ReadSourceFile(path, buffer);
   if (!content.problem.empty()) throw HostError(content.problem);
-  build.StartModule(node.text, KindOfImage(node.image));
   const std::string code = office::DropAttributeLines(files::DecodeSourceText(content.bytes));
-  build.ScanCode(code);
-  office::ModuleFile file =
-      office::ParseModuleFile(content.bytes, files::PathText(files::PathFromText(node.file).extension()));
-  std::string editorCode = std::move(file.code);
+  ReadModule module{KindOfImage(node.image), {code, request.options}, {}};
+  office::ModuleFile file = office::ParseModuleFile(content.bytes, files::PathText(path.extension()));
+  const std::string editorCode = std::move(file.code);
   codedb::ModuleFacts facts = FactsOfFile(std::move(file));
-  facts.number = build.Modules();
   facts.file = node.file;
   facts.linesOfFile = true;
   if (facts.name.empty()) facts.name = text::Utf8FromCode(node.text);
-  build.Facts().Add(*ticked.project, nullptr, node.position, std::move(facts), code, std::move(editorCode));
+  module.facts = WithOriginal(std::move(facts), request.options, code, editorCode, module.scan.MarkedText());
+  return module;
 }
 
 }  // namespace
@@ -273,7 +199,7 @@ ReadReport ReadCheckedModules(HostAutomation& host, const HostTree& tree, codedb
   const std::vector<Ticked> modules = TickedModules(tree, true);
   ReadReport report = BuildIndex(
       database, request, modules,
-      [&](const Ticked& ticked, IndexBuild& build) { ReadThroughHost(host, ticked, build); },
+      [&](const Ticked& ticked, IndexBuild& build) { ReadThroughHost(host, request, ticked, build); },
       [&](FactsCollector& facts) { ReadShortModules(host, tree, facts); });
   report.projectText = LastProjectText(tree, modules);
   return report;
@@ -282,10 +208,14 @@ ReadReport ReadCheckedModules(HostAutomation& host, const HostTree& tree, codedb
 ReadReport ReadModuleFiles(const HostTree& tree, codedb::CodeDatabase& database, const ReadRequest& request) {
   if (!tree.AnyChecked()) return Ended(ReadOutcome::kNothingChecked, kNothingCheckedText);
   ClearIndex(database, request);
-  std::string buffer;
   const std::vector<Ticked> modules = TickedModules(tree, false);
   ReadReport report = BuildIndex(
-      database, request, modules, [&](const Ticked& ticked, IndexBuild& build) { ReadFromFile(ticked, buffer, build); },
+      database, request, modules,
+      [&](const Ticked& ticked, IndexBuild& build) {
+        const HostModuleNode& node = *ticked.module;
+        build.Add(ticked, node.text, nullptr,
+                  [&] { return [&request, &node] { return ReadFromFile(request, node); }; });
+      },
       [](FactsCollector&) {});
   report.projectText = LastProjectText(tree, modules);
   return report;

@@ -136,7 +136,9 @@ void AddSavedProject(Corpus& corpus) {
     ++state.module.number.value;
     state.module.name = name;
     state.module.kind = codedb::kStandard;
-    analysis::ScanModule(database, scratch.Path(), state, code, {});
+    analysis::ScannedModule module(code, {});
+    module.Insert(database, state);
+    codedb::WriteModuleText(scratch.Path(), state.module.number, module.MarkedText());
     parts.push_back(codedb::ReadModuleText(scratch.Path(), state.module.number));
   }
   database.CloseCodeDatabase();

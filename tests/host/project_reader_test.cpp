@@ -178,6 +178,51 @@ TEST_F(ProjectReader, AModuleThatCannotBeReadCostsItself) {
   }
 }
 
+/// Modules are read side by side; rows, numbers, texts and messages are those of one after the other, also where a text
+/// holds a routine's number: every seventh module here.
+TEST_F(ProjectReader, ManyModulesComeInTheirOrder) {
+  constexpr int kModules = 60;
+  const auto path = [&](int i) { return sources_ / ("m" + std::to_string(100 + i) + ".bas"); };
+  const auto isMissing = [](int i) { return i % 11 == 10; };
+  std::vector<std::string> codes;
+  for (int i = 0; i < kModules; ++i) {
+    std::string code = i % 7 == 6 ? "Sub A() Function B()\r\nEnd Sub Function\r\n" : "Sub A()\r\nEnd Sub\r\n";
+    for (int line = (kModules - i) * (i % 3) * 40; line >= 0; --line) code += "x = 1\r\n";
+    codes.push_back(code + "'");
+    sources_.Write(files::PathText(path(i).filename()), codes.back());
+  }
+  DocumentHost host;
+  host.SetSources({sources_.Path()});
+  const HostTree tree = TreeOf(host, true);
+  Texts left;
+  for (int i = 0; i < kModules; ++i) {
+    if (!isMissing(i)) continue;
+    fs::remove(path(i));
+    left.push_back(files::PathText(path(i)) + ": Datei existiert nicht");
+  }
+  EXPECT_EQ(ReadCheckedModules(host, tree, database_, request_).leftOut, left);
+
+  const Texts index = Index();
+  codedb::RoutineNumber last;
+  std::size_t number = 0;
+  bool held = false;
+  for (int i = 0; i < kModules; ++i) {
+    if (isMissing(i)) continue;
+    const analysis::ScanResult expected = analysis::ScanForIndex(codes[static_cast<std::size_t>(i)], {}, last);
+    last = expected.last;
+    held = held || expected.numbersInText;
+    ++number;
+    EXPECT_EQ(codedb::ReadModuleText(scratch_.Path(), {static_cast<std::int32_t>(number)}),
+              expected.markedText + "\r\n");
+    std::string row = std::to_string(number) + " " + files::PathText(path(i).stem()) + " 2 " +
+                      std::to_string(expected.lineCount) + ":";
+    for (const auto& routine : expected.routines) row += " " + std::to_string(routine.number.value) + routine.name;
+    EXPECT_EQ(index.at(number - 1), row);
+  }
+  EXPECT_EQ(index.size(), number);
+  EXPECT_TRUE(held);
+}
+
 /// The index counts the lines of a header in 16 bits.
 TEST_F(ProjectReader, AHeaderOfTooManyLinesCostsItsModule) {
   std::string code = "Sub A()\nEnd Sub\nSub B( _\n";

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <filesystem>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 #include <quillmate/analysis/scanner.h>
@@ -13,7 +13,7 @@ namespace quillmate::analysis {
 struct ReadState {
   /// The module being read: number, name and kind. The reader adds 1 to the number before each module.
   codedb::ModuleRecord module;
-  /// The last routine number given in the project, kept up by ScanModule.
+  /// The last routine number given in the project, kept up by ScannedModule.
   codedb::RoutineNumber lastRoutine;
 };
 
@@ -23,11 +23,24 @@ class ModuleError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Scans one module in indexing mode: writes its rows into the open database and its marked-up text into `folder`.
-/// Throws ModuleError, before anything is written, when a routine's header has more lines than the index can count;
-/// codedb::DatabaseError when a statement fails and std::runtime_error when the file can't be written; the
-/// caller abandons the read then.
-void ScanModule(codedb::CodeDatabase& database, const std::filesystem::path& folder, ReadState& state,
-                std::string_view code, const ScanOptions& options);
+/// A module scanned for the index, on any thread and before it is known which numbers its routines get.
+class ScannedModule {
+ public:
+  /// Throws ModuleError when a routine's header has more lines than the index can count.
+  ScannedModule(std::string_view code, const ScanOptions& options);
+
+  /// Numbers the routines on from those of the modules before it and writes its rows into the open database. Once.
+  /// Throws codedb::DatabaseError; the caller abandons the read then.
+  void Insert(codedb::CodeDatabase& database, ReadState& state);
+
+  /// The marked-up text; in a module with ScanResult::numbersInText not before Insert.
+  const std::string& MarkedText() const noexcept { return scan_.markedText; }
+
+ private:
+  ScanOptions options_;
+  ScanResult scan_;
+  /// Only where it has to be scanned once more.
+  std::string code_;
+};
 
 }  // namespace quillmate::analysis

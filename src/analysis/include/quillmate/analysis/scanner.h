@@ -31,6 +31,9 @@ struct ScanResult {
   codedb::RoutineNumber last;
   /// Size of the module in lines: the line breaks of the marked-up text.
   std::int32_t lineCount = 0;
+  /// True in the rare module whose marked-up text holds numbers of routines; in all others the text is the same
+  /// whatever number came last.
+  bool numbersInText = false;
 };
 
 /// Marks up a module and numbers its routines on from `last`, the last number given so far (0 before a project's first

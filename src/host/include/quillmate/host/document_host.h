@@ -72,6 +72,7 @@ class DocumentHost : public HostAutomation {
   std::string Lines(int project, const std::string& name, int position, int count) override;
   codedb::ProjectFacts FactsOfProject(int project) override;
   codedb::ModuleFacts FactsOfComponent(int project, const std::string& name, int position) override;
+  std::function<WholeComponent()> StartReading(int project, const std::string& name, int position) override;
   std::vector<codedb::BindingFact> BindingsOfProject(int project) override;
 
  private:

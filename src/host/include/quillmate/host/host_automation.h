@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -38,6 +39,13 @@ struct HostComponent {
   std::string file;
 };
 
+/// A component as it is now with its code, without a trailing line break, and what is known of it.
+struct WholeComponent {
+  HostComponent component;
+  std::string code;
+  codedb::ModuleFacts facts;
+};
+
 /// Projects and components are counted from 1, as in the object model.
 class HostAutomation {
  public:
@@ -68,6 +76,10 @@ class HostAutomation {
   /// What is known of a component beside its code, cheap right after its Lines. `code` is set only where those have
   /// lost characters; `project` and `number` are the caller's. Throws as Lines does.
   virtual codedb::ModuleFacts FactsOfComponent(int project, const std::string& name, int position);
+  /// Reads a component as ComponentByName, Lines and FactsOfComponent do in turn. What any thread can do of it is left
+  /// to the function that comes back: to be called once, and before the next listing. Both throw HostError.
+  virtual std::function<WholeComponent()> StartReading(int project, const std::string& name, int position);
+
   /// What starts routines of the project from outside of its code, as far as the host knows; their `project` is the
   /// caller's.
   virtual std::vector<codedb::BindingFact> BindingsOfProject(int project);

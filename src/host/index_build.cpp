@@ -1,0 +1,107 @@
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include <quillmate/codedb/index_files.h>
+#include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
+
+#include "index_build_p.h"
+
+namespace quillmate::host {
+namespace {
+
+std::string OneLine(std::string_view text) {
+  std::string line = text::ReplaceAll(text::ReplaceAll(text, "\r\n", " "), "\n", " ");
+  std::replace(line.begin(), line.end(), '\r', ' ');
+  return line;
+}
+
+std::string SubjectOf(const HostModuleNode& node) {
+  return node.file.empty() ? text::Utf8FromCode(node.text) : node.file;
+}
+
+}  // namespace
+
+struct IndexBuild::Pending {
+  Ticked ticked;
+  std::string name;
+  HostAutomation* host;
+  std::optional<ReadModule> module{};
+};
+
+IndexBuild::IndexBuild(codedb::CodeDatabase& database, const ReadRequest& request)
+    : database_(database), request_(request), facts_(request) {}
+
+void IndexBuild::Add(const Ticked& ticked, std::string name, HostAutomation* host,
+                     const std::function<Reading()>& start) {
+  while (work_.IsFull()) work_.FinishFirst();
+  if (request_.progress) request_.progress("Modul: " + text::Utf8FromCode(name));
+  const auto pending = std::make_shared<Pending>(Pending{ticked, std::move(name), host});
+  const auto finish = [this, pending](const std::exception_ptr& failure) { Take(*pending, failure); };
+  try {
+    work_.Add(
+        [pending, reading = start()] {
+          pending->module.emplace(reading());
+          return pending->module->scan.MarkedText().size();
+        },
+        finish);
+  } catch (const HostError&) {
+    work_.Add([failure = std::current_exception()]() -> std::size_t { std::rethrow_exception(failure); }, finish);
+  }
+}
+
+void IndexBuild::Finish() {
+  work_.FinishAll();
+  if (modules_ == 0 && !leftOut_.empty()) throw HostError(leftOut_.back());
+}
+
+std::string IndexBuild::Detail(std::string_view reason) const {
+  const std::string inFront = subject_.empty() ? std::string() : subject_ + ": ";
+  return reason.starts_with(inFront) ? OneLine(reason) : inFront + OneLine(reason);
+}
+
+void IndexBuild::Take(Pending& pending, const std::exception_ptr& failure) {
+  subject_ = SubjectOf(*pending.ticked.module);
+  try {
+    if (failure) std::rethrow_exception(failure);
+    Insert(pending);
+  } catch (const HostError& error) {
+    leftOut_.push_back(Detail(error.what()));
+  } catch (const analysis::ModuleError& error) {
+    leftOut_.push_back(Detail(error.what()));
+  }
+  subject_.clear();
+}
+
+void IndexBuild::Insert(Pending& pending) {
+  ReadModule& module = *pending.module;
+  state_.module.number = {modules_ + 1};
+  state_.module.name = std::move(pending.name);
+  state_.module.kind = module.kind;
+  module.scan.Insert(database_, state_);
+  ++modules_;
+  module.facts.number = modules_;
+  facts_.Add(*pending.ticked.project, pending.host, pending.ticked.module->position, std::move(module.facts));
+  Store(pending);
+}
+
+/// Writes the module's text, which its number names.
+void IndexBuild::Store(Pending& pending) {
+  const auto scan = std::make_shared<analysis::ScannedModule>(std::move(pending.module->scan));
+  pending.module.reset();
+  work_.Add(
+      [scan, number = state_.module.number, &folder = request_.folder] {
+        codedb::WriteModuleText(folder, number, scan->MarkedText());
+        return std::size_t{0};
+      },
+      [this, subject = subject_](const std::exception_ptr& failure) {
+        if (!failure) return;
+        subject_ = subject;
+        std::rethrow_exception(failure);
+      });
+}
+
+}  // namespace quillmate::host
