@@ -8,6 +8,7 @@
 
 #include <quillmate/codedb/code_database.h>
 #include <quillmate/codedb/facts.h>
+#include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
 
 namespace quillmate::codedb {
@@ -388,8 +389,10 @@ void WriteFacts(const fs::path& folder, const Facts& facts) {
   const fs::path file = FactsPath(folder);
   std::error_code ignored;
   fs::remove(file, ignored);
+  // With the rights of all new files, which the database engine would narrow.
+  files::WriteWholeFile(file, "");
   try {
-    const Database database = OpenFile(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    const Database database = OpenFile(file, SQLITE_OPEN_READWRITE);
     Writer(database.get(), file).Write(facts);
   } catch (...) {
     fs::remove(file, ignored);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <set>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -72,14 +73,16 @@ std::error_code Rename(const std::filesystem::path& from, const std::filesystem:
 /// Gives a new file, which nobody else can reach yet, the rights, owner and group of another as far as the system lets
 /// it; an error when it would be open to more people.
 std::error_code TakeRights(const std::filesystem::path& from, const std::filesystem::path& to) noexcept;
-/// Takes from a new file the rights that none of the files has among which it comes.
+/// Takes from a new file the rights that none of the files has among which it comes, and gives it to their owner and
+/// group where all have the same and the system lets it.
 class CommonRights {
  public:
-  void Add(const std::filesystem::path& file) noexcept;
+  void Add(const std::filesystem::path& file);
   std::error_code Limit(const std::filesystem::path& file) const noexcept;
 
  private:
   unsigned mode_ = 0;
+  std::set<std::pair<unsigned, unsigned>> owners_;
 };
 
 /// Where an open file can't be removed (Windows): closes this process's files at or below a path, under whoever is

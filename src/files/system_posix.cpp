@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <tuple>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -52,6 +53,9 @@ bool GiveToOwnerAndGroup(const fs::path& file, const struct stat& wanted, const 
   if (lchown(file.c_str(), wanted.st_uid, wanted.st_gid) == 0) return true;
   return now.st_gid == wanted.st_gid || lchown(file.c_str(), static_cast<uid_t>(-1), wanted.st_gid) == 0;
 }
+
+/// What was granted to one group is not for another.
+mode_t WithoutGroup(mode_t mode) noexcept { return mode & (~kRightsOfGroup | ((mode & kRightsOfOthers) << 3U)); }
 
 /// File systems without rights refuse, and give every file the same.
 std::error_code SetMode(const fs::path& file, mode_t mode) noexcept {
@@ -171,22 +175,27 @@ std::error_code TakeRights(const fs::path& from, const fs::path& to) noexcept {
   struct stat now {};
   if (!LooksAt(from, wanted) || !S_ISREG(wanted.st_mode) || !LooksAt(to, now)) return {};
   mode_t mode = wanted.st_mode & kModeBits;
-  // What was granted to that group is not for the one that the file has instead.
-  if (!GiveToOwnerAndGroup(to, wanted, now)) mode &= ~kRightsOfGroup | ((mode & kRightsOfOthers) << 3U);
+  if (!GiveToOwnerAndGroup(to, wanted, now)) mode = WithoutGroup(mode);
   if (LooksAt(to, now) && now.st_uid != wanted.st_uid) mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
   TakeAccessList(from, to);
   return SetMode(to, mode);
 }
 
-void CommonRights::Add(const fs::path& file) noexcept {
+void CommonRights::Add(const fs::path& file) {
   struct stat status {};
-  if (LooksAt(file, status) && S_ISREG(status.st_mode)) mode_ |= status.st_mode & kModeBits;
+  if (!LooksAt(file, status) || !S_ISREG(status.st_mode)) return;
+  mode_ |= status.st_mode & kModeBits;
+  owners_.emplace(status.st_uid, status.st_gid);
 }
 
 std::error_code CommonRights::Limit(const fs::path& file) const noexcept {
-  struct stat status {};
-  if (mode_ == 0 || !LooksAt(file, status)) return {};
-  return SetMode(file, status.st_mode & kModeBits & mode_);
+  struct stat now {};
+  if (owners_.empty() || !LooksAt(file, now)) return {};
+  mode_t mode = now.st_mode & kModeBits & mode_;
+  struct stat wanted = now;
+  if (owners_.size() == 1) std::tie(wanted.st_uid, wanted.st_gid) = *owners_.begin();
+  if (!GiveToOwnerAndGroup(file, wanted, now)) mode = WithoutGroup(mode);
+  return SetMode(file, mode);
 }
 
 std::optional<FileIdentity> IdentityOf(const fs::path& path) noexcept {

@@ -232,7 +232,7 @@ bool IsDevice(const fs::path& path) noexcept try {
 fs::path TemporaryFolder() { return fs::temp_directory_path(); }
 
 // A new file inherits the rights of its folder.
-void CommonRights::Add(const fs::path& /*file*/) noexcept { mode_ = 0; }
+void CommonRights::Add(const fs::path& /*file*/) { mode_ = 0; }
 std::error_code CommonRights::Limit(const fs::path& /*file*/) const noexcept { return {}; }
 
 void CloseFilesIn(const fs::path& path) noexcept try {

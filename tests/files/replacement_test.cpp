@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 #include <quillmate/files/file_error.h>
 #include <quillmate/files/identity.h>
 #include <quillmate/files/replacement.h>
@@ -163,6 +168,15 @@ TEST(Replacement, RightsAreNeverLoosened) {
   EXPECT_EQ(Rights(target), fs::perms(0700));
   EXPECT_EQ(Rights(target / "a"), fs::perms(0640));
   EXPECT_EQ(Rights(target / "c"), fs::perms(0640)) << "what comes is no more open than what it comes to";
+  if (geteuid() == 0) {
+    for (const char* const name : {"a", "c"}) EXPECT_EQ(chown((target / name).c_str(), 12345, 2345), 0);
+    Replace(target, {{"a", "3"}, {"d", "3"}}, {"a", "c"});
+    for (const char* const name : {"a", "d"}) {
+      struct stat status {};
+      EXPECT_EQ(stat((target / name).c_str(), &status), 0);
+      EXPECT_EQ(std::make_pair(status.st_uid, status.st_gid), std::make_pair(12345U, 2345U)) << name;
+    }
+  }
   const fs::path file = folder.Write("d", "1");
   fs::permissions(file, fs::perms(0600));
   ReplaceFile(file, "2");

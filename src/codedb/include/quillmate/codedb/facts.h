@@ -155,7 +155,7 @@ struct Facts {
 /// The folder's facts.
 std::filesystem::path FactsPath(const std::filesystem::path& folder);
 
-/// Writes the file anew. Throws DatabaseError; a file that is not whole is removed then.
+/// Writes the file anew. Throws DatabaseError and files::FileError; a file that is not whole is removed then.
 void WriteFacts(const std::filesystem::path& folder, const Facts& facts);
 
 /// Nothing when there is no such file. Throws DatabaseError when it is damaged, holds nonsense (a module of no project)
