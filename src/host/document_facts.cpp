@@ -87,6 +87,11 @@ void TakeDocumentFacts(const office::DocumentFacts& document, codedb::ProjectFac
   }
   for (const std::string& macro : document.macros) add("Makro", macro);
   for (const std::string& notice : document.notices) add("Hinweis", notice);
+  if (document.notices.empty()) {
+    std::uint64_t places = 0;
+    for (const office::Binding& binding : document.bindings) places += binding.count;
+    facts.document.push_back({std::string(codedb::kBindingsProperty), std::to_string(places)});
+  }
 }
 
 DocumentModules ModulesOf(const office::DocumentFacts& document, office::OfficeHost host) {
@@ -127,7 +132,7 @@ std::vector<codedb::BindingFact> BindingsOf(const office::DocumentFacts& documen
     if (!target.has_value() || target->foreign) continue;
     std::string place = binding.place;
     if (binding.count > 1) place += " und an " + std::to_string(binding.count - 1) + " weiteren Stellen";
-    bindings.push_back({0, {}, binding.target, std::move(place), std::string(WordOf(binding.kind))});
+    bindings.push_back({0, binding.module, binding.target, std::move(place), std::string(WordOf(binding.kind))});
   }
   return bindings;
 }

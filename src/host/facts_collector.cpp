@@ -71,6 +71,12 @@ void TakeBindings(HostAutomation& host, int project, int number, std::vector<cod
   }
 }
 
+/// What starts routines that were not read says nothing about the others.
+void ForgetBindingCount(codedb::ProjectFacts& project) {
+  std::erase_if(project.document,
+                [](const codedb::DocumentFact& fact) { return fact.property == codedb::kBindingsProperty; });
+}
+
 codedb::ModuleFacts ReadComponent(HostAutomation& host, int project, int position, const HostComponent& component,
                                   std::string& code) {
   code = host.Lines(project, component.name, position, component.lineCount);
@@ -97,6 +103,7 @@ codedb::Facts CollectFacts(HostAutomation& host, int projects, std::vector<std::
         facts.modules.push_back(std::move(module));
       } catch (const HostError& error) {
         problems.emplace_back(error.what());
+        ForgetBindingCount(facts.projects.back());
       }
     }
     TakeBindings(host, project, static_cast<int>(facts.projects.size()) - 1, facts.bindings);
@@ -129,6 +136,7 @@ int FactsCollector::NumberOf(const HostProjectNode& project, HostAutomation* hos
     codedb::ProjectFacts facts;
     facts.name = text::Utf8FromCode(text::TextBefore(project.text, " ["));
     projects_.push_back(host != nullptr ? host->FactsOfProject(ProjectIndex(project.key)) : std::move(facts));
+    moduleCounts_.push_back(0);
     if (host != nullptr) TakeBindings(*host, ProjectIndex(project.key), known->second, bindings_);
   }
   return known->second;
@@ -143,6 +151,7 @@ void FactsCollector::AddShortModules(const HostProjectNode& project, HostAutomat
   const int index = ProjectIndex(project.key);
   const int number = NumberOf(project, &host);
   const int count = host.ComponentCount(index);
+  moduleCounts_[static_cast<std::size_t>(number)] = count;
   for (int position = 1; position <= count; ++position) {
     const HostComponent component = host.Component(index, position);
     if (!IsListed(component)) AddShort(number, host, index, position, component);
@@ -172,8 +181,12 @@ void FactsCollector::Write() {
   facts.bindings = std::move(bindings_);
   facts.modules.reserve(modules_.size());
   for (Added& added : modules_) {
+    --moduleCounts_[static_cast<std::size_t>(added.project)];
     added.facts.project = added.project;
     facts.modules.push_back(std::move(added.facts));
+  }
+  for (std::size_t i = 0; i < moduleCounts_.size(); ++i) {
+    if (moduleCounts_[i] != 0) ForgetBindingCount(facts.projects[i]);
   }
   codedb::WriteFacts(folder_, facts);
 }

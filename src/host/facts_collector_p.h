@@ -49,6 +49,8 @@ class FactsCollector {
   const std::filesystem::path folder_;
   std::map<std::string, int> numbers_;
   std::vector<codedb::ProjectFacts> projects_;
+  /// By project; 0 for one that was not read as a whole.
+  std::vector<int> moduleCounts_;
   std::vector<codedb::BindingFact> bindings_;
   std::vector<Added> modules_;
 };

@@ -8,6 +8,8 @@
 #include <quillmate/text/operations.h>
 
 #include "access_facts_p.h"
+#include "access_forms_p.h"
+#include "package_facts_p.h"
 #include "unicode_names_p.h"
 
 namespace quillmate::office {
@@ -240,49 +242,53 @@ bool IsNameUnit(unsigned unit) noexcept {
          (unit >= 0xC0 && unit < 0xD800);
 }
 
-/// Calls "Name(" in UTF-16 whose name is a function that cells and properties could call. With `equals` only those
-/// behind "=", as properties write them.
-void TakeCalls(std::string_view bytes, bool equals, Binding::Kind kind, const std::string& place,
-               FactsCollector& collector) {
+/// Calls "Name(" in UTF-16 whose name is a function that macros could call.
+void TakeCalls(std::string_view bytes, const std::string& place, FactsCollector& collector) {
   const auto unit = [&](std::size_t at) { return LittleEndian<std::uint16_t>(bytes, at); };
   for (std::size_t at = 2; at + 1 < bytes.size(); ++at) {
     if (bytes[at] != '(' || bytes[at + 1] != '\0') continue;
     std::size_t start = at;
     while (start >= 2 && IsNameUnit(unit(start - 2))) start -= 2;
-    if (start == at || (equals && (start < 2 || unit(start - 2) != '='))) continue;
+    if (start == at) continue;
     const std::string name = Utf8FromUtf16Bytes(bytes.substr(start, at - start));
-    if (collector.Names().IsCellFunction(name)) collector.Count(kind, name, place);
+    if (collector.Names().IsCellFunction(name)) collector.Count(Binding::Kind::kMacroAction, name, place);
   }
 }
 
-struct Folder {
-  const char* name;
-  bool equals;
-  Binding::Kind kind;
-  const char* place;
-};
-constexpr std::array kFolders{Folder{"Forms", true, Binding::Kind::kEventProperty, "Eigenschaft in einem Formular"},
-                              Folder{"Reports", true, Binding::Kind::kEventProperty, "Eigenschaft in einem Bericht"},
-                              Folder{"Scripts", false, Binding::Kind::kMacroAction, "Makro der Datenbank"}};
+void ReadMacros(const Storage& storage, FactsCollector& collector) {
+  const auto folder = storage.FindStorage(Storage::kRoot, "Scripts");
+  const auto list = folder ? storage.FindStream(*folder, "DirData") : std::nullopt;
+  if (!list || !collector.Names().HasCellFunctions()) return;
+  for (const AccessFolderEntry& entry : ReadAccessFolder(storage.ReadStream(*list, kLargestStream).bytes)) {
+    const auto macro = storage.FindStorage(*folder, entry.storage);
+    const auto blob = macro ? storage.FindStream(*macro, "Blob") : std::nullopt;
+    if (blob) TakeCalls(storage.ReadStream(*blob, kLargestStream).bytes, "Makro '" + entry.name + "'", collector);
+  }
+}
+
+/// Ribbons that a database keeps in a table of its own.
+void ReadRibbonTable(AccessDatabase& database, FactsCollector& collector) {
+  constexpr std::uint64_t kLargestRibbon = std::uint64_t{4} << 20U;
+  std::optional<AccessTable> table = database.Table("USysRibbons");
+  if (!table.has_value()) return;
+  std::size_t count = 0;
+  table->Visit([&](const AccessRow& row) {
+    const std::string xml = row.Text(table->Column("RibbonXML")).substr(0, kLargestRibbon);
+    MemoryStream stream(xml);
+    ReadRibbon(stream, false, collector);
+    return ++count < kMostFacts;
+  });
+}
 
 }  // namespace
 
-void ReadAccessFacts(AccessDatabase& database, const Storage* storage, FactsCollector& collector) {
+void ReadAccessFacts(AccessDatabase& database, const Storage* storage, int codePage, FactsCollector& collector) {
   ReadObjects(database, collector.Facts());
   ReadQueries(database, collector);
-  if (storage == nullptr || !collector.Names().HasCellFunctions()) return;
-  for (const Folder& folder : kFolders) {
-    const auto found = storage->FindStorage(Storage::kRoot, folder.name);
-    if (!found.has_value()) continue;
-    for (const Storage::Item& item : storage->List(*found)) {
-      if (!item.isStorage) continue;
-      for (const Storage::Item& stream : storage->List(item.id)) {
-        if (stream.isStorage) continue;
-        TakeCalls(storage->ReadStream(stream.id, kLargestStream).bytes, folder.equals, folder.kind, folder.place,
-                  collector);
-      }
-    }
-  }
+  ReadRibbonTable(database, collector);
+  if (storage == nullptr) return;
+  ReadAccessForms(*storage, CodePage(codePage), collector);
+  ReadMacros(*storage, collector);
 }
 
 }  // namespace quillmate::office

@@ -27,18 +27,44 @@ std::optional<Storage::Id> ProjectIn(const Storage& storage) {
   return vba.has_value() ? storage.FindStorage(*vba, "VBAProject") : std::nullopt;
 }
 
-OfficeFile ReadProject(AccessDatabase& database, const ReadOptions& options) {
-  if (const std::unique_ptr<AccessStorage> storage = database.OpenStorage()) {
-    if (const auto project = ProjectIn(*storage))
-      return ReadProjectIn(*storage, *project, OfficeHost::kAccess, options);
+/// Where a database keeps its project, forms and macros.
+class Objects {
+ public:
+  explicit Objects(AccessDatabase& database) : table_(database.OpenStorage()) {
+    if (table_ != nullptr && ProjectIn(*table_)) {
+      storage_ = table_.get();
+      project_ = ProjectIn(*table_);
+      return;
+    }
+    // Before 2002: a compound file in pieces.
+    joined_ = database.JoinedObjects(kLargestVbaProject);
+    source_.emplace(joined_);
+    compound_ = CompoundFile::Open(*source_);
+    if (compound_.has_value()) {
+      storage_ = &*compound_;
+      project_ = FindVbaProject(*compound_);
+    }
   }
-  // Before: a compound file in pieces.
-  const std::string joined = database.JoinedObjects(kLargestVbaProject);
-  MemorySource source(joined);
-  if (const std::optional<CompoundFile> file = CompoundFile::Open(source)) {
-    if (const auto project = FindVbaProject(*file)) return ReadProjectIn(*file, *project, OfficeHost::kAccess, options);
-  }
-  if (!joined.empty() || !database.Whole()) return Without(State::kFailed, kBrokenDatabase, OfficeHost::kAccess);
+  Objects(const Objects&) = delete;
+  Objects& operator=(const Objects&) = delete;
+
+  /// Nothing where there is none, or none that can be read.
+  const Storage* Place() const noexcept { return storage_; }
+  std::optional<Storage::Id> Project() const noexcept { return project_; }
+  bool Damaged() const noexcept { return !joined_.empty(); }
+
+ private:
+  std::unique_ptr<AccessStorage> table_;
+  std::string joined_;
+  std::optional<MemorySource> source_;
+  std::optional<CompoundFile> compound_;
+  const Storage* storage_ = nullptr;
+  std::optional<Storage::Id> project_;
+};
+
+OfficeFile ReadProject(const AccessDatabase& database, const Objects& objects, const ReadOptions& options) {
+  if (objects.Project()) return ReadProjectIn(*objects.Place(), *objects.Project(), OfficeHost::kAccess, options);
+  if (objects.Damaged() || !database.Whole()) return Without(State::kFailed, kBrokenDatabase, OfficeHost::kAccess);
   return Without(State::kNoMacros, reasons::kWithoutMacros, OfficeHost::kAccess);
 }
 
@@ -62,16 +88,16 @@ OfficeFile ReadAccessFile(ByteSource& source, const ReadOptions& options) {
     return Without(State::kFailed, reasons::kEncrypted, OfficeHost::kAccess);
   }
   if (database.Objects().empty()) return Without(State::kFailed, kBrokenDatabase, OfficeHost::kAccess);
-  OfficeFile file = ReadProject(database, options);
+  const Objects objects(database);
+  OfficeFile file = ReadProject(database, objects, options);
   const bool compiled =
       !file.project.modules.empty() && std::none_of(file.project.modules.begin(), file.project.modules.end(),
                                                     [](const VbaModule& module) { return module.hasText; });
   if (compiled) return Without(State::kFailed, kCompiled, OfficeHost::kAccess);
   MarkDocuments(database, file.project);
-  return WithFacts(std::move(file), options, [&](FactsCollector& collector) {
-    const std::unique_ptr<AccessStorage> storage = database.OpenStorage();
-    ReadAccessFacts(database, storage.get(), collector);
-  });
+  const int codePage = file.project.codePage;
+  return WithFacts(std::move(file), options,
+                   [&](FactsCollector& collector) { ReadAccessFacts(database, objects.Place(), codePage, collector); });
 }
 
 }  // namespace quillmate::office

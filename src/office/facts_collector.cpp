@@ -17,10 +17,10 @@ constexpr std::size_t kLongestTarget = 1000;
 
 }  // namespace
 
-void FactsCollector::Add(Binding::Kind kind, std::string target, std::string place) {
+void FactsCollector::Add(Binding::Kind kind, std::string target, std::string place, std::string module) {
   if (target.empty() || target.size() > kLongestTarget) return;
   if (facts_.bindings.size() >= kMostFacts) return Notice("Sehr viele Verweise auf Makros: der Rest wurde ausgelassen");
-  facts_.bindings.push_back({kind, std::move(target), std::move(place), 1});
+  facts_.bindings.push_back({kind, std::move(target), std::move(place), std::move(module), 1});
 }
 
 void FactsCollector::Count(Binding::Kind kind, std::string_view target, const std::string& place) {

@@ -20,8 +20,8 @@ class FactsCollector {
   const ProjectNames& Names() const noexcept { return names_; }
   DocumentFacts& Facts() noexcept { return facts_; }
 
-  /// One of its own, with its place.
-  void Add(Binding::Kind kind, std::string target, std::string place);
+  /// One of its own, with its place; `module` as in Binding.
+  void Add(Binding::Kind kind, std::string target, std::string place, std::string module = {});
   /// Counted together with those of the same target, of which the first keeps its place.
   void Count(Binding::Kind kind, std::string_view target, const std::string& place);
   /// Each function of the project that a formula calls; `place` is a call that gives the words.

@@ -100,7 +100,11 @@ bool ProjectNames::IsCellFunction(std::string_view name) const {
 
 bool ProjectNames::IsQualifiedRoutine(std::string_view text) const { return Holds(qualified_, text); }
 
-std::vector<std::string> CellFunctionsIn(std::string_view formula, const ProjectNames& names) {
+std::vector<std::string> CellFunctionsIn(std::string_view formula, const ProjectNames& names, std::string_view module) {
+  const auto isKnown = [&](std::string_view name) {
+    if (names.IsCellFunction(name)) return true;
+    return !module.empty() && names.IsQualifiedRoutine(std::string(module).append(".").append(name));
+  };
   std::vector<std::string> found;
   char quote = '\0';
   for (std::size_t at = 0; at < formula.size(); ++at) {
@@ -111,7 +115,7 @@ std::vector<std::string> CellFunctionsIn(std::string_view formula, const Project
     std::string_view name = NameBefore(formula, at);
     constexpr std::string_view kPrefix = "_xludf.";
     if (name.starts_with(kPrefix)) name.remove_prefix(kPrefix.size());
-    if (name.empty() || name.starts_with("_xlfn.") || !names.IsCellFunction(name)) continue;
+    if (name.empty() || name.starts_with("_xlfn.") || !isKnown(name)) continue;
     if (std::find(found.begin(), found.end(), name) == found.end()) found.emplace_back(name);
   }
   return found;

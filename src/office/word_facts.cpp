@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include <quillmate/office/macro_target.h>
 #include <quillmate/text/operations.h>
 
 #include "package_facts_p.h"
@@ -167,6 +168,8 @@ void TakeFieldInstruction(std::string_view instruction, std::string_view where, 
   if (!instruction.starts_with(' ')) return;
   instruction = text::Trim(instruction);
   const std::size_t end = std::min(instruction.find(' '), instruction.size());
+  // "\* MERGEFORMAT" stands behind a field without a macro.
+  if (!ParseMacroTarget(instruction.substr(0, end), "").has_value()) return;
   std::string place = PlaceOnSheet("Makroschaltfläche", OneLineText(instruction.substr(end)), "");
   collector.Add(Binding::Kind::kField, std::string(instruction.substr(0, end)), place.append(" ").append(where));
 }

@@ -95,6 +95,7 @@ void TakeProjects(ReferenceIndex::Data& data, const Sources& sources) {
     ProjectTable& table = data.tables.projects.emplace_back();
     table.nameHash = language::HashName(language::FoldName(source.name));
     table.host = source.host;
+    table.outsideKnown = source.outsideKnown;
     table.hostKnown = source.host != Host::kUnknown && !source.hostAssumed;
     table.hosts = library::HostBit(table.hostKnown ? source.host : Host::kUnknown);
     // Folders and VB projects are no books that a text could name.

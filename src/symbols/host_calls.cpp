@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <array>
 
 #include <quillmate/language/parse.h>
+#include <quillmate/text/utf8.h>
 
 #include "index_data_p.h"
 #include "library_p.h"
@@ -22,18 +24,35 @@ SymbolId RoutineOf(const Data& data, Index module, NameHash name) {
   return kNone;
 }
 
-/// Enters a call of what `text` names; `module`: where it is looked for first, or kNone.
-void AddHostCall(Data& data, Index project, Index module, std::string_view text, const std::string& place) {
-  const MacroName name = ParseMacroName(text);
-  if (name.routine.empty()) return;
+/// Enters a call of what the binding names; `module`: where it is looked for first, or kNone. False when it names
+/// nothing that is there.
+bool AddHostCall(Data& data, const ExternalBinding& binding, Index module) {
+  const MacroName name = ParseMacroName(binding.text);
+  if (name.routine.empty()) return false;
+  // A defined name is there because something uses the routine: what does is the better answer.
+  const bool indirect = binding.kind == BindingKind::kDefinedName;
   if (module != kNone && name.module.empty()) {
     const SymbolId own = RoutineOf(data, module, language::HashName(name.routine));
-    if (own != kNone) return data.hostCalls.push_back({own, place});
+    if (own != kNone) return data.hostCalls.push_back({own, indirect, binding.place}), true;
   }
-  for (const MacroTarget& target : FindMacro(data.tables, project, kNone, name)) {
+  const std::vector<MacroTarget> targets = FindMacro(data.tables, binding.project, kNone, name);
+  for (const MacroTarget& target : targets) {
     const SymbolId symbol = data.SymbolOf(target.module, target.local);
-    if (symbol != kNone) data.hostCalls.push_back({symbol, place});
+    if (symbol != kNone) data.hostCalls.push_back({symbol, indirect, binding.place});
   }
+  return !targets.empty();
+}
+
+/// A binding of the project's own that leads nowhere: a mere name in a document may mean a command of the host, and a
+/// formula may call what another document brings.
+bool IsLoose(const Data& data, const ExternalBinding& binding) {
+  constexpr std::array kTold{BindingKind::kButton, BindingKind::kRibbon, BindingKind::kShortcut,
+                             BindingKind::kEventProperty};
+  if (std::find(kTold.begin(), kTold.end(), binding.kind) == kTold.end()) return false;
+  const MacroName name = ParseMacroName(binding.text);
+  const ProjectTable& project = data.tables.projects[binding.project];
+  const bool foreign = !name.project.empty() && language::HashName(name.project) != project.nameHash;
+  return !name.routine.empty() && !foreign && (name.book.empty() || IsFile(project, name.book));
 }
 
 /// "=Rechne(1)" in an event property of a form: the function is called without any code.
@@ -48,18 +67,20 @@ void AddEventProperties(Data& data, Index module) {
     if (property.control != kNone) owner = code.Text(code.controls[property.control].nameText);
     place.append(owner.empty() ? std::string_view(data.modules[module].name) : owner);
     if (!owner.empty()) place.append(" in ").append(data.modules[module].name);
-    AddHostCall(data, data.modules[module].project, module, value, place);
+    AddHostCall(data,
+                {data.modules[module].project, {}, std::string(value), std::move(place), BindingKind::kEventProperty},
+                module);
   }
 }
 
 /// "Strg+K" from "k\n14": a capital letter is one with the shift key.
 std::string KeyName(std::string_view value) {
   if (value.size() < 2 || value[0] != '"') return {};
-  const char key = value[1];
+  const std::string_view key = value.substr(1, text::ReadUtf8(value.substr(1)).length);
+  const bool small = key.size() == 1 && key[0] >= 'a' && key[0] <= 'z';
   std::string name = "Tastenkürzel Strg+";
-  if (key >= 'A' && key <= 'Z') name += "Umschalt+";
-  name += static_cast<char>(key >= 'a' && key <= 'z' ? key - 0x20 : key);
-  return name;
+  if (key.size() == 1 && key[0] >= 'A' && key[0] <= 'Z') name += "Umschalt+";
+  return small ? name + static_cast<char>(key[0] - 0x20) : name.append(key);
 }
 
 void AddShortcuts(Data& data, Index module) {
@@ -69,7 +90,7 @@ void AddShortcuts(Data& data, Index module) {
     if (attribute.name != language::kWordVB_Invoke_Func || attribute.declaration == kNone) continue;
     if ((table.status[attribute.declaration] & status::kShortcut) == 0) continue;
     const SymbolId symbol = data.SymbolOf(module, attribute.declaration + 1);
-    if (symbol != kNone) data.hostCalls.push_back({symbol, KeyName(code.Text(attribute.value))});
+    if (symbol != kNone) data.hostCalls.push_back({symbol, false, KeyName(code.Text(attribute.value))});
   }
 }
 
@@ -82,7 +103,7 @@ void JoinBindings(Data& data, const std::vector<ExternalBinding>& bindings) {
     if (!binding.module.empty()) {
       module = data.tables.FindModule(binding.project, language::HashName(language::FoldName(binding.module)));
     }
-    AddHostCall(data, binding.project, module, binding.text, binding.place);
+    if (!AddHostCall(data, binding, module) && IsLoose(data, binding)) data.looseBindings.push_back(binding);
   }
   for (Index module = 0; module < data.modules.size(); ++module) {
     AddEventProperties(data, module);

@@ -13,6 +13,7 @@ namespace quillmate::symbols {
 /// A binding outside the code that calls a routine.
 struct HostCall {
   SymbolId routine;
+  bool indirect;  ///< something uses the routine, but not this
   std::string place;
 
   auto operator<=>(const HostCall&) const = default;
@@ -63,9 +64,11 @@ struct ReferenceIndex::Data {
   std::vector<Handled> handlers;
   std::vector<std::pair<SymbolId, SymbolId>> handledBy;
   std::vector<HostCall> hostCalls;  ///< sorted by routine
-  std::vector<Mention> mentions;    ///< sorted by key
-  std::vector<bool> wholeTypes;     ///< by symbol: types whose members something outside may look at
-  std::vector<bool> eventObjects;   ///< by symbol: variables and controls whose events are handled
+  /// Buttons and the like of a project's own routines that it does not have.
+  std::vector<ExternalBinding> looseBindings;
+  std::vector<Mention> mentions;   ///< sorted by key
+  std::vector<bool> wholeTypes;    ///< by symbol: types whose members something outside may look at
+  std::vector<bool> eventObjects;  ///< by symbol: variables and controls whose events are handled
 
   SymbolId SymbolOf(Index module, Local local) const noexcept { return rawSymbols[tables.rawBases[module] + local]; }
   const Handled* HandlerOf(SymbolId routine) const noexcept;

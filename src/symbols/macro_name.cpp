@@ -83,14 +83,15 @@ MacroName ParseMacroName(std::string_view text) {
   return {};
 }
 
+bool IsFile(const ProjectTable& project, std::string_view book) {
+  return language::FoldName(FileName(book)) == language::FoldName(FileName(project.fileName));
+}
+
 std::vector<MacroTarget> FindMacro(const Tables& tables, Index project, Index from, const MacroName& name) {
   std::vector<MacroTarget> targets;
   if (name.routine.empty()) return targets;
   const ProjectTable& own = tables.projects[project];
-  if (!name.book.empty() && !own.fileName.empty() &&
-      language::FoldName(FileName(name.book)) != language::FoldName(FileName(own.fileName))) {
-    return targets;
-  }
+  if (!name.book.empty() && !own.fileName.empty() && !IsFile(own, name.book)) return targets;
   if (!name.project.empty() && language::HashName(name.project) != own.nameHash) return targets;
   const NameHash routine = language::HashName(name.routine);
   if (!name.module.empty()) {

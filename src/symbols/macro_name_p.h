@@ -25,6 +25,9 @@ struct MacroTarget {
   Local local;
 };
 
+/// Whether a book in front of "!" is the project's own file.
+bool IsFile(const ProjectTable& project, std::string_view book);
+
 /// What a host runs under that name: in the module that is named, else the public ones of standard modules, else the
 /// private ones there, else those of documents. Subs and Functions only. `from`: a module whose own routine goes before
 /// others, or kNone. Several when the name does not decide.

@@ -78,6 +78,8 @@ ProjectSource ProjectFrom(const codedb::Facts& facts, std::size_t number, Host a
   source.hostAssumed = source.host == Host::kUnknown;
   if (source.hostAssumed) source.host = assumed;
   if (source.host == Host::kVb6) source.dialect = language::Dialect::kVb6;
+  source.outsideKnown = std::any_of(project.document.begin(), project.document.end(),
+                                    [](const auto& fact) { return fact.property == codedb::kBindingsProperty; });
   for (const codedb::ConstantFact& constant : project.constants) {
     source.constants.push_back({constant.name, constant.value});
   }

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include <quillmate/language/parse.h>
+#include <quillmate/text/utf8.h>
 
 #include "library_p.h"
 #include "tables_p.h"
@@ -115,8 +116,10 @@ void ReadAttributes(ModuleTable& table) {
       if (value == "0") status |= status::kDefault;
       if (value == "-4") status |= status::kEnumerator;
     } else if (attribute.name == language::kWordVB_Invoke_Func) {
-      // "k\n14": the key before the backslash, a blank for none.
-      if (value.size() > 2 && value[0] == '"' && value[1] != ' ' && value[1] != '\\') status |= status::kShortcut;
+      // "k\n14": one character, a blank for no key. Other hosts put names there.
+      if (value.size() < 2 || value[0] != '"' || value[1] == ' ' || value[1] == '\\') continue;
+      const std::size_t length = text::ReadUtf8(value.substr(1)).length;
+      if (length > 0 && value.substr(1 + length).starts_with("\\n")) status |= status::kShortcut;
     }
   }
 }

@@ -107,7 +107,8 @@ struct ProjectTable {
   std::uint8_t hosts = 0;  ///< library bits
   Host host = Host::kUnknown;
   bool hostKnown = false;  ///< and no mere assumption
-  std::string fileName;    ///< of a book; empty for folders and VB projects
+  bool outsideKnown = false;
+  std::string fileName;  ///< of a book; empty for folders and VB projects
   std::vector<Index> references;
 };
 

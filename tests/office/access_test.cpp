@@ -75,6 +75,88 @@ TEST(AccessFile, WhatCannotBeReadSaysWhy) {
             "Modul Modul1: Quelltext ist beschädigt oder zu groß und wurde nur zum Teil gelesen");
 }
 
+std::string Utf16(std::u16string_view text) {
+  std::string bytes;
+  for (const char16_t unit : text) bytes += Bytes<2>(unit);
+  return bytes;
+}
+
+std::string Folder(std::u16string_view name, unsigned number) {
+  return Bytes<4>(0) + Bytes<1>(4) + Bytes<1>(name.size() * 2) + Utf16(name) + Bytes<4>(number);
+}
+
+std::string Controls(const std::vector<std::pair<unsigned, std::string>>& controls) {
+  std::string bytes = Bytes<4>(0xACCDEAF7) + Bytes<8>(150) + Bytes<4>(controls.size()) + std::string(16, 'g');
+  for (const auto& [type, name] : controls)
+    bytes += Bytes<8>(type) + name + std::string(1, '\0') + std::string(1, '\0');
+  return bytes;
+}
+
+std::string Text(unsigned property, std::u16string_view value) {
+  return Bytes<4>(0xDC) + Bytes<2>(property) + Bytes<4>(12) + Bytes<4>(4) + Bytes<4>(value.size() * 2) + Utf16(value);
+}
+
+std::string Begin(unsigned type) { return Bytes<4>(0xFD) + Bytes<2>(type); }
+
+/// Controls as "module.name type caption", bindings as "module target: place", then what is not readable.
+std::vector<std::string> Facts(const AccessWriter& writer) {
+  const std::string bytes = writer.File();
+  MemorySource source(bytes);
+  const OfficeFile file = ReadOfficeFile(source, {.facts = true});
+  std::vector<std::string> lines;
+  for (const Control& control : file.facts.controls) {
+    lines.push_back(control.module + "." + control.name + " " + control.type + " " + control.caption);
+  }
+  for (const Binding& binding : file.facts.bindings) {
+    lines.push_back(binding.module + " " + binding.target + ": " + binding.place);
+  }
+  lines.insert(lines.end(), file.facts.notices.begin(), file.facts.notices.end());
+  return lines;
+}
+
+TEST(AccessFile, FormsMacrosAndRibbons) {
+  WrittenProject project;
+  project.modules = {
+      {"Module", "Modul1", StandardModule("Modul1", "Function Rechne(x)\r\nEnd Function\r\n")},
+      {"DocClass", "Form_Kunden", StandardModule("Form_Kunden", "Private Function Hier()\r\nEnd Function\r\n")}};
+  const std::string blob = std::string(10, 'k') + Text(17, u"Unsere Kunden") + Begin(152) + Text(20, u"Detail") +
+                           Begin(104) + Text(20, u"Los geht's") + Text(22, u"Los_geht_s") + Text(17, u"Los") +
+                           Text(126, u"=Hier()") + Bytes<4>(0xFF) + Bytes<4>(109) + Text(20, u"Summe") +
+                           Text(27, u"=Rechne([Ort])+Summe([x])") + Text(126, u"[Event Procedure]") + Bytes<4>(0xFD);
+  const std::string typeInfo = Controls({{152, "Detail"}, {104, "Los_geht_s"}, {109, "Summe"}, {255, "Ort"}});
+  const auto database = [&](const std::string& form, bool old) {
+    AccessWriter writer;
+    writer.old = old;
+    CompoundWriter streams;
+    project.AddTo(streams, "VBA/VBAProject/");
+    streams.Add("Forms/DirData", Folder(u"Kunden", 10));
+    streams.Add("Forms/10/TypeInfo", typeInfo);
+    streams.Add("Forms/10/Blob", form);
+    streams.Add("Scripts/DirData", Folder(u"Nachts", 0));
+    streams.Add("Scripts/0/Blob", Utf16(u"0 RunCode Rechne(2) Fremd(1)"));
+    writer.tables = {old ? AccessObjectsTable(streams.File(), 241) : AccessStorageTable(streams.streams),
+                     {"USysRibbons",
+                      {{"RibbonXML", 12}},
+                      {{AccessCell(u"<customUI><button label='B' onAction='Klick'/></customUI>")}}}};
+    return Facts(writer);
+  };
+  const std::vector<std::string> controls{"Form_Kunden.Detail Section ", "Form_Kunden.Los_geht_s CommandButton Los",
+                                          "Form_Kunden.Summe TextBox "};
+  const std::vector<std::string> rest{" Rechne: Makro 'Nachts'"};
+  const std::string ribbon = " Klick: Schaltfläche 'B' im Menüband";
+  std::vector<std::string> all{ribbon, "Form_Kunden Hier: Ereignis Click von Los geht's in Formular Kunden",
+                               "Form_Kunden Rechne: Eigenschaft von Summe in Formular Kunden"};
+  all.insert(all.begin(), controls.begin(), controls.end());
+  all.insert(all.end(), rest.begin(), rest.end());
+  EXPECT_EQ(database(blob, false), all);
+  EXPECT_EQ(database(blob, true), all);
+  // One byte too many, and nothing of it is believed.
+  EXPECT_EQ(database(blob + "x", false),
+            (std::vector<std::string>{"Form_Kunden.Detail Section ", "Form_Kunden.Los_geht_s CommandButton ",
+                                      "Form_Kunden.Summe TextBox ", ribbon, rest[0],
+                                      "Formular Form_Kunden: Steuerelemente unbekannt"}));
+}
+
 /// Cut off anywhere, and with any of its bytes changed, a file gives what is left or a reason.
 TEST(AccessFile, DamageIsNoTrap) {
   for (const bool old : {false, true}) {

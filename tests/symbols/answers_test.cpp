@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <quillmate/symbols/calls.h>
+#include <quillmate/symbols/loose_ends.h>
 #include <quillmate/symbols/unused.h>
 
 #include "symbols/written_project.h"
@@ -81,15 +82,15 @@ const GradeCase kGrades[] = {
      "Tabelle1\nSub Worksheet_Change(t): End Sub\nSub c_Click(): End Sub\n== class C\nWithEvents app As "
      "Application\nSub app_NewWorkbook(): End Sub\nSub Class_Initialize(): End Sub\nSub weg_Neu(): End Sub\n== module "
      "M\nSub Taste(): End Sub\nAttribute Taste.VB_ProcData.VB_Invoke_Func = \"k\\n14\"\nSub Knopf(): End Sub\nSub "
-     "Auto_Open(): End Sub\nFunction Zelle(): End Function\nPrivate Function Intern(): End Function\n== binding "
-     "[0]!M.Knopf "
-     "-> Schaltfläche auf Blatt 1",
+     "Auto_Open(): End Sub\nFunction Zelle(): End Function\nPrivate Function Intern(): End Function\nSub Wort(): End "
+     "Sub\nAttribute Wort.VB_ProcData.VB_Invoke_Func = \"Project.M.Wort\"\n== binding Knopf -> Name 'Knopf'\n"
+     "== binding [0]!M.Knopf -> Schaltfläche auf Blatt 1",
      {"cmd_OK_Click@1 = host Ereignis Click von cmd_OK", "cmd_Click@2 = host", "UserForm_Initialize@3 = host",
       "alt_Click@4 = certain", "alt_Click@5 = possible vielleicht ein Ereignis", "Worksheet_Change@6 = host",
       "c_Click@7 = possible", "app@8 = used", "app_NewWorkbook@9 = host Ereignis NewWorkbook von app",
       "Class_Initialize@10 = host", "weg_Neu@11 = certain", "Taste@12 = host Tastenkürzel Strg+K",
       "Knopf@14 = host Schaltfläche auf Blatt 1", "Auto_Open@15 = host", "Zelle@16 = possible öffentliche Funktion",
-      "Intern@17 = certain"}},
+      "Intern@17 = certain", "Wort@18 = certain"}},
     {"interfaces, events that nobody raises, exposed classes, default members",
      "== class I\nSub A(): End Sub\nSub B(): End Sub\nEvent E()\n== class C exposed\nImplements I\nPrivate WithEvents "
      "v As "
@@ -123,6 +124,24 @@ TEST(Answers, GradesOfWhatIsUnused) {
       EXPECT_EQ(found.substr(0, wanted.size()), wanted) << expected << "\n" << found;
     }
   }
+}
+
+TEST(Answers, LooseEndsBetweenCodeAndDocument) {
+  const WrittenProject project(
+      "== project P excel\n== form F known control da\nSub da_Click(): End Sub\nSub weg_Click(): End Sub\nSub "
+      "weg_Neu(): End Sub\nSub lebt_Click(): End Sub\nSub Knopf_Click(): lebt_Click: End Sub\n== form Unbekannt\nSub "
+      "weg_Click(): End Sub\n== module M\nSub Da(c As IRibbonControl): End Sub\nSub Fehlt(c As Office.IRibbonControl, "
+      "p As Boolean): End Sub\nSub Los(): End Sub\n== binding [0]!M.Los -> Knopf 1\n== binding Weg.Los -> Knopf 2\n"
+      "== binding Los2 -> Knopf 3\n== binding Los3 -> Name 'Los3'\n== binding [1]!Los4 -> Knopf 4\n"
+      "== binding Anders.M.Los -> Knopf 5\n== binding Da -> Knopf 6\n== project Q excel\n== module N\n"
+      "Sub Fehlt(c As IRibbonControl): End Sub");
+  const ReferenceIndex index = ReferenceIndex::Build(project.sources);
+  std::string found;
+  for (const LooseEnd& end : FindLooseEnds(index)) {
+    const std::string_view routine = end.routine == kNone ? "-" : index.Name(end.routine);
+    found.append(routine).append(" ").append(end.name).append(" ").append(end.place).append("\n");
+  }
+  EXPECT_EQ(found, "weg_Click weg \nKnopf_Click Knopf \nFehlt  \n- Weg.Los Knopf 2\n- Los2 Knopf 3\n");
 }
 
 std::string CallsText(const WrittenProject& project, const ReferenceIndex& index, std::vector<CallEdge> edges) {

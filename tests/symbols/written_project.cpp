@@ -126,6 +126,9 @@ WrittenProject::WrittenProject(std::string_view text) {
       const std::size_t arrow = line.find(" -> ");
       binding.text = line.substr(11, arrow - 11);
       binding.place = line.substr(arrow + 4);
+      if (binding.place.starts_with("Name ")) binding.kind = BindingKind::kDefinedName;
+      if (binding.place.starts_with("Knopf ")) binding.kind = BindingKind::kButton;
+      sources.projects.back().outsideKnown = true;
       sources.bindings.push_back(std::move(binding));
     } else {
       ReadModule(kind, words, sources);

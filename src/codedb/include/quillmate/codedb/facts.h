@@ -42,6 +42,10 @@ struct ConstantFact {
   std::int64_t value = 0;
 };
 
+/// How many places of the document start macros. It is there only where the whole document was searched and all modules
+/// of the project were read.
+inline constexpr std::string_view kBindingsProperty = "Verweise auf Makros";
+
 /// One property of a document: "Autor", "Gespeichert", "Signatur", "Verknüpfung" ...
 struct DocumentFact {
   std::string property;

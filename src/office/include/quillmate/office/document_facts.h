@@ -77,6 +77,8 @@ struct Binding {
   std::string target;
   /// "Schaltfläche 'Start' auf Blatt 'Kunden'"; the first place when there are several.
   std::string place;
+  /// Where the target is looked for first: the module of the form that has the property; empty otherwise.
+  std::string module;
   /// How many places there are with this target.
   std::uint32_t count = 1;
 };

@@ -51,6 +51,8 @@ struct ProjectSource {
   Host host = Host::kUnknown;
   /// The host is only the likeliest one: module files that could be of any.
   bool hostAssumed = false;
+  /// All of its modules are there, and everything in its document that starts them.
+  bool outsideKnown = false;
   language::Dialect dialect = language::Dialect::kVba;
   /// Conditional constants of the project.
   std::vector<language::ConditionalConstant> constants;
