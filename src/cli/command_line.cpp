@@ -5,9 +5,9 @@
 #include <charconv>
 #include <system_error>
 
-#include <quillmate/analysis/unused.h>
 #include <quillmate/settings/options.h>
 #include <quillmate/startup/edition.h>
+#include <quillmate/symbols/kinds.h>
 #include <quillmate/text/operations.h>
 
 #include "commands.h"
@@ -49,18 +49,14 @@ void TakeOutput(Invocation& invocation, std::string_view value) {
   invocation.output = value;
 }
 
-void TakeClass(std::vector<std::string>& classes, std::string_view value) {
-  for (const auto known :
-       {analysis::UnusedClass::kCertain, analysis::UnusedClass::kHost, analysis::UnusedClass::kText}) {
-    if (analysis::UnusedClassName(known) == value) {
-      classes.emplace_back(value);
-      return;
-    }
-  }
-  throw UsageError("Unbekannte Klasse " + Quoted(value));
-}
-
 constexpr std::string_view kClassWords = "sicher host text möglich selbst inaktiv geschrieben";
+
+/// A class is stored by its German word.
+void TakeClass(std::vector<std::string>& classes, std::string_view value) {
+  const std::optional<symbols::Grade> grade = symbols::GradeFromWord(value);
+  if (!grade) throw UsageError("Unbekannte Klasse " + Quoted(value));
+  classes.emplace_back(symbols::GermanWord(*grade));
+}
 
 /// A number from 1 on.
 std::uint32_t PositiveNumber(std::string_view option, std::string_view value) {

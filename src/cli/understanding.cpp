@@ -11,7 +11,6 @@
 #include <quillmate/symbols/project_sources.h>
 
 #include "messages.h"
-#include "project_input.h"
 #include "sources.h"
 
 namespace quillmate::cli {
@@ -55,6 +54,11 @@ symbols::ReferenceIndex ReadUnderstanding(const Invocation& invocation) {
   symbols::Sources sources = IsSavedProject(invocation) ? SavedSources(invocation) : ReadSources(invocation);
   if (sources.modules.empty()) throw CommandFailure("Die Eingabe enthält kein lesbares Modul");
   return symbols::ReferenceIndex::Build(std::move(sources));
+}
+
+IndexUnderstanding UnderstandIndex(ProjectInput& input, int edition) {
+  symbols::ProjectSources loaded = symbols::LoadSources(input.Database(), input.Folder(), HostOfEdition(edition));
+  return {symbols::ReferenceIndex::Build(std::move(loaded.sources)), std::move(loaded.places)};
 }
 
 }  // namespace quillmate::cli

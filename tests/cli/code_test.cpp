@@ -75,6 +75,29 @@ TEST_F(CodeCommands, AnswerInTextAndJson) {
       << "two spellings of module and routine, and not the first one is meant";
 }
 
+/// The list is the fixed one, which knows names only in their own spelling; the classes are the understanding's,
+/// whatever the layout does to the lines.
+TEST_F(CodeCommands, ClassesOfUnusedRoutines) {
+  Write("q/a.bas",
+        "Attribute VB_Name = \"A\"\nPrivate Sub Selbst()\nselbst\nEnd Sub\n#If False Then\nSub Inaktiv()\nEnd "
+        "Sub\n#End If\n"
+        "Public Function Zelle()\nEnd Function\nSub Doch()\nEnd Sub\nPrivate Function Fern$()\nEnd Function\n"
+        "Private Sub x_Click()\nx = \"laufen\"\nEnd Sub\nPrivate Sub Laufen()\nEnd Sub\nPrivate Sub Tot()\nEnd Sub\n");
+  Write("q/b.bas", "Attribute VB_Name = \"B\"\nSub Auto_Open()\nDOCH\nEnd Sub\nPrivate Sub Tot()\ntot\nEnd Sub\n");
+  Write("F.frm",
+        "VERSION 5.00\nBegin VB.Form F\n   Begin VB.CommandButton cmdOk\n   End\nEnd\nAttribute VB_Name = \"F\"\n"
+        "Private Sub cmdOk_Click()\nEnd Sub\nPrivate Sub cmdWeg_Click()\nEnd Sub\nPrivate Sub Form_Load()\nEnd Sub\n");
+  const std::string list =
+      "A\n\tDoch (möglich)\n\tInaktiv (inaktiv)\n\tZelle (möglich)\n\tSelbst (selbst)\n\tx_Click (sicher)\n"
+      "\tLaufen (text)\n\tTot (sicher)\n\tFern$ (sicher)\nB\n\tAuto_Open (host)\n\tTot (selbst)\n";
+  EXPECT_EQ(Run("unused q"), Success(list));
+  EXPECT_EQ(Run("unused --option einr=-1 --option leer=-1 --option rle=-1 q"), Success(list));
+  EXPECT_EQ(Run("unused --only möglich --only selbst --fail-on inaktiv q"),
+            (Result{1, "A\n\tDoch (möglich)\n\tZelle (möglich)\n\tSelbst (selbst)\nB\n\tTot (selbst)\n",
+                    Messages({"Nie aufgerufene Routinen, die es nicht geben soll: 1"})}));
+  EXPECT_EQ(Run("unused F.frm"), Success("F\n\tcmdOk_Click (host)\n\tcmdWeg_Click (sicher)\n\tForm_Load (host)\n"));
+}
+
 TEST_F(CodeCommands, SearchByPatternAndForEditors) {
   Write("zwei.bas", "Attribute VB_Name = \"Zwei\"\nDim a\tAs Long, \304 As \tLong\nSub S(): a = \304: End Sub\n");
   Write("russisch.bas", "\357\273\277Attribute VB_Name = \"R\"\n'\n'\n  ' \320\226\320\226 Ende\n");
