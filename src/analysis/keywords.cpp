@@ -1,6 +1,6 @@
-#include "keywords.h"
-
 #include <cstring>
+
+#include "keywords_p.h"
 
 namespace quillmate::analysis {
 namespace {

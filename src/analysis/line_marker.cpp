@@ -1,5 +1,3 @@
-#include "line_marker.h"
-
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -7,7 +5,8 @@
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 
-#include "keywords.h"
+#include "keywords_p.h"
+#include "line_marker_p.h"
 
 namespace quillmate::analysis {
 namespace {
@@ -37,6 +36,8 @@ ByteClass ClassOf(char c) noexcept { return static_cast<ByteClass>(kClasses[stat
 /// The most that a line can grow: a stand-in or a pair of markers for a byte or two.
 constexpr std::size_t kGrowth = 4;
 constexpr std::size_t kSlack = 64;
+
+constexpr std::size_t kPieceSize = std::size_t{32} << 10U;
 
 const char* FindByte(const char* from, const char* end, char byte) noexcept {
   const void* found = std::memchr(from, byte, static_cast<std::size_t>(end - from));
@@ -246,30 +247,6 @@ class LineMarker {
   const char* lastEnd_ = nullptr;
 };
 
-template <bool Guarded>
-void MarkAll(std::string_view code, bool wantLineStarts, MarkedCode& marked) {
-  constexpr std::uint16_t kRoutineWords = kHasSub | kHasFunction | kHasProperty;
-  LineMarker<Guarded> marker(marked.text);
-  marked.text.Ensure(code.size() + code.size() / 2 + kSlack);
-  const char* const begin = code.data();
-  const char* const end = begin + code.size();
-  const char* p = begin;
-  while (p != end) {
-    const char* lineEnd = FindStatementEnd(p, end);
-    const std::size_t start = marked.text.Size();
-    if (wantLineStarts) marked.lineStarts.push_back(start);
-    const std::uint16_t flags = marker.Mark(p, lineEnd, lineEnd != end);
-    if ((flags & kRoutineWords) != 0 && (flags & kHasExit) == 0) {
-      marked.candidates.push_back({start, marked.text.Size(), static_cast<std::size_t>(p - begin),
-                                   static_cast<std::size_t>(lineEnd - begin), flags});
-    }
-    if (lineEnd == end) return;
-    marked.text.Append(kLineBreak);
-    p = lineEnd + kLineBreak.size();
-  }
-  if (wantLineStarts) marked.lineStarts.push_back(marked.text.Size());
-}
-
 }  // namespace
 
 void MarkBuffer::Ensure(std::size_t more) {
@@ -285,14 +262,43 @@ void MarkBuffer::Append(const char* bytes, std::size_t length) noexcept {
   size_ += length;
 }
 
-MarkedCode MarkLines(std::string_view code, bool guarded, bool wantLineStarts) {
-  MarkedCode marked;
-  if (guarded) {
-    MarkAll<true>(code, wantLineStarts, marked);
+bool PieceMarker::Next(MarkedPiece& piece) {
+  if (atEnd_) return false;
+  piece.text.CutTo(0);
+  piece.candidates.clear();
+  piece.lineStarts.clear();
+  if (guarded_) {
+    MarkPiece<true>(piece);
   } else {
-    MarkAll<false>(code, wantLineStarts, marked);
+    MarkPiece<false>(piece);
   }
-  return marked;
+  return true;
+}
+
+template <bool Guarded>
+void PieceMarker::MarkPiece(MarkedPiece& piece) {
+  constexpr std::uint16_t kRoutineWords = kHasSub | kHasFunction | kHasProperty;
+  LineMarker<Guarded> marker(piece.text);
+  const char* p = rest_.data();
+  const char* const end = p + rest_.size();
+  const char* const enough = p + std::min(rest_.size(), kPieceSize);
+  do {
+    const char* const lineEnd = FindStatementEnd(p, end);
+    const bool closed = lineEnd != end || closed_;
+    const std::size_t start = piece.text.Size();
+    if (wantLineStarts_) piece.lineStarts.push_back(start);
+    const std::uint16_t flags = marker.Mark(p, lineEnd, closed);
+    if ((flags & kRoutineWords) != 0 && (flags & kHasExit) == 0) {
+      const std::string_view code(p, static_cast<std::size_t>(lineEnd - p));
+      piece.candidates.push_back({start, piece.text.Size(), code, flags, closed});
+    }
+    if (closed) piece.text.Append(kLineBreak);
+    atEnd_ = lineEnd == end;
+    p = atEnd_ ? end : lineEnd + kLineBreak.size();
+    atEnd_ = atEnd_ || (p == end && !closed_);
+    if (atEnd_ && closed && wantLineStarts_) piece.lineStarts.push_back(piece.text.Size());
+  } while (!atEnd_ && p < enough);
+  rest_ = {p, static_cast<std::size_t>(end - p)};
 }
 
 std::string MarkLineGuarded(std::string_view statementLine, bool closed) {

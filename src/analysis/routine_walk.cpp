@@ -1,12 +1,11 @@
-#include "routine_walk.h"
-
 #include <utility>
 
 #include <quillmate/codedb/codes.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 
-#include "keywords.h"
+#include "keywords_p.h"
+#include "routine_walk_p.h"
 
 namespace quillmate::analysis {
 namespace {
@@ -16,6 +15,13 @@ using text::HeaderLineOpen;
 
 constexpr int kPropertyBase = 99;
 constexpr int kDeclareOffset = 10;
+
+struct WalkKind {
+  std::uint16_t flag;
+  int baseKind;
+};
+constexpr std::array<WalkKind, kRoutineWalks> kWalks = {
+    {{kHasSub, codedb::kSub}, {kHasFunction, codedb::kFunction}, {kHasProperty, kPropertyBase}}};
 
 /// The mark that leads a routine's line while the module is scanned; it stays in the text where the line is wrapped
 /// once more by a later walk.
@@ -59,37 +65,31 @@ int CountContinuations(std::string_view line) noexcept {
 
 }  // namespace
 
-RoutineWalk::RoutineWalk(std::string_view code, const MarkedCode& marked, bool guarded, const WalkSettings& settings,
-                         codedb::RoutineNumber last)
-    : code_(code),
-      marked_(marked),
-      guarded_(guarded),
-      settings_(settings),
-      last_(last),
-      lines_(marked.candidates.size()) {
-  Walk(kHasSub, codedb::kSub);
-  Walk(kHasFunction, codedb::kFunction);
-  Walk(kHasProperty, kPropertyBase);
+RoutineWalks::RoutineWalks(bool guarded, const WalkSettings& settings, const WalkNumbers& before)
+    : guarded_(guarded), settings_(settings) {
+  for (std::size_t walk = 0; walk < kRoutineWalks; ++walk) walks_[walk].last = before[walk];
 }
 
-void RoutineWalk::Walk(std::uint16_t kindFlag, int baseKind) {
-  inRoutine_ = false;
-  for (std::size_t i = 0; i < lines_.size(); ++i) {
-    WrappedLine& line = lines_[i];
+WrappedLine RoutineWalks::Visit(const RoutineCandidate& candidate, std::string_view marked) {
+  Line line{candidate, marked};
+  WrappedLine& wrapped = line.wrapped;
+  for (std::size_t walk = 0; walk < kRoutineWalks; ++walk) {
     // The empty lines that an earlier walk put in front are ordinary lines to this one.
-    const std::size_t emptyLines = line.emptyLines.size();
-    if (settings_.bodyTabs && inRoutine_) {
-      for (std::string& empty : line.emptyLines) empty.insert(0, 1, '\t');
+    const bool& inRoutine = walks_[walk].inRoutine;
+    const std::size_t emptyLines = wrapped.emptyLines.size();
+    if (settings_.bodyTabs && inRoutine) {
+      for (std::string& empty : wrapped.emptyLines) empty.insert(0, 1, '\t');
     }
-    if ((marked_.candidates[i].flags & kindFlag) != 0) VisitRoutineLine(i, baseKind);
-    if (settings_.bodyTabs && inRoutine_) IndentInside(line, emptyLines);
-    if (inRoutine_) ++line.bodyTabs;
+    if ((candidate.flags & kWalks[walk].flag) != 0) VisitRoutineLine(walk, line);
+    if (settings_.bodyTabs && inRoutine) IndentInside(wrapped, emptyLines);
+    if (inRoutine) ++wrapped.bodyTabs;
   }
+  return std::move(wrapped);
 }
 
 /// The body TAB of a candidate line. Lines that begin a routine's mark are exempt; where an empty line was put in front
 /// of a header, that line is the one that gets the TAB.
-void RoutineWalk::IndentInside(WrappedLine& line, std::size_t emptyLines) {
+void RoutineWalks::IndentInside(WrappedLine& line, std::size_t emptyLines) const {
   const bool wrapped = settings_.numbered ? line.routine.value != 0 : line.before.starts_with(HeaderLineOpen);
   if (line.emptyLines.size() > emptyLines) {
     line.emptyLines.back().insert(0, 1, '\t');
@@ -98,62 +98,65 @@ void RoutineWalk::IndentInside(WrappedLine& line, std::size_t emptyLines) {
   }
 }
 
-void RoutineWalk::VisitRoutineLine(std::size_t index, int baseKind) {
-  if (!inRoutine_) {
-    BeginRoutine(index, baseKind);
+void RoutineWalks::VisitRoutineLine(std::size_t walk, Line& line) {
+  if (!walks_[walk].inRoutine) {
+    BeginRoutine(walk, line);
     return;
   }
-  Wrap(lines_[index], false);
-  inRoutine_ = false;
+  Wrap(walk, line.wrapped, false);
+  walks_[walk].inRoutine = false;
 }
 
-void RoutineWalk::BeginRoutine(std::size_t index, int baseKind) {
-  ++last_.value;
-  const std::uint16_t flags = marked_.candidates[index].flags;
-  const int kind = KindOf(flags, baseKind);
+void RoutineWalks::BeginRoutine(std::size_t walk, Line& line) {
+  ++walks_[walk].last.value;
+  const std::uint16_t flags = line.candidate.flags;
+  const int kind = KindOf(flags, kWalks[walk].baseKind);
   if (kind == 0) return;
-  if (settings_.numbered) routines_.push_back(Describe(index, kind));
-  Wrap(lines_[index], true);
-  if (settings_.emptyLineBefore) lines_[index].emptyLines.emplace_back();
-  inRoutine_ = (flags & kHasDeclare) == 0;
+  if (settings_.numbered) {
+    walks_[walk].routines.push_back(Describe(line, kind));
+    walks_[walk].routines.back().number = walks_[walk].last;
+  }
+  Wrap(walk, line.wrapped, true);
+  if (settings_.emptyLineBefore) line.wrapped.emptyLines.emplace_back();
+  walks_[walk].inRoutine = (flags & kHasDeclare) == 0;
 }
 
-void RoutineWalk::Wrap(WrappedLine& line, bool isStart) {
+void RoutineWalks::Wrap(std::size_t walk, WrappedLine& line, bool isStart) {
   if (settings_.numbered) {
     if (line.routine.value != 0) {
       line.before.insert(0, LinePrefix(line.routine, line.isStart));
       numbersInText_ = true;
     }
-    line.routine = last_;
+    line.routine = walks_[walk].last;
+    line.walk = walk;
     line.isStart = isStart;
   }
   line.before.insert(0, HeaderLineOpen);
   line.after += HeaderLineClose;
 }
 
-codedb::RoutineRecord RoutineWalk::Describe(std::size_t index, int kind) const {
-  const RoutineCandidate& candidate = marked_.candidates[index];
-  const WrappedLine& line = lines_[index];
-  const std::string guarded = GuardedLine(candidate);
-  std::string whole = line.routine.value != 0 ? LinePrefix(line.routine, line.isStart) : std::string();
-  whole.append(line.before).append(guarded).append(line.after);
-  const bool declare = (candidate.flags & kHasDeclare) != 0;
+codedb::RoutineRecord RoutineWalks::Describe(const Line& line, int kind) const {
+  const WrappedLine& wrapped = line.wrapped;
+  const std::uint16_t flags = line.candidate.flags;
+  const std::string guarded = GuardedLine(line);
+  std::string whole = wrapped.routine.value != 0 ? LinePrefix(wrapped.routine, wrapped.isStart) : std::string();
+  whole.append(wrapped.before).append(guarded).append(wrapped.after);
   static const std::string kLibMark = std::string(text::KeywordOpen) + "Lib";
   codedb::RoutineRecord routine;
   routine.kind = kind;
-  routine.visibility = VisibilityOf(candidate.flags);
+  routine.visibility = VisibilityOf(flags);
   routine.headerLines = CountContinuations(guarded) + 1;
-  routine.name = NameIn(whole, declare ? std::string_view(kLibMark) : "(");
-  routine.number = last_;
+  routine.name = NameIn(whole, (flags & kHasDeclare) != 0 ? std::string_view(kLibMark) : "(");
   return routine;
 }
 
 /// The marked line with its stand-ins: from the text when they are there or when it has none.
-std::string RoutineWalk::GuardedLine(const RoutineCandidate& candidate) const {
-  const std::string_view code = code_.substr(candidate.codeBegin, candidate.codeEnd - candidate.codeBegin);
-  if (!guarded_ && code.find_first_of("\"\r") != std::string_view::npos)
-    return MarkLineGuarded(code, candidate.codeEnd != code_.size());
-  return std::string(marked_.text.View().substr(candidate.begin, candidate.end - candidate.begin));
+std::string RoutineWalks::GuardedLine(const Line& line) const {
+  const std::string_view code = line.candidate.code;
+  if (!guarded_ && code.find_first_of("\"\r") != std::string_view::npos) {
+    return MarkLineGuarded(code, line.candidate.closed);
+  }
+  return std::string(line.marked);
 }
 
 }  // namespace quillmate::analysis

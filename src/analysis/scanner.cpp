@@ -1,12 +1,14 @@
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <utility>
 
 #include <quillmate/analysis/reflow.h>
 #include <quillmate/analysis/scanner.h>
 #include <quillmate/text/markers.h>
 
-#include "line_marker.h"
-#include "routine_walk.h"
+#include "line_marker_p.h"
+#include "routine_walk_p.h"
 
 namespace quillmate::analysis {
 namespace {
@@ -28,17 +30,32 @@ std::string RemoveEmptyLines(std::string_view code) {
   return out;
 }
 
-/// The code as it goes into the scan: between two line breaks, laid out anew where the options say so. Of the result
-/// the first line break has done its work and is left out.
-std::string PrepareCode(std::string_view code, const ScanOptions& options) {
-  std::string prepared;
-  prepared.reserve(code.size() + 2 * kLineBreak.size());
-  prepared.append(kLineBreak).append(code).append(kLineBreak);
-  if (options.indent) prepared = ReflowModule(prepared);
-  if (options.removeEmptyLines) prepared = RemoveEmptyLines(prepared);
-  prepared.erase(0, kLineBreak.size());
-  return prepared;
-}
+/// The code as it goes into the scan, laid out anew where the options say so, and one line break behind it: left out
+/// of the text where it only closes the last line.
+class PreparedCode {
+ public:
+  PreparedCode(std::string_view code, const ScanOptions& options) : text_(code) {
+    const bool plain = !options.indent && !options.removeEmptyLines;
+    if (plain && !code.ends_with('_')) return;
+    // The layout looks at lines between two line breaks. The first one has done its work then.
+    own_.reserve(code.size() + 2 * kLineBreak.size());
+    own_.append(kLineBreak).append(code).append(kLineBreak);
+    if (options.indent) own_ = ReflowModule(own_);
+    if (options.removeEmptyLines) own_ = RemoveEmptyLines(own_);
+    text_ = std::string_view(own_).substr(kLineBreak.size());
+    closed_ = text_.ends_with(kLineBreak) && !text_.ends_with("_\r\n");
+    if (closed_) text_.remove_suffix(kLineBreak.size());
+  }
+
+  std::string_view Text() const noexcept { return text_; }
+  /// True when the line break is still to come.
+  bool Closed() const noexcept { return closed_; }
+
+ private:
+  std::string own_;
+  std::string_view text_;
+  bool closed_ = true;
+};
 
 std::int32_t CountBreaks(std::string_view text) noexcept {
   std::int32_t count = 0;
@@ -48,61 +65,71 @@ std::int32_t CountBreaks(std::string_view text) noexcept {
   return count;
 }
 
-/// Puts the marked lines and what the walks made of them together.
+/// Puts the marked lines and what the walks make of them together.
 class Assembler {
  public:
-  Assembler(const MarkedCode& marked, const RoutineWalk& walk, bool guarded, const WalkSettings& settings)
-      : marked_(marked), walk_(walk), guarded_(guarded), settings_(settings) {}
+  /// With `restore` the stand-ins are turned back.
+  Assembler(RoutineWalks& walks, bool restore, const WalkSettings& settings)
+      : walks_(walks), restore_(restore), settings_(settings) {}
 
-  ScanResult Run() {
-    const std::string_view text = marked_.text.View();
-    result_.markedText.reserve(text.size() + 16 * marked_.candidates.size());
-    result_.lines.reserve(marked_.candidates.size());
-    std::size_t done = 0;
-    int tabs = 0;
-    for (std::size_t i = 0; i < marked_.candidates.size(); ++i) {
-      const RoutineCandidate& candidate = marked_.candidates[i];
-      AppendLines(done, candidate.begin, tabs);
-      AppendCandidate(text.substr(candidate.begin, candidate.end - candidate.begin), walk_.Lines()[i]);
-      done = candidate.end;
-      tabs = settings_.bodyTabs ? walk_.Lines()[i].bodyTabs : 0;
-    }
-    AppendLines(done, text.size(), tabs);
-    CountNewLines();
+  ScanResult Run(const PreparedCode& code, bool guarded) {
+    result_.markedText.reserve(code.Text().size() + code.Text().size() / 2);
+    PieceMarker marker(code.Text(), code.Closed(), guarded, settings_.bodyTabs);
+    for (MarkedPiece piece; marker.Next(piece);) AppendPiece(piece);
     result_.lineCount = lines_;
     return std::move(result_);
   }
 
+  /// The walk that a line of the result comes from.
+  std::size_t WalkOfLine(std::size_t line) const { return walkOfLine_[line]; }
+
  private:
+  void AppendPiece(const MarkedPiece& piece) {
+    const std::string_view text = piece.text.View();
+    std::size_t done = 0;
+    auto start = piece.lineStarts.begin();
+    for (const RoutineCandidate& candidate : piece.candidates) {
+      AppendLines(piece, start, done, candidate.begin);
+      if (start != piece.lineStarts.end()) ++start;
+      const std::string_view line = text.substr(candidate.begin, candidate.end - candidate.begin);
+      const WrappedLine wrapped = walks_.Visit(candidate, line);
+      AppendCandidate(line, wrapped);
+      done = candidate.end;
+      tabs_ = settings_.bodyTabs ? wrapped.bodyTabs : 0;
+    }
+    AppendLines(piece, start, done, text.size() + 1);
+    CountNewLines();
+  }
+
   void AppendCandidate(std::string_view line, const WrappedLine& wrapped) {
     for (const std::string& empty : wrapped.emptyLines) result_.markedText.append(empty).append(kLineBreak);
     if (wrapped.routine.value != 0) {
       CountNewLines();
       result_.lines.push_back({wrapped.routine, {lines_ + 1}, wrapped.isStart});
+      walkOfLine_.push_back(wrapped.walk);
     }
-    if (guarded_) {
+    if (restore_) {
       result_.markedText += RestoreGuards(wrapped.before + std::string(line) + wrapped.after);
     } else {
       result_.markedText.append(wrapped.before).append(line).append(wrapped.after);
     }
   }
 
-  /// Ordinary lines, each indented by the body TABs.
-  void AppendLines(std::size_t begin, std::size_t end, int tabs) {
-    const std::string_view text = marked_.text.View();
-    if (tabs > 0) {
-      auto start = std::lower_bound(marked_.lineStarts.begin(), marked_.lineStarts.end(), begin + 1);
-      for (; start != marked_.lineStarts.end() && (*start < end || (*start == end && end == text.size())); ++start) {
-        Append(text.substr(begin, *start - begin));
-        result_.markedText.append(static_cast<std::size_t>(tabs), '\t');
-        begin = *start;
-      }
+  /// Ordinary lines up to `end`, each indented by the body TABs; `start` is the first that begins behind `begin`.
+  void AppendLines(const MarkedPiece& piece, std::vector<std::size_t>::const_iterator& start, std::size_t begin,
+                   std::size_t end) {
+    const std::string_view text = piece.text.View();
+    for (; start != piece.lineStarts.end() && *start < end; ++start) {
+      if (tabs_ == 0) continue;
+      Append(text.substr(begin, *start - begin));
+      result_.markedText.append(static_cast<std::size_t>(tabs_), '\t');
+      begin = *start;
     }
     Append(text.substr(begin, end - begin));
   }
 
   void Append(std::string_view text) {
-    if (guarded_) {
+    if (restore_) {
       result_.markedText += RestoreGuards(text);
     } else {
       result_.markedText += text;
@@ -115,43 +142,76 @@ class Assembler {
     counted_ = result_.markedText.size();
   }
 
-  const MarkedCode& marked_;
-  const RoutineWalk& walk_;
-  bool guarded_;
+  RoutineWalks& walks_;
+  bool restore_;
   WalkSettings settings_;
   ScanResult result_;
+  std::vector<std::size_t> walkOfLine_;
   std::int32_t lines_ = 0;
   std::size_t counted_ = 0;
+  int tabs_ = 0;
 };
 
 WalkSettings SettingsFor(const ScanOptions& options, bool numbered) {
   return {numbered, options.indent && options.indentBodies, options.emptyLineBeforeRoutines};
 }
 
+/// The first scan counts each walk from 0: where a walk's numbers begin is known when all walks have ended.
+class IndexScan {
+ public:
+  IndexScan(const PreparedCode& code, const ScanOptions& options)
+      : code_(code),
+        settings_(SettingsFor(options, true)),
+        // Only where the code itself holds byte 159 can the stand-ins and the code run into each other.
+        guarded_(code.Text().find(text::kMarkerByte) != std::string_view::npos) {}
+
+  /// `before` is what the walks count on from; afterwards, what they should have.
+  ScanResult Run(codedb::RoutineNumber last, WalkNumbers& before) {
+    RoutineWalks walks(guarded_, settings_, before);
+    Assembler assembler(walks, guarded_, settings_);
+    ScanResult result = assembler.Run(code_, guarded_);
+    std::array<std::int32_t, kRoutineWalks> shift{};
+    for (std::size_t walk = 0; walk < kRoutineWalks; ++walk) {
+      shift[walk] = last.value - before[walk].value;
+      before[walk] = last;
+      last.value = walks.Last(walk).value + shift[walk];
+      for (codedb::RoutineRecord& routine : walks.Routines(walk)) {
+        routine.number.value += shift[walk];
+        result.routines.push_back(std::move(routine));
+      }
+    }
+    for (std::size_t i = 0; i < result.lines.size(); ++i) {
+      result.lines[i].routine.value += shift[assembler.WalkOfLine(i)];
+    }
+    result.last = last;
+    result.numbersInText = walks.NumbersInText();
+    return result;
+  }
+
+ private:
+  const PreparedCode& code_;
+  WalkSettings settings_;
+  bool guarded_;
+};
+
 }  // namespace
 
 ScanResult ScanForIndex(std::string_view code, const ScanOptions& options, codedb::RoutineNumber last) {
-  const std::string prepared = PrepareCode(code, options);
-  const WalkSettings settings = SettingsFor(options, true);
-  // Only where the code itself holds byte 159 can the stand-ins and the code run into each other.
-  const bool guarded = prepared.find(text::kMarkerByte) != std::string::npos;
-  const MarkedCode marked = MarkLines(prepared, guarded, settings.bodyTabs);
-  RoutineWalk walk(prepared, marked, guarded, settings, last);
-  ScanResult result = Assembler(marked, walk, guarded, settings).Run();
-  result.routines = std::move(walk.Routines());
-  result.last = walk.Last();
-  result.numbersInText = walk.NumbersInText();
+  const PreparedCode prepared(code, options);
+  IndexScan scan(prepared, options);
+  WalkNumbers before{};
+  ScanResult result = scan.Run(last, before);
+  if (result.numbersInText && before != WalkNumbers{}) result = scan.Run(last, before);
   return result;
 }
 
 std::string ScanForDisplay(std::string_view code, const ScanOptions& options) {
-  const std::string prepared = PrepareCode(code, options);
+  const PreparedCode prepared(code, options);
   const WalkSettings settings = SettingsFor(options, false);
   // A last line that is continued has no line break behind it, so that the closing cut may go into a stand-in.
-  const bool guarded = prepared.ends_with("_\r\n");
-  const MarkedCode marked = MarkLines(prepared, guarded, settings.bodyTabs);
-  const RoutineWalk walk(prepared, marked, guarded, settings, {});
-  std::string text = Assembler(marked, walk, false, settings).Run().markedText;
+  const bool guarded = !prepared.Closed() && prepared.Text().ends_with("_\r\n");
+  RoutineWalks walks(guarded, settings, {});
+  std::string text = Assembler(walks, false, settings).Run(prepared, guarded).markedText;
   if (guarded) text = RestoreLinesAndQuotes(text);
   text.resize(text.size() - std::min(text.size(), kLineBreak.size()));
   return guarded ? RestoreChar159(text) : text;

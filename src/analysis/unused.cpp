@@ -9,11 +9,11 @@
 #include <quillmate/codedb/records.h>
 #include <quillmate/text/operations.h>
 
-#include "unused_events.h"
-#include "unused_names.h"
-#include "unused_scan.h"
-#include "unused_text.h"
-#include "unused_turns.h"
+#include "unused_events_p.h"
+#include "unused_names_p.h"
+#include "unused_scan_p.h"
+#include "unused_text_p.h"
+#include "unused_turns_p.h"
 
 namespace quillmate::analysis {
 namespace {

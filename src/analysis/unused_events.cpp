@@ -1,10 +1,10 @@
-#include "unused_events.h"
-
 #include <algorithm>
 #include <array>
 
 #include <quillmate/codedb/codes.h>
 #include <quillmate/text/operations.h>
+
+#include "unused_events_p.h"
 
 namespace quillmate::analysis {
 namespace {

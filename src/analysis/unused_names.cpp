@@ -1,6 +1,6 @@
-#include "unused_names.h"
-
 #include <algorithm>
+
+#include "unused_names_p.h"
 
 namespace quillmate::analysis {
 namespace {

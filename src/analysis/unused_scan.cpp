@@ -1,6 +1,6 @@
-#include "unused_scan.h"
-
 #include <quillmate/text/characters.h>
+
+#include "unused_scan_p.h"
 
 namespace quillmate::analysis {
 namespace {

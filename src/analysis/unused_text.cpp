@@ -1,10 +1,10 @@
-#include "unused_text.h"
-
 #include <algorithm>
 
 #include <quillmate/text/characters.h>
 #include <quillmate/text/marked_walk.h>
 #include <quillmate/text/operations.h>
+
+#include "unused_text_p.h"
 
 namespace quillmate::analysis {
 namespace {

@@ -1,9 +1,9 @@
-#include "unused_turns.h"
-
 #include <algorithm>
 #include <cstring>
 #include <limits>
 #include <tuple>
+
+#include "unused_turns_p.h"
 
 namespace quillmate::analysis {
 namespace {

@@ -69,6 +69,16 @@ TEST(Scanner, AgreesWithTheLiteralOneOnGeneratedModules) {
   }
 }
 
+/// Long modules are marked piece by piece.
+TEST(Scanner, AgreesWithTheLiteralOneOnLongModules) {
+  testing::ModuleGenerator generator(7);
+  for (int bits = 0; bits < kAllOptions; ++bits) {
+    std::string code;
+    while (code.size() < 100000) code += generator.Next() + "\r\n";
+    ASSERT_TRUE(Agree(code, bits));
+  }
+}
+
 TEST(Scanner, AgreesWithTheLiteralOneOnTheSample) {
   const std::filesystem::path folder = tests::SourceFolder() / "samples" / "Lagerverwaltung";
   int modules = 0;

@@ -19,13 +19,13 @@ inline constexpr std::string_view kContinuationGuard = "|\237u| ";
 
 /// A statement line that holds a word that may begin or end a routine.
 struct RoutineCandidate {
-  /// Where it lies in the marked-up text, without its closing line break.
+  /// Where it lies in the text of its piece, without its closing line break.
   std::size_t begin = 0;
   std::size_t end = 0;
-  /// Where it lies in the code.
-  std::size_t codeBegin = 0;
-  std::size_t codeEnd = 0;
+  std::string_view code;
   std::uint16_t flags = 0;
+  /// False for a last line without a line break.
+  bool closed = true;
 };
 
 /// A growing byte buffer whose room is not cleared before it is written.
@@ -35,7 +35,7 @@ class MarkBuffer {
   void Ensure(std::size_t more);
   void Append(const char* bytes, std::size_t length) noexcept;
   void Append(std::string_view bytes) noexcept { Append(bytes.data(), bytes.size()); }
-  void CutTo(std::size_t size) noexcept { size_ = size; }
+  void CutTo(std::size_t size) noexcept { size_ = size; }  // keeps the room
   std::size_t Size() const noexcept { return size_; }
   std::string_view View() const noexcept { return {data_.get(), size_}; }
 
@@ -45,17 +45,36 @@ class MarkBuffer {
   std::size_t capacity_ = 0;
 };
 
-struct MarkedCode {
+/// Some statement lines, marked up.
+struct MarkedPiece {
   MarkBuffer text;
   std::vector<RoutineCandidate> candidates;
-  /// Starts of all statement lines in the text, an empty one behind the last line break included; filled only on
+  /// Starts of all statement lines in the text; behind the code's last line break an empty one begins. Filled only on
   /// request.
   std::vector<std::size_t> lineStarts;
 };
 
-/// Marks up code whose last line is closed by CR LF. With `guarded` the stand-ins remain in the text (see
-/// RestoreGuards), otherwise the text is as it will be stored.
-MarkedCode MarkLines(std::string_view code, bool guarded, bool wantLineStarts);
+/// Marks up code piece by piece, each so small that it stays in the processor's cache. With `guarded` the stand-ins
+/// remain in the text (see RestoreGuards), otherwise the text is as it will be stored.
+class PieceMarker {
+ public:
+  /// With `closed` the text gets a line break behind the last line, which the code lacks.
+  PieceMarker(std::string_view code, bool closed, bool guarded, bool wantLineStarts) noexcept
+      : rest_(code), closed_(closed), guarded_(guarded), wantLineStarts_(wantLineStarts) {}
+
+  /// The next piece, whole statement lines; false behind the last one.
+  bool Next(MarkedPiece& piece);
+
+ private:
+  template <bool Guarded>
+  void MarkPiece(MarkedPiece& piece);
+
+  std::string_view rest_;
+  bool closed_;
+  bool guarded_;
+  bool wantLineStarts_;
+  bool atEnd_ = false;
+};
 
 /// One statement line (without its closing line break) marked up, with stand-ins. `closed` tells whether it has one.
 std::string MarkLineGuarded(std::string_view statementLine, bool closed);

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "unused_names.h"
-#include "unused_text.h"
+#include "unused_names_p.h"
+#include "unused_text_p.h"
 
 namespace quillmate::analysis {
 

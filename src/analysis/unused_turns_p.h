@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "unused_names.h"
-#include "unused_scan.h"
+#include "unused_names_p.h"
+#include "unused_scan_p.h"
 
 namespace quillmate::analysis {
 
