@@ -130,6 +130,8 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view) { i.csv = true; }},
     OptionSpec{"--host", "", "liest die geöffneten Projekte des laufenden Office-Programms, vor den Eingaben",
                kTakesHost, [](Invocation& i, std::string_view) { i.host = true; }},
+    OptionSpec{"--excel4", "", "nimmt die Formeln von Excel-4-Makroblättern als Module, wo die Datei sie als Text hat",
+               kTakesHost, [](Invocation& i, std::string_view) { i.excel4 = true; }},
     OptionSpec{"--option", "SCHLÜSSEL=WERT", "setzt eine Einstellung, z.B. einr=-1; mehrfach möglich", kAnyCommand,
                TakeSetting, "fkey fkom fstr rouf aufk leer vor rer rle meld einr stapro tab font usb"},
     OptionSpec{"--user-settings", "", "geht von den gespeicherten Einstellungen aus", kAnyCommand,

@@ -57,6 +57,8 @@ struct Invocation {
   bool userSettings = false;
   /// The projects of the edition's running host are read too, before the inputs.
   bool host = false;
+  /// Formulas of Excel 4 macro sheets are modules.
+  bool excel4 = false;
   /// Host selector of the edition.
   int edition = 0;
   /// Settings keys with their texts, in the order given.

@@ -65,6 +65,7 @@ Sources::Sources(const Invocation& invocation)
       office_(edition_),
       joined_({&office_, &documents_}) {
   documents_.SetSources(SourcePaths(invocation.inputs));
+  documents_.SetExcel4(invocation.excel4);
 }
 
 host::HostAutomation& Sources::Host() noexcept {

@@ -257,11 +257,11 @@ void TakeCalls(std::string_view bytes, const std::string& place, FactsCollector&
 
 void ReadMacros(const Storage& storage, FactsCollector& collector) {
   const auto folder = storage.FindStorage(Storage::kRoot, "Scripts");
-  const auto list = folder ? storage.FindStream(*folder, "DirData") : std::nullopt;
+  const auto list = folder ? FindAccessStream(storage, *folder, "DirData") : std::nullopt;
   if (!list || !collector.Names().HasCellFunctions()) return;
   for (const AccessFolderEntry& entry : ReadAccessFolder(storage.ReadStream(*list, kLargestStream).bytes)) {
     const auto macro = storage.FindStorage(*folder, entry.storage);
-    const auto blob = macro ? storage.FindStream(*macro, "Blob") : std::nullopt;
+    const auto blob = macro ? FindAccessStream(storage, *macro, "Blob") : std::nullopt;
     if (blob) TakeCalls(storage.ReadStream(*blob, kLargestStream).bytes, "Makro '" + entry.name + "'", collector);
   }
 }

@@ -201,6 +201,11 @@ class FormReader {
 
 }  // namespace
 
+std::optional<Storage::Id> FindAccessStream(const Storage& storage, Storage::Id folder, std::string_view name) {
+  const auto found = storage.FindStream(folder, name);
+  return found ? found : storage.FindStream(folder, std::string("\3").append(name));
+}
+
 std::vector<AccessFolderEntry> ReadAccessFolder(std::string_view dirData) {
   constexpr std::size_t kHeader = 4, kHead = 2, kNumber = 4;
   constexpr unsigned kMark = 4;
@@ -209,10 +214,11 @@ std::vector<AccessFolderEntry> ReadAccessFolder(std::string_view dirData) {
   while (at + kHead <= dirData.size() && LittleEndian<std::uint8_t>(dirData, at) == kMark) {
     const std::size_t length = LittleEndian<std::uint8_t>(dirData, at + 1);
     at += kHead;
-    if (dirData.size() - at < length + kNumber) break;
-    entries.push_back({Utf8FromUtf16Bytes(dirData.substr(at, length)),
-                       std::to_string(LittleEndian<std::uint32_t>(dirData, at + length))});
-    at += length + kNumber;
+    if (length < kNumber || dirData.size() - at < length) break;
+    const std::size_t name = length - kNumber;
+    entries.push_back({Utf8FromUtf16Bytes(dirData.substr(at, name)),
+                       std::to_string(LittleEndian<std::uint32_t>(dirData, at + name))});
+    at += length;
   }
   return entries;
 }
@@ -220,12 +226,12 @@ std::vector<AccessFolderEntry> ReadAccessFolder(std::string_view dirData) {
 void ReadAccessForms(const Storage& storage, const CodePage& codePage, FactsCollector& collector) {
   for (const FormFolder& folder : kFolders) {
     const auto found = storage.FindStorage(Storage::kRoot, folder.name);
-    const auto list = found ? storage.FindStream(*found, "DirData") : std::nullopt;
+    const auto list = found ? FindAccessStream(storage, *found, "DirData") : std::nullopt;
     if (!list) continue;
     for (const AccessFolderEntry& entry : ReadAccessFolder(storage.ReadStream(*list, kLargestList).bytes)) {
       const auto form = storage.FindStorage(*found, entry.storage);
-      const auto typeInfo = form ? storage.FindStream(*form, "TypeInfo") : std::nullopt;
-      const auto blob = form ? storage.FindStream(*form, "Blob") : std::nullopt;
+      const auto typeInfo = form ? FindAccessStream(storage, *form, "TypeInfo") : std::nullopt;
+      const auto blob = form ? FindAccessStream(storage, *form, "Blob") : std::nullopt;
       const auto bytes = [&](const std::optional<Storage::Id>& stream, std::uint64_t limit) {
         return stream ? storage.ReadStream(*stream, limit).bytes : std::string();
       };

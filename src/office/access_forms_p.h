@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,8 +15,8 @@ namespace quillmate::office {
 /// Forms and reports of a database: their controls, captions, and what their properties call. Each folder of the
 /// storage ("Forms", "Reports") holds
 ///
-///     DirData      4 bytes, then for each form: 4 (8 bits), length of its name in bytes (8 bits), the name (UTF-16),
-///                  its number (32 bits); its streams lie in the storage of that number
+///     DirData      4 bytes, then for each form: 4 (8 bits), the length of the rest (8 bits), its name (UTF-16), its
+///                  number (32 bits); its streams lie in the storage of that number
 ///     n/TypeInfo   0xACCDEAF7, 4, 4 bytes, number of controls (32 bits), 16 bytes; for each control its type (8 bits),
 ///                  3 and 4 bytes, its name in code and, where that is another, its own name, both with a NUL behind
 ///     n/Blob       10 bytes, then entries with a tag (32 bits). 0xFD and 0xFE begin a control or section: its type (16
@@ -31,6 +32,8 @@ struct AccessFolderEntry {
   std::string name;
   std::string storage;
 };
+/// A stream whose name may have the code 3 in front.
+std::optional<Storage::Id> FindAccessStream(const Storage& storage, Storage::Id folder, std::string_view name);
 std::vector<AccessFolderEntry> ReadAccessFolder(std::string_view dirData);
 
 }  // namespace quillmate::office

@@ -7,11 +7,13 @@
 #include <gtest/gtest.h>
 
 #include <quillmate/files/paths.h>
+#include <quillmate/host/collect_facts.h>
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/host_tree.h>
 
 #include "codedb/scratch.h"
 #include "host/listing.h"
+#include "office/document_writer.h"
 #include "office/vba_writer.h"
 
 namespace quillmate::host {
@@ -100,6 +102,45 @@ TEST(OfficeSource, FoldersListTheFilesWithMacros) {
                    "kaputt.pptm: Datei ist keine Office-Datei",
                    "lager.accdb: Datei ist beschädigt: das Verzeichnis der Datenbank ist nicht lesbar",
                    "nur: Ordner enthält keine Module"}));
+}
+
+/// What a document says reaches the facts; Excel 4 sheets are told, or read.
+TEST(OfficeSource, DocumentsTellWhoStartsTheirMacros) {
+  const files::ScratchFolder temp;
+  WrittenProject project = Project("P", "M");
+  project.modules[0].text =
+      DocumentModule("Tabelle1", "Attribute VB_Control = \"cmd, 1, 0, MSForms, CommandButton\"\r\nSub cmd_Click()\r\n");
+  office::PackageWriter book;
+  book.Add("xl/vbaProject.bin", project.Bin())
+      .Add("xl/workbook.xml",
+           "<workbook><sheets><sheet name='Kunden' r:id='rId1'/><sheet name='Alt' r:id='rId2'/></sheets></workbook>")
+      .Add("xl/worksheets/sheet1.xml", "<worksheet><sheetPr codeName='TABELLE1'/></worksheet>")
+      .Add("xl/macrosheets/sheet1.xml",
+           "<m><sheetData><c r='A1'><f>HALT()</f></c><c r='A2'><f>X()</f></c></sheetData></m>")
+      .Add("xl/drawings/d.xml",
+           "<d><sp macro='[0]!M.Start'><cNvPr name='Los'/></sp><sp macro='[1]!Fremd'><cNvPr name='F'/></sp></d>")
+      .Relate("", "officeDocument", "xl/workbook.xml")
+      .Relate("xl/workbook.xml", "worksheet", "worksheets/sheet1.xml")
+      .Relate("xl/workbook.xml", "xlMacrosheet", "macrosheets/sheet1.xml")
+      .Relate("xl/worksheets/sheet1.xml", "drawing", "../drawings/d.xml");
+  DocumentHost host;
+  host.SetSources({temp.Write("a.bas", "Sub A()\r\nEnd Sub"), temp.Write("b.xlsm", book.File())});
+  for (const bool excel4 : {false, true}) {
+    host.SetExcel4(excel4);
+    std::vector<std::string> problems;
+    const codedb::Facts facts = CollectFacts(host, host.ProjectCount(), problems);
+    EXPECT_EQ(problems, Lines{});
+    std::string told;
+    for (const SourceProblem& problem : host.Problems()) told += problem.reason;
+    EXPECT_EQ(told, excel4 ? "" : "Datei enthält Excel-4-Makros: Alt (2 Formeln)");
+    ASSERT_EQ(facts.modules.size(), excel4 ? 4U : 3U);
+    EXPECT_EQ(facts.modules[1].outsideName + " " + facts.modules[1].controls.at(0).name, "Kunden cmd");
+    EXPECT_TRUE(facts.modules[1].controlsKnown);
+    EXPECT_EQ(facts.modules.back().code, excel4 ? "A1: =HALT()\r\nA2: =X()" : "Sub M()\r\nx\r\ny\r\nEnd Sub");
+    ASSERT_EQ(facts.bindings.size(), 1U);
+    EXPECT_EQ(std::to_string(facts.bindings[0].project) + facts.bindings[0].text + facts.bindings[0].place,
+              "1[0]!M.StartForm 'Los' auf Blatt Kunden");
+  }
 }
 
 TEST(OfficeSource, UnpacksAFileOnceForTheListingAndTheRead) {

@@ -82,7 +82,7 @@ std::string Utf16(std::u16string_view text) {
 }
 
 std::string Folder(std::u16string_view name, unsigned number) {
-  return Bytes<4>(0) + Bytes<1>(4) + Bytes<1>(name.size() * 2) + Utf16(name) + Bytes<4>(number);
+  return Bytes<4>(0) + Bytes<1>(4) + Bytes<1>(name.size() * 2 + 4) + Utf16(name) + Bytes<4>(number);
 }
 
 std::string Controls(const std::vector<std::pair<unsigned, std::string>>& controls) {
@@ -129,7 +129,7 @@ TEST(AccessFile, FormsMacrosAndRibbons) {
     writer.old = old;
     CompoundWriter streams;
     project.AddTo(streams, "VBA/VBAProject/");
-    streams.Add("Forms/DirData", Folder(u"Kunden", 10));
+    streams.Add("Forms/\3DirData", Folder(u"Kunden", 10));
     streams.Add("Forms/10/TypeInfo", typeInfo);
     streams.Add("Forms/10/Blob", form);
     streams.Add("Scripts/DirData", Folder(u"Nachts", 0));

@@ -18,9 +18,12 @@
 ///   konstante         its conditional constants
 ///   dokument          what the document says of itself: author, dates, program, signature, external links ...
 ///   modul             every module, those of one or two lines too; mod_num is its number in the index, NULL without
-///   one verborgene_zeile  what the editor hides of a module file: header and Attribute lines, by the line they stand
-///   before attribut          what those say, member by member steuerelement     controls of forms, sheets and
-///   documents bindung           what calls a routine from outside: buttons, event properties, ribbons, formulas ...
+///                     one
+///   verborgene_zeile  what the editor hides of a module file: header and Attribute lines, by the line they stand
+///                     before
+///   attribut          what those say, member by member
+///   steuerelement     controls of forms, sheets and documents
+///   bindung           what calls a routine from outside: buttons, event properties, ribbons, formulas ...
 ///
 /// PRAGMA user_version holds kFactsVersion. A project without the file opens all the same and knows less.
 namespace quillmate::codedb {
