@@ -1,8 +1,8 @@
-#include <quillmate/codedb/index_files.h>
 #include <quillmate/export/html.h>
 #include <quillmate/export/module_header.h>
 
 #include "markup_p.h"
+#include "text_work_p.h"
 
 namespace quillmate::output {
 namespace {
@@ -112,20 +112,22 @@ std::string_view HtmlTypeLine(std::string_view imageKey) { return imageKey == "M
 
 void ModuleHtml(const std::filesystem::path& folder, codedb::ModuleNumber module, const text::CodeLook& look,
                 const Sink& sink) {
-  BuildHtml(codedb::ReadModuleText(folder, module), look, sink);
+  ProjectHtml(folder, {{module, {}, {}}}, false, look, sink);
 }
 
 void ProjectHtml(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
                  const text::CodeLook& look, const Sink& sink) {
   const std::string head = HtmlHead(look);
   const Markup markup = HtmlMarkup(look);
+  TextWork work([&](std::string_view text, const Sink& to) { WriteMarkup(text, markup, to); }, sink);
   for (const ModuleEntry& module : modules) {
-    sink(head);
+    work.AddBytes(head);
     // The block ends at a line's end, so that it can be turned into HTML by itself.
-    if (headers) WriteMarkup(HeaderBlockWithType(module.name, HtmlTypeLine(module.imageKey)), markup, sink);
-    WriteMarkup(codedb::ReadModuleText(folder, module.number), markup, sink);
-    sink(kHtmlEnd);
+    if (headers) work.AddShortText(HeaderBlockWithType(module.name, HtmlTypeLine(module.imageKey)));
+    work.AddModule(folder, module.number);
+    work.AddBytes(kHtmlEnd);
   }
+  work.Finish();
 }
 
 }  // namespace quillmate::output

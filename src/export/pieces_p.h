@@ -17,10 +17,10 @@ constexpr std::array<bool, 256> MakeHoldTable() noexcept {
   return table;
 }
 
-/// The text's first piece: `kPieceSize` bytes and what it takes to end where a cut changes nothing.
-inline std::string_view FirstPiece(std::string_view text) noexcept {
+/// The text's first piece: `size` bytes and what it takes to end where a cut changes nothing.
+inline std::string_view FirstPiece(std::string_view text, std::size_t size = kPieceSize) noexcept {
   static constexpr auto kHold = MakeHoldTable();
-  std::size_t length = std::min(kPieceSize, text.size());
+  std::size_t length = std::min(size, text.size());
   while (length > 0 && length < text.size() && kHold[static_cast<unsigned char>(text[length - 1])]) ++length;
   return text.substr(0, length);
 }

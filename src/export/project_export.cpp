@@ -1,22 +1,27 @@
+#include <utility>
+
 #include <quillmate/codedb/codes.h>
-#include <quillmate/codedb/index_files.h>
 #include <quillmate/export/module_header.h>
 #include <quillmate/export/plain_text.h>
 #include <quillmate/export/project_export.h>
 #include <quillmate/files/replacement.h>
+
+#include "text_work_p.h"
 
 namespace quillmate::output {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// Hands every module's marked-up text to `convert`, a header block separately: it ends at a line's end.
-template <typename Converter>
-void ForEachText(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers, Converter convert) {
+/// Converts every module's marked-up text, a header block separately: it ends at a line's end.
+void ConvertTexts(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
+                  TextWork::Converter convert, const Sink& sink) {
+  TextWork work(std::move(convert), sink);
   for (const ModuleEntry& module : modules) {
-    if (headers) convert(HeaderBlock(module.name, module.imageKey));
-    convert(codedb::ReadModuleText(folder, module.number));
+    if (headers) work.AddShortText(HeaderBlock(module.name, module.imageKey));
+    work.AddModule(folder, module.number);
   }
+  work.Finish();
 }
 
 }  // namespace
@@ -36,16 +41,20 @@ void ModuleRtf(const fs::path& folder, codedb::ModuleNumber module, const text::
 void ProjectRtf(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
                 const text::CodeLook& look, const Sink& sink) {
   sink(DocumentHead(look));
-  ForEachText(folder, modules, headers, [&](std::string_view marked) { ColourBody(marked, look.boldRoutines, sink); });
+  const auto convert = [bold = look.boldRoutines](std::string_view text, const Sink& to) {
+    ColourBody(text, bold, to);
+  };
+  ConvertTexts(folder, modules, headers, convert, sink);
   sink(kDocumentEnd);
 }
 
 void ModuleText(const fs::path& folder, codedb::ModuleNumber module, const Sink& sink) {
-  PlainText(codedb::ReadModuleText(folder, module), sink);
+  ProjectText(folder, {{module, {}, {}}}, false, sink);
 }
 
 void ProjectText(const fs::path& folder, const std::vector<ModuleEntry>& modules, bool headers, const Sink& sink) {
-  ForEachText(folder, modules, headers, [&](std::string_view marked) { PlainText(marked, sink); });
+  const auto convert = [](std::string_view text, const Sink& to) { PlainText(text, to); };
+  ConvertTexts(folder, modules, headers, convert, sink);
 }
 
 void ExportModuleRtf(const fs::path& folder, codedb::ModuleNumber module, const text::CodeLook& look,

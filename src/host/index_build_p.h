@@ -10,9 +10,9 @@
 #include <quillmate/codedb/facts.h>
 #include <quillmate/host/host_tree.h>
 #include <quillmate/host/project_reader.h>
+#include <quillmate/workers/ordered_work.h>
 
 #include "facts_collector_p.h"
-#include "ordered_work_p.h"
 
 namespace quillmate::host {
 
@@ -70,7 +70,7 @@ class IndexBuild {
   /// The file or module that an error from here on is about, UTF-8.
   std::string subject_;
   FactsCollector facts_;
-  OrderedWork work_;
+  workers::OrderedWork work_;
 };
 
 }  // namespace quillmate::host

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-namespace quillmate::host {
+namespace quillmate::workers {
 
 /// Work that is done ahead on the other cores and finished piece by piece, in its order, on one thread: the owner's.
 /// Where no thread can be started the owner does all of it.
@@ -63,4 +63,4 @@ class OrderedWork {
   std::vector<std::thread> threads_;
 };
 
-}  // namespace quillmate::host
+}  // namespace quillmate::workers

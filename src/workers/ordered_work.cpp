@@ -2,9 +2,9 @@
 #include <system_error>
 #include <utility>
 
-#include "ordered_work_p.h"
+#include <quillmate/workers/ordered_work.h>
 
-namespace quillmate::host {
+namespace quillmate::workers {
 namespace {
 
 /// More cores than this would only wait for the one that finishes.
@@ -33,11 +33,14 @@ void OrderedWork::Add(Work work, Finish finish) {
   auto piece = std::make_unique<Piece>();
   piece->work = std::move(work);
   piece->finish = std::move(finish);
+  bool another = false;
   {
     const std::lock_guard lock(mutex_);
     pieces_.push_back(std::move(piece));
+    // The owner takes one itself.
+    another = pieces_.size() - next_ > threads_.size() + 1;
   }
-  if (threads_.size() < mostThreads_) StartThread();
+  if (another && threads_.size() < mostThreads_) StartThread();
   waiting_.notify_one();
 }
 
@@ -118,4 +121,4 @@ void OrderedWork::Do(Piece& piece, std::unique_lock<std::mutex>& lock) {
   done_.notify_one();
 }
 
-}  // namespace quillmate::host
+}  // namespace quillmate::workers
