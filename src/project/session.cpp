@@ -137,6 +137,31 @@ void Session::GoToMatch(codedb::ViewIndex view, const navigation::TextMatch& mat
   listener_.OnMoved(Reveal::kWhenHidden);
 }
 
+void Session::JumpTo(codedb::ViewIndex view, const navigation::TextMatch& match) {
+  navigation::Place from = CurrentPlace();
+  from.caret = View().SelStart();
+  from.selected = View().SelLength();
+  ShowModule(view);
+  View().Select(match.position, match.length, true);
+  history_.ReplaceCurrent(std::move(from));
+  std::string routine = caret_.Refresh(index_, View(), view);
+  SetPlace(ModuleName(), std::move(routine));
+  navigation::Place to = CurrentPlace();
+  to.caret = match.position;
+  to.selected = match.length;
+  Visit(std::move(to));
+  listener_.OnMoved(Reveal::kWhenHidden);
+}
+
+void Session::GoToRoutine(codedb::ViewIndex view, codedb::Line line, std::string routine) {
+  ShowModule(view);
+  if (line.value > 0) View().GoToLine(line);
+  caret_.Forget();
+  SetPlace(ModuleName(), std::move(routine));
+  Visit();
+  listener_.OnMoved(Reveal::kAtTop);
+}
+
 bool Session::GoToDefinition(std::string_view name) {
   const auto found = navigation::FindDefinition(index_, Views().Current(), name);
   if (!found) return false;
@@ -157,6 +182,10 @@ navigation::Place Session::CurrentPlace() { return {Views().Current(), View().Ca
 void Session::Visit() {
   navigation::Place place = CurrentPlace();
   place.caret = View().SelStart();
+  Visit(std::move(place));
+}
+
+void Session::Visit(navigation::Place place) {
   history_.Push(std::move(place));
   listener_.OnHistoryChanged();
 }
@@ -166,11 +195,11 @@ bool Session::Step(const navigation::Place* place) {
   if (place == nullptr) return false;
   const navigation::Place to = *place;
   ShowModule(to.view);
-  View().Select(to.caret, 0);
-  View().SelectFirstWordOfLine();
+  View().Select(to.caret, to.selected.value_or(0), to.selected.has_value());
+  if (!to.selected) View().SelectFirstWordOfLine();
   caret_.Forget();
   SetPlace(to.module, to.routine);
-  listener_.OnMoved(Reveal::kAtTop);
+  listener_.OnMoved(to.selected ? Reveal::kWhenHidden : Reveal::kAtTop);
   return true;
 }
 

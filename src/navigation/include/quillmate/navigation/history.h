@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include <quillmate/codedb/numbers.h>
@@ -16,6 +17,8 @@ struct Place {
   /// What the status bar showed as module and routine, in the caller's encoding.
   std::string module;
   std::string routine;
+  /// Characters that were selected there. Where it is missing the place stands for its line.
+  std::optional<std::size_t> selected{};
 };
 
 /// The routine history: 30 places, a position in it, and whether the panels "<<" and ">>" (and their menu twins) are

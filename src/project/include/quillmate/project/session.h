@@ -87,6 +87,11 @@ class Session {
   void GoToNode(int node);
   /// A stretch of a view, which is selected.
   void GoToMatch(codedb::ViewIndex view, const navigation::TextMatch& match);
+  /// A stretch of a view, which is selected and a visit for the history. Back leads to the very place that the jump
+  /// began at.
+  void JumpTo(codedb::ViewIndex view, const navigation::TextMatch& match);
+  /// The first line of a routine, which the index need not know; a visit for the history.
+  void GoToRoutine(codedb::ViewIndex view, codedb::Line line, std::string routine);
   /// The definition of a name as seen from the visible module; false when it is unknown. Back leads to the place that
   /// the jump began at.
   bool GoToDefinition(std::string_view name);
@@ -120,6 +125,7 @@ class Session {
   void SetPlace(std::string module, std::string routine);
   std::string ModuleName() const;
   navigation::Place CurrentPlace();
+  void Visit(navigation::Place place);
   bool Step(const navigation::Place* place);
 
   codedb::CodeDatabase& index_;

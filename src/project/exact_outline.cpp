@@ -1,0 +1,191 @@
+#include <algorithm>
+#include <map>
+#include <string_view>
+#include <utility>
+
+#include <quillmate/codedb/codes.h>
+#include <quillmate/codedb/collation.h>
+#include <quillmate/project/exact_outline.h>
+#include <quillmate/project/understanding.h>
+#include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
+
+namespace quillmate::project {
+namespace {
+
+using language::DeclarationKind;
+
+bool IsDeclare(DeclarationKind kind) {
+  return kind == DeclarationKind::kDeclareSub || kind == DeclarationKind::kDeclareFunction;
+}
+
+int KindOf(DeclarationKind kind) {
+  switch (kind) {
+    case DeclarationKind::kFunction:
+      return codedb::kFunction;
+    case DeclarationKind::kPropertyLet:
+      return codedb::kLet;
+    case DeclarationKind::kPropertyGet:
+      return codedb::kGet;
+    case DeclarationKind::kPropertySet:
+      return codedb::kSet;
+    case DeclarationKind::kDeclareSub:
+      return codedb::kDeclareSub;
+    case DeclarationKind::kDeclareFunction:
+      return codedb::kDeclareFunction;
+    default:
+      return codedb::kSub;
+  }
+}
+
+int VisibilityOf(language::Visibility visibility) {
+  switch (visibility) {
+    case language::Visibility::kPrivate:
+      return codedb::kPrivate;
+    case language::Visibility::kFriend:
+      return codedb::kFriend;
+    default:
+      return codedb::kPublic;
+  }
+}
+
+struct Entry {
+  std::int32_t start = 0;
+  std::string name;  // as written, Windows-1252
+  int kind = 0;
+  std::int32_t end = 0;
+
+  bool SameName(const Entry& other) const { return name == other.name && kind == other.kind; }
+};
+
+/// The routines of one module by their first line; 0 for those without one.
+std::vector<Entry> OutlineOf(const codedb::ModuleRecord& module) {
+  std::vector<Entry> outline;
+  for (const codedb::RoutineRecord& routine : module.routines) {
+    outline.push_back({routine.start.value_or(codedb::Line{}).value, std::string(text::Trim(routine.name)),
+                       routine.kind, routine.end.value_or(codedb::Line{}).value});
+  }
+  std::ranges::stable_sort(outline, {}, &Entry::start);
+  return outline;
+}
+
+std::vector<Entry> OutlineOf(const language::Module& code, const symbols::ModulePlaces& places) {
+  std::vector<Entry> outline;
+  for (const ExactRoutine& routine : ExactRoutines(code)) {
+    const language::Declaration& declaration = code.declarations[routine.declaration];
+    outline.push_back({static_cast<std::int32_t>(places.ShownLine(routine.first)),
+                       text::CodeFromUtf8(code.Spelling(declaration)), KindOf(declaration.kind),
+                       static_cast<std::int32_t>(places.ShownLine(routine.last))});
+  }
+  std::ranges::stable_sort(outline, {}, &Entry::start);
+  return outline;
+}
+
+OutlineDifference Compare(const std::vector<Entry>& fixed, const std::vector<Entry>& exact) {
+  OutlineDifference difference;
+  auto known = fixed.begin();
+  auto real = exact.begin();
+  while (known != fixed.end() || real != exact.end()) {
+    if (real == exact.end() || (known != fixed.end() && known->start < real->start)) {
+      ++difference.invented;
+      ++known;
+    } else if (known == fixed.end() || real->start < known->start) {
+      ++difference.missing;
+      ++real;
+    } else {
+      // Without its name a routine is as good as lost.
+      if (!known->SameName(*real)) {
+        ++difference.missing;
+      } else if (known->end != real->end) {
+        ++difference.shifted;
+      }
+      ++known;
+      ++real;
+    }
+  }
+  return difference;
+}
+
+std::string Counted(int count, const char* text) {
+  return std::to_string(count) + (count == 1 ? " Routine " : " Routinen ") + text;
+}
+
+}  // namespace
+
+std::vector<ExactRoutine> ExactRoutines(const language::Module& module) {
+  std::vector<ExactRoutine> found;
+  for (const language::Routine& routine : module.routines) {
+    found.push_back({routine.declaration, routine.firstLine, routine.headerLastLine, routine.lastLine});
+  }
+  for (std::size_t i = 0; i < module.declarations.size(); ++i) {
+    const language::Declaration& declaration = module.declarations[i];
+    if (!IsDeclare(declaration.kind)) continue;
+    found.push_back(
+        {static_cast<symbols::Index>(i), declaration.firstLine, declaration.lastLine, declaration.lastLine});
+  }
+  std::ranges::stable_sort(found, {}, &ExactRoutine::first);
+  return found;
+}
+
+std::string ExactName(const language::Module& module, const ExactRoutine& routine) {
+  const std::string_view name = module.Spelling(module.declarations[routine.declaration]);
+  return std::string(name.empty() ? std::string_view("(ohne Namen)") : name);
+}
+
+std::string DifferenceText(const OutlineDifference& difference) {
+  std::string text;
+  const auto add = [&text](int count, const char* words) {
+    if (count > 0) text += (text.empty() ? "Gliederung abweichend: " : ", ") + Counted(count, words);
+  };
+  add(difference.missing, "nicht erkannt");
+  add(difference.invented, "zu viel");
+  add(difference.shifted, "mit anderem Umfang");
+  return text;
+}
+
+std::vector<OutlineDifference> CompareOutlines(const symbols::ReferenceIndex& index,
+                                               const std::vector<symbols::ModulePlaces>& places,
+                                               const std::vector<codedb::ModuleRecord>& records) {
+  std::map<std::int32_t, symbols::Index> modules;
+  for (std::size_t i = 0; i < places.size(); ++i) modules.emplace(places[i].Number(), static_cast<symbols::Index>(i));
+  std::vector<OutlineDifference> differences;
+  for (const codedb::ModuleRecord& record : records) {
+    const auto module = modules.find(record.number.value);
+    if (module == modules.end()) continue;
+    OutlineDifference found = Compare(OutlineOf(record), OutlineOf(index.Code(module->second), places[module->second]));
+    found.module = record.number;
+    if (found.missing + found.invented + found.shifted > 0) differences.push_back(found);
+  }
+  return differences;
+}
+
+ExactTree MakeExactTree(const Understanding& understanding, const navigation::ProjectTree& modules) {
+  ExactTree made;
+  for (const navigation::TreeNode& node : modules.nodes) {
+    if (node.parent < 0) made.tree.Add(node);
+  }
+  made.lines.resize(made.tree.nodes.size());
+  codedb::RoutineNumber number;
+  for (int parent = 0; parent < made.tree.moduleCount; ++parent) {
+    const codedb::ModuleNumber module = made.tree.nodes[static_cast<std::size_t>(parent)].module;
+    const symbols::Index known = understanding.ModuleOf(codedb::ViewOf(module));
+    if (known == symbols::kNone) continue;
+    const language::Module& code = understanding.Index().Code(known);
+    std::vector<std::pair<std::string, ExactRoutine>> routines;
+    for (const ExactRoutine& routine : ExactRoutines(code)) {
+      routines.emplace_back(ExactName(code, routine), routine);
+    }
+    std::ranges::stable_sort(routines,
+                             [](const auto& a, const auto& b) { return codedb::CompareText(a.first, b.first) < 0; });
+    for (const auto& [name, routine] : routines) {
+      const language::Declaration& declaration = code.declarations[routine.declaration];
+      ++number.value;
+      made.tree.Add({module, number, text::CodeFromUtf8(name),
+                     codedb::RoutineImageKey(KindOf(declaration.kind), VisibilityOf(declaration.visibility)), parent});
+      made.lines.push_back({static_cast<std::int32_t>(understanding.ShownLine(known, routine.first))});
+    }
+  }
+  return made;
+}
+
+}  // namespace quillmate::project
