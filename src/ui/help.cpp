@@ -47,11 +47,18 @@ struct HelpPage {
 
 /// Page of the manual for a part of the window; what lies in such a part has the same page.
 constexpr std::array kHelpPages = {
-    HelpPage{"treApp", "quellen.html"},          HelpPage{"fraStart", "erste-schritte.html"},
-    HelpPage{"treProjekt", "code-lesen.html"},   HelpPage{"txtFilter", "code-lesen.html"},
-    HelpPage{"rtbHaupt", "code-lesen.html"},     HelpPage{"rtbZoom", "code-lesen.html"},
-    HelpPage{"treRoutSuche", "definition.html"}, HelpPage{"txtSuche", "suche.html"},
-    HelpPage{"fraTreffer", "suche.html"},        HelpPage{"frmUnbenutzt", "berichte.html"},
+    HelpPage{"treApp", "quellen.html"},
+    HelpPage{"fraStart", "erste-schritte.html"},
+    HelpPage{"treProjekt", "code-lesen.html"},
+    HelpPage{"txtFilter", "code-lesen.html"},
+    HelpPage{"rtbHaupt", "code-lesen.html"},
+    HelpPage{"rtbZoom", "code-lesen.html"},
+    HelpPage{"treRoutSuche", "definition.html"},
+    HelpPage{"txtSuche", "suche.html"},
+    HelpPage{"fraVerwendungen", "definition.html"},
+    HelpPage{"frmGeheZu", "definition.html"},
+    HelpPage{"fraTreffer", "suche.html"},
+    HelpPage{"frmUnbenutzt", "berichte.html"},
 };
 
 /// The manual's page for the part of the window that has the focus; empty when there is none.

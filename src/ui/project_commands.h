@@ -55,6 +55,8 @@ class ProjectCommands : public QObject {
  signals:
   /// The project folders opened last, the newest first. UTF-8.
   void RecentChanged(const std::vector<std::string>& folders);
+  /// The project's files are copied and then perhaps removed: nobody may be reading them any more.
+  void AboutToCopy();
 
  private:
   using Reader = std::function<host::ReadReport(const host::ReadRequest&)>;

@@ -87,6 +87,7 @@ bool ProjectCommands::SaveProject() {
   if (!MayReplace(folder)) return false;
 
   const fs::path source = session_.Files();
+  emit AboutToCopy();
   std::error_code ignored;
   if (!fs::equivalent(source, folder, ignored)) {
     const Working working(interaction_);

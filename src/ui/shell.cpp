@@ -33,6 +33,22 @@ SourceServices ServicesOfSources(const Services& services) {
           services.globals.hostSelector == startup::kAccess};
 }
 
+/// Where projects run that don't tell.
+symbols::Host AssumedHost(int selector) {
+  switch (selector) {
+    case startup::kWord:
+      return symbols::Host::kWord;
+    case startup::kAccess:
+      return symbols::Host::kAccess;
+    case startup::kPowerPoint:
+      return symbols::Host::kPowerPoint;
+    case startup::kVisualBasic:
+      return symbols::Host::kVb6;
+    default:
+      return symbols::Host::kExcel;
+  }
+}
+
 /// The two extra buttons of a mouse, wherever in the window they are pressed.
 class MouseSteps : public QObject {
  public:
@@ -89,6 +105,7 @@ Shell::Shell(MainWindow& window, const Services& services)
       sources_(interaction_, ServicesOfSources(services)),
       projects_(services, interaction_, session_, sources_, readFiles_),
       code_(new CodeArea(session_)),
+      knowledge_(session_, AssumedHost(services.globals.hostSelector)),
       txtSuche_(new SearchField),
       exports_(interaction_, session_, *code_, services.globals, readFiles_),
       navigation_(interaction_, session_, *code_, *txtSuche_, switches_),
@@ -99,6 +116,9 @@ Shell::Shell(MainWindow& window, const Services& services)
       area_(new QStackedWidget),
       startPage_(new StartPage(FromUtf8(services.globals.HostName))),
       hits_(new HitPanel(interaction_, session_, switches_)),
+      uses_(new UsePanel),
+      names_({interaction_, services.globals, session_, readFiles_}, *code_, knowledge_, *uses_),
+      quickOpen_(new QuickOpen(&window)),
       container_(new Splitter),
       view_(services.settings, *code_, *project_, *commands_) {
   window_.setStatusBar(staBar_);
@@ -108,6 +128,7 @@ Shell::Shell(MainWindow& window, const Services& services)
   ConnectSession();
   ConnectTrees();
   ConnectCode();
+  ConnectNames();
   ConnectStatusBar();
   ConnectStartPage();
   connect(commands_, &CommandSet::Triggered, this, &Shell::Run);
@@ -148,18 +169,26 @@ void Shell::BuildSearch() {
   tobSuche_->hide();
   window_.addDockWidget(Qt::BottomDockWidgetArea, hits_);
   hits_->hide();
+  window_.addDockWidget(Qt::BottomDockWidgetArea, uses_);
+  window_.tabifyDockWidget(hits_, uses_);
+  uses_->hide();
 }
 
 void Shell::ConnectSession() {
   connect(&session_, &ProjectSession::ProjectLeaves, this, [this] {
     window_.setUpdatesEnabled(false);
     delete window_.findChild<UnusedWindow*>();
+    waiting_ = nullptr;
+    knowledge_.Drop();
+    quickOpen_->Forget();
+    uses_->Clear();
     code_->Forget();
     hits_->Clear();
   });
   connect(&session_, &ProjectSession::ProjectChanged, this, [this] {
     interaction_.Attempt([this] { ShowProject(); });
     window_.setUpdatesEnabled(true);
+    if (session_.IsLoaded()) knowledge_.Start();
   });
   connect(&session_, &ProjectSession::TitleChanged, this, &Shell::ShowTitle);
   connect(&session_, &ProjectSession::PlaceChanged, this, [this] {
@@ -174,8 +203,10 @@ void Shell::ConnectSession() {
     commands_->Item(CommandId::kGoBack).setEnabled(history.BackEnabled());
     commands_->Item(CommandId::kGoNext).setEnabled(history.NextEnabled());
   });
-  connect(&session_, &ProjectSession::Moved, this,
-          [this](project::Reveal reveal) { interaction_.Attempt([this, reveal] { code_->ShowPlace(reveal); }); });
+  connect(&session_, &ProjectSession::Moved, this, [this](project::Reveal reveal) {
+    interaction_.Attempt([this, reveal] { code_->ShowPlace(reveal); });
+    names_.CaretRests();
+  });
 }
 
 void Shell::ConnectTrees() {
@@ -188,6 +219,12 @@ void Shell::ConnectTrees() {
       if (!projects_.OfferReload()) session_.GoToNode(node);
     });
   });
+  connect(project_, &ProjectPanel::RoutineChosen, this,
+          [this](codedb::ModuleNumber module, codedb::Line line, const std::string& name) {
+            interaction_.Guarded([this, module, line, &name] {
+              if (!projects_.OfferReload()) session_.GoToRoutine(codedb::ViewOf(module), line, name);
+            });
+          });
   connect(project_, &ProjectPanel::Rejected, this, [this] { code_->Editor().setFocus(); });
   connect(callers_, &CallerPanel::NodeChosen, this, [this](const navigation::TreeNode& caller) {
     interaction_.Guarded([this, caller] {
@@ -208,6 +245,17 @@ void Shell::ConnectCode() {
   connect(txtSuche_, &SearchField::Left, this,
           [this] { (session_.IsLoaded() ? static_cast<QWidget&>(code_->Editor()) : sources_.Tree()).setFocus(); });
   connect(hits_, &HitPanel::Left, this, [this] { code_->Editor().setFocus(); });
+}
+
+void Shell::ConnectNames() {
+  knowledge_.setParent(&window_);
+  connect(&knowledge_, &CodeKnowledge::StatusChanged, staBar_,
+          [this](const QString& text) { staBar_->SetText(StatusPanels::kProgress, text); });
+  connect(&knowledge_, &CodeKnowledge::Arrived, this, &Shell::TakeKnowledge);
+  connect(uses_, &UsePanel::Left, this, [this] { code_->Editor().setFocus(); });
+  connect(quickOpen_, &QuickOpen::Chosen, this,
+          [this](symbols::SymbolId symbol) { interaction_.Guarded([this, symbol] { names_.GoToSymbol(symbol); }); });
+  connect(&projects_, &ProjectCommands::AboutToCopy, this, [this] { knowledge_.FinishReading(); });
 }
 
 void Shell::ConnectStatusBar() {
@@ -363,20 +411,56 @@ void Shell::EnterSearchText() {
   txtSuche_->selectAll();
 }
 
+void Shell::OpenName() {
+  auto known = knowledge_.Get();
+  if (known == nullptr) {
+    interaction_.ShowProgress(ToUtf8(knowledge_.MissingText()));
+  } else {
+    quickOpen_->Open(std::move(known));
+  }
+}
+
 void Shell::Toggle(CommandId command, bool& on) {
   on = !on;
   commands_->Item(command).setChecked(on);
 }
 
+void Shell::TakeKnowledge() {
+  const auto known = knowledge_.Get();
+  project_->SetKnowledge(known);
+  if (known != nullptr && !known->Differences().empty()) {
+    const std::size_t modules = known->Differences().size();
+    staBar_->SetText(StatusPanels::kProgress, modules == 1
+                                                  ? FromUtf8(project::DifferenceText(known->Differences().front()))
+                                                  : QStringLiteral("Gliederung abweichend in %1 Modulen").arg(modules));
+  }
+  if (waiting_) interaction_.GuardedInTurn(std::exchange(waiting_, nullptr));
+}
+
+void Shell::WhenKnown(std::function<void()> work) {
+  if (!knowledge_.IsOnTheWay()) {
+    work();
+    return;
+  }
+  waiting_ = std::move(work);
+  interaction_.ShowProgress("Der Code wird noch untersucht. Die Liste kommt gleich.");
+}
+
 void Shell::ShowUnusedRoutines() {
-  std::vector<analysis::UnusedRoutine> routines;
+  std::vector<JudgedRoutine> judged;
   {
     const Working working(interaction_);
     interaction_.ShowProgress("Suche Routinen ohne Aufruf");
-    routines = analysis::FindUnusedRoutines(session_.Index(), session_.Files());
+    std::vector<analysis::UnusedRoutine> routines = analysis::FindUnusedRoutines(session_.Index(), session_.Files());
+    std::vector<codedb::Line> starts;
+    for (const analysis::UnusedRoutine& routine : routines) {
+      const int node = session_.Tree()->Find(routine.routineNumber);
+      starts.push_back(node < 0 ? codedb::Line{} : session_.StartLines()[static_cast<std::size_t>(node)]);
+    }
+    judged = Judge(std::move(routines), starts, knowledge_.Get().get());
   }
   delete window_.findChild<UnusedWindow*>();
-  (new UnusedWindow(&window_, interaction_, services_.globals, session_, readFiles_, std::move(routines)))->show();
+  (new UnusedWindow(&window_, {interaction_, services_.globals, session_, readFiles_}, std::move(judged)))->show();
 }
 
 void Shell::ShowOptions() {
@@ -466,6 +550,18 @@ void Shell::Carry(CommandId command) {
       return ShowCallers();
     case kShowDefinition:
       return navigation_.ShowDefinition();
+    case kShowDeclaration:
+      return names_.ShowDeclaration();
+    case kListUses:
+      return names_.ShowUses();
+    case kNextUse:
+      return names_.StepThroughUses(1);
+    case kPreviousUse:
+      return names_.StepThroughUses(-1);
+    case kGoToName:
+      return OpenName();
+    case kGoToLine:
+      return names_.GoToLine();
     case kGoBack:
       return navigation_.GoBack();
     case kGoNext:
@@ -485,6 +581,8 @@ void Shell::Carry(CommandId command) {
       return project_->FocusFilter();
     case kSwitchSourceOrder:
       return view_.SwitchSourceOrder();
+    case kSwitchExactOutline:
+      return view_.SwitchExactOutline();
     case kSwitchLineNumbers:
       return view_.SwitchLineNumbers();
     case kEnlargeFont:
@@ -520,7 +618,7 @@ void Shell::Carry(CommandId command) {
     case kCopyOutline:
       return exports_.CopyOutline();
     case kShowUnusedRoutines:
-      return ShowUnusedRoutines();
+      return WhenKnown([this] { ShowUnusedRoutines(); });
     case kShowOptions:
       return ShowOptions();
     case kStoreDisplaySize:

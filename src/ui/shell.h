@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,19 +13,23 @@
 #include "caller_panel.h"
 #include "code_area.h"
 #include "code_commands.h"
+#include "code_knowledge.h"
 #include "command_set.h"
 #include "exports.h"
 #include "hit_panel.h"
 #include "interaction.h"
 #include "mini_window.h"
+#include "name_commands.h"
 #include "project_commands.h"
 #include "project_panel.h"
 #include "project_session.h"
+#include "quick_open.h"
 #include "read_files.h"
 #include "search_field.h"
 #include "source_list.h"
 #include "start_page.h"
 #include "status_panels.h"
+#include "use_panel.h"
 #include "view_settings.h"
 
 namespace quillmate::ui {
@@ -56,6 +61,7 @@ class Shell : public QObject {
   void ConnectSession();
   void ConnectTrees();
   void ConnectCode();
+  void ConnectNames();
   void ConnectStatusBar();
   void ConnectStartPage();
 
@@ -73,7 +79,11 @@ class Shell : public QObject {
   void CloseCallers();
   void SetCallersShown(bool shown);
   void EnterSearchText();
+  void OpenName();
   void Toggle(CommandId command, bool& on);
+  void TakeKnowledge();
+  /// Does it now, or as soon as it is known what the code means.
+  void WhenKnown(std::function<void()> work);
   void ShowUnusedRoutines();
   void ShowOptions();
   void ShowAbout();
@@ -94,6 +104,7 @@ class Shell : public QObject {
   SourceList sources_;
   ProjectCommands projects_;
   CodeArea* code_;
+  CodeKnowledge knowledge_;
   SearchField* txtSuche_;
   Exports exports_;
   CodeCommands navigation_;
@@ -107,8 +118,13 @@ class Shell : public QObject {
   QStackedWidget* area_;
   StartPage* startPage_;
   HitPanel* hits_;
+  UsePanel* uses_;
+  NameCommands names_;
+  QuickOpen* quickOpen_;
   QSplitter* container_;
   ViewSettings view_;
+  /// The list that the user waits for while the code is being looked through.
+  std::function<void()> waiting_;
   std::unique_ptr<MiniWindow> mini_;
   /// What had the focus before the mini window.
   QPointer<QWidget> focused_;

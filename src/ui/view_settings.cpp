@@ -13,6 +13,7 @@ namespace {
 constexpr std::string_view kSection = "ansicht";
 constexpr std::string_view kLineNumbers = "zeilennummern";
 constexpr std::string_view kSourceOrder = "quellreihenfolge";
+constexpr std::string_view kExactOutline = "genauegliederung";
 constexpr std::string_view kFont = "schrift";
 constexpr std::string_view kSplitter = "teiler";
 constexpr int kMostSteps = 60;
@@ -29,6 +30,7 @@ void ViewSettings::Write(std::string_view key, const std::string& value) { store
 void ViewSettings::Load(QSplitter& splitter) {
   ApplyLineNumbers(Read(kLineNumbers) != "0");
   ApplySourceOrder(Read(kSourceOrder) == "-1");
+  ApplyExactOutline(Read(kExactOutline) == "-1");
   code_.SetFontSteps(FontSteps());
 
   const double dpi = splitter.logicalDpiX();
@@ -65,6 +67,17 @@ void ViewSettings::SwitchSourceOrder() {
   const bool on = !commands_.Item(CommandId::kSwitchSourceOrder).isChecked();
   ApplySourceOrder(on);
   Write(kSourceOrder, on ? "-1" : "0");
+}
+
+void ViewSettings::ApplyExactOutline(bool on) {
+  tree_.ShowExactOutline(on);
+  commands_.Item(CommandId::kSwitchExactOutline).setChecked(on);
+}
+
+void ViewSettings::SwitchExactOutline() {
+  const bool on = !commands_.Item(CommandId::kSwitchExactOutline).isChecked();
+  ApplyExactOutline(on);
+  Write(kExactOutline, on ? "-1" : "0");
 }
 
 int ViewSettings::FontSteps() const { return std::clamp(FromUtf8(Read(kFont)).toInt(), -kMostSteps, kMostSteps); }

@@ -13,8 +13,8 @@
 namespace quillmate::ui {
 
 /// How code and tree are shown, set while working and kept for the next run: section "ansicht" of the settings with the
-/// flags `zeilennummern` and `quellreihenfolge` ("-1"/"0"), the number `schrift`, points added to the code's font, and
-/// `teiler`, the tree's width in twips.
+/// flags `zeilennummern`, `quellreihenfolge` and `genauegliederung` ("-1"/"0"), the number `schrift`, points added to
+/// the code's font, and `teiler`, the tree's width in twips.
 class ViewSettings {
  public:
   /// Everything must outlive it.
@@ -28,6 +28,8 @@ class ViewSettings {
   void SwitchLineNumbers();
   /// Routines in the tree as they stand in the code instead of by name.
   void SwitchSourceOrder();
+  /// The routines of the code in the tree instead of those of the index.
+  void SwitchExactOutline();
   /// Makes the code's font larger or smaller by some points, 0 brings the size of the options back.
   void ChangeFont(int steps);
 
@@ -37,6 +39,7 @@ class ViewSettings {
   int FontSteps() const;
   void ApplyLineNumbers(bool on);
   void ApplySourceOrder(bool on);
+  void ApplyExactOutline(bool on);
 
   settings::SettingsStore& store_;
   CodeArea& code_;

@@ -242,6 +242,7 @@ TEST_F(ExportTest, ExportsSayWhatTheyDoUnderTheHourglass) {
       {"mnuRtf_Projekt", "Erzeuge RTF-Projekt"},  {"mnuHtml_Dokumentation", "HTML-Dokumentation: Modul 2 von 2"},
       {"mnuTest", "Suche Routinen ohne Aufruf"},
   };
+  AwaitKnowledge();
   for (const auto& c : kCases) {
     platform.clipboard.text = QStringLiteral("Dim x");
     platform.saveFiles = {Text(Folder("x.RTF"))};

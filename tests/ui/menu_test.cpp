@@ -75,7 +75,8 @@ TEST_F(MenuTest, ContextMenusFitThePlace) {
   EXPECT_EQ(PopupItems(),
             (QStringList{"mnuPopUpHaupt_Html_Index0", "mnuPopUpHaupt_Html_Index1", "mnuPopUpHaupt_Html_Index2",
                          "mnuPopUpHaupt_Html_Index3", "mnuPopUpHaupt_Copy_Modul", "mnuPopUpHaupt_Copy_Auswahl",
-                         "(mnuPopUpHaupt_Definition)", "(mnuPopUpHaupt_Aufruf)", "mnuPopUpHaupt_Zoom"}));
+                         "(mnuPopUpHaupt_Definition)", "(mnuPopUpHaupt_Aufruf)", "mnuPopUpHaupt_Deklaration",
+                         "mnuPopUpHaupt_Verwendungen", "mnuPopUpHaupt_Zoom"}));
 }
 
 TEST_F(MenuTest, RunningHostStandsBeforeTheSources) {

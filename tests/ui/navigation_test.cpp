@@ -221,7 +221,8 @@ TEST_F(NavigationTest, WordIsMeantBySelectingClickingOrFindingIt) {
 
   Code().verticalScrollBar()->setValue(0);
   QTest::mousePress(Code().viewport(), Qt::RightButton, {}, middle(7, 4));
-  EXPECT_EQ(MenuCaptions(Code()), (QStringList{"&Definition : Ende", "Aufrufe: Zugang", "&Zoom"}));
+  EXPECT_EQ(MenuCaptions(Code()),
+            (QStringList{"&Definition : Ende", "Aufrufe: Zugang", "D&eklaration", "Alle Ver&wendungen", "&Zoom"}));
 
   Window().findChild<QLineEdit*>("txtSuche")->setText("Meld");
   Trigger("su_a");
@@ -311,9 +312,11 @@ TEST_F(NavigationTest, LeavingTheProjectClosesItsResults) {
 }
 
 TEST_F(NavigationTest, ContextMenuNamesWhatStandsAtTheCaret) {
-  EXPECT_EQ(MenuCaptions(Code()), (QStringList{"(&Definition )", "(Aufrufe)", "&Zoom"}));
+  EXPECT_EQ(MenuCaptions(Code()),
+            (QStringList{"(&Definition )", "(Aufrufe)", "D&eklaration", "Alle Ver&wendungen", "&Zoom"}));
   PutCaret(6, 9);
-  EXPECT_EQ(MenuCaptions(Code()), (QStringList{"&Definition : Melden", "Aufrufe: Zugang", "&Zoom"}));
+  EXPECT_EQ(MenuCaptions(Code()),
+            (QStringList{"&Definition : Melden", "Aufrufe: Zugang", "D&eklaration", "Alle Ver&wendungen", "&Zoom"}));
   Trigger("mnuPopUpHaupt_Definition");
   EXPECT_EQ(Place(), "Lager.Melden");
   Trigger("mnuPopUpHaupt_Aufruf");

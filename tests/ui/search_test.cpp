@@ -309,6 +309,32 @@ TEST_F(SearchTest, RoutinesComeInTheOrderOfTheSource) {
             "Lager\r\n\tAblegen\r\n\tLaden\r\nSuche\r\n\tSuchen\r\nTeil\r\n\tEins\r\n\tZwei\r\n");
 }
 
+TEST_F(SearchTest, ExactOutlineHasTheRoutinesOfTheCode) {
+  AddModule("c.bas",
+            "Attribute VB_Name = \"Teil\"\r\n#If VBA7 Then\r\nFunction Breite() As LongPtr\r\n#Else\r\n"
+            "Function Breite() As Long\r\n#End If\r\nEnd Function\r\nSub Aus()\r\nEnd Sub\r\n");
+  StartWithProject();
+  AwaitKnowledge();
+  QTreeView& tree = Tree("treProjekt");
+  const QAbstractItemModelTester tester(tree.model());
+  const QString fixed = TextOf(*tree.model());
+  EXPECT_TRUE(Panel("Vorgang").startsWith("Gliederung abweichend: 1 Routine"));
+  EXPECT_TRUE(ProjectNode(2).data(Qt::ToolTipRole).toString().endsWith(Panel("Vorgang")));
+  EXPECT_TRUE(ProjectNode(0).data(Qt::ToolTipRole).toString().endsWith("a.bas"));
+  tree.setExpanded(ProjectNode(2), true);
+  Trigger("mnuAnsicht_Gliederung");
+  EXPECT_EQ(TextOf(*tree.model()), "Lager\n Ablegen\n Laden\nSuche\n Suchen\nTeil\n Aus\n Breite\n");
+  EXPECT_TRUE(tree.isExpanded(ProjectNode(2)));
+  Click(tree, ProjectNode(2, 1));
+  EXPECT_EQ(Found(), "Teil 2:1 Function");
+  EXPECT_EQ(Panel("Routine"), "Breite");
+  Trigger("mnuAnsicht_Quellreihenfolge");
+  EXPECT_EQ(TextOf(*tree.model()), "Lager\n Laden\n Ablegen\nSuche\n Suchen\nTeil\n Breite\n Aus\n");
+  Trigger("mnuAnsicht_Quellreihenfolge");
+  Trigger("mnuAnsicht_Gliederung");
+  EXPECT_EQ(TextOf(*tree.model()), fixed);
+}
+
 TEST_F(SearchTest, LineNumbersAreRemembered) {
   const auto width = [this] { return Code().findChild<QWidget*>("picZeilen")->width(); };
   EXPECT_TRUE(Action("mnuAnsicht_Zeilennummern").isChecked());

@@ -170,10 +170,12 @@ TEST_F(PartsTest, SplitterStandsWhereItWasLeft) {
 
 TEST_F(PartsTest, UnusedRoutinesAreListedShownCopiedAndSaved) {
   AddModule("Form.frm",
-            "Attribute VB_Name = \"Form\"\r\nSub Laden()\r\n  x = \"Ziel\"\r\nEnd Sub\r\nPrivate Sub Form_Load()\r\n"
+            "VERSION 5.00\r\nBegin VB.Form Form\r\nEnd\r\nAttribute VB_Name = \"Form\"\r\nSub Laden()\r\n  x = "
+            "\"Ziel\"\r\nEnd Sub\r\nPrivate Sub Form_Load()\r\n"
             "End Sub\r\nSub Ziel()\r\nEnd Sub\r\n");
   StartWithProject();
   Trigger("mnuTest");
+  ASSERT_TRUE(QTest::qWaitFor([this] { return Dialog("frmUnbenutzt") != nullptr; }, 60'000));
   QDialog* list = Dialog("frmUnbenutzt");
   ASSERT_NE(list, nullptr);
   auto& tree = *list->findChild<QTreeWidget*>("treUnbenutzt");
@@ -206,10 +208,10 @@ TEST_F(PartsTest, UnusedRoutinesAreListedShownCopiedAndSaved) {
 }
 
 TEST(UnusedReport, CsvQuotesWhatNeedsIt) {
-  const std::vector<UnusedRoutine> routines = {{1, 1, "a;b", "\"c\"", UnusedClass::kHost},
-                                               {1, 2, "\374", "d", UnusedClass::kText}};
+  const std::vector<ui::JudgedRoutine> routines = {{{1, 1, "a;b", "\"c\""}, symbols::Grade::kHost, {}},
+                                                   {{1, 2, "\374", "d"}, symbols::Grade::kSelf, {}}};
   EXPECT_EQ(ui::UnusedCsv(routines),
-            "\xEF\xBB\xBFModul;Routine;Klasse\r\n\"a;b\";\"\"\"c\"\"\";vom Host\r\nü;d;per Text\r\n");
+            "\xEF\xBB\xBFModul;Routine;Klasse\r\n\"a;b\";\"\"\"c\"\"\";vom Host\r\nü;d;nur selbst\r\n");
 }
 
 TEST(DesktopLook, IsReadableInTheDarkAndComesBack) {

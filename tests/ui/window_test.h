@@ -22,6 +22,7 @@
 #include <quillmate/settings/sources.h>
 #include <quillmate/ui/main_window.h>
 
+#include "code_knowledge.h"
 #include "codedb/scratch.h"
 #include "places.h"
 #include "recording_platform.h"
@@ -76,6 +77,12 @@ class WindowTest : public ::testing::Test {
     Tick(0);
     Trigger("mnuBearbeiten_Code");
     return *window_;
+  }
+
+  /// What the code means is found out in the background.
+  void AwaitKnowledge() {
+    auto& knowledge = *window_->findChild<ui::CodeKnowledge*>();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return knowledge.Get() != nullptr; }, 60'000));
   }
 
   ui::MainWindow& Window() { return *window_; }

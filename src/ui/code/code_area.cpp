@@ -12,7 +12,9 @@ CodeArea::CodeArea(project::Session& session) : session_(session), main_(new Cod
   addWidget(main_);
   addWidget(zoom_);
   connect(main_, &CodeEditor::CaretMoved, this, &CodeArea::CaretMoved);
+  connect(zoom_, &CodeEditor::CaretMoved, this, &CodeArea::ZoomCaretMoved);
   for (CodeEditor* editor : {main_, zoom_}) {
+    connect(editor, &CodeEditor::LinkFollowed, this, &CodeArea::LinkFollowed);
     connect(editor, &CodeEditor::FontStepsTurned, this, &CodeArea::FontStepsTurned);
     connect(editor, &QWidget::customContextMenuRequested, this, [this, editor](const QPoint& place) {
       const QPoint global = editor->viewport()->mapToGlobal(place);
@@ -74,6 +76,30 @@ void CodeArea::SelectInZoom(std::size_t position, std::size_t length) {
   if (position < zoomed_.start) return;
   zoomed_.view.Select(position - zoomed_.start, length);
   zoom_->RevealSelection();
+}
+
+std::size_t CodeArea::Caret() const { return InModule(IsZoomed() ? zoomed_.view.Caret() : session_.View().Caret()); }
+
+void CodeArea::SetAnswers(const NameAnswers& answers) {
+  for (CodeEditor* editor : {main_, zoom_}) {
+    editor->SetAnswers({[this, answers](std::size_t offset) {
+                          auto link = answers.link(InModule(offset));
+                          if (link && IsZoomed()) link->position -= zoomed_.start;
+                          return link;
+                        },
+                        [this, answers](std::size_t offset) { return answers.description(InModule(offset)); }});
+  }
+}
+
+void CodeArea::SetHighlights(const std::vector<navigation::TextMatch>& matches) {
+  if (main_->ShowsModule()) main_->SetHighlights(matches);
+  if (!IsZoomed() || !zoom_->ShowsModule()) return;
+  std::vector<navigation::TextMatch> inside;
+  for (const navigation::TextMatch& match : matches) {
+    if (match.position < zoomed_.start || match.position - zoomed_.start >= zoomed_.view.Length()) continue;
+    inside.push_back({match.position - zoomed_.start, match.length});
+  }
+  zoom_->SetHighlights(std::move(inside));
 }
 
 void CodeArea::SetStyle(const CodeStyle& style) {

@@ -38,6 +38,15 @@ class CodeArea : public QStackedWidget {
   /// What is selected in the view that is seen, Windows-1252 with CR LF; empty when nothing is.
   std::string Selection() const { return std::string(Editor().SelectedCode()); }
 
+  /// The offset in the visible module's text of one in the view that is seen.
+  std::size_t InModule(std::size_t offset) const { return IsZoomed() ? offset + zoomed_.start : offset; }
+  /// The caret's place in the visible module's text, behind a word that is selected up to its end.
+  std::size_t Caret() const;
+  /// Answers for both views; offsets are those of the module's text.
+  void SetAnswers(const NameAnswers& answers);
+  /// Lights stretches of the visible module's text, by position.
+  void SetHighlights(const std::vector<navigation::TextMatch>& matches);
+
   void SetStyle(const CodeStyle& style);
   void SetFontSteps(int steps);
   void ShowLineNumbers(bool on);
@@ -45,8 +54,12 @@ class CodeArea : public QStackedWidget {
  signals:
   /// The caret of the code view may have moved.
   void CaretMoved();
+  /// The same of the zoom view.
+  void ZoomCaretMoved();
   void FontStepsTurned(int steps);
   void ZoomChanged(bool on);
+  /// The name at the caret is to be followed.
+  void LinkFollowed();
   /// The context menu of one of the views is wanted; the place is global.
   void MenuWanted(const QPoint& place);
   void ZoomMenuWanted(const QPoint& place);

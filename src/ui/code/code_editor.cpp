@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextLayout>
+#include <QToolTip>
 #include <QWheelEvent>
 #include <algorithm>
 
@@ -12,6 +14,7 @@
 
 #include "code_clip.h"
 #include "code_document.h"
+#include "match_strip.h"
 
 namespace quillmate::ui {
 namespace {
@@ -43,6 +46,8 @@ constexpr int kLeastNumber = 999;
 const QColor kGround(0xf2, 0xf2, 0xf2);
 const QColor kInk(0x80, 0x80, 0x80);
 const QColor kCaretInk(0x20, 0x20, 0x20);
+const QColor kHighlight(0xff, 0xe9, 0xa8);
+const QColor kLink(0x00, 0x40, 0xc0);
 
 }  // namespace
 
@@ -107,7 +112,13 @@ CodeEditor::CodeEditor(QWidget* parent) : QPlainTextEdit(parent) {
   setAcceptDrops(false);
   viewport()->setAcceptDrops(false);
   setMinimumWidth(1);
+  viewport()->setMouseTracking(true);
   numbers_ = new LineNumbers(*this);
+  strip_ = new MatchStrip(this);
+  connect(strip_, &MatchStrip::LineChosen, this, [this](int line) {
+    const int onScreen = viewport()->height() / std::max(1, fontMetrics().height());
+    verticalScrollBar()->setValue(std::max(0, line - onScreen / 2));
+  });
   connect(this, &QPlainTextEdit::updateRequest, numbers_, [this](const QRect& area, int scrolled) {
     if (scrolled != 0) {
       numbers_->scroll(0, scrolled);
@@ -138,6 +149,9 @@ void CodeEditor::ShowView(int index, navigation::CodeView& view, const std::vect
   if (view_ == &view) return;
   StoreScroll();
   following_ = false;
+  SetHighlights({});
+  link_.reset();
+  setExtraSelections({});
   view_ = &view;
   runs_ = &runs;
   const Page& page = PageOf(index);
@@ -171,6 +185,8 @@ void CodeEditor::RevealSelection() {
 
 void CodeEditor::Forget() {
   following_ = false;
+  SetHighlights({});
+  link_.reset();
   view_ = nullptr;
   runs_ = nullptr;
   setDocument(nullptr);
@@ -210,8 +226,11 @@ void CodeEditor::NumberFrom(codedb::Line first) {
 
 void CodeEditor::PlaceNumbers() {
   const int width = numbers_->Width();
-  if (viewportMargins().left() != width) setViewportMargins(width, 0, 0, 0);
+  const int strip = strip_->IsEmpty() ? 0 : MatchStrip::kWidth;
+  if (viewportMargins().left() != width || viewportMargins().right() != strip) setViewportMargins(width, 0, strip, 0);
   const QRect area = contentsRect();
+  strip_->setGeometry(viewport()->geometry().right() + 1, area.top(), strip, viewport()->height());
+  strip_->setVisible(strip > 0);
   numbers_->setGeometry(area.left(), area.top(), width, area.height());
   numbers_->setVisible(width > 0);
   numbers_->update();
@@ -226,12 +245,120 @@ void CodeEditor::ForEachLineOnScreen(const std::function<void(int, int)>& line) 
   }
 }
 
+void CodeEditor::SetHighlights(std::vector<navigation::TextMatch> matches) {
+  const bool wasEmpty = highlights_.empty();
+  if (wasEmpty && matches.empty()) return;
+  highlights_ = std::move(matches);
+  std::vector<int> lines;
+  for (const navigation::TextMatch& match : highlights_) {
+    const int line = static_cast<int>(view_->LineFromChar(match.position));
+    if (lines.empty() || lines.back() != line) lines.push_back(line);
+  }
+  strip_->SetLines(std::move(lines), blockCount());
+  if (wasEmpty != highlights_.empty()) PlaceNumbers();
+  viewport()->update();
+}
+
+/// Below the text of the lines that can be seen.
+void CodeEditor::PaintHighlights(const QRect& area) {
+  if (highlights_.empty() || view_ == nullptr) return;
+  QPainter painter(viewport());
+  QTextBlock block = firstVisibleBlock();
+  double top = blockBoundingGeometry(block).translated(contentOffset()).top();
+  for (; block.isValid() && top <= area.bottom(); block = block.next()) {
+    const std::size_t start = view_->LineStart(static_cast<std::size_t>(block.blockNumber()));
+    const std::size_t end = start + static_cast<std::size_t>(block.length());
+    const QTextLine line = block.layout()->lineCount() > 0 ? block.layout()->lineAt(0) : QTextLine();
+    auto match = std::lower_bound(highlights_.begin(), highlights_.end(), start,
+                                  [](const navigation::TextMatch& m, std::size_t at) { return m.position < at; });
+    for (; line.isValid() && match != highlights_.end() && match->position < end; ++match) {
+      const int from = static_cast<int>(match->position - start);
+      const double left = line.cursorToX(from);
+      const double right = line.cursorToX(from + static_cast<int>(match->length));
+      painter.fillRect(QRectF(contentOffset().x() + left, top, right - left, line.height()), kHighlight);
+    }
+    top += blockBoundingRect(block).height();
+  }
+}
+
+void CodeEditor::paintEvent(QPaintEvent* event) {
+  PaintHighlights(event->rect());
+  QPlainTextEdit::paintEvent(event);
+}
+
+std::optional<std::size_t> CodeEditor::OffsetAt(const QPoint& place) const {
+  if (view_ == nullptr) return std::nullopt;
+  const QTextCursor cursor = cursorForPosition(place);
+  QTextCursor end = cursor;
+  end.movePosition(QTextCursor::EndOfBlock);
+  const QRect last = cursorRect(end);
+  if (place.x() > last.right() || place.y() > last.bottom()) return std::nullopt;
+  return OffsetOf(cursor.position());
+}
+
+bool CodeEditor::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip || !answers_.description) return QPlainTextEdit::viewportEvent(event);
+  const auto* help = static_cast<QHelpEvent*>(event);
+  const auto offset = OffsetAt(help->pos());
+  const QString text = offset ? answers_.description(*offset) : QString();
+  if (text.isEmpty()) {
+    QToolTip::hideText();
+    event->ignore();
+  } else {
+    QToolTip::showText(help->globalPos(), text, viewport());
+  }
+  return true;
+}
+
+/// Underlines the name at a place and makes the mouse a hand, or takes that back.
+void CodeEditor::ShowLink(const QPoint& place, bool wanted) {
+  std::optional<navigation::TextMatch> link;
+  if (wanted && answers_.link && viewport()->rect().contains(place)) {
+    const auto offset = OffsetAt(place);
+    if (offset) link = answers_.link(*offset);
+  }
+  const bool isSame = link.has_value() == link_.has_value() && (!link || (link->position == link_->position));
+  if (isSame) return;
+  link_ = link;
+  viewport()->setCursor(link_ ? Qt::PointingHandCursor : Qt::IBeamCursor);
+  QList<QTextEdit::ExtraSelection> marks;
+  if (link_) {
+    QTextEdit::ExtraSelection mark;
+    mark.cursor = QTextCursor(document());
+    mark.cursor.setPosition(PositionOf(link_->position));
+    mark.cursor.setPosition(PositionOf(link_->position + link_->length), QTextCursor::KeepAnchor);
+    mark.format.setFontUnderline(true);
+    mark.format.setForeground(kLink);
+    marks.append(mark);
+  }
+  setExtraSelections(marks);
+}
+
+void CodeEditor::mouseMoveEvent(QMouseEvent* event) {
+  QPlainTextEdit::mouseMoveEvent(event);
+  ShowLink(event->position().toPoint(), event->buttons() == Qt::NoButton && event->modifiers() == Qt::ControlModifier);
+}
+
+void CodeEditor::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Control) ShowLink(viewport()->mapFromGlobal(QCursor::pos()), true);
+  QPlainTextEdit::keyPressEvent(event);
+}
+
 void CodeEditor::keyReleaseEvent(QKeyEvent* event) {
   QPlainTextEdit::keyReleaseEvent(event);
+  if (event->key() == Qt::Key_Control) ShowLink({}, false);
   emit CaretMoved();
 }
 
 void CodeEditor::mousePressEvent(QMouseEvent* event) {
+  const bool isLink = event->button() == Qt::LeftButton && event->modifiers() == Qt::ControlModifier;
+  if (isLink) ShowLink(event->position().toPoint(), true);
+  if (isLink && link_) {
+    setTextCursor(cursorForPosition(event->position().toPoint()));
+    ShowLink({}, false);
+    emit LinkFollowed();
+    return;
+  }
   QPlainTextEdit::mousePressEvent(event);
   if (event->button() == Qt::RightButton) TakeCaretTo(event->position().toPoint());
 }

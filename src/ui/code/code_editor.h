@@ -5,16 +5,27 @@
 #include <functional>
 #include <list>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 #include <quillmate/navigation/code_view.h>
+#include <quillmate/navigation/search.h>
 
 #include "code_style.h"
 
 namespace quillmate::ui {
 
 class LineNumbers;
+class MatchStrip;
+
+/// What is known of the names in the code on screen. Offsets are those of its text.
+struct NameAnswers {
+  /// The name at an offset that leads somewhere.
+  std::function<std::optional<navigation::TextMatch>(std::size_t offset)> link;
+  /// What it is, as HTML; empty where nothing is known.
+  std::function<QString(std::size_t offset)> description;
+};
 
 /// The code view: shows one module at a time, read-only but with a caret. Caret and selection belong to the module's
 /// CodeView and are kept there; what is built for the screen (a text document for each module) is made when a module is
@@ -46,6 +57,12 @@ class CodeEditor : public QPlainTextEdit {
   void ShowLineNumbers(bool on);
   void NumberFrom(codedb::Line first);
 
+  /// Names under the mouse tell what they are, and lead there with the Ctrl key held.
+  void SetAnswers(NameAnswers answers) { answers_ = std::move(answers); }
+  /// Lights stretches of the code on screen, by position, until another module is shown.
+  void SetHighlights(std::vector<navigation::TextMatch> matches);
+  const std::vector<navigation::TextMatch>& Highlights() const noexcept { return highlights_; }
+
   bool ShowsModule() const noexcept { return view_ != nullptr; }
   /// Calls `line(number, top)` for each line that can be seen: 0-based number, upper edge in pixels of the viewport.
   void ForEachLineOnScreen(const std::function<void(int, int)>& line) const;
@@ -63,8 +80,14 @@ class CodeEditor : public QPlainTextEdit {
   void CaretMoved();
   /// The wheel was turned by some steps, up positive, with the Ctrl key held.
   void FontStepsTurned(int steps);
+  /// A name was clicked with the Ctrl key held. The caret is there.
+  void LinkFollowed();
 
  protected:
+  bool viewportEvent(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   QMimeData* createMimeDataFromSelection() const override;
   void keyReleaseEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
@@ -83,6 +106,10 @@ class CodeEditor : public QPlainTextEdit {
   void PlaceCursor();
   int PositionOf(std::size_t offset) const;
   std::size_t OffsetOf(int position) const;
+  /// The character at a place of the viewport; nothing beside the text.
+  std::optional<std::size_t> OffsetAt(const QPoint& place) const;
+  void ShowLink(const QPoint& place, bool wanted);
+  void PaintHighlights(const QRect& area);
   QFont ShownFont() const;
   void UseFont(QTextDocument& document) const;
   void PlaceNumbers();
@@ -91,6 +118,10 @@ class CodeEditor : public QPlainTextEdit {
   int fontSteps_ = 0;
   int wheel_ = 0;
   LineNumbers* numbers_ = nullptr;
+  MatchStrip* strip_ = nullptr;
+  NameAnswers answers_;
+  std::optional<navigation::TextMatch> link_;
+  std::vector<navigation::TextMatch> highlights_;
   navigation::CodeView* view_ = nullptr;
   const std::vector<navigation::StyleRun>* runs_ = nullptr;
   /// Last used first.

@@ -7,68 +7,49 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <iterator>
-#include <stdexcept>
 #include <utility>
 
 #include <quillmate/codedb/codes.h>
-#include <quillmate/files/replacement.h>
 
 #include "qt_text.h"
-#include "save_dialog.h"
 #include "unused_report.h"
 
 namespace quillmate::ui {
 namespace {
 
-using analysis::UnusedClass;
-using analysis::UnusedRoutine;
+using symbols::Grade;
 
 /// Routine number of an item; modules have none.
 constexpr int kRoutineRole = Qt::UserRole;
 
 constexpr QSize kStartSize(560, 520);
 
-QString Summary(const std::vector<UnusedRoutine>& routines) {
+QString Summary(const std::vector<JudgedRoutine>& routines) {
   if (routines.empty()) return QStringLiteral("Jede Routine wird aufgerufen.");
-  const auto count = [&routines](UnusedClass unused) {
-    return std::count_if(routines.begin(), routines.end(),
-                         [unused](const UnusedRoutine& routine) { return routine.unused == unused; });
-  };
-  return QStringLiteral("Routinen ohne Aufruf: %1 (%2 sicher, %3 vom Host, %4 per Text)")
-      .arg(routines.size())
-      .arg(count(UnusedClass::kCertain))
-      .arg(count(UnusedClass::kHost))
-      .arg(count(UnusedClass::kText));
-}
-
-const char* ClassTooltip(UnusedClass unused) {
-  switch (unused) {
-    case UnusedClass::kCertain:
-      return "Nichts im Projekt nennt diese Routine.";
-    case UnusedClass::kHost:
-      return "Der Host ruft sie auf: Ereignis, Startmakro oder Rückruf.";
-    case UnusedClass::kText:
-      return "Ihr Name steht in einer Zeichenkette oder in anderer Schreibung im Code.";
+  const auto count = [&routines](Grade grade) { return std::ranges::count(routines, grade, &JudgedRoutine::grade); };
+  QString text = QStringLiteral("Routinen ohne Aufruf: %1 (%2 sicher, %3 vom Host, %4 per Text")
+                     .arg(routines.size())
+                     .arg(count(Grade::kCertain))
+                     .arg(count(Grade::kHost))
+                     .arg(count(Grade::kText));
+  for (const Grade grade : {Grade::kPossible, Grade::kSelf, Grade::kInactive}) {
+    if (count(grade) > 0) text += QStringLiteral(", %1 %2").arg(count(grade)).arg(GradeCaption(grade));
   }
-  return "";
+  return text + QLatin1Char(')');
 }
 
-QTreeWidgetItem* MakeItem(const UnusedRoutine& routine) {
-  auto* item = new QTreeWidgetItem({FromCode(routine.routineName), FromUtf8(UnusedCaption(routine.unused))});
-  item->setData(0, kRoutineRole, routine.routineNumber.value);
-  item->setToolTip(1, FromUtf8(ClassTooltip(routine.unused)));
+QTreeWidgetItem* MakeItem(const JudgedRoutine& judged) {
+  auto* item = new QTreeWidgetItem({FromCode(judged.routine.routineName), GradeCaption(judged.grade)});
+  item->setData(0, kRoutineRole, judged.routine.routineNumber.value);
+  item->setToolTip(1, judged.reason);
   return item;
 }
 
 }  // namespace
 
-UnusedWindow::UnusedWindow(QWidget* parent, Interaction& interaction, const startup::AppGlobals& globals,
-                           project::Session& session, const ReadFiles& readFiles, std::vector<UnusedRoutine> routines)
+UnusedWindow::UnusedWindow(QWidget* parent, const ListDesk& desk, std::vector<JudgedRoutine> routines)
     : QDialog(parent, Qt::Window),
-      interaction_(interaction),
-      globals_(globals),
-      session_(session),
-      readFiles_(readFiles),
+      desk_(desk),
       routines_(std::move(routines)),
       lblErgebnis_(new QLabel(Summary(routines_))),
       chkNurSicher_(new QCheckBox(QStringLiteral("Nur &sichere zeigen"))),
@@ -108,18 +89,21 @@ QWidget* UnusedWindow::MakeButtons() {
     connect(button, &QPushButton::clicked, this, run);
     return button;
   };
-  QPushButton* copy = add("cmdKopieren", "&Kopieren", [this] { interaction_.Guarded([this] { Copy(); }); });
-  QPushButton* save = add("cmdSpeichern", "S&peichern ...", [this] { interaction_.Guarded([this] { Save(); }); });
+  QPushButton* copy =
+      add("cmdKopieren", "&Kopieren", [this] { desk_.interaction.Guarded([this] { CopyList(desk_, Texts()); }); });
+  QPushButton* save = add("cmdSpeichern", "S&peichern ...", [this] {
+    desk_.interaction.Guarded([this] { SaveList(desk_, QStringLiteral("ohne Aufruf"), Texts()); });
+  });
   add("cmdSchliessen", "S&chliessen", [this] { close(); });
   copy->setDisabled(routines_.empty());
   save->setDisabled(routines_.empty());
   return row;
 }
 
-std::vector<UnusedRoutine> UnusedWindow::Shown() const {
-  std::vector<UnusedRoutine> shown;
-  std::copy_if(routines_.begin(), routines_.end(), std::back_inserter(shown), [this](const UnusedRoutine& routine) {
-    return !chkNurSicher_->isChecked() || routine.unused == UnusedClass::kCertain;
+std::vector<JudgedRoutine> UnusedWindow::Shown() const {
+  std::vector<JudgedRoutine> shown;
+  std::copy_if(routines_.begin(), routines_.end(), std::back_inserter(shown), [this](const JudgedRoutine& judged) {
+    return !chkNurSicher_->isChecked() || judged.grade == Grade::kCertain;
   });
   return shown;
 }
@@ -127,12 +111,13 @@ std::vector<UnusedRoutine> UnusedWindow::Shown() const {
 void UnusedWindow::Fill() {
   QList<QTreeWidgetItem*> modules;
   codedb::ModuleNumber module;
-  for (const UnusedRoutine& routine : Shown()) {
+  for (const JudgedRoutine& judged : Shown()) {
+    const analysis::UnusedRoutine& routine = judged.routine;
     if (modules.isEmpty() || routine.moduleNumber != module) {
       modules.append(new QTreeWidgetItem(QStringList(FromCode(routine.moduleName))));
       module = routine.moduleNumber;
     }
-    modules.back()->addChild(MakeItem(routine));
+    modules.back()->addChild(MakeItem(judged));
   }
   treUnbenutzt_->clear();
   treUnbenutzt_->addTopLevelItems(modules);
@@ -142,27 +127,14 @@ void UnusedWindow::Fill() {
 void UnusedWindow::ShowRoutine(const QTreeWidgetItem& item) {
   const codedb::RoutineNumber routine{item.data(0, kRoutineRole).toInt()};
   if (routine.value == 0) return;
-  interaction_.Guarded([this, routine] {
-    const int node = session_.Tree()->Find(routine);
-    if (node >= 0) session_.GoToNode(node);
+  desk_.interaction.Guarded([this, routine] {
+    const int node = desk_.session.Tree()->Find(routine);
+    if (node >= 0) desk_.session.GoToNode(node);
   });
 }
 
-void UnusedWindow::Copy() {
-  interaction_.Desktop().ClearClipboard();
-  interaction_.Desktop().SetClipboard({FromUtf8(UnusedText(Shown())), {}, {}});
-  if (globals_.Options.meld) interaction_.Show("Liste in Zwischenablage");
-}
-
-void UnusedWindow::Save() {
-  const QString name = FromUtf8(session_.Name()) + QStringLiteral(" ohne Aufruf");
-  const QString file = SaveFileDialog(interaction_, QStringLiteral("csv"), "CSV-Tabelle:csv;Text:txt;",
-                                      FromUtf8(globals_.LastProjectFolder), name);
-  if (file.isEmpty()) return;
-  const bool isTable = file.endsWith(QStringLiteral(".csv"), Qt::CaseInsensitive);
-  const std::string bytes = isTable ? UnusedCsv(Shown()) : UnusedText(Shown());
-  readFiles_.Check({ToPath(file)});
-  files::ReplaceFile(ToPath(file), bytes);
+ListTexts UnusedWindow::Texts() const {
+  return {[this] { return UnusedText(Shown()); }, [this] { return UnusedCsv(Shown()); }};
 }
 
 }  // namespace quillmate::ui

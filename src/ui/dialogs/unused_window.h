@@ -6,35 +6,28 @@
 #include <QTreeWidget>
 #include <vector>
 
-#include <quillmate/analysis/unused.h>
-#include <quillmate/project/session.h>
-#include <quillmate/startup/app_globals.h>
-
-#include "interaction.h"
-#include "read_files.h"
+#include "table_file.h"
+#include "unused_classes.h"
 
 namespace quillmate::ui {
 
 /// The window `frmUnbenutzt`: the routines of the loaded project that nothing calls, by module. A click shows a routine
 /// in the main window. Deletes itself when it is closed.
 class UnusedWindow : public QDialog {
+  Q_OBJECT
+
  public:
-  UnusedWindow(QWidget* parent, Interaction& interaction, const startup::AppGlobals& globals, project::Session& session,
-               const ReadFiles& readFiles, std::vector<analysis::UnusedRoutine> routines);
+  UnusedWindow(QWidget* parent, const ListDesk& desk, std::vector<JudgedRoutine> routines);
 
  private:
   QWidget* MakeButtons();
-  std::vector<analysis::UnusedRoutine> Shown() const;
+  std::vector<JudgedRoutine> Shown() const;
   void Fill();
   void ShowRoutine(const QTreeWidgetItem& item);
-  void Copy();
-  void Save();
+  ListTexts Texts() const;
 
-  Interaction& interaction_;
-  const startup::AppGlobals& globals_;
-  project::Session& session_;
-  const ReadFiles& readFiles_;
-  std::vector<analysis::UnusedRoutine> routines_;
+  ListDesk desk_;
+  std::vector<JudgedRoutine> routines_;
   QLabel* lblErgebnis_;
   QCheckBox* chkNurSicher_;
   QTreeWidget* treUnbenutzt_;

@@ -47,24 +47,26 @@ ProjectPanel::ProjectPanel(project::Session& session)
   layout->setSpacing(2);
   layout->addWidget(line_);
   layout->addWidget(tree_);
-  connect(tree_, &NodeTree::NodeChosen, this,
-          [this](const QModelIndex& index) { emit NodeChosen(shown_->NodeOf(index)); });
+  connect(tree_, &NodeTree::NodeChosen, this, [this](const QModelIndex& index) { Choose(shown_->NodeOf(index)); });
   connect(line_, &QLineEdit::textChanged, this, [this](const QString& text) { Apply(text.trimmed()); });
   connect(line_, &FilterLine::Accepted, this, [this] {
-    if (Current() != ProjectTreeFilter::kNoNode) emit NodeChosen(Current());
+    if (Current() != ProjectTreeFilter::kNoNode) Choose(Current());
   });
   connect(line_, &FilterLine::Rejected, this, &ProjectPanel::Rejected);
   connect(line_, &FilterLine::Left, tree_, qOverload<>(&QWidget::setFocus));
 }
 
 std::vector<codedb::Line> ProjectPanel::Lines(bool bySource) const {
-  return bySource ? session_.StartLines() : std::vector<codedb::Line>();
+  if (!bySource) return {};
+  return IsExact() ? exact_.lines : session_.StartLines();
 }
 
 void ProjectPanel::ShowProject(bool unfolded) {
   const UpdateLock lock(*tree_);
   unfolded_.clear();
   line_->clear();
+  exact_ = {};
+  SetKnowledge(nullptr);
   shown_->SetLines({});
   model_->SetTree(session_.Tree());
   if (unfolded) tree_->expandAll();
@@ -106,6 +108,53 @@ void ProjectPanel::Apply(const QString& text) {
   }
   for (const int node : shown_->ModulesToUnfold()) tree_->setExpanded(shown_->IndexOf(node), true);
   SetCurrent(shown_->BestMatch());
+}
+
+void ProjectPanel::Choose(int node) {
+  const navigation::TreeNode& chosen = model_->Tree().nodes[static_cast<std::size_t>(node)];
+  // Modules have the same node in both trees.
+  if (!IsExact() || chosen.parent < 0) {
+    emit NodeChosen(node);
+  } else {
+    emit RoutineChosen(chosen.module, exact_.lines[static_cast<std::size_t>(node)], chosen.text);
+  }
+}
+
+void ProjectPanel::SetKnowledge(std::shared_ptr<const project::Understanding> known) {
+  known_ = std::move(known);
+  model_->SetKnowledge(known_);
+  SwitchTree();
+}
+
+void ProjectPanel::ShowExactOutline(bool on) {
+  wantsExact_ = on;
+  SwitchTree();
+}
+
+/// Shows the one of the two trees that is wanted and there. Modules stay unfolded, the current one stays it.
+void ProjectPanel::SwitchTree() {
+  if ((wantsExact_ && known_ != nullptr) == IsExact()) return;
+  const UpdateLock lock(*tree_);
+  const QString filter = line_->text();
+  line_->clear();
+  StoreUnfolded();
+  const int current = Current();
+  int module = current;
+  if (current >= 0 && model_->Tree().nodes[static_cast<std::size_t>(current)].parent >= 0) {
+    module = model_->Tree().nodes[static_cast<std::size_t>(current)].parent;
+  }
+  exact_ = {};
+  if (wantsExact_ && known_ != nullptr) {
+    project::ExactTree made = project::MakeExactTree(*known_, *session_.Tree());
+    exact_ = {std::make_shared<navigation::ProjectTree>(std::move(made.tree)), std::move(made.lines)};
+  }
+  shown_->SetLines({});
+  model_->SetTree(IsExact() ? exact_.tree : session_.Tree());
+  MarkModule();
+  Unfold();
+  SetCurrent(module);
+  if (bySource_) shown_->SetLines(Lines(true));
+  line_->setText(filter);
 }
 
 void ProjectPanel::OrderBySource(bool on) {

@@ -45,16 +45,25 @@ class ProjectPanel : public QWidget {
   /// Lists routines in the order of the source instead of that of their names. Throws when the index can't be asked;
   /// nothing changes then.
   void OrderBySource(bool on);
+  /// Shows the routines that the code has instead of those of the index, as soon as they are known.
+  void ShowExactOutline(bool on);
+  /// What is known of the session's project; null for nothing.
+  void SetKnowledge(std::shared_ptr<const project::Understanding> known);
   void FocusFilter();
 
  signals:
   /// A node is to be shown.
   void NodeChosen(int node);
+  /// A routine that the index need not know is to be shown.
+  void RoutineChosen(codedb::ModuleNumber module, codedb::Line line, const std::string& name);
   /// The user goes back to the code.
   void Rejected();
 
  private:
   std::vector<codedb::Line> Lines(bool bySource) const;
+  bool IsExact() const { return exact_.tree != nullptr; }
+  void SwitchTree();
+  void Choose(int node);
   void Apply(const QString& text);
   void StoreUnfolded();
   void Unfold();
@@ -67,6 +76,13 @@ class ProjectPanel : public QWidget {
   ProjectTreeModel* model_;
   ProjectTreeFilter* shown_;
   bool bySource_ = false;
+  std::shared_ptr<const project::Understanding> known_;
+  bool wantsExact_ = false;
+  /// While the exact routines are shown.
+  struct {
+    std::shared_ptr<const navigation::ProjectTree> tree;
+    std::vector<codedb::Line> lines;
+  } exact_;
   /// Nodes of the modules that were unfolded before the first letter was typed.
   std::vector<int> unfolded_;
   bool isFiltering_ = false;

@@ -1,10 +1,31 @@
 #include "project_tree_model.h"
 
+#include <QPainter>
+#include <QPixmap>
+#include <algorithm>
 #include <utility>
 
 #include "qt_text.h"
 
 namespace quillmate::ui {
+namespace {
+
+constexpr int kIconSide = 32;
+
+/// The picture with a warning sign in its corner.
+QIcon WithSign(const QIcon& icon) {
+  QPixmap picture(kIconSide, kIconSide);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  icon.paint(&painter, 0, 0, kIconSide, kIconSide);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(Qt::white, 2));
+  painter.setBrush(QColor(0xd0, 0x60, 0x00));
+  painter.drawPolygon(QPolygonF({{21, 14}, {31, 31}, {11, 31}}));
+  return QIcon(picture);
+}
+
+}  // namespace
 
 ProjectTreeModel::ProjectTreeModel(QObject* parent) : QAbstractItemModel(parent) {
   SetTree(std::make_shared<navigation::ProjectTree>());
@@ -45,6 +66,34 @@ void ProjectTreeModel::Mark(codedb::ModuleNumber module) {
   }
 }
 
+void ProjectTreeModel::SetKnowledge(std::shared_ptr<const project::Understanding> known) {
+  known_ = std::move(known);
+  const int modules = rowCount();
+  if (modules > 0) emit dataChanged(index(0, 0), index(modules - 1, 0), {Qt::DecorationRole, Qt::ToolTipRole});
+}
+
+const project::OutlineDifference* ProjectTreeModel::DifferenceOf(const navigation::TreeNode& node) const {
+  if (known_ == nullptr || node.parent >= 0) return nullptr;
+  const std::vector<project::OutlineDifference>& all = known_->Differences();
+  const auto found = std::ranges::lower_bound(all, node.module, {}, &project::OutlineDifference::module);
+  return found == all.end() || found->module != node.module ? nullptr : &*found;
+}
+
+QString ProjectTreeModel::ToolTip(const navigation::TreeNode& node) const {
+  const symbols::Index module =
+      known_ == nullptr || node.parent >= 0 ? symbols::kNone : known_->ModuleOf(codedb::ViewOf(node.module));
+  if (module == symbols::kNone) return {};
+  const symbols::ModuleInfo& info = known_->Index().Modules()[module];
+  const symbols::ProjectInfo& project = known_->Index().Projects()[info.project];
+  QStringList lines;
+  if (!project.name.empty()) lines << QStringLiteral("Projekt: ") + FromUtf8(project.name);
+  const std::string& file = info.file.empty() ? project.file : info.file;
+  if (!file.empty()) lines << QStringLiteral("Datei: ") + FromUtf8(file);
+  if (!info.outsideName.empty()) lines << QStringLiteral("Heißt außen: ") + FromUtf8(info.outsideName);
+  if (const auto* difference = DifferenceOf(node)) lines << FromUtf8(project::DifferenceText(*difference));
+  return lines.join(QLatin1Char('\n'));
+}
+
 const navigation::TreeNode& ProjectTreeModel::Node(const QModelIndex& index) const {
   return tree_->nodes[static_cast<std::size_t>(NodeOf(index))];
 }
@@ -68,9 +117,12 @@ QVariant ProjectTreeModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   switch (role) {
     case Qt::DisplayRole:
-      return FromCode(Node(index).text);
+      return Node(index).text.empty() ? QStringLiteral("(ohne Namen)") : FromCode(Node(index).text);
     case Qt::DecorationRole:
-      return icons_.Of(Node(index).image);
+      return DifferenceOf(Node(index)) != nullptr ? WithSign(icons_.Of(Node(index).image))
+                                                  : icons_.Of(Node(index).image);
+    case Qt::ToolTipRole:
+      return ToolTip(Node(index));
     case kMarkedRole:
       return NodeOf(index) == marked_;
     default:

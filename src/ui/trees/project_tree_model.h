@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <quillmate/navigation/project_tree.h>
+#include <quillmate/project/understanding.h>
 
 #include "icons.h"
 
@@ -29,6 +30,8 @@ class ProjectTreeModel : public QAbstractItemModel {
 
   /// Moves the mark to the node of a module. One without a node takes the mark away.
   void Mark(codedb::ModuleNumber module);
+  /// Modules tell their project and file, and those whose routines the index has wrong get a sign. Null takes it away.
+  void SetKnowledge(std::shared_ptr<const project::Understanding> known);
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& index) const override;
@@ -40,6 +43,8 @@ class ProjectTreeModel : public QAbstractItemModel {
  private:
   std::size_t Slot(const QModelIndex& parent) const { return static_cast<std::size_t>(NodeOf(parent) + 1); }
   const navigation::TreeNode& Node(const QModelIndex& index) const;
+  const project::OutlineDifference* DifferenceOf(const navigation::TreeNode& node) const;
+  QString ToolTip(const navigation::TreeNode& node) const;
 
   std::shared_ptr<const navigation::ProjectTree> tree_;
   /// The nodes by parent, in their order: those of node n lie from firstChild_[n + 1] on, the modules from
@@ -49,6 +54,7 @@ class ProjectTreeModel : public QAbstractItemModel {
   /// Position of each node among its siblings.
   std::vector<int> rows_;
   int marked_ = -1;
+  std::shared_ptr<const project::Understanding> known_;
   mutable IconSet icons_;
 };
 

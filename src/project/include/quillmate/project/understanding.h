@@ -39,6 +39,9 @@ class Understanding {
 
   const symbols::ReferenceIndex& Index() const noexcept { return index_; }
 
+  /// One for each module of the index.
+  const std::vector<symbols::ModulePlaces>& Places() const noexcept { return places_; }
+
   /// The module in a view; kNone for a view that nothing is known of.
   symbols::Index ModuleOf(codedb::ViewIndex view) const noexcept;
   /// Nothing for a module that the index lacks (one of one or two lines).

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+#include <vector>
+
+#include <quillmate/analysis/unused.h>
+#include <quillmate/project/understanding.h>
+
+/// The classes of the routines that nothing calls.
+namespace quillmate::ui {
+
+struct JudgedRoutine {
+  analysis::UnusedRoutine routine;
+  symbols::Grade grade = symbols::Grade::kCertain;
+  /// For people: "Ereignis Click von cmdOk".
+  QString reason;
+};
+
+/// "sicher", "vom Host", "per Text", "möglich", "nur selbst", "inaktiv".
+QString GradeCaption(symbols::Grade grade);
+
+/// The fixed list with the classes of the understanding; without one those of the list itself. Starts: the first line
+/// of each routine.
+std::vector<JudgedRoutine> Judge(std::vector<analysis::UnusedRoutine> routines, const std::vector<codedb::Line>& starts,
+                                 const project::Understanding* known);
+
+}  // namespace quillmate::ui

@@ -1,0 +1,209 @@
+#include "use_panel.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLocale>
+#include <QVBoxLayout>
+#include <array>
+#include <utility>
+
+#include <quillmate/export/csv.h>
+
+#include "qt_text.h"
+#include "symbol_text.h"
+
+namespace quillmate::ui {
+namespace {
+
+/// Widths of the columns in characters; the text takes what is left.
+constexpr int kPlaceWidth = 34;
+constexpr int kTextWidth = 70;
+constexpr int kUseWidth = 18;
+/// So many rows are unfolded at once; nobody looks at more before he folds or filters them.
+constexpr std::size_t kUnfolded = 200'000;
+
+std::uint32_t LineOf(const project::Understanding& known, const symbols::Reference& use) {
+  const std::uint32_t line = known.ShownLine(use.module, use.line);
+  return line > 0 ? line : known.Index().EditorLine(use.module, use.line);
+}
+
+}  // namespace
+
+UsePanel::UsePanel()
+    : QDockWidget(QStringLiteral("Alle Verwendungen")),
+      kinds_(new QComboBox),
+      message_(new QLabel),
+      tree_(new QTreeView),
+      model_(new UseModel(this)) {
+  setObjectName(QStringLiteral("fraVerwendungen"));
+  setFeatures(QDockWidget::DockWidgetClosable);
+  setAllowedAreas(Qt::BottomDockWidgetArea);
+  tree_->setObjectName(QStringLiteral("lstVerwendungen"));
+  tree_->setAccessibleName(QStringLiteral("Verwendungen"));
+  tree_->setUniformRowHeights(true);
+  tree_->setAllColumnsShowFocus(true);
+  tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  tree_->setModel(model_);
+  const int character = tree_->fontMetrics().averageCharWidth();
+  tree_->header()->resizeSection(UseModel::kPlace, kPlaceWidth * character);
+  tree_->header()->resizeSection(UseModel::kText, kTextWidth * character);
+  tree_->header()->resizeSection(UseModel::kUse, kUseWidth * character);
+  tree_->installEventFilter(this);
+  connect(tree_, &QTreeView::clicked, this, &UsePanel::Choose);
+
+  auto* inside = new QWidget;
+  auto* layout = new QVBoxLayout(inside);
+  layout->setContentsMargins(3, 3, 3, 3);
+  layout->addWidget(BuildBar());
+  layout->addWidget(tree_);
+  setWidget(inside);
+}
+
+QWidget* UsePanel::BuildBar() {
+  kinds_->setObjectName(QStringLiteral("cboArt"));
+  kinds_->setAccessibleName(QStringLiteral("Art der Verwendung"));
+  connect(kinds_, &QComboBox::activated, this, [this] {
+    const QVariant kind = kinds_->currentData();
+    model_->SetFilter(kind.isValid() ? std::optional(static_cast<symbols::Use>(kind.toInt())) : std::nullopt);
+    ShowCount();
+    Unfold();
+  });
+  message_->setObjectName(QStringLiteral("lblVerwendungen"));
+  message_->setTextFormat(Qt::PlainText);
+  message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  copy_ = new QPushButton(QStringLiteral("&Kopieren"));
+  copy_->setObjectName(QStringLiteral("cmdVerwendungenKopieren"));
+  save_ = new QPushButton(QStringLiteral("S&peichern ..."));
+  save_->setObjectName(QStringLiteral("cmdVerwendungenSpeichern"));
+  connect(copy_, &QPushButton::clicked, this, &UsePanel::CopyWanted);
+  connect(save_, &QPushButton::clicked, this, &UsePanel::SaveWanted);
+  auto* bar = new QWidget;
+  auto* layout = new QHBoxLayout(bar);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(kinds_);
+  layout->addWidget(message_, 1);
+  layout->addWidget(copy_);
+  layout->addWidget(save_);
+  return bar;
+}
+
+void UsePanel::ShowUses(std::shared_ptr<const project::Understanding> known, const QString& name,
+                        std::vector<symbols::Reference> uses) {
+  name_ = name;
+  model_->SetUses(std::move(known), std::move(uses));
+  FillKinds();
+  ShowCount();
+  Unfold();
+  show();
+  raise();
+  tree_->setFocus();
+}
+
+void UsePanel::FillKinds() {
+  std::array<std::size_t, symbols::kUseCount> counts{};
+  for (const symbols::Reference& use : model_->Uses()) ++counts[static_cast<std::size_t>(use.use)];
+  kinds_->clear();
+  kinds_->addItem(QStringLiteral("Alle Arten"));
+  for (std::size_t kind = 0; kind < counts.size(); ++kind) {
+    if (counts[kind] == 0) continue;
+    const QString word = FromUtf8(symbols::GermanWord(static_cast<symbols::Use>(kind)));
+    kinds_->addItem(QStringLiteral("%1 (%2)").arg(word).arg(counts[kind]), static_cast<int>(kind));
+  }
+}
+
+void UsePanel::ShowCount() {
+  const std::size_t count = model_->Count();
+  const QString number = QLocale().toString(count);
+  setWindowTitle(QStringLiteral("Alle Verwendungen: %1 (%2)").arg(name_, number));
+  message_->setText(count == 0   ? QStringLiteral("Dieser Name wird nirgends verwendet.")
+                    : count == 1 ? QStringLiteral("1 Verwendung")
+                                 : number + QStringLiteral(" Verwendungen"));
+  copy_->setEnabled(count > 0);
+  save_->setEnabled(count > 0);
+}
+
+void UsePanel::Unfold() {
+  if (model_->Count() <= kUnfolded) tree_->expandAll();
+  if (model_->Count() > 0) tree_->setCurrentIndex(model_->IndexOf(0));
+}
+
+void UsePanel::Clear() {
+  model_->SetUses(nullptr, {});
+  kinds_->clear();
+  setWindowTitle(QStringLiteral("Alle Verwendungen"));
+  hide();
+}
+
+void UsePanel::Choose(const QModelIndex& index) {
+  if (model_->IsUse(index)) emit UseChosen(model_->Shown(*model_->PositionOf(index)));
+}
+
+const symbols::Reference* UsePanel::Step(int steps) {
+  const auto count = static_cast<qint64>(model_->Count());
+  if (count == 0) return nullptr;
+  const QModelIndex current = tree_->currentIndex();
+  const auto at = static_cast<qint64>(model_->PositionOf(current).value_or(0));
+  const qint64 next = model_->IsUse(current) ? ((at + steps) % count + count) % count : at;
+  tree_->setCurrentIndex(model_->IndexOf(static_cast<std::size_t>(next)));
+  return &model_->Shown(static_cast<std::size_t>(next));
+}
+
+bool UsePanel::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return QDockWidget::eventFilter(watched, event);
+  const int key = static_cast<QKeyEvent*>(event)->key();
+  if (key == Qt::Key_Escape) {
+    hide();
+    emit Left();
+    return true;
+  }
+  if ((key == Qt::Key_Return || key == Qt::Key_Enter) && model_->IsUse(tree_->currentIndex())) {
+    Choose(tree_->currentIndex());
+    return true;
+  }
+  return QDockWidget::eventFilter(watched, event);
+}
+
+std::string UsePanel::AsText() const {
+  std::string text;
+  for (std::size_t i = 0; i < model_->Count(); ++i) {
+    const symbols::Reference& use = model_->Shown(i);
+    const symbols::ReferenceIndex& index = model_->Known().Index();
+    const QString row = QStringList{ModuleText(index, use.module),
+                                    RoutineText(index, use.inRoutine),
+                                    QString::number(LineOf(model_->Known(), use)),
+                                    FromUtf8(symbols::GermanWord(use.use)),
+                                    FromUtf8(symbols::GermanWord(use.certainty)),
+                                    LineText(index, use.module, use.line)}
+                            .join(QLatin1Char('\t'));
+    text += ToUtf8(row) + '\n';
+  }
+  return text;
+}
+
+std::string UsePanel::AsCsv() const {
+  std::string csv(output::kCsvStart);
+  output::CsvRow head(csv);
+  for (const char* title : {"Projekt", "Modul", "Routine", "Zeile", "Spalte", "Art", "Gewissheit", "Text"}) {
+    head.Text(title);
+  }
+  head.End();
+  for (std::size_t i = 0; i < model_->Count(); ++i) {
+    const symbols::Reference& use = model_->Shown(i);
+    const symbols::ReferenceIndex& index = model_->Known().Index();
+    const symbols::ModuleInfo& module = index.Modules()[use.module];
+    output::CsvRow(csv)
+        .Text(index.Projects()[module.project].name)
+        .Text(module.name)
+        .Text(ToUtf8(RoutineText(index, use.inRoutine)))
+        .Number(LineOf(model_->Known(), use))
+        .Number(use.column)
+        .Text(symbols::GermanWord(use.use))
+        .Text(symbols::GermanWord(use.certainty))
+        .Text(ToUtf8(LineText(index, use.module, use.line)))
+        .End();
+  }
+  return csv;
+}
+
+}  // namespace quillmate::ui

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QComboBox>
+#include <QDockWidget>
+#include <QLabel>
+#include <QPushButton>
+#include <QTreeView>
+#include <string>
+
+#include "use_model.h"
+
+namespace quillmate::ui {
+
+/// "Alle Verwendungen": the panel below the code that lists every use of a name by module and routine. A click or Enter
+/// shows a use; Esc goes back to the code and closes the panel.
+class UsePanel : public QDockWidget {
+  Q_OBJECT
+
+ public:
+  UsePanel();
+
+  /// Shows the uses of a name, all unfolded.
+  void ShowUses(std::shared_ptr<const project::Understanding> known, const QString& name,
+                std::vector<symbols::Reference> uses);
+  /// Drops the uses of a project that is no longer on screen.
+  void Clear();
+  /// Makes the use `steps` behind the current one, once around, the current one. Null when there is none.
+  const symbols::Reference* Step(int steps);
+  /// What the filter leaves, a line or row each: module, routine, line, column, kind, certainty, text. UTF-8.
+  std::string AsText() const;
+  std::string AsCsv() const;
+
+ signals:
+  /// A use is to be shown.
+  void UseChosen(const symbols::Reference& use);
+  void CopyWanted();
+  void SaveWanted();
+  /// The user goes back to the code.
+  void Left();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  QWidget* BuildBar();
+  void FillKinds();
+  void ShowCount();
+  void Unfold();
+  void Choose(const QModelIndex& index);
+
+  QString name_;
+  QComboBox* kinds_;
+  QLabel* message_;
+  QPushButton* copy_;
+  QPushButton* save_;
+  QTreeView* tree_;
+  UseModel* model_;
+};
+
+}  // namespace quillmate::ui

@@ -1,0 +1,233 @@
+#include <QAbstractButton>
+#include <QAbstractItemModelTester>
+#include <QComboBox>
+#include <QDialog>
+#include <QDockWidget>
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTextBlock>
+#include <QToolTip>
+
+#include "code_editor.h"
+#include "name_matcher.h"
+#include "window_test.h"
+
+namespace quillmate::testing {
+namespace {
+
+/// Two modules, a class and a form; in the tree they stand as "Maske", "Lager", "Suche" and the class "Artikel".
+class NamesTest : public WindowTest {
+ protected:
+  void SetUp() override {
+    WindowTest::SetUp();
+    std::filesystem::remove_all(Sources());
+    AddModule("a_Lager.bas",
+              "Attribute VB_Name = \"Lager\"\r\nOption Explicit\r\n' H\366chster Bestand\r\n"
+              "Public Const Grenze As Long = 40\r\nPublic Bestand As Long\r\n\r\n"
+              "Public Sub Zugang(ByVal n As Long)\r\n  Bestand = Bestand + n\r\n  If Bestand > Grenze Then Stop\r\n"
+              "End Sub\r\n\r\nPublic Sub Doppelt()\r\nEnd Sub\r\n");
+    AddModule("b_Suche.bas",
+              "Attribute VB_Name = \"Suche\"\r\nPublic Sub Suchen()\r\n  Dim a As Artikel\r\n  Set a = New Artikel\r\n"
+              "  a.Preis = Grenze: Zugang 5\r\n  MsgBox a.Preis\r\n  Call Doppelt\r\nEnd Sub\r\n");
+    AddModule("c_Zwei.bas", "Attribute VB_Name = \"Zwei\"\r\nPublic Sub Doppelt()\r\nEnd Sub\r\n\r\n");
+    AddModule("d_Artikel.cls",
+              "VERSION 1.0 CLASS\r\nBEGIN\r\nEND\r\nAttribute VB_Name = \"Artikel\"\r\nPrivate m As Double\r\n"
+              "Public Property Get Preis() As Double\r\n  Preis = m\r\nEnd Property\r\n"
+              "Public Property Let Preis(ByVal v As Double)\r\n  m = v\r\nEnd Property\r\n");
+    StartWithProject();
+    AwaitKnowledge();
+    Tree("treProjekt").expandAll();
+  }
+
+  void ShowModule(const QString& name) {
+    const QAbstractItemModel& model = *Tree("treProjekt").model();
+    for (int row = 0; row < model.rowCount(); ++row) {
+      if (model.index(row, 0).data() == name) Click(Tree("treProjekt"), model.index(row, 0));
+    }
+  }
+  QTextCursor CursorAt(int line, int column) {
+    QTextCursor cursor(Code().document()->findBlockByNumber(line - 1));
+    cursor.movePosition(QTextCursor::Right, QTextCursor::MoveAnchor, column - 1);
+    return cursor;
+  }
+  void PutCaret(const QString& module, int line, int column) {
+    ShowModule(module);
+    Code().setTextCursor(CursorAt(line, column));
+    QTest::keyRelease(&Code(), Qt::Key_Shift);
+  }
+  /// Where the selection begins and what is selected.
+  QString Here() {
+    const QTextCursor cursor = Code().textCursor();
+    QTextCursor start(Code().document());
+    start.setPosition(cursor.selectionStart());
+    return QStringLiteral("%1 %2:%3 %4")
+        .arg(Panel("Modul"))
+        .arg(start.blockNumber() + 1)
+        .arg(start.positionInBlock() + 1)
+        .arg(cursor.selectedText());
+  }
+  QLineEdit& Field(const char* name) { return *Window().findChild<QLineEdit*>(QString::fromLatin1(name)); }
+};
+
+TEST_F(NamesTest, EveryNameLeadsToItsDeclaration) {
+  const struct {
+    const char* module;
+    int line, column;
+    const char* place;
+  } kRows[] = {
+      {"Suche", 4, 14, "Lager 3:14 Grenze"}, {"Suche", 4, 24, "Lager 6:12 Zugang"},
+      {"Lager", 7, 5, "Lager 4:8 Bestand"},  {"Lager", 7, 23, "Lager 6:25 n"},
+      {"Suche", 5, 10, "Suche 2:7 a"},       {"Suche", 3, 16, "Artikel 1:1 "},
+      {"Suche", 4, 8, "Artikel 5:21 Preis"}, {"Suche", 5, 15, "Artikel 2:21 Preis"},
+      {"Lager", 3, 16, "Lager 3:14 Grenze"},
+  };
+  for (const auto& row : kRows) {
+    PutCaret(row.module, row.line, row.column);
+    const QString from = QStringLiteral("%1 %2:%3 ").arg(row.module).arg(row.line).arg(row.column);
+    QTest::keyClick(&Window(), Qt::Key_F2, Qt::ShiftModifier);
+    EXPECT_EQ(Here(), row.place) << from.toStdString();
+    Trigger("mnuBearbeiten_RouBew3");
+    EXPECT_EQ(Here(), from) << "back to the very place";
+  }
+  PutCaret("Suche", 5, 4);
+  QTest::keyClick(&Window(), Qt::Key_F2, Qt::ShiftModifier);
+  EXPECT_TRUE(Panel("Vorgang").startsWith("\"MsgBox\" ist im Projekt nicht deklariert"))
+      << Panel("Vorgang").toStdString();
+  EXPECT_EQ(platform.TakeText(), "");
+}
+
+TEST_F(NamesTest, SeveralCandidatesAreAListToChooseFrom) {
+  PutCaret("Suche", 6, 10);
+  QTest::keyClick(&Window(), Qt::Key_F2, Qt::ShiftModifier);
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  QStringList captions;
+  for (const QAction* action : menu->actions()) captions << action->text();
+  EXPECT_EQ(captions, (QStringList{"Lager.Doppelt (Sub)", "Zwei.Doppelt (Sub)"}));
+  QTest::keyClick(menu, Qt::Key_Down);
+  QTest::keyClick(menu, Qt::Key_Return);
+  EXPECT_EQ(Here(), "Zwei 1:12 Doppelt");
+}
+
+TEST_F(NamesTest, MouseTellsAndLeads) {
+  PutCaret("Suche", 1, 1);
+  auto& editor = *Window().findChild<ui::CodeEditor*>("rtbHaupt");
+  const QPoint at = editor.cursorRect(CursorAt(4, 15)).center();
+  const QPoint beside = editor.cursorRect(CursorAt(4, 29)).center() + QPoint(80, 0);
+  for (const bool onName : {true, false}) {
+    const QPoint place = onName ? at : beside;
+    QHelpEvent help(QEvent::ToolTip, place, editor.viewport()->mapToGlobal(place));
+    QApplication::sendEvent(editor.viewport(), &help);
+    if (onName) {
+      for (const char* part :
+           {"Public Const Grenze As Long = 40", "Höchster Bestand", "Konstante in Lager, 2 Verwendungen"}) {
+        EXPECT_TRUE(QToolTip::text().contains(QString::fromUtf8(part))) << QToolTip::text().toStdString();
+      }
+    }
+    QMouseEvent move(QEvent::MouseMove, place, editor.viewport()->mapToGlobal(place), Qt::NoButton, Qt::NoButton,
+                     Qt::ControlModifier);
+    QApplication::sendEvent(editor.viewport(), &move);
+    EXPECT_EQ(editor.extraSelections().size(), onName ? 1 : 0);
+  }
+  QTest::mouseClick(editor.viewport(), Qt::LeftButton, Qt::ControlModifier, at);
+  EXPECT_EQ(Here(), "Lager 3:14 Grenze");
+}
+
+TEST_F(NamesTest, UsesAreListedSteppedThroughAndSaved) {
+  PutCaret("Lager", 4, 9);
+  QTest::keyClick(&Window(), Qt::Key_F12, Qt::AltModifier | Qt::ShiftModifier);
+  QTreeView& tree = Tree("lstVerwendungen");
+  const QAbstractItemModelTester tester(tree.model());
+  EXPECT_EQ(TextOf(*tree.model()), "Lager (3)\n Zugang (3)\n  Zeile 7\n  Zeile 7\n  Zeile 8\n");
+  EXPECT_EQ(Window().findChild<QDockWidget*>("fraVerwendungen")->windowTitle(), "Alle Verwendungen: Lager.Bestand (3)");
+  QTest::keyClick(&tree, Qt::Key_Return);
+  EXPECT_EQ(Here(), "Lager 7:3 Bestand");
+  QTest::keyClick(&Window(), Qt::Key_F8);
+  EXPECT_EQ(Here(), "Lager 7:13 Bestand");
+  QTest::keyClick(&Window(), Qt::Key_F8, Qt::ShiftModifier);
+  QTest::keyClick(&Window(), Qt::Key_F8, Qt::ShiftModifier);
+  EXPECT_EQ(Here(), "Lager 8:6 Bestand") << "once around";
+
+  auto& kinds = *Window().findChild<QComboBox*>("cboArt");
+  EXPECT_EQ(kinds.itemText(2), "schreibt (1)");
+  kinds.setCurrentIndex(2);
+  emit kinds.activated(2);
+  EXPECT_EQ(TextOf(*tree.model()), "Lager (1)\n Zugang (1)\n  Zeile 7\n");
+  Window().findChild<QAbstractButton*>("cmdVerwendungenKopieren")->click();
+  EXPECT_EQ(platform.clipboard.text, "Lager\tZugang\t7\tschreibt\tsicher\tBestand = Bestand + n\n");
+  platform.saveFiles = {Text(Folder("Liste.csv"))};
+  Window().findChild<QAbstractButton*>("cmdVerwendungenSpeichern")->click();
+  EXPECT_TRUE(files::ReadWholeFile(Folder("Liste.csv"))
+                  .ends_with(";Lager;Zugang;7;3;schreibt;sicher;Bestand = Bestand + n\r\n"));
+
+  PutCaret("Artikel", 2, 22);
+  Trigger("mnuBearbeiten_Verwendungen");
+  EXPECT_EQ(TextOf(*tree.model()), "Suche (2)\n Suchen (2)\n  Zeile 4\n  Zeile 5\nArtikel (1)\n Preis (1)\n  Zeile 3\n")
+      << "Get and Let are one name";
+  LeaveProject();
+  EXPECT_FALSE(Window().findChild<QDockWidget*>("fraVerwendungen")->isVisible());
+  EXPECT_EQ(tree.model()->rowCount(), 0);
+}
+
+TEST_F(NamesTest, NameAtTheCaretIsLitInItsModule) {
+  PutCaret("Lager", 7, 4);
+  auto& editor = *Window().findChild<ui::CodeEditor*>("rtbHaupt");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !editor.Highlights().empty(); }, 60'000));
+  EXPECT_EQ(editor.Highlights().size(), 4U) << "the declaration and three uses";
+  EXPECT_TRUE(editor.findChild<QWidget*>("picStellen")->isVisible());
+  PutCaret("Lager", 9, 1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return editor.Highlights().empty(); }, 60'000));
+}
+
+TEST_F(NamesTest, NamesAreFoundByTheirParts) {
+  QTest::keyClick(&Window(), Qt::Key_K, Qt::ControlModifier);
+  auto& dialog = *Window().findChild<QDialog*>("frmGeheZu");
+  ASSERT_TRUE(dialog.isVisible());
+  QLineEdit& field = *dialog.findChild<QLineEdit*>("txtGeheZu");
+  QTreeView& list = *dialog.findChild<QTreeView*>("lstGeheZu");
+  const QAbstractItemModelTester tester(list.model());
+  QTest::keyClicks(&field, "zug");
+  EXPECT_EQ(list.model()->index(0, 0).data(), "Zugang");
+  EXPECT_EQ(list.model()->index(0, 1).data(), "Sub");
+  field.setText("artikel.preis");
+  EXPECT_EQ(TextOf(*list.model()), "Preis\nPreis\n");
+  QTest::keyClick(&field, Qt::Key_Down);
+  QTest::keyClick(&field, Qt::Key_Return);
+  EXPECT_EQ(Here(), "Artikel 5:21 Preis");
+  EXPECT_FALSE(dialog.isVisible());
+  QTest::keyClick(&Window(), Qt::Key_K, Qt::ControlModifier);
+  EXPECT_EQ(TextOf(*list.model()), "Preis\n") << "what was chosen last";
+  QTest::keyClick(&dialog, Qt::Key_Escape);
+
+  platform.typed = {QStringLiteral("3"), QStringLiteral("99")};
+  QTest::keyClick(&Window(), Qt::Key_G, Qt::ControlModifier);
+  EXPECT_EQ(Here(), "Artikel 3:1 ");
+  QTest::keyClick(&Window(), Qt::Key_G, Qt::ControlModifier);
+  EXPECT_EQ(Here(), "Artikel 3:1 ");
+  EXPECT_EQ(platform.TakeText(), "Bitte eine Zahl von 1 bis 9 angeben.");
+}
+
+TEST(NameMatcher, BetterFitsComeFirst) {
+  const struct {
+    const char* typed;
+    std::vector<const char*> names;  // the best one first, the last one does not fit
+  } kRows[] = {
+      {"zug", {"zug", "Zugang", "MeinZug", "Abzug", "Zuordnung", "Lager"}},
+      {"zb", {"zB", "ZugangBuchen", "Kurzbrief", "Zahlbar", "Buchen"}},
+      {"kl", {"Kl", "KundeLesen", "kunde_lesen", "Tickliste", "Kanzlei", "Lk"}},
+  };
+  const auto fit = [](const char* name, const char* typed) {
+    return ui::FitOf(name, QString::fromUtf8(name).toLower().toStdString(), typed);
+  };
+  for (const auto& row : kRows) {
+    for (std::size_t i = 1; i < row.names.size(); ++i) {
+      EXPECT_GT(fit(row.names[i - 1], row.typed), fit(row.names[i], row.typed))
+          << row.names[i - 1] << ' ' << row.names[i];
+    }
+    EXPECT_EQ(fit(row.names.back(), row.typed), 0);
+  }
+}
+
+}  // namespace
+}  // namespace quillmate::testing
