@@ -15,7 +15,7 @@
 namespace quillmate::cli {
 
 /// The most that is shown of a line, in bytes.
-inline constexpr std::size_t kLongLine = 4096;
+inline constexpr std::size_t kLongLine = 1023;
 
 std::string EditorPlaceLine(std::string_view source, std::uint32_t line, std::uint32_t column, std::string_view text);
 

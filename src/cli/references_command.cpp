@@ -76,17 +76,16 @@ std::string PlaceText(const ReferenceIndex& index, symbols::Index module, std::u
                          index.Code(module).LineText(line));
 }
 
-/// One place on each line, the declarations' own included: the usual form and the one of editors alike.
-std::string ReferencesText(const ReferenceIndex& index, const std::vector<SymbolId>& declarations) {
-  std::string text;
+/// One place on each line, the declarations' own included: the usual form and the one of editors alike. Written one by
+/// one, since each brings its whole line.
+void WriteReferences(const ReferenceIndex& index, const std::vector<SymbolId>& declarations, Output& output) {
   for (const SymbolId id : declarations) {
     const symbols::Symbol& symbol = index.SymbolAt(id);
-    if (symbol.line > 0) text += PlaceText(index, symbol.module, symbol.line, symbol.column);
+    if (symbol.line > 0) output.Write(PlaceText(index, symbol.module, symbol.line, symbol.column));
     for (const symbols::Reference& reference : index.ReferencesTo(id)) {
-      text += PlaceText(index, reference.module, reference.line, reference.column);
+      output.Write(PlaceText(index, reference.module, reference.line, reference.column));
     }
   }
-  return text;
 }
 
 std::string ReferencesJson(const ReferenceIndex& index, const std::vector<SymbolId>& declarations) {
@@ -214,8 +213,13 @@ void RunReferences(const Invocation& invocation) {
   Required(invocation.module, "--module");
   const ReferenceIndex index = ReadUnderstanding(invocation);
   const std::vector<SymbolId> declarations = Asked(index, invocation);
-  WriteWhole(invocation.output,
-             invocation.json ? ReferencesJson(index, declarations) : ReferencesText(index, declarations));
+  Output output(invocation.output);
+  if (invocation.json) {
+    output.Write(ReferencesJson(index, declarations));
+  } else {
+    WriteReferences(index, declarations, output);
+  }
+  output.Finish();
 }
 
 void RunCalls(const Invocation& invocation) {

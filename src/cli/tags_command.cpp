@@ -7,6 +7,7 @@
 #include <quillmate/symbols/reference_index.h>
 
 #include "commands.h"
+#include "editor_place.h"
 #include "messages.h"
 #include "output.h"
 #include "understanding.h"
@@ -59,7 +60,8 @@ std::string TagFile(const ReferenceIndex& index, const std::vector<SymbolId>& ta
   return file;
 }
 
-/// The form of Emacs: a section for each file, in it the line up to the name, the name and where it stands.
+/// The form of Emacs: a section for each file, in it the line up to the name, the name and where it stands. Of a line
+/// of megabytes, which may declare thousands of names, the beginning is enough to find it.
 std::string EmacsTagFile(const ReferenceIndex& index, const std::vector<SymbolId>& tagged) {
   std::string file;
   for (std::size_t i = 0; i < tagged.size();) {
@@ -69,7 +71,7 @@ std::string EmacsTagFile(const ReferenceIndex& index, const std::vector<SymbolId
       const Symbol& symbol = index.SymbolAt(tagged[i]);
       const language::Module& code = index.Code(module);
       const std::uint32_t start = code.lines[symbol.line - 1].offset;
-      section += code.text.substr(start, symbol.offset + symbol.length - start);
+      section += code.text.substr(start, std::min<std::size_t>(symbol.offset + symbol.length - start, kLongLine));
       section.append("\x7f").append(index.Name(tagged[i])).append("\x01");
       section += std::to_string(index.SourceLine(module, symbol.line)) + ",\n";
     }

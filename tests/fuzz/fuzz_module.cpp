@@ -17,10 +17,10 @@ constexpr std::array kExtensions{"bas", "cls", "frm", "ctl"};
 
 /// Lines of a routine lie in the module and its header in them.
 void CheckScan(const analysis::ScanResult& scan) {
-  Expect(scan.routineCounter == static_cast<std::int64_t>(scan.routines.size()));
+  Expect(scan.last.value == static_cast<std::int64_t>(scan.routines.size()));
   for (const analysis::RoutineLine& line : scan.lines) {
-    Expect(line.line >= 1 && line.line <= scan.lineCount + 1);
-    Expect(line.routine >= 1 && line.routine <= scan.routineCounter);
+    Expect(line.line.value >= 1 && line.line.value <= scan.lineCount + 1);
+    Expect(line.routine.value >= 1 && line.routine <= scan.last);
   }
 }
 
@@ -54,7 +54,7 @@ void Check(std::string_view bytes) {
                                       .indentBodies = (choice & 32) != 0,
                                       .removeEmptyLines = (choice & 64) != 0,
                                       .emptyLineBeforeRoutines = (choice & 128) != 0};
-  const analysis::ScanResult scan = analysis::ScanForIndex(file.code, options, 0);
+  const analysis::ScanResult scan = analysis::ScanForIndex(file.code, options, {});
   CheckScan(scan);
   CheckExports(scan.markedText);
   CheckExports(analysis::ScanForDisplay(file.code, options));
