@@ -71,6 +71,8 @@ void TakeControls(const language::Module& module, codedb::ModuleFacts& facts) {
     codedb::ControlFact fact;
     fact.name = module.Text(control.nameText);
     fact.type = module.Text(control.type);
+    // "MSForms, CommandButton" of a line VB_Control.
+    fact.type.erase(0, fact.type.find_first_not_of(' ', fact.type.rfind(',') + 1));
     if (control.parent != language::kNone && control.parent != 0) {
       fact.parent = module.Text(module.controls[control.parent].nameText);
     }

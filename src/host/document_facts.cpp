@@ -3,6 +3,7 @@
 #include <cmath>
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <utility>
 
 #include <quillmate/language/parse.h>
@@ -76,7 +77,10 @@ void TakeDocumentFacts(const office::DocumentFacts& document, codedb::ProjectFac
     if (sheet.visibility == office::Sheet::Visibility::kVeryHidden) add("Verstecktes Blatt", sheet.name);
   }
   for (const office::Excel4Sheet& sheet : document.excel4) {
-    add("Excel-4-Makros", sheet.name + " (Formeln: " + std::to_string(sheet.formulas) + ")");
+    std::string about = sheet.name + " (Formeln: " + std::to_string(sheet.formulas);
+    if (sheet.visibility != office::Sheet::Visibility::kVisible) about += ", ausgeblendet";
+    if (!sheet.entry.empty()) about += ", beginnt beim Öffnen in " + sheet.entry;
+    add("Excel-4-Makros", about + ")");
   }
   for (const std::string& link : document.externalLinks) add("Verknüpfung", link);
   for (const office::Query& query : document.queries) {
@@ -94,9 +98,9 @@ void TakeDocumentFacts(const office::DocumentFacts& document, codedb::ProjectFac
   }
 }
 
-DocumentModules ModulesOf(const office::DocumentFacts& document, office::OfficeHost host) {
+DocumentModules ModulesOf(const office::DocumentFacts& document) {
   DocumentModules modules;
-  modules.controlsInLines = host == office::OfficeHost::kExcel || host == office::OfficeHost::kWord;
+  modules.documentControls = document.controlsKnown;
   const auto at = [&](const std::string& name) -> DocumentModule& { return modules.byName[language::FoldName(name)]; };
   for (const office::Sheet& sheet : document.sheets) {
     if (!sheet.codeName.empty()) at(sheet.codeName).outsideName = sheet.name;
@@ -113,14 +117,17 @@ DocumentModules ModulesOf(const office::DocumentFacts& document, office::OfficeH
 }
 
 void TakeModuleFacts(const DocumentModules& modules, codedb::ModuleFacts& facts) {
-  const bool document = facts.kind == "document";
-  if (document && modules.controlsInLines && !facts.hidden.empty()) facts.controlsKnown = true;
+  if (facts.kind == "document" && modules.documentControls) facts.controlsKnown = true;
   const auto found = modules.byName.find(language::FoldName(facts.name));
   if (found == modules.byName.end()) return;
   facts.outsideName = found->second.outsideName;
-  if (document && modules.controlsInLines) return;  // its hidden lines have told its controls
-  facts.controls = found->second.controls;
-  facts.controlsKnown = found->second.controlsKnown;
+  facts.controlsKnown = facts.controlsKnown || found->second.controlsKnown;
+  // Hidden lines of the module may have told some.
+  std::unordered_set<std::string> known;
+  for (const codedb::ControlFact& control : facts.controls) known.insert(language::FoldName(control.name));
+  for (const codedb::ControlFact& control : found->second.controls) {
+    if (!known.contains(language::FoldName(control.name))) facts.controls.push_back(control);
+  }
 }
 
 std::vector<codedb::BindingFact> BindingsOf(const office::DocumentFacts& document, office::OfficeHost host,

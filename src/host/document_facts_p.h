@@ -21,10 +21,10 @@ struct DocumentModule {
 };
 struct DocumentModules {
   std::unordered_map<std::string, DocumentModule> byName;
-  /// Documents tell their controls in hidden lines of their modules.
-  bool controlsInLines = false;
+  /// All controls of sheets and of the document are known.
+  bool documentControls = false;
 };
-DocumentModules ModulesOf(const office::DocumentFacts& document, office::OfficeHost host);
+DocumentModules ModulesOf(const office::DocumentFacts& document);
 void TakeModuleFacts(const DocumentModules& modules, codedb::ModuleFacts& facts);
 
 /// Who starts routines; `fileName` is the document's own. Macros of other documents are left out, and the keys that

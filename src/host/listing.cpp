@@ -295,7 +295,7 @@ void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office
   project.facts.codePage = read.project.codePage;
   TakeReferences(read.project.references, read.project.constants, project.facts);
   TakeDocumentFacts(read.facts, project.facts);
-  project.outside = ModulesOf(read.facts, read.host);
+  project.outside = ModulesOf(read.facts);
   project.bindings = BindingsOf(read.facts, read.host, files::PathText(file.filename()));
   for (const office::VbaModule& module : read.project.modules) {
     ListedModule listed;

@@ -116,6 +116,7 @@ void ExcelFacts::Read(std::string_view workbookPart) {
     collector_.Facts().sheets.push_back(std::move(sheet.sheet));
   }
   SetEntry();
+  collector_.Facts().controlsKnown = whole_ && left_ > 0;
 }
 
 /// "Makro1!$A$1" is where the macro sheet begins when the workbook is opened.
@@ -202,21 +203,38 @@ bool ExcelFacts::HasMacroNames() const noexcept {
 
 void ExcelFacts::ReadSheet(SheetPart& sheet) {
   const std::unique_ptr<ByteStream> stream = Open(sheet.part);
-  if (stream == nullptr) return;
+  if (stream == nullptr) return void(whole_ = false);
   const bool macroSheet = sheet.sheet.kind == Sheet::Kind::kMacro;
+  std::vector<std::string> controls;
   if (IsRecordPart(sheet.part)) {
-    ReadSheetRecords(*stream, sheet, macroSheet);
+    ReadSheetRecords(*stream, sheet, macroSheet, controls);
   } else {
-    ReadSheetXml(*stream, sheet, macroSheet);
+    ReadSheetXml(*stream, sheet, macroSheet, controls);
   }
+  for (std::string& name : controls) {
+    Control control;
+    control.module = sheet.sheet.codeName;
+    control.name = std::move(name);
+    control.type = "unbekannt";
+    collector_.AddControl(std::move(control));
+  }
+}
+
+/// ActiveX controls stand behind the cells, in a list that names their relations; form controls stand there too.
+std::vector<Relation> ExcelFacts::ControlsOf(const SheetPart& sheet) const {
+  std::vector<Relation> relations = package_.RelationsOf(sheet.part);
+  std::erase_if(relations, [](const Relation& relation) { return relation.type != "control"; });
+  return relations;
 }
 
 void ExcelFacts::TakeFormula(std::string_view formula, std::string_view kind, const SheetPart& sheet) {
   collector_.TakeFormula(formula, Binding::Kind::kFormula, [&] { return PlaceOnSheet(kind, "", sheet.sheet.name); });
 }
 
-void ExcelFacts::ReadSheetXml(ByteStream& stream, SheetPart& sheet, bool macroSheet) {
-  const bool wanted = collector_.Names().HasCellFunctions() || macroSheet;
+void ExcelFacts::ReadSheetXml(ByteStream& stream, SheetPart& sheet, bool macroSheet,
+                              std::vector<std::string>& controls) {
+  const std::vector<Relation> activeX = ControlsOf(sheet);
+  const bool wanted = collector_.Names().HasCellFunctions() || macroSheet || !activeX.empty();
   XmlReader xml(stream);
   Excel4Sheet excel4;
   FormulaList formulas;
@@ -234,6 +252,9 @@ void ExcelFacts::ReadSheetXml(ByteStream& stream, SheetPart& sheet, bool macroSh
       cell = xml.RawAttribute("r");
     } else if (name == "sheetPr") {
       sheet.sheet.codeName = xml.Attribute("codeName").value_or("");
+    } else if (name == "control") {
+      const bool isActiveX = RelationById(activeX, xml.PrefixedAttribute("id").value_or("")) != nullptr;
+      if (isActiveX && controls.size() < kMostFacts) controls.push_back(xml.Attribute("name").value_or(""));
     } else if (name == "f" && inCells) {
       std::string formula = xml.Text(kLongestFormula);
       TakeFormula(formula, "Formel in " + cell, sheet);
@@ -252,10 +273,14 @@ void ExcelFacts::ReadSheetXml(ByteStream& stream, SheetPart& sheet, bool macroSh
   collector_.Facts().excel4.push_back(std::move(excel4));
 }
 
-void ExcelFacts::ReadSheetRecords(ByteStream& stream, SheetPart& sheet, bool macroSheet) {
-  const bool wanted = macroSheet || HasMacroNames();
+void ExcelFacts::ReadSheetRecords(ByteStream& stream, SheetPart& sheet, bool macroSheet,
+                                  std::vector<std::string>& controls) {
+  const bool wanted = macroSheet || HasMacroNames() || !ControlsOf(sheet).empty();
   std::uint64_t formulas = 0;
-  sheet.sheet.codeName = ReadSheetRecords12(stream, wanted, [&](const CellFormula& formula) {
+  const auto takeControl = [&](std::string name) {
+    if (controls.size() < kMostFacts) controls.push_back(std::move(name));
+  };
+  sheet.sheet.codeName = ReadSheetRecords12(stream, wanted, takeControl, [&](const CellFormula& formula) {
     ++formulas;
     ForEachName(formula.tokens, TokenFormat::kBiff12, [&](const NameToken& token) {
       if (token.isOfBook || token.index == 0 || token.index > macroNames_.size()) return;

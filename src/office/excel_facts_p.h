@@ -38,8 +38,10 @@ class ExcelFacts {
   void TakeDefinedName(const std::string& name, bool isMacro, const std::string& formula);
   void TakeFormula(std::string_view formula, std::string_view kind, const SheetPart& sheet);
   void ReadSheet(SheetPart& sheet);
-  void ReadSheetXml(ByteStream& stream, SheetPart& sheet, bool macroSheet);
-  void ReadSheetRecords(ByteStream& stream, SheetPart& sheet, bool macroSheet);
+  /// `controls` gets the names of ActiveX controls.
+  void ReadSheetXml(ByteStream& stream, SheetPart& sheet, bool macroSheet, std::vector<std::string>& controls);
+  void ReadSheetRecords(ByteStream& stream, SheetPart& sheet, bool macroSheet, std::vector<std::string>& controls);
+  std::vector<Relation> ControlsOf(const SheetPart& sheet) const;
   void ReadRelated(const SheetPart& sheet);
   void ReadTable(const std::string& part, const SheetPart& sheet);
   void ReadExternalLinks(const std::vector<Relation>& relations);
@@ -51,6 +53,8 @@ class ExcelFacts {
   const OpcPackage& package_;
   FactsCollector& collector_;
   bool excel4_;
+  /// False when a part is missing.
+  bool whole_ = true;
   std::uint64_t left_ = kMostEvidence;
   std::vector<SheetPart> sheets_;
   /// Of names in records, in their order: the name where it stands for a macro, else empty.

@@ -67,6 +67,7 @@ enum RecordId : std::uint32_t {
   kSheetOfBook = 156,
   kArrayFormula = 426,
   kSharedFormula = 427,
+  kActiveX = 644,
   kChartSheetProperties = 651
 };
 
@@ -228,7 +229,8 @@ WorkbookRecords ReadWorkbookRecords(ByteStream& stream) {
   return workbook;
 }
 
-std::string ReadSheetRecords12(ByteStream& stream, bool wanted, const std::function<void(const CellFormula&)>& found) {
+std::string ReadSheetRecords12(ByteStream& stream, bool wanted, const std::function<void(std::string)>& control,
+                               const std::function<void(const CellFormula&)>& found) {
   constexpr std::size_t kSheetNameAt = 19;
   constexpr std::size_t kChartNameAt = 10;
   std::string codeName;
@@ -245,6 +247,12 @@ std::string ReadSheetRecords12(ByteStream& stream, bool wanted, const std::funct
       case kBeginSheetData:
         if (!wanted) return codeName;
         break;
+      case kActiveX: {
+        std::size_t at = 4;
+        TakeText(record.data, at);  // the relation
+        control(TakeText(record.data, at));
+        break;
+      }
       case kRowHeader:
         cell.row = LittleEndian<std::uint32_t>(record.data, 0);
         break;

@@ -50,7 +50,9 @@ struct CellFormula {
   std::string_view tokens;
 };
 
-/// Goes through a sheet part and gives its code name. Without `wanted` it ends before the cells.
-std::string ReadSheetRecords12(ByteStream& stream, bool wanted, const std::function<void(const CellFormula&)>& found);
+/// Goes through a sheet part and gives its code name. Without `wanted` it ends before the cells. `control` gets the
+/// name of each ActiveX control.
+std::string ReadSheetRecords12(ByteStream& stream, bool wanted, const std::function<void(std::string)>& control,
+                               const std::function<void(const CellFormula&)>& found);
 
 }  // namespace quillmate::office

@@ -34,6 +34,12 @@ void FactsCollector::Count(Binding::Kind kind, std::string_view target, const st
   }
 }
 
+void FactsCollector::AddControl(Control control) {
+  if (control.module.empty() || control.name.empty() || facts_.controls.size() >= kMostFacts) return;
+  const bool isNew = controls_.insert(UpperCaseName(control.module + "." + control.name)).second;
+  if (isNew) facts_.controls.push_back(std::move(control));
+}
+
 void FactsCollector::Notice(const std::string& notice) {
   std::vector<std::string>& notices = facts_.notices;
   if (std::find(notices.begin(), notices.end(), notice) == notices.end()) notices.push_back(notice);
@@ -42,16 +48,16 @@ void FactsCollector::Notice(const std::string& notice) {
 namespace {
 
 /// "CommandStart, 3, 0, MSForms, CommandButton": name, id, order, library, class.
-void TakeControl(std::string_view value, const std::string& module, DocumentFacts& facts) {
+void TakeControl(std::string_view value, const std::string& module, FactsCollector& collector) {
   const std::vector<std::string_view> parts = text::Split(value, ",");
   constexpr std::size_t kParts = 5;
-  if (parts.size() < kParts || facts.controls.size() >= kMostFacts) return;
+  if (parts.size() < kParts) return;
   Control control;
   control.module = module;
   control.name = text::Trim(parts[0]);
   control.library = text::Trim(parts[3]);
   control.type = text::Trim(parts[4]);
-  facts.controls.push_back(std::move(control));
+  collector.AddControl(std::move(control));
 }
 
 /// Takes an Attribute line apart that holds one of the two.
@@ -64,7 +70,7 @@ void TakeAttribute(std::string_view line, const std::string& module, FactsCollec
   if (start == std::string_view::npos || end == start) return;
   const std::string_view value = line.substr(start + 1, end - start - 1);
   line = text::Trim(line.substr(0, start));
-  if (text::StartsWithIgnoreCase(line, kControl)) return TakeControl(value, module, collector.Facts());
+  if (text::StartsWithIgnoreCase(line, kControl)) return TakeControl(value, module, collector);
   const std::size_t shortcut = line.find(kShortcut);
   const std::size_t name = line.find(' ');
   if (shortcut == std::string_view::npos || name > shortcut || !value.ends_with(kNoText)) return;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,6 +31,8 @@ class FactsCollector {
     if (!names_.HasCellFunctions() || formula.find('(') == std::string_view::npos) return;
     for (const std::string& function : CellFunctionsIn(formula, names_)) Count(kind, function, place());
   }
+  /// A control of a sheet or document, unless the module has one of that name.
+  void AddControl(Control control);
   /// Once, however often it is said.
   void Notice(const std::string& notice);
 
@@ -37,6 +40,7 @@ class FactsCollector {
   DocumentFacts& facts_;
   const ProjectNames& names_;
   std::map<std::pair<Binding::Kind, std::string>, std::size_t> counted_;
+  std::set<std::string> controls_;
 };
 
 /// What hidden lines of the code say: controls of sheets and documents, shortcut keys.

@@ -68,6 +68,7 @@ std::string_view NameBefore(std::string_view formula, std::size_t at) noexcept {
 
 ProjectNames::ProjectNames(const VbaProject& project) {
   for (const VbaModule& module : project.modules) {
+    if (module.type == kHostDocument && documentModule_.empty()) documentModule_ = module.name;
     if (module.type == kStdModule || module.type == kHostDocument) TakeModule(module);
   }
 }

@@ -19,6 +19,8 @@ class ProjectNames {
   bool IsCellFunction(std::string_view name) const;
   /// "Modul.Routine" of a standard or document module, UTF-8.
   bool IsQualifiedRoutine(std::string_view text) const;
+  /// The module of the document itself; of a workbook with its sheets, one of them.
+  const std::string& DocumentModule() const noexcept { return documentModule_; }
   bool HasCellFunctions() const noexcept { return !functions_.empty(); }
 
  private:
@@ -34,6 +36,7 @@ class ProjectNames {
   /// In upper case.
   Names functions_;
   Names qualified_;
+  std::string documentModule_;
   std::size_t longestFunction_ = 0;
 };
 

@@ -58,6 +58,12 @@ class FieldReader {
       if (!fields_.empty() && fields_.back().open && fields_.back().instruction.size() < kLongestInstruction) {
         fields_.back().instruction += text;
       }
+    } else if (name == "control") {
+      Control control;
+      control.module = collector_.Names().DocumentModule();
+      control.name = xml_.AnyAttribute("name").value_or("");
+      control.type = "unbekannt";
+      collector_.AddControl(std::move(control));
     } else if (name == "ffData") {
       formField_.clear();
     } else if (name == "name" && formField_.empty()) {
@@ -176,6 +182,7 @@ void TakeFieldInstruction(std::string_view instruction, std::string_view where, 
 
 void ReadWordFacts(const OpcPackage& package, std::string_view document, FactsCollector& collector) {
   ReadPart(package, document, "im Dokument", collector);
+  collector.Facts().controlsKnown = true;
   for (const Relation& relation : package.RelationsOf(document)) {
     if (relation.external) continue;
     const auto* part = std::find_if(kParts.begin(), kParts.end(),

@@ -23,6 +23,7 @@ enum RecordId : std::uint16_t {
   kContinue = 0x003C,
   kObj = 0x005D,
   kBoundSheet = 0x0085,
+  kDrawing = 0x00EC,
   kSupBook = 0x01AE,
   kTxO = 0x01B6,
   kCodeName = 0x01BA,
@@ -33,6 +34,35 @@ enum RecordId : std::uint16_t {
 
 constexpr std::uint16_t kBiff8 = 0x0600;
 constexpr std::uint16_t kOwnBook = 0x0401;
+
+/// The name of the last shape in a piece of a sheet's drawing [MS-ODRAW]: records of a head (flags and instance, type,
+/// length) whose containers (flags 15) are stepped into. Empty where it has the name that every such shape has.
+std::string ShapeName(std::string_view drawing) {
+  constexpr std::size_t kHead = 8, kEntry = 6;
+  constexpr unsigned kContainer = 15, kProperties = 0xF00B, kComplex = 0x8000, kNumber = 0x3FFF, kShapeName = 0x380;
+  std::string name;
+  for (std::size_t at = 0; at + kHead <= drawing.size();) {
+    const unsigned flags = LittleEndian<std::uint16_t>(drawing, at);
+    const unsigned type = LittleEndian<std::uint16_t>(drawing, at + 2);
+    const std::size_t length = LittleEndian<std::uint32_t>(drawing, at + 4);
+    at += kHead;
+    if ((flags & 15U) == kContainer) continue;
+    const std::string_view data = drawing.substr(at, length);
+    const std::size_t count = flags >> 4U;
+    // Long values stand behind all entries, in their order.
+    std::size_t value = count * kEntry;
+    for (std::size_t i = 0; type == kProperties && i < count && (i + 1) * kEntry <= data.size(); ++i) {
+      const unsigned property = LittleEndian<std::uint16_t>(data, i * kEntry);
+      if ((property & kComplex) == 0) continue;
+      const std::size_t size = LittleEndian<std::uint32_t>(data, i * kEntry + 2);
+      if (value > data.size() || size > data.size() - value) break;
+      if ((property & kNumber) == kShapeName) name = Utf8FromUtf16Bytes(data.substr(value, size));
+      value += size;
+    }
+    at += std::min(length, drawing.size() - at);
+  }
+  return name.substr(0, name.find('\0'));
+}
 
 /// Characters of one or two bytes behind a flag.
 std::string TextAt(std::string_view data, std::size_t flagAt, std::size_t count) {
@@ -177,13 +207,19 @@ class XlsReader {
       case kArray:
         TakeFormula(data, LittleEndian<std::uint8_t>(data, 4), 12, 14);
         break;
+      case kDrawing:
+        drawing_ = data;
+        break;
       case kObj:
         TakeObject(data);
+        drawing_.clear();
         break;
       case kTxO:
         if (shape_.has_value()) shape_->textLeft = LittleEndian<std::uint16_t>(data, 10);
         break;
       case kContinue:
+        // A drawing that is too long for its record goes on in those behind it.
+        if (before_ == kDrawing || before_ == kObj) drawing_ = data;
         if (before_ == kTxO && shape_.has_value())
           shape_->text = TextAt(data, 0, std::min<std::size_t>(shape_->textLeft, 1000));
         break;
@@ -216,6 +252,7 @@ class XlsReader {
     const std::size_t count = LittleEndian<std::uint16_t>(data, 0);
     for (std::size_t i = 0; i < count && 2 + (i + 1) * 6 <= data.size(); ++i) {
       externSheets_.push_back(LittleEndian<std::uint16_t>(data, 2 + i * 6));
+      firstSheets_.push_back(LittleEndian<std::uint16_t>(data, 4 + i * 6));
     }
   }
   void TakeName(std::string_view data) {
@@ -225,11 +262,26 @@ class XlsReader {
     if (names_.size() >= kMostFacts) return;
     const unsigned flags = LittleEndian<std::uint16_t>(data, 0);
     Name name{TextAt(data, kFlagAt, LittleEndian<std::uint8_t>(data, 3)), (flags & kMacro) != 0};
-    if ((flags & kBuiltIn) != 0) name.isMacro = false;
+    if ((flags & kBuiltIn) != 0) {
+      name.isMacro = false;
+      if (name.text == "\1") TakeEntry(data);
+    }
     if (name.isMacro && !name.text.starts_with("_xl")) {
       collector_.Count(Binding::Kind::kName, name.text, "Definierter Name '" + name.text + "'");
     }
     names_.push_back(std::move(name));
+  }
+
+  /// Auto_Open of a macro sheet: one token with a sheet and a cell.
+  void TakeEntry(std::string_view data) {
+    constexpr std::size_t kTextAt = 15;
+    constexpr unsigned kCell = 0x1A, kCellOfSheet = 0x3A;
+    const bool wide = (LittleEndian<std::uint8_t>(data, kTextAt - 1) & 1U) != 0;
+    const std::size_t at = kTextAt + (wide ? 2 : 1);
+    const unsigned id = LittleEndian<std::uint8_t>(data, at);
+    if (at + 7 > data.size() || (id & 0x1FU) != kCell || (id < kCellOfSheet)) return;
+    entry_.emplace(LittleEndian<std::uint16_t>(data, at + 1),
+                   CellName(LittleEndian<std::uint16_t>(data, at + 3), LittleEndian<std::uint8_t>(data, at + 5)));
   }
 
   // Sheets -----------------------------------------------------------------------------------------------------------
@@ -240,6 +292,16 @@ class XlsReader {
   }
   void EndSheet() {
     FlushShape();
+    // The sheet's name in code stands behind its objects.
+    for (std::string& name : controls_) {
+      if (sheet_ == nullptr || name.empty()) continue;
+      Control control;
+      control.module = sheet_->codeName;
+      control.name = std::move(name);
+      control.type = "unbekannt";
+      collector_.AddControl(std::move(control));
+    }
+    controls_.clear();
     sheet_ = nullptr;
   }
   std::string_view SheetName() const noexcept { return sheet_ == nullptr ? std::string_view() : sheet_->name; }
@@ -268,7 +330,8 @@ class XlsReader {
   }
 
   void TakeObject(std::string_view data) {
-    enum Part : std::uint16_t { kEnd = 0, kMacro = 4, kList = 0x13, kCommon = 0x15 };
+    enum Part : std::uint16_t { kEnd = 0, kMacro = 4, kPicture = 8, kList = 0x13, kCommon = 0x15 };
+    constexpr unsigned kIsControl = 0x10;
     constexpr std::size_t kTokensAt = 6;
     FlushShape();
     Shape shape;
@@ -277,6 +340,8 @@ class XlsReader {
       const std::size_t size = LittleEndian<std::uint16_t>(data, at + 2);
       const std::string_view content = data.substr(at + 4, size);
       if (part == kCommon) shape.type = LittleEndian<std::uint16_t>(content, 0);
+      const bool control = part == kPicture && (LittleEndian<std::uint16_t>(content, 0) & kIsControl) != 0;
+      if (control && controls_.size() < kMostFacts) controls_.push_back(ShapeName(drawing_));
       if (part == kMacro && content.size() > kTokensAt) {
         const std::size_t count = LittleEndian<std::uint16_t>(content, 0) & 0x7FFFU;
         ForEachName(content.substr(kTokensAt, count), TokenFormat::kBiff8,
@@ -297,9 +362,13 @@ class XlsReader {
   void Finish() {
     FlushShape();
     DocumentFacts& facts = collector_.Facts();
+    facts.controlsKnown = depth_ == 0;
+    const std::size_t entry =
+        entry_ && entry_->first < firstSheets_.size() ? firstSheets_[entry_->first] : sheets_.size();
     for (std::size_t i = 0; i < sheets_.size(); ++i) {
       if (sheets_[i].kind == Sheet::Kind::kMacro) {
-        facts.excel4.push_back({sheets_[i].name, sheets_[i].visibility, {}, formulas_[i], {}});
+        facts.excel4.push_back(
+            {sheets_[i].name, sheets_[i].visibility, i == entry ? entry_->second : "", formulas_[i], {}});
       }
       facts.sheets.push_back(std::move(sheets_[i]));
     }
@@ -318,8 +387,14 @@ class XlsReader {
   std::vector<bool> ownBooks_;
   /// Of the table of external sheets: the book.
   std::vector<std::uint16_t> externSheets_;
+  std::vector<std::uint16_t> firstSheets_;
   std::vector<Name> names_;
   std::optional<Shape> shape_;
+  /// The piece of the drawing that belongs to the next object, and the names of the sheet's ActiveX controls.
+  std::string drawing_;
+  std::vector<std::string> controls_;
+  /// Where Auto_Open leads: sheet among the external ones, then the cell.
+  std::optional<std::pair<std::size_t, std::string>> entry_;
 };
 
 }  // namespace

@@ -17,9 +17,9 @@ void quillmate::office::Check(std::string_view bytes) {
   MemoryStream workbook(bytes);
   Expect(ReadWorkbookRecords(workbook).names.size() <= bytes.size());
   MemoryStream sheet(bytes);
-  ReadSheetRecords12(sheet, true, [](const CellFormula& formula) {
-    ForEachName(formula.tokens, TokenFormat::kBiff12, [](const NameToken&) {});
-  });
+  ReadSheetRecords12(
+      sheet, true, [](const std::string&) {},
+      [](const CellFormula& formula) { ForEachName(formula.tokens, TokenFormat::kBiff12, [](const NameToken&) {}); });
   ReadSummary(bytes, facts.properties);
   Expect(facts.bindings.size() <= bytes.size());
 }

@@ -15,6 +15,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 using State = OfficeFile::State;
+using namespace std::string_literals;
 
 WrittenProject Project() {
   WrittenProject project;
@@ -179,6 +180,69 @@ TEST(Facts, WorkbooksInRecords) {
     EXPECT_EQ(Bindings(closed),
               (Lines{kShortcut, "Die Mappe ist verschlüsselt: Blätter und Schaltflächen sind nicht lesbar"}));
   }
+}
+
+/// Controls that the code does not tell, and the entry of a macro sheet.
+TEST(Facts, ControlsOfSheets) {
+  const auto controls = [](const OfficeFile& file) {
+    Lines lines;
+    for (const Control& control : file.facts.controls) lines.push_back(control.module + "." + control.name);
+    return lines;
+  };
+  const Lines all{"Tabelle1.cmdLos", "Tabelle1.lstNeu"};
+  const auto package = [&](const std::string& suffix, const std::string& book, const std::string& sheet) {
+    PackageWriter writer;
+    writer.Add("xl/vbaProject.bin", Project().Bin())
+        .Add("xl/workbook." + suffix, book)
+        .Add("xl/sheet1." + suffix, sheet)
+        .Relate("", "officeDocument", "xl/workbook." + suffix)
+        .Relate("xl/workbook." + suffix, "worksheet", "sheet1." + suffix)
+        .Relate("xl/sheet1." + suffix, "ctrlProp", "c.xml")
+        .Relate("xl/sheet1." + suffix, "control", "a.xml");
+    return Read(writer.File());
+  };
+  const std::string control = "<control shapeId='1' r:id='rId2' name='lstNeu'/>";
+  const OfficeFile xml = package("xml", "<workbook><sheet name='S' r:id='rId1'/></workbook>",
+                                 "<worksheet><sheetPr codeName='Tabelle1'/><sheetData/><controls>" + control + control +
+                                     "<control shapeId='2' r:id='rId1' name='Formular'/><control r:id='rId2' "
+                                     "name='CMDLOS'/></controls></worksheet>");
+  EXPECT_EQ(controls(xml), all);
+  EXPECT_TRUE(xml.facts.controlsKnown);
+  const OfficeFile parts = package(
+      "bin",
+      XlsbRecord(156, Bytes<8>(0) + XlsbText("rId1") + XlsbText("S")) +
+          XlsbRecord(39, Bytes<4>(0xE) + Bytes<1>(0) + Bytes<4>(0) + XlsbText("Steuer")),
+      XlsbRecord(147, std::string(19, '\0') + XlsbText("Tabelle1")) + XlsbRecord(145, "") + XlsbRecord(0, Bytes<4>(4)) +
+          XlsbRecord(9, Bytes<4>(2) + Bytes<4>(0) + Bytes<8>(0) + Bytes<2>(0) + Bytes<4>(5) + "\x43" + Bytes<4>(1)) +
+          XlsbRecord(644, Bytes<4>(1) + XlsbText("rId2") + XlsbText("lstNeu")));
+  EXPECT_EQ(controls(parts), all);
+  EXPECT_EQ(Bindings(parts),
+            (Lines{kShortcut, "Steuer: Definierter Name 'Steuer'", "Steuer: Formel in C5 auf Blatt S"}));
+
+  const std::string name = "l\0s\0t\0N\0e\0u\0\0\0"s;
+  const std::string drawing = Bytes<2>(15) + Bytes<2>(0xF004) + Bytes<4>(999) + Bytes<2>(0x23) + Bytes<2>(0xF00B) +
+                              Bytes<4>(12 + name.size()) + Bytes<2>(0x1BF) + Bytes<4>(7) + Bytes<2>(0xC380) +
+                              Bytes<4>(name.size()) + name;
+  const auto object = [](unsigned flags) {
+    return XlsRecord(
+        0x5D, Bytes<2>(0x15) + Bytes<2>(2) + Bytes<2>(8) + Bytes<2>(8) + Bytes<2>(2) + Bytes<2>(flags) + Bytes<4>(0));
+  };
+  const std::string bof = XlsRecord(0x809, Bytes<2>(0x600) + Bytes<2>(5) + Bytes<8>(0) + Bytes<4>(0));
+  const auto globals = [&](std::size_t sheetAt) {
+    return bof + XlsRecord(0x85, Bytes<4>(sheetAt) + Bytes<1>(1) + Bytes<1>(1) + Bytes<1>(1) + XlsText("M")) +
+           XlsRecord(0x1AE, Bytes<2>(1) + Bytes<2>(0x0401)) + XlsRecord(0x17, Bytes<2>(1) + Bytes<6>(0)) +
+           XlsRecord(0x18, Bytes<2>(0x20) + Bytes<1>(0) + Bytes<1>(1) + Bytes<2>(7) + Bytes<8>(0) + XlsText("\1") +
+                               "\x3A" + Bytes<2>(0) + Bytes<2>(6) + Bytes<2>(1)) +
+           XlsRecord(0x0A, "");
+  };
+  CompoundWriter writer;
+  writer.Add("Workbook", globals(globals(0).size()) + bof + XlsRecord(0xEC, drawing) + object(0x11) +
+                             XlsRecord(0xEC, drawing) + object(1) +
+                             XlsRecord(0x1BA, Bytes<2>(8) + XlsText("Tabelle1")) + XlsRecord(0x0A, ""));
+  Project().AddTo(writer, "_VBA_PROJECT_CUR/");
+  const OfficeFile old = Read(writer.File());
+  EXPECT_EQ(controls(old), all);
+  EXPECT_EQ(old.facts.excel4.at(0).entry, "B7");
 }
 
 TEST(Facts, EncryptedPackages) {

@@ -87,7 +87,7 @@ struct Binding {
 struct Excel4Sheet {
   std::string name;
   Sheet::Visibility visibility = Sheet::Visibility::kVisible;
-  /// The cell that runs when the workbook is opened, as the name Auto_Open has it; empty without one.
+  /// The cell that runs when the workbook is opened, as the name Auto_Open has it; empty without one, and in .xlsb.
   std::string entry;
   std::uint64_t formulas = 0;
   /// "A1: =FORMULA" line by line, by columns, CR LF between them; only where it was asked for and the file has the
@@ -129,6 +129,8 @@ struct DocumentFacts {
   std::vector<Sheet> sheets;
   std::vector<Form> forms;
   std::vector<Control> controls;
+  /// True when all controls of sheets and documents are among them.
+  bool controlsKnown = false;
   std::vector<Binding> bindings;
   std::vector<Excel4Sheet> excel4;
   /// Other documents that this one refers to.
