@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <quillmate/files/file_error.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
@@ -34,7 +35,7 @@ constexpr std::array<Reason, 16> kReasons = {{
     {SQLITE_FULL, Detail::None, "Auf dem Datenträger ist kein Platz mehr"},
     {SQLITE_CANTOPEN, Detail::None, "Die Datei lässt sich nicht öffnen"},
     {SQLITE_PERM, Detail::None, "Der Zugriff auf die Datei ist nicht erlaubt"},
-    {SQLITE_IOERR, Detail::Words, "Die Datei lässt sich nicht lesen oder schreiben: "},
+    {SQLITE_IOERR, Detail::Words, "Die Datei lässt sich nicht lesen oder schreiben"},
     {SQLITE_NOMEM, Detail::None, "Der Arbeitsspeicher reicht nicht aus"},
     {SQLITE_ERROR, Detail::Words, "Die Datenbank versteht die Anweisung nicht: "},
 }};
@@ -58,11 +59,19 @@ std::string DescribeReason(int code, std::string_view words) {
   return out;
 }
 
+/// The engine does not always remember it.
+std::string SystemReason(int code) {
+  return code == 0 ? std::string() : ": " + files::ReasonText(std::error_code(code, std::system_category()));
+}
+
 }  // namespace
 
 std::string ErrorText(sqlite3* db, std::string_view statement) {
   constexpr std::size_t kQuoted = 200;
-  std::string out = DescribeReason(sqlite3_extended_errcode(db), sqlite3_errmsg(db));
+  const int code = sqlite3_extended_errcode(db);
+  std::string words = sqlite3_errmsg(db);
+  if ((code & 0xFF) == SQLITE_IOERR) words = SystemReason(sqlite3_system_errno(db));
+  std::string out = DescribeReason(code, words);
   if (statement.empty()) return out;
   out += "\r\n" + text::Utf8FromCode(statement.substr(0, kQuoted));
   return statement.size() > kQuoted ? out + " ..." : out;

@@ -11,6 +11,8 @@
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
 
+#include "database_error_p.h"
+
 namespace quillmate::codedb {
 namespace {
 
@@ -47,8 +49,7 @@ struct FinalizeStatement {
 using Database = std::unique_ptr<sqlite3, CloseDatabase>;
 
 [[noreturn]] void Fail(sqlite3* database, const fs::path& file) {
-  const char* const words = database == nullptr ? "" : sqlite3_errmsg(database);
-  throw DatabaseError("Die Datei " + files::PathText(file) + " lässt sich nicht lesen oder schreiben: " + words);
+  throw DatabaseError(files::PathText(file) + ": " + ErrorText(database, {}));
 }
 
 Database OpenFile(const fs::path& file, int flags) {
