@@ -220,9 +220,10 @@ void Parser::StepLiteral(const Token& token) {
   frame.chainEnd = ++at_;
 }
 
-/// `LongPtr.[_First]`, of an enum that is called like a type.
-bool Parser::IsTypeBeforeMember(const Token& token) const {
-  return MayBeDeclared(TypeOfWord(token.name)) && IsOperator(at_ + 1, Operator::kDot);
+/// `LongPtr.[_First]`, of an enum that is called like a type; `Event.Source`, in a near dialect.
+bool Parser::IsWordBeforeMember(const Token& token) const {
+  return ClassOfName(token) == WordClass::kReserved && IsOperator(at_ + 1, Operator::kDot) &&
+         (tokens_[at_ + 1].flags & token_flag::kBlankBefore) == 0;
 }
 
 bool Parser::StepName(const Token& token) {
@@ -230,7 +231,7 @@ bool Parser::StepName(const Token& token) {
     StepNamedArgument(token);
     return true;
   }
-  if (ClassOfName(token) != WordClass::kName && !IsTypeBeforeMember(token)) return StepWord(token);
+  if (ClassOfName(token) != WordClass::kName && !IsWordBeforeMember(token)) return StepWord(token);
   if (Outermost() && OperandBefore() && mode_ != Mode::kOutputList) return false;
   if (drawing_ != Drawing::kNothing && Outermost() && IsGraphicsMark()) {
     ++at_;

@@ -58,7 +58,7 @@ class Parser {
 
   void Run(Mode mode, Index callee = kNone);
   bool Step(const Token& token);
-  bool IsTypeBeforeMember(const Token& token) const;
+  bool IsWordBeforeMember(const Token& token) const;
   bool StepName(const Token& token);
   bool StepWord(const Token& token);
   bool StepOperator(const Token& token);
@@ -101,7 +101,7 @@ class Parser {
   void ParseCallArguments(Index callee);
   void MarkLoaded(Index callee, Index firstUse);
   void ParseCallWord();
-  void ParseAssignment(Role role);
+  void ParseAssignment(Role role, std::uint32_t flags = 0);
   void ParseValue(Index target, Role role);
   bool ParseMid();
   void ParseRaiseEvent();

@@ -132,9 +132,11 @@ bool Parser::ParseWordStatement(NameId word) {
       ParseCallWord();
       return true;
     case kWordLet:
-    case kWordLSet:
     case kWordRSet:
       ParseAssignment(Role::kLetTarget);
+      return true;
+    case kWordLSet:
+      ParseAssignment(Role::kLetTarget, use_flag::kCopied);
       return true;
     case kWordSet:
       ParseAssignment(Role::kSetTarget);
@@ -422,11 +424,15 @@ void Parser::ParseCallWord() {
 }
 
 /// Behind Let, Set, LSet, RSet.
-void Parser::ParseAssignment(Role role) {
+void Parser::ParseAssignment(Role role, std::uint32_t flags) {
   const std::uint32_t first = at_ - 1;
   Run(Mode::kOperand);
   const Outcome target = Whole();
-  if (TakeOperator(Operator::kEqual)) ParseValue(target.last, role);
+  if (TakeOperator(Operator::kEqual)) {
+    if (target.last != kNone) Use(target.last).flags |= flags;
+    ParseValue(target.last, role);
+    if (AtEnd() && Whole().last != kNone) Use(Whole().last).flags |= flags;
+  }
   SkipToEnd();
   Complete(StatementKind::kAssign, first, true);
 }

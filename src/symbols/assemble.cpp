@@ -109,9 +109,11 @@ void SetMembers(const ReferenceIndex::Data& data, const SetRequest& request, std
   };
   switch (request.kind) {
     case SetKind::kMembers:
+    case SetKind::kDocumentMembers:
     case SetKind::kMemberParameters: {
+      const NameTable& names = request.kind == SetKind::kDocumentMembers ? tables.documentNames : tables.memberNames;
       const auto addProject = [&](Index project) {
-        const Index first = tables.memberNames.Find(Within(request.name, project));
+        const Index first = names.Find(Within(request.name, project));
         for (Index at = first; at != kNone; at = tables.exports[at].next) {
           const Exported& group = tables.exports[at];
           addGroup(group.module, group.first, true, project != request.project, false);
@@ -299,6 +301,7 @@ void JoinReferences(ReferenceIndex::Data& data, unsigned workers) {
 }
 
 void JoinHandlers(ReferenceIndex::Data& data) {
+  data.callsByName.assign(data.projects.size(), false);
   for (Index module = 0; module < data.modules.size(); ++module) {
     for (const Handler& handler : data.references[module].handlers) {
       const SymbolId routine = data.SymbolOf(module, handler.declaration + 1);
@@ -308,6 +311,7 @@ void JoinHandlers(ReferenceIndex::Data& data) {
       data.handlers.push_back({routine, target, object, handler.prefix, handler.kind});
       if (target != kNone) data.handledBy.emplace_back(target, routine);
     }
+    if (data.references[module].callsByName > 0) data.callsByName[data.modules[module].project] = true;
     for (const TextMention& mention : data.references[module].mentions) {
       data.mentions.push_back(
           {Within(mention.name, data.modules[module].project), module, mention.string, mention.routine});

@@ -398,15 +398,17 @@ void Binder::BindLibrary(Index number, library::Result result) {
   bound.state = Bound::State::kLibrary;
   const unsigned lists = (use.argumentCount > 0 ? 1U : 0U) + ((use.flags & use_flag::kMoreArguments) != 0 ? 1U : 0U);
   bound.type = library::TypeOf(result);
+  static const NameHash kCallByName = language::HashName("callbyname");
+  if (result == library::Result::kLate && HashOf(use.name) == kCallByName) ++result_.callsByName;
   if (lists > 0 && result == library::Result::kElements) bound.type = TypeRef::Of(TypeKind::kObject);
 }
 
 /// Nothing has the name. Without Option Explicit that makes a variable, whose first use declares it.
 void Binder::BindUnknown(Index number, const Meaning& meaning) {
   const NameUse& use = Use(number);
+  if ((use.flags & use_flag::kBracketed) != 0) return BindBracketed(number);
   if (routine_ == kNone || code_.facts.optionExplicit) return;
-  constexpr std::uint32_t kNever = use_flag::kBracketed | use_flag::kConstant;
-  if ((use.flags & kNever) != 0 || use.role == Role::kCall) return;
+  if ((use.flags & use_flag::kConstant) != 0 || use.role == Role::kCall) return;
   if (scratch_.pendingStamps[use.name] != stamp_) {
     scratch_.pendingStamps[use.name] = stamp_;
     scratch_.pendings[use.name] = static_cast<Index>(pendings_.size());

@@ -154,6 +154,7 @@ void Binder::BindString(Index number) {
     case library::StringTarget::kExpression:
       return BindMacroName(number, text);
     case library::StringTarget::kMember: {
+      if (result_.callsByName > 0) --result_.callsByName;
       const NameHash name = language::HashName(language::FoldName(text));
       const SetRequest request{SetKind::kMembers, Form::kRead, false, project_, kNone, name, 0};
       if (tables_.memberNames.Find(Within(name, project_)) == kNone) return;
@@ -202,13 +203,26 @@ void Binder::BindMacroName(Index number, std::string_view text) {
   }
 }
 
+/// `[Rechne(A1)]`: a formula that Excel evaluates.
+void Binder::BindBracketed(Index number) {
+  if ((tables_.projects[project_].hosts & library::kExcel) == 0) return;
+  ForEachMention(code_.Spelling(Use(number)), [&](std::string_view name) {
+    const NameHash routine = language::HashName(language::FoldName(name));
+    if (tables_.macroNames.Find(Within(routine, project_)) == kNone) return;
+    const SetRequest request{SetKind::kMacros, Form::kRead, false, project_, kNone, routine, 0};
+    Emit(number, SetNumber(request), Form::kCall, IsInactive(Use(number)) ? Certainty::kInactive : Certainty::kString,
+         reference_flag::kSet);
+  });
+}
+
 /// Remembers names that the literal may hand to somebody: the whole of it, or before a "(" in it.
 void Binder::MentionNames(Index number, std::string_view literal) {
   if (code_.strings[number].inactive) return;
   const auto mention = [&](std::string_view name) {
     if (name.empty() || name.size() > kLongestName) return;
     const NameHash hash = language::HashName(language::FoldName(name));
-    if (tables_.macroNames.Find(Within(hash, project_)) == kNone) return;
+    const NameHash key = Within(hash, project_);
+    if (tables_.macroNames.Find(key) == kNone && tables_.memberNames.Find(key) == kNone) return;
     result_.mentions.push_back({hash, number, code_.strings[number].routine});
   };
   ForEachMention(literal, mention);

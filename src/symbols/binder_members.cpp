@@ -72,6 +72,12 @@ void Binder::BindLibraryMember(Index number) {
       return;
     }
   }
+  constexpr std::uint16_t kDocuments = library::base::kExcelDocument | library::base::kWordDocument;
+  if (result == library::Result::kPlain && (library::BasesWith(name) & kDocuments) == 0 &&
+      tables_.documentNames.Find(Within(name, project_)) != kNone) {
+    // Of a workbook, a sheet, a document: it may be the one that the module belongs to.
+    EmitLate(number, SetKind::kDocumentMembers);
+  }
   BindLibrary(number, result);
 }
 
@@ -108,11 +114,17 @@ void Binder::BindLate(Index number) {
   const NameHash name = HashOf(use.name);
   Bound& bound = scratch_.bound[number];
   bound.state = Bound::State::kLate;
-  if (!HasMember(tables_, project_, name)) return;
+  if (HasMember(tables_, project_, name)) bound.local = EmitLate(number, SetKind::kMembers);
+}
+
+/// A use of one of several members, by its name alone; gives the number of their set.
+Index Binder::EmitLate(Index number, SetKind kind) {
+  const NameUse& use = Use(number);
   const Form form = FormOf(use.role);
-  bound.local = SetNumber({SetKind::kMembers, PickForm(form), false, project_, kNone, name, 0});
-  Emit(number, bound.local, form, IsInactive(use) ? Certainty::kInactive : Certainty::kByName,
+  const Index set = SetNumber({kind, PickForm(form), false, project_, kNone, HashOf(use.name), 0});
+  Emit(number, set, form, IsInactive(use) ? Certainty::kInactive : Certainty::kByName,
        static_cast<std::uint16_t>(reference_flag::kSet | (MayWrite(use) ? reference_flag::kMayWrite : 0)));
+  return set;
 }
 
 /// A name behind "!": the text of a key for the object's default member, but a control where the object has it.

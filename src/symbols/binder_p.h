@@ -95,6 +95,7 @@ class Binder {
   void BindProjectMember(Index number, Index project);
   void BindLate(Index number);
   void BindLibraryMember(Index number);
+  Index EmitLate(Index number, SetKind kind);
 
   // targets (binder_targets.cpp)
   void BindGroup(Index number, Index module, Local first, bool routines = false);
@@ -113,6 +114,7 @@ class Binder {
   bool BindHandler(Index declaration, const std::string& prefix, NameHash member);
   void BindString(Index string);
   void BindMacroName(Index string, std::string_view text);
+  void BindBracketed(Index number);
   void MentionNames(Index string, std::string_view literal);
 
   // emitting (binder_targets.cpp)

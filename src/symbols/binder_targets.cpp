@@ -146,7 +146,7 @@ void Binder::BindTo(Index number, Index module, Local local, bool inactive, std:
 void Binder::NoteRecord(const NameUse& use, const TypeRef& type) {
   constexpr std::uint32_t kNot = use_flag::kQualifier | use_flag::kWithObject | use_flag::kWholeValue;
   const bool read = use.role == language::Role::kValue && (use.flags & kNot) == 0;
-  if (!read && use.role != language::Role::kInputTarget) return;
+  if (!read && use.role != language::Role::kInputTarget && (use.flags & use_flag::kCopied) == 0) return;
   if (read && use.owner != kNone && scratch_.bound[use.owner].state == Bound::State::kOwn) {
     const Bound& owner = scratch_.bound[use.owner];
     const ModuleTable& table = tables_.modules[owner.module];

@@ -76,6 +76,7 @@ void ParseOne(ReferenceIndex::Data& data, const Sources& sources, Index number, 
   info.predeclared = source.predeclared.value_or(code.facts.predeclared || designed);
   info.exposed = source.exposed.value_or(code.facts.exposed);
   info.controlsKnown = source.controlsKnown || TellsControls(code);
+  info.kindKnown = (source.kind.has_value() && !source.kindAssumed) || code.facts.hasHeader;
 
   ModuleTable& table = data.tables.modules[number];
   table.project = source.project;
@@ -85,6 +86,9 @@ void ParseOne(ReferenceIndex::Data& data, const Sources& sources, Index number, 
   table.exported = table.classLike ? info.exposed : !code.facts.optionPrivateModule;
   table.nameHash = language::HashName(language::FoldName(info.name));
   DeclareModule(table, source, code, data.tables.projects[source.project].hostKnown ? project.host : Host::kUnknown);
+  // Not every program that saves a workbook keeps the lines that name the controls of its sheets.
+  const bool sheet = info.kind == language::ModuleKind::kDocument && table.bases != library::base::kAccessForm;
+  if (sheet && table.controls.empty()) info.controlsKnown = false;
 }
 
 void TakeProjects(ReferenceIndex::Data& data, const Sources& sources) {

@@ -67,6 +67,7 @@ struct ReferenceIndex::Data {
   /// Buttons and the like of a project's own routines that it does not have.
   std::vector<ExternalBinding> looseBindings;
   std::vector<Mention> mentions;   ///< sorted by key
+  std::vector<bool> callsByName;   ///< by project: calls members whose names the code does not tell
   std::vector<bool> wholeTypes;    ///< by symbol: types whose members something outside may look at
   std::vector<bool> eventObjects;  ///< by symbol: variables and controls whose events are handled
 

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <iterator>
 #include <vector>
 
 #include <quillmate/language/parse.h>
@@ -59,7 +61,7 @@ struct Tables {
   Table<Target> targets;
   Table<std::uint8_t> entryPoints;
   Table<HostObject> hostObjects;
-  Table<char> scopes;
+  Table<char> scopes, events, callbacks;
   std::vector<std::string_view> prefixes;
 
   Tables();
@@ -99,6 +101,8 @@ Tables::Tables() {
     });
   }
   ForEachName(kScopes, [&](std::string_view name) { scopes[HashOf(name)] = 1; });
+  ForEachName(kEventNames, [&](std::string_view name) { events[HashOf(name)] = 1; });
+  ForEachName(kCallbackTypes, [&](std::string_view name) { callbacks[HashOf(name)] = 1; });
   ForEachName(kConstantPrefixes, [&](std::string_view name) { prefixes.push_back(name); });
 }
 
@@ -175,6 +179,15 @@ StringTarget FindStringTarget(NameHash callee, unsigned position, bool assigned)
 std::uint8_t EntryPointHosts(NameHash name) noexcept {
   const std::uint8_t* hosts = All().entryPoints.Find(name);
   return hosts == nullptr ? std::uint8_t{0} : *hosts;
+}
+
+bool IsEventName(NameHash name) noexcept { return All().events.Find(name) != nullptr; }
+
+bool IsCallbackType(NameHash type) noexcept { return All().callbacks.Find(type) != nullptr; }
+
+bool MarksTest(std::string_view comment) noexcept {
+  return std::any_of(std::begin(kTestMarks), std::end(kTestMarks),
+                     [=](std::string_view mark) { return comment.find(mark) != std::string_view::npos; });
 }
 
 bool IsHostObject(NameHash prefix, std::uint16_t bases) noexcept {

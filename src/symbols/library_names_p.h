@@ -27,11 +27,11 @@ inline constexpr GlobalNames kGlobals[] = {
      "IsMissing IsNull IsNumeric IsObject Join Kill LBound LCase Left LeftB Len LenB Loc LOF Log LTrim MacID Mid MidB "
      "Minute MIRR MkDir Month MonthName MsgBox Now NPer NPV ObjPtr Oct Partition Pmt PPmt PV QBColor Randomize Rate "
      "Replace Reset RGB Right RightB RmDir Rnd Round RTrim SaveSetting Second Seek SendKeys SetAttr Sgn Shell Sin SLN "
-     "Space Spc Split Sqr Str StrComp StrConv String StrPtr StrReverse Switch SYD Tab Tan Time Timer TimeSerial "
+     "Space Spc Split Sqr Str StrComp StrConv String StrPtr StrReverse SYD Tab Tan Time Timer TimeSerial "
      "TimeValue "
      "Trim TypeName UBound UCase Val VarPtr VarType Weekday WeekdayName Year Load Unload Print "
      "Collection ErrObject Conversion Constants DateTime FileSystem Financial Interaction Math Strings"},
-    {kAll, Result::kLate, "CallByName CreateObject GetObject Choose IIf CVar Array UserForms Me"},
+    {kAll, Result::kLate, "CallByName CreateObject GetObject Choose IIf Switch CVar Array UserForms Me"},
     {kExcel, Result::kPlain,
      "ActiveCell ActiveChart ActivePrinter ActiveWindow ActiveWorkbook AddIns Application Assistant Calculate Cells "
      "Charts "
@@ -264,9 +264,34 @@ struct EntryPoints {
 inline constexpr EntryPoints kEntryPoints[] = {
     {kVb6, "Main"},
     {kExcel, "Auto_Open Auto_Close Auto_Activate Auto_Deactivate Auto_Add Auto_Remove"},
-    {kPowerPoint, "Auto_Open Auto_Close"},
-    {kWord, "AutoExec AutoNew AutoOpen AutoClose AutoExit Main"},
+    {kPowerPoint, "Auto_Open Auto_Close OnSlideShowPageChange OnSlideShowTerminate"},
+    {kWord,
+     "AutoExec AutoNew AutoOpen AutoClose AutoExit Main "
+     // run instead of the command of that name
+     "FileOpen FileNew FileSave FileSaveAs FileClose FileExit FilePrint FilePrintDefault FileTemplates ToolsMacro "
+     "ViewVBCode DateiÖffnen DateiNeu DateiSpeichern DateiSpeichernUnter DateiSchließen DateiSchliessen DateiBeenden "
+     "DateiDrucken DateiDruckenStandard DateiDokVorlagen ExtrasMakro AnsichtVBCode"},
 };
+
+/// What a handler's name ends in, as far as it alone tells one.
+inline constexpr std::string_view kEventNames =
+    "Activate AddinInstall AddinUninstall AfterCalculate AfterDelConfirm AfterInsert AfterRefresh AfterSave "
+    "AfterUpdate "
+    "ApplyFilter BeforeClose BeforeDelConfirm BeforeDoubleClick BeforeInsert BeforePrint BeforeRefresh "
+    "BeforeRightClick BeforeSave BeforeUpdate ButtonClick Calculate Change Click Close ColumnClick Current "
+    "DataArrival DblClick Deactivate Delete DropButtonClick Enter Exit FollowHyperlink Format GotFocus Initialize "
+    "ItemCheck ItemClick KeyDown KeyPress KeyUp Load LostFocus MouseDown MouseMove MouseUp NewSheet NoData NodeClick "
+    "NotInList Open Paint PathChange QueryClose QueryUnload ReadProperties Resize Retreat Scroll SelectionChange "
+    "SheetActivate SheetBeforeDoubleClick SheetBeforeRightClick SheetCalculate SheetChange SheetDeactivate "
+    "SheetSelectionChange SpinDown SpinUp Startup Terminate Timer Undo Unload Validate WindowActivate "
+    "WindowDeactivate WriteProperties";
+
+/// Types of the first parameter of routines that a host calls by names which stand in its documents.
+inline constexpr std::string_view kCallbackTypes = "IRibbonControl IRibbonUI MailItem MeetingItem SlideShowWindow";
+
+/// Words in the comment above a routine that a runner of tests calls.
+inline constexpr std::string_view kTestMarks[] = {"@TestMethod", "@TestInitialize", "@TestCleanup", "@ModuleInitialize",
+                                                  "@ModuleCleanup"};
 
 struct HostObjects {
   std::uint16_t bases;  ///< 0: every class-like module

@@ -70,6 +70,15 @@ StringTarget FindStringTarget(NameHash callee, unsigned position, bool assigned)
 /// Names that a host runs by itself in a standard module: Main, Auto_Open, AutoExec ... 0 when it is none.
 std::uint8_t EntryPointHosts(NameHash name) noexcept;
 
+/// Whether a name ends handlers' names: Click, Load ...
+bool IsEventName(NameHash name) noexcept;
+
+/// Whether a routine whose first parameter is of that type is likely a call-back that only a document names.
+bool IsCallbackType(NameHash type) noexcept;
+
+/// Whether the comment above a routine marks it as one that a runner of tests calls.
+bool MarksTest(std::string_view comment) noexcept;
+
 /// Objects whose events a class-like module on such bases handles without declaring them: "Form", "Workbook" ...
 bool IsHostObject(NameHash prefix, std::uint16_t bases) noexcept;
 

@@ -139,6 +139,28 @@ std::string LiteralText(std::string_view literal) {
   return text;
 }
 
+namespace {
+
+bool IsNumber(char c) noexcept { return (c >= '0' && c <= '9') || c == '-'; }
+
+/// "Eins,Zwei": calls `visit` for each name of a list of nothing but names.
+void ForEachListed(std::string_view list, char separator, const std::function<void(std::string_view)>& visit) {
+  if (list.find(separator) == std::string_view::npos) return;
+  for (const bool check : {true, false}) {
+    std::string_view rest = list;
+    for (bool more = true; more;) {
+      const std::size_t end = rest.find(separator);
+      more = end != std::string_view::npos;
+      const std::string_view name = Trim(rest.substr(0, end));
+      if (more) rest.remove_prefix(end + 1);
+      if (!check) visit(name);
+      if (check && !IsName(name)) return;
+    }
+  }
+}
+
+}  // namespace
+
 void ForEachMention(std::string_view literal, const std::function<void(std::string_view)>& visit) {
   if (literal.size() > 1 && literal.back() == '"') literal.remove_suffix(1);
   if (!literal.empty()) literal.remove_prefix(1);
@@ -146,7 +168,9 @@ void ForEachMention(std::string_view literal, const std::function<void(std::stri
   const char* const behind = whole.data() + whole.size();
   const std::string_view rest = Trim(literal.substr(static_cast<std::size_t>(behind - literal.data())));
   std::string_view found;
-  if (!whole.empty() && (rest.empty() || rest.front() == '(' || rest == "'")) {
+  // "Makro ""a""", "'Makro 1, 2'": with its arguments.
+  const bool arguments = !rest.empty() && (rest.front() == '"' || (literal.front() == '\'' && IsNumber(rest.front())));
+  if (!whole.empty() && (rest.empty() || rest.front() == '(' || rest == "'" || arguments)) {
     const std::size_t dot = whole.rfind('.');
     found = dot == std::string_view::npos ? whole : whole.substr(dot + 1);
     if (IsName(found)) visit(found);
@@ -157,6 +181,7 @@ void ForEachMention(std::string_view literal, const std::function<void(std::stri
     const std::string_view name = literal.substr(begin, open - begin);
     if (IsName(name) && name.data() != found.data()) visit(name);
   }
+  for (const char separator : {',', ';', '|'}) ForEachListed(literal, separator, visit);
 }
 
 std::pair<std::uint32_t, std::uint32_t> PlaceOfMacroName(std::string_view literal) {

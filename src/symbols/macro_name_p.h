@@ -40,7 +40,7 @@ std::vector<MacroTarget> FindMacros(const Tables& tables, Index project, Index f
 std::string LiteralText(std::string_view literal);
 
 /// Calls `visit` for each name in a literal that may be meant for somebody who runs it: the last part of the whole text
-/// where that is nothing but a name, and names right before a "(".
+/// where that is nothing but a name with its arguments, names right before a "(", and those of a list of names.
 void ForEachMention(std::string_view literal, const std::function<void(std::string_view)>& visit);
 
 /// The place of the routine's name in a literal: offset and length, 0 and the whole where it is not found.

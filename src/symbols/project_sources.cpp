@@ -60,13 +60,21 @@ bool TellsVb(const codedb::ModuleFacts& module) {
          module.hidden.front().text.find("Begin VB.") != std::string::npos;
 }
 
+/// An export of an Access form or report.
+bool TellsAccess(const codedb::ModuleFacts& module) {
+  return !module.hidden.empty() && module.hidden.front().text.starts_with("Version =");
+}
+
 Host HostOf(const codedb::Facts& facts, std::size_t project) {
   const auto known = FindWord(kHosts, facts.projects[project].host);
   if (known != kHosts.end()) return known->host;
-  const bool vb = std::any_of(facts.modules.begin(), facts.modules.end(), [&](const codedb::ModuleFacts& module) {
-    return module.project == static_cast<int>(project) && TellsVb(module);
-  });
-  return vb ? Host::kVb6 : Host::kUnknown;
+  const auto any = [&](bool (*tells)(const codedb::ModuleFacts&)) {
+    return std::any_of(facts.modules.begin(), facts.modules.end(), [&](const codedb::ModuleFacts& module) {
+      return module.project == static_cast<int>(project) && tells(module);
+    });
+  };
+  if (any(TellsAccess)) return Host::kAccess;
+  return any(TellsVb) ? Host::kVb6 : Host::kUnknown;
 }
 
 ProjectSource ProjectFrom(const codedb::Facts& facts, std::size_t number, Host assumed) {
@@ -102,6 +110,7 @@ ModuleSource ModuleFrom(const codedb::ModuleFacts& module) {
   source.linesOfFile = module.linesOfFile;
   const auto kind = FindWord(kKinds, module.kind);
   if (kind != kKinds.end() && kind->kind != ModuleKind::kStandard) source.kind = kind->kind;
+  source.kindAssumed = module.linesOfFile && module.hidden.empty();
   source.predeclared = module.predeclared;
   source.exposed = module.exposed;
   for (const codedb::ControlFact& control : module.controls) {

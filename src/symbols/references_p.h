@@ -37,6 +37,7 @@ static_assert(sizeof(StoredReference) == 12);
 /// Several things that a name may mean. Those of equal requests are worked out once for all modules.
 enum class SetKind : std::uint8_t {
   kMembers,           ///< public members of class-like modules by name: late bound
+  kDocumentMembers,   ///< those of sheets and documents
   kMemberParameters,  ///< parameters of those
   kExports,           ///< public names of several standard modules
   kExportParameters,
@@ -113,6 +114,7 @@ struct ModuleReferences {
   std::vector<Index> redims;           ///< declarations of kind kReDim that declare
   std::vector<Handler> handlers;
   std::vector<TextMention> mentions;
+  std::uint32_t callsByName = 0;  ///< of members whose names the code does not tell
   std::vector<WholeRecord> records;
 };
 

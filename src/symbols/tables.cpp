@@ -314,7 +314,7 @@ void DeclareProjects(Tables& tables) {
   const std::size_t count = tables.modules.size();
   tables.moduleNames.Reserve(count);
   tables.nextModule.assign(count, kNone);
-  std::size_t exportNames = 0, exportTypes = 0, memberNames = 0, macroNames = 0;
+  std::size_t exportNames = 0, exportTypes = 0, memberNames = 0, documentNames = 0, macroNames = 0;
   tables.rawBases.assign(count + 1, 0);
   for (std::size_t number = 0; number < count; ++number) {
     tables.rawBases[number + 1] = tables.rawBases[number] + static_cast<Index>(tables.modules[number].LocalCount());
@@ -347,6 +347,9 @@ void DeclareProjects(Tables& tables) {
       if (toProject) Export(tables, tables.exportNames, within, exportNames, {module, head, kNone});
       if (toMacros) Export(tables, tables.macroNames, within, macroNames, {module, head, kNone});
       if (toLate) Export(tables, tables.memberNames, within, memberNames, {module, head, kNone});
+      if (toLate && table.kind == SymbolKind::kDocument) {
+        Export(tables, tables.documentNames, within, documentNames, {module, head, kNone});
+      }
     });
   }
 }

@@ -121,8 +121,9 @@ struct Tables {
   NameTable exportNames;          ///< Within(name, project): public names of standard modules, public enums
   NameTable exportTypes;          ///< Within(name, project): public types and enums
   NameTable memberNames;          ///< Within(name, project): public members of class-like modules, controls
+  NameTable documentNames;        ///< Within(name, project): the same of documents alone
   NameTable macroNames;           ///< Within(name, project): Subs and Functions of all modules, private ones too
-  std::vector<Exported> exports;  ///< of all four
+  std::vector<Exported> exports;  ///< of all five
   std::vector<Index> rawBases;    ///< by module: what turns its local numbers into numbers of all modules
 
   Index FindModule(Index project, NameHash name) const noexcept { return moduleNames.Find(Within(name, project)); }

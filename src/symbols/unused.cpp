@@ -5,7 +5,7 @@
 #include <quillmate/symbols/unused.h>
 
 #include "index_data_p.h"
-#include "library_p.h"
+#include "outside_use_p.h"
 
 namespace quillmate::symbols {
 namespace {
@@ -40,7 +40,6 @@ class Grader {
   void CollectThroughMember(SymbolId routine, Evidence& evidence) const;
   bool IsUsedOtherwise(SymbolId id) const;
   std::optional<std::string> Signature(SymbolId parameter) const;
-  std::string Possible(SymbolId id) const;
   const Mention* MentionOf(SymbolId id) const;
   std::string PlaceOf(Index number, SymbolId id) const;
   std::string LinePlace(Index module, std::uint32_t line) const;
@@ -203,7 +202,10 @@ std::optional<std::string> Grader::Signature(SymbolId parameter) const {
 
 const Mention* Grader::MentionOf(SymbolId id) const {
   const Symbol& symbol = data_.symbols[id];
-  if (symbol.kind != SymbolKind::kSub && symbol.kind != SymbolKind::kFunction) return nullptr;
+  const bool routine = symbol.kind == SymbolKind::kSub || symbol.kind == SymbolKind::kFunction;
+  const bool member = symbol.parent == kNone && data_.tables.modules[symbol.module].classLike &&
+                      (IsProperty(symbol.kind) || symbol.kind == SymbolKind::kVariable);
+  if (!routine && !(member && data_.callsByName[data_.modules[symbol.module].project])) return nullptr;
   const language::Module& code = data_.code[symbol.module];
   const NameHash key =
       Within(code.NameHash(code.declarations[symbol.declaration].name), data_.modules[symbol.module].project);
@@ -214,46 +216,6 @@ const Mention* Grader::MentionOf(SymbolId id) const {
     if (at->module != symbol.module || at->routine != symbol.routine) return &*at;
   }
   return nullptr;
-}
-
-/// Who outside of what was read may use it; empty when nobody.
-std::string Grader::Possible(SymbolId id) const {
-  const Symbol& symbol = data_.symbols[id];
-  const ModuleInfo& module = data_.modules[symbol.module];
-  const bool hidden = symbol.visibility == Visibility::kPrivate || symbol.visibility == Visibility::kLocal;
-  const bool member = IsCallable(symbol.kind) || symbol.kind == SymbolKind::kVariable ||
-                      symbol.kind == SymbolKind::kEvent || symbol.kind == SymbolKind::kEnum ||
-                      symbol.kind == SymbolKind::kEnumMember || symbol.kind == SymbolKind::kConstant;
-  const bool standard = module.kind == language::ModuleKind::kStandard;
-  const ProjectTable& project = data_.tables.projects[module.project];
-  if (!standard && module.exposed && member && !hidden && symbol.visibility != Visibility::kFriend) {
-    return "Element einer nach außen sichtbaren Klasse";
-  }
-  if (symbol.kind == SymbolKind::kTypeMember && symbol.parent != kNone && data_.wholeTypes[symbol.parent]) {
-    return "Teil eines Typs, der als Ganzes weitergegeben wird";
-  }
-  if (symbol.kind == SymbolKind::kFunction && standard && !hidden) {
-    if (project.host == Host::kExcel) return "öffentliche Funktion, die eine Zelle aufrufen kann";
-    if (project.host == Host::kAccess) return "öffentliche Funktion, die eine Abfrage oder ein Makro aufrufen kann";
-  }
-  if (symbol.kind == SymbolKind::kSub && standard && project.host == Host::kUnknown) {
-    const language::Module& code = data_.code[symbol.module];
-    const NameHash name = code.NameHash(code.declarations[symbol.declaration].name);
-    if (library::EntryPointHosts(name) != 0) return "Name, den ein Host von selbst aufruft";
-  }
-  if (symbol.kind == SymbolKind::kSub && !standard && !module.controlsKnown &&
-      index_.Name(id).find('_') != std::string_view::npos && data_.HandlerOf(id) == nullptr) {
-    return "vielleicht ein Ereignis: die Steuerelemente sind nicht bekannt";
-  }
-  if (symbol.kind == SymbolKind::kParameter) {
-    const SymbolId routine = symbol.parent;
-    if (!index_.ImplementationsOf(routine).empty()) return "Parameter eines Elements einer Schnittstelle";
-    const bool address = data_.AnyReference(routine, [&](Index number) {
-      return data_.Stored(number, data_.ModuleOfReference(number)).form == Form::kAddress;
-    });
-    if (address) return "Parameter eines Rückrufs (AddressOf)";
-  }
-  return {};
 }
 
 std::string Grader::LinePlace(Index module, std::uint32_t line) const {
@@ -301,7 +263,7 @@ std::optional<UnusedSymbol> Grader::Of(SymbolId id) const {
   if (evidence.bound) {
     return UnusedSymbol{id, Grade::kPossible, "implementiert ein Element, das niemand aufruft", {}};
   }
-  if (std::string reason = Possible(id); !reason.empty())
+  if (std::string reason = OutsideUse(index_, id); !reason.empty())
     return UnusedSymbol{id, Grade::kPossible, std::move(reason), {}};
   if (evidence.self) return UnusedSymbol{id, Grade::kSelf, "nur von sich selbst verwendet", {}};
   if (evidence.written) return UnusedSymbol{id, Grade::kWritten, "nur geschrieben, nie gelesen", {}};

@@ -91,6 +91,36 @@ const GradeCase kGrades[] = {
       "Class_Initialize@10 = host", "weg_Neu@11 = certain", "Taste@12 = host Tastenkürzel Strg+K",
       "Knopf@14 = host Schaltfläche auf Blatt 1", "Auto_Open@15 = host", "Zelle@16 = possible öffentliche Funktion",
       "Intern@17 = certain", "Wort@18 = certain"}},
+    {"strings with arguments, in lists, in brackets; members by name where CallByName is told none",
+     "== module M\nSub A(): End Sub\nSub B(): End Sub\nSub C(): End Sub\nSub D(): End Sub\nFunction E(): End "
+     "Function\nSub "
+     "F(): End Sub\nSub S(): x = \"A \"\"x\"\"\": x = \"'B 1'\": x = \"C; D\": MsgBox \"F 1\": x = [1+E(2)]: "
+     "CallByName o, n, 2: v = Array(\"Alter\"): End Sub\n== class K\nProperty Get Alter(): End Property\nProperty Get "
+     "Rest(): End Property\n== project Q\n== module N\nSub S(): CallByName o, \"Wert\", 2: v = Array(\"Alter\"): End "
+     "Sub\n== class L\nProperty Get Alter(): End Property\nProperty Get Wert(): End Property",
+     {"A@1 = text", "B@2 = text", "C@3 = text", "D@4 = text", "E@5 = text Name in einer Zeichenfolge M:7",
+      "F@6 = certain", "Alter@8 = text", "Rest@9 = certain", "Alter@11 = certain", "Wert@12 = text"}},
+    {"a sheet's own members behind a library's sheet, what may hold anything",
+     "== project P excel\n== document Tabelle1\nSub A(): End Sub\n== class C\nSub B(): End Sub\nSub D(): End Sub\n== "
+     "module "
+     "M\nSub S(w As Workbook): w.Sheets(1).A: w.A: w.B: Switch(True, w).D: End Sub",
+     {"A@1 = possible", "B@2 = certain", "D@3 = possible"}},
+    {"what somebody outside may use: designers, properties, call-backs, records that are copied, kinds that nobody "
+     "told",
+     "== usercontrol U\nProperty Let P(v): End Property\nSub S(): End Sub\n== class B\nProperty Get Item(i)\nAttribute "
+     "Item.VB_UserMemId = 0\nEnd Property\nFunction Each_()\nAttribute Each_.VB_UserMemId = -4\nEnd Function\n== "
+     "module M "
+     "assumed\nSub Form_Load(): End Sub\nSub Alles_Neu(): End Sub\n' @TestMethod\nSub T(): End Sub\nSub R(c As "
+     "IRibbonControl): End Sub\nSub Main(): End Sub\nType X: a As Long: End Type\nType Y: b As Long: End Type\nSub "
+     "V(): Dim x1 "
+     "As X, y1 As Y: LSet x1 = y1: End Sub\n== class Q assumed\nSub Alles_Neu(): End Sub\n== project A access\n== "
+     "document "
+     "Form_F\nPrivate Function G(): End Function\n== project W word\n== module Z\nSub FileSave(): End Sub",
+     {"P@1 = possible Eigenschaft eines Steuerelements", "S@2 = certain", "Item@3 = possible Standardelement",
+      "Each_@6 = possible", "Form_Load@9 = possible vielleicht ein Ereignis: die Art", "Alles_Neu@10 = certain",
+      "T@12 = possible Testroutine", "R@13 = possible", "c@13 = possible", "Main@14 = possible", "a@15 = possible",
+      "b@16 = possible", "Alles_Neu@18 = possible", "G@19 = possible Funktion eines Formulars",
+      "FileSave@20 = host Start durch den Host"}},
     {"interfaces, events that nobody raises, exposed classes, default members",
      "== class I\nSub A(): End Sub\nSub B(): End Sub\nEvent E()\n== class C exposed\nImplements I\nPrivate WithEvents "
      "v As "

@@ -57,6 +57,8 @@ void ReadModule(const std::string& kind, std::istringstream& words, Sources& sou
       module.predeclared = true;
     } else if (word == "exposed") {
       module.exposed = true;
+    } else if (word == "assumed") {
+      module.kindAssumed = true;
     } else if (word == "known") {
       module.controlsKnown = true;
     } else if (word == "control") {

@@ -13,6 +13,7 @@ namespace quillmate::symbols::testing {
 /// from 1 on across the modules:
 ///
 ///     == class CNode predeclared exposed
+///     == module M assumed           a kind that only the name of its file suggests
 ///     == form F control txt, control cmd[] VB.CommandButton
 ///     == project Q excel uses P     what follows belongs to another project; the first is P
 ///     == binding Modul.Makro -> Schaltfläche auf Blatt 1

@@ -183,6 +183,7 @@ inline constexpr std::uint32_t kObjectValue = 262144;  ///< the whole right side
 inline constexpr std::uint32_t kNumber = 524288;       ///< a label that is a number; `name` is that of its value
 inline constexpr std::uint32_t kWholeValue = 1048576;  ///< last name of a chain that is the whole right side of `=`
 inline constexpr std::uint32_t kNoWith = 2097152;      ///< kWith, kWithKey: no With is open
+inline constexpr std::uint32_t kCopied = 4194304;      ///< last names of both sides of LSet: records byte by byte
 }  // namespace use_flag
 
 /// One name at one place. Uses stand in the order of the source.

@@ -47,6 +47,7 @@ struct ModuleInfo {
   bool predeclared = false;
   bool exposed = false;
   bool controlsKnown = false;
+  bool kindKnown = false;  ///< told by its source or its header; else only the likeliest one
   bool linesOfFile = false;
 };
 

@@ -35,6 +35,8 @@ struct ModuleSource {
   bool linesOfFile = false;
   /// What the source knows. Empty: as the text itself says.
   std::optional<language::ModuleKind> kind;
+  /// `kind` is only what the name of the file suggests.
+  bool kindAssumed = false;
   std::optional<bool> predeclared, exposed;
   /// Controls that the text's own header does not tell (forms of Office, controls of sheets), and whether all of the
   /// module are known by now. A text that describes its form (VB, Access exports) needs neither.
