@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QElapsedTimer>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -94,6 +95,12 @@ void Measure(ui::MainWindow& window) {
   PrintMemory("after reading");
 
   const QAbstractItemModel& model = *tree.model();
+  Stopwatch knowledge;
+  // Modules tell their files as soon as it is known what the code means.
+  const bool isKnown =
+      QTest::qWaitFor([&] { return !model.index(0, 0).data(Qt::ToolTipRole).toString().isEmpty(); }, 60'000);
+  knowledge.Print(isKnown ? "behind that, what the code means" : "what the code means: never");
+  PrintMemory("with what the code means");
   Stopwatch expand;
   tree.expandAll();
   QApplication::processEvents();
@@ -189,6 +196,45 @@ void MeasureHits(ui::MainWindow& window) {
   filter.clear();
 }
 
+/// What is known of names: how long it takes until it is there, and its answers.
+void MeasureNames(ui::MainWindow& window) {
+  auto& tree = *window.findChild<QTreeView*>("treProjekt");
+  auto& code = *window.findChild<QPlainTextEdit*>("rtbHaupt");
+  Click(tree, tree.model()->index(0, 0, tree.model()->index(tree.model()->rowCount() / 2, 0)));
+  Press(code, Qt::Key_Right, Qt::ControlModifier);
+  Press(code, Qt::Key_Right, Qt::ControlModifier);
+  const QPoint place = code.cursorRect().center() + QPoint(3, 0);
+  for (const char* time : {"first", "again"}) {
+    QHelpEvent help(QEvent::ToolTip, place, code.viewport()->mapToGlobal(place));
+    Stopwatch hover;
+    QApplication::sendEvent(code.viewport(), &help);
+    hover.Print(qPrintable(QStringLiteral("name under the mouse, %1").arg(QString::fromLatin1(time))));
+  }
+  Stopwatch uses;
+  Trigger(window, "mnuBearbeiten_Verwendungen");
+  uses.Print("all uses");
+  Stopwatch calls;
+  Trigger(window, "mnuAnalyse_Hierarchie");
+  calls.Print("first level of the call hierarchy");
+  Stopwatch open;
+  Trigger(window, "mnuBearbeiten_GeheZuName");
+  open.Print("quick open, first");
+  auto& field = *window.findChild<QLineEdit*>("txtGeheZu");
+  for (const QChar letter : QStringLiteral("best")) {
+    Stopwatch key;
+    QTest::keyClicks(&field, QString(letter));
+    QApplication::processEvents();
+    key.Print(qPrintable(QStringLiteral("quick open, \"%1\"").arg(field.text())));
+  }
+  Press(field, Qt::Key_Escape);
+  for (const char* command : {"mnuAnalyse_Unbenutztes", "mnuAnalyse_Kennzahlen", "mnuTest"}) {
+    Stopwatch list;
+    Trigger(window, command);
+    list.Print(command);
+  }
+  PrintMemory("after names and lists");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -217,5 +263,6 @@ int main(int argc, char** argv) {
   for (const ui::Message& message : platform.messages) std::printf("%s\n", qPrintable(message.text + message.detail));
   MeasureNavigation(window);
   MeasureHits(window);
+  MeasureNames(window);
   window.Unload();
 }

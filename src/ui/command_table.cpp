@@ -10,10 +10,15 @@ namespace {
 using enum CommandId;
 
 constexpr Menu kMenus[] = {
-    {MenuId::kFile, "mnuDatei", "&Datei"},          {MenuId::kEdit, "mnuBearbeiten", "&Bearbeiten"},
-    {MenuId::kView, "mnuAnsicht", "&Ansicht"},      {MenuId::kHtml, "mnuHtml", "HTML"},
-    {MenuId::kRtf, "mnuRtf", "&RTF", kWithProject}, {MenuId::kText, "mnuText", "&Nur-Text", kWithProject},
-    {MenuId::kExtras, "mnuExtras", "&Extras"},      {MenuId::kHelp, "mnuHilfe", "&Hilfe"},
+    {MenuId::kFile, "mnuDatei", "&Datei"},
+    {MenuId::kEdit, "mnuBearbeiten", "&Bearbeiten"},
+    {MenuId::kView, "mnuAnsicht", "&Ansicht"},
+    {MenuId::kHtml, "mnuHtml", "HTML"},
+    {MenuId::kRtf, "mnuRtf", "&RTF", kWithProject},
+    {MenuId::kText, "mnuText", "&Nur-Text", kWithProject},
+    {MenuId::kAnalysis, "mnuAnalyse", "Anal&yse", kWithProject},
+    {MenuId::kExtras, "mnuExtras", "&Extras"},
+    {MenuId::kHelp, "mnuHilfe", "&Hilfe"},
 };
 
 // id, name, menu, caption, shortcut, icon, modes, separator before, switch
@@ -91,6 +96,11 @@ constexpr Command kCommands[] = {
 
     {kCopySelectionText, "mnuText_Auswahl", MenuId::kText, "&Auswahl", "", "", kWithProject, false},
     {kCopyModuleText, "mnuText_Modul", MenuId::kText, "&Modul", "", "", kWithProject, false},
+
+    {kShowHierarchy, "mnuAnalyse_Hierarchie", MenuId::kAnalysis, "Aufruf&hierarchie", "Ctrl+Shift+H", "", kWithProject,
+     false},
+    {kListUnused, "mnuAnalyse_Unbenutztes", MenuId::kAnalysis, "&Unbenutztes", "", "", kWithProject, true},
+    {kListMetrics, "mnuAnalyse_Kennzahlen", MenuId::kAnalysis, "&Kennzahlen", "", "", kWithProject, false},
 
     {kReadVbFiles, "mnuVB", MenuId::kExtras, "&VB Einlesen", "", "", kAlways, false},
     {kCopyOutline, "mnuExtras_Struktur", MenuId::kExtras, "&Struktur nach Zwischenablage", "", "", kAlways, false},

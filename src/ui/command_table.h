@@ -73,6 +73,10 @@ enum class CommandId {
   // Nur-Text
   kCopySelectionText,
   kCopyModuleText,
+  // Analyse
+  kShowHierarchy,
+  kListUnused,
+  kListMetrics,
   // Extras
   kReadVbFiles,
   kCopyOutline,
@@ -94,7 +98,7 @@ constexpr CommandId OpenRecentCommand(std::size_t position) {
   return static_cast<CommandId>(static_cast<std::size_t>(CommandId::kOpenRecent0) + position);
 }
 
-enum class MenuId { kNone, kFile, kEdit, kView, kHtml, kRtf, kText, kExtras, kHelp };
+enum class MenuId { kNone, kFile, kEdit, kView, kHtml, kRtf, kText, kAnalysis, kExtras, kHelp };
 
 enum class ButtonId {
   kNew,

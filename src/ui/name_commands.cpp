@@ -51,13 +51,15 @@ std::vector<symbols::Reference> UsesOf(const symbols::ReferenceIndex& index, con
 
 }  // namespace
 
-NameCommands::NameCommands(const ListDesk& desk, CodeArea& code, CodeKnowledge& knowledge, UsePanel& uses)
+NameCommands::NameCommands(const ListDesk& desk, CodeArea& code, CodeKnowledge& knowledge, UsePanel& uses,
+                           CallPanel& hierarchy)
     : desk_(desk),
       interaction_(desk.interaction),
       session_(desk.session),
       code_(code),
       knowledge_(knowledge),
-      uses_(uses) {
+      uses_(uses),
+      hierarchy_(hierarchy) {
   rest_.setSingleShot(true);
   rest_.setInterval(kRest);
   connect(&rest_, &QTimer::timeout, this, &NameCommands::LightOccurrences);
@@ -72,6 +74,8 @@ NameCommands::NameCommands(const ListDesk& desk, CodeArea& code, CodeKnowledge& 
       if (known != nullptr) GoToStretch(known->StretchOf(use));
     });
   });
+  connect(&hierarchy_, &CallPanel::PlaceChosen, this,
+          [this](const project::TextStretch& place) { interaction_.Guarded([this, place] { GoToStretch(place); }); });
   connect(&uses_, &UsePanel::CopyWanted, this, [this] { interaction_.Guarded([this] { CopyList(desk_, Texts()); }); });
   connect(&uses_, &UsePanel::SaveWanted, this,
           [this] { interaction_.Guarded([this] { SaveList(desk_, QStringLiteral("Verwendungen"), Texts()); }); });
@@ -201,6 +205,26 @@ void NameCommands::ListUses(const std::vector<SymbolId>& targets) {
   if (known == nullptr || targets.empty()) return;
   const std::vector<SymbolId> all = WithSiblings(known->Index(), targets);
   uses_.ShowUses(known, QualifiedName(known->Index(), targets.front()), UsesOf(known->Index(), all));
+}
+
+void NameCommands::ShowHierarchy() {
+  const auto known = Known();
+  if (known == nullptr) return;
+  const symbols::ReferenceIndex& index = known->Index();
+  const Meant meant = MeantAt(code_.Caret());
+  const auto called = std::ranges::find_if(
+      meant.targets, [&](SymbolId target) { return symbols::IsCallable(index.SymbolAt(target).kind); });
+  SymbolId routine = called == meant.targets.end() ? symbols::kNone : *called;
+  const auto place = known->PlaceAt(session_.Views().Current(), session_.View(), code_.Caret());
+  if (routine == symbols::kNone && place) {
+    const symbols::Index around = index.Code(place->module).RoutineAt(place->line);
+    if (around != symbols::kNone) routine = index.RoutineSymbol(place->module, around);
+  }
+  if (routine == symbols::kNone) {
+    Say(QStringLiteral("An der Schreibmarke steht keine Routine."));
+  } else {
+    hierarchy_.ShowRoutine(known, routine);
+  }
 }
 
 void NameCommands::StepThroughUses(int steps) {

@@ -9,6 +9,7 @@
 
 #include <quillmate/project/session.h>
 
+#include "call_panel.h"
 #include "code_area.h"
 #include "code_knowledge.h"
 #include "interaction.h"
@@ -24,10 +25,12 @@ class NameCommands : public QObject {
 
  public:
   /// Everything must outlive it.
-  NameCommands(const ListDesk& desk, CodeArea& code, CodeKnowledge& knowledge, UsePanel& uses);
+  NameCommands(const ListDesk& desk, CodeArea& code, CodeKnowledge& knowledge, UsePanel& uses, CallPanel& hierarchy);
 
   void ShowDeclaration();
   void ShowUses();
+  /// Of the routine whose name stands at the caret, else of the one around it.
+  void ShowHierarchy();
   /// The use behind the current one of the list, or before it; once around.
   void StepThroughUses(int steps);
   /// Asks for a line of the visible module.
@@ -66,6 +69,7 @@ class NameCommands : public QObject {
   CodeArea& code_;
   CodeKnowledge& knowledge_;
   UsePanel& uses_;
+  CallPanel& hierarchy_;
   /// Names are lit when the caret has come to rest.
   QTimer rest_;
 };

@@ -15,6 +15,7 @@
 #include "display_size.h"
 #include "help.h"
 #include "icons.h"
+#include "list_window.h"
 #include "options_dialog.h"
 #include "qt_text.h"
 #include "splitter.h"
@@ -117,7 +118,8 @@ Shell::Shell(MainWindow& window, const Services& services)
       startPage_(new StartPage(FromUtf8(services.globals.HostName))),
       hits_(new HitPanel(interaction_, session_, switches_)),
       uses_(new UsePanel),
-      names_({interaction_, services.globals, session_, readFiles_}, *code_, knowledge_, *uses_),
+      hierarchy_(new CallPanel),
+      names_(Desk(), *code_, knowledge_, *uses_, *hierarchy_),
       quickOpen_(new QuickOpen(&window)),
       container_(new Splitter),
       view_(services.settings, *code_, *project_, *commands_) {
@@ -169,19 +171,23 @@ void Shell::BuildSearch() {
   tobSuche_->hide();
   window_.addDockWidget(Qt::BottomDockWidgetArea, hits_);
   hits_->hide();
-  window_.addDockWidget(Qt::BottomDockWidgetArea, uses_);
-  window_.tabifyDockWidget(hits_, uses_);
-  uses_->hide();
+  for (QDockWidget* panel : {static_cast<QDockWidget*>(uses_), static_cast<QDockWidget*>(hierarchy_)}) {
+    window_.addDockWidget(Qt::BottomDockWidgetArea, panel);
+    window_.tabifyDockWidget(hits_, panel);
+    panel->hide();
+  }
 }
 
 void Shell::ConnectSession() {
   connect(&session_, &ProjectSession::ProjectLeaves, this, [this] {
     window_.setUpdatesEnabled(false);
     delete window_.findChild<UnusedWindow*>();
+    qDeleteAll(window_.findChildren<ListWindow*>());
     waiting_ = nullptr;
     knowledge_.Drop();
     quickOpen_->Forget();
     uses_->Clear();
+    hierarchy_->Clear();
     code_->Forget();
     hits_->Clear();
   });
@@ -253,6 +259,7 @@ void Shell::ConnectNames() {
           [this](const QString& text) { staBar_->SetText(StatusPanels::kProgress, text); });
   connect(&knowledge_, &CodeKnowledge::Arrived, this, &Shell::TakeKnowledge);
   connect(uses_, &UsePanel::Left, this, [this] { code_->Editor().setFocus(); });
+  connect(hierarchy_, &CallPanel::Left, this, [this] { code_->Editor().setFocus(); });
   connect(quickOpen_, &QuickOpen::Chosen, this,
           [this](symbols::SymbolId symbol) { interaction_.Guarded([this, symbol] { names_.GoToSymbol(symbol); }); });
   connect(&projects_, &ProjectCommands::AboutToCopy, this, [this] { knowledge_.FinishReading(); });
@@ -460,7 +467,27 @@ void Shell::ShowUnusedRoutines() {
     judged = Judge(std::move(routines), starts, knowledge_.Get().get());
   }
   delete window_.findChild<UnusedWindow*>();
-  (new UnusedWindow(&window_, {interaction_, services_.globals, session_, readFiles_}, std::move(judged)))->show();
+  (new UnusedWindow(&window_, Desk(), std::move(judged)))->show();
+}
+
+void Shell::ShowList(MakeList& make) {
+  const auto known = knowledge_.Get();
+  if (known == nullptr) {
+    interaction_.ShowProgress(ToUtf8(knowledge_.MissingText()));
+    return;
+  }
+  ListWindow* list = nullptr;
+  {
+    const Working working(interaction_);
+    list = new ListWindow(&window_, Desk(), make(known));
+  }
+  for (ListWindow* other : window_.findChildren<ListWindow*>(list->objectName())) {
+    if (other != list) delete other;
+  }
+  connect(list, &ListWindow::PlaceChosen, this, [this](const project::TextStretch& place) {
+    interaction_.Guarded([this, place] { names_.GoToStretch(place); });
+  });
+  list->show();
 }
 
 void Shell::ShowOptions() {
@@ -613,6 +640,12 @@ void Shell::Carry(CommandId command) {
       return exports_.CopySelectionText();
     case kCopyModuleText:
       return exports_.CopyModuleText();
+    case kShowHierarchy:
+      return names_.ShowHierarchy();
+    case kListUnused:
+      return WhenKnown([this] { ShowList(UnusedList); });
+    case kListMetrics:
+      return WhenKnown([this] { ShowList(MetricList); });
     case kReadVbFiles:
       return projects_.ReadVbFiles();
     case kCopyOutline:

@@ -10,6 +10,7 @@
 
 #include <quillmate/ui/main_window.h>
 
+#include "call_panel.h"
 #include "caller_panel.h"
 #include "code_area.h"
 #include "code_commands.h"
@@ -18,6 +19,7 @@
 #include "exports.h"
 #include "hit_panel.h"
 #include "interaction.h"
+#include "list_source.h"
 #include "mini_window.h"
 #include "name_commands.h"
 #include "project_commands.h"
@@ -85,6 +87,9 @@ class Shell : public QObject {
   /// Does it now, or as soon as it is known what the code means.
   void WhenKnown(std::function<void()> work);
   void ShowUnusedRoutines();
+  using MakeList = ListSource(const std::shared_ptr<const project::Understanding>&);
+  void ShowList(MakeList& make);
+  ListDesk Desk() { return {interaction_, services_.globals, session_, readFiles_}; }
   void ShowOptions();
   void ShowAbout();
   void ApplyOptions();
@@ -119,6 +124,7 @@ class Shell : public QObject {
   StartPage* startPage_;
   HitPanel* hits_;
   UsePanel* uses_;
+  CallPanel* hierarchy_;
   NameCommands names_;
   QuickOpen* quickOpen_;
   QSplitter* container_;

@@ -208,6 +208,61 @@ TEST_F(NamesTest, NamesAreFoundByTheirParts) {
   EXPECT_EQ(platform.TakeText(), "Bitte eine Zahl von 1 bis 9 angeben.");
 }
 
+TEST_F(NamesTest, HierarchyUnfoldsCallersAndCallees) {
+  PutCaret("Lager", 7, 1);
+  QTest::keyClick(&Window(), Qt::Key_H, Qt::ControlModifier | Qt::ShiftModifier);
+  QTreeView& tree = Tree("treHierarchie");
+  const QAbstractItemModelTester tester(tree.model());
+  const auto unfold = [&tree] {
+    for (int level = 0; level < 4; ++level) tree.expandToDepth(level);
+    return TextOf(*tree.model());
+  };
+  EXPECT_EQ(unfold(), "Zugang\n Suchen (Wurzel)\n");
+  QTest::keyClick(&tree, Qt::Key_Down);
+  QTest::keyClick(&tree, Qt::Key_Return);
+  EXPECT_EQ(Here(), "Suche 4:3 ");
+  PutCaret("Suche", 2, 1);
+  Trigger("mnuAnalyse_Hierarchie");
+  Window().findChild<QComboBox*>("cboRichtung")->setCurrentIndex(1);
+  EXPECT_EQ(unfold(), "Suchen\n Zugang\n Preis\n Preis\n möglich (2)\n  Doppelt\n  Doppelt\n");
+  LeaveProject();
+  EXPECT_EQ(tree.model()->rowCount(), 0);
+}
+
+TEST_F(NamesTest, ListsAreSortedFilteredAndLead) {
+  Trigger("mnuAnalyse_Kennzahlen");
+  QWidget& window = *Window().findChild<QWidget*>("frmKennzahlen");
+  QTreeView& list = *window.findChild<QTreeView*>("lstListe");
+  const QAbstractItemModelTester tester(list.model());
+  const auto rows = [&list] {
+    QStringList text;
+    for (int row = 0; row < list.model()->rowCount(); ++row) text << list.model()->index(row, 1).data().toString();
+    return text.join(u' ');
+  };
+  EXPECT_EQ(rows(), "Zugang Doppelt Suchen Doppelt Preis Preis");
+  list.sortByColumn(3, Qt::DescendingOrder);
+  EXPECT_EQ(rows(), "Suchen Zugang Preis Preis Doppelt Doppelt") << "by lines";
+  list.sortByColumn(1, Qt::AscendingOrder);
+  EXPECT_EQ(rows(), "Doppelt Doppelt Preis Preis Suchen Zugang");
+  QTest::keyClicks(window.findChild<QLineEdit*>("txtListe"), "ARTIKEL");
+  EXPECT_EQ(rows(), "Preis Preis");
+  EXPECT_EQ(window.findChild<QLabel*>("lblListe")->text(), "Zeilen: 2 von 6");
+  Click(list, list.model()->index(1, 0));
+  EXPECT_EQ(Here(), "Artikel 5:21 Preis");
+  platform.saveFiles = {Text(Folder("Zahlen.csv"))};
+  window.findChild<QAbstractButton*>("cmdSpeichern")->click();
+  const std::string csv = files::ReadWholeFile(Folder("Zahlen.csv"));
+  EXPECT_TRUE(csv.starts_with("\xEF\xBB\xBFModul;Routine;Art;")) << csv;
+  EXPECT_TRUE(csv.find("\r\nArtikel;Preis;Property Get;3;3;0;") != std::string::npos) << csv;
+
+  Trigger("mnuAnalyse_Unbenutztes");
+  QWidget& unused = *Window().findChild<QWidget*>("frmUnbenutztes");
+  QTreeView& all = *unused.findChild<QTreeView*>("lstListe");
+  EXPECT_EQ(all.model()->index(0, 5).data(), "möglich") << "one of two of that name";
+  LeaveProject();
+  EXPECT_EQ(Window().findChild<QWidget*>("frmUnbenutztes"), nullptr);
+}
+
 TEST(NameMatcher, BetterFitsComeFirst) {
   const struct {
     const char* typed;

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <string>
+#include <vector>
+
+#include "list_source.h"
+
+namespace quillmate::ui {
+
+/// A list as a model that sorts and filters by itself: what is not seen is no row.
+class ListModel : public QAbstractTableModel {
+ public:
+  ListModel(ListSource source, QObject* parent);
+
+  const ListSource& Source() const noexcept { return source_; }
+  /// The row of the source behind one of the model.
+  std::size_t SourceRow(int row) const { return shown_[static_cast<std::size_t>(row)]; }
+
+  /// Leaves the rows that have the text in one of their cells, in any case; an empty text leaves all.
+  void SetFilter(const QString& text);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  void sort(int column, Qt::SortOrder order) override;
+
+ private:
+  void ReadRows();
+  void Show();
+
+  ListSource source_;
+  /// Rows of the source in the order that is wanted, and those of them that the filter leaves.
+  std::vector<std::uint32_t> order_;
+  std::vector<std::uint32_t> shown_;
+  QString filter_;
+  /// The cells of each row in lower case, made when the first filter is typed.
+  std::vector<QString> folded_;
+};
+
+}  // namespace quillmate::ui

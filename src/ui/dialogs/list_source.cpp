@@ -1,0 +1,108 @@
+#include "list_source.h"
+
+#include <utility>
+
+#include <quillmate/checks/metrics.h>
+#include <quillmate/symbols/unused.h>
+
+#include "qt_text.h"
+#include "symbol_text.h"
+
+namespace quillmate::ui {
+namespace {
+
+using symbols::SymbolId;
+
+/// Room beside a title for the sign of the order.
+constexpr int kSortSign = 5;
+
+ListColumn Text(const char* title, int width) { return {FromUtf8(title), width, false, {}}; }
+ListColumn Number(std::string_view title, std::string_view explanation = {}) {
+  const QString text = FromUtf8(title);
+  return {text, static_cast<int>(text.size()) + kSortSign, true, FromUtf8(explanation)};
+}
+
+qlonglong ShownLine(const project::Understanding& known, symbols::Index module, std::uint32_t line) {
+  const std::uint32_t shown = known.ShownLine(module, line);
+  return shown > 0 ? shown : known.Index().EditorLine(module, line);
+}
+
+QVariant UnusedCell(const project::Understanding& known, const symbols::UnusedSymbol& unused, int column) {
+  const symbols::ReferenceIndex& index = known.Index();
+  const symbols::Symbol& symbol = index.SymbolAt(unused.symbol);
+  switch (column) {
+    case 0:
+      return ModuleText(index, symbol.module);
+    case 1:
+      return SymbolName(index, unused.symbol);
+    case 2:
+      return KindText(index, unused.symbol);
+    case 3:
+      return symbol.parent == symbols::kNone ? QString() : SymbolName(index, symbol.parent);
+    case 4:
+      return ShownLine(known, symbol.module, symbol.line);
+    case 5:
+      return FromUtf8(symbols::GermanWord(unused.grade));
+    case 6:
+      return FromUtf8(unused.reason);
+    default:
+      return unused.place == unused.reason ? QString() : FromUtf8(unused.place);
+  }
+}
+
+QVariant MetricCell(const project::Understanding& known, const checks::RoutineNumbers& numbers, int column) {
+  const symbols::ReferenceIndex& index = known.Index();
+  const SymbolId symbol = index.RoutineSymbol(numbers.module, numbers.routine);
+  const std::uint32_t values[] = {numbers.lines,      numbers.code,       numbers.comment,
+                                  numbers.statements, numbers.complexity, numbers.nesting,
+                                  numbers.parameters, numbers.fanIn,      numbers.fanOut};
+  switch (column) {
+    case 0:
+      return ModuleText(index, numbers.module);
+    case 1:
+      return symbol == symbols::kNone ? QStringLiteral("(ohne Namen)") : SymbolName(index, symbol);
+    case 2:
+      return symbol == symbols::kNone ? QString() : KindText(index, symbol);
+    default:
+      return static_cast<qlonglong>(values[column - 3]);
+  }
+}
+
+}  // namespace
+
+ListSource UnusedList(const std::shared_ptr<const project::Understanding>& known) {
+  auto found = std::make_shared<const std::vector<symbols::UnusedSymbol>>(symbols::FindUnused(known->Index()));
+  ListSource list;
+  list.name = QStringLiteral("frmUnbenutztes");
+  list.title = QStringLiteral("Unbenutztes");
+  list.nothing = QStringLiteral("Alles, was das Projekt deklariert, wird benutzt.");
+  list.columns = {Text("Modul", 20), Text("Name", 26),   Text("Art", 14),   Text("In", 20),
+                  Number("Zeile"),   Text("Klasse", 12), Text("Grund", 34), Text("Stelle", 24)};
+  list.rows = found->size();
+  list.cell = [known, found](std::size_t row, int column) { return UnusedCell(*known, (*found)[row], column); };
+  list.place = [known, found](std::size_t row) { return known->NameOf((*found)[row].symbol); };
+  return list;
+}
+
+ListSource MetricList(const std::shared_ptr<const project::Understanding>& known) {
+  auto found = std::make_shared<const checks::Metrics>(checks::Measure(known->Index()));
+  ListSource list;
+  list.name = QStringLiteral("frmKennzahlen");
+  list.title = QStringLiteral("Kennzahlen");
+  list.nothing = QStringLiteral("Das Projekt hat keine Routinen.");
+  list.columns = {Text("Modul", 20), Text("Routine", 30), Text("Art", 14)};
+  for (const checks::MetricDefinition& metric : checks::kRoutineDefinitions) {
+    list.columns.push_back(Number(metric.name, metric.definition));
+  }
+  list.rows = found->routines.size();
+  list.cell = [known, found](std::size_t row, int column) { return MetricCell(*known, found->routines[row], column); };
+  list.place = [known, found](std::size_t row) {
+    const checks::RoutineNumbers& numbers = found->routines[row];
+    const SymbolId symbol = known->Index().RoutineSymbol(numbers.module, numbers.routine);
+    const std::uint32_t first = known->Index().Code(numbers.module).routines[numbers.routine].firstLine;
+    return symbol == symbols::kNone ? project::TextStretch{{numbers.module, first, 1}, 0} : known->NameOf(symbol);
+  };
+  return list;
+}
+
+}  // namespace quillmate::ui

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <quillmate/project/understanding.h>
+
+/// The lists of the menu "Analyse" as rows that are made when they are seen.
+namespace quillmate::ui {
+
+struct ListColumn {
+  QString title;
+  /// In characters.
+  int width = 10;
+  bool isNumber = false;
+  /// What the column says, for its tooltip; may be empty.
+  QString explanation{};
+};
+
+struct ListSource {
+  /// Name of the window: "frmKennzahlen".
+  QString name;
+  QString title;
+  /// What stands in place of an empty list.
+  QString nothing;
+  std::vector<ListColumn> columns;
+  std::size_t rows = 0;
+  /// A text, or a number in the columns of numbers.
+  std::function<QVariant(std::size_t row, int column)> cell;
+  /// Where a row leads.
+  std::function<project::TextStretch(std::size_t row)> place;
+};
+
+/// Everything that nothing uses, of every kind, with the reason.
+ListSource UnusedList(const std::shared_ptr<const project::Understanding>& known);
+/// Size, branching and coupling of every routine.
+ListSource MetricList(const std::shared_ptr<const project::Understanding>& known);
+
+}  // namespace quillmate::ui

@@ -1,0 +1,155 @@
+#include "list_window.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLocale>
+#include <QPushButton>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <utility>
+
+#include <quillmate/export/csv.h>
+
+#include "qt_text.h"
+
+namespace quillmate::ui {
+namespace {
+
+constexpr QSize kStartSize(1000, 560);
+
+}  // namespace
+
+ListWindow::ListWindow(QWidget* parent, const ListDesk& desk, ListSource source)
+    : QDialog(parent, Qt::Window),
+      desk_(desk),
+      model_(new ListModel(std::move(source), this)),
+      filter_(new QLineEdit),
+      count_(new QLabel),
+      list_(new QTreeView) {
+  setObjectName(model_->Source().name);
+  setAttribute(Qt::WA_DeleteOnClose);
+  setWindowTitle(model_->Source().title);
+  resize(kStartSize.boundedTo(screen()->availableSize() * 9 / 10));
+  filter_->setObjectName(QStringLiteral("txtListe"));
+  filter_->setAccessibleName(QStringLiteral("Filter der Liste"));
+  filter_->setPlaceholderText(QStringLiteral("Nur Zeilen mit diesem Text"));
+  filter_->setClearButtonEnabled(true);
+  filter_->installEventFilter(this);
+  count_->setObjectName(QStringLiteral("lblListe"));
+  count_->setTextFormat(Qt::PlainText);
+  list_->setObjectName(QStringLiteral("lstListe"));
+  list_->setAccessibleName(model_->Source().title);
+  list_->setRootIsDecorated(false);
+  list_->setUniformRowHeights(true);
+  list_->setAllColumnsShowFocus(true);
+  list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  list_->setModel(model_);
+  list_->header()->setSortIndicator(-1, Qt::AscendingOrder);
+  list_->setSortingEnabled(true);
+  const int character = list_->fontMetrics().averageCharWidth();
+  for (std::size_t column = 0; column < model_->Source().columns.size(); ++column) {
+    list_->header()->resizeSection(static_cast<int>(column), model_->Source().columns[column].width * character);
+  }
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(count_);
+  layout->addWidget(filter_);
+  layout->addWidget(list_, 1);
+  layout->addWidget(MakeButtons());
+  connect(filter_, &QLineEdit::textChanged, this, [this](const QString& text) {
+    model_->SetFilter(text.trimmed());
+    ShowCount();
+  });
+  connect(list_, &QTreeView::clicked, this, &ListWindow::Choose);
+  connect(list_, &QTreeView::activated, this, &ListWindow::Choose);
+  ShowCount();
+  filter_->setFocus();
+}
+
+QWidget* ListWindow::MakeButtons() {
+  auto* row = new QWidget;
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addStretch();
+  const auto add = [this, layout](const char* name, const char* caption, auto&& run) {
+    auto* button = new QPushButton(QString::fromUtf8(caption));
+    button->setObjectName(QString::fromLatin1(name));
+    button->setAutoDefault(false);
+    layout->addWidget(button);
+    connect(button, &QPushButton::clicked, this, run);
+    return button;
+  };
+  QPushButton* copy =
+      add("cmdKopieren", "&Kopieren", [this] { desk_.interaction.Guarded([this] { CopyList(desk_, Texts()); }); });
+  QPushButton* save = add("cmdSpeichern", "S&peichern ...", [this] {
+    desk_.interaction.Guarded([this] { SaveList(desk_, model_->Source().title, Texts()); });
+  });
+  add("cmdSchliessen", "S&chließen", [this] { close(); });
+  copy->setDisabled(model_->Source().rows == 0);
+  save->setDisabled(model_->Source().rows == 0);
+  return row;
+}
+
+void ListWindow::ShowCount() {
+  const std::size_t all = model_->Source().rows;
+  const auto shown = static_cast<std::size_t>(model_->rowCount());
+  const QLocale numbers;
+  count_->setText(all == 0       ? model_->Source().nothing
+                  : shown == all ? QStringLiteral("Zeilen: ") + numbers.toString(all)
+                  : shown == 0
+                      ? QStringLiteral("Keine Zeile enthält diesen Text.")
+                      : QStringLiteral("Zeilen: %1 von %2").arg(numbers.toString(shown), numbers.toString(all)));
+}
+
+void ListWindow::Choose(const QModelIndex& index) {
+  if (index.isValid()) emit PlaceChosen(model_->Source().place(model_->SourceRow(index.row())));
+}
+
+ListTexts ListWindow::Texts() const {
+  const auto each = [this](const std::function<void(const std::vector<QVariant>&)>& row) {
+    for (int at = 0; at < model_->rowCount(); ++at) {
+      std::vector<QVariant> cells;
+      for (int column = 0; column < model_->columnCount(); ++column) {
+        cells.push_back(model_->Source().cell(model_->SourceRow(at), column));
+      }
+      row(cells);
+    }
+  };
+  return {[each] {
+            std::string text;
+            each([&text](const std::vector<QVariant>& cells) {
+              for (const QVariant& cell : cells) text += ToUtf8(cell.toString()) + '\t';
+              text.back() = '\n';
+            });
+            return text;
+          },
+          [each, this] {
+            std::string csv(output::kCsvStart);
+            output::CsvRow head(csv);
+            for (const ListColumn& column : model_->Source().columns) head.Text(ToUtf8(column.title));
+            head.End();
+            each([&](const std::vector<QVariant>& cells) {
+              output::CsvRow row(csv);
+              for (std::size_t column = 0; column < cells.size(); ++column) {
+                if (model_->Source().columns[column].isNumber) {
+                  row.Number(cells[column].toLongLong());
+                } else {
+                  row.Text(ToUtf8(cells[column].toString()));
+                }
+              }
+              row.End();
+            });
+            return csv;
+          }};
+}
+
+bool ListWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Down) {
+    list_->setFocus();
+    if (!list_->currentIndex().isValid()) list_->setCurrentIndex(model_->index(0, 0));
+    return true;
+  }
+  return QDialog::eventFilter(watched, event);
+}
+
+}  // namespace quillmate::ui
