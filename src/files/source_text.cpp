@@ -37,18 +37,26 @@ DecodedText FromUtf16(const std::u16string& utf16) {
   return text;
 }
 
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kLittleEndianMark = "\xFF\xFE";
+constexpr std::string_view kBigEndianMark = "\xFE\xFF";
+
 DecodedText DecodeBytes(std::string_view bytes) {
-  constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-  constexpr std::string_view kLittleEndianMark = "\xFF\xFE";
-  constexpr std::string_view kBigEndianMark = "\xFE\xFF";
   if (bytes.starts_with(kUtf8Mark)) return FromUtf8(bytes.substr(kUtf8Mark.size()));
   if (bytes.starts_with(kLittleEndianMark)) return FromUtf16(Utf16FromBytes(bytes.substr(2), false));
   if (bytes.starts_with(kBigEndianMark)) return FromUtf16(Utf16FromBytes(bytes.substr(2), true));
-  if (HasMultiByte(bytes) && text::IsValidUtf8(bytes)) return FromUtf8(bytes);
+  if (!IsSingleByteText(bytes)) return FromUtf8(bytes);
   return {std::string(bytes), 0, {}};
 }
 
 }  // namespace
+
+bool IsSingleByteText(std::string_view bytes) noexcept {
+  for (const std::string_view mark : {kUtf8Mark, kLittleEndianMark, kBigEndianMark}) {
+    if (bytes.starts_with(mark)) return false;
+  }
+  return !HasMultiByte(bytes) || !text::IsValidUtf8(bytes);
+}
 
 DecodedText DecodeWithOriginal(std::string_view bytes) {
   DecodedText text = DecodeBytes(bytes);

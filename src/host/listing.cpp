@@ -10,6 +10,7 @@
 #include <quillmate/language/parse.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
+#include <quillmate/workers/ordered_work.h>
 
 #include "listing_p.h"
 #include "source_file_p.h"
@@ -136,6 +137,16 @@ void TakeReferences(const std::vector<office::VbaReference>& references, std::st
   }
 }
 
+/// Fills in what the module's file says of it, or says why it can't be read.
+std::string LookAt(ListedModule& module) {
+  std::string buffer;
+  const SourceBytes content = ReadSourceFile(module.path, buffer);
+  if (!content.problem.empty()) return content.problem;
+  const office::ModuleFile file = office::SummarizeModuleFile(content.bytes, module.extension);
+  module.component = {NameOf(module, file), file.type, file.lineCount, files::PathText(module.path)};
+  return {};
+}
+
 class Lister {
  public:
   explicit Lister(bool excel4) : options_{.facts = true, .excel4 = excel4} {}
@@ -151,13 +162,13 @@ class Lister {
   void TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office::OfficeFile read, bool inFolder);
 
   void CollectFolder(const fs::path& folder, FolderContent& all);
-  /// Whatever is opened goes through these two.
+  /// Whatever is opened goes through these two, or AddModules.
   SourceBytes ReadBytes(const fs::path& file);
   office::OfficeFile ReadOffice(const fs::path& file);
   std::optional<ListedProject> ReadVbProject(const fs::path& file);
   /// False for a file that an earlier source has given already.
   bool IsNew(const fs::path& file) { return seen_.insert(file.native()).second; }
-  void AddModule(ListedModule module, ListedProject& project);
+  void AddModules(std::vector<ListedModule> modules, ListedProject& project);
   void AddProject(ListedProject project);
   void AddProblem(const fs::path& path, std::string reason);
 
@@ -227,9 +238,11 @@ void Lister::ListFolder(const fs::path& folder) {
     }
     vbProjects.push_back(std::move(*vbProject));
   }
+  std::vector<ListedModule> modules;
   for (const fs::path& file : content.files) {
-    if (!taken.contains(file.native()) && IsNew(file)) AddModule({{}, file, ExtensionOf(file), {}, {}}, project);
+    if (!taken.contains(file.native()) && IsNew(file)) modules.push_back({{}, file, ExtensionOf(file), {}, {}});
   }
+  AddModules(std::move(modules), project);
   AddProject(std::move(project));
   for (ListedProject& vbProject : vbProjects) AddProject(std::move(vbProject));
   for (const fs::path& file : content.officeFiles) {
@@ -258,13 +271,14 @@ std::optional<ListedProject> Lister::ReadVbProject(const fs::path& file) {
   project.facts.host = "vb6";
   TakeReferences(vbProject.references, vbProject.constants, project.facts);
   ProjectPaths paths(file.parent_path());
+  std::vector<ListedModule> modules;
   for (const VbProjectModule& entry : vbProject.modules) {
-    ListedModule module;
+    ListedModule& module = modules.emplace_back();
     module.path = paths.Resolve(entry.file);
     module.extension = entry.extension;
     module.givenName = text::CodeFromUtf8(entry.name);
-    AddModule(std::move(module), project);
   }
+  AddModules(std::move(modules), project);
   return project;
 }
 
@@ -272,7 +286,7 @@ void Lister::ListModuleFile(const fs::path& file) {
   ListedProject project;
   project.project.name = CodeOfPath(file.stem());
   project.project.fileName = files::PathText(file);
-  AddModule({{}, file, ExtensionOf(file), {}, {}}, project);
+  AddModules({{{}, file, ExtensionOf(file), {}, {}}}, project);
   AddProject(std::move(project));
 }
 
@@ -323,12 +337,31 @@ void Lister::CollectFolder(const fs::path& folder, FolderContent& all) {
   for (const fs::path& inner : content.folders) CollectFolder(inner, all);
 }
 
-void Lister::AddModule(ListedModule module, ListedProject& project) {
-  const SourceBytes content = ReadBytes(module.path);
-  if (!content.problem.empty()) return AddProblem(module.path, content.problem);
-  const office::ModuleFile file = office::SummarizeModuleFile(content.bytes, module.extension);
-  module.component = {NameOf(module, file), file.type, file.lineCount, files::PathText(module.path)};
-  project.modules.push_back(std::move(module));
+/// Looks at the files on all cores.
+void Lister::AddModules(std::vector<ListedModule> modules, ListedProject& project) {
+  std::vector<std::string> problems(modules.size());
+  workers::OrderedWork work;
+  for (std::size_t i = 0; i < modules.size(); ++i) {
+    while (work.IsFull()) work.FinishFirst();
+    ListedModule& module = modules[i];
+    listing_.files.push_back(module.path);
+    work.Add(
+        [&module, &problem = problems[i]] {
+          problem = LookAt(module);
+          return std::size_t{0};
+        },
+        [&](const std::exception_ptr& failure) {
+          if (failure) std::rethrow_exception(failure);
+        });
+  }
+  work.FinishAll();
+  for (std::size_t i = 0; i < modules.size(); ++i) {
+    if (problems[i].empty()) {
+      project.modules.push_back(std::move(modules[i]));
+    } else {
+      AddProblem(modules[i].path, std::move(problems[i]));
+    }
+  }
 }
 
 void Lister::AddProject(ListedProject project) {

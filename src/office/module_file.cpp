@@ -50,6 +50,9 @@ bool IsPlainAscii(std::string_view bytes) noexcept {
 }
 
 bool IsAttributeLine(std::string_view line) noexcept {
+  std::size_t first = 0;
+  while (first < line.size() && line[first] == ' ') ++first;
+  if (first == line.size() || (line[first] != 'A' && line[first] != 'a')) return false;
   return text::StartsWithIgnoreCase(text::TrimLeft(line), kAttribute);
 }
 
@@ -224,12 +227,47 @@ class HiddenCollector {
   std::vector<HiddenLines> lines_;
 };
 
+/// Joins lines with CR LF; those that lie together like that in their source are copied at once.
+class LineJoiner {
+ public:
+  explicit LineJoiner(std::string& text) noexcept : text_(text) {}
+
+  void Add(std::string_view line) {
+    const bool follows = !first_ && Between(line) == text::kLineBreak;
+    if (follows) {
+      run_ = {run_.data(), static_cast<std::size_t>(line.data() + line.size() - run_.data())};
+      return;
+    }
+    Flush();
+    if (!first_) text_ += text::kLineBreak;
+    run_ = line;
+    first_ = false;
+  }
+  void Flush() {
+    text_ += run_;
+    run_ = {};
+  }
+
+ private:
+  /// What stands in front of the line from the end of the run on, if that is not more than a line break.
+  std::string_view Between(std::string_view line) const noexcept {
+    const char* const end = run_.data() + run_.size();
+    const std::ptrdiff_t length = line.data() - end;
+    return run_.data() == nullptr || length != 2 ? std::string_view() : std::string_view(end, 2);
+  }
+
+  std::string& text_;
+  std::string_view run_;
+  bool first_ = true;
+};
+
 /// In the encoding of the text; with `summary` only the number of lines.
 EditorText TakeLines(const Parts& parts, bool summary, Attributes& attributes) {
   EditorText text;
   HiddenCollector hidden;
+  LineJoiner joiner(text.code);
   if (!summary) {
-    text.code.reserve(parts.body.size() + parts.body.size() / 16);
+    text.code.reserve(parts.body.size());
     hidden.AddHeader(parts);
   }
   text::LineReader lines(parts.body);
@@ -240,12 +278,10 @@ EditorText TakeLines(const Parts& parts, bool summary, Attributes& attributes) {
       if (!summary) hidden.Add(line, counter.lines + 1);
       continue;
     }
-    if (!summary) {
-      if (counter.lines > 0) text.code += text::kLineBreak;
-      text.code += line;
-    }
+    if (!summary) joiner.Add(line);
     counter.Add(line);
   }
+  joiner.Flush();
   text.lineCount = counter.Count();
   if (text.code.ends_with(text::kLineBreak)) text.code.resize(text.code.size() - text::kLineBreak.size());
   text.hidden = hidden.Take();
@@ -293,8 +329,8 @@ bool IsUtf16(std::string_view bytes) noexcept { return bytes.starts_with("\xFF\x
 }  // namespace
 
 ModuleFile ParseModuleFile(std::string_view bytes, std::string_view extension) {
-  // Most files are plain ASCII, which needs no decoding; the line reader takes every line break.
-  if (IsPlainAscii(bytes)) return TakeApart(bytes, {}, extension, false);
+  // Most files need no decoding; the line reader takes every line break.
+  if (files::IsSingleByteText(bytes)) return TakeApart(bytes, {}, extension, false);
   const files::DecodedText text = files::DecodeWithOriginal(bytes);
   return TakeApart(text.code, text.original, extension, false);
 }

@@ -13,6 +13,9 @@ namespace quillmate::files {
 /// LF alone and CR alone become CR LF.
 std::string DecodeSourceText(std::string_view bytes);
 
+/// True for bytes that are Windows-1252 already: decoding would only make all line breaks CR LF.
+bool IsSingleByteText(std::string_view bytes) noexcept;
+
 /// A text as code, and as it is where code can't hold all of it.
 struct DecodedText {
   std::string code;
