@@ -10,8 +10,7 @@ struct ComHost::State {
   [[noreturn]] void Fail() const { throw HostError(name + " ist nicht geöffnet"); }
 };
 
-ComHost::ComHost(std::string name, std::chrono::milliseconds)
-    : state_(std::make_unique<State>(State{std::move(name)})) {}
+ComHost::ComHost(std::string name, Patience) : state_(std::make_unique<State>(State{std::move(name)})) {}
 ComHost::~ComHost() = default;
 
 bool ComHost::Attach() { return false; }

@@ -22,9 +22,6 @@ constexpr const char* kProjectGone = "Das Projekt ist nicht mehr vorhanden";
 constexpr const char* kModulesWithheld = "Das Projekt gibt seine Module nicht heraus";
 constexpr const char* kModuleGone = "Das Modul ist nicht mehr vorhanden";
 
-/// A call is given up after this many times the patience with a busy host.
-constexpr int kPatienceWithSilence = 10;
-
 std::string CodeOf(std::wstring_view wide) { return text::CodeFromUtf16(std::u16string(wide.begin(), wide.end())); }
 
 bool Same(const HostProject& a, const HostProject& b) { return a.name == b.name && a.fileName == b.fileName; }
@@ -41,8 +38,8 @@ std::string AskedLines(std::wstring_view lines, int count) {
 }  // namespace
 
 struct ComHost::State {
-  State(std::string hostName, std::chrono::milliseconds busyPatience)
-      : name(std::move(hostName)), patience(busyPatience), calls(name, patience) {}
+  State(std::string hostName, Patience hostPatience)
+      : name(std::move(hostName)), patience(hostPatience), calls(name, patience.withBusy) {}
 
   struct OpenProject {
     ComObject project;
@@ -57,7 +54,7 @@ struct ComHost::State {
   };
 
   std::string name;
-  std::chrono::milliseconds patience;
+  Patience patience;
   ComCalls calls;
   std::optional<ComApartment> apartment;
   std::optional<ComObject> projects;
@@ -88,7 +85,7 @@ struct ComHost::State {
 bool ComHost::State::Attach() {
   Release();
   problem.clear();
-  apartment.emplace(patience * kPatienceWithSilence);
+  apartment.emplace(patience.withSilence);
   calls.ForgetMembers();
   const std::wstring progId = std::wstring(name.begin(), name.end()) + L".Application";
   const std::optional<ComObject> application = calls.Running(progId);
@@ -227,8 +224,7 @@ int ComHost::State::LineCount(const ComObject& component, const std::string& cal
 
 void ComHost::State::AddProblem(const std::string& line) { problem += problem.empty() ? line : "\r\n" + line; }
 
-ComHost::ComHost(std::string name, std::chrono::milliseconds patience)
-    : state_(std::make_unique<State>(std::move(name), patience)) {}
+ComHost::ComHost(std::string name, Patience patience) : state_(std::make_unique<State>(std::move(name), patience)) {}
 
 ComHost::~ComHost() { Release(); }
 

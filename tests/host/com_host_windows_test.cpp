@@ -27,8 +27,9 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using Texts = std::vector<std::string>;
 
-/// A host that stays busy costs this much time; a silent one is given up after ten times as long.
-constexpr auto kImpatient = 500ms;
+/// Whoever stays busy is asked once; whoever is only slow, like the machine, is waited for.
+constexpr ComHost::Patience kAskOnce{0ms, 1h};
+constexpr ComHost::Patience kPatient{1h, 1h};
 
 /// "key text: image text, image text; ..." of each project with its modules.
 std::string Nodes(const HostTree& tree) {
@@ -73,7 +74,7 @@ TEST_F(RunningHost, EachEditionSeesItsOwnProgram) {
   for (const std::string edition : {"Excel", "Word", "Access", "PowerPoint", "VisualBasic"}) {
     SCOPED_TRACE(edition);
     const StandInHost standIn("--locked --unsaved --edition " + edition);
-    ComHost host(edition);
+    ComHost host(edition, kPatient);
     const bool isAccess = edition == "Access";
     const ListResult result = ListHostProjects(host, isAccess, tree_);
     EXPECT_TRUE(result.attached);
@@ -116,7 +117,7 @@ TEST_F(RunningHost, WhyThereIsNothingToList) {
   for (const auto& each : cases) {
     SCOPED_TRACE(each.standIn);
     const StandInHost standIn(each.standIn);
-    ComHost host("Excel", kImpatient);
+    ComHost host("Excel", kAskOnce);
     const ListResult result = List(host);
     EXPECT_EQ(result.attached, each.attached);
     EXPECT_EQ(result.version, each.version);
@@ -129,7 +130,7 @@ TEST_F(RunningHost, WhyThereIsNothingToList) {
 
 TEST_F(RunningHost, ABusyProgramIsAskedAgain) {
   const StandInHost standIn("--busy 7");
-  ComHost host("Excel");
+  ComHost host("Excel", kPatient);
   EXPECT_TRUE(List(host).attached) << host.Problem();
   EXPECT_EQ(tree_.projects.size(), 1U);
 }
@@ -148,7 +149,7 @@ TEST_F(RunningHost, WhatIsWithheldHidesNothingElse) {
   };
   for (const auto& each : cases) {
     const StandInHost standIn(each.standIn);
-    ComHost host("Excel");
+    ComHost host("Excel", kPatient);
     const ListResult result = List(host);
     EXPECT_TRUE(result.attached);
     EXPECT_EQ(result.problem, each.problem);
@@ -171,7 +172,7 @@ TEST_F(RunningHost, FailedReadsSayWhatHappened) {
   for (const auto& each : cases) {
     SCOPED_TRACE(each.standIn);
     StandInHost standIn(each.standIn);
-    ComHost host("Excel", 20ms);
+    ComHost host("Excel", kPatient);
     EXPECT_TRUE(List(host).attached);
     const ReadReport report = Read(host, Ticked(tree_, each.module));
     EXPECT_EQ(report.outcome, ReadOutcome::kFailed);
@@ -187,7 +188,7 @@ TEST_F(RunningHost, FailedReadsSayWhatHappened) {
 TEST_F(RunningHost, ClosedProjectsLeadToNoOtherOnes) {
   // Both projects behind the closed one move up; its modules' place holds another module then.
   const StandInHost standIn("--many 2 --unsaved --vanish Tabelle1 --close Großprojekt");
-  ComHost host("Excel");
+  ComHost host("Excel", kPatient);
   EXPECT_TRUE(List(host).attached);
   ReadReport report = Read(host, Ticked(tree_, "Modul1"));
   EXPECT_EQ(report.outcome, ReadOutcome::kFailed);
@@ -211,7 +212,7 @@ TEST_F(RunningHost, TheSampleGivesTheSameIndexAsItsFiles) {
   const fs::path samples = tests::SourceFolder() / "samples";
   const Texts sources{files::PathText(samples / "Lagerverwaltung"), files::PathText(samples / "Kasse/Kasse.vbp")};
   const StandInHost standIn("--sources \"" + sources[0] + "\" \"" + sources[1] + "\"");
-  ComHost host("Excel");
+  ComHost host("Excel", kPatient);
   EXPECT_TRUE(List(host).attached);
   EXPECT_EQ(tree_.projects.size(), 2U);
   ReadReport report = Read(host, Ticked(tree_));
@@ -232,7 +233,7 @@ TEST_F(RunningHost, TheSampleGivesTheSameIndexAsItsFiles) {
 
 TEST_F(RunningHost, AModuleIsOneCall) {
   StandInHost standIn("--many 50 --long 20000");
-  ComHost host("Excel");
+  ComHost host("Excel", kPatient);
   EXPECT_TRUE(List(host).attached);
   ASSERT_EQ(tree_.projects.size(), 2U);
   EXPECT_EQ(tree_.projects[1].modules.size(), 51U);

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include <quillmate/host/host_automation.h>
 
@@ -12,9 +13,8 @@ namespace quillmate::host {
 /// name + ".Application", never started, and only ever asked. Elsewhere than on Windows attaching fails.
 ///
 /// Everything happens on the calling thread, which becomes a single-threaded apartment unless it is an apartment
-/// already. A program that is busy (a cell being edited, a dialog open) is asked again until `patience` is over, and
-/// one that does not answer a call is given up after ten times as long; both are a HostError then, as is a program that
-/// ends in the middle.
+/// already. A program that is busy (a cell being edited, a dialog open) is asked again, and one that does not answer a
+/// call waited for, as long as the patience lasts; both are a HostError then, as is a program that ends in the middle.
 ///
 /// Attaching fails when the program does not run and when it refuses the access to its projects; Version tells the two
 /// apart, and Problem says what it is. A module that gives no code is listed with 0 lines, a project that gives no
@@ -24,8 +24,14 @@ namespace quillmate::host {
 /// it is looked for by its name and file.
 class ComHost : public HostAutomation {
  public:
+  struct Patience {
+    std::chrono::milliseconds withBusy{4000};
+    std::chrono::milliseconds withSilence{40000};
+  };
+
   /// The edition's host, such as "Excel"; ASCII.
-  explicit ComHost(std::string name, std::chrono::milliseconds patience = std::chrono::seconds(4));
+  explicit ComHost(std::string name) : ComHost(std::move(name), Patience()) {}
+  ComHost(std::string name, Patience patience);
   ~ComHost() override;
 
   bool Attach() override;
