@@ -64,6 +64,7 @@ void ForEachHit(ProjectInput& input, const Matcher& matcher, const std::function
       if (!name) name = ModuleName(database, number);
       visit({number, *name, view.LineAt(match.position), view, match});
     });
+    views.Forget(i);
   }
 }
 

@@ -54,6 +54,10 @@ bool CodeViews::IsRead(codedb::ViewIndex index) const noexcept {
   return position < slots_.size() && slots_[position] != nullptr;
 }
 
+void CodeViews::Forget(codedb::ViewIndex index) noexcept {
+  if (IsRead(index)) slots_[static_cast<std::size_t>(index.value)].reset();
+}
+
 CodeViews::Slot& CodeViews::Read(codedb::ViewIndex index) {
   std::unique_ptr<Slot>& slot = slots_.at(static_cast<std::size_t>(index.value));
   if (slot == nullptr) {

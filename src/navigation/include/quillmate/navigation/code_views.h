@@ -34,6 +34,9 @@ class CodeViews {
   const std::vector<StyleRun>& Runs(codedb::ViewIndex index);
   /// True when the view's text has been read.
   bool IsRead(codedb::ViewIndex index) const noexcept;
+  /// Gives up a view that nobody holds any more, with caret and selection: who looks through all of a large project
+  /// once keeps only one in memory. It is read anew when it is asked for again.
+  void Forget(codedb::ViewIndex index) noexcept;
 
  private:
   struct Slot {
