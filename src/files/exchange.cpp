@@ -107,13 +107,15 @@ std::error_code CopyBytes(OpenFile& from, OpenFile& to) {
   }
 }
 
-/// The target is never shorter in between than it has to be: the room that it has is what a full disk leaves it.
+/// The target is never shorter in between than it has to be: the room that it has is what a full disk leaves it. It is
+/// cut off only when all bytes have reached the disk, since it might not grow again.
 std::error_code CopyOver(const fs::path& from, const fs::path& to, WriteMode mode) {
   std::error_code error;
   OpenFile source = OpenToRead(from, error);
   if (error) return error;
   OpenFile target = OpenToWrite(to, mode, error);
   if (!error) error = CopyBytes(source, target);
+  if (!error) error = target.Flush();
   if (!error) error = target.CutHere();
   if (!error) error = target.Flush();
   return error ? error : target.Close();
