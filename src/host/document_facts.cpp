@@ -8,6 +8,7 @@
 
 #include <quillmate/language/parse.h>
 #include <quillmate/office/macro_target.h>
+#include <quillmate/text/operations.h>
 
 #include "document_facts_p.h"
 
@@ -70,7 +71,7 @@ void TakeDocumentFacts(const office::DocumentFacts& document, codedb::ProjectFac
     if (!value.empty()) facts.document.push_back({property, std::move(value)});
   };
   for (const TextRow& row : kTexts) add(row.property, document.properties.*row.field);
-  if (document.isSigned) add("Signatur", "vorhanden, nicht geprüft");
+  if (document.isSigned) add("Signatur", *document.isSigned ? "vorhanden, nicht geprüft" : "keine");
   if (document.defaultPassword) add("Verschlüsselung", "mit dem Kennwort, das jedes Office von selbst versucht");
   for (const office::Sheet& sheet : document.sheets) {
     if (sheet.visibility == office::Sheet::Visibility::kHidden) add("Ausgeblendetes Blatt", sheet.name);
@@ -105,12 +106,13 @@ DocumentModules ModulesOf(const office::DocumentFacts& document) {
   for (const office::Sheet& sheet : document.sheets) {
     if (!sheet.codeName.empty()) at(sheet.codeName).outsideName = sheet.name;
   }
+  // "Formular frmKunde: ..." says that something of it is not known.
+  std::unordered_set<std::string> unclear;
+  for (const std::string& notice : document.notices) unclear.emplace(text::TextBefore(notice, ":"));
   for (const office::Form& form : document.forms) {
     DocumentModule& module = at(form.module);
     module.outsideName = form.caption;
-    const std::string part = "Formular " + form.module + ":";
-    module.controlsKnown = std::none_of(document.notices.begin(), document.notices.end(),
-                                        [&](const std::string& notice) { return notice.starts_with(part); });
+    module.controlsKnown = !unclear.contains("Formular " + form.module);
   }
   for (const office::Control& control : document.controls) at(control.module).controls.push_back(FactOf(control));
   return modules;

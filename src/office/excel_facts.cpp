@@ -9,7 +9,6 @@
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 
-#include "evidence_stream_p.h"
 #include "excel_facts_p.h"
 #include "excel_records_p.h"
 #include "xml_reader_p.h"
@@ -37,12 +36,6 @@ Sheet::Visibility VisibilityOf(std::string_view state) noexcept {
 }
 
 bool IsTrue(std::string_view value) noexcept { return value == "1" || value == "true"; }
-
-const Relation* RelationById(const std::vector<Relation>& relations, std::string_view id) noexcept {
-  const auto found =
-      std::find_if(relations.begin(), relations.end(), [&](const Relation& relation) { return relation.id == id; });
-  return found == relations.end() ? nullptr : &*found;
-}
 
 bool IsRecordPart(std::string_view part) noexcept {
   constexpr std::string_view kEnding = ".bin";
@@ -102,21 +95,15 @@ class FormulaList {
 
 }  // namespace
 
-std::unique_ptr<ByteStream> ExcelFacts::Open(const std::string& part) {
-  std::unique_ptr<ByteStream> stream = left_ == 0 ? nullptr : package_.Open(part);
-  return stream == nullptr ? nullptr : std::make_unique<EvidenceStream>(std::move(stream), left_);
-}
-
 void ExcelFacts::Read(std::string_view workbookPart) {
   ReadWorkbook(workbookPart);
   for (SheetPart& sheet : sheets_) {
     ReadSheet(sheet);
-    if (left_ == 0) collector_.Notice("Die Blätter sind sehr groß und wurden nur zum Teil durchsucht");
     ReadRelated(sheet);
     collector_.Facts().sheets.push_back(std::move(sheet.sheet));
   }
   SetEntry();
-  collector_.Facts().controlsKnown = whole_ && left_ > 0;
+  collector_.Facts().controlsKnown = whole_ && !package_.Exhausted();
 }
 
 /// "Makro1!$A$1" is where the macro sheet begins when the workbook is opened.
@@ -136,11 +123,12 @@ void ExcelFacts::SetEntry() {
 
 void ExcelFacts::ReadWorkbook(std::string_view part) {
   const std::vector<Relation> relations = package_.RelationsOf(part);
+  const RelationIndex relationsById(relations);
   ReadExternalLinks(relations);
-  const std::unique_ptr<ByteStream> stream = Open(std::string(part));
+  const std::unique_ptr<ByteStream> stream = package_.Open(std::string(part));
   if (stream == nullptr) return;
   const auto take = [&](Sheet sheet, std::string_view relationId) {
-    const Relation* relation = RelationById(relations, relationId);
+    const Relation* relation = relationsById.Find(relationId);
     if (relation == nullptr || relation->external) return;
     TakeSheet({std::move(sheet), relation->target, relation->type});
   };
@@ -202,7 +190,7 @@ bool ExcelFacts::HasMacroNames() const noexcept {
 }
 
 void ExcelFacts::ReadSheet(SheetPart& sheet) {
-  const std::unique_ptr<ByteStream> stream = Open(sheet.part);
+  const std::unique_ptr<ByteStream> stream = package_.Open(sheet.part);
   if (stream == nullptr) return void(whole_ = false);
   const bool macroSheet = sheet.sheet.kind == Sheet::Kind::kMacro;
   std::vector<std::string> controls;
@@ -234,6 +222,7 @@ void ExcelFacts::TakeFormula(std::string_view formula, std::string_view kind, co
 void ExcelFacts::ReadSheetXml(ByteStream& stream, SheetPart& sheet, bool macroSheet,
                               std::vector<std::string>& controls) {
   const std::vector<Relation> activeX = ControlsOf(sheet);
+  const RelationIndex activeXById(activeX);
   const bool wanted = collector_.Names().HasCellFunctions() || macroSheet || !activeX.empty();
   XmlReader xml(stream);
   Excel4Sheet excel4;
@@ -253,7 +242,7 @@ void ExcelFacts::ReadSheetXml(ByteStream& stream, SheetPart& sheet, bool macroSh
     } else if (name == "sheetPr") {
       sheet.sheet.codeName = xml.Attribute("codeName").value_or("");
     } else if (name == "control") {
-      const bool isActiveX = RelationById(activeX, xml.PrefixedAttribute("id").value_or("")) != nullptr;
+      const bool isActiveX = activeXById.Find(xml.PrefixedAttribute("id").value_or("")) != nullptr;
       if (isActiveX && controls.size() < kMostFacts) controls.push_back(xml.Attribute("name").value_or(""));
     } else if (name == "f" && inCells) {
       std::string formula = xml.Text(kLongestFormula);
@@ -305,7 +294,7 @@ void ExcelFacts::ReadRelated(const SheetPart& sheet) {
     if (relation.type == "table") ReadTable(relation.target, sheet);
     const bool drawing = relation.type == "drawing";
     if (!drawing && relation.type != "vmlDrawing") continue;
-    const std::unique_ptr<ByteStream> stream = Open(relation.target);
+    const std::unique_ptr<ByteStream> stream = package_.Open(relation.target);
     if (stream == nullptr) continue;
     if (!drawing) {
       ReadVml(*stream, sheet.sheet.name, collector_);
@@ -315,7 +304,7 @@ void ExcelFacts::ReadRelated(const SheetPart& sheet) {
     for (const Relation& chart : package_.RelationsOf(relation.target)) {
       if (chart.type != "chart" || chart.external) continue;
       for (const Relation& shapes : package_.RelationsOf(chart.target)) {
-        const auto inChart = shapes.type == "chartUserShapes" ? Open(shapes.target) : nullptr;
+        const auto inChart = shapes.type == "chartUserShapes" ? package_.Open(shapes.target) : nullptr;
         if (inChart != nullptr) ReadDrawing(*inChart, sheet.sheet.name, false, collector_);
       }
     }
@@ -324,7 +313,7 @@ void ExcelFacts::ReadRelated(const SheetPart& sheet) {
 
 void ExcelFacts::ReadTable(const std::string& part, const SheetPart& sheet) {
   if (!collector_.Names().HasCellFunctions()) return;
-  const std::unique_ptr<ByteStream> stream = IsRecordPart(part) ? nullptr : Open(part);
+  const std::unique_ptr<ByteStream> stream = IsRecordPart(part) ? nullptr : package_.Open(part);
   if (stream == nullptr) return;
   XmlReader xml(*stream);
   std::string column;

@@ -12,7 +12,6 @@
 namespace quillmate::office {
 
 /// What is unpacked of a document's parts in search of evidence, all of them together.
-inline constexpr std::uint64_t kMostEvidence = std::uint64_t{2} << 30U;
 
 /// A sheet and where it lies.
 struct SheetPart {
@@ -47,15 +46,12 @@ class ExcelFacts {
   void ReadExternalLinks(const std::vector<Relation>& relations);
   void SetEntry();
   bool HasMacroNames() const noexcept;
-  /// Nothing when there is none, or nothing more may be unpacked.
-  std::unique_ptr<ByteStream> Open(const std::string& part);
 
   const OpcPackage& package_;
   FactsCollector& collector_;
   bool excel4_;
   /// False when a part is missing.
   bool whole_ = true;
-  std::uint64_t left_ = kMostEvidence;
   std::vector<SheetPart> sheets_;
   /// Of names in records, in their order: the name where it stands for a macro, else empty.
   std::vector<std::string> macroNames_;

@@ -19,7 +19,7 @@ constexpr std::size_t kLongestTarget = 1000;
 
 void FactsCollector::Add(Binding::Kind kind, std::string target, std::string place, std::string module) {
   if (target.empty() || target.size() > kLongestTarget) return;
-  if (facts_.bindings.size() >= kMostFacts) return Notice("Sehr viele Verweise auf Makros: der Rest wurde ausgelassen");
+  if (facts_.bindings.size() >= kMostFacts) return Bound("Sehr viele Verweise auf Makros: der Rest wurde ausgelassen");
   facts_.bindings.push_back({kind, std::move(target), std::move(place), std::move(module), 1});
 }
 
@@ -41,8 +41,7 @@ void FactsCollector::AddControl(Control control) {
 }
 
 void FactsCollector::Notice(const std::string& notice) {
-  std::vector<std::string>& notices = facts_.notices;
-  if (std::find(notices.begin(), notices.end(), notice) == notices.end()) notices.push_back(notice);
+  if (facts_.notices.size() < kMostFacts && noticed_.insert(notice).second) facts_.notices.push_back(notice);
 }
 
 namespace {

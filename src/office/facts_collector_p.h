@@ -35,12 +35,18 @@ class FactsCollector {
   void AddControl(Control control);
   /// Once, however often it is said.
   void Notice(const std::string& notice);
+  /// The same of what was left out because there is too much of it.
+  void Bound(const std::string& notice) {
+    Notice(notice);
+    facts_.cutShort = notice;
+  }
 
  private:
   DocumentFacts& facts_;
   const ProjectNames& names_;
   std::map<std::pair<Binding::Kind, std::string>, std::size_t> counted_;
   std::set<std::string> controls_;
+  std::set<std::string> noticed_;
 };
 
 /// What hidden lines of the code say: controls of sheets and documents, shortcut keys.

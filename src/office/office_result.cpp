@@ -75,6 +75,7 @@ OfficeFile WithFacts(OfficeFile file, const ReadOptions& options, const std::fun
   FactsCollector collector(file.facts, names);
   TakeCodeFacts(file.project, collector);
   search(collector);
+  if (!file.facts.cutShort.empty()) file.project.warnings.push_back(file.facts.cutShort);
   TellExcel4(file, options);
   return file;
 }

@@ -3,6 +3,7 @@
 #include <quillmate/office/document_facts.h>
 #include <quillmate/text/operations.h>
 
+#include "evidence_stream_p.h"
 #include "opc_package_p.h"
 #include "xml_reader_p.h"
 
@@ -57,7 +58,8 @@ std::vector<Relation> OpcPackage::RelationsOf(std::string_view part) const {
 
 std::unique_ptr<ByteStream> OpcPackage::Open(std::string_view part) const {
   const auto index = zip_.Find(part);
-  return index.has_value() ? zip_.Stream(*index) : nullptr;
+  std::unique_ptr<ByteStream> stream = index.has_value() && left_ > 0 ? zip_.Stream(*index) : nullptr;
+  return stream == nullptr ? nullptr : std::make_unique<EvidenceStream>(std::move(stream), left_);
 }
 
 std::string OpcPackage::Read(std::string_view part, std::size_t limit) const {

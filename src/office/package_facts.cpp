@@ -87,7 +87,7 @@ void ReadPackageFacts(const OpcPackage& package, std::string_view project, Offic
                       FactsCollector& collector) {
   const std::vector<Relation> relations = package.RelationsOf("");
   DocumentFacts& facts = collector.Facts();
-  facts.isSigned = !project.empty() && IsSigned(package, project);
+  if (!project.empty()) facts.isSigned = IsSigned(package, project);
   for (const Relation& relation : relations) {
     if (relation.external) continue;
     if (relation.type == "core-properties" || relation.type == "extended-properties") {
@@ -103,6 +103,7 @@ void ReadPackageFacts(const OpcPackage& package, std::string_view project, Offic
     }
   }
   ReadRibbons(package, relations, collector);
+  if (package.Exhausted()) collector.Bound("Das Dokument ist sehr groß und wurde nur zum Teil durchsucht");
 }
 
 void ReadCompoundFacts(const CompoundFile& file, OfficeHost host, FactsCollector& collector) {

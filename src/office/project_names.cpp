@@ -106,6 +106,7 @@ std::vector<std::string> CellFunctionsIn(std::string_view formula, const Project
     if (names.IsCellFunction(name)) return true;
     return !module.empty() && names.IsQualifiedRoutine(std::string(module).append(".").append(name));
   };
+  constexpr std::size_t kMost = 1000;
   std::vector<std::string> found;
   char quote = '\0';
   for (std::size_t at = 0; at < formula.size(); ++at) {
@@ -118,6 +119,7 @@ std::vector<std::string> CellFunctionsIn(std::string_view formula, const Project
     if (name.starts_with(kPrefix)) name.remove_prefix(kPrefix.size());
     if (name.empty() || name.starts_with("_xlfn.") || !isKnown(name)) continue;
     if (std::find(found.begin(), found.end(), name) == found.end()) found.emplace_back(name);
+    if (found.size() == kMost) break;
   }
   return found;
 }

@@ -40,8 +40,8 @@ class ProjectNames {
   std::size_t longestFunction_ = 0;
 };
 
-/// The functions of the project that a formula calls, each once and as written; those of `module` too, which need not
-/// be visible elsewhere.
+/// The functions of the project that a formula calls, each once and as written, at most 1000; those of `module` too,
+/// which need not be visible elsewhere.
 std::vector<std::string> CellFunctionsIn(std::string_view formula, const ProjectNames& names,
                                          std::string_view module = {});
 

@@ -2,8 +2,12 @@
 #include "fuzz.h"
 #include "package_facts_p.h"
 
+namespace quillmate::fuzz {
+
+using namespace office;
+
 /// The input is a part of a document: a drawing, a VML drawing and a ribbon, whatever it really is.
-void quillmate::office::Check(std::string_view bytes) {
+void Check(std::string_view bytes) {
   const VbaProject project;
   const ProjectNames names(project);
   DocumentFacts facts;
@@ -17,3 +21,5 @@ void quillmate::office::Check(std::string_view bytes) {
   Expect(facts.bindings.size() <= bytes.size());
   for (const Binding& binding : facts.bindings) Expect(!binding.target.empty());
 }
+
+}  // namespace quillmate::fuzz

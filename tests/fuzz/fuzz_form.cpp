@@ -4,8 +4,12 @@
 #include "form_designer_p.h"
 #include "fuzz.h"
 
+namespace quillmate::fuzz {
+
+using namespace office;
+
 /// The input is a compound file whose root is a form.
-void quillmate::office::Check(std::string_view bytes) {
+void Check(std::string_view bytes) {
   MemorySource source(bytes);
   const std::optional<CompoundFile> file = CompoundFile::Open(source);
   if (!file.has_value()) return;
@@ -14,3 +18,5 @@ void quillmate::office::Check(std::string_view bytes) {
   Expect(facts.controls.size() <= bytes.size());
   for (const Control& control : facts.controls) Expect(!control.name.empty() && !control.type.empty());
 }
+
+}  // namespace quillmate::fuzz

@@ -5,8 +5,12 @@
 #include "fuzz.h"
 #include "project_names_p.h"
 
+namespace quillmate::fuzz {
+
+using namespace office;
+
 /// The input is a formula as a text and as tokens, a macro's name, and the code of a module.
-void quillmate::office::Check(std::string_view bytes) {
+void Check(std::string_view bytes) {
   VbaProject project;
   project.modules.resize(2);
   project.modules[0].type = kStdModule;
@@ -23,3 +27,5 @@ void quillmate::office::Check(std::string_view bytes) {
   const auto target = ParseMacroTarget(bytes, "a.xlsm");
   Expect(!target.has_value() || !target->routine.empty());
 }
+
+}  // namespace quillmate::fuzz

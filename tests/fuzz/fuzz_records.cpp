@@ -3,8 +3,12 @@
 #include "package_facts_p.h"
 #include "xls_facts_p.h"
 
+namespace quillmate::fuzz {
+
+using namespace office;
+
 /// The input is the stream of a workbook in records of either kind, a presentation's, a document's, or a property set.
-void quillmate::office::Check(std::string_view bytes) {
+void Check(std::string_view bytes) {
   const VbaProject project;
   const ProjectNames names(project);
   DocumentFacts facts;
@@ -23,3 +27,5 @@ void quillmate::office::Check(std::string_view bytes) {
   ReadSummary(bytes, facts.properties);
   Expect(facts.bindings.size() <= bytes.size());
 }
+
+}  // namespace quillmate::fuzz

@@ -11,6 +11,7 @@
 #include <quillmate/office/compound_file.h>
 
 #include "office/access_writer.h"
+#include "office/document_writer.h"
 #include "office/vba_writer.h"
 #include "places.h"
 #include "scratch.h"
@@ -104,6 +105,31 @@ void AddProject(Corpus& corpus, const WrittenProject& project) {
     corpus.Add("presentation", PresentationStream(presentation));
     corpus.Add("office", presentation.File());
   }
+}
+
+void AddDocuments(Corpus& corpus) {
+  corpus.Add("drawing",
+             "<d><grpSp><sp macro='[0]!A'><cNvPr id='1' name='x'/><a:t>T</a:t></sp></grpSp><x:ClientData "
+             "ObjectType=\"Button\">"
+             "<x:FmlaMacro>[0]!B</x:FmlaMacro></x:ClientData><button id='b' onAction='C'/></d>");
+  corpus.Add("formula", "[0]!Modul1.Steuer('A'!B1,\"x\")+_xludf.Steuer(1)");
+  corpus.Add("formula", std::string("\x43\1\0\0\0\x39\0\0\2\0\0\0\x17\1\0xx\x22\2\377\0", 21));
+  const std::string bof = XlsRecord(0x809, Bytes<2>(0x600) + Bytes<14>(5));
+  corpus.Add("records", bof + XlsRecord(0x85, Bytes<4>(60) + Bytes<3>(1) + XlsText("M")) +
+                            XlsRecord(0x18, Bytes<2>(0x20) + Bytes<12>(0x100) + XlsText("\1") + "\x3A" + Bytes<6>(0)) +
+                            XlsRecord(0x0A, "") + bof + XlsRecord(0xEC, Bytes<8>(15) + Bytes<8>(0xF00B0013)) +
+                            XlsRecord(0x5D, Bytes<4>(0x20008) + Bytes<6>(16)) + XlsRecord(0x0A, ""));
+  corpus.Add("records", XlsbRecord(39, Bytes<9>(14) + XlsbText("A")) + XlsbRecord(145, "") +
+                            XlsbRecord(9, Bytes<18>(2) + Bytes<4>(5) + "\x43" + Bytes<4>(1)));
+  const std::vector<DesignerSite> sites{{DesignerBlock(0).Text(0, "c").Number(7, 2, 17).Bytes(), ""}};
+  CompoundWriter form;
+  form.Add("f", DesignerForm("F", sites));
+  form.Add("o", DesignerObjects(sites));
+  corpus.Add("form", form.File());
+  corpus.Add("stored_form", Bytes<4>(0xACCDEAF7) + Bytes<8>(150) + Bytes<4>(1) + Bytes<16>(0) + Bytes<8>(104) +
+                                std::string("Los\0\0", 5));
+  corpus.Add("stored_form", Bytes<10>(0) + Bytes<4>(0xFE) + Bytes<2>(104) + Bytes<4>(0xDC) + Bytes<2>(20) +
+                                Bytes<4>(12) + Bytes<4>(4) + Bytes<4>(2) + Bytes<2>('A') + Bytes<4>(0xFD));
 }
 
 /// The display options and the kind of file in front.
@@ -202,6 +228,7 @@ int main(int argc, char** argv) {
   AddDatabases(corpus, SeedProject(1252, false));
   AddProject(corpus, SeedProject(1251, true));
   AddProject(corpus, LargeProject(3, 500));
+  AddDocuments(corpus);
   AddModules(corpus, SeedProject(1252, false));
   AddModules(corpus, LargeProject(3, 500));
   AddSavedProject(corpus);

@@ -122,8 +122,8 @@ struct DocumentProperties {
 
 struct DocumentFacts {
   DocumentProperties properties;
-  /// True when the macro project carries a signature. It is not verified.
-  bool isSigned = false;
+  /// Whether the macro project carries a signature, where the file says; it is not verified.
+  std::optional<bool> isSigned;
   /// True when the file was encrypted with the password that every host tries by itself.
   bool defaultPassword = false;
   std::vector<Sheet> sheets;
@@ -141,6 +141,8 @@ struct DocumentFacts {
   std::vector<std::string> macros;
   /// What could not be searched, or not whole: German, one line each.
   std::vector<std::string> notices;
+  /// The last of them that is about a bound: the document has more than any real one. Empty as a rule.
+  std::string cutShort;
 };
 
 }  // namespace quillmate::office
