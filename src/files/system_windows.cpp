@@ -229,7 +229,11 @@ bool IsDevice(const fs::path& path) noexcept try {
   return false;
 }
 
-fs::path TemporaryFolder() { return fs::temp_directory_path(); }
+fs::path TemporaryFolder() {
+  std::wstring folder(MAX_PATH + 1, L'\0');
+  folder.resize(GetTempPathW(static_cast<DWORD>(folder.size()), folder.data()));
+  return folder;
+}
 
 // A new file inherits the rights of its folder.
 void CommonRights::Add(const fs::path& /*file*/) { mode_ = 0; }

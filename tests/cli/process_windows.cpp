@@ -33,11 +33,28 @@ Handle OpenInherited(const fs::path& file, DWORD access, DWORD disposition) {
   return Handle(handle);
 }
 
+/// An environment variable that a program started meanwhile inherits; it gets its own value back.
+class InheritedVariable {
+ public:
+  InheritedVariable(const wchar_t* name, const std::wstring& value) : name_(name), before_(32767, L'\0') {
+    before_.resize(GetEnvironmentVariableW(name, before_.data(), static_cast<DWORD>(before_.size())));
+    SetEnvironmentVariableW(name, value.c_str());
+  }
+  InheritedVariable(const InheritedVariable&) = delete;
+  InheritedVariable& operator=(const InheritedVariable&) = delete;
+  ~InheritedVariable() { SetEnvironmentVariableW(name_, before_.empty() ? nullptr : before_.c_str()); }
+
+ private:
+  const wchar_t* name_;
+  std::wstring before_;
+};
+
 Handle StartCli(const fs::path& program, const std::vector<std::string>& arguments, const fs::path& folder,
                 const fs::path& scratch, child::Streams streams, DWORD flags) {
   std::wstring line;
   for (const std::string& argument : arguments) line += QuotedWord(argument) + L" ";
-  for (const wchar_t* const variable : {L"TMP", L"TEMP"}) SetEnvironmentVariableW(variable, scratch.c_str());
+  const InheritedVariable tmp(L"TMP", scratch.wstring());
+  const InheritedVariable temp(L"TEMP", scratch.wstring());
   return child::Spawn(program, line, std::move(streams), folder, flags);
 }
 

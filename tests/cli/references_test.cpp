@@ -14,7 +14,7 @@ const fs::path kReferences = tests::SourceFolder() / "tests/cli/reference";
 
 /// Paths as seen from the checkout's own folder, wherever it lies.
 std::string WithoutCheckout(const std::string& json) {
-  const std::string folder = files::PathText(tests::SourceFolder().lexically_normal()) + "/";
+  const std::string folder = files::PathText(fs::absolute(tests::SourceFolder()).lexically_normal()) + "/";
   const std::string plain = text::ReplaceAll(json, "\\\\", "/");
   return text::ReplaceAll(plain, text::ReplaceAll(folder, "\\", "/"), "");
 }

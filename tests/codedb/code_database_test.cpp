@@ -274,6 +274,7 @@ TEST(OpenDatabase, WhatIsNoWholeIndexIsRefused) {
   EXPECT_TRUE(database.IsOpen());
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
 
+  database.CloseCodeDatabase();
   fs::remove(file);
   EXPECT_THROW(database.OpenCodeDatabase(folder.Path()), DatabaseError);
   EXPECT_FALSE(fs::exists(file));
