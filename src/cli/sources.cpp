@@ -74,7 +74,6 @@ host::HostAutomation& Sources::Host() noexcept {
 
 void Sources::NameProblems(std::vector<std::string> complaints, bool hasModules) {
   whole_ = complaints.empty();
-  NoteFiles();
   std::string reason;
   if (!hasModules) {
     reason =
@@ -92,12 +91,11 @@ void Sources::NameProblems(std::vector<std::string> complaints, bool hasModules)
 }
 
 /// A document that is open in a host is a file that is read, too.
-void Sources::NoteFiles() {
+void Sources::NoteFiles(int projects) {
   for (const fs::path& file : documents_.Files()) {
     NoteRead(file);
   }
-  const int projects = withOffice_ ? Host().ProjectCount() : 0;
-  for (int i = 1; i <= projects; ++i) {
+  for (int i = 1; withOffice_ && i <= projects; ++i) {
     const std::optional<std::string> file = Host().Project(i).fileName;
     if (file) {
       NoteRead(files::PathFromText(*file));
@@ -119,6 +117,7 @@ host::HostTree Sources::List() {
   if (tree.lockedProjects > 0) {
     AddLockedProjects(Host(), tree, complaints);
   }
+  NoteFiles(static_cast<int>(tree.projects.size()) + tree.lockedProjects);
   NameProblems(std::move(complaints), HasModules(tree));
   TickAll(tree);
   return tree;
@@ -138,6 +137,7 @@ int Sources::ListAll() {
     if (!project.locked) continue;
     complaints.push_back(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": Das Projekt ist gesperrt");
   }
+  NoteFiles(projects);
   NameProblems(std::move(complaints), projects > 0);
   return projects;
 }

@@ -31,7 +31,7 @@ class Sources {
   /// Names what could not be read. With no module left, the last complaint is the reason why the command fails.
   void NameProblems(std::vector<std::string> complaints, bool hasModules);
   /// Notes what the listing has read.
-  void NoteFiles();
+  void NoteFiles(int projects);
   bool ListsOffice(const host::HostTree& tree) const;
   void ListWithOffice(host::HostTree& tree, std::vector<std::string>& complaints);
 
