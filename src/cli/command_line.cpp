@@ -5,6 +5,7 @@
 #include <charconv>
 #include <system_error>
 
+#include <quillmate/checks/checks.h>
 #include <quillmate/settings/options.h>
 #include <quillmate/startup/edition.h>
 #include <quillmate/symbols/kinds.h>
@@ -58,6 +59,22 @@ void TakeClass(std::vector<std::string>& classes, std::string_view value) {
   classes.emplace_back(symbols::GermanWord(*grade));
 }
 
+void TakeCheck(std::vector<std::string>& ids, std::string_view value) {
+  if (!checks::FindCheck(value)) {
+    throw UsageError("Unbekannte Prüfung " + Quoted(value) + "; check --list zeigt alle");
+  }
+  ids.emplace_back(value);
+}
+
+void TakeSeverity(Invocation& invocation, std::string_view value) {
+  for (const auto known : {checks::Severity::kError, checks::Severity::kWarning, checks::Severity::kNote}) {
+    if (checks::Word(known) != value) continue;
+    invocation.failOn.assign(1, std::string(value));
+    return;
+  }
+  throw UsageError("Unbekannte Stufe " + Quoted(value));
+}
+
 /// A number from 1 on.
 std::uint32_t PositiveNumber(std::string_view option, std::string_view value) {
   std::uint32_t number = 0;
@@ -98,6 +115,18 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view value) { TakeClass(i.only, value); }, kClassWords},
     OptionSpec{"--fail-on", "KLASSE", "Rückgabewert 1, wenn es eine Routine dieser Klasse gibt; mehrfach möglich",
                kTakesClasses, [](Invocation& i, std::string_view value) { TakeClass(i.failOn, value); }, kClassWords},
+    OptionSpec{"--only", "ID", "nur diese Prüfung; mehrfach möglich", kTakesChecks,
+               [](Invocation& i, std::string_view value) { TakeCheck(i.only, value); }},
+    OptionSpec{"--except", "ID", "ohne diese Prüfung; mehrfach möglich", kTakesChecks,
+               [](Invocation& i, std::string_view value) { TakeCheck(i.except, value); }},
+    OptionSpec{"--fail-on", "STUFE", "Rückgabewert 1, wenn es einen Befund dieser oder einer schwereren Stufe gibt",
+               kTakesChecks, TakeSeverity, "fehler warnung hinweis"},
+    OptionSpec{"--list", "", "zeigt alle Prüfungen, ohne etwas zu lesen", kTakesChecks,
+               [](Invocation& i, std::string_view) { i.list = true; }},
+    OptionSpec{"--all", "", "auch die Prüfungen, die nur auf Verlangen laufen", kTakesChecks,
+               [](Invocation& i, std::string_view) { i.all = true; }},
+    OptionSpec{"--sarif", "", "SARIF 2.1.0 für Werkzeuge zur Codedurchsicht", kTakesChecks,
+               [](Invocation& i, std::string_view) { i.sarif = true; }},
     OptionSpec{"--line", "N", "Zeile im Code des Moduls, wie der Editor sie zählt", kTakesPlace,
                [](Invocation& i, std::string_view value) { i.line = PositiveNumber("--line", value); }},
     OptionSpec{"--column", "N", "Spalte in dieser Zeile, in Zeichen ab 1", kTakesPlace,
@@ -106,6 +135,8 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view) { i.down = true; }},
     OptionSpec{"--depth", "N", "so viele Stufen; Vorgabe: alle", kTakesDepth,
                [](Invocation& i, std::string_view value) { i.depth = PositiveNumber("--depth", value); }},
+    OptionSpec{"--limit", "KB", "so groß darf das Ergebnis werden, in 1000 Byte; Vorgabe: 500", kTakesLimit,
+               [](Invocation& i, std::string_view value) { i.limit = PositiveNumber("--limit", value); }},
     OptionSpec{"--exact", "", "nach dem genauen Verständnis des Codes; unused: alles Unbenutzte jeder Art", kTakesExact,
                [](Invocation& i, std::string_view) { i.exact = true; }},
     OptionSpec{"--dot", "", "als Graph in der Sprache DOT", kTakesDepth,
@@ -227,7 +258,7 @@ class Parser {
                          std::string(option->name) + " nicht");
       }
     }
-    const std::size_t minInputs = invocation_.host ? 0 : invocation_.command->minInputs;
+    const std::size_t minInputs = invocation_.host || invocation_.list ? 0 : invocation_.command->minInputs;
     if (invocation_.inputs.size() < invocation_.command->texts + minInputs) {
       throw UsageError("Es fehlt die Eingabe");
     }

@@ -30,6 +30,12 @@ struct Invocation {
   bool credit = false;
   bool json = false;
   bool csv = false;
+  bool sarif = false;
+  /// What checks there are, instead of what they find; those that run only on demand too.
+  bool list = false;
+  bool all = false;
+  /// Ids of checks to leave out.
+  std::vector<std::string> except;
   bool wholeWord = false;
   /// Modules of one or two lines are read too.
   bool everyModule = false;
@@ -44,6 +50,8 @@ struct Invocation {
   /// What a routine calls instead of what calls it, and how many levels of it.
   bool down = false;
   std::optional<std::uint32_t> depth;
+  /// Size of the result in units of 1,000 bytes.
+  std::optional<std::uint32_t> limit;
   /// The hierarchy as a graph.
   bool dot = false;
   /// "vimgrep", "emacs"; empty for the usual form.
@@ -90,6 +98,8 @@ enum OptionSet : std::uint64_t {
   kTakesPartial = 1ULL << 19U,
   kTakesCsv = 1ULL << 20U,
   kTakesRegex = 1ULL << 21U,
+  kTakesChecks = 1ULL << 22U,
+  kTakesLimit = 1ULL << 23U,
 };
 
 /// One row of the table that the parser, the help, the manual page and the completion of the shell share.

@@ -52,5 +52,7 @@ void RunCalls(const Invocation& invocation);
 void RunSearch(const Invocation& invocation);
 void RunTags(const Invocation& invocation);
 void RunMetrics(const Invocation& invocation);
+void RunCheck(const Invocation& invocation);
+void RunDigest(const Invocation& invocation);
 
 }  // namespace quillmate::cli

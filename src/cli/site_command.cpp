@@ -1,4 +1,3 @@
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -13,20 +12,10 @@
 #include "project_input.h"
 #include "read_files.h"
 #include "run_options.h"
+#include "title.h"
 
 namespace quillmate::cli {
 namespace {
-
-namespace fs = std::filesystem;
-
-/// The name of the only input without its ending.
-std::string TitleOf(const Invocation& invocation) {
-  if (invocation.host || invocation.inputs.size() > 1) {
-    return "Makroprojekt";
-  }
-  const fs::path input = files::RealPath(files::PathFromText(invocation.inputs.front()));
-  return files::PathText(fs::is_directory(input) ? input.filename() : input.stem());
-}
 
 output::SiteJudgement JudgementOf(analysis::UnusedClass unused) {
   switch (unused) {
@@ -41,7 +30,7 @@ output::SiteJudgement JudgementOf(analysis::UnusedClass unused) {
 
 output::SiteProject ReadSiteProject(const Invocation& invocation, ProjectInput& input) {
   output::SiteProject project;
-  project.title = invocation.title.value_or(TitleOf(invocation));
+  project.title = TitleOf(invocation);
   project.indexFolder = input.Folder();
   project.modules = input.Database().ReadIndex();
   for (const analysis::UnusedRoutine& routine : analysis::FindUnusedRoutines(input.Database(), input.Folder())) {

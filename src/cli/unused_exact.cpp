@@ -7,10 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include <quillmate/files/file_bytes.h>
-#include <quillmate/files/paths.h>
 #include <quillmate/symbols/unused.h>
 
+#include "baseline.h"
 #include "json.h"
 #include "messages.h"
 #include "output.h"
@@ -26,44 +25,19 @@ using symbols::UnusedSymbol;
 constexpr std::string_view kBaselineHead = "quillmate-unbenutzt 1";
 
 /// What stays the same when lines move: project, module, kind, parent and name.
-std::string BaselineKey(const ReferenceIndex& index, const UnusedSymbol& unused) {
+std::string KeyOf(const ReferenceIndex& index, const UnusedSymbol& unused) {
   const symbols::Symbol& symbol = index.SymbolAt(unused.symbol);
   const symbols::ModuleInfo& module = index.Modules()[symbol.module];
-  std::string key;
-  for (const std::string_view part :
-       {std::string_view(index.Projects()[module.project].name), std::string_view(module.name),
-        symbols::Word(symbol.kind), symbol.parent == symbols::kNone ? std::string_view() : index.Name(symbol.parent),
-        index.Name(unused.symbol)}) {
-    if (!key.empty()) key += '\t';
-    key += part.empty() ? "-" : OneLine(part);
-  }
-  return key;
+  return BaselineKey({index.Projects()[module.project].name, module.name, symbols::Word(symbol.kind),
+                      symbol.parent == symbols::kNone ? std::string_view() : index.Name(symbol.parent),
+                      index.Name(unused.symbol)});
 }
 
-/// Things of one key (a name declared twice) count one by one.
-std::multiset<std::string> ReadBaseline(const std::string& path) {
-  const std::string bytes = files::ReadWholeFile(files::PathFromText(path));
-  std::multiset<std::string> keys;
-  std::string_view rest = bytes;
-  for (bool head = true; head || !rest.empty(); head = false) {
-    const std::size_t end = std::min(rest.find('\n'), rest.size());
-    std::string line(rest.substr(0, end));
-    rest.remove_prefix(std::min(end + 1, rest.size()));
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    if (head && line != kBaselineHead) throw CommandFailure(path + ": Die Datei stammt nicht von --write-baseline");
-    if (!head && !line.empty()) keys.insert(std::move(line));
-  }
-  return keys;
-}
-
-void WriteBaseline(const std::string& path, const ReferenceIndex& index, const std::vector<UnusedSymbol>& unused) {
+void WriteKeys(const std::string& path, const ReferenceIndex& index, const std::vector<UnusedSymbol>& unused) {
   std::vector<std::string> keys;
   keys.reserve(unused.size());
-  for (const UnusedSymbol& one : unused) keys.push_back(BaselineKey(index, one));
-  std::ranges::sort(keys);
-  std::string text = std::string(kBaselineHead) + "\n";
-  for (const std::string& key : keys) text += key + "\n";
-  WriteWhole(path, text);
+  for (const UnusedSymbol& one : unused) keys.push_back(KeyOf(index, one));
+  WriteBaseline(path, kBaselineHead, std::move(keys));
 }
 
 bool IsOneOf(symbols::Grade grade, const std::vector<std::string>& words) {
@@ -114,15 +88,12 @@ std::string Text(const ReferenceIndex& index, const std::vector<UnusedSymbol>& u
 
 void RunUnusedExact(const Invocation& invocation) {
   std::multiset<std::string> known;
-  if (invocation.baseline) known = ReadBaseline(*invocation.baseline);
+  if (invocation.baseline) known = ReadBaseline(*invocation.baseline, kBaselineHead);
   const ReferenceIndex index = ReadUnderstanding(invocation);
   std::vector<UnusedSymbol> unused = symbols::FindUnused(index);
-  if (invocation.writeBaseline) WriteBaseline(*invocation.writeBaseline, index, unused);
+  if (invocation.writeBaseline) WriteKeys(*invocation.writeBaseline, index, unused);
   if (invocation.baseline) {
-    std::erase_if(unused, [&](const UnusedSymbol& one) {
-      const auto found = known.find(BaselineKey(index, one));
-      return found != known.end() && (known.erase(found), true);
-    });
+    std::erase_if(unused, [&](const UnusedSymbol& one) { return TakeKnown(known, KeyOf(index, one)); });
   }
   const bool anyFails = invocation.baseline && invocation.failOn.empty() && invocation.only.empty();
   const std::vector<std::string>& failing =

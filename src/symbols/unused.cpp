@@ -286,6 +286,16 @@ std::vector<UnusedSymbol> FindUnused(const ReferenceIndex& index) {
   return unused;
 }
 
+std::vector<UnusedSymbol> FindUnused(const ReferenceIndex& index, Index module) {
+  std::vector<UnusedSymbol> unused;
+  const Grader grader(index);
+  const ModuleInfo& info = index.Modules()[module];
+  for (SymbolId symbol = info.symbol; symbol < info.endSymbol; ++symbol) {
+    if (std::optional<UnusedSymbol> found = grader.Of(symbol)) unused.push_back(std::move(*found));
+  }
+  return unused;
+}
+
 std::optional<UnusedSymbol> GradeUnused(const ReferenceIndex& index, SymbolId symbol) {
   return Grader(index).Of(symbol);
 }

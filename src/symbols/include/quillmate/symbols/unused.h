@@ -21,6 +21,8 @@ struct UnusedSymbol {
 /// constants, parameters, types, type members, enums, enum members, labels. Left out are modules, controls, line
 /// numbers, the parameters of Declares and events, and declarations that conditional compilation doubles.
 std::vector<UnusedSymbol> FindUnused(const ReferenceIndex& index);
+/// Those of one module.
+std::vector<UnusedSymbol> FindUnused(const ReferenceIndex& index, Index module);
 
 /// The same for one symbol; nothing when it is used, or of a kind that is never listed.
 std::optional<UnusedSymbol> GradeUnused(const ReferenceIndex& index, SymbolId symbol);

@@ -1,0 +1,217 @@
+#include <algorithm>
+#include <string>
+
+#include "api_table_p.h"
+#include "check_list_p.h"
+
+namespace quillmate::checks {
+namespace {
+
+using language::BuiltinType;
+using language::Declaration;
+using language::DeclarationKind;
+
+bool IsDeclare(const Declaration& declaration) {
+  return declaration.kind == DeclarationKind::kDeclareFunction || declaration.kind == DeclarationKind::kDeclareSub;
+}
+
+/// What follows a word among the tokens behind a Declare's name: a string without its quotes.
+std::string_view TextBehind(const language::Module& code, const Declaration& declared, language::NameId word) {
+  auto token = std::ranges::lower_bound(code.tokens, declared.offset, {}, &language::Token::offset);
+  for (; token != code.tokens.end() && token->kind != language::TokenKind::kOperator; ++token) {
+    if (token->name != word || token + 1 == code.tokens.end()) continue;
+    const language::Token& text = token[1];
+    if (text.kind != language::TokenKind::kString || text.length < 2) return {};
+    return code.text.substr(text.offset + 1, text.length - 2);
+  }
+  return {};
+}
+
+/// The name that the library exports.
+std::string_view ExportedName(const language::Module& code, const Declaration& declared) {
+  const std::string_view alias = TextBehind(code, declared, language::kWordAlias);
+  return alias.empty() ? code.Spelling(declared) : alias;
+}
+
+bool IsNarrow(BuiltinType type) { return type == BuiltinType::kLong || type == BuiltinType::kInteger; }
+
+/// Parameters that have to be pointers and are not: „hWnd“, „lParam“ und das Ergebnis.
+std::string NarrowParts(const language::Module& code, const Declaration& declared, const ApiFunction& api) {
+  std::vector<std::string> parts;
+  if (declared.childCount == api.parameters.size()) {
+    for (std::uint32_t i = 0; i < declared.childCount; ++i) {
+      const Declaration& parameter = code.declarations[declared.firstChild + i];
+      const bool byVal = (parameter.flags & declaration_flag::kByVal) != 0;
+      // A pointer to a Long may stand where a pointer is handed over by its value.
+      if (!api.parameters[i].pointer || !IsNarrow(parameter.type) || byVal != api.parameters[i].byVal) continue;
+      parts.push_back(InQuotes(code.Spelling(parameter)));
+    }
+  }
+  if (api.result == BuiltinType::kLongPtr && IsNarrow(declared.type)) parts.emplace_back("das Ergebnis");
+  std::string text;
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    text.append(i == 0 ? "" : i + 1 < parts.size() ? ", " : " und ").append(parts[i]);
+  }
+  return text;
+}
+
+std::string RightDeclaration(const language::Module& code, const Declaration& declared, const ApiFunction& api) {
+  return "Richtig ist: " + DeclarationOf(api, code.Spelling(declared));
+}
+
+void CheckKnown(ModuleView& view, const Declaration& declared, const ApiFunction& api) {
+  const std::string parts = NarrowParts(view.code, declared, api);
+  if (parts.empty()) return;
+  const bool several = parts.find(" und ") != std::string::npos || parts.find(", ") != std::string::npos;
+  view.ReportDeclaration(CheckId::kApiSignature, declared,
+                         "In " + view.Named(declared) + (several ? " müssen " : " muss ") + parts +
+                             " LongPtr sein: Zeiger und Handles haben in 64-Bit-Office 8 Byte.",
+                         RightDeclaration(view.code, declared, api));
+}
+
+void CheckByName(ModuleView& view, const Declaration& declared) {
+  for (std::uint32_t i = 0; i < declared.childCount; ++i) {
+    const Declaration& parameter = view.code.declarations[declared.firstChild + i];
+    const bool byVal = (parameter.flags & declaration_flag::kByVal) != 0;
+    if (!byVal || parameter.type != BuiltinType::kLong || !SoundsLikePointer(view.code.Spelling(parameter))) continue;
+    view.ReportDeclaration(CheckId::kPointerAsLong, parameter,
+                           view.Named(parameter) + " in " + view.Named(declared) +
+                               " ist dem Namen nach ein Zeiger oder Handle, aber als Long deklariert.");
+  }
+}
+
+/// Records that Windows reads or fills.
+void CheckMember(ModuleView& view, const Declaration& member) {
+  if (member.type != BuiltinType::kLong || !SoundsLikePointer(view.code.Spelling(member))) return;
+  const Declaration& type = view.code.declarations[member.parent];
+  view.ReportDeclaration(CheckId::kPointerAsLong, member,
+                         view.Named(member) + " im Typ " + view.Named(type) +
+                             " ist dem Namen nach ein Zeiger oder Handle, aber als Long deklariert.");
+}
+
+}  // namespace
+
+void CheckDeclares(ModuleView& view) {
+  const bool declares = std::ranges::any_of(view.code.declarations, IsDeclare);
+  for (const Declaration& declared : view.code.declarations) {
+    if ((declared.flags & declaration_flag::kInactive) != 0) continue;
+    // Only where the module calls Windows: elsewhere "hFile" may be a number of a file.
+    if (declared.kind == DeclarationKind::kTypeMember && declares && !view.vb6) CheckMember(view, declared);
+    if (!IsDeclare(declared)) continue;
+    const std::string_view lib = TextBehind(view.code, declared, language::kWordLib);
+    view.ReportDeclaration(CheckId::kDeclare, declared,
+                           view.Named(declared) + " ruft die Bibliothek " + InQuotes(lib) + " auf.");
+    if (view.vb6) continue;
+    const ApiFunction* const api = FindApi(ExportedName(view.code, declared));
+    if ((declared.flags & declaration_flag::kPtrSafe) == 0) {
+      view.ReportDeclaration(
+          CheckId::kPtrSafe, declared,
+          view.Named(declared) + " ist ohne PtrSafe deklariert; 64-Bit-Office kompiliert das Modul so nicht.",
+          api != nullptr ? RightDeclaration(view.code, declared, *api) : std::string());
+    } else if (api != nullptr) {
+      CheckKnown(view, declared, *api);
+    } else {
+      CheckByName(view, declared);
+    }
+  }
+}
+
+// ------------------------------------------------------------------------------------------------------ call-backs
+
+namespace {
+
+/// The Declare that the statement around a use hands it to, as its signature wants it.
+const std::string_view* SignatureAround(const ModuleView& view, Index use, std::string_view& name) {
+  static thread_local std::string_view signature;
+  const language::LogicalLine& line = view.code.logicalLines[view.code.LogicalLineAt(view.code.uses[use].line)];
+  for (Index at = use; at-- > line.firstUse;) {
+    const Symbol* const symbol = view.SureSymbol(at);
+    if (symbol == nullptr || symbol->kind != SymbolKind::kDeclare) continue;
+    name = view.index.Name(view.bound[at].target);
+    const auto found = CallbackOf(name);
+    if (!found) return nullptr;
+    signature = *found;
+    return &signature;
+  }
+  return nullptr;
+}
+
+std::string NarrowInCallback(const language::Module& code, const Declaration& routine, std::string_view signature) {
+  std::string parts;
+  if (routine.childCount != signature.size() - 1) return parts;
+  for (std::uint32_t i = 0; i < routine.childCount; ++i) {
+    const Declaration& parameter = code.declarations[routine.firstChild + i];
+    if (signature[i] != 'P' || !IsNarrow(parameter.type)) continue;
+    parts.append(parts.empty() ? "" : ", ").append(InQuotes(code.Spelling(parameter)));
+  }
+  if (signature.back() == 'P' && IsNarrow(routine.type)) parts.append(parts.empty() ? "" : ", ").append("das Ergebnis");
+  return parts;
+}
+
+}  // namespace
+
+void CheckCallbacks(ModuleView& view) {
+  if (view.vb6) return;
+  for (Index use = 0; use < view.code.uses.size(); ++use) {
+    if (view.code.uses[use].role != Role::kAddressOf || !view.IsActive(view.code.uses[use])) continue;
+    const Symbol* const routine = view.SureSymbol(use);
+    if (routine == nullptr || !IsRoutine(routine->kind)) continue;
+    std::string_view api;
+    const std::string_view* const signature = SignatureAround(view, use, api);
+    if (signature == nullptr) continue;
+    const std::string parts =
+        NarrowInCallback(view.index.Code(routine->module), *view.DeclarationOf(*routine), *signature);
+    if (parts.empty()) continue;
+    view.ReportUse(CheckId::kCallbackAsLong, use,
+                   "Windows ruft " + view.Named(view.code.uses[use]) + " über " + InQuotes(api) +
+                       " auf; dort müssen Zeiger und Handles LongPtr sein: " + parts + ".");
+  }
+}
+
+// --------------------------------------------------------------------------------------------------------- pointers
+
+namespace {
+
+/// What gives a pointer: VarPtr and its kin, a Declare or a routine whose result is LongPtr.
+bool GivesPointer(const ModuleView& view, Index use) {
+  switch (view.GlobalName(use)) {
+    case Known::kVarPtr:
+    case Known::kStrPtr:
+    case Known::kObjPtr:
+      return true;
+    default:
+      break;
+  }
+  const Symbol* const symbol = view.SureSymbol(use);
+  if (symbol == nullptr) return false;
+  const Declaration* const declared = view.DeclarationOf(*symbol);
+  return declared != nullptr && declared->type == BuiltinType::kLongPtr;
+}
+
+}  // namespace
+
+void CheckPointers(ModuleView& view) {
+  if (view.vb6) return;
+  const language::Module& code = view.code;
+  for (Index target = 0; target + 1 < code.uses.size(); ++target) {
+    if (code.uses[target].role != Role::kLetTarget || !view.IsActive(code.uses[target])) continue;
+    const Symbol* const symbol = view.SureSymbol(target);
+    if (symbol == nullptr) continue;
+    const Declaration* const declared = view.DeclarationOf(*symbol);
+    if (declared == nullptr || !IsNarrow(declared->type)) continue;
+    // The value: the chain behind the target that is the whole right side.
+    const Index logicalEnd = target + 64;
+    for (Index value = target + 1; value < code.uses.size() && value < logicalEnd; ++value) {
+      if (code.uses[value].routine != code.uses[target].routine || code.uses[value].role == Role::kLetTarget) break;
+      if (code.uses[value].line > code.uses[target].line + 1) break;
+      if ((code.uses[value].flags & use_flag::kWholeValue) == 0) continue;
+      if (!GivesPointer(view, value)) break;
+      view.ReportUse(CheckId::kPointerInLong, target,
+                     view.Named(code.uses[target]) + " ist Long, bekommt aber mit " + view.Named(code.uses[value]) +
+                         " einen Zeiger oder ein Handle.");
+      break;
+    }
+  }
+}
+
+}  // namespace quillmate::checks
