@@ -27,6 +27,13 @@ std::string Lower(std::string_view text) {
   return lower;
 }
 
+/// "user32" of "USER32.DLL".
+std::string LibraryStem(std::string_view library) {
+  std::string stem = Lower(library);
+  if (stem.ends_with(".dll")) stem.resize(stem.size() - 4);
+  return stem;
+}
+
 /// The name without the letter for its kind of text.
 std::string_view Stem(std::string_view name) {
   const bool marked = name.size() > 2 && (name.back() == 'A' || name.back() == 'W') && name[name.size() - 2] >= 'a';
@@ -99,11 +106,13 @@ constexpr std::array<std::string_view, 27> kPointerNames{
 
 }  // namespace
 
-const ApiFunction* FindApi(std::string_view exported) {
-  const auto found = ByName().find(Lower(exported));
-  if (found != ByName().end()) return found->second;
-  const auto stem = ByName().find(Lower(Stem(exported)));
-  return stem == ByName().end() ? nullptr : stem->second;
+const ApiFunction* FindApi(std::string_view exported, std::string_view library) {
+  auto found = ByName().find(Lower(exported));
+  if (found == ByName().end()) found = ByName().find(Lower(Stem(exported)));
+  if (found == ByName().end()) return nullptr;
+  constexpr std::size_t kQuote = 5;  // behind `Lib "`
+  const std::string_view own = found->second->lib.substr(kQuote, found->second->lib.find('"', kQuote) - kQuote);
+  return LibraryStem(own) == LibraryStem(library) ? found->second : nullptr;
 }
 
 std::string DeclarationOf(const ApiFunction& api, std::string_view name) {

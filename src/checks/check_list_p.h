@@ -25,6 +25,9 @@ void CheckMissingSet(ModuleView& view);
 void CheckOutsideNames(ModuleView& view);
 void CheckOutsideTexts(ModuleView& view);
 
+/// What the code and the document around it no longer have in common.
+void CheckLooseEnds(const ReferenceIndex& index, const Selection& selection, std::vector<Finding>& findings);
+
 /// Checks that follow the ways through a routine.
 struct RoutineView {
   ModuleView& view;

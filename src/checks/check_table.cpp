@@ -124,6 +124,14 @@ constexpr std::array<Check, kCheckCount> kChecks{{
     {kDeclare, "aussen-declare", kOutside, kNote, true, "Ruft eine Bibliothek von Windows auf",
      "Prüfen Sie, ob es dafür eine Funktion des Office-Programms gibt."},
 
+    {kLostHandler, "ereignis-ohne-steuerelement", kOutside, kNote, true,
+     "Ereignis eines Steuerelements, das es nicht gibt",
+     "Löschen Sie die Routine, oder geben Sie ihr den Namen des Steuerelements, das gemeint ist."},
+    {kLostCallback, "rueckruf-ohne-menueband", kOutside, kNote, true, "Rückruf, den kein Menüband nennt",
+     "Löschen Sie die Routine, oder tragen Sie sie im Menüband ein."},
+    {kLostBinding, "aufruf-ohne-routine", kOutside, kError, true, "Schaltfläche oder Menüband ruft, was es nicht gibt",
+     "Weisen Sie der Stelle eine Routine zu, die es gibt, oder nehmen Sie die Zuweisung weg."},
+
     {kDuplicate, "doppelt", kDuplicates, kNote, true, "Routine, die es schon gibt",
      "Behalten Sie eine davon, öffentlich in einem Standardmodul, und rufen Sie sie auf."},
     {kNearDuplicate, "fast-doppelt", kDuplicates, kNote, true, "Routine, die einer anderen gleicht",

@@ -102,7 +102,7 @@ void CheckDeclares(ModuleView& view) {
     view.ReportDeclaration(CheckId::kDeclare, declared,
                            view.Named(declared) + " ruft die Bibliothek " + InQuotes(lib) + " auf.");
     if (view.vb6) continue;
-    const ApiFunction* const api = FindApi(ExportedName(view.code, declared));
+    const ApiFunction* const api = FindApi(ExportedName(view.code, declared), lib);
     if ((declared.flags & declaration_flag::kPtrSafe) == 0) {
       view.ReportDeclaration(
           CheckId::kPtrSafe, declared,

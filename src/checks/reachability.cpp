@@ -33,7 +33,7 @@ void CheckReachability(const RoutineView& routine) {
   routine.flow.Reach(
       0, [](Index) { return false; }, reached);
   bool told = false;
-  for (Index at = 1; at < nodes.size(); ++at) {
+  for (Index at = 0; at < nodes.size(); ++at) {
     const FlowNode& node = nodes[at];
     if (node.kind == StatementKind::kEnd) {
       routine.view.ReportStatement(

@@ -128,6 +128,7 @@ std::vector<Finding> RunChecks(const ReferenceIndex& index, const Selection& sel
     std::ranges::move(worker->prints, std::back_inserter(prints));
   }
   CompareBodies(index, prints, selection, findings);
+  CheckLooseEnds(index, selection, findings);
   std::ranges::sort(findings, Before);
   findings.erase(std::unique(findings.begin(), findings.end(), SamePlace), findings.end());
   RemoveSilenced(index, findings);

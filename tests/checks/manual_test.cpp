@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,9 +34,42 @@ Page ReadPage(std::string_view id) {
   return page;
 }
 
-/// Modules as an example writes them: "' Modul X" begins one; else there is but one, a standard module of Excel.
+/// "' Schaltfläche ... ruft Makro auf": something outside that calls a routine.
+bool TakeBinding(std::string_view line, symbols::Sources& sources) {
+  constexpr std::string_view kCalls = " ruft ", kEnd = " auf\n";
+  const std::size_t calls = line.find(kCalls);
+  if (!line.starts_with("' ") || calls == std::string_view::npos || !line.ends_with(kEnd)) return false;
+  symbols::ExternalBinding& binding = sources.bindings.emplace_back();
+  binding.place = line.substr(2, calls - 2);
+  binding.text = line.substr(calls + kCalls.size(), line.size() - kEnd.size() - calls - kCalls.size());
+  binding.kind = symbols::BindingKind::kButton;
+  sources.projects.back().outsideKnown = true;
+  return true;
+}
+
+/// "' Modul X", "' Formular X mit a, b": what follows is its code.
+bool TakeModule(std::string_view line, symbols::Sources& sources) {
+  constexpr std::string_view kModule = "' Modul ", kForm = "' Formular ", kWith = " mit ";
+  if (!line.starts_with(kModule) && !line.starts_with(kForm)) return false;
+  symbols::ModuleSource& module = sources.modules.emplace_back();
+  if (line.starts_with(kModule)) {
+    module.name = line.substr(kModule.size(), line.size() - kModule.size() - 1);
+    return true;
+  }
+  const std::size_t with = line.find(kWith);
+  module.name = line.substr(kForm.size(), with - kForm.size());
+  module.kind = language::ModuleKind::kForm;
+  module.controlsKnown = true;
+  std::istringstream controls{std::string(line.substr(with + kWith.size()))};
+  for (std::string control; controls >> control;) {
+    if (control.ends_with(',')) control.pop_back();
+    module.controls.push_back({control, "CommandButton"});
+  }
+  return true;
+}
+
+/// Without a line that says so there is but one module, a standard one of Excel.
 symbols::ReferenceIndex Understand(const std::string& example) {
-  constexpr std::string_view kModule = "' Modul ";
   symbols::Sources sources;
   sources.projects.emplace_back().name = "P";
   sources.projects.back().host = symbols::Host::kExcel;
@@ -43,12 +77,9 @@ symbols::ReferenceIndex Understand(const std::string& example) {
   while (!rest.empty()) {
     const std::string_view line = rest.substr(0, std::min(rest.find('\n') + 1, rest.size()));
     rest.remove_prefix(line.size());
-    const bool begins = line.starts_with(kModule);
-    if (begins || sources.modules.empty()) {
-      sources.modules.emplace_back().name =
-          begins ? line.substr(kModule.size(), line.size() - kModule.size() - 1) : "M";
-    }
-    if (!begins) sources.modules.back().text += line;
+    if (TakeModule(line, sources) || TakeBinding(line, sources)) continue;
+    if (sources.modules.empty()) sources.modules.emplace_back().name = "M";
+    sources.modules.back().text += line;
   }
   return symbols::ReferenceIndex::Build(std::move(sources));
 }

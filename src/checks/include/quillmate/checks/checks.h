@@ -74,6 +74,9 @@ enum class CheckId : std::uint8_t {
   kExternalLink,
   kCodeAccess,
   kDeclare,
+  kLostHandler,
+  kLostCallback,
+  kLostBinding,
   kDuplicate,
   kNearDuplicate,
 };
