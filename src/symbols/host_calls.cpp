@@ -120,6 +120,19 @@ void JoinRecords(Data& data) {
   for (const Data::Handled& handler : data.handlers) {
     if (handler.object != kNone) data.eventObjects[handler.object] = true;
   }
+  data.addressTaken.assign(data.symbols.size(), false);
+  std::vector<bool> seen(data.sets.offsets.size());
+  for (const ModuleReferences& found : data.references) {
+    for (const StoredReference& reference : found.references) {
+      if (reference.form != Form::kAddress || reference.target == kNone) continue;
+      if ((reference.flags & reference_flag::kSet) == 0) {
+        data.addressTaken[reference.target] = true;
+      } else if (!seen[reference.target]) {
+        seen[reference.target] = true;
+        for (const SymbolId symbol : data.sets.Row(reference.target)) data.addressTaken[symbol] = true;
+      }
+    }
+  }
   std::vector<WholeRecord> open;
   const auto mark = [&](Index module, Local local) {
     const SymbolId symbol = data.SymbolOf(module, local);

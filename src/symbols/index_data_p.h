@@ -69,6 +69,7 @@ struct ReferenceIndex::Data {
   std::vector<Mention> mentions;   ///< sorted by key
   std::vector<bool> callsByName;   ///< by project: calls members whose names the code does not tell
   std::vector<bool> wholeTypes;    ///< by symbol: types whose members something outside may look at
+  std::vector<bool> addressTaken;  ///< by symbol: routines that AddressOf hands out
   std::vector<bool> eventObjects;  ///< by symbol: variables and controls whose events are handled
 
   SymbolId SymbolOf(Index module, Local local) const noexcept { return rawSymbols[tables.rawBases[module] + local]; }

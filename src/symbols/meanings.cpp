@@ -29,7 +29,7 @@ Meaning Gather(const Tables& tables, Index first, Counts counts) {
     const Exported& group = tables.exports[at];
     const ModuleTable& table = tables.modules[group.module];
     if (!counts(table, group)) continue;
-    const bool isActive = HasActive(table, group.first);
+    const bool isActive = group.active;
     if (found.kind == MeaningKind::kUnknown || (isActive && !active)) {
       found = {group.module, group.first, MeaningKind::kGroup};
       active = isActive;

@@ -84,10 +84,7 @@ class Outside {
   std::string OfParameter() const {
     const SymbolId routine = symbol_.parent;
     if (!index_.ImplementationsOf(routine).empty()) return "Parameter eines Elements einer Schnittstelle";
-    const bool address = data_.AnyReference(routine, [&](Index number) {
-      return data_.Stored(number, data_.ModuleOfReference(number)).form == Form::kAddress;
-    });
-    if (address) return "Parameter eines Rückrufs (AddressOf)";
+    if (data_.addressTaken[routine]) return "Parameter eines Rückrufs (AddressOf)";
     const Outside whole(index_, routine);
     return whole.symbol_.kind == SymbolKind::kSub && whole.IsCallback() ? "Parameter eines Rückrufs" : std::string();
   }

@@ -327,28 +327,29 @@ void DeclareProjects(Tables& tables) {
     tables.nextModule[number] = first;
     first = module;
     table.names.ForEach([&](NameHash key, Local head) {
-      bool toProject = false, toLate = false, toMacros = false;
+      bool toProject = false, toLate = false, toMacros = false, active = false;
       if (key != table.NameOf(head)) {
         const language::DeclarationKind kind = table.Declared(head).kind;
         if ((kind == DeclarationKind::kType || kind == DeclarationKind::kEnum) && IsShown(table, head)) {
           Export(tables, tables.exportTypes, Within(table.NameOf(head), table.project), exportTypes,
-                 {module, head, kNone});
+                 {module, head, kNone, !table.IsInactive(head)});
         }
         return;
       }
       for (Local local = head; local != kNone; local = table.next[local]) {
         const SymbolKind kind = KindOf(table, local);
+        active = active || !table.IsInactive(local);
         toMacros = toMacros || kind == SymbolKind::kSub || kind == SymbolKind::kFunction;
         if (!IsShown(table, local)) continue;
         toProject = toProject || IsOfProject(kind, table.classLike);
         toLate = toLate || (table.classLike && IsOfClass(kind));
       }
       const NameHash within = Within(key, table.project);
-      if (toProject) Export(tables, tables.exportNames, within, exportNames, {module, head, kNone});
-      if (toMacros) Export(tables, tables.macroNames, within, macroNames, {module, head, kNone});
-      if (toLate) Export(tables, tables.memberNames, within, memberNames, {module, head, kNone});
+      if (toProject) Export(tables, tables.exportNames, within, exportNames, {module, head, kNone, active});
+      if (toMacros) Export(tables, tables.macroNames, within, macroNames, {module, head, kNone, active});
+      if (toLate) Export(tables, tables.memberNames, within, memberNames, {module, head, kNone, active});
       if (toLate && table.kind == SymbolKind::kDocument) {
-        Export(tables, tables.documentNames, within, documentNames, {module, head, kNone});
+        Export(tables, tables.documentNames, within, documentNames, {module, head, kNone, active});
       }
     });
   }

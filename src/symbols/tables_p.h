@@ -99,7 +99,8 @@ Visibility VisibilityOf(const ModuleTable& table, Local local) noexcept;
 struct Exported {
   Index module;
   Local first;
-  Index next;  ///< into the same list
+  Index next;   ///< into the same list
+  bool active;  ///< something of it counts
 };
 
 struct ProjectTable {

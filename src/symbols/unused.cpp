@@ -22,6 +22,14 @@ struct Evidence {
   bool written = false;                                                     ///< a variable that is surely written
   bool bound = false;                                                       ///< implements a member that nobody calls
   Index text = kNone, ambiguous = kNone, byName = kNone, inactive = kNone;  ///< numbers of the first such references
+
+  /// The weak references of both.
+  void Join(const Evidence& other) noexcept {
+    text = std::min(text, other.text);
+    ambiguous = std::min(ambiguous, other.ambiguous);
+    byName = std::min(byName, other.byName);
+    inactive = std::min(inactive, other.inactive);
+  }
 };
 
 bool IsVariable(SymbolKind kind) { return kind == SymbolKind::kVariable || kind == SymbolKind::kParameter; }
@@ -35,7 +43,9 @@ class Grader {
  private:
   bool IsListed(SymbolId id) const;
   bool HasActiveTwin(SymbolId id) const;
+  bool HasActiveSibling(SymbolId id) const;
   Evidence Collect(SymbolId id) const;
+  void CollectUses(SymbolId id, bool headers, Evidence& evidence) const;
   void Weigh(SymbolId id, Index number, Evidence& evidence) const;
   void CollectThroughMember(SymbolId routine, Evidence& evidence) const;
   bool IsUsedOtherwise(SymbolId id) const;
@@ -47,6 +57,10 @@ class Grader {
   const ReferenceIndex& index_;
   const Data& data_;
   mutable std::unordered_map<SymbolId, Evidence> members_;  ///< of interfaces, events: asked for each that answers them
+  mutable std::unordered_map<Index, Evidence> sets_;        ///< what uses of several things come to
+  mutable std::unordered_map<std::uint64_t, bool> activeGroups_;  ///< by module and first name of a group
+  /// Names and kinds of what is active in one routine, type or enum, sorted: asked for each of its parts.
+  mutable std::pair<SymbolId, std::vector<std::pair<language::NameId, language::DeclarationKind>>> active_{kNone, {}};
 };
 
 bool Grader::IsListed(SymbolId id) const {
@@ -77,14 +91,24 @@ bool Grader::HasActiveTwin(SymbolId id) const {
     const bool type = symbol.kind == SymbolKind::kType;
     const bool event = symbol.kind == SymbolKind::kEvent;
     const NameHash hash = code.NameHash(name);
-    for (Local local = type    ? table.FindType(hash)
-                       : event ? table.FindEvent(hash)
-                               : table.Find(hash);
-         local != kNone; local = type || event ? kNone : table.next[local]) {
-      if (!table.IsInactive(local)) return true;
+    const Local head = type ? table.FindType(hash) : event ? table.FindEvent(hash) : table.Find(hash);
+    if (head == kNone) return false;
+    const auto [known, isNew] =
+        activeGroups_.try_emplace(static_cast<std::uint64_t>(symbol.module) << 32U | head, false);
+    if (isNew) {
+      for (Local local = head; local != kNone; local = type || event ? kNone : table.next[local]) {
+        if (!table.IsInactive(local)) known->second = true;
+      }
     }
-    return false;
+    return known->second;
   }
+  return HasActiveSibling(id);
+}
+
+/// The same for a part of a routine, a type or an enum.
+bool Grader::HasActiveSibling(SymbolId id) const {
+  const Symbol& symbol = data_.symbols[id];
+  const language::Module& code = data_.code[symbol.module];
   const Symbol& parent = data_.symbols[symbol.parent];
   // A part of something that has a twin has one too.
   if ((parent.flags & symbol_flag::kInactive) != 0 && HasActiveTwin(symbol.parent)) return true;
@@ -96,14 +120,17 @@ bool Grader::HasActiveTwin(SymbolId id) const {
     first = code.declarations[parent.declaration].firstChild;
     end = first + code.declarations[parent.declaration].childCount;
   }
-  for (Index at = first; at < end; ++at) {
-    const language::Declaration& other = code.declarations[at];
-    if (other.name == name && other.kind == code.declarations[symbol.declaration].kind &&
-        (other.flags & declaration_flag::kInactive) == 0) {
-      return true;
+  if (active_.first != symbol.parent) {
+    active_.first = symbol.parent;
+    active_.second.clear();
+    for (Index at = first; at < end; ++at) {
+      const language::Declaration& other = code.declarations[at];
+      if ((other.flags & declaration_flag::kInactive) == 0) active_.second.emplace_back(other.name, other.kind);
     }
+    std::sort(active_.second.begin(), active_.second.end());
   }
-  return false;
+  const language::Declaration& own = code.declarations[symbol.declaration];
+  return std::binary_search(active_.second.begin(), active_.second.end(), std::pair{own.name, own.kind});
 }
 
 void Grader::Weigh(SymbolId id, Index number, Evidence& evidence) const {
@@ -142,12 +169,27 @@ void Grader::Weigh(SymbolId id, Index number, Evidence& evidence) const {
   evidence.used = true;
 }
 
+/// All uses of the symbol, until one of them is sure. A use of several things is weighed once for all of them.
+void Grader::CollectUses(SymbolId id, bool headers, Evidence& evidence) const {
+  for (const Index number : data_.uses.Row(id)) {
+    const StoredReference& stored = data_.Stored(number, data_.ModuleOfReference(number));
+    if (headers || (stored.flags & reference_flag::kDeclaration) == 0) Weigh(id, number, evidence);
+    if (evidence.used) return;
+  }
+  for (const Index set : data_.memberships.Row(id)) {
+    const auto [known, isNew] = sets_.try_emplace(set);
+    if (isNew) {
+      for (const Index number : data_.uses.Row(static_cast<Index>(data_.symbols.size()) + set)) {
+        Weigh(id, number, known->second);
+      }
+    }
+    evidence.Join(known->second);
+  }
+}
+
 Evidence Grader::Collect(SymbolId id) const {
   Evidence evidence;
-  data_.AnyReference(id, [&](Index number) {
-    Weigh(id, number, evidence);
-    return evidence.used;
-  });
+  CollectUses(id, true, evidence);
   if ((data_.symbols[id].flags & symbol_flag::kImplicit) != 0) {
     const bool written = (data_.symbols[id].flags & symbol_flag::kFirstWritten) != 0;
     (written ? evidence.written : evidence.used) = true;
@@ -162,18 +204,9 @@ void Grader::CollectThroughMember(SymbolId routine, Evidence& evidence) const {
   if (handler == nullptr || handler->target == kNone) return;
   const auto [known, isNew] = members_.try_emplace(handler->target);
   Evidence& member = known->second;
-  if (isNew) {
-    data_.AnyReference(handler->target, [&](Index number) {
-      const StoredReference& stored = data_.Stored(number, data_.ModuleOfReference(number));
-      if ((stored.flags & reference_flag::kDeclaration) == 0) Weigh(handler->target, number, member);
-      return member.used;
-    });
-  }
+  if (isNew) CollectUses(handler->target, false, member);
   evidence.used = member.used || member.written;
-  evidence.ambiguous = std::min(evidence.ambiguous, member.ambiguous);
-  evidence.byName = std::min(evidence.byName, member.byName);
-  evidence.text = std::min(evidence.text, member.text);
-  evidence.inactive = std::min(evidence.inactive, member.inactive);
+  evidence.Join(member);
   evidence.bound = handler->kind == HandlerKind::kInterface;
 }
 
