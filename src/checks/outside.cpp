@@ -285,21 +285,54 @@ bool IsNamespace(std::string_view text) {
          text.find("purl.org/") != std::string_view::npos;
 }
 
-/// "SELECT ... FROM", "INSERT INTO", "UPDATE ... SET", "DELETE FROM"
-bool IsSql(std::string_view text) {
-  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-  const auto has = [&](std::string_view word) {
-    for (std::size_t at = 0; at + word.size() <= text.size(); ++at) {
-      if (text::EqualsIgnoreCase(text.substr(at, word.size()), word)) return true;
+/// The words of a text's beginning, brackets and commas apart.
+std::vector<std::string_view> FirstWords(std::string_view text, std::size_t count) {
+  std::vector<std::string_view> words;
+  while (words.size() < count && !text.empty()) {
+    const std::size_t length = text.find_first_of(" ,(\t");
+    if (length == 0) {
+      if (text.front() == ',' || text.front() == '(') words.push_back(text.substr(0, 1));
+      text.remove_prefix(1);
+      continue;
     }
-    return false;
+    words.push_back(text.substr(0, length));
+    text.remove_prefix(std::min(length, text.size()));
+  }
+  return words;
+}
+
+struct SqlForm {
+  std::string_view first, second;     ///< words that it begins with; the second may be empty
+  std::string_view capital;           ///< what follows where it is written in capitals; empty: anything
+  std::vector<std::string_view> any;  ///< else one of these, as word number `place`
+  std::size_t place;
+};
+
+/// Statements in capitals are SQL when their second word follows; in small letters they may be words of a message, so
+/// that their form has to fit too.
+bool IsSql(std::string_view text) {
+  static const std::vector<SqlForm> kForms{
+      {"SELECT", "", " FROM ", {"from", ",", "as"}, 2},
+      {"UPDATE", "", " SET ", {"set"}, 2},
+      {"INSERT", "INTO", "", {"(", "values", "select"}, 3},
+      {"DELETE", "FROM", "", {"where"}, 3},
+      {"DELETE", "*", "", {"from"}, 2},
+      {"CREATE", "TABLE", "", {"("}, 3},
+      {"DROP", "TABLE", "", {}, 0},
+      {"ALTER", "TABLE", "", {"add", "alter", "drop"}, 3},
   };
   constexpr std::size_t kLooked = 4096;
-  text = text.substr(0, kLooked);
-  if (StartsWith(text, "SELECT ")) return has(" FROM ");
-  if (StartsWith(text, "UPDATE ")) return has(" SET ");
-  return StartsWith(text, "INSERT INTO ") || StartsWith(text, "DELETE FROM ") || StartsWith(text, "DELETE * FROM ") ||
-         StartsWith(text, "CREATE TABLE ") || StartsWith(text, "DROP TABLE ") || StartsWith(text, "ALTER TABLE ");
+  const std::vector<std::string_view> words = FirstWords(text.substr(0, kLooked), 4);
+  if (words.size() < 2) return false;
+  return std::ranges::any_of(kForms, [&](const SqlForm& form) {
+    if (!text::EqualsIgnoreCase(words[0], form.first)) return false;
+    if (!form.second.empty() && !text::EqualsIgnoreCase(words[1], form.second)) return false;
+    if (words[0] == form.first && text.find(form.capital) != std::string_view::npos) return true;
+    if (words[1] == "*" && form.second.empty()) return true;
+    return words.size() > form.place && form.place > 0 && std::ranges::any_of(form.any, [&](std::string_view word) {
+             return text::EqualsIgnoreCase(words[form.place], word);
+           });
+  });
 }
 
 /// `[Mappe.xlsx]Blatt!A1` in a formula.

@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include <quillmate/symbols/workers.h>
+#include <quillmate/text/operations.h>
 
 #include "check_list_p.h"
 #include "duplicates_p.h"
@@ -53,11 +54,28 @@ bool Wants(const Selection& selection, const Step<View>& step) {
   return false;
 }
 
+/// Ends of blocks that only its younger relatives have.
+bool IsForeignEnd(std::string_view line) {
+  constexpr std::string_view kBlanks = " \t", kEnd = "end ";
+  line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
+  if (line.size() < kEnd.size() || !text::EqualsIgnoreCase(line.substr(0, kEnd.size()), kEnd)) return false;
+  line.remove_prefix(std::min(line.find_first_not_of(kBlanks, kEnd.size()), line.size()));
+  constexpr std::string_view kBlocks[] = {"class", "namespace", "module",    "try",
+                                          "using", "structure", "interface", "get"};
+  return std::ranges::any_of(kBlocks, [=](std::string_view block) {
+    return line.size() >= block.size() && text::EqualsIgnoreCase(line.substr(0, block.size()), block);
+  });
+}
+
 /// Text of another language: nothing can be said of code that can't be read.
 bool IsForeign(const language::Module& code) {
-  const auto unreadable =
-      std::ranges::count(code.problems, language::ProblemKind::kUnreadable, &language::Problem::kind);
-  return unreadable >= 5 && static_cast<std::uint32_t>(unreadable) > code.counts.code / 50;
+  std::size_t unreadable = 0, ends = 0;
+  for (const language::Problem& problem : code.problems) {
+    if (problem.kind != language::ProblemKind::kUnreadable) continue;
+    ++unreadable;
+    ends += IsForeignEnd(code.LineText(problem.line));
+  }
+  return ends > 0 || (unreadable >= 5 && unreadable > code.counts.code / 50);
 }
 
 /// What one thread works with.

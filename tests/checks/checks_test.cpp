@@ -142,7 +142,8 @@ const FindingCase kCases[] = {
      "== project P excel\n== module M\nSub A(): VBA.Shell \"x\": o.Shell \"x\"\nSet a = "
      "CreateObject(\"Outlook.Application\"): "
      "Set b = CreateObject(s): Set c = New ADODB.Connection: Set d = New Excel.Application\nx = "
-     "\"http://schemas.example/2006\": y = \"C:\\\": z = \"C:\\Daten\": w = \"select the FROM\": v = \" Select a from "
+     "\"http://schemas.example/2006\": y = \"C:\\\": z = \"C:\\Daten\": w = \"select the one FROM\": v = \" Select a "
+     "from "
      "b\"\nEnd "
      "Sub\n== project Q excel\n== module N\nSub Shell(x): End Sub\nSub B(): Shell 1: End Sub",
      "aussen-programm@1 aussen-mail@2 aussen-objekt@2 aussen-datenbank@2 pfad-fest@3 aussen-datenbank@3"},
@@ -156,6 +157,11 @@ const FindingCase kCases[] = {
      "q.x: x = y "
      "* 2: y = x + Q: Foo y, x, \"x\": If x > y Then y = x - 1: Foo x + 1\nEnd Sub\nSub Foo(ParamArray x()): End Sub",
      "3"},
+    {"SQL: capitals, small letters, messages", "aussen-datenbank",
+     "== module M\nSub A()\nx = \"SELECT * FROM [\"\nx = \"select a, b from t\"\nx = \"Select an option from the "
+     "list\"\nx = \"update t set a=1\"\nx = \"Update the whole set now\"\nx = \"insert into t (a) values (1)\"\nx = "
+     "\"Delete from here\"\nx = \"DELETE FROM t\"\nx = \"Selected\"\nEnd Sub",
+     "2 3 5 7 9"},
     {"silenced: behind, above, by other ids, all, continued lines, in strings", "pfad-fest",
      "== module M\nSub A()\nx = \"C:\\Daten\" ' quillmate: ignore pfad-fest\n' quillmate: ignore aussen-datei, "
      "PFAD-FEST "
