@@ -101,7 +101,19 @@ void WriteWholeSite(benchmark::State& state) {
   const std::filesystem::path folder = std::filesystem::temp_directory_path() / "quillmate_export_bench";
   std::filesystem::create_directories(folder / "site");
   const int modules = static_cast<int>(state.range(0));
-  const SiteProject project = ProjectOfModules(modules, folder);
+  SiteProject project = ProjectOfModules(modules, folder);
+  symbols::Sources sources;
+  std::vector<symbols::ModulePlaces> places;
+  sources.projects.emplace_back();
+  for (const codedb::ModuleRecord& module : project.modules) {
+    symbols::ModuleSource& source = sources.modules.emplace_back();
+    source.name = module.name;
+    source.text = PlainText(codedb::ReadModuleText(folder, module.number));
+    places.emplace_back(module.number.value);
+  }
+  const auto understanding = symbols::ReferenceIndex::Build(std::move(sources));
+  project.understanding = &understanding;
+  project.places = places;
   for ([[maybe_unused]] auto round : state) WriteSite(project, settings::LookOf({}), folder / "site");
   state.SetItemsProcessed(state.iterations() * modules * 1000);
   std::filesystem::remove_all(folder);

@@ -17,20 +17,7 @@ namespace quillmate::cli {
 namespace {
 
 /// Module files alone don't tell whose they are.
-symbols::Host HostOfEdition(int edition) {
-  switch (edition) {
-    case startup::kWord:
-      return symbols::Host::kWord;
-    case startup::kAccess:
-      return symbols::Host::kAccess;
-    case startup::kPowerPoint:
-      return symbols::Host::kPowerPoint;
-    case startup::kVisualBasic:
-      return symbols::Host::kVb6;
-    default:
-      return symbols::Host::kExcel;
-  }
-}
+symbols::Host HostOfEdition(int edition) { return symbols::HostOfProgram(startup::EditionOf(edition).hostName); }
 
 symbols::Sources SavedSources(const Invocation& invocation) {
   const std::filesystem::path folder = files::PathFromText(invocation.inputs.front());

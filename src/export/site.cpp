@@ -22,17 +22,16 @@ std::string_view WithoutAddedBreaks(std::string_view stored) noexcept {
 class SiteWriter {
  public:
   SiteWriter(const SiteProject& project, const text::CodeLook& look, const std::filesystem::path& folder)
-      : project_(project), look_(look), folder_(folder), model_(project), finder_(model_) {}
+      : project_(project), look_(look), folder_(folder), model_(project) {}
 
   void Run(const SiteProgress& progress) {
     ForEachModule([&](int module, std::string_view text) { ReadModule(module, text); });
-    SortReferences(model_);
     Write(kStyleFile, StyleSheet(look_));
     Write(kStartFile, StartPage(model_));
     Write(kRoutinesFile, RoutinesPage(model_));
     Write(kUnusedFile, UnusedPage(model_));
     ForEachModule([&](int module, std::string_view text) {
-      Write(model_.Module(module).page, ModulePage(model_, module, text, finder_));
+      Write(model_.Module(module).page, ModulePage(model_, module, text));
       if (progress) progress(static_cast<std::size_t>(module) + 1, model_.modules.size());
     });
     WriteSiteList(folder_, files_);
@@ -48,7 +47,7 @@ class SiteWriter {
   }
 
   void ReadModule(int position, std::string_view text) {
-    CollectReferences(text, position, finder_, model_);
+    FindAnchors(text, position, model_);
     SiteModule& module = model_.modules[static_cast<std::size_t>(position)];
     module.description = CommentLines(text).OfModule([&](codedb::Line line) {
       const auto* const first = model_.routines.data() + module.first;
@@ -66,7 +65,6 @@ class SiteWriter {
   const text::CodeLook& look_;
   const std::filesystem::path& folder_;
   SiteModel model_;
-  ReferenceFinder finder_;
   std::vector<std::string> files_;
 };
 

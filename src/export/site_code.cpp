@@ -1,4 +1,5 @@
 #include <charconv>
+#include <utility>
 
 #include "site_code_p.h"
 #include "site_text_p.h"
@@ -107,27 +108,27 @@ class PlainRenderer {
 
 class ModuleRenderer {
  public:
-  ModuleRenderer(std::string& html, int module, const SiteModel& model, ReferenceFinder& finder)
-      : html_(html), tags_(html), module_(module), model_(model), finder_(finder) {
+  ModuleRenderer(std::string& html, int module, const SiteModel& model, std::vector<SiteLink> links)
+      : html_(html), tags_(html), module_(module), model_(model), starts_(model, module), links_(std::move(links)) {
     BeginLine();
   }
 
   void Identifier(std::string_view word) {
-    const SiteReference reference = finder_.Find(word);
-    if (reference.routine == kNoRoutine) {
-      AppendCode(html_, word);
-      return;
-    }
-    const SiteRoutine& routine = model_.Routine(reference.routine);
+    const SiteLink* const link = LinkHere();
+    if (link == nullptr) return Text(word);
+    const SiteRoutine& routine = model_.Routine(link->routine);
     html_ += "<a href=\"";
     if (routine.module != module_) html_ += model_.ModuleOf(routine).page;
-    html_ += reference.isDefinition || !routine.hasCode ? "#r-" : "#c-";
+    html_ += link->isDefinition || !routine.hasCode ? "#r-" : "#c-";
     html_.append(routine.anchor).append("\">");
-    AppendCode(html_, word);
+    Text(word);
     html_ += "</a>";
   }
 
-  void Text(std::string_view bytes) { AppendCode(html_, bytes); }
+  void Text(std::string_view bytes) {
+    AppendCode(html_, bytes);
+    column_ += bytes.size();
+  }
 
   void Mark(text::Marker marker) {
     if (marker == text::Marker::kHeaderLineOpen) SetAnchor();
@@ -137,7 +138,8 @@ class ModuleRenderer {
   void LineBreak() {
     tags_.Suspend();
     html_ += '\n';
-    finder_.NextLine();
+    starts_.NextLine();
+    column_ = 1;
     BeginLine();
     tags_.Resume();
   }
@@ -148,16 +150,27 @@ class ModuleRenderer {
   }
 
  private:
+  /// The link whose name holds the present column.
+  const SiteLink* LinkHere() {
+    const auto line = static_cast<std::uint32_t>(starts_.CurrentLine().value);
+    const auto isPassed = [&](const SiteLink& link) {
+      return link.line < line || (link.line == line && link.column + link.length <= column_);
+    };
+    while (next_ < links_.size() && isPassed(links_[next_])) ++next_;
+    const bool isHere = next_ < links_.size() && links_[next_].line == line && links_[next_].column <= column_;
+    return isHere ? &links_[next_] : nullptr;
+  }
+
   void BeginLine() {
     html_ += "<span id=\"z";
-    AppendNumber(html_, finder_.CurrentLine().value);
+    AppendNumber(html_, starts_.CurrentLine().value);
     html_ += "\">";
-    AppendNumber(html_, finder_.CurrentLine().value);
+    AppendNumber(html_, starts_.CurrentLine().value);
     html_ += "</span>";
   }
 
   void SetAnchor() {
-    const int routine = finder_.RoutineStartingHere();
+    const int routine = starts_.Here();
     if (routine == kNoRoutine || routine == anchored_) return;
     anchored_ = routine;
     tags_.SetAnchor(model_.Routine(routine).anchor);
@@ -167,17 +180,19 @@ class ModuleRenderer {
   CodeTags tags_;
   int module_;
   const SiteModel& model_;
-  ReferenceFinder& finder_;
+  RoutineStarts starts_;
+  std::vector<SiteLink> links_;
+  std::size_t next_ = 0;
+  /// Of what comes next, from 1 on.
+  std::size_t column_ = 1;
   /// The last routine that has its anchor.
   int anchored_ = kNoRoutine;
 };
 
 }  // namespace
 
-void AppendModuleCode(std::string& html, std::string_view markedText, int module, const SiteModel& model,
-                      ReferenceFinder& finder) {
-  finder.EnterModule(module);
-  ModuleRenderer renderer(html, module, model, finder);
+void AppendModuleCode(std::string& html, std::string_view markedText, int module, const SiteModel& model) {
+  ModuleRenderer renderer(html, module, model, FindLinks(model, module, markedText));
   WalkCode(markedText, renderer);
   renderer.Finish();
 }

@@ -1,131 +1,110 @@
 #include <algorithm>
 
+#include <quillmate/export/plain_text.h>
+#include <quillmate/text/markers.h>
+#include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
+
 #include "site_links_p.h"
 #include "site_walk_p.h"
 
 namespace quillmate::output {
 namespace {
 
-/// The routine around each line of a module, by line; of several the one with the lowest number.
-std::vector<int> OwnersOfLines(const SiteModel& model, const SiteModule& module, std::int32_t lineCount) {
-  std::vector<int> byNumber;
-  for (int i = module.first; i < module.last; ++i) byNumber.push_back(i);
-  std::sort(byNumber.begin(), byNumber.end(),
-            [&](int a, int b) { return model.Routine(a).record->number > model.Routine(b).record->number; });
-  std::vector<int> owners(static_cast<std::size_t>(lineCount) + 1, kNoRoutine);
-  for (const int i : byNumber) {
-    const codedb::RoutineRecord& record = *model.Routine(i).record;
-    if (!record.start || !record.end) continue;
-    const std::int32_t first = std::max(record.start->value, 1);
-    const std::int32_t last = std::min(record.end->value, lineCount);
-    if (first <= last) std::fill(owners.begin() + first, owners.begin() + last + 1, i);
-  }
-  return owners;
-}
+/// Columns of a longer line that was laid out anew are not worth looking for.
+constexpr std::size_t kLongLine = 10'000;
 
-class Collector {
+/// The columns of the code in the lines that are shown; asked for line by line.
+class ShownColumns {
  public:
-  Collector(std::string_view markedText, int module, ReferenceFinder& finder, SiteModel& model)
-      : module_(module),
-        finder_(finder),
-        model_(model),
-        owners_(OwnersOfLines(model, model.Module(module),
-                              static_cast<std::int32_t>(std::ranges::count(markedText, '\n')) + 1)) {}
+  ShownColumns(const language::Module& code, std::string_view markedText)
+      : code_(code), plain_(PlainText(markedText)), lines_(text::Split(plain_, text::kLineBreak)) {}
 
-  void Identifier(std::string_view word) {
-    const SiteReference reference = finder_.Find(word);
-    if (reference.routine == kNoRoutine || reference.isDefinition) return;
-    const int owner = owners_[static_cast<std::size_t>(finder_.CurrentLine().value)];
-    const int group = model_.Routine(reference.routine).group;
-    if (owner != kNoRoutine) {
-      SiteRoutine& caller = model_.routines[static_cast<std::size_t>(owner)];
-      if (caller.group == group) return;
-      Note(caller.calls, reference.routine);
-    }
-    Note(model_.callers[static_cast<std::size_t>(group)], SiteSource{module_, owner});
+  /// 0 when it can't be told.
+  std::uint32_t Find(std::uint32_t line, std::uint32_t shownLine, std::uint32_t column) {
+    if (shownLine != shownLine_) Enter(line, shownLine);
+    if (isSame_) return column;
+    return isLong_ ? 0 : symbols::MapColumn(code_.LineText(line), shown_, column);
   }
-
-  void Text(std::string_view) noexcept {}
-
-  void Mark(text::Marker marker) {
-    if (marker != text::Marker::kHeaderLineOpen) return;
-    const int routine = finder_.RoutineStartingHere();
-    if (routine != kNoRoutine) model_.routines[static_cast<std::size_t>(routine)].hasCode = true;
-  }
-
-  void LineBreak() { finder_.NextLine(); }
 
  private:
-  /// The same value comes many times in a row.
-  template <typename T>
-  static void Note(std::vector<T>& values, const T& value) {
-    if (values.empty() || values.back() != value) values.push_back(value);
+  void Enter(std::uint32_t line, std::uint32_t shownLine) {
+    shownLine_ = shownLine;
+    shown_ = shownLine <= lines_.size() ? text::Utf8FromCode(lines_[shownLine - 1]) : std::string();
+    isSame_ = shown_ == code_.LineText(line);
+    isLong_ = shown_.size() > kLongLine;
   }
 
-  int module_;
-  ReferenceFinder& finder_;
-  SiteModel& model_;
-  std::vector<int> owners_;
+  const language::Module& code_;
+  const std::string plain_;
+  const std::vector<std::string_view> lines_;
+  std::uint32_t shownLine_ = 0;
+  std::string shown_;
+  bool isSame_ = false;
+  bool isLong_ = false;
 };
 
-template <typename T>
-void SortUnique(std::vector<T>& values) {
-  std::sort(values.begin(), values.end());
-  values.erase(std::unique(values.begin(), values.end()), values.end());
+/// The first routine of the index that a name means.
+int RoutineMeant(const SiteModel& model, const symbols::Occurrence& name) {
+  for (const symbols::SymbolId target : name.targets) {
+    const int routine = IsCallable(model.known.SymbolAt(target).kind) ? model.RoutineOf(target) : kNoRoutine;
+    if (routine != kNoRoutine) return routine;
+  }
+  return kNoRoutine;
 }
+
+class AnchorFinder {
+ public:
+  AnchorFinder(SiteModel& model, int module) : model_(model), starts_(model, module) {}
+
+  void Identifier(std::string_view) noexcept {}
+  void Text(std::string_view) noexcept {}
+  void Mark(text::Marker marker) {
+    const int routine = marker == text::Marker::kHeaderLineOpen ? starts_.Here() : kNoRoutine;
+    if (routine != kNoRoutine) model_.routines[static_cast<std::size_t>(routine)].hasCode = true;
+  }
+  void LineBreak() { starts_.NextLine(); }
+
+ private:
+  SiteModel& model_;
+  RoutineStarts starts_;
+};
 
 }  // namespace
 
-ReferenceFinder::ReferenceFinder(const SiteModel& model) : model_(model), ownOfName_(model.names.Size()) {}
-
-void ReferenceFinder::EnterModule(int module) {
-  module_ = module;
-  const SiteModule& entered = model_.Module(module);
-  for (int i = entered.first; i < entered.last; ++i) {
-    const SiteRoutine& routine = model_.Routine(i);
-    OwnRoutine& own = ownOfName_[static_cast<std::size_t>(routine.name)];
-    const bool isFirst = own.module != module || routine.record->number < model_.Routine(own.routine).record->number;
-    if (isFirst) own = {module, i};
+std::vector<SiteLink> FindLinks(const SiteModel& model, int module, std::string_view markedText) {
+  std::vector<SiteLink> links;
+  const symbols::Index number = model.Module(module).number;
+  if (number == symbols::kNone) return links;
+  ShownColumns columns(model.known.Code(number), markedText);
+  for (const symbols::Occurrence& name : model.known.Occurrences(number)) {
+    const int routine = RoutineMeant(model, name);
+    if (routine == kNoRoutine) continue;
+    const std::uint32_t line = model.ShownLine(number, name.line);
+    const std::uint32_t column = line == 0 ? 0 : columns.Find(name.line, line, name.column);
+    if (column > 0) links.push_back({line, column, name.length, routine, name.declares});
   }
-  line_ = {};
-  current_ = kNoRoutine;
-  next_ = entered.first;
+  std::ranges::stable_sort(links, {}, [](const SiteLink& link) { return std::pair(link.line, link.column); });
+  return links;
+}
+
+RoutineStarts::RoutineStarts(const SiteModel& model, int module)
+    : model_(model), last_(model.Module(module).last), next_(model.Module(module).first) {
   NextLine();
 }
 
-void ReferenceFinder::NextLine() noexcept {
+void RoutineStarts::NextLine() noexcept {
   ++line_.value;
-  const int last = model_.Module(module_).last;
-  while (next_ < last && IsBegun(*model_.Routine(next_).record)) current_ = next_++;
+  while (next_ < last_ && IsBegun(*model_.Routine(next_).record)) current_ = next_++;
 }
 
-SiteReference ReferenceFinder::Find(std::string_view identifier) const noexcept {
-  const int name = model_.names.Find(identifier);
-  if (name == text::NameTable::kNone) return {};
-  if (IsInHeader() && model_.Routine(current_).name == name) return {current_, true};
-  const OwnRoutine& own = ownOfName_[static_cast<std::size_t>(name)];
-  return {own.module == module_ ? own.routine : model_.publicRoutine[static_cast<std::size_t>(name)], false};
-}
-
-int ReferenceFinder::RoutineStartingHere() const noexcept {
+int RoutineStarts::Here() const noexcept {
   return current_ != kNoRoutine && model_.Routine(current_).record->start == line_ ? current_ : kNoRoutine;
 }
 
-bool ReferenceFinder::IsInHeader() const noexcept {
-  if (current_ == kNoRoutine) return false;
-  const codedb::RoutineRecord& record = *model_.Routine(current_).record;
-  return line_.value - record.start->value < std::max(record.headerLines, 1);
-}
-
-void CollectReferences(std::string_view markedText, int module, ReferenceFinder& finder, SiteModel& model) {
-  finder.EnterModule(module);
-  Collector collector(markedText, module, finder, model);
-  WalkCode(markedText, collector);
-}
-
-void SortReferences(SiteModel& model) {
-  for (SiteRoutine& routine : model.routines) SortUnique(routine.calls);
-  for (std::vector<SiteSource>& callers : model.callers) SortUnique(callers);
+void FindAnchors(std::string_view markedText, int module, SiteModel& model) {
+  AnchorFinder finder(model, module);
+  WalkCode(markedText, finder);
 }
 
 }  // namespace quillmate::output

@@ -1,8 +1,7 @@
 #include <algorithm>
 #include <limits>
-#include <unordered_map>
 
-#include <quillmate/codedb/codes.h>
+#include <quillmate/symbols/unused.h>
 
 #include "site_model_p.h"
 
@@ -27,65 +26,58 @@ std::vector<const codedb::RoutineRecord*> InOrderOfCode(const codedb::ModuleReco
   return routines;
 }
 
+/// Of a project that nothing is known of.
+const symbols::ReferenceIndex& Known(const SiteProject& project) {
+  static const symbols::ReferenceIndex nothing;
+  return project.understanding == nullptr ? nothing : *project.understanding;
+}
+
 }  // namespace
 
-SiteModel::SiteModel(const SiteProject& siteProject) : project(siteProject) {
+SiteModel::SiteModel(const SiteProject& siteProject)
+    : project(siteProject), known(Known(siteProject)), byNumber_(known.Modules().size(), -1) {
+  const symbols::IndexSymbols symbols(known, project.places);
   FileNames pages;
   modules.reserve(project.modules.size());
   routines.reserve(CountRoutines(project));
   for (const codedb::ModuleRecord& record : project.modules) {
     const int first = static_cast<int>(routines.size());
-    AddRoutines(record);
+    AddRoutines(record, symbols);
     const int last = static_cast<int>(routines.size());
-    modules.push_back({&record, "modul-" + pages.Make(record.name) + ".html", first, last, {}});
-    GroupByName(modules.back());
+    const symbols::Index number = symbols.ModuleAt(record.number);
+    if (number != symbols::kNone) byNumber_[number] = static_cast<int>(modules.size());
+    modules.push_back({&record, number, "modul-" + pages.Make(record.name) + ".html", first, last, {}});
   }
-  callers.resize(firstOfGroup.size());
-  FindPublicRoutines();
-  FindUnused();
 }
 
-void SiteModel::AddRoutines(const codedb::ModuleRecord& record) {
+void SiteModel::AddRoutines(const codedb::ModuleRecord& record, const symbols::IndexSymbols& symbols) {
   FileNames anchors;
   for (const codedb::RoutineRecord* routine : InOrderOfCode(record)) {
-    SiteRoutine added;
+    const int position = static_cast<int>(routines.size());
+    SiteRoutine& added = routines.emplace_back();
     added.record = routine;
     added.module = static_cast<int>(modules.size());
-    added.name = names.Add(routine->name);
     added.anchor = anchors.Make(routine->name);
-    routines.push_back(std::move(added));
+    const symbols::SymbolId symbol = symbols.RoutineAt(record.number, routine->name, routine->start);
+    // What the index has twice is one routine of the code.
+    if (symbol == symbols::kNone || !bySymbol_.try_emplace(symbol, position).second) continue;
+    added.symbol = symbol;
+    if (std::optional<symbols::UnusedSymbol> found = symbols::GradeUnused(known, symbol)) {
+      added.unused = {found->grade, std::move(found->reason), std::move(found->place)};
+      unused.push_back(position);
+    }
   }
 }
 
-void SiteModel::GroupByName(const SiteModule& module) {
-  std::unordered_map<int, int> groupOfName;
-  for (int i = module.first; i < module.last; ++i) {
-    SiteRoutine& routine = routines[static_cast<std::size_t>(i)];
-    const auto [group, isNew] = groupOfName.emplace(routine.name, static_cast<int>(firstOfGroup.size()));
-    routine.group = group->second;
-    if (isNew) firstOfGroup.push_back(i);
-  }
+int SiteModel::RoutineOf(symbols::SymbolId symbol) const {
+  const auto found = bySymbol_.find(symbol);
+  return found == bySymbol_.end() ? kNoRoutine : found->second;
 }
 
-void SiteModel::FindPublicRoutines() {
-  publicRoutine.assign(names.Size(), kNoRoutine);
-  for (int i = 0; i < static_cast<int>(routines.size()); ++i) {
-    const SiteRoutine& routine = Routine(i);
-    if (routine.record->visibility == codedb::kPrivate) continue;
-    int& best = publicRoutine[static_cast<std::size_t>(routine.name)];
-    if (best == kNoRoutine || routine.record->number < Routine(best).record->number) best = i;
-  }
-}
+int SiteModel::ModuleOf(symbols::Index module) const { return module < byNumber_.size() ? byNumber_[module] : -1; }
 
-void SiteModel::FindUnused() {
-  std::unordered_map<codedb::RoutineNumber, int> byNumber;
-  for (int i = 0; i < static_cast<int>(routines.size()); ++i) byNumber.emplace(Routine(i).record->number, i);
-  for (const SiteUnused& entry : project.unused) {
-    const auto found = byNumber.find(entry.routineNumber);
-    if (found == byNumber.end()) continue;
-    unused.push_back(found->second);
-    routines[static_cast<std::size_t>(found->second)].unused = entry.judgement;
-  }
+std::uint32_t SiteModel::ShownLine(symbols::Index module, std::uint32_t line) const {
+  return module < project.places.size() ? project.places[module].ShownLine(line) : 0;
 }
 
 }  // namespace quillmate::output

@@ -2,11 +2,12 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include <quillmate/codedb/records.h>
 #include <quillmate/export/site.h>
-#include <quillmate/text/name_table.h>
+#include <quillmate/symbols/index_symbols.h>
 
 #include "site_names_p.h"
 
@@ -15,32 +16,23 @@ namespace quillmate::output {
 
 inline constexpr int kNoRoutine = -1;
 
-/// Where a name is used: in a routine, or in the declarations of a module (`routine` is kNoRoutine then).
-struct SiteSource {
-  int module = 0;
-  int routine = kNoRoutine;
-  auto operator<=>(const SiteSource&) const = default;
-};
-
 struct SiteRoutine {
   const codedb::RoutineRecord* record = nullptr;
   int module = 0;
-  /// Position in SiteModel::names.
-  int name = text::NameTable::kNone;
-  /// Position in SiteModel::callers; shared by the routines of a module with the same name.
-  int group = 0;
+  /// What the understanding calls it; kNone when that sees no routine there.
+  symbols::SymbolId symbol = symbols::kNone;
   /// Behind "r-" and "c-"; unique in the module.
   std::string anchor;
   /// True when the code has the anchor "c-".
   bool hasCode = false;
-  /// The first one of each group that is called, in the order of the model.
-  std::vector<int> calls;
-  /// Set when nothing calls it.
-  std::optional<SiteJudgement> unused;
+  /// Set when nothing surely calls it.
+  std::optional<symbols::RoutineGrade> unused;
 };
 
 struct SiteModule {
   const codedb::ModuleRecord* record = nullptr;
+  /// In the understanding; kNone when that lacks it.
+  symbols::Index number = symbols::kNone;
   /// Name of its file.
   std::string page;
   /// Its routines, in the order of the code: positions `first` up to before `last`.
@@ -54,27 +46,27 @@ struct SiteModel {
   explicit SiteModel(const SiteProject& siteProject);
 
   const SiteProject& project;
+  const symbols::ReferenceIndex& known;
   std::vector<SiteModule> modules;
   std::vector<SiteRoutine> routines;
-  text::NameTable names;
-  /// By name: the first routine of that name that is not private, in the order of the routines' numbers.
-  std::vector<int> publicRoutine;
-  /// By group: its first routine.
-  std::vector<int> firstOfGroup;
-  /// By group: who uses the name, in the order of the model.
-  std::vector<std::vector<SiteSource>> callers;
-  /// Those that nothing calls, in the project's order.
+  /// Those that nothing surely calls, in the order of the model.
   std::vector<int> unused;
 
   const SiteRoutine& Routine(int position) const { return routines[static_cast<std::size_t>(position)]; }
   const SiteModule& Module(int position) const { return modules[static_cast<std::size_t>(position)]; }
   const SiteModule& ModuleOf(const SiteRoutine& routine) const { return Module(routine.module); }
+  /// kNoRoutine for what is no routine of the index.
+  int RoutineOf(symbols::SymbolId symbol) const;
+  /// The page's module of one of the understanding; -1 when the index lacks it.
+  int ModuleOf(symbols::Index module) const;
+  /// The line of the stored text, 0 for one that isn't shown.
+  std::uint32_t ShownLine(symbols::Index module, std::uint32_t line) const;
 
  private:
-  void AddRoutines(const codedb::ModuleRecord& record);
-  void GroupByName(const SiteModule& module);
-  void FindPublicRoutines();
-  void FindUnused();
+  void AddRoutines(const codedb::ModuleRecord& record, const symbols::IndexSymbols& symbols);
+
+  std::unordered_map<symbols::SymbolId, int> bySymbol_;
+  std::vector<int> byNumber_;  ///< by the understanding's modules
 };
 
 }  // namespace quillmate::output

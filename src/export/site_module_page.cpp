@@ -1,6 +1,9 @@
+#include <string>
 #include <utility>
+#include <vector>
 
 #include <quillmate/codedb/codes.h>
+#include <quillmate/symbols/calls.h>
 
 #include "site_code_p.h"
 #include "site_comments_p.h"
@@ -12,6 +15,8 @@ namespace quillmate::output {
 namespace {
 
 constexpr std::string_view kCodeAnchor = "#quelltext";
+/// A name that many classes have may be called from everywhere.
+constexpr std::size_t kMostEdges = 200;
 
 /// What a property's part is called behind the property's name.
 std::string_view PartText(int kind) noexcept {
@@ -33,7 +38,7 @@ class ModulePageWriter {
   ModulePageWriter(const SiteModel& model, int position, std::string_view markedText)
       : model_(model), position_(position), module_(model.Module(position)), text_(markedText), comments_(markedText) {}
 
-  std::string Run(ReferenceFinder& finder) {
+  std::string Run() {
     // The code grows about fourfold.
     html_.reserve(text_.size() * 4 + 4096);
     html_ = PageHead(model_, EscapeCode(module_.record->name), module_.page);
@@ -41,7 +46,7 @@ class ModulePageWriter {
     AppendRoutineNames();
     for (int i = module_.first; i < module_.last; ++i) AppendRoutine(model_.Routine(i));
     html_ += "<h2 id=\"quelltext\">Quelltext</h2>\n<pre class=\"code\"><code>";
-    AppendModuleCode(html_, text_, position_, model_, finder);
+    AppendModuleCode(html_, text_, position_, model_);
     html_ += "</code></pre>\n";
     html_ += kPageEnd;
     return std::move(html_);
@@ -54,6 +59,8 @@ class ModulePageWriter {
     html_.append(Counted(module_.last - module_.first, "Routine", "Routinen")).append(", ");
     AppendLink(html_, kCodeAnchor, "Quelltext");
     html_ += "</p>\n";
+    const std::string origin = OriginText(model_, module_);
+    if (!origin.empty()) html_.append("<p class=\"facts\">").append(origin).append("</p>\n");
     if (!module_.description.empty()) html_.append("<p class=\"note\">").append(module_.description).append("</p>\n");
   }
 
@@ -105,57 +112,85 @@ class ModulePageWriter {
   }
 
   void AppendCallers(const SiteRoutine& routine) {
-    html_ += "<dt>Aufgerufen von</dt>\n<dd>";
-    const auto group = static_cast<std::size_t>(routine.group);
-    const SiteRoutine& first = model_.Routine(model_.firstOfGroup[group]);
-    if (&first != &routine) {
-      html_ += "wie ";
-      AppendLink(html_, RoutineAddress(model_, first, position_), NameOf(first));
-    } else {
-      AppendCallerList(model_.callers[group]);
-    }
+    if (routine.symbol == symbols::kNone) return AppendPair("Aufgerufen von", "unbekannt");
+    const std::vector<symbols::CallEdge> callers = symbols::CallersOf(model_.known, routine.symbol);
+    std::string sure = EdgeList(callers, symbols::kNone, true);
+    if (sure.empty()) sure = "keiner Routine";
     if (routine.unused) {
-      html_ += " (";
-      AppendLink(html_, kUnusedFile, std::string("Einstufung: ").append(JudgementText(*routine.unused)));
-      html_ += ")";
+      sure += " (";
+      AppendLink(sure, kUnusedFile, "Einstufung: " + GradeWithReason(*routine.unused));
+      sure += ")";
     }
-    html_ += "</dd>\n";
+    AppendPair("Aufgerufen von", sure);
+    AppendPair("Möglicherweise von", EdgeList(callers, symbols::kNone, false));
+    AppendPair("Von außerhalb", HostList(callers));
   }
-
-  void AppendCallerList(const std::vector<SiteSource>& callers) {
-    std::string_view separator;
-    for (const SiteSource& caller : callers) {
-      html_ += separator;
-      AppendCaller(caller);
-      separator = ", ";
-    }
-    if (callers.empty()) html_ += "keiner Routine";
-  }
-
-  void AppendCaller(const SiteSource& caller) {
-    if (caller.routine != kNoRoutine) {
-      const SiteRoutine& routine = model_.Routine(caller.routine);
-      AppendLink(html_, RoutineAddress(model_, routine, position_), QualifiedName(routine) + PartOf(routine));
-    } else {
-      const SiteModule& module = model_.Module(caller.module);
-      const std::string page = caller.module == position_ ? std::string() : module.page;
-      AppendLink(html_, page + std::string(kCodeAnchor), EscapeCode(module.record->name) + " (Deklarationen)");
-    }
-  }
-
-  static std::string PartOf(const SiteRoutine& routine) { return std::string(PartText(routine.record->kind)); }
 
   void AppendCalls(const SiteRoutine& routine) {
-    if (routine.calls.empty()) return;
-    html_ += "<dt>Ruft auf</dt>\n<dd>";
-    std::string_view separator;
-    for (const int called : routine.calls) {
-      html_ += separator;
-      AppendLink(html_, RoutineAddress(model_, model_.Routine(called), position_),
-                 QualifiedName(model_.Routine(called)));
+    if (routine.symbol == symbols::kNone) return;
+    const std::vector<symbols::CallEdge> calls = symbols::CalleesOf(model_.known, routine.symbol);
+    AppendPair("Ruft auf", EdgeList(calls, module_.number, true));
+    AppendPair("Ruft möglicherweise auf", EdgeList(calls, module_.number, false));
+  }
+
+  void AppendPair(std::string_view title, std::string_view text) {
+    if (!text.empty()) html_.append("<dt>").append(title).append("</dt>\n<dd>").append(text).append("</dd>\n");
+  }
+
+  /// The routines of one kind of edges, each with the calling lines: those of `lineModule`, or of the routine's own.
+  std::string EdgeList(const std::vector<symbols::CallEdge>& edges, symbols::Index lineModule, bool sure) const {
+    std::string list;
+    std::size_t count = 0;
+    for (const symbols::CallEdge& edge : edges) {
+      if (edge.routine == symbols::kNone || (edge.certainty == symbols::Certainty::kSure) != sure) continue;
+      if (++count > kMostEdges) continue;
+      if (!list.empty()) list += ", ";
+      AppendEdge(list, edge, lineModule == symbols::kNone ? model_.known.SymbolAt(edge.routine).module : lineModule);
+    }
+    if (count > kMostEdges)
+      list.append(" und ").append(GroupedNumber(static_cast<std::int64_t>(count - kMostEdges))).append(" weitere");
+    return list;
+  }
+
+  void AppendEdge(std::string& list, const symbols::CallEdge& edge, symbols::Index lineModule) const {
+    const int position = model_.RoutineOf(edge.routine);
+    if (position != kNoRoutine) {
+      const SiteRoutine& routine = model_.Routine(position);
+      AppendLink(list, RoutineAddress(model_, routine, position_),
+                 QualifiedName(routine).append(PartText(routine.record->kind)));
+    } else {
+      const symbols::Symbol& symbol = model_.known.SymbolAt(edge.routine);
+      list +=
+          EscapeUtf8(model_.known.Modules()[symbol.module].name + "." + std::string(model_.known.Name(edge.routine)));
+    }
+    list += " <small>";
+    if (edge.certainty != symbols::Certainty::kSure) {
+      list.append(symbols::GermanWord(edge.certainty)).append(edge.lines.empty() ? "" : ", ");
+    }
+    AppendLines(list, edge.lines, lineModule);
+    list += "</small>";
+  }
+
+  /// "Zeile 4, 9", each a link to the line.
+  void AppendLines(std::string& list, const std::vector<std::uint32_t>& lines, symbols::Index lineModule) const {
+    const int page = model_.ModuleOf(lineModule);
+    const std::string address = page < 0 || page == position_ ? std::string() : model_.Module(page).page;
+    std::string_view separator = "Zeile ";
+    for (const std::uint32_t line : lines) {
+      const std::uint32_t shown = model_.ShownLine(lineModule, line);
+      const std::string number = std::to_string(page < 0 ? line : shown);
+      list += separator;
+      page < 0 || shown == 0 ? void(list += number) : AppendLink(list, address + "#z" + number, number);
       separator = ", ";
     }
-    html_ += "</dd>\n";
+  }
+
+  static std::string HostList(const std::vector<symbols::CallEdge>& edges) {
+    std::string list;
+    for (const symbols::CallEdge& edge : edges) {
+      if (edge.routine == symbols::kNone) list.append(list.empty() ? "" : ", ").append(EscapeUtf8(edge.host));
+    }
+    return list;
   }
 
   /// With its module's name unless that is the page's own.
@@ -175,8 +210,8 @@ class ModulePageWriter {
 
 }  // namespace
 
-std::string ModulePage(const SiteModel& model, int module, std::string_view markedText, ReferenceFinder& finder) {
-  return ModulePageWriter(model, module, markedText).Run(finder);
+std::string ModulePage(const SiteModel& model, int module, std::string_view markedText) {
+  return ModulePageWriter(model, module, markedText).Run();
 }
 
 }  // namespace quillmate::output

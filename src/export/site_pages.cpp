@@ -11,6 +11,8 @@
 namespace quillmate::output {
 namespace {
 
+using symbols::Grade;
+
 struct NavigationLink {
   const char* file;
   std::string_view text;
@@ -19,7 +21,7 @@ struct NavigationLink {
 constexpr NavigationLink kNavigation[] = {
     {kStartFile, "Module"},
     {kRoutinesFile, "Routinen von A bis Z"},
-    {kUnusedFile, "Nie aufgerufen"},
+    {kUnusedFile, "Ohne Aufruf"},
 };
 
 void AppendNavigation(std::string& html, std::string_view current) {
@@ -126,13 +128,34 @@ void AppendLetter(std::string& html, const SiteModel& model, const LetterGroup& 
   html += "</ul>\n";
 }
 
-void AppendJudgements(std::string& html) {
+/// The grades that routines have, the strongest statement first.
+constexpr Grade kGrades[] = {Grade::kCertain,  Grade::kSelf, Grade::kInactive,
+                             Grade::kPossible, Grade::kText, Grade::kHost};
+
+std::int64_t CountGrade(const SiteModel& model, Grade grade) {
+  return std::ranges::count_if(model.unused, [&](int i) { return model.Routine(i).unused->grade == grade; });
+}
+
+/// "1.057 sicher, 10.393 vom Host".
+std::string GradeCounts(const SiteModel& model) {
+  std::string text;
+  for (const Grade grade : kGrades) {
+    const std::int64_t count = CountGrade(model, grade);
+    if (count == 0) continue;
+    text.append(text.empty() ? "" : ", ").append(GroupedNumber(count)).append(" ").append(GradeText(grade));
+  }
+  return text;
+}
+
+void AppendGrades(std::string& html, const SiteModel& model) {
   html +=
-      "<p class=\"note\">Die Namen dieser Routinen stehen, von ihrem eigenen Kopf abgesehen, nirgends dort im Code, wo "
-      "sie aufgerufen werden könnten. Wie sicher das ist:</p>\n<dl class=\"pairs\">\n";
-  for (const SiteJudgement judgement : {SiteJudgement::kCertain, SiteJudgement::kHost, SiteJudgement::kText}) {
-    html.append("<dt>").append(JudgementText(judgement)).append("</dt>\n<dd>");
-    html.append(JudgementExplanation(judgement)).append("</dd>\n");
+      "<p class=\"note\">Keine andere Routine des Projekts ruft diese hier sicher auf. Was das heißt:</p>\n"
+      "<dl class=\"pairs\">\n";
+  for (const Grade grade : kGrades) {
+    const std::int64_t count = CountGrade(model, grade);
+    if (count == 0) continue;
+    html.append("<dt>").append(GroupedNumber(count)).append(" ").append(GradeText(grade)).append("</dt>\n<dd>");
+    html.append(GradeExplanation(grade)).append("</dd>\n");
   }
   html += "</dl>\n";
 }
@@ -157,8 +180,9 @@ std::string StartPage(const SiteModel& model) {
   html.append("<p class=\"facts\">")
       .append(Counted(static_cast<std::int64_t>(model.modules.size()), "Modul", "Module"));
   html.append(", ").append(Counted(CountLines(model), "Zeile", "Zeilen")).append(", ");
-  html.append(Counted(static_cast<std::int64_t>(model.routines.size()), "Routine", "Routinen")).append(", davon ");
-  AppendLink(html, kUnusedFile, GroupedNumber(static_cast<std::int64_t>(model.unused.size())) + " nie aufgerufen");
+  html.append(Counted(static_cast<std::int64_t>(model.routines.size()), "Routine", "Routinen"))
+      .append("; ohne Aufruf: ");
+  AppendLink(html, kUnusedFile, model.unused.empty() ? "keine" : GradeCounts(model));
   html +=
       "</p>\n<table>\n<caption>Die Module des Projekts</caption>\n<thead>\n"
       "<tr><th scope=\"col\">Modul</th><th scope=\"col\">Art</th><th scope=\"col\" class=\"number\">Zeilen</th>"
@@ -187,9 +211,9 @@ std::string RoutinesPage(const SiteModel& model) {
 }
 
 std::string UnusedPage(const SiteModel& model) {
-  std::string html = PageHead(model, "Nie aufgerufene Routinen", kUnusedFile);
+  std::string html = PageHead(model, "Routinen ohne Aufruf", kUnusedFile);
   if (model.unused.empty()) return html.append("<p>Es gibt keine.</p>\n").append(kPageEnd);
-  AppendJudgements(html);
+  AppendGrades(html, model);
   html +=
       "<table>\n<caption>Nach Modulen</caption>\n<thead>\n<tr><th scope=\"col\">Routine</th><th "
       "scope=\"col\">Modul</th>"
@@ -199,9 +223,9 @@ std::string UnusedPage(const SiteModel& model) {
     const SiteModule& module = model.ModuleOf(routine);
     html += "<tr><th scope=\"row\">";
     AppendLink(html, RoutineAddress(model, routine), EscapeCode(routine.record->name));
-    html += "</th><td>";
+    html.append(" <small>").append(RoutineKindText(routine.record->kind)).append("</small></th><td>");
     AppendLink(html, module.page, EscapeCode(module.record->name));
-    html.append("</td><td>").append(JudgementText(*routine.unused)).append("</td></tr>\n");
+    html.append("</td><td>").append(GradeWithReason(*routine.unused)).append("</td></tr>\n");
   }
   return html.append("</tbody>\n</table>\n").append(kPageEnd);
 }

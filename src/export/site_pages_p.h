@@ -21,6 +21,6 @@ std::string StartPage(const SiteModel& model);
 std::string RoutinesPage(const SiteModel& model);
 std::string UnusedPage(const SiteModel& model);
 /// `markedText` is without the line breaks that storing has added.
-std::string ModulePage(const SiteModel& model, int module, std::string_view markedText, ReferenceFinder& finder);
+std::string ModulePage(const SiteModel& model, int module, std::string_view markedText);
 
 }  // namespace quillmate::output

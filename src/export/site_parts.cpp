@@ -5,6 +5,8 @@
 
 namespace quillmate::output {
 
+using symbols::Grade;
+
 std::string_view ModuleKindText(int kind) noexcept {
   switch (kind) {
     case codedb::kForm:
@@ -41,29 +43,60 @@ std::string_view RoutineKindText(int kind) noexcept {
   }
 }
 
-std::string_view JudgementText(SiteJudgement judgement) noexcept {
-  switch (judgement) {
-    case SiteJudgement::kCertain:
-      return "sicher";
-    case SiteJudgement::kHost:
+std::string_view GradeText(Grade grade) noexcept {
+  switch (grade) {
+    case Grade::kHost:
       return "vom Host";
-    case SiteJudgement::kText:
+    case Grade::kText:
       return "per Text";
+    case Grade::kSelf:
+      return "nur von sich selbst";
+    default:
+      return GermanWord(grade);
   }
-  return {};
 }
 
-std::string_view JudgementExplanation(SiteJudgement judgement) noexcept {
-  switch (judgement) {
-    case SiteJudgement::kCertain:
-      return "Nichts im Code nennt den Namen.";
-    case SiteJudgement::kHost:
-      return "Der Host ruft die Routine selbst auf: bei einem Ereignis, beim Start oder aus einem Menü.";
-    case SiteJudgement::kText:
-      return "Der Name steht in einer Zeichenkette oder in anderer Schreibweise im Code; ein Aufruf kann darüber "
-             "gehen.";
+std::string_view GradeExplanation(Grade grade) noexcept {
+  switch (grade) {
+    case Grade::kCertain:
+      return "Nichts verwendet die Routine.";
+    case Grade::kHost:
+      return "Der Host ruft sie auf: bei einem Ereignis, beim Start, aus einem Menü oder über eine Schaltfläche.";
+    case Grade::kText:
+      return "Der Name steht in einer Zeichenkette; ein Aufruf kann darüber gehen.";
+    case Grade::kPossible:
+      return "Ein Name kann sie meinen, oder ein Aufruf von außen ist möglich, zum Beispiel aus einer Zelle.";
+    case Grade::kSelf:
+      return "Sie ruft sich selbst auf, sonst verwendet sie nichts.";
+    case Grade::kInactive:
+      return "Nur Code verwendet sie, den die bedingte Kompilierung auslässt, oder sie steht selbst darin.";
+    default:
+      return {};
   }
-  return {};
+}
+
+std::string GradeWithReason(const symbols::RoutineGrade& grade) {
+  std::string text(GradeText(grade.grade));
+  if (grade.grade == Grade::kCertain || grade.grade == Grade::kSelf) return text;
+  text.append(": ").append(EscapeUtf8(grade.reason));
+  if (!grade.place.empty() && grade.place != grade.reason) text.append(", ").append(EscapeUtf8(grade.place));
+  return text;
+}
+
+std::string OriginText(const SiteModel& model, const SiteModule& module) {
+  if (module.number == symbols::kNone) return {};
+  const symbols::ModuleInfo& info = model.known.Modules()[module.number];
+  const symbols::ProjectInfo& project = model.known.Projects()[info.project];
+  const std::string& path = info.file.empty() ? project.file : info.file;
+  const std::string name = path.substr(path.find_last_of("/\\") + 1);
+  std::string text;
+  const auto add = [&text](std::string_view title, const std::string& value) {
+    if (!value.empty()) text.append(text.empty() ? "" : ", ").append(title).append(EscapeUtf8(value));
+  };
+  add("Projekt ", project.name);
+  add("Datei ", name);
+  add("außen ", info.outsideName);
+  return text;
 }
 
 std::string Counted(std::int64_t number, std::string_view one, std::string_view many) {

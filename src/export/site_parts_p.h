@@ -13,9 +13,14 @@ namespace quillmate::output {
 std::string_view ModuleKindText(int kind) noexcept;
 std::string_view RoutineKindText(int kind) noexcept;
 
-/// One word or two, and a sentence; German.
-std::string_view JudgementText(SiteJudgement judgement) noexcept;
-std::string_view JudgementExplanation(SiteJudgement judgement) noexcept;
+/// "sicher", "vom Host" ... and a sentence about it; German.
+std::string_view GradeText(symbols::Grade grade) noexcept;
+std::string_view GradeExplanation(symbols::Grade grade) noexcept;
+/// The word and, where that tells more, why; escaped.
+std::string GradeWithReason(const symbols::RoutineGrade& grade);
+
+/// Project and file that a module is from and the name outside for it, escaped; empty when nothing is known.
+std::string OriginText(const SiteModel& model, const SiteModule& module);
 
 /// A number and what it counts.
 std::string Counted(std::int64_t number, std::string_view one, std::string_view many);

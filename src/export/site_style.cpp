@@ -40,7 +40,7 @@ constexpr std::string_view kRules[] = {
     ".number{text-align:right;font-variant-numeric:tabular-nums}",
     ".names{columns:20rem auto;column-gap:2rem;margin:.5rem 0;padding:0;list-style:none}",
     ".names li{break-inside:avoid;padding:.1rem 0;overflow-wrap:anywhere}",
-    ".names small,.routine small{color:var(--dim);font-size:.875rem;font-weight:400}",
+    ".names small,.routine small,th small{color:var(--dim);font-size:.875rem;font-weight:400}",
     ".letters{display:flex;flex-wrap:wrap;gap:.25rem .9rem;margin:1rem 0;padding:0;list-style:none}",
     ".routine{margin:1.75rem 0 0;padding:.1rem 0 .1rem 1rem;border-left:3px solid var(--line)}",
     ".routine:has(:target){border-left-color:var(--link)}",

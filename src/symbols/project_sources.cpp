@@ -10,6 +10,7 @@
 #include <quillmate/codedb/records.h>
 #include <quillmate/symbols/project_sources.h>
 #include <quillmate/symbols/workers.h>
+#include <quillmate/text/operations.h>
 #include <quillmate/text/utf8.h>
 #include <quillmate/text/windows1252.h>
 
@@ -35,9 +36,9 @@ struct HostWord {
   std::string_view word;
   Host host;
 };
-constexpr std::array kHosts{HostWord{"excel", Host::kExcel}, HostWord{"word", Host::kWord},
+constexpr std::array kHosts{HostWord{"excel", Host::kExcel},   HostWord{"word", Host::kWord},
                             HostWord{"access", Host::kAccess}, HostWord{"powerpoint", Host::kPowerPoint},
-                            HostWord{"vb6", Host::kVb6}};
+                            HostWord{"vb6", Host::kVb6},       HostWord{"visualbasic", Host::kVb6}};
 
 struct BindingWord {
   std::string_view word;
@@ -277,6 +278,12 @@ std::uint32_t MapColumn(std::string_view from, std::string_view to, std::uint32_
     if (!dropped) ++mapped, Take(to);
   }
   return mapped;
+}
+
+Host HostOfProgram(std::string_view name) noexcept {
+  const auto known = std::find_if(kHosts.begin(), kHosts.end(),
+                                  [=](const HostWord& row) { return text::EqualsIgnoreCase(row.word, name); });
+  return known == kHosts.end() ? Host::kUnknown : known->host;
 }
 
 Sources SourcesFrom(codedb::Facts facts, Host assumed) {

@@ -8,6 +8,7 @@
 #include <quillmate/export/html.h>
 #include <quillmate/export/site.h>
 #include <quillmate/project/session.h>
+#include <quillmate/project/understanding.h>
 #include <quillmate/startup/app_globals.h>
 
 #include "code_area.h"
@@ -30,7 +31,8 @@ class Exports {
   void ExportModuleHtml();
   void ExportProjectHtml();
   void ExportZoomHtml();
-  void WriteDocumentation();
+  /// `known` is what the code means, made on the spot where it isn't there yet.
+  void WriteDocumentation(const project::Understanding* known);
 
   // RTF
   void ExportModuleRtf();
@@ -54,7 +56,8 @@ class Exports {
   void ExportRtf(const std::string& fileName, std::string_view activity,
                  const std::function<void(const text::CodeLook&, const std::filesystem::path&)>& run);
 
-  output::SiteProject ReadSite();
+  output::SiteProject ReadSite(const symbols::ReferenceIndex& understanding,
+                               std::span<const symbols::ModulePlaces> places);
   void PutOnClipboard(const QString& text, std::string_view message);
 
   Interaction& interaction_;

@@ -629,7 +629,7 @@ void Shell::Carry(CommandId command) {
     case kExportProjectHtml:
       return exports_.ExportProjectHtml();
     case kWriteDocumentation:
-      return exports_.WriteDocumentation();
+      return exports_.WriteDocumentation(knowledge_.Get().get());
     case kExportZoomHtml:
       return exports_.ExportZoomHtml();
     case kExportProjectRtf:

@@ -1,7 +1,8 @@
 #include <filesystem>
+#include <span>
 #include <string>
+#include <utility>
 
-#include <quillmate/analysis/unused.h>
 #include <quillmate/codedb/records.h>
 #include <quillmate/export/site.h>
 #include <quillmate/files/paths.h>
@@ -14,18 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-output::SiteJudgement JudgementOf(analysis::UnusedClass unused) {
-  switch (unused) {
-    case analysis::UnusedClass::kHost:
-      return output::SiteJudgement::kHost;
-    case analysis::UnusedClass::kText:
-      return output::SiteJudgement::kText;
-    case analysis::UnusedClass::kCertain:
-      break;
-  }
-  return output::SiteJudgement::kCertain;
-}
-
 /// The chosen folder when it is empty or holds an earlier documentation; otherwise a folder of its own below it, so
 /// that the pages do not mix with other files.
 fs::path TargetIn(const fs::path& chosen, const std::string& title) {
@@ -37,18 +26,18 @@ fs::path TargetIn(const fs::path& chosen, const std::string& title) {
 
 }  // namespace
 
-output::SiteProject Exports::ReadSite() {
+output::SiteProject Exports::ReadSite(const symbols::ReferenceIndex& understanding,
+                                      std::span<const symbols::ModulePlaces> places) {
   output::SiteProject project;
   project.title = session_.Name();
   project.indexFolder = session_.Files();
   project.modules = session_.Index().ReadIndex();
-  for (const analysis::UnusedRoutine& routine : analysis::FindUnusedRoutines(session_.Index(), session_.Files())) {
-    project.unused.push_back({routine.routineNumber, JudgementOf(routine.unused)});
-  }
+  project.understanding = &understanding;
+  project.places = places;
   return project;
 }
 
-void Exports::WriteDocumentation() {
+void Exports::WriteDocumentation(const project::Understanding* known) {
   const QString chosen = interaction_.Desktop().ChooseFolder(
       QStringLiteral("Bitte Ordner für die HTML-Dokumentation auswählen"), FromUtf8(globals_.LastProjectFolder));
   if (chosen.isEmpty()) return;
@@ -57,7 +46,15 @@ void Exports::WriteDocumentation() {
     const Working working(interaction_);
     interaction_.ShowProgress("Erzeuge HTML-Dokumentation");
     output::SiteFolder folder(target, false);
-    output::WriteSite(ReadSite(), settings::LookOf(globals_.Options), folder.Path(),
+    symbols::ProjectSources loaded;
+    symbols::ReferenceIndex made;
+    if (known == nullptr) {
+      loaded = symbols::LoadSources(session_.Index(), session_.Files(), symbols::HostOfProgram(globals_.HostName));
+      made = symbols::ReferenceIndex::Build(std::move(loaded.sources));
+    }
+    const output::SiteProject project =
+        known == nullptr ? ReadSite(made, loaded.places) : ReadSite(known->Index(), known->Places());
+    output::WriteSite(project, settings::LookOf(globals_.Options), folder.Path(),
                       [this](std::size_t done, std::size_t total) {
                         interaction_.ShowProgress("HTML-Dokumentation: Modul " + std::to_string(done) + " von " +
                                                   std::to_string(total));

@@ -6,14 +6,19 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include <quillmate/codedb/codes.h>
+#include <quillmate/codedb/facts.h>
+#include <quillmate/export/plain_text.h>
 #include <quillmate/export/site.h>
 #include <quillmate/settings/options.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
 
 #include "codedb/scratch.h"
 
@@ -64,8 +69,30 @@ class SiteTest : public testing::Test {
         {{++routineNumber_}, module.number, name, kind, visibility, lines.header, line(lines.start), line(lines.end)});
   }
 
-  /// All files of the site by name.
-  std::map<std::string, std::string> Write(const text::CodeLook& look = settings::LookOf({})) const {
+  /// All files of the site by name. Unless `originals` knows another text the modules' code is what they show.
+  std::map<std::string, std::string> Write(const text::CodeLook& look = settings::LookOf({})) {
+    symbols::Sources sources;
+    symbols::ProjectSource& project = sources.projects.emplace_back();
+    project.name = "Lager";
+    project.file = "/pfad/Lager.xlsm";
+    project.host = symbols::Host::kExcel;
+    std::vector<symbols::ModulePlaces> places;
+    for (const codedb::ModuleRecord& module : project_.modules) {
+      const std::string shown =
+          text::Utf8FromCode(PlainText(codedb::ReadModuleText(project_.indexFolder, module.number)));
+      codedb::ModuleFacts facts;
+      facts.number = module.number.value;
+      symbols::ModuleSource& source = sources.modules.emplace_back();
+      const auto original = originals_.find(module.name);
+      source.text = original == originals_.end() ? shown : original->second;
+      if (original != originals_.end()) facts.lines = codedb::MatchLines(original->second, shown);
+      source.name = text::Utf8FromCode(module.name);
+      if (module.kind == codedb::kClass) source.kind = language::ModuleKind::kClass;
+      places.emplace_back(facts);
+    }
+    const auto understanding = symbols::ReferenceIndex::Build(std::move(sources));
+    project_.understanding = &understanding;
+    project_.places = places;
     const std::filesystem::path site = folder_ / "site";
     std::filesystem::remove_all(site);
     std::filesystem::create_directories(site);
@@ -83,6 +110,8 @@ class SiteTest : public testing::Test {
 
   files::ScratchFolder folder_;
   SiteProject project_;
+  /// Code by module, UTF-8.
+  std::map<std::string, std::string> originals_;
   std::int32_t routineNumber_ = 0;
 };
 

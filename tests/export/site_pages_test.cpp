@@ -40,8 +40,8 @@ TEST_F(SiteTest, StartPageTellsAboutTheModules) {
   project_.title = "a<b";
   const auto files = Write();
   EXPECT_EQ(Part(files.at("index.html"), "<p class=\"facts\">", "<table>"),
-            "<p class=\"facts\">4 Module, 1.234.574 Zeilen, 1 Routine, davon <a href=\"unbenutzt.html\">0 nie "
-            "aufgerufen</a></p>\n");
+            "<p class=\"facts\">4 Module, 1.234.574 Zeilen, 1 Routine; ohne Aufruf: <a href=\"unbenutzt.html\">keine"
+            "</a></p>\n");
   const auto row = [](const std::string& page, const std::string& name, const std::string& rest) {
     return "<tr><th scope=\"row\"><a href=\"" + page + "\">" + name + "</a></th><td class=\"kind\">" + rest +
            "</td></tr>\n";
@@ -57,12 +57,11 @@ TEST_F(SiteTest, StartPageTellsAboutTheModules) {
   EXPECT_NE(files.at("modul-mdlB.html").find("<title>mdlB – a&lt;b</title>"), std::string::npos);
 }
 
-TEST_F(SiteTest, IndexOfRoutinesAndUnusedList) {
+TEST_F(SiteTest, IndexOfRoutines) {
   AddModule("m1", codedb::kStandard, "x");
   for (const char* const name : {"zoo", "\304pfel", "Apfelmus", "_x", "apfel"}) AddRoutine(name, {});
   AddModule("m2", codedb::kClass, "x");
   AddRoutine("APFEL", {}, codedb::kGet);
-  project_.unused = {{6, SiteJudgement::kHost}, {99, SiteJudgement::kText}, {1, SiteJudgement::kCertain}};
   const auto files = Write();
   const auto entry = [](const std::string& address, const std::string& name, const std::string& where) {
     return "<li><a href=\"modul-" + address + "\">" + name + "</a> <small>" + where + "</small></li>\n";
@@ -74,12 +73,31 @@ TEST_F(SiteTest, IndexOfRoutinesAndUnusedList) {
                 entry("m1.html#r-Apfelmus", "Apfelmus", "Sub, m1") +
                 "</ul>\n<h2 id=\"Z\">Z</h2>\n<ul class=\"names\">\n" + entry("m1.html#r-zoo", "zoo", "Sub, m1") +
                 "</ul>\n");
-  EXPECT_EQ(
-      Part(files.at("unbenutzt.html"), "<tbody>", "</tbody>"),
-      "<tbody>\n<tr><th scope=\"row\"><a href=\"modul-m2.html#r-APFEL\">APFEL</a></th><td>"
-      "<a href=\"modul-m2.html\">m2</a></td><td>vom Host</td></tr>\n"
-      "<tr><th scope=\"row\"><a href=\"modul-m1.html#r-zoo\">zoo</a></th><td><a href=\"modul-m1.html\">m1</a></td>"
-      "<td>sicher</td></tr>\n");
+}
+
+TEST_F(SiteTest, GradesOfRoutinesWithoutCalls) {
+  AddModule("m1", codedb::kStandard,
+            "Sub Auto_Open()\r\nApplication.Run \"Los\": Gerufen\r\nEnd Sub\r\nPrivate Sub Los()\r\nEnd Sub\r\nPrivate "
+            "Sub Gerufen()\r\n"
+            "End Sub\r\nPrivate Sub Tot()\r\nEnd Sub\r\nPrivate Sub Selbst()\r\nSelbst\r\nEnd Sub");
+  AddRoutine("Auto_Open", {1, 3});
+  AddRoutine("Los", {4, 5});
+  AddRoutine("Gerufen", {6, 7});
+  AddRoutine("Tot", {8, 9});
+  AddRoutine("Selbst", {10, 12});
+  const auto files = Write();
+  EXPECT_NE(files.at("index.html").find(">1 sicher, 1 nur von sich selbst, 1 per Text, 1 vom Host</a>"),
+            std::string::npos);
+  EXPECT_NE(files.at("modul-m1.html").find("<p class=\"facts\">Projekt Lager, Datei Lager.xlsm</p>"),
+            std::string::npos);
+  const auto row = [](const std::string& name, const std::string& grade) {
+    return "<tr><th scope=\"row\"><a href=\"modul-m1.html#r-" + name + "\">" + name +
+           "</a> <small>Sub</small></th><td><a href=\"modul-m1.html\">m1</a></td><td>" + grade + "</td></tr>\n";
+  };
+  EXPECT_EQ(Part(files.at("unbenutzt.html"), "<tbody>", "</tbody>"),
+            "<tbody>\n" + row("Auto_Open", "vom Host: Start durch den Host") +
+                row("Los", "per Text: Name in einer Zeichenfolge, m1:2") + row("Tot", "sicher") +
+                row("Selbst", "nur von sich selbst"));
 }
 
 TEST_F(SiteTest, NamesOfFilesAreSafeAndUnique) {

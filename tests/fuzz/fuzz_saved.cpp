@@ -164,10 +164,14 @@ void Export(Project& project, const fs::path& site) {
   Try([&] { output::ProjectText(project.folder, entries, true, nowhere); });
   Try([&] { output::ProjectRtf(project.folder, entries, true, {}, nowhere); });
   Try([&] { output::ProjectHtml(project.folder, entries, true, {}, nowhere); });
-  output::SiteProject pages{.title = "S", .indexFolder = project.folder, .modules = project.modules, .unused = {}};
-  for (const analysis::UnusedRoutine& routine : analysis::FindUnusedRoutines(project.database, project.folder)) {
-    pages.unused.push_back({routine.routineNumber, output::SiteJudgement::kCertain});
-  }
+  symbols::ProjectSources loaded = symbols::LoadSources(project.database, project.folder);
+  const auto known = symbols::ReferenceIndex::Build(std::move(loaded.sources));
+  const output::SiteProject pages{.title = "S",
+                                  .indexFolder = project.folder,
+                                  .modules = project.modules,
+                                  .understanding = &known,
+                                  .places = loaded.places};
+  Try([&] { analysis::FindUnusedRoutines(project.database, project.folder); });
   output::WriteSite(pages, {}, site);
 }
 

@@ -1,15 +1,17 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
 #include <quillmate/codedb/records.h>
 #include <quillmate/files/replacement.h>
+#include <quillmate/symbols/project_sources.h>
+#include <quillmate/symbols/reference_index.h>
 #include <quillmate/text/code_options.h>
 
 /// The documentation of a project as a folder of linked pages: HTML5 in German, UTF-8 with LF, without scripts and
@@ -17,7 +19,7 @@
 ///
 ///   index.html          the modules with kind, lines, routines and what they say about themselves; totals
 ///   routinen.html       all routines from A to Z
-///   unbenutzt.html      the routines that nothing calls
+///   unbenutzt.html      the routines that nothing surely calls, with their grades
 ///   modul-<name>.html   a module: each routine with header, comment, callers and calls; the coloured code
 ///   stil.css            colours and layout, light, dark and for print
 ///   quillmate-site.txt  a line that names its kind, then the names of all other files: what the program may replace
@@ -26,24 +28,9 @@
 /// + routine for its code. Names in files and anchors are ASCII and unique regardless of case. The same project gives
 /// the same bytes.
 ///
-/// An identifier outside of keywords, strings and comments leads to the routine of that name in its own module, or else
-/// to the first routine of that name anywhere that is not private, as the window's command "Definition" does. The same
-/// links make up callers and calls; what a routine says about itself (recursion, the value of a function) is left out,
-/// and routines of one module with the same name (the parts of a property) share their callers.
+/// Names in the code lead to the routines that they mean, callers and calls are told with their lines, possible ones
+/// apart: all of it as the understanding of the project binds it.
 namespace quillmate::output {
-
-/// How sure it is that nothing calls a routine.
-enum class SiteJudgement : std::uint8_t {
-  kCertain,  // nothing names it
-  kHost,     // the host may call it by its name
-  kText      // a text names it, or the code in another spelling
-};
-
-/// A routine that nothing calls.
-struct SiteUnused {
-  codedb::RoutineNumber routineNumber;
-  SiteJudgement judgement = SiteJudgement::kCertain;
-};
 
 struct SiteProject {
   /// UTF-8.
@@ -52,8 +39,10 @@ struct SiteProject {
   std::filesystem::path indexFolder;
   /// The whole index, by number.
   std::vector<codedb::ModuleRecord> modules;
-  /// In the order in which they are to be shown.
-  std::vector<SiteUnused> unused;
+  /// What the code means (null: nothing is known), and where the lines of its modules are in the index
+  /// (symbols::LoadSources). Must outlive the site's making.
+  const symbols::ReferenceIndex* understanding = nullptr;
+  std::span<const symbols::ModulePlaces> places;
 };
 
 /// Told about each module page that is written, `done` from 1.

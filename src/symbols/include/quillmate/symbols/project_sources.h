@@ -49,6 +49,9 @@ struct ProjectSources {
   std::vector<ModulePlaces> places;
 };
 
+/// The host of a program by its name, in any case: "Excel", "VisualBasic"; kUnknown for any other.
+Host HostOfProgram(std::string_view name) noexcept;
+
 /// Facts whose modules all have their code. `assumed` is where a project runs that does not tell.
 Sources SourcesFrom(codedb::Facts facts, Host assumed = Host::kUnknown);
 
