@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QTimer>
 
 #include <quillmate/host/com_host.h>
 #include <quillmate/host/joined_host.h>
@@ -47,7 +48,8 @@ int RunProgram(int selector, int argc, char** argv) {
   // The end of the user's session, of which the window hears nothing else on some systems.
   QObject::connect(&app, &QCoreApplication::aboutToQuit, &window, &MainWindow::Unload);
   QuitWithSignals();
-  window.Load(startup::IsMiniWindowCommand(CommandLine()));
+  // Whatever asks the program to end is heard from the event loop on, also by a message at the start.
+  QTimer::singleShot(0, &window, [&window] { window.Load(startup::IsMiniWindowCommand(CommandLine())); });
   const int status = QApplication::exec();
   window.Unload();
   return status;

@@ -24,8 +24,9 @@ void QuitWithSignals() {
   std::signal(SIGXFSZ, SIG_IGN);
   if (pipe2(channel, O_CLOEXEC | O_NONBLOCK) != 0) return;
   auto* const notifier = new QSocketNotifier(channel[0], QSocketNotifier::Read, QCoreApplication::instance());
-  QObject::connect(notifier, &QSocketNotifier::activated, notifier, [notifier] {
-    notifier->setEnabled(false);
+  QObject::connect(notifier, &QSocketNotifier::activated, notifier, [] {
+    char asked = 0;
+    while (read(channel[0], &asked, 1) > 0) continue;
     QCoreApplication::quit();
   });
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
