@@ -117,10 +117,11 @@ void ReadDrawing(ByteStream& stream, std::string_view sheet, bool hasVml, FactsC
       std::string macro = xml.Attribute("macro").value_or("");
       if (!macro.empty()) shape = Shape{word->element, word->word, std::move(macro), {}, {}};
     } else if (shape.has_value()) {
+      // The tag's name is gone with the text behind it.
       if (name == "cNvPr" && shape->name.empty()) shape->name = xml.Attribute("name").value_or("");
       if (name == "compatExt") shape->isControl = true;
-      if (name == "t" && shape->text.size() < kLongestText) shape->text += xml.Text(kLongestText);
       if (name == "p" && !shape->text.empty()) shape->text += ' ';
+      if (name == "t" && shape->text.size() < kLongestText) shape->text += xml.Text(kLongestText);
     }
   }
 }
@@ -135,6 +136,7 @@ void ReadVml(ByteStream& stream, std::string_view sheet, FactsCollector& collect
   for (auto tag = xml.Next(); tag != XmlReader::Tag::kDone; tag = xml.Next()) {
     const std::string_view name = xml.Name();
     const bool start = tag == XmlReader::Tag::kStart;
+    const bool breaks = name == "br" || name == "div" || name == "p";
     if (name == "shape" && start) {
       id = xml.Attribute("id").value_or("");
       caption.clear();
@@ -152,7 +154,7 @@ void ReadVml(ByteStream& stream, std::string_view sheet, FactsCollector& collect
     } else if (name == "FmlaMacro" && start) {
       macro = xml.Text(kLongestText);
     }
-    if (inText && (name == "br" || name == "div" || name == "p")) caption += ' ';
+    if (inText && breaks) caption += ' ';
     if (inText && caption.size() < kLongestText) caption += xml.Text(kLongestText);
   }
 }

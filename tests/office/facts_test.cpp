@@ -80,13 +80,16 @@ TEST(Facts, WorkbooksInXml) {
            "<customUI onLoad='Laden' xmlns='http://schemas.microsoft.com/office/2009/07/customui'>"
            "<button id='b1' label='Los geht&apos;s' onAction='Modul1.Start'/><button id='b2' onAction='Modul1.Start' "
            "getLabel='Text'/></customUI>")
-      .Add(
-          "xl/drawings/drawing1.xml",
-          "<xdr:wsDr><xdr:grpSp><xdr:sp macro='[0]!Start'><xdr:cNvPr name='Rechteck 1'/><a:t>Jetzt</a:t><a:t> los</a:t>"
-          "</xdr:sp></xdr:grpSp><xdr:sp macro=''><xdr:cNvPr name='leer'/></xdr:sp><mc:Choice>"
-          "<xdr:sp macro='[0]!Knopf'><xdr:cNvPr name='Button 1'/><a14:compatExt spid='_x0000_s1'/></xdr:sp></mc:Choice>"
-          "<mc:Fallback><xdr:pic macro='[0]!Start'><xdr:cNvPr name='x'/></xdr:pic></mc:Fallback>"
-          "<xdr:pic macro='Start'><xdr:cNvPr name='Logo'/></xdr:pic></xdr:wsDr>")
+      .Add("xl/drawings/drawing1.xml",
+           "<xdr:wsDr><xdr:grpSp><xdr:sp macro='[0]!Start'><xdr:cNvPr name='Rechteck 1'/><a:t>Jetzt</a:t><a:t> los" +
+               // The tag's name does not outlive so much text.
+               std::string(70000, ' ') +
+               "</a:t>"
+               "</xdr:sp></xdr:grpSp><xdr:sp macro=''><xdr:cNvPr name='leer'/></xdr:sp><mc:Choice>"
+               "<xdr:sp macro='[0]!Knopf'><xdr:cNvPr name='Button 1'/><a14:compatExt "
+               "spid='_x0000_s1'/></xdr:sp></mc:Choice>"
+               "<mc:Fallback><xdr:pic macro='[0]!Start'><xdr:cNvPr name='x'/></xdr:pic></mc:Fallback>"
+               "<xdr:pic macro='Start'><xdr:cNvPr name='Logo'/></xdr:pic></xdr:wsDr>")
       .Add("xl/drawings/vmlDrawing1.vml",
            "<xml><v:shape id=\"Button_x0020_1\"><v:textbox><div><font>Weiter<br>gehen</font></div></v:textbox>"
            "<x:ClientData ObjectType=\"Button\"><x:FmlaMacro>[0]!Knopf</x:FmlaMacro></x:ClientData></v:shape>"
