@@ -55,7 +55,7 @@ void ListAndReadWorkbook(benchmark::State& state) {
   DocumentHost host;
   host.SetSources({workbook.Path()});
   for (auto step : state) {
-    host.Attach();
+    host.AttachHost();
     host.ProjectCount();
     for (int position = 1; position <= host.ComponentCount(1); ++position) {
       const HostComponent listed = host.Component(1, position);

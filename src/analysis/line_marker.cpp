@@ -44,7 +44,7 @@ const char* FindByte(const char* from, const char* end, char byte) noexcept {
   return found == nullptr ? end : static_cast<const char*>(found);
 }
 
-/// The CR of the line break that ends the statement line at `from`; `end` when the code ends first. A line break behind
+/// The CR of the line break that ends the statement line at `from`; `end` when the code ends first. A line break after
 /// "_" continues the line.
 const char* FindStatementEnd(const char* from, const char* end) noexcept {
   for (const char* p = from; (p = FindByte(p, end, '\n')) != end; ++p) {
@@ -76,7 +76,7 @@ class LineMarker {
 
  private:
   void MarkFrom(const char* p) {
-    bool separated = true;  // a blank, or what counts as one, stands in front of p
+    bool separated = true;  // a blank, or what counts as one, is in front of p
     while (p != end_) {
       switch (ClassOf(*p)) {
         case kSeparator:
@@ -114,8 +114,8 @@ class LineMarker {
     return p == end_ || ClassOf(*p) == kSeparator || (*p == '"' && closed_ && LosesString(p));
   }
 
-  /// A string without its closing quote is lost when the line holds an apostrophe; what stood in front of it then
-  /// stands at the end of the line.
+  /// A string without its closing quote is lost when the line holds an apostrophe; what was in front of it then
+  /// is at the end of the line.
   bool LosesString(const char* quote) const noexcept {
     const bool doubled = quote + 1 != end_ && quote[1] == '"';
     return !doubled && ClosingQuote(quote + 1) == end_ && FindByte(begin_, end_, '\'') != end_;
@@ -210,7 +210,7 @@ class LineMarker {
     out_.Append(SpanClose);
   }
 
-  /// Copies what lies before `p` and has not been copied.
+  /// Copies what is before `p` and has not been copied.
   void Flush(const char* p) {
     if constexpr (Guarded) {
       AppendGuarded(flushed_, p);

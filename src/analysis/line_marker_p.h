@@ -19,7 +19,7 @@ inline constexpr std::string_view kContinuationGuard = "|\237u| ";
 
 /// A statement line that holds a word that may begin or end a routine.
 struct RoutineCandidate {
-  /// Where it lies in the text of its piece, without its closing line break.
+  /// Where it is in the text of its piece, without its closing line break.
   std::size_t begin = 0;
   std::size_t end = 0;
   std::string_view code;
@@ -31,7 +31,7 @@ struct RoutineCandidate {
 /// A growing byte buffer whose room is not cleared before it is written.
 class MarkBuffer {
  public:
-  /// Makes room for `more` bytes behind the end.
+  /// Makes room for `more` bytes after the end.
   void Ensure(std::size_t more);
   void Append(const char* bytes, std::size_t length) noexcept;
   void Append(std::string_view bytes) noexcept { Append(bytes.data(), bytes.size()); }
@@ -49,7 +49,7 @@ class MarkBuffer {
 struct MarkedPiece {
   MarkBuffer text;
   std::vector<RoutineCandidate> candidates;
-  /// Starts of all statement lines in the text; behind the code's last line break an empty one begins. Filled only on
+  /// Starts of all statement lines in the text; after the code's last line break an empty one begins. Filled only on
   /// request.
   std::vector<std::size_t> lineStarts;
 };
@@ -58,11 +58,11 @@ struct MarkedPiece {
 /// remain in the text (see RestoreGuards), otherwise the text is as it will be stored.
 class PieceMarker {
  public:
-  /// With `closed` the text gets a line break behind the last line, which the code lacks.
+  /// With `closed` the text gets a line break after the last line, which the code lacks.
   PieceMarker(std::string_view code, bool closed, bool guarded, bool wantLineStarts) noexcept
       : rest_(code), closed_(closed), guarded_(guarded), wantLineStarts_(wantLineStarts) {}
 
-  /// The next piece, whole statement lines; false behind the last one.
+  /// The next piece, whole statement lines; false after the last one.
   bool Next(MarkedPiece& piece);
 
  private:

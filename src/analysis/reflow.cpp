@@ -72,7 +72,7 @@ bool Fits(const BlockRule& rule, std::string_view line) noexcept {
   return false;
 }
 
-/// The lines of a text, one after the other; the piece behind the last line break is no line.
+/// The lines of a text, one after the other; the piece after the last line break is no line.
 class LineReader {
  public:
   explicit LineReader(std::string_view text) noexcept : rest_(text) {}
@@ -140,7 +140,7 @@ class Reflow {
   }
 
   /// True when an If whose line does not end with "Then" opens a block all the same: continued, or with a comment
-  /// behind the "Then".
+  /// after the "Then".
   static bool OpensBlock(std::string_view code, LineReader following) {
     std::string logical(code);
     for (std::string_view taken = code; taken.ends_with(kContinued);) {

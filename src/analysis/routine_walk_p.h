@@ -30,7 +30,7 @@ struct WrappedLine {
   codedb::RoutineNumber routine;
   std::size_t walk = 0;
   bool isStart = false;
-  /// TABs of the ordinary lines behind this line, up to the next candidate.
+  /// TABs of the ordinary lines after this line, up to the next candidate.
   int bodyTabs = 0;
 };
 

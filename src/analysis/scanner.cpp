@@ -30,7 +30,7 @@ std::string RemoveEmptyLines(std::string_view code) {
   return out;
 }
 
-/// The code as it goes into the scan, laid out anew where the options say so, and one line break behind it: left out
+/// The code as it goes into the scan, laid out anew where the options say so, and one line break after it: left out
 /// of the text where it only closes the last line.
 class PreparedCode {
  public:
@@ -115,7 +115,7 @@ class Assembler {
     }
   }
 
-  /// Ordinary lines up to `end`, each indented by the body TABs; `start` is the first that begins behind `begin`.
+  /// Ordinary lines up to `end`, each indented by the body TABs; `start` is the first that begins after `begin`.
   void AppendLines(const MarkedPiece& piece, std::vector<std::size_t>::const_iterator& start, std::size_t begin,
                    std::size_t end) {
     const std::string_view text = piece.text.View();
@@ -208,7 +208,7 @@ ScanResult ScanForIndex(std::string_view code, const ScanOptions& options, coded
 std::string ScanForDisplay(std::string_view code, const ScanOptions& options) {
   const PreparedCode prepared(code, options);
   const WalkSettings settings = SettingsFor(options, false);
-  // A last line that is continued has no line break behind it, so that the closing cut may go into a stand-in.
+  // A last line that is continued has no line break after it, so that the closing cut may go into a stand-in.
   const bool guarded = !prepared.Closed() && prepared.Text().ends_with("_\r\n");
   RoutineWalks walks(guarded, settings, {});
   std::string text = Assembler(walks, false, settings).Run(prepared, guarded).markedText;

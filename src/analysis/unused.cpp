@@ -11,9 +11,9 @@
 
 #include "unused_events_p.h"
 #include "unused_names_p.h"
+#include "unused_order_p.h"
 #include "unused_scan_p.h"
 #include "unused_text_p.h"
-#include "unused_turns_p.h"
 
 namespace quillmate::analysis {
 namespace {
@@ -36,7 +36,7 @@ bool IsCandidate(const codedb::RoutineRecord& routine) {
   return !routine.name.empty() && (routine.kind < codedb::kLet || routine.kind > 10);
 }
 
-/// Whether the host or another class calls the routine for something that stands in its module's code.
+/// Whether the host or another class calls the routine for something that is in its module's code.
 bool IsHooked(const codedb::RoutineRecord& routine, const ReferenceText& text) {
   if (routine.kind != codedb::kSub && routine.kind != codedb::kFunction) return false;
   const auto isEventOf = [&](const std::string& source) {
@@ -57,7 +57,7 @@ class UnusedReport {
 
   std::vector<UnusedRoutine> Run() {
     NameScan scan(names_);
-    TurnTaking turns(names_, publics_.turns);
+    SearchOrder turns(names_, publics_.turns);
     for (std::size_t i = 0; i < modules_.size(); ++i) ScanModule(i, scan, turns);
     return List();
   }
@@ -97,7 +97,7 @@ class UnusedReport {
     list.turns.push_back({.name = names_.Add(routine.name)});
   }
 
-  void ScanModule(std::size_t index, NameScan& scan, TurnTaking& turns) {
+  void ScanModule(std::size_t index, NameScan& scan, SearchOrder& turns) {
     const codedb::ModuleNumber number = modules_[index].number;
     const std::string marked = codedb::ReadModuleText(folder_, number);
     const ReferenceText text = PrepareReferenceText(marked);

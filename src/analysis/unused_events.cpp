@@ -27,7 +27,7 @@ unsigned KindBit(int moduleKind) noexcept {
 }
 
 struct EventSource {
-  /// What stands before the last "_" of a handler's name; empty for any control.
+  /// What is before the last "_" of a handler's name; empty for any control.
   std::string_view object;
   unsigned kinds;
   /// Names between blanks.

@@ -17,10 +17,10 @@ class CandidateNames {
  public:
   /// Names that agree, without regard to case, in the identifier that they begin with, which is mostly all of the name.
   struct Group {
-    /// Numbers of the names that end with that word, and of those that go on behind it (with a type suffix).
+    /// Numbers of the names that end with that word, and of those that go on after it (with a type suffix).
     std::vector<int> whole;
     std::vector<int> longer;
-    /// The word stands in a string literal of some module.
+    /// The word is in a string literal of some module.
     bool inLiteral = false;
     /// `mod_num` of the last module whose code holds the word; 0 when none did.
     codedb::ModuleNumber lastModule;

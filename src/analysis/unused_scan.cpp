@@ -8,7 +8,7 @@ namespace {
 struct Character {
   bool identifier = false;
   bool before = false;  // may stand before a name
-  bool behind = false;  // may stand behind a name
+  bool behind = false;  // may stand after a name
 };
 
 constexpr std::array<Character, 256> MakeCharacters() noexcept {
@@ -98,7 +98,7 @@ void NameScan::LookUpParts(std::size_t start, std::size_t end) {
   }
 }
 
-/// Adds the names of a group that stand at `start`; the group's word ends at `end`.
+/// Adds the names of a group that are at `start`; the group's word ends at `end`.
 void NameScan::Collect(const CandidateNames::Group& group, std::size_t start, std::size_t end, bool wordEnds) {
   const std::string_view word = code_.substr(start, end - start);
   for (const int name : group.whole) {

@@ -19,7 +19,7 @@ constexpr std::string_view kInterface = "Implements ";
 /// Begins the types of the parameters that a ribbon hands to its call-backs.
 constexpr std::string_view kRibbonType = "IRibbon";
 
-/// The identifier that a text begins with behind blanks.
+/// The identifier that a text begins with after blanks.
 std::string_view LeadingIdentifier(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
   const auto end = std::ranges::find_if_not(text, text::IsIdentifierCharacter);

@@ -128,7 +128,7 @@ int Sources::ListAll() {
   if (withOffice_ && !HostsCanRun()) {
     throw CommandFailure("Ein laufendes Office-Programm kann nur unter Windows gelesen werden");
   }
-  const int projects = Host().Attach() ? Host().ProjectCount() : 0;
+  const int projects = Host().AttachHost() ? Host().ProjectCount() : 0;
   for (const host::SourceProblem& problem : documents_.Problems()) {
     complaints.push_back(problem.source + ": " + problem.reason);
   }
@@ -153,8 +153,8 @@ void Sources::ListWithOffice(host::HostTree& tree, std::vector<std::string>& com
   if (!HostsCanRun()) {
     throw CommandFailure("Ein laufendes Office-Programm kann nur unter Windows gelesen werden");
   }
-  const bool attached = office_.Attach();
-  const host::ListResult alone{.attached = attached, .version = office_.Version()};
+  const bool attached = office_.AttachHost();
+  const host::ListResult alone{.attached = attached, .version = office_.HostVersion()};
   office_.Release();
   const std::string problem = host::ListHostProjects(joined_, accessEdition_, tree, withSmall_).problem;
   if (!problem.empty()) {

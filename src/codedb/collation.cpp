@@ -36,8 +36,8 @@ std::uint8_t PlainLetter(std::string_view text, std::size_t at) noexcept {
 
 using Level = std::array<std::uint8_t, 3> CharacterWeights::*;
 
-/// Characters that Windows-1252 lacks come from foreign files only. They sort behind all others by code point, bytes
-/// that are no UTF-8 behind these.
+/// Characters that Windows-1252 lacks come from foreign files only. They sort after all others by code point, bytes
+/// that are no UTF-8 after these.
 constexpr std::uint32_t kForeign = 0x100;
 constexpr std::uint32_t kMalformed = 0x200000;
 
@@ -47,7 +47,7 @@ class WeightReader {
   WeightReader(Level level, std::string_view text, bool behindL) noexcept
       : level_(level), text_(text), behindL_(behindL) {}
 
-  /// 0 behind the last one.
+  /// 0 after the last one.
   std::uint32_t Next() noexcept {
     while (at_ == weights_.size() || weights_[at_] == 0) {
       if (text_.empty()) return 0;

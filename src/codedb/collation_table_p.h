@@ -268,7 +268,7 @@ inline constexpr std::array<CharacterWeights, 256> kCharacterWeights{{
     {{115}, {1, 8}},            // ÿ
 }};
 
-/// The middle dot right behind an l: a mark on the l, no character of its own.
+/// The middle dot right after an l: a mark on the l, no character of its own.
 inline constexpr CharacterWeights kDotBehindL{{}, {12}};
 
 }  // namespace quillmate::codedb

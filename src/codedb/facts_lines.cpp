@@ -56,7 +56,7 @@ std::vector<LineRun> MatchLines(std::string_view code, std::string_view shown) {
   std::vector<LineRun> runs;
   std::int32_t original = 0;
   std::string_view line;
-  // The next line of the code that is not empty, and how many empty ones stand before it.
+  // The next line of the code that is not empty, and how many empty ones are before it.
   const auto advance = [&] {
     std::int32_t skipped = 0;
     for (; !code.empty(); ++skipped) {

@@ -29,7 +29,7 @@ bool HasScratchRoot(const fs::path& path) {
   return std::any_of(path.begin(), path.end(), [](const fs::path& part) { return part == kScratchRoot; });
 }
 
-/// True when the folder lies in the scratch root, by its name and in truth: neither ".." nor a link leads out of it.
+/// True when the folder is in the scratch root, by its name and in truth: neither ".." nor a link leads out of it.
 bool IsScratchFolder(const fs::path& folder) {
   const fs::path plain = files::NormalPath(files::AbsolutePath(folder));
   const fs::path named = plain.has_filename() ? plain : plain.parent_path();

@@ -36,7 +36,7 @@ std::size_t SkipExponent(std::string_view text, std::size_t at) noexcept {
   return DigitAt(text, digits) ? SkipDigits(text, digits) : at;
 }
 
-/// The position behind the text literal whose opening quote is at `start`; npos when it is not closed.
+/// The position after the text literal whose opening quote is at `start`; npos when it is not closed.
 std::size_t SkipText(std::string_view statement, std::size_t start) noexcept {
   const char quote = statement[start];
   std::size_t at = statement.find(quote, start + 1);
@@ -46,7 +46,7 @@ std::size_t SkipText(std::string_view statement, std::size_t start) noexcept {
   return at == std::string_view::npos ? at : at + 1;
 }
 
-/// The position behind the number that begins at `start`; `start` when there is none.
+/// The position after the number that begins at `start`; `start` when there is none.
 std::size_t SkipNumber(std::string_view statement, std::size_t start) noexcept {
   std::size_t at = SkipDigits(statement, start);
   const bool hasDigits = at != start;

@@ -117,7 +117,7 @@ class Writer {
   }
 
  private:
-  /// Tokens of one level, expressions and what stands between them.
+  /// Tokens of one level, expressions and what is between them.
   void WriteRange(std::size_t begin, std::size_t end) {
     std::size_t start = begin;
     for (std::size_t i = begin; i < end; i = statement_.match[i] + 1) {

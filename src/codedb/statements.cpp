@@ -123,7 +123,7 @@ constexpr std::string_view kPrivateCandidates =
     " WHERE (((td_rout.rou_typ)<3 Or (td_rout.rou_typ)>10) AND ((td_rout.rou_open)>1) AND "
     "((td_rout.mod_num)=?));";
 
-/// The number behind the letter of a key that a query has put together; moves `key` behind it. 0 when the column had
+/// The number after the letter of a key that a query has put together; moves `key` after it. 0 when the column had
 /// none.
 std::int32_t TakeNumber(std::string_view& key) {
   key.remove_prefix(std::min<std::size_t>(key.size(), 1));

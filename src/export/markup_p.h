@@ -50,7 +50,7 @@ struct Markup {
   TagSlots tags;
   /// What is written for the LF of a line break; empty when it is no different from another LF.
   std::string_view lineFeed;
-  /// Header line markers leave nothing behind; their tags are empty then.
+  /// Header line markers leave nothing; their tags are empty then.
   bool headersVanish = false;
 };
 

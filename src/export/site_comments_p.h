@@ -22,7 +22,7 @@ class CommentLines {
   /// The comment directly above the header that begins in line `start` or, without one, directly below its
   /// `headerLines` lines.
   std::string OfRoutine(codedb::Line start, int headerLines) const;
-  /// The comment at the module's top: nothing stands before it but empty lines and Option statements. One that
+  /// The comment at the module's top: nothing is before it but empty lines and Option statements. One that
   /// `isRoutineStart` says to stand above a routine belongs to that.
   std::string OfModule(const std::function<bool(codedb::Line)>& isRoutineStart) const;
   /// The marked-up text of some lines, without the last line's end.

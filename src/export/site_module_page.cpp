@@ -18,7 +18,7 @@ constexpr std::string_view kCodeAnchor = "#quelltext";
 /// A name that many classes have may be called from everywhere.
 constexpr std::size_t kMostEdges = 200;
 
-/// What a property's part is called behind the property's name.
+/// What a property's part is called after the property's name.
 std::string_view PartText(int kind) noexcept {
   switch (kind) {
     case codedb::kLet:

@@ -8,7 +8,7 @@
 namespace quillmate::output {
 
 /// Makes names for files and anchors: ASCII letters, digits, "-" and "_", at most 80 of a name's characters, unique
-/// regardless of case. Umlauts are spelled out ("ä" as "ae"), the second of two equal names gets "-2" behind it.
+/// regardless of case. Umlauts are spelled out ("ä" as "ae"), the second of two equal names gets "-2" after it.
 class FileNames {
  public:
   /// `name` is Windows-1252.

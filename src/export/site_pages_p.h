@@ -12,7 +12,7 @@ inline constexpr const char* kStartFile = "index.html";
 inline constexpr const char* kRoutinesFile = "routinen.html";
 inline constexpr const char* kUnusedFile = "unbenutzt.html";
 
-/// What stands before and behind the content of a page. `title` is escaped; `file` tells which link of the navigation
+/// What is before and after the content of a page. `title` is escaped; `file` tells which link of the navigation
 /// is the page itself.
 std::string PageHead(const SiteModel& model, std::string_view title, std::string_view file);
 inline constexpr std::string_view kPageEnd = "</main>\n</body>\n</html>\n";

@@ -39,7 +39,7 @@ struct ComObject {
 /// Late-bound calls to one host. A member's name is looked up once for each type of object.
 ///
 /// Every call waits for a busy host and throws ComError with a message for the user; `otherwise` is the message
-/// (UTF-8) for a call that the host refuses. The host's own words are put behind it.
+/// (UTF-8) for a call that the host refuses. The host's own words are put after it.
 class ComCalls {
  public:
   /// `host` is the name for messages.

@@ -13,9 +13,9 @@ struct ComHost::State {
 ComHost::ComHost(std::string name, Patience) : state_(std::make_unique<State>(State{std::move(name)})) {}
 ComHost::~ComHost() = default;
 
-bool ComHost::Attach() { return false; }
+bool ComHost::AttachHost() { return false; }
 void ComHost::Release() noexcept {}
-float ComHost::Version() const noexcept { return 0; }
+float ComHost::HostVersion() const noexcept { return 0; }
 std::string ComHost::Problem() const { return {}; }
 int ComHost::ProjectCount() { state_->Fail(); }
 HostProject ComHost::Project(int) { state_->Fail(); }

@@ -26,7 +26,7 @@ std::string CodeOf(std::wstring_view wide) { return text::CodeFromUtf16(std::u16
 
 bool Same(const HostProject& a, const HostProject& b) { return a.name == b.name && a.fileName == b.fileName; }
 
-/// The lines asked for, without the line break that a host may put behind the last.
+/// The lines asked for, without the line break that a host may put after the last.
 std::string AskedLines(std::wstring_view lines, int count) {
   std::string code = text::NormalizeLineBreaks(CodeOf(lines));
   if (office::CountLines(code) == count + 1 && code.ends_with(text::kLineBreak)) {
@@ -65,7 +65,7 @@ struct ComHost::State {
   std::map<int, OpenProject> open;
   std::optional<FoundModule> found;
 
-  bool Attach();
+  bool AttachHost();
   void Release() noexcept;
   float ReadVersion(const ComObject& application);
   const ComObject& Projects() const;
@@ -82,7 +82,7 @@ struct ComHost::State {
   void AddProblem(const std::string& line);
 };
 
-bool ComHost::State::Attach() {
+bool ComHost::State::AttachHost() {
   Release();
   problem.clear();
   apartment.emplace(patience.withSilence);
@@ -228,9 +228,9 @@ ComHost::ComHost(std::string name, Patience patience) : state_(std::make_unique<
 
 ComHost::~ComHost() { Release(); }
 
-bool ComHost::Attach() {
+bool ComHost::AttachHost() {
   try {
-    return state_->Attach();
+    return state_->AttachHost();
   } catch (const std::exception& error) {
     state_->problem = error.what();
     return false;
@@ -239,7 +239,7 @@ bool ComHost::Attach() {
 
 void ComHost::Release() noexcept { state_->Release(); }
 
-float ComHost::Version() const noexcept { return state_->version; }
+float ComHost::HostVersion() const noexcept { return state_->version; }
 
 std::string ComHost::Problem() const { return state_->problem; }
 

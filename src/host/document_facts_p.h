@@ -28,7 +28,7 @@ DocumentModules ModulesOf(const office::DocumentFacts& document);
 void TakeModuleFacts(const DocumentModules& modules, codedb::ModuleFacts& facts);
 
 /// Who starts routines; `fileName` is the document's own. Macros of other documents are left out, and the keys that
-/// stand in the code itself.
+/// are in the code itself.
 std::vector<codedb::BindingFact> BindingsOf(const office::DocumentFacts& document, office::OfficeHost host,
                                             std::string_view fileName);
 

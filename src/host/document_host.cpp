@@ -181,7 +181,7 @@ const std::vector<SourceProblem>& DocumentHost::Problems() const noexcept { retu
 
 const std::vector<fs::path>& DocumentHost::Files() const noexcept { return state_->listing.files; }
 
-bool DocumentHost::Attach() {
+bool DocumentHost::AttachHost() {
   state_->Forget();
   state_->attached = !state_->sources.empty();
   return state_->attached;
@@ -193,7 +193,7 @@ void DocumentHost::Release() noexcept {
   state_->attached = false;
 }
 
-float DocumentHost::Version() const noexcept { return 0; }
+float DocumentHost::HostVersion() const noexcept { return 0; }
 
 int DocumentHost::ProjectCount() {
   state_->List();

@@ -140,8 +140,8 @@ std::size_t HostTree::CheckedModules() const noexcept {
 ListResult ListHostProjects(HostAutomation& host, bool accessEdition, HostTree& tree, bool withSmall) {
   tree = HostTree{};
   ListResult result;
-  result.attached = host.Attach();
-  result.version = host.Version();
+  result.attached = host.AttachHost();
+  result.version = host.HostVersion();
   if (result.attached) {
     try {
       tree = ReadTree(host, accessEdition, withSmall);

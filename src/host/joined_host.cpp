@@ -39,10 +39,10 @@ std::optional<int> JoinedHost::IndexIn(const HostAutomation& part, int project) 
   return listed.host == &part ? std::optional(listed.index) : std::nullopt;
 }
 
-bool JoinedHost::Attach() {
+bool JoinedHost::AttachHost() {
   for (Part& part : parts_) {
     part.failure.clear();
-    part.attached = part.host->Attach();
+    part.attached = part.host->AttachHost();
   }
   return std::any_of(parts_.begin(), parts_.end(), [](const Part& part) { return part.attached; });
 }
@@ -54,9 +54,9 @@ void JoinedHost::Release() noexcept {
   }
 }
 
-float JoinedHost::Version() const noexcept {
+float JoinedHost::HostVersion() const noexcept {
   for (const Part& part : parts_) {
-    if (const float version = part.host->Version(); version > 0) return version;
+    if (const float version = part.host->HostVersion(); version > 0) return version;
   }
   return 0;
 }

@@ -25,7 +25,7 @@ struct ListedModule {
   std::string extension;
   /// The name that a project file gives the module, Windows-1252; empty when it gives none.
   std::string givenName;
-  /// Where it stands in the macro project of the Office file at `path`; nothing for a module in a file of its own.
+  /// Where it is in the macro project of the Office file at `path`; nothing for a module in a file of its own.
   std::optional<std::size_t> inOfficeFile;
 };
 

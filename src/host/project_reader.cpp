@@ -38,7 +38,7 @@ constexpr const char* kFailedText =
 /// Releases the host however the read ends.
 class Attachment {
  public:
-  explicit Attachment(HostAutomation& host) : host_(host), attached_(host.Attach()) {}
+  explicit Attachment(HostAutomation& host) : host_(host), attached_(host.AttachHost()) {}
   ~Attachment() { host_.Release(); }
   Attachment(const Attachment&) = delete;
   Attachment& operator=(const Attachment&) = delete;
@@ -161,7 +161,7 @@ void ReadShortModules(HostAutomation& host, const HostTree& tree, FactsCollector
   }
 }
 
-/// The kind that stands in an image key; a report module of Access, which has an image of its own, is a document.
+/// The kind that is in an image key; a report module of Access, which has an image of its own, is a document.
 int KindOfImage(const std::string& image) {
   constexpr int kReportImage = 6;
   const int kind =

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 /// The editor takes 65,534 lines of 1,023 characters.
 constexpr std::size_t kLargestFile = std::size_t{128} << 20U;
 
-/// Two zero bytes at an even offset, behind the byte order mark.
+/// Two zero bytes at an even offset, after the byte order mark.
 bool HasUtf16Nul(std::string_view bytes) noexcept {
   for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
     if (bytes[i] == '\0' && bytes[i + 1] == '\0') return true;

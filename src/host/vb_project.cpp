@@ -94,7 +94,7 @@ VbProject ParseVbProject(std::string_view bytes) {
 
 fs::path ProjectPaths::Resolve(std::string_view written) {
   const fs::path relative = files::PathFromText(text::ReplaceAll(written, "\\", "/"));
-  // ".." goes up by name, as it did where the project was made, also behind a link.
+  // ".." goes up by name, as it did where the project was made, also after a link.
   fs::path direct = files::NormalPath(files::PathSeenFrom(folder_, relative));
   if (files::IsAbsolutePath(relative) || Exists(direct)) return files::PathAsNamed(direct);
   fs::path found = folder_;

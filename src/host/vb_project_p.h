@@ -14,14 +14,14 @@ namespace quillmate::host {
 struct VbProjectModule {
   /// From "Module=Name; file" and "Class=Name; file"; empty for the other lines. UTF-8.
   std::string name;
-  /// As it stands in the file: mostly relative, with backslashes. UTF-8.
+  /// As it is in the file: mostly relative, with backslashes. UTF-8.
   std::string file;
   /// The module file extension that stands for the line's kind, whatever the file itself is called.
   std::string_view extension;
 };
 
-/// A VB project file (.vbp): lines "Key=Value" in Windows-1252 or UTF-8, keys in any case, values with or without
-/// quotes. Module and Class lines name the module before the file ("Module=Helpers; src\Helpers.bas"), Form,
+/// A VB project file (.vbp): lines "Key=Value" in Windows-1252 or UTF-8, keys in upper or lower case, values with or
+/// without quotes. Module and Class lines name the module before the file ("Module=Helpers; src\Helpers.bas"), Form,
 /// UserControl, PropertyPage, UserDocument and Designer lines hold the file alone. Name is the project's name, CondComp
 /// holds its conditional constants, Reference lines its references.
 struct VbProject {

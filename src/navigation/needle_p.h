@@ -16,7 +16,7 @@ class Needle {
 
   /// Sets the text to be searched, which must outlive the search, and where to begin.
   void Start(std::string_view text, std::size_t from) noexcept;
-  /// Offset of the next occurrence, npos behind the last. Occurrences may overlap.
+  /// Offset of the next occurrence, npos after the last. Occurrences may overlap.
   std::size_t Next() noexcept;
 
   std::size_t Length() const noexcept { return needle_.size(); }

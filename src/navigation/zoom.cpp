@@ -8,7 +8,7 @@
 namespace quillmate::navigation {
 namespace {
 
-/// Where the caret stands after it was sent to a line.
+/// Where the caret is after it was sent to a line.
 std::size_t CaretOfLine(CodeView& view, codedb::Line line) {
   view.GoToLine(line);
   return view.SelStart();

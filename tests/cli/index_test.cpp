@@ -7,7 +7,7 @@ namespace {
 
 constexpr const char* kProjectFiles = "Fakten.db M1.txt M2.txt Quillmate.mdb";
 #ifndef _WIN32
-const Surroundings kSmallFiles{.before = "trap '' XFSZ; ulimit -f 8;"};
+const Environment kSmallFiles{.before = "trap '' XFSZ; ulimit -f 8;"};
 #endif
 
 /// A project folder "p" with two modules, a sub-folder and a file of somebody else.
@@ -83,7 +83,7 @@ TEST_F(IndexTest, NothingIsLeftOfAFailedRun) {
   const std::string before = Read("p/Quillmate.mdb");
   const struct {
     const char* line;
-    Surroundings around{};
+    Environment around{};
   } cases[] = {
       {"index -o neu weg.bas"},
       {"index --force -o p weg.bas"},

@@ -14,15 +14,15 @@ CliTest::~CliTest() {
   EXPECT_TRUE(fs::is_empty(Scratch())) << "The program left something in its folder for temporary files";
 }
 
-Result CliTest::Run(const std::string& line, const Surroundings& around) const {
+Result CliTest::Run(const std::string& line, const Environment& around) const {
   return RunAt(Program(), Words(line), around);
 }
 
 Result CliTest::RunAt(const fs::path& program, const std::vector<std::string>& arguments,
-                      const Surroundings& around) const {
+                      const Environment& around) const {
   const fs::path out = Scratch() / "out";
   const fs::path err = Scratch() / "err";
-  Surroundings whole = around;
+  Environment whole = around;
   whole.temporary = around.temporary.empty() ? Scratch() : Folder() / around.temporary;
   const int status = RunWithFiles(program, arguments, whole, Folder(), out, err);
   Result result{status, files::ReadWholeFile(out), files::ReadWholeFile(err)};

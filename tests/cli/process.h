@@ -16,7 +16,7 @@ namespace quillmate::cli {
 namespace fs = std::filesystem;
 
 /// What the program finds around it.
-struct Surroundings {
+struct Environment {
   /// The file that standard input comes from; none: there is nothing to read.
   fs::path input{};
   /// Folder for temporary files; none: the test's own.
@@ -77,10 +77,10 @@ class CliTest : public testing::Test {
 
   /// Runs quillmate-cli in the test's folder and waits for it. In a line of arguments blanks part the words; a word
   /// that begins with "'" goes on up to the next one.
-  Result Run(const std::string& line, const Surroundings& around = {}) const;
+  Result Run(const std::string& line, const Environment& around = {}) const;
   /// The same with another program, such as a copy elsewhere, and arguments of any characters.
   Result RunAt(const fs::path& program, const std::vector<std::string>& arguments,
-               const Surroundings& around = {}) const;
+               const Environment& around = {}) const;
   /// Starts it and does not wait. With `hasReader` false nobody will ever read its standard output.
   StartedProgram Start(const std::string& line, bool hasReader = true) const;
 
@@ -107,7 +107,7 @@ fs::path Program();
 /// The words of a line of arguments.
 std::vector<std::string> Words(const std::string& line);
 /// Runs a program with its standard streams in files; the status as in Result.
-int RunWithFiles(const fs::path& program, const std::vector<std::string>& arguments, const Surroundings& around,
+int RunWithFiles(const fs::path& program, const std::vector<std::string>& arguments, const Environment& around,
                  const fs::path& folder, const fs::path& out, const fs::path& err);
 
 }  // namespace quillmate::cli

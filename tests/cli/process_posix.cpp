@@ -16,7 +16,7 @@ namespace {
 
 /// A shell gives the program its surroundings.
 std::vector<std::string> InShell(const fs::path& program, const std::vector<std::string>& arguments,
-                                 const Surroundings& around) {
+                                 const Environment& around) {
   std::vector<std::string> command{
       "/bin/sh", "-c",
       "export TMPDIR='" + around.temporary.string() + "'; " + around.before + " exec \"$0\" \"$@\" " + around.behind,
@@ -96,7 +96,7 @@ std::vector<Interruption> Interruptions() {
   return {{SIGINT, 128 + SIGINT}, {SIGTERM, 128 + SIGTERM}, {SIGHUP, 128 + SIGHUP}};
 }
 
-int RunWithFiles(const fs::path& program, const std::vector<std::string>& arguments, const Surroundings& around,
+int RunWithFiles(const fs::path& program, const std::vector<std::string>& arguments, const Environment& around,
                  const fs::path& folder, const fs::path& out, const fs::path& err) {
   const auto created = [](const fs::path& file) {
     return open(file.c_str(), O_CREAT | O_RDWR | O_TRUNC | O_CLOEXEC, 0600);

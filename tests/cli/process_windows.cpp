@@ -104,7 +104,7 @@ std::string StartedProgram::Errors() { return child::ReadSome(handles_->err); }
 
 std::vector<Interruption> Interruptions() { return {{CTRL_C_EVENT, static_cast<int>(0xC000013A)}}; }
 
-int RunWithFiles(const fs::path& program, const std::vector<std::string>& arguments, const Surroundings& around,
+int RunWithFiles(const fs::path& program, const std::vector<std::string>& arguments, const Environment& around,
                  const fs::path& folder, const fs::path& out, const fs::path& err) {
   const fs::path in = around.input.empty() ? fs::path("NUL") : folder / around.input;
   return StatusOf(

@@ -124,7 +124,7 @@ TEST_F(RunningHost, WhyThereIsNothingToList) {
     EXPECT_EQ(result.problem, each.problem);
     EXPECT_EQ(RefreshMessage(result, tree_, "Excel"), RefreshMessage({each.attached, each.version}, tree_, "Excel"));
     EXPECT_EQ(tree_.projects.empty(), !each.attached);
-    EXPECT_EQ(host.Version(), 0);
+    EXPECT_EQ(host.HostVersion(), 0);
   }
 }
 
@@ -239,7 +239,7 @@ TEST_F(RunningHost, AModuleIsOneCall) {
   ASSERT_EQ(tree_.projects.size(), 2U);
   EXPECT_EQ(tree_.projects[1].modules.size(), 51U);
 
-  EXPECT_TRUE(host.Attach());
+  EXPECT_TRUE(host.AttachHost());
   EXPECT_EQ(host.ComponentByName(2, "Lang", 51).lineCount, 20000);
   const std::string code = host.Lines(2, "Lang", 51, 20000);
   EXPECT_TRUE(code.starts_with("Sub Lang()\r\n  Summe = Summe + Wert(2)\r\n"));

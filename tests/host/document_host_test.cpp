@@ -23,15 +23,15 @@ using namespace std::string_view_literals;
 
 TEST(DocumentHost, AttachesWhenASourceIsKnown) {
   DocumentHost host;
-  EXPECT_FALSE(host.Attach());
+  EXPECT_FALSE(host.AttachHost());
   host.SetSources({"/nirgends/x.bas"});
-  EXPECT_TRUE(host.Attach());
+  EXPECT_TRUE(host.AttachHost());
   EXPECT_EQ(host.ProjectCount(), 0);
-  EXPECT_EQ(host.Version(), 0.0F);
+  EXPECT_EQ(host.HostVersion(), 0.0F);
   EXPECT_THROW(host.Project(1), HostError);
   EXPECT_THROW(host.ComponentByName(1, "x", 1), HostError);
   host.SetSources({});
-  EXPECT_FALSE(host.Attach());
+  EXPECT_FALSE(host.AttachHost());
 }
 
 TEST(DocumentHost, FolderInByteOrderFilesFirst) {
@@ -149,7 +149,7 @@ TEST(DocumentHost, ReadsTheFileAsItIsThen) {
   const fs::path other = temp.Write("b.bas", "1");
   DocumentHost host;
   host.SetSources({temp.Path()});
-  ASSERT_TRUE(host.Attach());
+  ASSERT_TRUE(host.AttachHost());
   ASSERT_EQ(host.ProjectCount(), 1);
 
   // A new file before it moves nothing until the next listing.

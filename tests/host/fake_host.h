@@ -30,9 +30,9 @@ class FakeHost : public HostAutomation {
   std::string failAt;
   std::vector<std::string> calls;
 
-  bool Attach() override { return calls.emplace_back("Attach"), running; }
+  bool AttachHost() override { return calls.emplace_back("Attach"), running; }
   void Release() noexcept override { calls.emplace_back("Release"); }
-  float Version() const noexcept override { return version; }
+  float HostVersion() const noexcept override { return version; }
   std::string Problem() const override { return problem; }
   int ProjectCount() override { return Note("ProjectCount"), static_cast<int>(projects.size()); }
   HostProject Project(int project) override {

@@ -156,7 +156,7 @@ TEST(OfficeSource, UnpacksAFileOnceForTheListingAndTheRead) {
   host.Release();
   temp.Write("a.xlsm", std::string(bytes.size(), 'x'));
   fs::last_write_time(file, then);
-  ASSERT_TRUE(host.Attach());
+  ASSERT_TRUE(host.AttachHost());
   EXPECT_EQ(host.Lines(1, "M", 2, 1), "Sub M()");
   EXPECT_EQ(host.Lines(1, "Tabelle1", 1, 1), "Sub T()");
   // What was kept for the read is gone with it.
@@ -175,7 +175,7 @@ TEST(OfficeSource, ReadsTheFileOnceAndAsItIsThen) {
   WrittenProject changed = Project("P", "Anderes");
   changed.modules.push_back({"Class", "M", StandardModule("M", "1\r\n2\r\n3\r\n4\r\n5\r\n")});
   temp.Write("a.xlsm", Zipped("xl/vbaProject.bin", changed));
-  ASSERT_TRUE(host.Attach());
+  ASSERT_TRUE(host.AttachHost());
   EXPECT_EQ(host.ComponentByName(1, "M", 2).lineCount, 5);
   EXPECT_EQ(host.Lines(1, "M", 2, 2), "1\r\n2");
   // Until the end of the read all modules come from the same state of the file.

@@ -53,7 +53,7 @@ Projects FromSources(const std::vector<std::filesystem::path>& sources) {
   host::DocumentHost documents;
   documents.SetSources(sources);
   Projects projects;
-  const int count = documents.Attach() ? documents.ProjectCount() : 0;
+  const int count = documents.AttachHost() ? documents.ProjectCount() : 0;
   for (int index = 1; index <= count; ++index) {
     const host::HostProject info = documents.Project(index);
     const auto project = std::make_shared<Project>(Project{info.name, info.fileName, info.locked});

@@ -13,11 +13,11 @@
 /// either case, and all private and Friend ones. A public candidate is looked for in every module, the others in their
 /// own. What counts as a reference is settled character by character:
 /// * Header and end lines of routines, keywords, string literals and comments are left out.
-/// * The name must stand in the same spelling. The character before it must not be a letter or "_", the one behind it
+/// * The name must be in the same spelling. The character before it must not be a letter or "_", the one after it
 ///   not a letter, a digit or "_"; "Z" is no letter here. So "xZName" is a reference to "Name", and so is "3Name".
 /// * The names are looked for one after the other, and each reference found is set apart from its surroundings before
 ///   the next name's turn. In "Foo3Name" the reference to "Name", when it comes first, makes "Foo3" one; a name that
-///   holds another one, as "xZName" does, is no longer found behind it.
+///   holds another one, as "xZName" does, is no longer found after it.
 /// What is left is found on the code's own terms; buttons that a macro is assigned to and formulas in cells are not
 /// part of the code.
 namespace quillmate::analysis {
@@ -25,7 +25,7 @@ namespace quillmate::analysis {
 enum class UnusedClass {
   kCertain,  // nothing in the code names it
   kHost,     // the host calls it: an event handler by its module and name, a start-up macro, a ribbon call-back
-  kText      // something may call it: its name stands in a string literal, as in Application.Run "Name", or in the code
+  kText      // something may call it: its name is in a string literal, as in Application.Run "Name", or in the code
              // in another spelling, that of a Friend routine in another module
 };
 

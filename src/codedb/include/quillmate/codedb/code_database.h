@@ -34,14 +34,14 @@ class DatabaseError : public std::runtime_error {
 std::string EngineVersion();
 
 /// A forward-readable result. It may outlive its database: once that is closed, every call throws DatabaseError. So
-/// does reading a field before the first or behind the last record.
+/// does reading a field before the first or after the last record.
 class Recordset {
  public:
   Recordset(Recordset&&) noexcept;
   Recordset& operator=(Recordset&&) noexcept;
   ~Recordset();
 
-  /// Steps to the next record (the first call steps to the first one); false behind the last.
+  /// Steps to the next record (the first call steps to the first one); false after the last.
   bool Next();
   /// A field of the current record as Windows-1252 text; NULL reads as empty. Names compare without regard to case.
   /// An unknown name throws DatabaseError.

@@ -8,10 +8,10 @@
 /// behind their base letter, "ß" likewise right behind "ss" ("Apfel" < "Äpfel" = "äpfel" < "Apfelmus" < "Ast"). "_"
 /// sorts before digits, digits before letters. Control characters don't count at all, except tab and line breaks. The
 /// order is a table of the program's own for the characters of Windows-1252, so that an index sorts alike on every
-/// system; whatever else turns up in a foreign file sorts behind them by code point.
+/// system; whatever else turns up in a foreign file sorts after them by code point.
 namespace quillmate::codedb {
 
-/// Below 0, 0 or above 0 as `a` sorts before, equal to or behind `b`. Both are UTF-8.
+/// Below 0, 0 or above 0 as `a` sorts before, equal to or after `b`. Both are UTF-8.
 int CompareText(std::string_view a, std::string_view b) noexcept;
 
 }  // namespace quillmate::codedb

@@ -10,7 +10,7 @@
 /// What a read learned beyond the index: where each module came from, its code as the host's editor shows it, what
 /// headers and attributes say, controls, and what calls routines from outside the code.
 ///
-/// The facts lie in "Fakten.db" beside the index, a plain SQLite file that any tool opens (UTF-8, no functions or
+/// The facts are in "Fakten.db" beside the index, a plain SQLite file that any tool opens (UTF-8, no functions or
 /// collations of the program's own):
 ///
 ///   projekt           one row for each VB project, document or folder of module files
@@ -144,7 +144,7 @@ struct BindingFact {
   int project = 0;
   /// Where the place itself decides the module (an event property of a form), else empty.
   std::string module;
-  /// As it stands there: "[0]!Modul.Makro".
+  /// As it is written there: "[0]!Modul.Makro".
   std::string text;
   /// In German words: "Schaltfläche 'Start' auf Blatt Kunden".
   std::string place;

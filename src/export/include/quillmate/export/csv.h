@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// Tables as comma-separated values, the way spreadsheets here open them: UTF-8 behind a byte order mark, ";" between
-/// the cells, CR LF behind each row.
+/// Tables as comma-separated values, the way spreadsheets here open them: UTF-8 after a byte order mark, ";" between
+/// the cells, CR LF after each row.
 namespace quillmate::output {
 
 /// What such a file begins with.

@@ -15,7 +15,7 @@
 /// A piece is "<pre>", a span with the code font, the text and "</span></pre>". Line breaks stay CR LF. Umlauts, "&",
 /// "<", ">", quotes, ":", "(", ")" and "+" become entities; every other byte stays as it is. Comments, keywords and
 /// strings are wrapped in coloured spans, header and end lines of routines in "<b>" when they are to be bold. The name
-/// of the font stands in its span as it is; the tab width is not used.
+/// of the font is in its span as it is; the tab width is not used.
 ///
 /// For code that is in no index (a selection, the clipboard) the caller scans it in display mode and hands the
 /// marked-up text to BuildHtml.

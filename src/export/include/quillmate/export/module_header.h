@@ -16,7 +16,7 @@ std::string MakeModuleHeader(std::string_view moduleName, std::string_view image
 /// The same with a type line of the caller's. The name goes in first: a "yyyyy" in it becomes the type line, too.
 std::string MakeModuleHeaderWithType(std::string_view moduleName, std::string_view typeLine);
 
-/// The header as it stands in front of the module's text: two line breaks, the block, two line breaks.
+/// The header as it is in front of the module's text: two line breaks, the block, two line breaks.
 std::string HeaderBlock(std::string_view moduleName, std::string_view imageKey);
 std::string HeaderBlockWithType(std::string_view moduleName, std::string_view typeLine);
 

@@ -27,7 +27,7 @@ std::vector<ModuleEntry> ReadModules(codedb::CodeDatabase& database);
 
 void ModuleRtf(const std::filesystem::path& folder, codedb::ModuleNumber module, const text::CodeLook& look,
                const Sink& sink);
-/// All modules in one document; with `headers`, each behind its header block, otherwise back to back.
+/// All modules in one document; with `headers`, each after its header block, otherwise back to back.
 void ProjectRtf(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,
                 const text::CodeLook& look, const Sink& sink);
 

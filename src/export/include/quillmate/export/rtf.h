@@ -25,7 +25,7 @@ std::string ColourBody(std::string_view markedText, bool boldRoutines);
 /// The same, handed out in pieces of about 64 KB.
 void ColourBody(std::string_view markedText, bool boldRoutines, const Sink& sink);
 
-/// What stands before a document's body, and behind it.
+/// What is before a document's body, and after it.
 std::string DocumentHead(const text::CodeLook& look);
 inline constexpr std::string_view kDocumentEnd = "}";
 /// RTF body to a complete RTF document.

@@ -34,10 +34,10 @@ class ComHost : public HostAutomation {
   ComHost(std::string name, Patience patience);
   ~ComHost() override;
 
-  bool Attach() override;
+  bool AttachHost() override;
   void Release() noexcept override;
   /// Kept after a refused attach, until Release.
-  float Version() const noexcept override;
+  float HostVersion() const noexcept override;
   std::string Problem() const override;
   int ProjectCount() override;
   HostProject Project(int project) override;

@@ -28,8 +28,8 @@ struct SourceProblem {
 ///   project files in it and below follow as projects of their own, and what they name is theirs alone; then the Office
 ///   files, each one too; those without macros are passed over.
 /// * VB project file (.vbp): the modules of its Module, Class, Form, UserControl, PropertyPage, UserDocument and
-///   Designer lines in the file's order, paths relative to the file, with backslashes, in any case. Its Name line names
-///   the project, otherwise the file's stem.
+///   Designer lines in the file's order, paths relative to the file, with backslashes, without regard to case. Its Name
+///   line names the project, otherwise the file's stem.
 ///
 /// A file that is given twice, alone or in a folder, counts once; a module file may belong to several VB projects.
 ///
@@ -61,9 +61,9 @@ class DocumentHost : public HostAutomation {
   /// Every file that the last listing has opened, those without code too: nobody may write to them.
   const std::vector<std::filesystem::path>& Files() const noexcept;
 
-  bool Attach() override;
+  bool AttachHost() override;
   void Release() noexcept override;
-  float Version() const noexcept override;
+  float HostVersion() const noexcept override;
   int ProjectCount() override;
   HostProject Project(int project) override;
   int ComponentCount(int project) override;

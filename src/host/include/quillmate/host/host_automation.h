@@ -35,7 +35,7 @@ struct HostComponent {
   std::string name;
   int type = 0;
   int lineCount = 0;
-  /// Full path of the module's own file, UTF-8; empty when the code does not lie in one.
+  /// Full path of the module's own file, UTF-8; empty when the code is not in one.
   std::string file;
 };
 
@@ -52,10 +52,10 @@ class HostAutomation {
   virtual ~HostAutomation() = default;
 
   /// Gets hold of the running host; false when there is none or access is refused. Never throws.
-  virtual bool Attach() = 0;
+  virtual bool AttachHost() = 0;
   virtual void Release() noexcept = 0;
   /// The numeric value of the host's version; 0 when not attached.
-  virtual float Version() const noexcept = 0;
+  virtual float HostVersion() const noexcept = 0;
   /// What is missing although there is a host: it refuses the access to its projects, is busy, can't give a module.
   /// One German line each (UTF-8, CR LF between them), empty when nothing is. Kept until the next attach or listing.
   virtual std::string Problem() const { return {}; }

@@ -17,7 +17,7 @@ struct HostModuleNode {
   std::string text;
   /// Image key: "M1", "M2", "M3", "M5", "M6" or "XXX".
   std::string image;
-  /// Full path of the module's file, UTF-8; empty when the code does not lie in a file of its own.
+  /// Full path of the module's file, UTF-8; empty when the code is not in a file of its own.
   std::string file;
   /// Position in the host's component collection, 1-based.
   int position = 0;

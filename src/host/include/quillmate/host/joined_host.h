@@ -24,9 +24,9 @@ class JoinedHost : public HostAutomation {
   /// project.
   std::optional<int> IndexIn(const HostAutomation& part, int project) const noexcept;
 
-  bool Attach() override;
+  bool AttachHost() override;
   void Release() noexcept override;
-  float Version() const noexcept override;
+  float HostVersion() const noexcept override;
   std::string Problem() const override;
   int ProjectCount() override;
   HostProject Project(int project) override;

@@ -27,7 +27,7 @@ enum class ReadOutcome {
   kNotAttached,     // no message
   kNoTemplate,      // message of codedb::PrepareCodeDatabase, critical icon; empty on another error of preparing, the
                     // detail tells it then
-  kFailed           // message: the error text of a failed read; no half index is left behind
+  kFailed           // message: the error text of a failed read; no half index is left
 };
 
 struct ReadReport {

@@ -25,7 +25,7 @@ CallerScope FindCallerScope(codedb::CodeDatabase& database, codedb::ViewIndex vi
 std::string_view ScopeMessage(CallerScope scope) noexcept;
 
 /// All routines whose code mentions a name, from one module to another (both included), by module and line:
-/// the content of the result tree `treRoutSuche`, each module's routines behind its own node.
+/// the content of the result tree `treRoutSuche`, each module's routines after its own node.
 ///
 /// Only whole identifiers in the same spelling count, not those in comments and string literals. A routine's own header
 /// line counts, so a routine is among its callers. Modules that name it among their declarations alone stay without

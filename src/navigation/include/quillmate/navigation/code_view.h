@@ -58,7 +58,7 @@ class CodeView {
 
   /// Start of the selection, which is the caret when nothing is selected.
   std::size_t SelStart() const noexcept { return selStart_; }
-  /// Where names are looked up: behind a word that the user has selected up to its end or that a search has found, else
+  /// Where names are looked up: after a word that the user has selected up to its end or that a search has found, else
   /// the start of the selection.
   std::size_t Caret() const noexcept { return caretBehind_ ? selStart_ + selLength_ : selStart_; }
   std::size_t SelLength() const noexcept { return selLength_; }
@@ -66,7 +66,7 @@ class CodeView {
   void Select(std::size_t start, std::size_t length, bool caretBehind = false) noexcept;
 
   /// Moves to the start of a line and selects its first word, with the result of a bisection over the characters.
-  /// Line 0 counts as 1. A line behind the end, or below 0, leaves the caret at
+  /// Line 0 counts as 1. A line after the end, or below 0, leaves the caret at
   /// the end of the text with nothing selected.
   void GoToLine(codedb::Line line);
   /// Moves the caret back to the start of its line and selects up to the first blank, also beyond the line's end when

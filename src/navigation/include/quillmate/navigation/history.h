@@ -28,7 +28,7 @@ class RoutineHistory {
  public:
   static constexpr std::size_t kPlaces = 30;
 
-  /// Adds a place behind the current one; the oldest place is lost when the list is full. Later places are cut off.
+  /// Adds a place after the current one; the oldest place is lost when the list is full. Later places are cut off.
   void Push(Place place);
 
   /// Step to the earlier or later place. nullptr when there is nothing to show: at the end of the list, where the

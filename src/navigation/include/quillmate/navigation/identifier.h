@@ -5,7 +5,7 @@
 
 namespace quillmate::navigation {
 
-/// The identifier that the caret stands in or directly behind; empty when the character before the caret belongs to
+/// The identifier that the caret is in or directly after; empty when the character before the caret belongs to
 /// none, so also with the caret just in front of a word, at the start or at the end of the text. Of a qualified name it
 /// is the part on the caret's side of the ".". A word that ends with the very last character of the text loses that
 /// character.

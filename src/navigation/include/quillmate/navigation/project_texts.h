@@ -22,7 +22,7 @@ class ProjectTexts {
   /// it writes the files anew.
   void Load(const std::filesystem::path& folder, int moduleCount);
 
-  /// The same project lies in another folder now: what has been read stays.
+  /// The same project is in another folder now: what has been read stays.
   void MoveTo(const std::filesystem::path& folder);
   /// When the index was written that the texts belong to.
   std::filesystem::file_time_type Time() const noexcept { return time_; }

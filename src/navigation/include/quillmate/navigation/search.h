@@ -18,7 +18,7 @@
 /// beside its own ones.
 namespace quillmate::navigation {
 
-/// The code view's find operation: the first occurrence that begins at `start` or behind. An empty text is not found.
+/// The code view's find operation: the first occurrence that begins at `start` or after. An empty text is not found.
 std::optional<std::size_t> Find(std::string_view text, std::string_view searched, std::size_t start, bool wholeWord);
 
 /// What a search command runs on.
@@ -51,8 +51,8 @@ struct SearchResult {
 };
 
 /// The commands `mnuBearbeiten_Suchen`, which searches from the top, and `mnuBearbeiten_SuchenWeiter`, which goes on
-/// behind the start of the current view's selection. The top is position 1: neither finds what a module begins with.
-/// In a project Find next goes through the views behind the current one and then through those from the first one to
+/// after the start of the current view's selection. The top is position 1: neither finds what a module begins with.
+/// In a project Find next goes through the views after the current one and then through those from the first one to
 /// the current one; in a module it stops at the end. Both leave views and selections as they are. Throw
 /// std::runtime_error when a view's text can't be read.
 SearchResult FindFirst(CodeViews& views, const SearchRequest& request);
@@ -101,7 +101,7 @@ inline constexpr std::size_t kShownOfALine = 1023;
 /// A piece of a view's line without its line break. Points into the view's text.
 struct LinePiece {
   std::string_view text;
-  /// Something of the line stands in front of the piece, or behind it.
+  /// Something of the line is in front of the piece, or after it.
   bool cutBefore = false;
   bool cutBehind = false;
 };

@@ -17,7 +17,7 @@ struct LineRange {
   codedb::Line last;
 };
 
-/// What the zoom view shows for a line of a module: the routine that the line lies in or else the module's
+/// What the zoom view shows for a line of a module: the routine that the line is in or else the module's
 /// declarations, which end before its first routine. The last line may be 0, when a routine begins on line 1; it is
 /// `lineCount`, the module's last line, when the module has no routine. Throws codedb::DatabaseError.
 LineRange ZoomLines(codedb::CodeDatabase& database, codedb::Line line, codedb::ModuleNumber module,

@@ -70,7 +70,7 @@ constexpr Marker CountedMarkerAt(const char* bar, const char* end) noexcept {
 }
 
 /// Tells `sink` what the text holds, in order:
-///   Code(bytes)    what stands between two markers, never empty; bars that belong to no marker included
+///   Code(bytes)    what is between two markers, never empty; bars that belong to no marker included
 ///   Mark(marker)   one of the six markers, whether openers and closers match or not
 template <typename Sink>
 void WalkMarkedText(std::string_view markedText, Sink& sink) {
@@ -109,7 +109,7 @@ struct MarkedSpan {
   std::size_t start = 0;
   /// The first character of the closer.
   std::size_t close = 0;
-  /// Behind the last character that belongs to the span.
+  /// After the last character that belongs to the span.
   std::size_t end = 0;
 };
 

@@ -21,16 +21,16 @@ struct Turn {
 /// Each reference found is put between two markers in the text, which changes what the later names meet: there is now a
 /// bar on both sides of it, a longer name that held it is interrupted, and the markers themselves hold letters that are
 /// taken for the names "v" and "w" and then are put between markers, too.
-class TurnTaking {
+class SearchOrder {
  public:
   /// `publics` are looked for in every module, before its private names. Both must outlive this.
-  TurnTaking(const CandidateNames& names, std::vector<Turn>& publics);
+  SearchOrder(const CandidateNames& names, std::vector<Turn>& publics);
 
   /// Marks what the module references. `occurrences` are those of all names of the table in its `code`.
   void Take(std::string_view code, const std::vector<Occurrence>& occurrences, std::vector<Turn>& privates);
 
  private:
-  /// The turns of one name: indices in the public list and, in the present module, behind those in the private one.
+  /// The turns of one name: indices in the public list and, in the present module, after those in the private one.
   struct TurnsOfName {
     int publicTurn = -1;
     std::vector<int> privateTurns;

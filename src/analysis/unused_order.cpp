@@ -3,20 +3,20 @@
 #include <limits>
 #include <tuple>
 
-#include "unused_turns_p.h"
+#include "unused_order_p.h"
 
 namespace quillmate::analysis {
 namespace {
 
 constexpr int kNever = std::numeric_limits<int>::max();
 
-/// What stands in the markers "|\237v|" and "|w\237|" with nothing beside it that belongs to a name. The last one does
+/// What is in the markers "|\237v|" and "|w\237|" with nothing beside it that belongs to a name. The last one does
 /// so only when the letter beside it, one of the first two, has itself been put between markers.
 constexpr std::array<std::string_view, 5> kNamesInMarkers{"v", "w", "\237v", "w\237", "\237"};
 
 }  // namespace
 
-TurnTaking::TurnTaking(const CandidateNames& names, std::vector<Turn>& publics)
+SearchOrder::SearchOrder(const CandidateNames& names, std::vector<Turn>& publics)
     : names_(names), publics_(publics), byName_(names.Count()) {
   for (std::size_t i = 0; i < publics.size(); ++i) {
     byName_[static_cast<std::size_t>(publics[i].name)].publicTurn = static_cast<int>(i);
@@ -24,21 +24,21 @@ TurnTaking::TurnTaking(const CandidateNames& names, std::vector<Turn>& publics)
   }
 }
 
-void TurnTaking::Take(std::string_view code, const std::vector<Occurrence>& occurrences, std::vector<Turn>& privates) {
+void SearchOrder::Take(std::string_view code, const std::vector<Occurrence>& occurrences, std::vector<Turn>& privates) {
   SetPrivates(privates);
   CollectAttempts(occurrences);
   TryAll(code);
   for (const Turn& turn : privates) byName_[static_cast<std::size_t>(turn.name)].privateTurns.clear();
 }
 
-void TurnTaking::SetPrivates(std::vector<Turn>& privates) {
+void SearchOrder::SetPrivates(std::vector<Turn>& privates) {
   privates_ = &privates;
   for (std::size_t i = 0; i < privates.size(); ++i) {
     byName_[static_cast<std::size_t>(privates[i].name)].privateTurns.push_back(static_cast<int>(publics_.size() + i));
   }
 }
 
-void TurnTaking::CollectAttempts(const std::vector<Occurrence>& occurrences) {
+void SearchOrder::CollectAttempts(const std::vector<Occurrence>& occurrences) {
   attempts_.clear();
   for (const Occurrence& found : occurrences) {
     const TurnsOfName& turns = byName_[static_cast<std::size_t>(found.name)];
@@ -51,7 +51,7 @@ void TurnTaking::CollectAttempts(const std::vector<Occurrence>& occurrences) {
   });
 }
 
-void TurnTaking::TryAll(std::string_view code) {
+void SearchOrder::TryAll(std::string_view code) {
   int firstReferenced = kNever;
   cuts_.assign(code.size() + 1, 0);
   for (const Attempt& attempt : attempts_) {
@@ -63,7 +63,7 @@ void TurnTaking::TryAll(std::string_view code) {
   MeetMarkers(firstReferenced);
 }
 
-bool TurnTaking::StandsApart(std::string_view code, const Attempt& attempt) const {
+bool SearchOrder::StandsApart(std::string_view code, const Attempt& attempt) const {
   const std::size_t start = attempt.start;
   const std::size_t end = attempt.end;
   const bool before = start == 0 || cuts_[start] != 0 || MayStandBefore(code[start - 1]);
@@ -71,17 +71,17 @@ bool TurnTaking::StandsApart(std::string_view code, const Attempt& attempt) cons
   return before && behind && std::memchr(cuts_.data() + start + 1, 1, end - start - 1) == nullptr;
 }
 
-Turn& TurnTaking::At(int turn) {
+Turn& SearchOrder::At(int turn) {
   const auto index = static_cast<std::size_t>(turn);
   return index < publics_.size() ? publics_[index] : (*privates_)[index - publics_.size()];
 }
 
-bool TurnTaking::IsInMarkers(const Turn& turn) const {
+bool SearchOrder::IsInMarkers(const Turn& turn) const {
   return std::ranges::find(kNamesInMarkers, names_.Name(turn.name)) != kNamesInMarkers.end();
 }
 
 /// Marks the names that are met in the markers around the references of earlier turns.
-void TurnTaking::MeetMarkers(int firstReferenced) {
+void SearchOrder::MeetMarkers(int firstReferenced) {
   std::vector<int> turns = inMarkers_;
   for (std::size_t i = 0; i < privates_->size(); ++i) {
     if (IsInMarkers((*privates_)[i])) turns.push_back(static_cast<int>(publics_.size() + i));
