@@ -66,6 +66,7 @@ int RunProgram(const std::vector<std::string>& arguments) {
 
 int main(int argc, char** argv) {
   quillmate::cli::PrepareStandardStreams();
+  quillmate::cli::ReturnLargeBlocks();
   quillmate::cli::OnEndingSignal(quillmate::files::RemoveWorkFolders);
   return quillmate::cli::RunProgram(quillmate::cli::Arguments(argc, argv));
 }

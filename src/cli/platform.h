@@ -31,6 +31,9 @@ bool IsTerminal(std::FILE* stream) noexcept;
 /// Columns of the terminal behind standard error; 80 when it does not tell.
 std::size_t TerminalColumns() noexcept;
 
+/// From now on large blocks of memory go back to the system when they are free, where it would else keep some.
+void ReturnLargeBlocks() noexcept;
+
 /// The errno value of a write that has just failed; EPIPE when the reader has gone.
 int WriteError() noexcept;
 

@@ -7,6 +7,9 @@
 #include <thread>
 
 #include <fcntl.h>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 #include <pthread.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -43,6 +46,13 @@ void PrepareStandardStreams() {
       static_cast<void>(open("/dev/null", O_RDONLY));  // takes the lowest free number, which is this one
     }
   }
+}
+
+void ReturnLargeBlocks() noexcept {
+#ifdef __GLIBC__
+  constexpr int kLarge = 1 << 20;
+  mallopt(M_MMAP_THRESHOLD, kLarge);
+#endif
 }
 
 std::vector<std::string> Arguments(int argc, char** argv) { return {argv + (argc > 0 ? 1 : 0), argv + argc}; }

@@ -65,6 +65,8 @@ void PrepareStandardStreams() {
   PrepareConsole();
 }
 
+void ReturnLargeBlocks() noexcept {}
+
 std::vector<std::string> Arguments(int /*argc*/, char** /*argv*/) {
   int count = 0;
   wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);

@@ -27,7 +27,7 @@ constexpr const char* kSettings =
     "PRAGMA journal_mode = MEMORY;"
     "PRAGMA synchronous = OFF;"
     "PRAGMA temp_store = MEMORY;"
-    "PRAGMA cache_size = -65536;"
+    "PRAGMA cache_size = -16384;"
     "PRAGMA secure_delete = OFF;";
 
 /// A project may come from anywhere: what its file holds beside the two tables is never run. Names in double quotes
