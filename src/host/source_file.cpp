@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cstddef>
 #include <system_error>
 
 #include <quillmate/files/file_bytes.h>
@@ -22,9 +24,18 @@ bool HasUtf16Nul(std::string_view bytes) noexcept {
   return false;
 }
 
+bool IsUtf16(std::string_view bytes) noexcept { return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"); }
+
+/// Text may hold a NUL byte here and there, from a broken copy; what holds more of them, or other characters of control
+/// with them, is none.
 bool HoldsText(std::string_view bytes) noexcept {
-  if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) return !HasUtf16Nul(bytes);
-  return bytes.find('\0') == std::string_view::npos;
+  constexpr std::size_t kOneIn = 64;
+  if (IsUtf16(bytes)) return !HasUtf16Nul(bytes);
+  if (bytes.find('\0') == std::string_view::npos) return true;
+  const auto strange = std::count_if(bytes.begin(), bytes.end(), [](char c) {
+    return (c >= '\0' && c < '\t') || (c > '\r' && c < ' ' && c != '\x1a');
+  });
+  return static_cast<std::size_t>(strange) * kOneIn <= bytes.size();
 }
 
 }  // namespace
@@ -36,10 +47,13 @@ SourceBytes ReadSourceFile(const fs::path& file, std::string& buffer) {
     if (error.Code() == std::errc::file_too_large) return {{}, "Datei ist zu groß für ein Modul"};
     return {{}, office::ProblemOfPath(file)};
   }
-  const std::string_view bytes = buffer;
-  if (bytes.empty()) return {{}, "Datei ist leer"};
-  if (!HoldsText(bytes)) return {{}, "Datei enthält keinen Text"};
-  return {bytes, {}};
+  if (buffer.empty()) return {{}, "Datei ist leer"};
+  const bool utf16 = IsUtf16(buffer);
+  // A file may be filled up with NUL bytes to the end of its last block.
+  if (!utf16) buffer.resize(buffer.find_last_not_of('\0') + 1);
+  if (buffer.empty() || !HoldsText(buffer)) return {{}, "Datei enthält keinen Text"};
+  if (!utf16) std::replace(buffer.begin(), buffer.end(), '\0', ' ');
+  return {buffer, {}};
 }
 
 }  // namespace quillmate::host

@@ -14,8 +14,9 @@ struct SourceBytes {
   std::string problem;
 };
 
-/// Reads a file that should hold text. Empty files, files with NUL bytes and files far beyond what a module can hold
-/// are problems too. Only regular files are read: a pipe would make the program wait for ever.
+/// Reads a file that should hold text. Empty files, files of other contents and files far beyond what a module can hold
+/// are problems too. NUL bytes at the end are cut, a few elsewhere become blanks. Only regular files are read: a pipe
+/// would make the program wait for ever.
 SourceBytes ReadSourceFile(const std::filesystem::path& file, std::string& buffer);
 
 }  // namespace quillmate::host

@@ -167,6 +167,9 @@ TEST(DocumentHost, ReadsTheFileAsItIsThen) {
   EXPECT_EQ(Reason(host, "b", 2), files::PathText(other) + ": Datei enthält keinen Text");
   EXPECT_EQ(Reason(host, "C", 1), "Modul ist nicht mehr vorhanden");
   EXPECT_EQ(Reason(host, "A", 9), files::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
+  // A few NUL bytes are blanks, those at the end nothing.
+  temp.Write("a.bas", "Attribute VB_Name = \"A\"\nx\0= 1 ' as long as it takes for one to be one of many\n2\0\0\0"sv);
+  EXPECT_EQ(host.Lines(1, "A", 1, 1).substr(0, 5), "x = 1");
 }
 
 TEST(DocumentHost, LinesGivesTheFirstOnes) {
