@@ -43,11 +43,13 @@ SymbolId IndexSymbols::RoutineAt(codedb::ModuleNumber module, std::string_view n
   const std::string folded = language::FoldName(text::Utf8FromCode(name));
   const auto isNamed = [&](SymbolId id) { return language::FoldName(index_.Name(id)) == folded; };
   if (start && start->value > 0) {
-    const auto there =
-        std::ranges::equal_range(routines_[number], static_cast<std::uint32_t>(start->value), {}, &Routine::line);
-    const auto named = std::ranges::find_if(there, isNamed, &Routine::symbol);
-    if (named != there.end()) return named->symbol;
-    if (!there.empty()) return there.front().symbol;
+    const auto line = static_cast<std::uint32_t>(start->value);
+    const std::vector<Routine>& all = routines_[number];
+    const auto first = std::ranges::lower_bound(all, line, {}, &Routine::line);
+    for (auto at = first; at != all.end() && at->line == line; ++at) {
+      if (isNamed(at->symbol)) return at->symbol;
+    }
+    if (first != all.end() && first->line == line) return first->symbol;
   }
   const auto [names, isNew] = byName_.try_emplace(number);
   if (isNew) {
