@@ -28,6 +28,11 @@ constexpr Command kCommands[] = {
     {kSaveProjectAs, "mnuSpeichern", MenuId::kFile, "&Speichern Unter ...", "Ctrl+S", "save", kWithProject, false},
     {kAddFiles, "mnuDatei_Dateien", MenuId::kFile, "&Dateien hinzufügen ...", "Ctrl+D", "add_files", kAlways, true},
     {kAddFolder, "mnuDatei_Ordner", MenuId::kFile, "O&rdner hinzufügen ...", "Ctrl+Shift+D", "", kAlways, false},
+    {kSwitchReadAtOnce, "mnuDatei_Sofort", MenuId::kFile, "Einze&lnes Dokument sofort lesen", "", "", kAlways, false,
+     true},
+    {kPrint, "mnuDatei_Drucken", MenuId::kFile, "Dru&cken ...", "Ctrl+P", "", kWithProject, true},
+    {kPreviewPrint, "mnuDatei_Druckvorschau", MenuId::kFile, "Druck&vorschau ...", "", "", kWithProject, false},
+    {kSavePdf, "mnuDatei_Pdf", MenuId::kFile, "Als &PDF speichern ...", "", "", kWithProject, false},
     {kOpenRecent0, "mnuOpenIndex0", MenuId::kFile, "&0 - ", "", "", kAlways, true},
     {kOpenRecent1, "mnuOpenIndex1", MenuId::kFile, "&1 - ", "", "", kAlways, false},
     {kOpenRecent2, "mnuOpenIndex2", MenuId::kFile, "&2 - ", "", "", kAlways, false},
@@ -115,6 +120,8 @@ constexpr Command kCommands[] = {
     {kShowHelp, "mnuHilfe_Hilfe", MenuId::kHelp, "&Hilfe", "F1", "", kAlways, false},
     {kShowAbout, "mnuHilfe_Info", MenuId::kHelp, "&Info", "", "", kAlways, false},
 
+    {kTickAll, "mnuPopUpEinlesen_Alle", MenuId::kNone, "&Alle ankreuzen", "", "", kNoProject, false},
+    {kTickNone, "mnuPopUpEinlesen_Keine", MenuId::kNone, "&Keine ankreuzen", "", "", kNoProject, false},
     {kRemoveSource, "mnuPopUpEinlesen_Entfernen", MenuId::kNone, "Quelle &entfernen", "", "remove", kBySituation,
      false},
 };
@@ -158,6 +165,8 @@ constexpr ContextItem kContextItems[] = {
     {PopupId::kZoom, "mnuPopUp_Zoom_Aus", "&Zoom Aus", kSwitchZoom, ""},
     {PopupId::kReading, "mnuPopUpEinlesen_Clip", "&HTML Zwischenablage", kExportClipboardHtml, ""},
     {PopupId::kReading, "mnuPopUpEinlesen_Code", "&Code Einlesen", kReadCode, ""},
+    {PopupId::kReading, "mnuPopUpEinlesen_Alle", "&Alle ankreuzen", kTickAll, ""},
+    {PopupId::kReading, "mnuPopUpEinlesen_Keine", "&Keine ankreuzen", kTickNone, ""},
     {PopupId::kReading, "mnuPopUpEinlesen_Entfernen", "Quelle &entfernen", kRemoveSource, ""},
 };
 

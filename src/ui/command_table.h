@@ -16,6 +16,10 @@ enum class CommandId {
   kSaveProjectAs,
   kAddFiles,
   kAddFolder,
+  kSwitchReadAtOnce,
+  kPrint,
+  kPreviewPrint,
+  kSavePdf,
   kOpenRecent0,
   kOpenRecent1,
   kOpenRecent2,
@@ -89,6 +93,8 @@ enum class CommandId {
   kShowHelp,
   kShowAbout,
   // Context menu only
+  kTickAll,
+  kTickNone,
   kRemoveSource
 };
 

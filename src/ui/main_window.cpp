@@ -65,6 +65,10 @@ void MainWindow::PressToolButton(std::string_view key) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+  if (!unloaded_ && !shell_->MayClose()) {
+    event->ignore();
+    return;
+  }
   event->accept();
   Unload();
 }

@@ -1,5 +1,7 @@
 #include "project_commands.h"
 
+#include <QFileInfo>
+#include <algorithm>
 #include <exception>
 
 #include <quillmate/codedb/index_files.h>
@@ -24,6 +26,13 @@ QString FileFilter() {
   const QString documents = office.join(u' ') + QStringLiteral(" vbaProject.bin");
   return QStringLiteral("Alle Quellen (%1 %2);;Office-Dateien (%1);;VBA-Module und VB-Projekte (%2);;Alle Dateien (*)")
       .arg(documents, modules);
+}
+
+/// An Office file, not a module file or a folder.
+bool IsDocument(const QString& path) {
+  const std::string extension = ToUtf8(QFileInfo(path).suffix().toLower());
+  return QFileInfo(path).isFile() &&
+         std::ranges::find(office::OfficeFileExtensions(), extension) != std::end(office::OfficeFileExtensions());
 }
 
 }  // namespace
@@ -53,6 +62,7 @@ void ProjectCommands::OpenProjectFolder(const fs::path& folder) {
     interaction_.Show("Kein Gültiges Projekt", MessageIcon::kExclamation);
     return;
   }
+  if (!ConfirmUnsaved()) return;
   AddRecentProject(folder);
   ReloadProject(folder, project::ProjectNameOf(files::PathText(folder)), true);
 }
@@ -121,7 +131,10 @@ void ProjectCommands::AddFolder() {
 }
 
 void ProjectCommands::AddSources(const QStringList& paths) {
-  if (LeaveProject()) sources_.AddSources(paths);
+  if (!LeaveProject()) return;
+  sources_.AddSources(paths);
+  if (paths.size() == 1 && readsAtOnce_() && IsDocument(paths.front()) && sources_.TickSource(paths.front()))
+    ReadCode();
 }
 
 void ProjectCommands::TakeDropped(const QStringList& files) {

@@ -52,6 +52,11 @@ class ProjectCommands : public QObject {
   /// wants that. False when the project on screen is still the one before.
   bool OfferReload();
 
+  /// Whether a single document is read as soon as it is added.
+  void ReadDocumentsAtOnce(std::function<bool()> wanted) { readsAtOnce_ = std::move(wanted); }
+  /// Asks whether an unsaved project is to be saved first. False when the command must not go on.
+  bool ConfirmUnsaved();
+
  signals:
   /// The project folders opened last, the newest first. UTF-8.
   void RecentChanged(const std::vector<std::string>& folders);
@@ -68,8 +73,6 @@ class ProjectCommands : public QObject {
   bool ReloadProject(const std::filesystem::path& folder, const std::string& title, bool isSaved);
   /// Back to the state without a project: the run's scratch folder is emptied and current again.
   void ResetProject();
-  /// Asks whether an unsaved project is to be saved first. False when the command must not go on.
-  bool ConfirmUnsaved();
   /// The project on screen gives way, after a question when it is not saved. False when the user wants to keep it.
   bool LeaveProject();
   void AddSources(const QStringList& paths);
@@ -92,6 +95,7 @@ class ProjectCommands : public QObject {
   SourceList& sources_;
   const ReadFiles& readFiles_;
   std::vector<std::string> recent_;
+  std::function<bool()> readsAtOnce_ = [] { return false; };
 };
 
 }  // namespace quillmate::ui

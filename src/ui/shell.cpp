@@ -12,6 +12,7 @@
 #include <quillmate/startup/edition.h>
 
 #include "about_box.h"
+#include "accessible_names.h"
 #include "display_size.h"
 #include "help.h"
 #include "icons.h"
@@ -120,6 +121,7 @@ Shell::Shell(MainWindow& window, const Services& services)
       uses_(new UsePanel),
       hierarchy_(new CallPanel),
       names_(Desk(), *code_, knowledge_, *uses_, *hierarchy_),
+      printing_(window, Desk(), *code_),
       quickOpen_(new QuickOpen(&window)),
       container_(new Splitter),
       view_(services.settings, *code_, *project_, *commands_) {
@@ -134,6 +136,7 @@ Shell::Shell(MainWindow& window, const Services& services)
   ConnectStatusBar();
   ConnectStartPage();
   connect(commands_, &CommandSet::Triggered, this, &Shell::Run);
+  NameForScreenReaders(window_);
   new MouseSteps(window_, *commands_);
 }
 
@@ -279,6 +282,7 @@ void Shell::ConnectStartPage() {
   connect(startPage_, &QWidget::customContextMenuRequested, this,
           [this](const QPoint& place) { ShowReadingMenu(startPage_->mapToGlobal(place), false); });
   connect(&projects_, &ProjectCommands::RecentChanged, this, &Shell::ShowRecent);
+  projects_.ReadDocumentsAtOnce([this] { return commands_->Item(CommandId::kSwitchReadAtOnce).isChecked(); });
 }
 
 void Shell::Load(bool mini) {
@@ -310,6 +314,12 @@ void Shell::Run(CommandId command) {
     projects_.OfferReload();
     Carry(command);
   });
+}
+
+bool Shell::MayClose() {
+  bool may = true;
+  interaction_.Attempt([&] { may = projects_.ConfirmUnsaved(); });
+  return may;
 }
 
 void Shell::TakeDropped(const QStringList& files) {
@@ -510,7 +520,13 @@ void Shell::ShowMini() {
   mini_->setWindowIcon(window_.windowIcon());
   connect(mini_.get(), &MiniWindow::HtmlWanted, this, [this] { Run(CommandId::kExportClipboardHtml); });
   connect(mini_.get(), &MiniWindow::Returned, this, &Shell::ReturnFromMini);
-  connect(mini_.get(), &MiniWindow::Closed, &window_, &MainWindow::Unload);
+  connect(mini_.get(), &MiniWindow::Closed, this, [this] {
+    if (MayClose()) {
+      window_.Unload();
+    } else {
+      ReturnFromMini();
+    }
+  });
   mini_->show();
 }
 
@@ -543,6 +559,14 @@ void Shell::Carry(CommandId command) {
       return projects_.AddFiles();
     case kAddFolder:
       return projects_.AddFolder();
+    case kSwitchReadAtOnce:
+      return view_.SwitchReadAtOnce();
+    case kPrint:
+      return printing_.Print();
+    case kPreviewPrint:
+      return printing_.Preview();
+    case kSavePdf:
+      return printing_.SavePdf();
     case kOpenRecent0:
     case kOpenRecent1:
     case kOpenRecent2:
@@ -664,6 +688,10 @@ void Shell::Carry(CommandId command) {
       return ShowHelp(interaction_, services_.globals);
     case kShowAbout:
       return ShowAbout();
+    case kTickAll:
+      return sources_.TickAll(true);
+    case kTickNone:
+      return sources_.TickAll(false);
     case kRemoveSource:
       return sources_.RemoveCurrentSource();
   }

@@ -22,6 +22,7 @@
 #include "list_source.h"
 #include "mini_window.h"
 #include "name_commands.h"
+#include "print_commands.h"
 #include "project_commands.h"
 #include "project_panel.h"
 #include "project_session.h"
@@ -49,6 +50,8 @@ class Shell : public QObject {
 
   /// Runs a command as the user gives it.
   void Run(CommandId command);
+  /// Asks about a project that is not saved; false when the program is to stay.
+  bool MayClose();
   /// What was dropped on the window is taken as soon as nothing else runs.
   void TakeDropped(const QStringList& files);
   /// The user has come back to the window.
@@ -126,6 +129,7 @@ class Shell : public QObject {
   UsePanel* uses_;
   CallPanel* hierarchy_;
   NameCommands names_;
+  PrintCommands printing_;
   QuickOpen* quickOpen_;
   QSplitter* container_;
   ViewSettings view_;

@@ -3,6 +3,7 @@
 #include <QFocusEvent>
 #include <QPainter>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include <quillmate/project/saved_projects.h>
 
@@ -118,8 +119,14 @@ StartPage::StartPage(const QString& host) {
 void StartPage::ShowRecent(const std::vector<std::string>& folders) {
   QString list;
   for (std::size_t i = 0; i < folders.size(); ++i) {
-    list += Link(OpenRecentCommand(i), FromUtf8(project::ProjectNameOf(folders[i])), FromUtf8(folders[i])) +
-            QStringLiteral("<br>");
+    // A project that was opened again stands in the stored list twice.
+    if (std::find(folders.begin(), folders.begin() + static_cast<std::ptrdiff_t>(i), folders[i]) !=
+        folders.begin() + static_cast<std::ptrdiff_t>(i)) {
+      continue;
+    }
+    const QString path = FromUtf8(folders[i]);
+    list += Link(OpenRecentCommand(i), FromUtf8(project::ProjectNameOf(folders[i])), path) +
+            QStringLiteral(" <small>%1</small><br>").arg(path.toHtmlEscaped());
   }
   recent_->setText(list);
   recentTitle_->setVisible(!folders.empty());

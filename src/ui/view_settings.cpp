@@ -14,6 +14,7 @@ constexpr std::string_view kSection = "ansicht";
 constexpr std::string_view kLineNumbers = "zeilennummern";
 constexpr std::string_view kSourceOrder = "quellreihenfolge";
 constexpr std::string_view kExactOutline = "genauegliederung";
+constexpr std::string_view kReadAtOnce = "sofortlesen";
 constexpr std::string_view kFont = "schrift";
 constexpr std::string_view kSplitter = "teiler";
 constexpr int kMostSteps = 60;
@@ -31,6 +32,7 @@ void ViewSettings::Load(QSplitter& splitter) {
   ApplyLineNumbers(Read(kLineNumbers) != "0");
   ApplySourceOrder(Read(kSourceOrder) == "-1");
   ApplyExactOutline(Read(kExactOutline) == "-1");
+  commands_.Item(CommandId::kSwitchReadAtOnce).setChecked(Read(kReadAtOnce) != "0");
   code_.SetFontSteps(FontSteps());
 
   const double dpi = splitter.logicalDpiX();
@@ -78,6 +80,12 @@ void ViewSettings::SwitchExactOutline() {
   const bool on = !commands_.Item(CommandId::kSwitchExactOutline).isChecked();
   ApplyExactOutline(on);
   Write(kExactOutline, on ? "-1" : "0");
+}
+
+void ViewSettings::SwitchReadAtOnce() {
+  const bool on = !commands_.Item(CommandId::kSwitchReadAtOnce).isChecked();
+  commands_.Item(CommandId::kSwitchReadAtOnce).setChecked(on);
+  Write(kReadAtOnce, on ? "-1" : "0");
 }
 
 int ViewSettings::FontSteps() const { return std::clamp(FromUtf8(Read(kFont)).toInt(), -kMostSteps, kMostSteps); }

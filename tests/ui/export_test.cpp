@@ -1,3 +1,5 @@
+#include <QAbstractButton>
+#include <QDialog>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
@@ -255,6 +257,32 @@ TEST_F(ExportTest, ExportsSayWhatTheyDoUnderTheHourglass) {
     EXPECT_TRUE(seen.contains(QString::fromUtf8(c.text))) << c.command << ": " << seen.join(", ").toStdString();
     EXPECT_EQ(Panel("Vorgang"), "");
   }
+}
+
+TEST_F(ExportTest, CodeIsPrintedAndSavedAsPdf) {
+  const struct {
+    const char* what;
+    int pages;
+  } kCases[] = {{"optModul", 1}, {"optProjekt", 3}, {"optAuswahl", 1}, {"optRoutine", 1}};
+  for (const auto& c : kCases) {
+    Click(Tree("treProjekt"), ProjectNode(1, 0));
+    for (const char* command : {"mnuDatei_Pdf", "mnuDatei_Drucken", "mnuDatei_Druckvorschau"}) {
+      platform.saveFiles = {Text(Folder("Code.pdf"))};
+      platform.prompts.clear();
+      Trigger(command);
+      auto* dialog = Window().findChild<QDialog*>("frmDrucken");
+      ASSERT_NE(dialog, nullptr);
+      dialog->findChild<QAbstractButton*>(c.what)->click();
+      dialog->findChild<QAbstractButton*>("cmdDrucken")->click();
+      QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+      EXPECT_EQ(platform.prompts.size(), QLatin1String(command) == QLatin1String("mnuDatei_Pdf") ? 0 : 1);
+    }
+    const std::string pdf = files::ReadWholeFile(Folder("Code.pdf"));
+    EXPECT_TRUE(pdf.starts_with("%PDF-")) << c.what;
+    EXPECT_NE(pdf.find("/Count " + std::to_string(c.pages)), std::string::npos) << c.what;
+    EXPECT_NE(pdf.find("/ToUnicode"), std::string::npos) << "text stays text";
+  }
+  EXPECT_EQ(platform.TakeText(), "");
 }
 
 TEST_F(ExportTest, SaveFilterIsReadOrRefused) {

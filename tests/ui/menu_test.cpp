@@ -1,3 +1,6 @@
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QDockWidget>
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
@@ -61,14 +64,14 @@ TEST_F(MenuTest, ContextMenusFitThePlace) {
   Start();
   QTreeView& hosts = Tree("treApp");
   RightClick(hosts, hosts.visualRect(HostNode(0)).center());
-  EXPECT_EQ(PopupItems(),
-            (QStringList{"mnuPopUpEinlesen_Clip", "mnuPopUpEinlesen_Code", "mnuPopUpEinlesen_Entfernen"}));
+  EXPECT_EQ(PopupItems(), (QStringList{"mnuPopUpEinlesen_Clip", "mnuPopUpEinlesen_Code", "mnuPopUpEinlesen_Alle",
+                                       "mnuPopUpEinlesen_Keine", "mnuPopUpEinlesen_Entfernen"}));
   RightClick(hosts, QPoint(5, hosts.viewport()->height() - 5));
-  EXPECT_EQ(PopupItems(),
-            (QStringList{"mnuPopUpEinlesen_Clip", "mnuPopUpEinlesen_Code", "(mnuPopUpEinlesen_Entfernen)"}));
+  EXPECT_EQ(PopupItems(), (QStringList{"mnuPopUpEinlesen_Clip", "mnuPopUpEinlesen_Code", "mnuPopUpEinlesen_Alle",
+                                       "mnuPopUpEinlesen_Keine", "(mnuPopUpEinlesen_Entfernen)"}));
   RightClick(Code(), QPoint(5, 5));
-  EXPECT_EQ(PopupItems(),
-            (QStringList{"mnuPopUpEinlesen_Clip", "mnuPopUpEinlesen_Code", "(mnuPopUpEinlesen_Entfernen)"}));
+  EXPECT_EQ(PopupItems(), (QStringList{"mnuPopUpEinlesen_Clip", "mnuPopUpEinlesen_Code", "mnuPopUpEinlesen_Alle",
+                                       "mnuPopUpEinlesen_Keine", "(mnuPopUpEinlesen_Entfernen)"}));
   Tick(0);
   Action("mnuPopUpEinlesen_Code").trigger();
   RightClick(Code(), QPoint(5, 5));
@@ -77,6 +80,35 @@ TEST_F(MenuTest, ContextMenusFitThePlace) {
                          "mnuPopUpHaupt_Html_Index3", "mnuPopUpHaupt_Copy_Modul", "mnuPopUpHaupt_Copy_Auswahl",
                          "(mnuPopUpHaupt_Definition)", "(mnuPopUpHaupt_Aufruf)", "mnuPopUpHaupt_Deklaration",
                          "mnuPopUpHaupt_Verwendungen", "mnuPopUpHaupt_Zoom"}));
+}
+
+/// Qt's own helpers inside of a control speak through that.
+TEST_F(MenuTest, EveryControlHasANameForScreenReaders) {
+  Start();
+  Tick(0);
+  Trigger("mnuBearbeiten_Code");
+  for (const char* command : {"mnuExtras_Optionen", "mnuHilfe_Info", "mnuAnalyse_Kennzahlen", "mnuTest"})
+    Trigger(command);
+  AwaitKnowledge();
+  for (QWidget* control : Window().findChildren<QWidget*>()) {
+    const bool isOwn = !control->objectName().isEmpty() && !control->objectName().startsWith("qt_");
+    if (!isOwn || control->focusPolicy() == Qt::NoFocus) continue;
+    const QAccessibleInterface* access = QAccessible::queryAccessibleInterface(control);
+    ASSERT_NE(access, nullptr);
+    const bool isNamed = !access->text(QAccessible::Name).isEmpty() || control->focusProxy() != nullptr;
+    EXPECT_TRUE(isNamed) << control->objectName().toStdString() << ' ' << control->metaObject()->className();
+  }
+  for (const QDockWidget* panel : Window().findChildren<QDockWidget*>()) {
+    EXPECT_TRUE(panel->findChild<QAbstractButton*>("qt_dockwidget_closebutton")->toolTip().endsWith(" schließen"));
+  }
+}
+
+TEST_F(MenuTest, TicksAllOrNothing) {
+  Start();
+  Trigger("mnuPopUpEinlesen_Alle");
+  EXPECT_EQ(HostNode(0, 1).data(Qt::CheckStateRole), Qt::Checked);
+  Trigger("mnuPopUpEinlesen_Keine");
+  EXPECT_EQ(HostNode(0, 1).data(Qt::CheckStateRole), Qt::Unchecked);
 }
 
 TEST_F(MenuTest, RunningHostStandsBeforeTheSources) {

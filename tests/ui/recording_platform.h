@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QBuffer>
+#include <QPdfWriter>
 #include <deque>
 #include <functional>
 #include <utility>
@@ -53,6 +55,16 @@ class RecordingPlatform : public ui::Platform {
   bool OpenInBrowser(const QString& file) override { return Open(file); }
   bool OpenHelp(const QString& file, const QString& page) override {
     return hasHelpViewer && Open(page.isEmpty() ? file : file + QStringLiteral("::/") + page);
+  }
+  void Print(const QString& title, const std::function<void(QPagedPaintDevice&)>& print) override {
+    QBuffer pages;
+    pages.open(QIODevice::WriteOnly);
+    QPdfWriter printer(&pages);
+    print(printer);
+    prompts.append(title);
+  }
+  void Preview(const QString& title, const std::function<void(QPagedPaintDevice&)>& print) override {
+    Print(title, print);
   }
   bool StartSystemInformation() override { return Open(QStringLiteral("Systeminformationen")); }
   qint64 Milliseconds() override {

@@ -4,6 +4,7 @@
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
 
+#include "office/vba_writer.h"
 #include "window_test.h"
 
 namespace quillmate::testing {
@@ -118,6 +119,37 @@ TEST_F(StartTest, AddingASourceLeavesTheProject) {
   Drop({QString::fromStdString(Beside("Zebra.bas"))});
   EXPECT_TRUE(Tree("treApp").isVisible());
   EXPECT_EQ(Tree("treApp").currentIndex().data(), "Zebra [Zebra.bas]");
+}
+
+TEST_F(StartTest, SingleDocumentIsReadAtOnceAndNotLostUnasked) {
+  office::WrittenProject project;
+  project.name = "Kasse";
+  project.modules.push_back({"Module", "Tag", office::StandardModule("Tag", "Sub Eins()\r\nEnd Sub\r\n\r\n")});
+  office::CompoundWriter file;
+  project.AddTo(file, "_VBA_PROJECT_CUR/");
+  const QStringList document = {Text(Folder("Kasse.xls"))};
+  files::WriteWholeFile(Folder("Kasse.xls"), file.File());
+  Start();
+  Drop(document);
+  EXPECT_EQ(TextOf(*Tree("treProjekt").model()), "Tag\n Eins\n");
+  // What was read and not saved is asked about, however it would be lost.
+  const QString question = QStringLiteral("Projekt wurde nicht gespeichert !\r\nProjekt jetzt speichern ?");
+  std::filesystem::create_directories(Folder("anderes"));
+  std::filesystem::copy_file(TemplateFile(), Folder("anderes") / "Quillmate.mdb");
+  const std::function<void()> losses[] = {[this] { Window().close(); }, [this] { Trigger("mnuEnde"); },
+                                          [this] { Drop({Text(Folder("anderes"))}); }, [&] { Drop(document); }};
+  for (const auto& lose : losses) {
+    platform.answers = {Answer::kCancel};
+    lose();
+    EXPECT_EQ(platform.TakeText(), question);
+    EXPECT_TRUE(Window().isVisible());
+    EXPECT_TRUE(Tree("treProjekt").isVisible());
+  }
+  LeaveProject();
+  Trigger("mnuDatei_Sofort");
+  EXPECT_EQ(settings->ReadSetting("ansicht", "sofortlesen"), "0");
+  Drop(document);
+  EXPECT_TRUE(Tree("treApp").isVisible());
 }
 
 TEST_F(StartTest, ListsAllThatCannotBeRead) {

@@ -7,6 +7,9 @@
 #include <QInputDialog>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -117,6 +120,13 @@ class ArrowCursor {
   bool shown_;
 };
 
+void SetUp(QPrinter& printer, const QString& title) {
+  printer.setDocName(title);
+  printer.setCreator(QStringLiteral("Quillmate"));
+  printer.setPageSize(QPageSize(QPageSize::A4));
+  printer.setPageMargins(QMarginsF(20, 15, 15, 15), QPageLayout::Millimeter);
+}
+
 class RealPlatform : public Platform {
  public:
   RealPlatform() { clock_.start(); }
@@ -175,6 +185,25 @@ class RealPlatform : public Platform {
 
   bool OpenInBrowser(const QString& file) override { return OpenFile(file); }
   bool OpenHelp(const QString& file, const QString& page) override { return OpenCompiledHelp(file, page); }
+  void Print(const QString& title, const std::function<void(QPagedPaintDevice&)>& print) override {
+    QPrinter printer(QPrinter::HighResolution);
+    SetUp(printer, title);
+    QPrintDialog dialog(&printer, QApplication::activeWindow());
+    dialog.setWindowTitle(QStringLiteral("Drucken"));
+    const ArrowCursor cursor;
+    if (dialog.exec() == QDialog::Accepted) print(printer);
+  }
+  void Preview(const QString& title, const std::function<void(QPagedPaintDevice&)>& print) override {
+    QPrinter printer(QPrinter::HighResolution);
+    SetUp(printer, title);
+    QPrintPreviewDialog dialog(&printer, QApplication::activeWindow());
+    dialog.setWindowTitle(QStringLiteral("Druckvorschau"));
+    dialog.resize(QApplication::activeWindow() == nullptr ? QSize(900, 700) : QApplication::activeWindow()->size());
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
+                     [&print](QPrinter* pages) { print(*pages); });
+    const ArrowCursor cursor;
+    dialog.exec();
+  }
   bool StartSystemInformation() override {
     return std::any_of(std::begin(kSystemTools), std::end(kSystemTools), [](const char* tool) {
       const QString program = QStandardPaths::findExecutable(QString::fromLatin1(tool));

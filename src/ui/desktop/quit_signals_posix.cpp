@@ -27,7 +27,8 @@ void QuitWithSignals() {
   QObject::connect(notifier, &QSocketNotifier::activated, notifier, [] {
     char asked = 0;
     while (read(channel[0], &asked, 1) > 0) continue;
-    QCoreApplication::quit();
+    // Nobody may be there to answer a question: open messages end with it, and none comes any more.
+    QCoreApplication::exit();
   });
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     struct sigaction action {};

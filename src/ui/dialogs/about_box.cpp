@@ -69,6 +69,7 @@ QLabel* MakeLink() {
 QPlainTextEdit* MakeSystemText(const startup::AppGlobals& globals) {
   auto* text = new QPlainTextEdit(SystemInformation(globals));
   text->setObjectName(QStringLiteral("txtSystem"));
+  text->setAccessibleName(QStringLiteral("Angaben zum System"));
   text->setReadOnly(true);
   text->setLineWrapMode(QPlainTextEdit::NoWrap);
   text->setMinimumSize(460, text->fontMetrics().lineSpacing() * 9);

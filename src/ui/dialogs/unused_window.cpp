@@ -61,6 +61,7 @@ UnusedWindow::UnusedWindow(QWidget* parent, const ListDesk& desk, std::vector<Ju
   lblErgebnis_->setObjectName(QStringLiteral("lblErgebnis"));
   chkNurSicher_->setObjectName(QStringLiteral("chkNurSicher"));
   treUnbenutzt_->setObjectName(QStringLiteral("treUnbenutzt"));
+  treUnbenutzt_->setAccessibleName(windowTitle());
   treUnbenutzt_->setHeaderLabels({QStringLiteral("Routine"), QStringLiteral("Klasse")});
   treUnbenutzt_->header()->setStretchLastSection(false);
   treUnbenutzt_->header()->setSectionResizeMode(0, QHeaderView::Stretch);

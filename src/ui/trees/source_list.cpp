@@ -228,16 +228,38 @@ void SourceList::AddSources(const QStringList& paths) {
 
 /// What the user has added becomes current; there may be projects of a running host and other sources around it.
 void SourceList::ShowFirstOf(const Paths& sources) {
-  for (int project = 0; project < model_->rowCount(); ++project) {
+  const int project = FindProject(sources, 0);
+  if (project < 0) return;
+  const QModelIndex node = model_->index(project, 0);
+  tree_->setCurrentIndex(node);
+  tree_->scrollTo(node, QAbstractItemView::PositionAtTop);
+}
+
+int SourceList::FindProject(const Paths& sources, int project) const {
+  for (; project < model_->rowCount(); ++project) {
     const std::optional<int> document = DocumentIndex(project);
     if (!document.has_value()) continue;
     const std::string file = services_.documents.Project(*document).fileName.value_or(std::string());
-    if (std::ranges::none_of(sources, [&file](const std::string& source) { return IsIn(file, source); })) continue;
-    const QModelIndex node = model_->index(project, 0);
-    tree_->setCurrentIndex(node);
-    tree_->scrollTo(node, QAbstractItemView::PositionAtTop);
-    return;
+    if (std::ranges::any_of(sources, [&file](const std::string& source) { return IsIn(file, source); })) return project;
   }
+  return -1;
+}
+
+void SourceList::TickAll(bool ticked) {
+  for (int project = 0; project < model_->rowCount(); ++project) {
+    model_->setData(model_->index(project, 0), ticked ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
+  }
+}
+
+bool SourceList::TickSource(const QString& path) {
+  const Paths source = {Normalized(path)};
+  bool found = false;
+  for (int project = FindProject(source, 0); project >= 0; project = FindProject(source, project + 1)) {
+    const QModelIndex node = model_->index(project, 0);
+    model_->setData(node, Qt::Checked, Qt::CheckStateRole);
+    found = found || model_->rowCount(node) > 0;
+  }
+  return found;
 }
 
 void SourceList::OfferToForgetUnreadable() {

@@ -55,6 +55,10 @@ class SourceList : public QObject {
   void LoadUserSources();
   /// Adds files and folders to the sources and remembers those that can be read.
   void AddSources(const QStringList& paths);
+  /// Ticks everything, or nothing.
+  void TickAll(bool ticked);
+  /// Ticks what lies in a source; false when there is nothing.
+  bool TickSource(const QString& path);
   /// True when the current project of the tree comes from the user's sources, not from the running host.
   bool IsCurrentFromSource() const { return DocumentIndex(Current()).has_value(); }
   /// Takes the source of the current project out of the sources; nothing happens to a project of the running host.
@@ -81,6 +85,8 @@ class SourceList : public QObject {
   void OfferToForget(const std::string& heading, const std::function<bool(const std::string&)>& isUseless);
   /// The index within the documents of a project of the tree; nothing for the running host's.
   std::optional<int> DocumentIndex(int project) const;
+  /// The first project at or behind `project` that lies in one of the sources; -1 for none.
+  int FindProject(const Paths& sources, int project) const;
 
   Interaction& interaction_;
   SourceServices services_;

@@ -4,9 +4,11 @@
 #include <QMimeData>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <optional>
 
+class QPagedPaintDevice;
 class QWidget;
 
 /// The desktop as the commands see it. Everything that would stop a test (a dialog) or leave traces outside the
@@ -79,6 +81,11 @@ class Platform {
   /// Opens compiled help (.chm) at one of its pages, named as in the file ("hilfe/suche.html"); at its start when
   /// `page` is empty. False when there is no viewer.
   virtual bool OpenHelp(const QString& file, const QString& page) = 0;
+  /// Asks for a printer and its settings and hands it over, with pages of A4 to begin with; nothing happens when the
+  /// user cancels.
+  virtual void Print(const QString& title, const std::function<void(QPagedPaintDevice&)>& print) = 0;
+  /// Shows the pages as a printer would have them; from there they can be printed.
+  virtual void Preview(const QString& title, const std::function<void(QPagedPaintDevice&)>& print) = 0;
   /// Starts the desktop's tool for system information; false when there is none.
   virtual bool StartSystemInformation() = 0;
   /// A clock that only goes forward, in milliseconds.

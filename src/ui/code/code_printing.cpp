@@ -1,0 +1,211 @@
+#include "code_printing.h"
+
+#include <QFontMetricsF>
+#include <QLocale>
+#include <QPainter>
+#include <QTextLayout>
+#include <algorithm>
+#include <utility>
+
+#include "qt_text.h"
+
+namespace quillmate::ui {
+namespace {
+
+using navigation::Span;
+using navigation::StyleRun;
+
+constexpr double kGap = 1.6;
+
+/// One job on one device. The device's pages are what they are when it begins.
+class Printing {
+ public:
+  Printing(QPagedPaintDevice& device, const PrintJob& job) : device_(device), job_(job) {}
+
+  bool Run();
+
+ private:
+  void Measure();
+  int PagesOf(const PrintedPart& part);
+  bool PrintContents();
+  bool PrintPart(const PrintedPart& part);
+  bool BeginPage(const QString& title);
+  void LayOut(QTextLayout& layout, const PrintedPart& part, std::size_t line) const;
+  QList<QTextLayout::FormatRange> Formats(const PrintedPart& part, std::size_t line) const;
+  double LineHeight() const { return height_; }
+  double Top() const { return 2 * kGap * height_; }
+  double Bottom() const { return page_.height() - kGap * height_; }
+
+  QPagedPaintDevice& device_;
+  const PrintJob& job_;
+  QPainter painter_;
+  QFont font_;
+  QSizeF page_;
+  double height_ = 0;
+  double left_ = 0;
+  double tab_ = 0;
+  int printed_ = 0;
+  int pages_ = 0;
+  std::vector<std::pair<QString, int>> contents_;
+};
+
+std::string_view LineText(const navigation::CodeView& view, std::size_t line) {
+  const std::size_t start = view.LineStart(line);
+  const std::size_t end = line + 1 < view.LineCount() ? view.LineStart(line + 1) : view.Length();
+  std::string_view text = std::string_view(view.Text()).substr(start, end - start);
+  while (text.ends_with('\n') || text.ends_with('\r')) text.remove_suffix(1);
+  return text;
+}
+
+void Printing::Measure() {
+  font_ = job_.style.font;
+  const QFontMetricsF metrics(font_, &device_);
+  height_ = metrics.lineSpacing();
+  page_ = QSizeF(device_.width(), device_.height());
+  left_ = job_.lineNumbers ? metrics.horizontalAdvance(QStringLiteral("999999 ")) : 0;
+  tab_ = 4 * metrics.horizontalAdvance(QLatin1Char(' '));
+}
+
+QList<QTextLayout::FormatRange> Printing::Formats(const PrintedPart& part, std::size_t line) const {
+  QList<QTextLayout::FormatRange> formats;
+  const std::size_t start = part.view->LineStart(line);
+  const std::size_t end = start + LineText(*part.view, line).size();
+  auto run = std::lower_bound(part.runs->begin(), part.runs->end(), start,
+                              [](const StyleRun& r, std::size_t offset) { return r.start + r.length <= offset; });
+  for (; run != part.runs->end() && run->start < end; ++run) {
+    const std::size_t from = std::max(run->start, start);
+    const std::size_t to = std::min(run->start + run->length, end);
+    QTextLayout::FormatRange range{static_cast<int>(from - start), static_cast<int>(to - from), {}};
+    if (job_.colours && run->span != Span::kPlain) {
+      range.format.setForeground(run->span == Span::kKeyword   ? job_.style.keyword
+                                 : run->span == Span::kComment ? job_.style.comment
+                                                               : job_.style.string);
+    }
+    if (run->headerLine && job_.style.look.boldRoutines) range.format.setFontWeight(QFont::Bold);
+    formats.append(range);
+  }
+  return formats;
+}
+
+void Printing::LayOut(QTextLayout& layout, const PrintedPart& part, std::size_t line) const {
+  QTextOption option;
+  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  option.setTabStopDistance(tab_);
+  layout.setTextOption(option);
+  layout.setFormats(Formats(part, line));
+  layout.beginLayout();
+  double y = 0;
+  for (QTextLine row = layout.createLine(); row.isValid(); row = layout.createLine()) {
+    row.setLineWidth(page_.width() - left_);
+    row.setPosition(QPointF(0, y));
+    y += height_;
+  }
+  layout.endLayout();
+}
+
+int Printing::PagesOf(const PrintedPart& part) {
+  int pages = 1;
+  double y = Top();
+  const double width = QFontMetricsF(font_, &device_).averageCharWidth();
+  for (std::size_t line = part.firstLine; line < part.endLine; ++line) {
+    const std::string_view text = LineText(*part.view, line);
+    // Short lines need no layout to be known to fit.
+    int rows = 1;
+    if (static_cast<double>(text.size()) * width * 2 > page_.width() - left_ || text.find('\t') != text.npos) {
+      QTextLayout layout(FromCode(text), font_, &device_);
+      LayOut(layout, part, line);
+      rows = layout.lineCount();
+    }
+    for (int row = 0; row < rows; ++row) {
+      if (y + height_ > Bottom()) {
+        ++pages;
+        y = Top();
+      }
+      y += height_;
+    }
+  }
+  return pages;
+}
+
+bool Printing::BeginPage(const QString& title) {
+  if (job_.progress && !job_.progress(printed_ + 1, pages_)) return false;
+  if (printed_ > 0 && !device_.newPage()) return false;
+  ++printed_;
+  painter_.setFont(font_);
+  painter_.setPen(Qt::black);
+  const QRectF head(0, 0, page_.width(), height_);
+  const QString name = title.isEmpty() ? job_.project : job_.project + QStringLiteral(" – ") + title;
+  painter_.drawText(head, Qt::AlignLeft, name);
+  painter_.drawText(head, Qt::AlignRight,
+                    QLocale(QLocale::German).toString(job_.time.date(), QStringLiteral("dd.MM.yyyy")));
+  painter_.drawLine(QPointF(0, kGap * height_ * 0.8), QPointF(page_.width(), kGap * height_ * 0.8));
+  painter_.drawText(QRectF(0, page_.height() - height_, page_.width(), height_), Qt::AlignHCenter,
+                    QStringLiteral("Seite %1 von %2").arg(printed_).arg(pages_));
+  return true;
+}
+
+bool Printing::PrintContents() {
+  double y = page_.height();
+  for (const auto& [title, page] : contents_) {
+    if (y + height_ > Bottom()) {
+      if (!BeginPage(QStringLiteral("Inhalt"))) return false;
+      y = Top();
+    }
+    const QRectF row(0, y, page_.width(), height_);
+    painter_.drawText(row, Qt::AlignLeft, title);
+    painter_.drawText(row, Qt::AlignRight, QString::number(page));
+    y += height_;
+  }
+  return true;
+}
+
+bool Printing::PrintPart(const PrintedPart& part) {
+  if (!BeginPage(part.title)) return false;
+  double y = Top();
+  for (std::size_t line = part.firstLine; line < part.endLine; ++line) {
+    QTextLayout layout(FromCode(LineText(*part.view, line)), font_, &device_);
+    LayOut(layout, part, line);
+    for (int row = 0; row < layout.lineCount(); ++row) {
+      if (y + height_ > Bottom()) {
+        if (!BeginPage(part.title)) return false;
+        y = Top();
+      }
+      if (row == 0 && job_.lineNumbers) {
+        painter_.setPen(Qt::gray);
+        painter_.drawText(QRectF(0, y, left_ * 6 / 7, height_), Qt::AlignRight, QString::number(line + 1));
+        painter_.setPen(Qt::black);
+      }
+      const QTextLine text = layout.lineAt(row);
+      text.draw(&painter_, QPointF(left_ - text.x(), y - text.y()));
+      y += height_;
+    }
+  }
+  return true;
+}
+
+bool Printing::Run() {
+  if (!painter_.begin(&device_)) return false;
+  Measure();
+  for (std::size_t i = 0; i < job_.parts; ++i) {
+    const PrintedPart part = job_.part(i);
+    contents_.emplace_back(part.title, pages_ + 1);
+    pages_ += PagesOf(part);
+  }
+  if (job_.contents) {
+    const int rows = std::max(1, static_cast<int>((Bottom() - Top()) / height_));
+    const int front = (static_cast<int>(contents_.size()) + rows - 1) / rows;
+    pages_ += front;
+    for (auto& [title, page] : contents_) page += front;
+    if (!PrintContents()) return false;
+  }
+  for (std::size_t i = 0; i < job_.parts; ++i) {
+    if (!PrintPart(job_.part(i))) return false;
+  }
+  return painter_.end();
+}
+
+}  // namespace
+
+bool PrintCode(QPagedPaintDevice& device, const PrintJob& job) { return Printing(device, job).Run(); }
+
+}  // namespace quillmate::ui

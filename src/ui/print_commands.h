@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QObject>
+#include <QPagedPaintDevice>
+
+#include "code_area.h"
+#include "code_printing.h"
+#include "print_choice.h"
+#include "table_file.h"
+
+class QWidget;
+
+namespace quillmate::ui {
+
+/// The commands that put code on paper: printer, preview, PDF.
+class PrintCommands : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Everything must outlive it. Dialogs stand over `window`.
+  PrintCommands(QWidget& window, const ListDesk& desk, const CodeArea& code);
+
+  void Print();
+  void Preview();
+  void SavePdf();
+
+ private:
+  using Work = void (PrintCommands::*)(const PrintChoice& choice);
+
+  void Ask(const char* title, const char* action, Work work);
+  void RunPrint(const PrintChoice& choice);
+  void RunPreview(const PrintChoice& choice);
+  void RunPdf(const PrintChoice& choice);
+  PrintJob JobOf(const PrintChoice& choice);
+  PrintedPart ModulePart(codedb::ViewIndex view, const QString& title);
+  PrintedPart VisiblePart(PrintedWhat what);
+
+  QWidget& window_;
+  ListDesk desk_;
+  const CodeArea& code_;
+  /// As chosen last.
+  PrintChoice choice_;
+};
+
+}  // namespace quillmate::ui
