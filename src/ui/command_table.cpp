@@ -104,7 +104,8 @@ constexpr Command kCommands[] = {
 
     {kShowHierarchy, "mnuAnalyse_Hierarchie", MenuId::kAnalysis, "Aufruf&hierarchie", "Ctrl+Shift+H", "", kWithProject,
      false},
-    {kListUnused, "mnuAnalyse_Unbenutztes", MenuId::kAnalysis, "&Unbenutztes", "", "", kWithProject, true},
+    {kListFindings, "mnuAnalyse_Befunde", MenuId::kAnalysis, "&Befunde", "", "", kWithProject, true},
+    {kListUnused, "mnuAnalyse_Unbenutztes", MenuId::kAnalysis, "&Unbenutztes", "", "", kWithProject, false},
     {kListMetrics, "mnuAnalyse_Kennzahlen", MenuId::kAnalysis, "&Kennzahlen", "", "", kWithProject, false},
 
     {kReadVbFiles, "mnuVB", MenuId::kExtras, "&VB Einlesen", "", "", kAlways, false},

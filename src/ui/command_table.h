@@ -79,6 +79,7 @@ enum class CommandId {
   kCopyModuleText,
   // Analyse
   kShowHierarchy,
+  kListFindings,
   kListUnused,
   kListMetrics,
   // Extras

@@ -58,6 +58,7 @@ constexpr std::array kHelpPages = {
     HelpPage{"fraVerwendungen", "definition.html"},
     HelpPage{"fraHierarchie", "definition.html"},
     HelpPage{"frmUnbenutztes", "berichte.html"},
+    HelpPage{"frmBefunde", "berichte.html"},
     HelpPage{"frmKennzahlen", "berichte.html"},
     HelpPage{"frmGeheZu", "definition.html"},
     HelpPage{"fraTreffer", "suche.html"},

@@ -666,6 +666,8 @@ void Shell::Carry(CommandId command) {
       return exports_.CopyModuleText();
     case kShowHierarchy:
       return names_.ShowHierarchy();
+    case kListFindings:
+      return WhenKnown([this] { ShowList(FindingList); });
     case kListUnused:
       return WhenKnown([this] { ShowList(UnusedList); });
     case kListMetrics:

@@ -170,6 +170,26 @@ TEST_F(NamesTest, UsesAreListedSteppedThroughAndSaved) {
   EXPECT_EQ(tree.model()->rowCount(), 0);
 }
 
+TEST_F(NamesTest, PlacesAreThoseOnScreenWithEveryDisplayOption) {
+  for (const char* option : {"leer", "vor", "rer", "rle", "einr"}) settings->WriteSetting("optionen", option, "-1");
+  StartWithProject();
+  AwaitKnowledge();
+  ShowModule("Suche");
+  QTextCursor name = Code().document()->find("Grenze", 0, QTextDocument::FindCaseSensitively);
+  ASSERT_FALSE(name.isNull());
+  name.setPosition(name.selectionStart() + 1);
+  Code().setTextCursor(name);
+  Trigger("mnuBearbeiten_Deklaration");
+  EXPECT_EQ(Panel("Modul"), "Lager");
+  EXPECT_EQ(Code().textCursor().selectedText(), "Grenze");
+  Trigger("mnuBearbeiten_Verwendungen");
+  for (const char* module : {"Suche", "Lager", "Suche"}) {
+    Trigger("mnuBearbeiten_Verwendung_Vor");
+    EXPECT_EQ(Panel("Modul"), module);
+    EXPECT_EQ(Code().textCursor().selectedText(), "Grenze");
+  }
+}
+
 TEST_F(NamesTest, NameAtTheCaretIsLitInItsModule) {
   PutCaret("Lager", 7, 4);
   auto& editor = *Window().findChild<ui::CodeEditor*>("rtbHaupt");
@@ -255,6 +275,10 @@ TEST_F(NamesTest, ListsAreSortedFilteredAndLead) {
   EXPECT_TRUE(csv.starts_with("\xEF\xBB\xBFModul;Routine;Art;")) << csv;
   EXPECT_TRUE(csv.find("\r\nArtikel;Preis;Property Get;3;3;0;") != std::string::npos) << csv;
 
+  Trigger("mnuAnalyse_Befunde");
+  QTreeView& findings = *Window().findChild<QWidget*>("frmBefunde")->findChild<QTreeView*>("lstListe");
+  ASSERT_GT(findings.model()->rowCount(), 0);
+  EXPECT_EQ(findings.model()->index(0, 7).data(), "option-explicit-fehlt") << "the module Suche has none";
   Trigger("mnuAnalyse_Unbenutztes");
   QWidget& unused = *Window().findChild<QWidget*>("frmUnbenutztes");
   QTreeView& all = *unused.findChild<QTreeView*>("lstListe");

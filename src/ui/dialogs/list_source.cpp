@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <quillmate/checks/checks.h>
 #include <quillmate/checks/metrics.h>
 #include <quillmate/symbols/unused.h>
 
@@ -68,7 +69,50 @@ QVariant MetricCell(const project::Understanding& known, const checks::RoutineNu
   }
 }
 
+QVariant FindingCell(const project::Understanding& known, const checks::Finding& finding, int column) {
+  const symbols::ReferenceIndex& index = known.Index();
+  const checks::Check& check = checks::InfoOf(finding.check);
+  switch (column) {
+    case 0:
+      return FromUtf8(checks::Word(check.severity));
+    case 1:
+      return ModuleText(index, finding.module);
+    case 2: {
+      const SymbolId routine =
+          finding.routine == symbols::kNone ? symbols::kNone : index.RoutineSymbol(finding.module, finding.routine);
+      return routine == symbols::kNone ? QString() : SymbolName(index, routine);
+    }
+    case 3:
+      return ShownLine(known, finding.module, finding.line);
+    case 4:
+      return FromUtf8(finding.text);
+    case 5:
+      return FromUtf8(finding.advice.empty() ? check.advice : std::string_view(finding.advice));
+    case 6:
+      return FromUtf8(checks::Word(check.group));
+    default:
+      return FromUtf8(check.id);
+  }
+}
+
 }  // namespace
+
+ListSource FindingList(const std::shared_ptr<const project::Understanding>& known) {
+  auto found = std::make_shared<const std::vector<checks::Finding>>(checks::RunChecks(known->Index()));
+  ListSource list;
+  list.name = QStringLiteral("frmBefunde");
+  list.title = QStringLiteral("Befunde");
+  list.nothing = QStringLiteral("Es gibt keine Befunde.");
+  list.columns = {Text("Schwere", 10), Text("Modul", 18), Text("Routine", 22), Number("Zeile"),
+                  Text("Befund", 56),  Text("Rat", 44),   Text("Gruppe", 12),  Text("Kennung", 18)};
+  list.rows = found->size();
+  list.cell = [known, found](std::size_t row, int column) { return FindingCell(*known, (*found)[row], column); };
+  list.place = [found](std::size_t row) {
+    const checks::Finding& finding = (*found)[row];
+    return project::TextStretch{{finding.module, finding.line, finding.column > 0 ? finding.column : 1}, 0};
+  };
+  return list;
+}
 
 ListSource UnusedList(const std::shared_ptr<const project::Understanding>& known) {
   auto found = std::make_shared<const std::vector<symbols::UnusedSymbol>>(symbols::FindUnused(known->Index()));

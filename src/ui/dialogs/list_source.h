@@ -38,6 +38,8 @@ struct ListSource {
 
 /// Everything that nothing uses, of every kind, with the reason.
 ListSource UnusedList(const std::shared_ptr<const project::Understanding>& known);
+/// What is wrong, risky or worth knowing, with what to do about it.
+ListSource FindingList(const std::shared_ptr<const project::Understanding>& known);
 /// Size, branching and coupling of every routine.
 ListSource MetricList(const std::shared_ptr<const project::Understanding>& known);
 
