@@ -307,7 +307,11 @@ void Shell::Load(bool mini) {
   window_.show();
 }
 
-void Shell::Unload() { view_.SaveSplitterPlace(*container_); }
+void Shell::Unload() {
+  // The run's folder is about to go.
+  knowledge_.Drop();
+  view_.SaveSplitterPlace(*container_);
+}
 
 void Shell::Run(CommandId command) {
   interaction_.Guarded([this, command] {
