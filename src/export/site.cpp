@@ -6,8 +6,10 @@
 #include <quillmate/text/markers.h>
 
 #include "site_comments_p.h"
+#include "site_dependencies_p.h"
 #include "site_files_p.h"
 #include "site_pages_p.h"
+#include "site_search_p.h"
 #include "site_style_p.h"
 
 namespace quillmate::output {
@@ -30,6 +32,10 @@ class SiteWriter {
     Write(kStartFile, StartPage(model_));
     Write(kRoutinesFile, RoutinesPage(model_));
     Write(kUnusedFile, UnusedPage(model_));
+    Write(kDependenciesFile, DependenciesPage(model_));
+    Write(kSearchFile, SearchPage(model_));
+    Write(kSearchScript, SearchScript(model_, comments_));
+    comments_ = {};
     ForEachModule([&](int module, std::string_view text) {
       Write(model_.Module(module).page, ModulePage(model_, module, text));
       if (progress) progress(static_cast<std::size_t>(module) + 1, model_.modules.size());
@@ -49,7 +55,13 @@ class SiteWriter {
   void ReadModule(int position, std::string_view text) {
     FindAnchors(text, position, model_);
     SiteModule& module = model_.modules[static_cast<std::size_t>(position)];
-    module.description = CommentLines(text).OfModule([&](codedb::Line line) {
+    const CommentLines lines(text);
+    comments_.resize(model_.routines.size());
+    for (int i = module.first; i < module.last; ++i) {
+      const codedb::RoutineRecord& record = *model_.Routine(i).record;
+      if (record.start) comments_[static_cast<std::size_t>(i)] = lines.OfRoutine(*record.start, record.headerLines);
+    }
+    module.description = lines.OfModule([&](codedb::Line line) {
       const auto* const first = model_.routines.data() + module.first;
       const auto* const last = model_.routines.data() + module.last;
       return std::any_of(first, last, [&](const SiteRoutine& routine) { return routine.record->start == line; });
@@ -66,6 +78,7 @@ class SiteWriter {
   const std::filesystem::path& folder_;
   SiteModel model_;
   std::vector<std::string> files_;
+  std::vector<std::string> comments_;  ///< by routine, until the search has them
 };
 
 }  // namespace

@@ -3,8 +3,10 @@
 #include <quillmate/codedb/collation.h>
 #include <quillmate/text/windows1252.h>
 
+#include "site_dependencies_p.h"
 #include "site_pages_p.h"
 #include "site_parts_p.h"
+#include "site_search_p.h"
 #include "site_style_p.h"
 #include "site_text_p.h"
 
@@ -19,9 +21,9 @@ struct NavigationLink {
 };
 
 constexpr NavigationLink kNavigation[] = {
-    {kStartFile, "Module"},
-    {kRoutinesFile, "Routinen von A bis Z"},
-    {kUnusedFile, "Ohne Aufruf"},
+    {kStartFile, "Module"},       {kRoutinesFile, "Routinen von A bis Z"},
+    {kUnusedFile, "Ohne Aufruf"}, {kDependenciesFile, "Abhängigkeiten"},
+    {kSearchFile, "Suche"},
 };
 
 void AppendNavigation(std::string& html, std::string_view current) {

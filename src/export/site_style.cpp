@@ -60,6 +60,10 @@ constexpr std::string_view kRules[] = {
     ".k{color:var(--k)}",
     ".c{color:var(--c)}",
     ".s{color:var(--s)}",
+    ".wide{overflow-x:auto}",
+    ".matrix td,.matrix thead th{text-align:right;white-space:nowrap}",
+    ".matrix abbr{text-decoration:none}",
+    ".cycle{background:var(--mark)}",
 };
 
 constexpr std::string_view kLight =

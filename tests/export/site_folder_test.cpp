@@ -29,7 +29,9 @@ class SiteFolderTest : public SiteTest {
   fs::path Target() const { return folder_ / "oben" / "ziel"; }
 };
 
-constexpr const char* kSite = "index.html modul-a.html quillmate-site.txt routinen.html stil.css unbenutzt.html";
+constexpr const char* kSite =
+    "abhaengigkeiten.html index.html modul-a.html quillmate-site.txt routinen.html stil.css suche.html suche.js "
+    "unbenutzt.html";
 
 TEST_F(SiteFolderTest, NewEmptyAndEarlierFolders) {
   EXPECT_THROW(Export(), files::FileError);
@@ -49,9 +51,9 @@ TEST_F(SiteFolderTest, NewEmptyAndEarlierFolders) {
 #endif
   project_.modules.front().name = "b";
   Export();
-  EXPECT_EQ(
-      Names(Target()),
-      "LIESMICH.txt bilder index.html modul-b.html quillmate-site.txt routinen.html stil.css unbenutzt.html verweis");
+  EXPECT_EQ(Names(Target()),
+            "LIESMICH.txt abhaengigkeiten.html bilder index.html modul-b.html quillmate-site.txt routinen.html "
+            "stil.css suche.html suche.js unbenutzt.html verweis");
   EXPECT_EQ(Read("bilder/a.png"), "bleibt");
   EXPECT_EQ(Read("verweis"), "bleibt");
 #ifndef _WIN32
@@ -67,7 +69,7 @@ TEST_F(SiteFolderTest, ForeignFoldersNeedForce) {
   EXPECT_EQ(Refusal(), path + ": Der Ordner ist nicht leer und keine HTML-Dokumentation");
   EXPECT_EQ(Names(Target()), "index.html notiz");
   EXPECT_EQ(Refusal(true), "");
-  EXPECT_EQ(Names(Target()), std::string(kSite).replace(23, 0, " notiz"));
+  EXPECT_EQ(Names(Target()), std::string(kSite).replace(44, 0, " notiz"));
   EXPECT_EQ(Read("notiz"), "bleibt");
   EXPECT_NE(Read("index.html"), "fremd");
   EXPECT_EQ(Names(folder_ / "oben"), "ziel");

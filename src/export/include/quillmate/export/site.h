@@ -14,12 +14,14 @@
 #include <quillmate/symbols/reference_index.h>
 #include <quillmate/text/code_options.h>
 
-/// The documentation of a project as a folder of linked pages: HTML5 in German, UTF-8 with LF, without scripts and
-/// without anything from a network.
+/// The documentation of a project as a folder of linked pages: HTML5 in German, UTF-8 with LF, without anything
+/// from a network; only the search has a script.
 ///
 ///   index.html          the modules with kind, lines, routines and what they say about themselves; totals
 ///   routinen.html       all routines from A to Z
 ///   unbenutzt.html      the routines that nothing surely calls, with their grades
+///   abhaengigkeiten.html  which module calls routines of which others, as a matrix and as a list, cycles marked
+///   suche.html, suche.js  a search over names and comments
 ///   modul-<name>.html   a module: each routine with header, comment, callers and calls; the coloured code
 ///   stil.css            colours and layout, light, dark and for print
 ///   quillmate-site.txt  a line that names its kind, then the names of all other files: what the program may replace
