@@ -187,6 +187,11 @@ void Parser::ParseEnd() {
 
 // ---------------------------------------------------------------------------------------------------------- jumps
 
+/// "&H10" is no label.
+bool Parser::IsLineNumber(const Token& token) const noexcept {
+  return token.kind == TokenKind::kInteger && text_[token.offset] != '&';
+}
+
 /// The name that a numeric label has in every spelling: without leading zeros.
 NameId Parser::NumberName(const Token& token) {
   std::string_view digits = text_.substr(token.offset, token.length);
@@ -199,7 +204,7 @@ NameId Parser::NumberName(const Token& token) {
 /// A label that is jumped to; false when there is none.
 bool Parser::EmitLabel() {
   const Token& token = tokens_[at_];
-  if (token.kind != TokenKind::kName && token.kind != TokenKind::kInteger) return false;
+  if (token.kind != TokenKind::kName && !IsLineNumber(token)) return false;
   const Index use = Emit(token, Role::kLabel);
   if (token.kind == TokenKind::kInteger) {
     const NameId name = NumberName(token);

@@ -126,6 +126,7 @@ class Parser {
   void ParseWhile();
   void ParseWith();
   void ParseEnd();
+  bool IsLineNumber(const Token& token) const noexcept;
   NameId NumberName(const Token& token);
   bool EmitLabel();
   void ParseGoTo(StatementKind kind);

@@ -78,7 +78,7 @@ void Parser::ParseStatements() {
 
 /// A number and a name with ":" at the start of a line of a routine.
 void Parser::ParseLabels() {
-  if (tokens_[at_].kind == TokenKind::kInteger) {
+  if (IsLineNumber(tokens_[at_])) {
     const Token& number = tokens_[at_];
     const Index label = Declare(number, DeclarationKind::kLabel, Visibility::kLocal, RoutineDeclaration());
     Decl(label).name = NumberName(number);

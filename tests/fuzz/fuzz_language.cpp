@@ -46,7 +46,7 @@ void quillmate::fuzz::Check(std::string_view bytes) {
   CheckRoutines(module);
   for (const Declaration& declaration : module.declarations) {
     Expect(declaration.parent == kNone || declaration.parent < module.declarations.size());
-    Expect(declaration.offset + declaration.length <= bytes.size());
+    Expect(declaration.offset + declaration.length <= bytes.size() && declaration.name < module.NameCount());
     Expect(module.DeclaredType(declaration).size() <= bytes.size() + 8);
   }
   for (std::uint32_t line = 1; line <= module.lines.size(); ++line) {

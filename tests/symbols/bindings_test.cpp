@@ -101,9 +101,10 @@ const Case kCases[] = {
      {"P@2 = none", "M@2 = M type", "T@2 = 1 type", "T@2#2 = none", "T@2#3 = 1 type", "x@3 = 1 write", "x@3#2 = none",
       "x@3#3 = 1 write"}},
     {"labels belong to their routine",
-     "== module M\nSub A(): On Error GoTo Fehler\nExit Sub\nFehler: Resume Next\n010 GoTo 10\nEnd Sub\nSub Fehler(): "
+     "== module M\nSub A(): On Error GoTo Fehler\nExit Sub\nFehler: Resume Next\n010 GoTo 10: GoTo &H10\n&HC: &O7, "
+     "2\nEnd Sub\nSub Fehler(): "
      "GoTo Fehler: End Sub",
-     {"Fehler@1 = 3 label", "10@4 = 4 label", "Fehler@6#2 = none"}},
+     {"Fehler@1 = 3 label", "10@4 = 4 label", "Fehler@7#2 = none"}},
     {"AddressOf means routines, RaiseEvent events",
      "== class C\nEvent Go()\nSub Go(): RaiseEvent Go: Go: End Sub\n== module M\nSub cb(): End Sub\nSub A(cb): f "
      "AddressOf cb, AddressOf M.cb: End Sub",
