@@ -1,17 +1,14 @@
-#include <array>
-#include <cerrno>
-#include <cstdio>
 #include <string>
 
 #include <quillmate/analysis/scanner.h>
 #include <quillmate/export/html.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/source_text.h>
 #include <quillmate/startup/edition.h>
 
 #include "commands.h"
+#include "input_list.h"
 #include "messages.h"
 #include "output.h"
 #include "project_input.h"
@@ -23,18 +20,9 @@ namespace {
 /// What the editor's largest module has room for, as for the other sources.
 constexpr std::size_t kLargestCode = std::size_t{128} << 20U;
 
-std::string ReadStandardInput() {
-  std::string bytes;
-  std::array<char, std::size_t{1} << 16U> piece;
-  while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), stdin)) {
-    bytes.append(piece.data(), count);
-    if (bytes.size() > kLargestCode) {
-      throw CommandFailure("Die Standardeingabe ist zu groß für ein Modul");
-    }
-  }
-  if (std::ferror(stdin) != 0) {
-    throw CommandFailure("Die Standardeingabe kann nicht gelesen werden: " + files::ReasonText(errno));
-  }
+std::string ReadCodeFromStandardInput() {
+  std::string bytes = ReadStandardInput();
+  if (bytes.size() > kLargestCode) throw CommandFailure("Die Standardeingabe ist zu groß für ein Modul");
   return bytes;
 }
 
@@ -48,7 +36,7 @@ void RunClip(const Invocation& invocation) {
   const bool fromFile = !invocation.inputs.empty() && invocation.inputs.front() != "-";
   const std::string code = files::DecodeSourceText(
       fromFile ? files::ReadWholeFile(files::PathFromText(invocation.inputs.front()), kLargestCode)
-               : ReadStandardInput());
+               : ReadCodeFromStandardInput());
   if (code.empty()) {
     throw CommandFailure("Kein Text in " + (fromFile ? invocation.inputs.front() : "der Standardeingabe"));
   }

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include <quillmate/checks/checks.h>
+#include <quillmate/office/code_pages.h>
 #include <quillmate/settings/options.h>
 #include <quillmate/startup/edition.h>
 #include <quillmate/symbols/kinds.h>
@@ -73,6 +74,12 @@ void TakeSeverity(Invocation& invocation, std::string_view value) {
     return;
   }
   throw UsageError("Unbekannte Stufe " + Quoted(value));
+}
+
+void TakeCodePage(Invocation& invocation, std::string_view value) {
+  const std::optional<int> number = office::FindCodePage(value);
+  if (!number) throw UsageError("Unbekannter Zeichensatz " + Quoted(value));
+  invocation.codePage = *number;
 }
 
 /// A number from 1 on.
@@ -159,6 +166,12 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view) { i.json = true; }},
     OptionSpec{"--csv", "", "CSV für Tabellenprogramme", kTakesCsv,
                [](Invocation& i, std::string_view) { i.csv = true; }},
+    OptionSpec{"--strict", "", "Rückgabewert 1, wenn irgendetwas ausgelassen wurde", kTakesHost,
+               [](Invocation& i, std::string_view) { i.strict = true; }},
+    OptionSpec{"--files-from", "DATEI", "nimmt die Zeilen der Datei als weitere Eingaben; - ist die Standardeingabe",
+               kTakesHost, [](Invocation& i, std::string_view value) { i.filesFrom = value; }},
+    OptionSpec{"--codepage", "NAME", "Zeichensatz von Moduldateien, die keinen nennen, z.B. 1251, GBK, KOI8-R",
+               kTakesHost, TakeCodePage},
     OptionSpec{"--host", "", "liest die geöffneten Projekte des laufenden Office-Programms, vor den Eingaben",
                kTakesHost, [](Invocation& i, std::string_view) { i.host = true; }},
     OptionSpec{"--excel4", "", "nimmt die Formeln von Excel-4-Makroblättern als Module, wo die Datei sie als Text hat",
@@ -258,7 +271,8 @@ class Parser {
                          std::string(option->name) + " nicht");
       }
     }
-    const std::size_t minInputs = invocation_.host || invocation_.list ? 0 : invocation_.command->minInputs;
+    const std::size_t minInputs =
+        invocation_.host || invocation_.list || invocation_.filesFrom ? 0 : invocation_.command->minInputs;
     if (invocation_.inputs.size() < invocation_.command->texts + minInputs) {
       throw UsageError("Es fehlt die Eingabe");
     }

@@ -63,6 +63,12 @@ struct Invocation {
   std::vector<std::string> only;
   std::vector<std::string> failOn;
   bool userSettings = false;
+  /// Anything that is left out makes the run fail.
+  bool strict = false;
+  /// Windows number of the code page of module files that don't tell theirs; 0 for none.
+  int codePage = 0;
+  /// A file with further inputs.
+  std::optional<std::string> filesFrom;
   /// The projects of the edition's running host are read too, before the inputs.
   bool host = false;
   /// Formulas of Excel 4 macro sheets are modules.

@@ -110,13 +110,14 @@ constexpr std::string_view kInputHelp =
     "\nEINGABE ist ein gespeicherter Projektordner (mit der Datei Quillmate.mdb) oder beliebig viele\n"
     "Quellen, die in der angegebenen Reihenfolge gelesen werden: Moduldateien (.bas, .cls, .frm, ...),\n"
     "Ordner mit Moduldateien, VB-Projektdateien, Office-Dateien. Module mit höchstens zwei Zeilen werden\n"
-    "nicht gelesen. Mit --host kann EINGABE fehlen; gelesen wird das Programm der Edition (nur unter Windows).\n";
+    "nicht gelesen. Mit --host kann EINGABE fehlen; gelesen wird das Programm der Edition (nur unter Windows).\n"
+    "Die Quelle - ist die Standardeingabe. NAME eines Moduls ist Modul oder, wo mehrere so heißen, Projekt.Modul.\n";
 
 constexpr std::string_view kEncodingHelp =
     "\ntext, rtf, html und clip schreiben Windows-1252, alles andere ist UTF-8; ein Terminal bekommt immer\n"
     "UTF-8, Steuerzeichen als \\u001b.\n"
-    "\nRückgabewert: 0 erledigt, 1 Eingabe nicht lesbar, Ausgabe nicht schreibbar oder Gesuchtes nicht\n"
-    "gefunden, 2 falscher Aufruf.\n";
+    "\nRückgabewert: 0 erledigt, 1 genannte Eingabe nicht lesbar, Ausgabe nicht schreibbar oder Gesuchtes\n"
+    "nicht gefunden, 2 falscher Aufruf.\n";
 
 }  // namespace
 

@@ -27,7 +27,7 @@ struct Format {
 /// The module asked for, or else all modules with a header in front of each.
 void Export(const Invocation& invocation, ProjectInput& input, const Format& format) {
   if (invocation.module) {
-    format.module(FindModule(input.Database(), *invocation.module));
+    format.module(FindModule(input, *invocation.module));
   } else {
     format.project(output::ReadModules(input.Database()));
   }

@@ -7,6 +7,7 @@
 #include <quillmate/startup/edition.h>
 
 #include "commands.h"
+#include "input_list.h"
 #include "messages.h"
 #include "output.h"
 #include "platform.h"
@@ -35,7 +36,9 @@ void RunInvocation(Invocation& invocation) {
   } else if (invocation.version) {
     WriteToStandardOutput(std::string(kProgramName) + " " + startup::ProgramVersion() + "\n");
   } else {
+    AddListedInputs(invocation);
     ExpandInputs(invocation);
+    TakeStandardInput(invocation);
     invocation.command->run(invocation);
   }
 }
@@ -46,7 +49,7 @@ int RunProgram(const std::vector<std::string>& arguments) {
   try {
     ParseCommandLine(arguments, invocation);
     RunInvocation(invocation);
-    return kExitDone;
+    return IsIncomplete() ? kExitFailed : kExitDone;
   } catch (const UsageError& error) {
     Complain(error.what());
     Complain(UsageLine(invocation.command));

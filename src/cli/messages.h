@@ -38,6 +38,13 @@ std::string MessageLine(std::string_view text);
 /// more once a signal is ending the run.
 void Complain(std::string_view text) noexcept;
 
+/// From now on the run ends with status 1 at best: something that was asked for is missing from the result.
+void MarkIncomplete() noexcept;
+bool IsIncomplete() noexcept;
+
+/// Messages show `name` where a text holds `path`.
+void ShowPathAs(std::string path, std::string name);
+
 /// A name in quotation marks as messages show it.
 std::string Quoted(std::string_view name);
 

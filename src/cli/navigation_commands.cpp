@@ -113,7 +113,7 @@ void RunCallers(const Invocation& invocation) {
   const std::string& module = Required(invocation.module, "--module");
   const std::string& routine = Required(invocation.routine, "--routine");
   ProjectInput input(invocation, RunOptions(invocation));
-  const auto tree = FindCallers(input, FindModule(input.Database(), module), routine);
+  const auto tree = FindCallers(input, FindModule(input, module), routine);
   WriteWhole(invocation.output, invocation.json ? CallersJson(tree.nodes, input) : CallersText(tree.nodes));
 }
 
@@ -122,7 +122,7 @@ void RunDefinition(const Invocation& invocation) {
   const std::string& name = Required(invocation.name, "--name");
   ProjectInput input(invocation, RunOptions(invocation));
   codedb::CodeDatabase& database = input.Database();
-  const codedb::ModuleNumber from = FindModule(database, module);
+  const codedb::ModuleNumber from = FindModule(input, module);
   const auto code = CodeName(name);
   const auto found = code ? navigation::FindDefinition(database, codedb::ViewOf(from), *code) : std::nullopt;
   if (!found) {

@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/project_folder.h>
 #include <quillmate/files/file_error.h>
@@ -13,6 +15,7 @@
 #include <quillmate/host/project_reader.h>
 #include <quillmate/startup/session.h>
 
+#include "input_list.h"
 #include "messages.h"
 #include "platform.h"
 #include "progress_line.h"
@@ -30,7 +33,24 @@ std::unique_ptr<files::WorkFolder> MakeScratchFolderIn(const fs::path& place) {
   return std::make_unique<files::WorkFolder>(place, files::WorkFolder::Access::kPrivate);
 }
 
-/// Memory, unless the user has chosen a place or it is short.
+/// The facts tell where modules came from.
+void NameStandardInputIn(const fs::path& folder) {
+  std::optional<codedb::Facts> facts = codedb::ReadFacts(folder);
+  if (!facts) return;
+  for (codedb::ProjectFacts& project : facts->projects) NameStandardInput(project.file);
+  for (codedb::ModuleFacts& module : facts->modules) NameStandardInput(module.file);
+  codedb::WriteFacts(folder, *facts);
+}
+
+[[noreturn]] void FailRead(const host::ReadReport& report) {
+  if (report.message.empty() || report.outcome == host::ReadOutcome::kFailed) {
+    throw CommandFailure("Fehler beim Einlesen" + (report.detail.empty() ? "" : ": " + report.detail));
+  }
+  throw CommandFailure(report.message);
+}
+
+}  // namespace
+
 std::unique_ptr<files::WorkFolder> MakeScratchFolder() {
   constexpr std::uintmax_t kPlenty = std::uintmax_t{2} << 30U;
   const fs::path memory = MemoryFolder();
@@ -53,15 +73,6 @@ std::unique_ptr<files::WorkFolder> MakeScratchFolder() {
                          " lässt sich kein Ordner anlegen: " + files::ReasonText(failure.Code()));
   }
 }
-
-[[noreturn]] void FailRead(const host::ReadReport& report) {
-  if (report.message.empty() || report.outcome == host::ReadOutcome::kFailed) {
-    throw CommandFailure("Fehler beim Einlesen" + (report.detail.empty() ? "" : ": " + report.detail));
-  }
-  throw CommandFailure(report.message);
-}
-
-}  // namespace
 
 void CheckOutput(const Invocation& invocation) {
   if (!invocation.output || *invocation.output == "-") {
@@ -110,6 +121,8 @@ bool ReadSources(const Invocation& invocation, const settings::Options& options,
   for (const std::string& line : report.replacedCharacters) {
     Complain(line);
   }
+  if (invocation.strict && !report.leftOut.empty()) MarkIncomplete();
+  if (ReadsStandardInput()) NameStandardInputIn(folder);
   return sources.AreWhole();
 }
 

@@ -23,6 +23,10 @@ bool IsSavedProject(const Invocation& invocation);
 bool ReadSources(const Invocation& invocation, const settings::Options& options, const std::filesystem::path& folder,
                  codedb::CodeDatabase& database);
 
+/// A folder that lives as long as the result: in memory, unless the user has chosen a place or it is short. Throws
+/// CommandFailure.
+std::unique_ptr<files::WorkFolder> MakeScratchFolder();
+
 /// Throws UsageError when the output is an input, before anything is read.
 void CheckOutput(const Invocation& invocation);
 

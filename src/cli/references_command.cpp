@@ -10,6 +10,7 @@
 #include "editor_place.h"
 #include "json.h"
 #include "messages.h"
+#include "names.h"
 #include "output.h"
 #include "symbol_json.h"
 #include "understanding.h"
@@ -24,18 +25,6 @@ using symbols::SymbolId;
 const std::string& Required(const std::optional<std::string>& value, std::string_view option) {
   if (!value) throw UsageError("Es fehlt die Option " + std::string(option));
   return *value;
-}
-
-symbols::Index OnlyModule(const ReferenceIndex& index, const std::string& name) {
-  const std::vector<symbols::Index> found = index.FindModules(name);
-  if (found.empty()) throw CommandFailure("Modul nicht gefunden: " + name);
-  if (found.size() == 1) return found.front();
-  std::string names;
-  for (const symbols::Index module : found) {
-    const symbols::ModuleInfo& info = index.Modules()[module];
-    names.append(names.empty() ? "" : ", ").append(index.Projects()[info.project].name).append(".").append(info.name);
-  }
-  throw CommandFailure("Mehrere Module heißen so, mit --module Projekt.Modul eines wählen: " + names);
 }
 
 /// What a name of a module means: what the module declares under it, else what it uses under it.
@@ -55,7 +44,7 @@ std::vector<SymbolId> MeaningsOf(const ReferenceIndex& index, symbols::Index mod
 }
 
 std::vector<SymbolId> Asked(const ReferenceIndex& index, const Invocation& invocation) {
-  const symbols::Index module = OnlyModule(index, Required(invocation.module, "--module"));
+  const symbols::Index module = FindModule(index, Required(invocation.module, "--module"));
   if (invocation.name) {
     std::vector<SymbolId> found = MeaningsOf(index, module, *invocation.name);
     if (found.empty()) throw CommandFailure("Name nicht gefunden: " + *invocation.name);
@@ -100,7 +89,7 @@ std::string ReferencesJson(const ReferenceIndex& index, const std::vector<Symbol
 }
 
 SymbolId AskedRoutine(const ReferenceIndex& index, const Invocation& invocation) {
-  const symbols::Index module = OnlyModule(index, Required(invocation.module, "--module"));
+  const symbols::Index module = FindModule(index, Required(invocation.module, "--module"));
   for (const SymbolId symbol : index.FindSymbols(module, Required(invocation.routine, "--routine"))) {
     if (IsCallable(index.SymbolAt(symbol).kind)) return symbol;
   }

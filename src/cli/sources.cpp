@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <utility>
 
 #include <quillmate/files/paths.h>
@@ -45,11 +46,13 @@ bool HasModules(const host::HostTree& tree) {
 }
 
 /// A locked project can't be read and is not in the tree.
-void AddLockedProjects(host::HostAutomation& host, const host::HostTree& tree, std::vector<std::string>& complaints) {
+void AddLockedProjects(host::HostAutomation& host, const host::HostTree& tree, std::vector<std::string>& complaints,
+                       const std::function<bool(const std::string&)>& isNamed) {
   const int projects = static_cast<int>(tree.projects.size()) + tree.lockedProjects;
   for (int i = 1; i <= projects; ++i) {
     const host::HostProject project = host.Project(i);
     if (project.locked) {
+      if (isNamed(project.fileName.value_or(std::string()))) MarkIncomplete();
       complaints.push_back(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": Das Projekt ist gesperrt");
     }
   }
@@ -62,10 +65,14 @@ Sources::Sources(const Invocation& invocation)
       accessEdition_(invocation.edition == startup::kAccess),
       withOffice_(invocation.host),
       withSmall_(invocation.everyModule),
+      strict_(invocation.strict),
       office_(edition_),
       joined_({&office_, &documents_}) {
-  documents_.SetSources(SourcePaths(invocation.inputs));
+  const std::vector<fs::path> paths = SourcePaths(invocation.inputs);
+  for (const fs::path& path : paths) names_.push_back(files::PathText(files::NormalPath(files::AbsolutePath(path))));
+  documents_.SetSources(paths);
   documents_.SetExcel4(invocation.excel4);
+  documents_.SetCodePage(invocation.codePage);
 }
 
 host::HostAutomation& Sources::Host() noexcept {
@@ -74,6 +81,7 @@ host::HostAutomation& Sources::Host() noexcept {
 
 void Sources::NameProblems(std::vector<std::string> complaints, bool hasModules) {
   whole_ = complaints.empty();
+  MarkMissing(!whole_);
   std::string reason;
   if (!hasModules) {
     reason =
@@ -88,6 +96,14 @@ void Sources::NameProblems(std::vector<std::string> complaints, bool hasModules)
   if (!hasModules) {
     throw CommandFailure(reason);
   }
+}
+
+bool Sources::IsNamed(const std::string& file) const { return std::ranges::find(names_, file) != names_.end(); }
+
+void Sources::MarkMissing(bool anyComplaint) {
+  const std::vector<host::SourceProblem>& problems = documents_.Problems();
+  const bool missing = std::ranges::any_of(problems, &host::SourceProblem::isWholeSource);
+  if (missing || (strict_ && anyComplaint)) MarkIncomplete();
 }
 
 /// A document that is open in a host is a file that is read, too.
@@ -115,7 +131,7 @@ host::HostTree Sources::List() {
     complaints.push_back(problem.source + ": " + problem.reason);
   }
   if (tree.lockedProjects > 0) {
-    AddLockedProjects(Host(), tree, complaints);
+    AddLockedProjects(Host(), tree, complaints, [this](const std::string& file) { return IsNamed(file); });
   }
   NoteFiles(static_cast<int>(tree.projects.size()) + tree.lockedProjects);
   NameProblems(std::move(complaints), HasModules(tree));
@@ -135,6 +151,7 @@ int Sources::ListAll() {
   for (int i = 1; i <= projects; ++i) {
     const host::HostProject project = Host().Project(i);
     if (!project.locked) continue;
+    if (IsNamed(project.fileName.value_or(std::string()))) MarkIncomplete();
     complaints.push_back(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": Das Projekt ist gesperrt");
   }
   NoteFiles(projects);

@@ -30,6 +30,10 @@ class Sources {
  private:
   /// Names what could not be read. With no module left, the last complaint is the reason why the command fails.
   void NameProblems(std::vector<std::string> complaints, bool hasModules);
+  /// A source that was named and could not be read at all makes the run fail; with --strict everything does.
+  void MarkMissing(bool anyComplaint);
+  /// Whether a full path is one of the inputs.
+  bool IsNamed(const std::string& file) const;
   /// Notes what the listing has read.
   void NoteFiles(int projects);
   bool ListsOffice(const host::HostTree& tree) const;
@@ -39,6 +43,8 @@ class Sources {
   const bool accessEdition_;
   const bool withOffice_;
   const bool withSmall_;
+  const bool strict_;
+  std::vector<std::string> names_;
   host::ComHost office_;
   host::DocumentHost documents_;
   host::JoinedHost joined_;

@@ -10,6 +10,7 @@
 #include <quillmate/startup/edition.h>
 #include <quillmate/symbols/project_sources.h>
 
+#include "input_list.h"
 #include "messages.h"
 #include "sources.h"
 
@@ -32,6 +33,9 @@ symbols::Sources ReadSources(const Invocation& invocation) {
   codedb::Facts facts = host::CollectFacts(inputs.Host(), inputs.ListAll(), problems);
   inputs.Host().Release();
   for (const std::string& problem : problems) Complain(problem);
+  if (invocation.strict && !problems.empty()) MarkIncomplete();
+  for (codedb::ProjectFacts& project : facts.projects) NameStandardInput(project.file);
+  for (codedb::ModuleFacts& module : facts.modules) NameStandardInput(module.file);
   return symbols::SourcesFrom(std::move(facts), HostOfEdition(invocation.edition));
 }
 

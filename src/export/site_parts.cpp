@@ -50,7 +50,7 @@ std::string_view GradeText(Grade grade) noexcept {
     case Grade::kText:
       return "per Text";
     case Grade::kSelf:
-      return "nur von sich selbst";
+      return "nur selbst";
     default:
       return GermanWord(grade);
   }

@@ -115,6 +115,7 @@ struct DocumentHost::State {
 
   std::vector<fs::path> sources;
   bool excel4 = false;
+  int codePage = 0;
   Listing listing;
   std::optional<Loaded> loaded;
   /// Its code is no longer among what is loaded.
@@ -127,7 +128,7 @@ struct DocumentHost::State {
 
   void List() {
     Forget();
-    listing = ListSources(sources, excel4);
+    listing = ListSources(sources, excel4, codePage);
     listed = true;
     readSinceListing = false;
   }
@@ -176,6 +177,8 @@ DocumentHost::~DocumentHost() = default;
 void DocumentHost::SetSources(std::vector<fs::path> sources) { state_->sources = std::move(sources); }
 
 void DocumentHost::SetExcel4(bool wanted) noexcept { state_->excel4 = wanted; }
+
+void DocumentHost::SetCodePage(int number) noexcept { state_->codePage = number; }
 
 const std::vector<SourceProblem>& DocumentHost::Problems() const noexcept { return state_->listing.problems; }
 

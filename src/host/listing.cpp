@@ -140,7 +140,7 @@ void TakeReferences(const std::vector<office::VbaReference>& references, std::st
 /// Fills in what the module's file says of it, or says why it can't be read.
 std::string LookAt(ListedModule& module) {
   std::string buffer;
-  const SourceBytes content = ReadSourceFile(module.path, buffer);
+  const SourceBytes content = ReadSourceFile(module.path, buffer, module.codePage);
   if (!content.problem.empty()) return content.problem;
   const office::ModuleFile file = office::SummarizeModuleFile(content.bytes, module.extension);
   module.component = {NameOf(module, file), file.type, file.lineCount, files::PathText(module.path)};
@@ -149,11 +149,12 @@ std::string LookAt(ListedModule& module) {
 
 class Lister {
  public:
-  explicit Lister(bool excel4) : options_{.facts = true, .excel4 = excel4} {}
+  Lister(bool excel4, int codePage) : options_{.facts = true, .excel4 = excel4}, codePage_(codePage) {}
   void ListSource(const fs::path& source);
   Listing Take() { return std::move(listing_); }
 
  private:
+  void ListPath(const fs::path& full);
   void ListFile(const fs::path& file);
   void ListFolder(const fs::path& folder);
   void ListVbProject(const fs::path& file);
@@ -174,6 +175,7 @@ class Lister {
 
   const office::ReadOptions options_;
   Listing listing_;
+  const int codePage_;
   std::string buffer_;
   std::size_t keptText_ = 0;
   std::unordered_set<fs::path::string_type> seen_;
@@ -181,6 +183,15 @@ class Lister {
 
 void Lister::ListSource(const fs::path& source) {
   const fs::path full = FullPath(source);
+  const std::size_t projects = listing_.projects.size();
+  const std::size_t problems = listing_.problems.size();
+  ListPath(full);
+  const bool gaveNothing = std::all_of(listing_.projects.begin() + static_cast<std::ptrdiff_t>(projects),
+                                       listing_.projects.end(), [](const auto& each) { return each.project.locked; });
+  for (std::size_t i = problems; i < listing_.problems.size(); ++i) listing_.problems[i].isWholeSource = gaveNothing;
+}
+
+void Lister::ListPath(const fs::path& full) {
   std::error_code error;
   if (fs::is_directory(full, error)) {
     ListFolder(full);
@@ -193,7 +204,7 @@ void Lister::ListSource(const fs::path& source) {
 
 SourceBytes Lister::ReadBytes(const fs::path& file) {
   listing_.files.push_back(file);
-  return ReadSourceFile(file, buffer_);
+  return ReadSourceFile(file, buffer_, codePage_);
 }
 
 office::OfficeFile Lister::ReadOffice(const fs::path& file) {
@@ -345,6 +356,7 @@ void Lister::AddModules(std::vector<ListedModule> modules, ListedProject& projec
     while (work.IsFull()) work.FinishFirst();
     ListedModule& module = modules[i];
     listing_.files.push_back(module.path);
+    module.codePage = codePage_;
     work.Add(
         [&module, &problem = problems[i]] {
           problem = LookAt(module);
@@ -373,7 +385,7 @@ void Lister::AddProject(ListedProject project) {
 }
 
 void Lister::AddProblem(const fs::path& path, std::string reason) {
-  listing_.problems.push_back({files::PathText(path), std::move(reason)});
+  listing_.problems.push_back({files::PathText(path), std::move(reason), false});
 }
 
 }  // namespace
@@ -393,8 +405,8 @@ bool IsUnchanged(const fs::path& file, const FileStamp& stamp) {
   return stamp.settled && now.settled && now.size == stamp.size && now.changed == stamp.changed;
 }
 
-Listing ListSources(const std::vector<fs::path>& sources, bool excel4) {
-  Lister lister(excel4);
+Listing ListSources(const std::vector<fs::path>& sources, bool excel4, int codePage) {
+  Lister lister(excel4, codePage);
   for (const fs::path& source : sources) lister.ListSource(source);
   return lister.Take();
 }
@@ -406,7 +418,7 @@ std::string NameOf(const ListedModule& module, const office::ModuleFile& file) {
 
 office::ModuleFile LoadModule(const ListedModule& module) {
   std::string buffer;
-  const SourceBytes content = ReadSourceFile(module.path, buffer);
+  const SourceBytes content = ReadSourceFile(module.path, buffer, module.codePage);
   if (!content.problem.empty()) throw HostError(content.problem);
   return office::ParseModuleFile(content.bytes, module.extension);
 }

@@ -27,6 +27,8 @@ struct ListedModule {
   std::string givenName;
   /// Where it is in the macro project of the Office file at `path`; nothing for a module in a file of its own.
   std::optional<std::size_t> inOfficeFile;
+  /// See DocumentHost::SetCodePage.
+  int codePage = 0;
 };
 
 /// What tells one state of a file from the next: its size and when it was last changed.
@@ -67,8 +69,8 @@ struct Listing {
 };
 
 /// Looks through the sources; a source that holds no readable module becomes a problem instead of a project. With
-/// `excel4` formulas of macro sheets are modules.
-Listing ListSources(const std::vector<std::filesystem::path>& sources, bool excel4 = false);
+/// `excel4` formulas of macro sheets are modules. `codePage` is DocumentHost::SetCodePage's.
+Listing ListSources(const std::vector<std::filesystem::path>& sources, bool excel4 = false, int codePage = 0);
 
 /// A module's name, Windows-1252: as the project file gives it, as the file says itself, or the file name's stem.
 std::string NameOf(const ListedModule& module, const office::ModuleFile& file);

@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <system_error>
+#include <utility>
 
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/file_error.h>
 #include <quillmate/office/byte_source.h>
+#include <quillmate/office/code_pages.h>
 
 #include "source_file_p.h"
 
@@ -40,7 +42,7 @@ bool HoldsText(std::string_view bytes) noexcept {
 
 }  // namespace
 
-SourceBytes ReadSourceFile(const fs::path& file, std::string& buffer) {
+SourceBytes ReadSourceFile(const fs::path& file, std::string& buffer, int codePage) {
   try {
     buffer = files::ReadWholeFile(file, kLargestFile);
   } catch (const files::FileError& error) {
@@ -53,6 +55,7 @@ SourceBytes ReadSourceFile(const fs::path& file, std::string& buffer) {
   if (!utf16) buffer.resize(buffer.find_last_not_of('\0') + 1);
   if (buffer.empty() || !HoldsText(buffer)) return {{}, "Datei enthält keinen Text"};
   if (!utf16) std::replace(buffer.begin(), buffer.end(), '\0', ' ');
+  buffer = office::DecodeModuleBytes(std::move(buffer), codePage);
   return {buffer, {}};
 }
 

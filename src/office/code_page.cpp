@@ -14,7 +14,8 @@ bool IsOurOwn(int number) { return number == kUtf8 || number == kWindows1252 || 
 
 }  // namespace
 
-CodePage::CodePage(int number) : isUtf8_(number == kUtf8), converter_(IsOurOwn(number) ? nullptr : Open(number)) {}
+CodePage::CodePage(int number)
+    : isUtf8_(number == kUtf8), isOurOwn_(IsOurOwn(number)), converter_(IsOurOwn(number) ? nullptr : Open(number)) {}
 
 files::DecodedText CodePage::Decode(std::string_view bytes) const {
   files::DecodedText text;

@@ -13,6 +13,8 @@ class CodePage {
  public:
   explicit CodePage(int number);
 
+  bool IsKnown() const noexcept { return isOurOwn_ || converter_ != nullptr; }
+
   /// Windows-1252, with "?" for what it lacks and for bytes that mean nothing in the code page. Line breaks stay.
   files::DecodedText Decode(std::string_view bytes) const;
   std::string Utf8From(std::string_view bytes) const;
@@ -29,6 +31,7 @@ class CodePage {
   std::u16string Utf16From(std::string_view bytes) const;
 
   bool isUtf8_;
+  bool isOurOwn_;
   /// Nothing for UTF-8 and for Windows-1252 itself.
   std::unique_ptr<Converter, Close> converter_;
 };

@@ -21,7 +21,8 @@ constexpr std::array kAliases{Alias{10000, "macintosh"},     Alias{10001, "Shift
                               Alias{10008, "GB2312"},        Alias{10029, "x-mac-centraleurroman"},
                               Alias{10081, "x-mac-turkish"}, Alias{20127, "US-ASCII"},
                               Alias{20866, "KOI8-R"},        Alias{28591, "ISO-8859-1"},
-                              Alias{28592, "ISO-8859-2"},    Alias{54936, "GB18030"}};
+                              Alias{28592, "ISO-8859-2"},    Alias{54936, "GB18030"},
+                              Alias{21866, "KOI8-U"}};
 
 /// The library's own way puts a control character into some code pages.
 void Replace(const void*, UConverterToUnicodeArgs* arguments, const char*, std::int32_t,
@@ -44,6 +45,8 @@ UConverter* OpenNumber(int number) {
   const auto* alias =
       std::find_if(kAliases.begin(), kAliases.end(), [=](const Alias& entry) { return entry.number == number; });
   if (alias != kAliases.end()) return OpenNamed(alias->name);
+  constexpr int kIso = 28590;
+  if (number > kIso && number <= kIso + 16) return OpenNamed("ISO-8859-" + std::to_string(number - kIso));
   UConverter* converter = OpenNamed("windows-" + std::to_string(number));
   return converter != nullptr ? converter : OpenNamed("cp" + std::to_string(number));
 }

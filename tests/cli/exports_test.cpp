@@ -16,7 +16,7 @@ TEST_F(CliTest, ModulesAreNamedAsTheDatabaseComparesThem) {
   const struct {
     const char* name;
     const char* start;
-  } cases[] = {{"über", "'1"},    {"ÜBER", "'1"},   {"O'NEILL", "'2"}, {"?", "'4"},
+  } cases[] = {{"über", "'1"},    {"ÜBER", "'1"},   {"O'Neill", "'2"}, {"?", "'4"},
 #ifndef _WIN32  // where the words of a command line may be any bytes
                {"\374ber", "'1"},
 #endif

@@ -54,7 +54,7 @@ TEST_F(IndexTest, APartialReadReplacesNoProjectUnasked) {
                         "ersetzt es trotzdem)"}));
   EXPECT_EQ(Read("p/Quillmate.mdb"), before);
   for (const char* const line : {"index --force --partial -o p c.bas weg.bas", "index -o neu c.bas weg.bas"}) {
-    EXPECT_EQ(Run(line), (Result{0, "", Messages({missing})})) << line;
+    EXPECT_EQ(Run(line), (Result{1, "", Messages({missing})})) << line;
   }
   EXPECT_EQ(Names("neu"), "Fakten.db M1.txt Quillmate.mdb");
 }

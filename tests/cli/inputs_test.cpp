@@ -23,10 +23,90 @@ TEST_F(CliTest, WhatCannotBeReadIsNamed) {
       {"outline weg.bas", Refusal(1, {missing})},
       {"outline ordner", Refusal(1, {Full("ordner") + ": Ordner enthält keine Module"})},
       {"outline kurz.bas", Refusal(1, {"Die Eingabe enthält kein lesbares Modul mit mehr als zwei Zeilen"})},
-      {"outline weg.bas gut.bas", {0, "gut\n", Messages({missing})}},
+      // What was named has to be there; what a source lacks counts with --strict.
+      {"outline weg.bas gut.bas", {1, "gut\n", Messages({missing})}},
+      {"symbols --count weg.bas gut.bas",
+       {1, "Deklarationen\n\tmodule\t1\nVerwendungen\nGewissheit\n", Messages({missing})}},
       {"outline projekt.vbp", {0, "gut\n", Messages({missing})}},
+      {"outline --strict projekt.vbp", {1, "gut\n", Messages({missing})}},
+      {"outline --strict gut.bas", Success("gut\n")},
   };
   for (const auto& c : cases) EXPECT_EQ(Run(c.line), c.expected) << c.line;
+}
+
+TEST_F(CliTest, InputsFromElsewhere) {
+  Write("liste.txt", "\357\273\277eins.bas\r\n\r\nUnter Ordner/zwei.bas\n");
+  Write("leer.txt", "\n");
+  Write("eins.bas", "Attribute VB_Name = \"Eins\"\n'\n'\n'\n");
+  Write("Unter Ordner/zwei.bas", "'\n'\n'\n");
+  Write("klasse.txt", "VERSION 1.0 CLASS\nBEGIN\nEND\nAttribute VB_Name = \"Karte\"\nSub A()\nB\nEnd Sub\n");
+  const struct {
+    const char* line;
+    const char* input;
+    Result expected;
+  } cases[] = {
+      {"outline --files-from liste.txt", nullptr, Success("Eins\nzwei\n")},
+      {"outline --files-from -", "liste.txt", Success("Eins\nzwei\n")},
+      {"outline --files-from leer.txt", nullptr, Refusal(1, {"leer.txt: Die Liste nennt keine Eingabe"})},
+      {"outline -", "klasse.txt", Success("Karte\n\tA\n")},
+      {"search --format vimgrep --whole-word b -", "klasse.txt", Success("-:6:1: B\n")},
+      {"modules --exact --json -", "klasse.txt",
+       Success(
+           "{\"modules\":[\n{\"file\":\"-\",\"project\":\"Standardeingabe\",\"module\":\"Karte\",\"mod_num\":1,"
+           "\"mod_name\":\"Karte\",\"mod_typ\":3,\"mod_zeilen\":3,\"routines\":[\n{\"rou_num\":1,\"rou_name\":\"A\","
+           "\"rou_typ\":1,\"rou_open\":1,\"anz_dec_zeilen\":1,\"rou_start\":1,\"rou_ende\":3,\"source_line\":5}\n]}"
+           "\n]}\n")},
+      {"outline -", "leer.txt", Refusal(1, {"Die Eingabe enthält kein lesbares Modul mit mehr als zwei Zeilen"})},
+  };
+  for (const auto& c : cases) {
+    const std::string behind = c.input == nullptr ? "" : "<" + std::string(c.input);
+    EXPECT_EQ(Run(c.line, {.behind = behind}), c.expected) << c.line;
+  }
+}
+
+TEST_F(CliTest, ModuleFilesInOtherEncodings) {
+  const std::string head = "Attribute VB_Name = \"M\"\n'\n'\n";
+  Write("russisch.bas", head + "' \306\363\352\n");
+  Write("griechisch.bas", head + "' \301\342\343\n");
+  Write("chinesisch.bas", head + "' \326\320\316\304\\\n");
+  Write("utf8.bas", head + "' \303\204\n");
+  Write("gefüllt.bas", head + "' Ende\n" + std::string(700, '\0'));
+  const struct {
+    const char *line, *text;
+  } cases[] = {{"--codepage 1251 russisch.bas", "' Жук"},
+               {"--codepage windows-1253 griechisch.bas", "' Αβγ"},
+               {"--codepage GBK chinesisch.bas", "' 中文\\"},
+               {"--codepage 1251 utf8.bas", "' Ä"},
+               {"gefüllt.bas", "' Ende"}};
+  for (const auto& c : cases) {
+    const Result result = Run("search --regex --format vimgrep \\x27\\x20 " + std::string(c.line));
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_TRUE(result.out.ends_with(std::string(": ") + c.text + "\n")) << c.line << ": " << result.out;
+  }
+  EXPECT_EQ(Run("outline --codepage 1251 russisch.bas").err,
+            Messages({Full("russisch.bas") + ": 3 Zeichen wurden durch \"?\" ersetzt"}));
+  EXPECT_EQ(Run("outline --codepage klingonisch utf8.bas").status, 2);
+}
+
+/// Equal names in several projects are told apart by project, or by file where the projects' names are equal too.
+TEST_F(CliTest, ModulesOfSeveralProjects) {
+  Write("a/M.bas", "Attribute VB_Name = \"M\"\n'a\n'\nSub S(): End Sub\n");
+  Write("b/M.bas", "Attribute VB_Name = \"M\"\n'b\n'\nSub S(): End Sub\n");
+  Write("p.vbp", "Name=\"Lager\"\nModule=M; a/M.bas\n");
+  Write("q.vbp", "Name=\"Lager\"\nModule=M; b/M.bas\n");
+  const auto several = [](const std::string& names) {
+    return Refusal(1, {"Mehrere Module heißen \"m\"; mit --module eines wählen: " + names});
+  };
+  ASSERT_EQ(Run("index -o saved a b").status, 0);
+  for (const std::string command : {"text --module ", "references --name S --module ", "calls --routine S --module "}) {
+    EXPECT_EQ(Run(command + "m a b"), several("a.M, b.M")) << command;
+    EXPECT_EQ(Run(command + "m saved"), several("a.M, b.M")) << command;
+    EXPECT_EQ(Run(command + "m p.vbp q.vbp"), several("p.vbp.M, q.vbp.M")) << command;
+    EXPECT_EQ(Run(command + "B.m a b").status, 0) << command;
+    EXPECT_EQ(Run(command + "q.m p.vbp q.vbp").status, 0) << command;
+    EXPECT_EQ(Run(command + "c.m a b"), Refusal(1, {"Es gibt kein Modul \"c.m\""})) << command;
+  }
+  EXPECT_EQ(Run("text --module b.M saved").out.substr(0, 2), "'b");
 }
 
 TEST_F(CliTest, DamagedAndLockedProjects) {

@@ -24,6 +24,30 @@ constexpr const char* kModuleTree =
     "SELECT td_Mod.mod_typ,   td_Mod.mod_name,   td_Mod.mod_num FROM td_Mod ORDER BY td_Mod.mod_typ,   "
     "td_Mod.mod_name;";
 
+/// Other tools lack the collation of the tables; the views need none.
+TEST(CodeDatabase, ViewsAnswerWithoutTheProgram) {
+  FreshIndex index;
+  index.AddModule(1, "M\304", "2");
+  index.AddRoutine(1, 1, "Zwei");
+  index.AddRoutine(2, 1, "eins");
+  index.database.CloseCodeDatabase();
+  sqlite3* opened = nullptr;
+  ASSERT_EQ(sqlite3_open(CodeDbPath(index.folder.Path()).string().c_str(), &opened), SQLITE_OK);
+  const std::unique_ptr<sqlite3, int (*)(sqlite3*)> db(opened, sqlite3_close);
+  std::string names;
+  const auto collect = [](void* text, int count, char** values, char**) {
+    for (int i = 0; i < count; ++i) static_cast<std::string*>(text)->append(values[i]).append(" ");
+    return 0;
+  };
+  EXPECT_EQ(
+      sqlite3_exec(opened,
+                   "SELECT rou_name, mod_name FROM v_rout JOIN v_mod USING (mod_num) WHERE rou_name <> 'x' ORDER BY "
+                   "rou_name; SELECT rou_num FROM v_rout WHERE rou_name = 'ZWEI'",
+                   collect, &names, nullptr),
+      SQLITE_OK);
+  EXPECT_EQ(names, "eins MÄ Zwei MÄ 1 ");
+}
+
 TEST(CodeDatabase, QueriesOfTheProgram) {
   FreshIndex index;
   index.AddModule(1, "Zahlen", "2");

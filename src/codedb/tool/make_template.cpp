@@ -18,6 +18,8 @@ namespace {
 // td_rout_modul serves what is asked for a module as a whole, in the order of the routines' numbers; it grows at its
 // end while a project is read. Names have no index: a scan finds one among 40,000 routines within a few milliseconds,
 // while an index on them would cost as much as all other work of a read.
+// Names compare by the program's own order, which other tools lack: they ask the views, where only the case of ASCII
+// letters does not count.
 constexpr std::array kSchema = {
     "PRAGMA journal_mode = MEMORY",
     "PRAGMA page_size = 4096",
@@ -40,6 +42,9 @@ constexpr std::array kSchema = {
     "rou_ende INTEGER CONSTRAINT rou_ende CHECK (rou_ende BETWEEN -2147483648 AND 2147483647)"
     ") STRICT",
     "CREATE INDEX td_rout_modul ON td_rout (mod_num)",
+    "CREATE VIEW v_mod AS SELECT mod_num, mod_name COLLATE NOCASE AS mod_name, mod_typ, mod_zeilen FROM td_mod",
+    "CREATE VIEW v_rout AS SELECT rou_num, mod_num, rou_name COLLATE NOCASE AS rou_name, rou_typ, rou_open,"
+    " anz_dec_zeilen, rou_start, rou_ende FROM td_rout",
     "COMMIT",
 };
 

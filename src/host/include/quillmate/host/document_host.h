@@ -14,6 +14,8 @@ namespace quillmate::host {
 struct SourceProblem {
   std::string source;  // full path of the source or of a file in it, UTF-8
   std::string reason;  // German, UTF-8, one line
+  /// The source gave nothing at all that can be read.
+  bool isWholeSource = false;
 };
 
 /// Office files, module files, folders of both and VB project files as the open projects of a running host. It attaches
@@ -56,6 +58,9 @@ class DocumentHost : public HostAutomation {
   /// Whether the formulas of Excel 4 macro sheets are modules, where a file has them as text. Takes effect at the next
   /// listing.
   void SetExcel4(bool wanted) noexcept;
+  /// The code page of module files that tell no encoding of their own, by its Windows number; 0: Windows-1252. Takes
+  /// effect at the next listing.
+  void SetCodePage(int number) noexcept;
   /// Sources and files that the last listing had to leave out.
   const std::vector<SourceProblem>& Problems() const noexcept;
   /// Every file that the last listing has opened, those without code too: nobody may write to them.
