@@ -9,6 +9,7 @@
 #include <quillmate/office/code_pages.h>
 #include <quillmate/settings/options.h>
 #include <quillmate/startup/edition.h>
+#include <quillmate/symbols/compare.h>
 #include <quillmate/symbols/kinds.h>
 #include <quillmate/text/operations.h>
 
@@ -100,6 +101,26 @@ void TakeFormat(Invocation& invocation, std::string_view value) {
   invocation.format = value;
 }
 
+constexpr std::string_view kTrivialWords = "layout comment case";
+
+/// "layout,comment"
+void TakeIgnored(Invocation& invocation, std::string_view value) {
+  for (std::string_view rest = value;;) {
+    const std::string_view word = text::TextBefore(rest, ",");
+    if (word == "layout") {
+      invocation.ignore |= symbols::trivial::kLayout;
+    } else if (word == "comment") {
+      invocation.ignore |= symbols::trivial::kComment;
+    } else if (word == "case") {
+      invocation.ignore |= symbols::trivial::kCase;
+    } else {
+      throw UsageError("Unbekannte Art " + Quoted(word) + " hinter --ignore");
+    }
+    if (word.size() == rest.size()) return;
+    rest.remove_prefix(word.size() + 1);
+  }
+}
+
 constexpr std::array kOptions{
     OptionSpec{"-o", "ZIEL", "schreibt in die Datei (index, site: in den Ordner); - ist die Standardausgabe",
                kTakesOutput, TakeOutput},
@@ -158,6 +179,16 @@ constexpr std::array kOptions{
                "emacs"},
     OptionSpec{"--count", "", "zählt nur, wie viele es von jeder Art sind", kTakesCount,
                [](Invocation& i, std::string_view) { i.count = true; }},
+    OptionSpec{"--html", "DATEI", "schreibt einen Bericht, in dem beide Stände nebeneinander stehen", kTakesCompare,
+               [](Invocation& i, std::string_view value) { i.htmlFile = value; }},
+    OptionSpec{"--md", "", "Markdown für die Durchsicht", kTakesCompare,
+               [](Invocation& i, std::string_view) { i.markdown = true; }},
+    OptionSpec{"--stat", "", "nur wie viel sich in jedem Modul geändert hat", kTakesCompare,
+               [](Invocation& i, std::string_view) { i.stat = true; }},
+    OptionSpec{"--ignore", "ART", "Unterschiede dieser Art zählen nicht; mehrere mit Komma", kTakesCompare, TakeIgnored,
+               kTrivialWords},
+    OptionSpec{"--textconv", "", "für git diff: UTF-8, und eine Datei ohne lesbaren Code ist kein Fehler",
+               kTakesTextconv, [](Invocation& i, std::string_view) { i.textconv = true; }},
     OptionSpec{"--title", "TEXT", "Titel der Dokumentation statt des Namens der Eingabe", kTakesTitle,
                [](Invocation& i, std::string_view value) { i.title = value; }},
     OptionSpec{"--credit", "", "hängt den Hinweis auf das Erstellungsprogramm an", kTakesCredit,

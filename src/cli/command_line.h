@@ -62,6 +62,13 @@ struct Invocation {
   /// Classes of unused routines by name: the only ones to list, and those that make the run fail.
   std::vector<std::string> only;
   std::vector<std::string> failOn;
+  /// Forms of a comparison, and bits of symbols::trivial that make no difference.
+  bool markdown = false;
+  bool stat = false;
+  std::optional<std::string> htmlFile;
+  std::uint8_t ignore = 0;
+  /// For a program that shows differences: UTF-8, and a file without code is no failure.
+  bool textconv = false;
   bool userSettings = false;
   /// Anything that is left out makes the run fail.
   bool strict = false;
@@ -106,6 +113,8 @@ enum OptionSet : std::uint64_t {
   kTakesRegex = 1ULL << 21U,
   kTakesChecks = 1ULL << 22U,
   kTakesLimit = 1ULL << 23U,
+  kTakesCompare = 1ULL << 24U,
+  kTakesTextconv = 1ULL << 25U,
 };
 
 /// One row of the table that the parser, the help, the manual page and the completion of the shell share.

@@ -20,7 +20,7 @@ constexpr std::array kCommands{
     Command{"outline", "[--exact] [-o DATEI] EINGABE...", "die Struktur: jedes Modul mit seinen Routinen",
             kTakesExact | kTakesOutput | kTakesHost, 0, 1, RunOutline},
     Command{"text", "[--module NAME] [-o DATEI] EINGABE...", "der Code eines Moduls oder des Projekts",
-            kTakesModule | kTakesOutput | kTakesHost, 0, 1, RunText},
+            kTakesModule | kTakesOutput | kTakesTextconv | kTakesHost, 0, 1, RunText},
     Command{"rtf", "[--module NAME] [-o DATEI] EINGABE...", "ein Modul oder das Projekt als RTF",
             kTakesModule | kTakesOutput | kTakesHost, 0, 1, RunRtf},
     Command{"html", "[--module NAME] [--credit] [-o DATEI] EINGABE...", "ein Modul oder das Projekt als HTML",
@@ -54,6 +54,9 @@ constexpr std::array kCommands{
     Command{"calls", "--module NAME --routine NAME [--down] [--depth N] [--json | --dot] [-o DATEI] EINGABE...",
             "wer eine Routine aufruft, über alle Stufen, mit den Zeilen",
             kTakesModule | kTakesRoutine | kTakesDepth | kTakesJson | kTakesOutput | kTakesHost, 0, 1, RunCalls},
+    Command{"compare", "[--json | --md | --stat] [--html DATEI] [--ignore ART] [-o DATEI] ALT NEU",
+            "was sich zwischen zwei Ständen geändert hat, Routine für Routine",
+            kTakesJson | kTakesOutput | kTakesCompare, 0, 1, RunCompare, kExitNotCompared},
     Command{"tags", "[--format FORM] [-o DATEI] EINGABE...",
             "eine Tag-Datei, mit der Editoren zu Deklarationen springen", kTakesTagFormat | kTakesOutput | kTakesHost,
             0, 1, RunTags},
@@ -113,6 +116,13 @@ constexpr std::string_view kInputHelp =
     "nicht gelesen. Mit --host kann EINGABE fehlen; gelesen wird das Programm der Edition (nur unter Windows).\n"
     "Die Quelle - ist die Standardeingabe. NAME eines Moduls ist Modul oder, wo mehrere so heißen, Projekt.Modul.\n";
 
+constexpr std::string_view kCompareHelp =
+    "\nALT und NEU sind je eine Office-Datei, Moduldatei oder VB-Projektdatei, ein Ordner, ein gespeicherter\n"
+    "Projektordner oder git:REV:PFAD, eine Datei oder ein Ordner in einer Revision eines Repositorys (REV leer:\n"
+    "was vorgemerkt ist; PFAD ab dem Repository, mit ./ ab dem aktuellen Ordner).\n"
+    "\nRückgabewert: 0 gleich, 1 verschieden, 2 falscher Aufruf, 3 eine Seite ist nicht oder nicht ganz lesbar.\n"
+    "Was eine Seite nicht hergibt, wird genannt und gilt nie als entfallen.\n";
+
 constexpr std::string_view kEncodingHelp =
     "\ntext, rtf, html und clip schreiben Windows-1252, alles andere ist UTF-8; ein Terminal bekommt immer\n"
     "UTF-8, Steuerzeichen als \\u001b.\n"
@@ -141,6 +151,7 @@ std::string HelpText(const Command* command) {
   if (command != nullptr) {
     text.append("\n").append(command->name).append(": ").append(command->summary).append("\n");
     text += OptionList(command->options | kAnyCommand);
+    if (command->run == RunCompare) return text.append(kCompareHelp);
     return command->minInputs > 0 ? text.append(kInputHelp) : text;
   }
   text += "\nDokumentiert den Makrocode von Office-Dateien und VB-Projekten ohne Fenster.\n";

@@ -24,6 +24,8 @@ struct Command {
   /// Without --host.
   std::size_t minInputs;
   void (*run)(const Invocation&);
+  /// Exit status of its failures.
+  int failed = 1;
 };
 
 std::span<const Command> AllCommands();
@@ -49,6 +51,7 @@ void RunDefinition(const Invocation& invocation);
 void RunSymbols(const Invocation& invocation);
 void RunReferences(const Invocation& invocation);
 void RunCalls(const Invocation& invocation);
+void RunCompare(const Invocation& invocation);
 void RunSearch(const Invocation& invocation);
 void RunTags(const Invocation& invocation);
 void RunMetrics(const Invocation& invocation);

@@ -1,3 +1,4 @@
+#include <exception>
 #include <functional>
 #include <optional>
 #include <string>
@@ -7,7 +8,9 @@
 #include <quillmate/codedb/code_database.h>
 #include <quillmate/export/html.h>
 #include <quillmate/export/project_export.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/startup/edition.h>
+#include <quillmate/text/windows1252.h>
 
 #include "commands.h"
 #include "messages.h"
@@ -37,9 +40,42 @@ output::Sink SinkInto(Output& output) {
   return [&output](std::string_view bytes) { output.Write(bytes); };
 }
 
+/// The reason alone: the file that git hands over has another name each time.
+std::string ReasonWithoutPath(const Invocation& invocation, std::string_view message) {
+  const std::string name = files::PathText(files::PathFromText(invocation.inputs.front()).filename()) + ": ";
+  const std::size_t at = message.find(name);
+  return std::string(at == std::string_view::npos ? message : message.substr(at + name.size())) + "\n";
+}
+
+/// The code of a file for a program that shows differences of it. A file without code has to be shown as well: with a
+/// failure it would show nothing at all, not even of other files.
+void WriteForDifferences(const Invocation& invocation) {
+  Output output(invocation.output);
+  try {
+    ProjectInput input(invocation, RunOptions(invocation));
+    const output::Sink sink = [&](std::string_view bytes) {
+      std::string lines = text::Utf8FromCode(bytes);
+      std::erase(lines, '\r');
+      output.Write(lines);
+    };
+    Export(invocation, input,
+           {.module = [&](codedb::ModuleNumber number) { output::ModuleText(input.Folder(), number, sink); },
+            .project = [&](const auto& modules) { output::ProjectText(input.Folder(), modules, true, sink); }});
+  } catch (const UsageError&) {
+    throw;
+  } catch (const ReaderGone&) {
+    throw;
+  } catch (const std::exception& failure) {
+    output.Write(ReasonWithoutPath(invocation, failure.what()));
+  }
+  output.Finish();
+  throw CommandEnd{kExitDone};
+}
+
 }  // namespace
 
 void RunText(const Invocation& invocation) {
+  if (invocation.textconv) return WriteForDifferences(invocation);
   ProjectInput input(invocation, RunOptions(invocation));
   Output output(invocation.output, Encoding::kCode);
   const output::Sink sink = SinkInto(output);

@@ -54,6 +54,8 @@ int RunProgram(const std::vector<std::string>& arguments) {
     Complain(error.what());
     Complain(UsageLine(invocation.command));
     return kExitUsage;
+  } catch (const CommandEnd& end) {
+    return end.status;
   } catch (const ReaderGone&) {
     return kExitDone;
   } catch (const files::FileError& error) {
@@ -61,7 +63,7 @@ int RunProgram(const std::vector<std::string>& arguments) {
   } catch (const std::exception& error) {
     Complain(files::FailureText(error));
   }
-  return kExitFailed;
+  return invocation.command == nullptr ? kExitFailed : invocation.command->failed;
 }
 
 }  // namespace

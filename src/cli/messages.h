@@ -13,7 +13,15 @@ inline constexpr std::string_view kProgramName = "quillmate-cli";
 enum ExitStatus : int {
   kExitDone = 0,
   kExitFailed = 1,  // the input can't be read, the output can't be written, something asked for by name is not there
-  kExitUsage = 2
+  kExitUsage = 2,
+  // compare: 0 the same, 1 different, 2, and for every failure:
+  kExitDifferent = 1,
+  kExitNotCompared = 3
+};
+
+/// Ends the program with a status of the command's own; what there is to say has been said.
+struct CommandEnd {
+  int status;
 };
 
 /// Ends the command with status 1.

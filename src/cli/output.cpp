@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 
 #include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
@@ -45,6 +46,8 @@ void Run(Step step) try {
 Output::Output(const std::optional<std::string>& target, Encoding encoding) : encoding_(encoding) {
   if (!target || *target == "-") {
     isTerminal_ = IsTerminal(stdout);
+    const char* const plain = std::getenv("NO_COLOR");
+    paints_ = isTerminal_ && (plain == nullptr || *plain == '\0') && TakesColours(stdout);
     std::setvbuf(stdout, nullptr, _IOFBF, kBufferSize);
     return;
   }
@@ -61,6 +64,12 @@ void Output::Write(std::string_view bytes) {
   } else {
     WriteBytes(bytes);
   }
+}
+
+void Output::Paint(std::string_view style) {
+  if (!paints_) return;
+  Show({}, true);
+  WriteBytes(std::string("\x1b[").append(style).append("m"));
 }
 
 void Output::Show(std::string_view bytes, bool last) {

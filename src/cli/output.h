@@ -27,6 +27,9 @@ class Output {
   explicit Output(const std::optional<std::string>& target, Encoding encoding = Encoding::kUtf8);
 
   void Write(std::string_view bytes);
+  /// Shows what follows in a style, as the numbers of an SGR sequence ("1;31", "0" for the usual one): on a terminal
+  /// that takes them, unless NO_COLOR is set. Anywhere else it does nothing.
+  void Paint(std::string_view style);
   /// Writes what is still held back and puts the file in place. Without it a file is dropped.
   void Finish();
 
@@ -38,6 +41,7 @@ class Output {
   std::string name_;
   Encoding encoding_;
   bool isTerminal_ = false;
+  bool paints_ = false;
   /// Bytes for the terminal that only the next ones explain.
   std::string held_;
   /// Nothing for standard output.

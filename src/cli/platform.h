@@ -28,6 +28,8 @@ std::filesystem::path ExecutableFolder();
 
 /// True when what is written to an open stream is shown to somebody.
 bool IsTerminal(std::FILE* stream) noexcept;
+/// True when a terminal can be told to show colours; a console is set to.
+bool TakesColours(std::FILE* terminal) noexcept;
 /// Columns of the terminal behind standard error; 80 when it does not tell.
 std::size_t TerminalColumns() noexcept;
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <thread>
 
@@ -87,6 +88,11 @@ std::filesystem::path ExecutableFolder() {
 }
 
 bool IsTerminal(std::FILE* stream) noexcept { return isatty(fileno(stream)) == 1; }
+
+bool TakesColours(std::FILE* /*terminal*/) noexcept {
+  const char* const kind = std::getenv("TERM");
+  return kind != nullptr && *kind != '\0' && std::string_view(kind) != "dumb";
+}
 
 std::size_t TerminalColumns() noexcept {
   winsize size = {};

@@ -26,13 +26,16 @@ constexpr UINT kEndedByConsole = 0xC000013A;
 /// Longest path of the system, in characters.
 constexpr std::size_t kLongestPath = 32767;
 
-/// The console's code pages as the caller had them.
+/// The console's code pages and mode as the caller had them.
 UINT outputPage = 0;
 UINT inputPage = 0;
+HANDLE paintedConsole = nullptr;
+DWORD consoleMode = 0;
 
 void RestoreConsole() {
   if (outputPage != 0) SetConsoleOutputCP(outputPage);
   if (inputPage != 0) SetConsoleCP(inputPage);
+  if (paintedConsole != nullptr) SetConsoleMode(paintedConsole, consoleMode);
 }
 
 /// Messages and lists are UTF-8; what is typed as code is Windows-1252, as code from a file would be.
@@ -93,6 +96,14 @@ std::filesystem::path ExecutableFolder() {
 bool IsTerminal(std::FILE* stream) noexcept {
   DWORD mode = 0;
   return GetConsoleMode(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream))), &mode) != 0;
+}
+
+bool TakesColours(std::FILE* terminal) noexcept {
+  const auto console = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(terminal)));
+  if (GetConsoleMode(console, &consoleMode) == 0) return false;
+  if (SetConsoleMode(console, consoleMode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) == 0) return false;
+  paintedConsole = console;
+  return true;
 }
 
 std::size_t TerminalColumns() noexcept {

@@ -17,9 +17,6 @@
 namespace quillmate::cli {
 namespace {
 
-/// Module files alone don't tell whose they are.
-symbols::Host HostOfEdition(int edition) { return symbols::HostOfProgram(startup::EditionOf(edition).hostName); }
-
 symbols::Sources SavedSources(const Invocation& invocation) {
   const std::filesystem::path folder = files::PathFromText(invocation.inputs.front());
   codedb::CodeDatabase database;
@@ -40,6 +37,8 @@ symbols::Sources ReadSources(const Invocation& invocation) {
 }
 
 }  // namespace
+
+symbols::Host HostOfEdition(int edition) { return symbols::HostOfProgram(startup::EditionOf(edition).hostName); }
 
 symbols::ReferenceIndex ReadUnderstanding(const Invocation& invocation) {
   symbols::Sources sources = IsSavedProject(invocation) ? SavedSources(invocation) : ReadSources(invocation);

@@ -10,6 +10,9 @@
 
 namespace quillmate::cli {
 
+/// Where module files run that don't tell: the program of the edition.
+symbols::Host HostOfEdition(int edition);
+
 /// What the inputs' code means, sources or a saved project: every module, those of one or two lines too. What can't be
 /// read is named on standard error; throws CommandFailure when nothing is left.
 symbols::ReferenceIndex ReadUnderstanding(const Invocation& invocation);
