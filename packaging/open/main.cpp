@@ -52,7 +52,7 @@ std::vector<SourceProblem> ProblemsOf(const Paths& sources) {
   std::vector<fs::path> paths;
   for (const std::string& source : sources) paths.push_back(files::PathFromText(source));
   documents.SetSources(std::move(paths));
-  if (documents.Attach()) documents.ProjectCount();
+  if (documents.AttachHost()) documents.ProjectCount();
   documents.Release();
   return documents.Problems();
 }
