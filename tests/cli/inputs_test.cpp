@@ -59,8 +59,7 @@ TEST_F(CliTest, InputsFromElsewhere) {
       {"outline -", "leer.txt", Refusal(1, {"Die Eingabe enthält kein lesbares Modul mit mehr als zwei Zeilen"})},
   };
   for (const auto& c : cases) {
-    const std::string behind = c.input == nullptr ? "" : "<" + std::string(c.input);
-    EXPECT_EQ(Run(c.line, {.behind = behind}), c.expected) << c.line;
+    EXPECT_EQ(Run(c.line, {.input = c.input == nullptr ? "" : c.input}), c.expected) << c.line;
   }
 }
 
