@@ -60,8 +60,7 @@ bool MayContinueAfterErrors(const RoutineView& routine) {
 void CheckDeadStores(const RoutineView& routine) {
   if (MayContinueAfterErrors(routine)) return;
   const auto& nodes = routine.flow.Nodes();
-  static thread_local std::vector<Pending> pending;
-  pending.clear();
+  std::vector<Pending> pending;
   for (const FlowNode& node : nodes) {
     if (node.labelled || !IsStraight(node.kind)) {
       pending.clear();

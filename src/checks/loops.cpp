@@ -99,8 +99,7 @@ void CheckLoops(const RoutineView& routine) {
 
 void CheckSelects(const RoutineView& routine) {
   const auto& nodes = routine.flow.Nodes();
-  static thread_local std::vector<char> hasElse;
-  hasElse.assign(nodes.size(), 0);
+  std::vector<char> hasElse(nodes.size(), 0);
   for (const FlowNode& node : nodes) {
     if (node.kind == StatementKind::kCaseElse && node.block != kNone) hasElse[node.block] = 1;
   }

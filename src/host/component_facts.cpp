@@ -2,8 +2,10 @@
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <mutex>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <quillmate/host/host_automation.h>
 #include <quillmate/language/parse.h>
@@ -83,6 +85,39 @@ void TakeControls(const language::Module& module, codedb::ModuleFacts& facts) {
   facts.controlsKnown = facts.controlsKnown || described || module.facts.accessExport;
 }
 
+/// The room in which hidden lines are taken apart.
+struct ParseRoom {
+  language::Workspace workspace;
+  language::Module module;
+};
+
+/// A read asks for thousands of modules, on several threads: the room of one is kept for the next. It belongs to no
+/// thread, since MinGW frees the variables of a thread before it destroys them.
+class BorrowedRoom {
+ public:
+  BorrowedRoom() {
+    const std::lock_guard lock(mutex_);
+    if (idle_.empty()) {
+      room_ = std::make_unique<ParseRoom>();
+    } else {
+      room_ = std::move(idle_.back());
+      idle_.pop_back();
+    }
+  }
+  BorrowedRoom(const BorrowedRoom&) = delete;
+  BorrowedRoom& operator=(const BorrowedRoom&) = delete;
+  ~BorrowedRoom() {
+    const std::lock_guard lock(mutex_);
+    idle_.push_back(std::move(room_));
+  }
+  ParseRoom* operator->() const noexcept { return room_.get(); }
+
+ private:
+  static inline std::mutex mutex_;
+  static inline std::vector<std::unique_ptr<ParseRoom>> idle_;
+  std::unique_ptr<ParseRoom> room_;
+};
+
 }  // namespace
 
 codedb::ProjectFacts HostAutomation::FactsOfProject(int project) {
@@ -135,10 +170,9 @@ void ReadHiddenLines(codedb::ModuleFacts& facts) {
   const auto* known =
       std::find_if(kKinds.begin(), kKinds.end(), [&](const KindRow& each) { return each.word == facts.kind; });
   if (known != kKinds.end()) options.kind = known->kind;
-  // A read asks for thousands; what one takes apart costs no more than its few lines.
-  thread_local language::Workspace workspace;
-  thread_local language::Module module;
-  language::ParseModule(joined.text, options, workspace, module);
+  const BorrowedRoom room;
+  language::Module& module = room->module;
+  language::ParseModule(joined.text, options, room->workspace, module);
   const auto* kind =
       std::find_if(kKinds.begin(), kKinds.end(), [&](const KindRow& each) { return each.kind == module.facts.kind; });
   facts.kind = kind->word;
