@@ -13,7 +13,7 @@ namespace quillmate::office {
 template <int Width>
 std::string Bytes(std::uint64_t number) {
   std::string bytes;
-  for (int i = 0; i < Width; ++i) bytes += static_cast<char>(number >> (8 * i) & 0xFFU);
+  for (int i = 0; i < Width; ++i) bytes += i < 8 ? static_cast<char>(number >> (8 * i) & 0xFFU) : '\0';
   return bytes;
 }
 
