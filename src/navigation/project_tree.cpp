@@ -19,15 +19,30 @@ int FindIn(const std::unordered_map<Number, int>& nodes, Number number) {
 int ProjectTree::Find(codedb::ModuleNumber module) const { return FindIn(modules_, module); }
 int ProjectTree::Find(codedb::RoutineNumber routine) const { return FindIn(routines_, routine); }
 
+bool ProjectTree::IsModule(int node) const {
+  const int parent = nodes[static_cast<std::size_t>(node)].parent;
+  return !IsProject(node) && (parent == kNone || IsProject(parent));
+}
+
+int ProjectTree::ModuleOf(int node) const {
+  while (node != kNone && !IsModule(node)) node = nodes[static_cast<std::size_t>(node)].parent;
+  return node;
+}
+
+int ProjectTree::AddPlain(TreeNode node) {
+  nodes.push_back(std::move(node));
+  return static_cast<int>(nodes.size()) - 1;
+}
+
 int ProjectTree::Add(TreeNode node) {
-  const int index = static_cast<int>(nodes.size());
-  if (node.parent == kNone) {
-    modules_.emplace(node.module, index);
+  const int index = AddPlain(std::move(node));
+  const TreeNode& added = nodes.back();
+  if (IsModule(index)) {
+    modules_.emplace(added.module, index);
     ++moduleCount;
   } else {
-    routines_.emplace(node.routine, index);
+    routines_.emplace(added.routine, index);
   }
-  nodes.push_back(std::move(node));
   return index;
 }
 

@@ -82,6 +82,8 @@ constexpr Command kCommands[] = {
     {kSwitchSourceOrder, "mnuAnsicht_Quellreihenfolge", MenuId::kView, "Routinen in &Quellreihenfolge", "", "", kAlways,
      false, true},
     {kSwitchExactOutline, "mnuAnsicht_Gliederung", MenuId::kView, "Gena&ue Gliederung", "", "", kAlways, false, true},
+    {kSwitchDeclarations, "mnuAnsicht_Deklarationen", MenuId::kView, "&Deklarationen zeigen", "", "", kAlways, false,
+     true},
     {kSwitchLineNumbers, "mnuAnsicht_Zeilennummern", MenuId::kView, "Zeilen&nummern", "", "", kAlways, true, true},
     {kEnlargeFont, "mnuAnsicht_Schrift_Plus", MenuId::kView, "Schrift &größer", "Ctrl++", "", kAlways, false},
     {kReduceFont, "mnuAnsicht_Schrift_Minus", MenuId::kView, "Schrift &kleiner", "Ctrl+-", "", kAlways, false},

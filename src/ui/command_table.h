@@ -59,6 +59,7 @@ enum class CommandId {
   kFilterTree,
   kSwitchSourceOrder,
   kSwitchExactOutline,
+  kSwitchDeclarations,
   kSwitchLineNumbers,
   kEnlargeFont,
   kReduceFont,

@@ -234,6 +234,11 @@ void Shell::ConnectTrees() {
               if (!projects_.OfferReload()) session_.GoToRoutine(codedb::ViewOf(module), line, name);
             });
           });
+  connect(project_, &ProjectPanel::DeclarationChosen, this, [this](symbols::SymbolId declaration) {
+    interaction_.Guarded([this, declaration] {
+      if (!projects_.OfferReload()) names_.GoToSymbol(declaration);
+    });
+  });
   connect(project_, &ProjectPanel::Rejected, this, [this] { code_->Editor().setFocus(); });
   connect(callers_, &CallerPanel::NodeChosen, this, [this](const navigation::TreeNode& caller) {
     interaction_.Guarded([this, caller] {
@@ -638,6 +643,8 @@ void Shell::Carry(CommandId command) {
       return view_.SwitchSourceOrder();
     case kSwitchExactOutline:
       return view_.SwitchExactOutline();
+    case kSwitchDeclarations:
+      return view_.SwitchDeclarations();
     case kSwitchLineNumbers:
       return view_.SwitchLineNumbers();
     case kEnlargeFont:

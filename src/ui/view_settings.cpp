@@ -14,6 +14,7 @@ constexpr std::string_view kSection = "ansicht";
 constexpr std::string_view kLineNumbers = "zeilennummern";
 constexpr std::string_view kSourceOrder = "quellreihenfolge";
 constexpr std::string_view kExactOutline = "genauegliederung";
+constexpr std::string_view kDeclarations = "deklarationen";
 constexpr std::string_view kReadAtOnce = "sofortlesen";
 constexpr std::string_view kFont = "schrift";
 constexpr std::string_view kSplitter = "teiler";
@@ -32,6 +33,7 @@ void ViewSettings::Load(QSplitter& splitter) {
   ApplyLineNumbers(Read(kLineNumbers) != "0");
   ApplySourceOrder(Read(kSourceOrder) == "-1");
   ApplyExactOutline(Read(kExactOutline) == "-1");
+  ApplyDeclarations(Read(kDeclarations) == "-1");
   commands_.Item(CommandId::kSwitchReadAtOnce).setChecked(Read(kReadAtOnce) != "0");
   code_.SetFontSteps(FontSteps());
 
@@ -80,6 +82,17 @@ void ViewSettings::SwitchExactOutline() {
   const bool on = !commands_.Item(CommandId::kSwitchExactOutline).isChecked();
   ApplyExactOutline(on);
   Write(kExactOutline, on ? "-1" : "0");
+}
+
+void ViewSettings::ApplyDeclarations(bool on) {
+  tree_.ShowDeclarations(on);
+  commands_.Item(CommandId::kSwitchDeclarations).setChecked(on);
+}
+
+void ViewSettings::SwitchDeclarations() {
+  const bool on = !commands_.Item(CommandId::kSwitchDeclarations).isChecked();
+  ApplyDeclarations(on);
+  Write(kDeclarations, on ? "-1" : "0");
 }
 
 void ViewSettings::SwitchReadAtOnce() {

@@ -4,6 +4,8 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include <quillmate/project/declaration_tree.h>
+
 #include "interaction.h"
 
 namespace quillmate::ui {
@@ -58,14 +60,14 @@ ProjectPanel::ProjectPanel(project::Session& session)
 
 std::vector<codedb::Line> ProjectPanel::Lines(bool bySource) const {
   if (!bySource) return {};
-  return IsExact() ? exact_.lines : session_.StartLines();
+  return shape_.tree != nullptr ? shape_.lines : session_.StartLines();
 }
 
 void ProjectPanel::ShowProject(bool unfolded) {
   const UpdateLock lock(*tree_);
   unfolded_.clear();
   line_->clear();
-  exact_ = {};
+  shape_ = {};
   SetKnowledge(nullptr);
   shown_->SetLines({});
   model_->SetTree(session_.Tree());
@@ -83,10 +85,16 @@ void ProjectPanel::FocusFilter() {
 
 void ProjectPanel::StoreUnfolded() {
   unfolded_.clear();
-  for (int row = 0; row < shown_->rowCount(); ++row) {
-    const QModelIndex module = shown_->index(row, 0);
-    if (tree_->isExpanded(module)) unfolded_.push_back(shown_->NodeOf(module));
-  }
+  const auto store = [this](const QModelIndex& parent, const auto& self) -> void {
+    for (int row = 0; row < shown_->rowCount(parent); ++row) {
+      const QModelIndex node = shown_->index(row, 0, parent);
+      if (!tree_->isExpanded(node)) continue;
+      unfolded_.push_back(shown_->NodeOf(node));
+      // Projects, modules, types: three levels at most.
+      self(node, self);
+    }
+  };
+  store({}, store);
 }
 
 void ProjectPanel::Unfold() {
@@ -106,17 +114,21 @@ void ProjectPanel::Apply(const QString& text) {
     SetCurrent(current);
     return;
   }
-  for (const int node : shown_->ModulesToUnfold()) tree_->setExpanded(shown_->IndexOf(node), true);
+  for (const int node : shown_->NodesToUnfold()) tree_->setExpanded(shown_->IndexOf(node), true);
   SetCurrent(shown_->BestMatch());
 }
 
 void ProjectPanel::Choose(int node) {
-  const navigation::TreeNode& chosen = model_->Tree().nodes[static_cast<std::size_t>(node)];
-  // Modules have the same node in both trees.
-  if (!IsExact() || chosen.parent < 0) {
-    emit NodeChosen(node);
+  const navigation::ProjectTree& tree = model_->Tree();
+  const navigation::TreeNode& chosen = tree.nodes[static_cast<std::size_t>(node)];
+  if (tree.IsProject(node)) return;
+  if (const symbols::SymbolId declaration = model_->DeclarationOf(node); declaration != symbols::kNone) {
+    emit DeclarationChosen(declaration);
+  } else if (shape_.isExact && !tree.IsModule(node)) {
+    emit RoutineChosen(chosen.module, shape_.lines[static_cast<std::size_t>(node)], chosen.text);
   } else {
-    emit RoutineChosen(chosen.module, exact_.lines[static_cast<std::size_t>(node)], chosen.text);
+    const navigation::ProjectTree& own = *session_.Tree();
+    emit NodeChosen(tree.IsModule(node) ? own.Find(chosen.module) : own.Find(chosen.routine));
   }
 }
 
@@ -131,28 +143,56 @@ void ProjectPanel::ShowExactOutline(bool on) {
   SwitchTree();
 }
 
-/// Shows the one of the two trees that is wanted and there. Modules stay unfolded, the current one stays it.
+void ProjectPanel::ShowDeclarations(bool on) {
+  wantsDeclarations_ = on;
+  SwitchTree();
+}
+
+void ProjectPanel::MakeShape() {
+  shape_ = {};
+  if (known_ == nullptr) return;
+  if (wantsExact_) {
+    project::ExactTree made = project::MakeExactTree(*known_, *session_.Tree());
+    shape_ = {true, std::make_shared<navigation::ProjectTree>(std::move(made.tree)), std::move(made.lines), {}};
+  }
+  if (wantsDeclarations_) {
+    const navigation::ProjectTree& base = wantsExact_ ? *shape_.tree : *session_.Tree();
+    auto made = project::MakeDeclarationTree(*known_, base, wantsExact_ ? shape_.lines : session_.StartLines());
+    shape_.tree = std::make_shared<navigation::ProjectTree>(std::move(made.tree));
+    shape_.lines = std::move(made.lines);
+    shape_.declarations = std::move(made.declarations);
+  }
+}
+
+/// Shows the tree that is wanted, as soon as it can be made. Modules stay unfolded, the current one stays it.
 void ProjectPanel::SwitchTree() {
-  if ((wantsExact_ && known_ != nullptr) == IsExact()) return;
+  const bool known = known_ != nullptr;
+  if (shape_.isExact == (wantsExact_ && known) && HoldsDeclarations() == (wantsDeclarations_ && known)) return;
   const UpdateLock lock(*tree_);
   const QString filter = line_->text();
   line_->clear();
   StoreUnfolded();
-  const int current = Current();
-  int module = current;
-  if (current >= 0 && model_->Tree().nodes[static_cast<std::size_t>(current)].parent >= 0) {
-    module = model_->Tree().nodes[static_cast<std::size_t>(current)].parent;
+  const auto moduleOf = [this](int node) {
+    const int module = node < 0 ? node : model_->Tree().ModuleOf(node);
+    return module < 0 ? codedb::ModuleNumber{} : model_->Tree().nodes[static_cast<std::size_t>(module)].module;
+  };
+  std::vector<codedb::ModuleNumber> unfolded;
+  for (const int node : unfolded_) {
+    if (model_->Tree().IsModule(node)) unfolded.push_back(moduleOf(node));
   }
-  exact_ = {};
-  if (wantsExact_ && known_ != nullptr) {
-    project::ExactTree made = project::MakeExactTree(*known_, *session_.Tree());
-    exact_ = {std::make_shared<navigation::ProjectTree>(std::move(made.tree)), std::move(made.lines)};
-  }
+  const codedb::ModuleNumber current = moduleOf(Current());
+  MakeShape();
   shown_->SetLines({});
-  model_->SetTree(IsExact() ? exact_.tree : session_.Tree());
+  model_->SetTree(shape_.tree != nullptr ? shape_.tree : session_.Tree(), shape_.declarations);
   MarkModule();
+  unfolded_.clear();
+  for (const codedb::ModuleNumber module : unfolded) unfolded_.push_back(model_->Tree().Find(module));
+  for (int row = 0; row < model_->rowCount(); ++row) {
+    const int node = ProjectTreeModel::NodeOf(model_->index(row, 0));
+    if (model_->Tree().IsProject(node)) unfolded_.push_back(node);
+  }
   Unfold();
-  SetCurrent(module);
+  SetCurrent(model_->Tree().Find(current));
   if (bySource_) shown_->SetLines(Lines(true));
   line_->setText(filter);
 }

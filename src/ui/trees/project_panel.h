@@ -47,6 +47,8 @@ class ProjectPanel : public QWidget {
   void OrderBySource(bool on);
   /// Shows the routines that the code has instead of those of the index, as soon as they are known.
   void ShowExactOutline(bool on);
+  /// Shows what the modules declare beside their routines, as soon as it is known.
+  void ShowDeclarations(bool on);
   /// What is known of the session's project; null for nothing.
   void SetKnowledge(std::shared_ptr<const project::Understanding> known);
   void FocusFilter();
@@ -56,12 +58,15 @@ class ProjectPanel : public QWidget {
   void NodeChosen(int node);
   /// A routine that the index need not know is to be shown.
   void RoutineChosen(codedb::ModuleNumber module, codedb::Line line, const std::string& name);
+  /// A declaration that is no routine is to be shown.
+  void DeclarationChosen(symbols::SymbolId declaration);
   /// The user goes back to the code.
   void Rejected();
 
  private:
   std::vector<codedb::Line> Lines(bool bySource) const;
-  bool IsExact() const { return exact_.tree != nullptr; }
+  bool HoldsDeclarations() const { return !shape_.declarations.empty(); }
+  void MakeShape();
   void SwitchTree();
   void Choose(int node);
   void Apply(const QString& text);
@@ -78,12 +83,16 @@ class ProjectPanel : public QWidget {
   bool bySource_ = false;
   std::shared_ptr<const project::Understanding> known_;
   bool wantsExact_ = false;
-  /// While the exact routines are shown.
-  struct {
+  bool wantsDeclarations_ = false;
+  /// What is shown in the place of the session's tree; null for that tree itself.
+  struct Shape {
+    bool isExact = false;
     std::shared_ptr<const navigation::ProjectTree> tree;
     std::vector<codedb::Line> lines;
-  } exact_;
-  /// Nodes of the modules that were unfolded before the first letter was typed.
+    std::vector<symbols::SymbolId> declarations;
+  };
+  Shape shape_;
+  /// Nodes that were unfolded before the first letter was typed.
   std::vector<int> unfolded_;
   bool isFiltering_ = false;
 };

@@ -52,6 +52,7 @@ void ProjectTreeFilter::SetLines(std::vector<codedb::Line> lines) {
 
 void ProjectTreeFilter::RankNodes() {
   isShown_.clear();
+  holdsMatch_.clear();
   if (filter_.isEmpty()) {
     ranks_.clear();
     return;
@@ -69,13 +70,18 @@ void ProjectTreeFilter::RankNodes() {
                    : name.size() > wanted.size() ? Rank::kStart
                                                  : Rank::kWhole;
   }
-  isShown_.resize(nodes.size());
+  // Parents come before their children.
+  holdsMatch_.assign(nodes.size(), false);
+  isShown_.assign(nodes.size(), false);
+  for (std::size_t node = nodes.size(); node-- > 0;) {
+    if (nodes[node].parent < 0 || (ranks_[node] == Rank::kNone && !holdsMatch_[node])) continue;
+    holdsMatch_[static_cast<std::size_t>(nodes[node].parent)] = true;
+  }
+  std::vector<bool> liesInMatch(nodes.size());
   for (std::size_t node = 0; node < nodes.size(); ++node) {
-    if (ranks_[node] != Rank::kNone) isShown_[node] = true;
-    if (nodes[node].parent < 0) continue;
     const auto parent = static_cast<std::size_t>(nodes[node].parent);
-    if (ranks_[node] != Rank::kNone) isShown_[parent] = true;
-    if (ranks_[parent] != Rank::kNone) isShown_[node] = true;
+    liesInMatch[node] = nodes[node].parent >= 0 && (liesInMatch[parent] || ranks_[parent] != Rank::kNone);
+    isShown_[node] = ranks_[node] != Rank::kNone || holdsMatch_[node] || liesInMatch[node];
   }
 }
 
@@ -95,21 +101,31 @@ bool ProjectTreeFilter::IsBefore(int left, int right) const {
   return std::pair(line(left), left) < std::pair(line(right), right);
 }
 
-std::vector<int> ProjectTreeFilter::ModulesToUnfold() const {
-  std::vector<int> modules;
+/// On screen, with everything unfolded.
+bool ProjectTreeFilter::StandsBefore(int left, int right) const {
+  const std::vector<navigation::TreeNode>& nodes = tree_.Tree().nodes;
+  const auto path = [&nodes](int node) {
+    std::vector<int> way;
+    for (; node >= 0; node = nodes[static_cast<std::size_t>(node)].parent) way.push_back(node);
+    return way;
+  };
+  const std::vector<int> a = path(left);
+  const std::vector<int> b = path(right);
+  const auto [ofLeft, ofRight] = std::mismatch(a.rbegin(), a.rend(), b.rbegin(), b.rend());
+  if (ofLeft == a.rend() || ofRight == b.rend()) return a.size() < b.size();
+  return IsBefore(*ofLeft, *ofRight);
+}
+
+std::vector<int> ProjectTreeFilter::NodesToUnfold() const {
+  std::vector<int> unfolded;
   for (std::size_t node = 0; node < ranks_.size(); ++node) {
-    const bool isModule = tree_.Tree().nodes[node].parent < 0;
-    if (isModule && isShown_[node] && ranks_[node] == Rank::kNone) modules.push_back(static_cast<int>(node));
+    const bool isProject = tree_.Tree().IsProject(static_cast<int>(node));
+    if (holdsMatch_[node] && (ranks_[node] == Rank::kNone || isProject)) unfolded.push_back(static_cast<int>(node));
   }
-  return modules;
+  return unfolded;
 }
 
 int ProjectTreeFilter::BestMatch() const {
-  const std::vector<navigation::TreeNode>& nodes = tree_.Tree().nodes;
-  const auto module = [&nodes](int node) {
-    const int parent = nodes[static_cast<std::size_t>(node)].parent;
-    return parent < 0 ? node : parent;
-  };
   int best = kNoNode;
   for (int node = 0; node < static_cast<int>(ranks_.size()); ++node) {
     const Rank rank = ranks_[static_cast<std::size_t>(node)];
@@ -117,9 +133,7 @@ int ProjectTreeFilter::BestMatch() const {
     // Of equals the one that comes first on screen.
     const auto isBetter = [&] {
       const Rank bestRank = ranks_[static_cast<std::size_t>(best)];
-      if (rank != bestRank) return rank < bestRank;
-      if (module(node) != module(best)) return module(node) < module(best);
-      return module(best) != best && IsBefore(node, best);
+      return rank != bestRank ? rank < bestRank : StandsBefore(node, best);
     };
     if (best == kNoNode || isBetter()) best = node;
   }

@@ -13,8 +13,8 @@ class ProjectTreeFilter : public QSortFilterProxyModel {
  public:
   explicit ProjectTreeFilter(ProjectTreeModel& tree);
 
-  /// Leaves only the nodes whose text contains another one, in any case of letters: a module with them, and all
-  /// routines of such a module. An empty text leaves everything.
+  /// Leaves only the nodes whose text contains another one, in any case of letters, what they lie in, and all that lies
+  /// in them. An empty text leaves everything.
   void SetFilter(const QString& text);
   /// Routines by their first lines (one for each node) as they stand in the code; as they come in the tree, by name,
   /// without lines.
@@ -25,8 +25,8 @@ class ProjectTreeFilter : public QSortFilterProxyModel {
   /// Invalid for a node that the filter takes away.
   QModelIndex IndexOf(int node) const { return mapFromSource(tree_.IndexOf(node)); }
 
-  /// Nodes of the modules that are left for their routines' sake alone.
-  std::vector<int> ModulesToUnfold() const;
+  /// Nodes that are left only for the sake of what lies in them.
+  std::vector<int> NodesToUnfold() const;
   /// The node that the user means with the filter, the one with just that name rather than one that begins with it or
   /// contains it; kNoNode when nothing is left.
   int BestMatch() const;
@@ -39,12 +39,15 @@ class ProjectTreeFilter : public QSortFilterProxyModel {
   enum class Rank : std::uint8_t { kWhole, kStart, kInside, kNone };
   void RankNodes();
   bool IsBefore(int left, int right) const;
+  bool StandsBefore(int left, int right) const;
 
   ProjectTreeModel& tree_;
   QString filter_;
   std::vector<codedb::Line> lines_;
-  /// How the filter is found in each node, and whether the node is shown; empty without a filter.
+  /// How the filter is found in each node, whether a node below it has it, and whether the node is shown; empty without
+  /// a filter.
   std::vector<Rank> ranks_;
+  std::vector<bool> holdsMatch_;
   std::vector<bool> isShown_;
 };
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "qt_text.h"
+#include "symbol_text.h"
 
 namespace quillmate::ui {
 namespace {
@@ -31,9 +32,13 @@ ProjectTreeModel::ProjectTreeModel(QObject* parent) : QAbstractItemModel(parent)
   SetTree(std::make_shared<navigation::ProjectTree>());
 }
 
-void ProjectTreeModel::SetTree(std::shared_ptr<const navigation::ProjectTree> tree) {
+void ProjectTreeModel::SetTree(std::shared_ptr<const navigation::ProjectTree> tree) { SetTree(std::move(tree), {}); }
+
+void ProjectTreeModel::SetTree(std::shared_ptr<const navigation::ProjectTree> tree,
+                               std::vector<symbols::SymbolId> declarations) {
   beginResetModel();
   tree_ = std::move(tree);
+  declarations_ = std::move(declarations);
   marked_ = -1;
   const std::vector<navigation::TreeNode>& nodes = tree_->nodes;
   const auto slot = [&nodes](std::size_t node) { return static_cast<std::size_t>(nodes[node].parent + 1); };
@@ -72,16 +77,35 @@ void ProjectTreeModel::SetKnowledge(std::shared_ptr<const project::Understanding
   if (modules > 0) emit dataChanged(index(0, 0), index(modules - 1, 0), {Qt::DecorationRole, Qt::ToolTipRole});
 }
 
-const project::OutlineDifference* ProjectTreeModel::DifferenceOf(const navigation::TreeNode& node) const {
-  if (known_ == nullptr || node.parent >= 0) return nullptr;
-  const std::vector<project::OutlineDifference>& all = known_->Differences();
-  const auto found = std::ranges::lower_bound(all, node.module, {}, &project::OutlineDifference::module);
-  return found == all.end() || found->module != node.module ? nullptr : &*found;
+symbols::SymbolId ProjectTreeModel::DeclarationOf(int node) const {
+  const auto at = static_cast<std::size_t>(node);
+  return at < declarations_.size() ? declarations_[at] : symbols::kNone;
 }
 
-QString ProjectTreeModel::ToolTip(const navigation::TreeNode& node) const {
-  const symbols::Index module =
-      known_ == nullptr || node.parent >= 0 ? symbols::kNone : known_->ModuleOf(codedb::ViewOf(node.module));
+const project::OutlineDifference* ProjectTreeModel::DifferenceOf(int node) const {
+  if (known_ == nullptr || !tree_->IsModule(node)) return nullptr;
+  const codedb::ModuleNumber module = tree_->nodes[static_cast<std::size_t>(node)].module;
+  const std::vector<project::OutlineDifference>& all = known_->Differences();
+  const auto found = std::ranges::lower_bound(all, module, {}, &project::OutlineDifference::module);
+  return found == all.end() || found->module != module ? nullptr : &*found;
+}
+
+QIcon ProjectTreeModel::IconOf(int node) const {
+  const symbols::SymbolId declaration = DeclarationOf(node);
+  if (known_ != nullptr && declaration != symbols::kNone) return symbolIcons_.Of(known_->Index(), declaration);
+  const QIcon icon = icons_.Of(tree_->nodes[static_cast<std::size_t>(node)].image);
+  return DifferenceOf(node) != nullptr ? WithSign(icon) : icon;
+}
+
+QString ProjectTreeModel::ToolTip(int node) const {
+  if (known_ == nullptr) return {};
+  const symbols::SymbolId declaration = DeclarationOf(node);
+  if (declaration != symbols::kNone) return DescribeSymbol(*known_, declaration);
+  return tree_->IsModule(node) ? ModuleToolTip(node) : QString();
+}
+
+QString ProjectTreeModel::ModuleToolTip(int node) const {
+  const symbols::Index module = known_->ModuleOf(codedb::ViewOf(tree_->nodes[static_cast<std::size_t>(node)].module));
   if (module == symbols::kNone) return {};
   const symbols::ModuleInfo& info = known_->Index().Modules()[module];
   const symbols::ProjectInfo& project = known_->Index().Projects()[info.project];
@@ -119,10 +143,9 @@ QVariant ProjectTreeModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return Node(index).text.empty() ? QStringLiteral("(ohne Namen)") : FromCode(Node(index).text);
     case Qt::DecorationRole:
-      return DifferenceOf(Node(index)) != nullptr ? WithSign(icons_.Of(Node(index).image))
-                                                  : icons_.Of(Node(index).image);
+      return IconOf(NodeOf(index));
     case Qt::ToolTipRole:
-      return ToolTip(Node(index));
+      return ToolTip(NodeOf(index));
     case kMarkedRole:
       return NodeOf(index) == marked_;
     default:
@@ -133,7 +156,8 @@ QVariant ProjectTreeModel::data(const QModelIndex& index, int role) const {
 Qt::ItemFlags ProjectTreeModel::flags(const QModelIndex& index) const {
   const Qt::ItemFlags usual = QAbstractItemModel::flags(index);
   // A large tree is unfolded in no time when nobody has to remember that its routines are unfolded, too.
-  return index.isValid() && Node(index).parent >= 0 ? usual | Qt::ItemNeverHasChildren : usual;
+  const bool isLeaf = index.isValid() && Node(index).parent >= 0 && rowCount(index) == 0;
+  return isLeaf ? usual | Qt::ItemNeverHasChildren : usual;
 }
 
 }  // namespace quillmate::ui

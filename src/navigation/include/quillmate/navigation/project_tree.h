@@ -9,15 +9,16 @@
 namespace quillmate::navigation {
 
 struct TreeNode {
-  /// The module that the node is or belongs to.
+  /// The module that the node is or belongs to; 0 for a project's node.
   codedb::ModuleNumber module;
-  /// 0 for a module's node.
+  /// 0 for a node that is no routine's.
   codedb::RoutineNumber routine;
   /// Windows-1252.
   std::string text;
   /// Image key.
   std::string image;
-  /// Index of the parent node in `ProjectTree::nodes`; -1 for a module.
+  /// Index of the parent node in `ProjectTree::nodes`, which comes before it; -1 for a node at the top: a module, or a
+  /// project with the modules below it.
   int parent = -1;
 };
 
@@ -30,10 +31,16 @@ struct ProjectTree {
   /// Index of the first node of a module or routine; -1 when there is none.
   int Find(codedb::ModuleNumber module) const;
   int Find(codedb::RoutineNumber routine) const;
-  /// The node for the same module or routine as one of another tree.
+  /// The node for the same module or routine as one of another tree without projects.
   int Find(const TreeNode& other) const { return other.parent < 0 ? Find(other.module) : Find(other.routine); }
-  /// Adds a node and returns its index.
+  bool IsProject(int node) const { return nodes[static_cast<std::size_t>(node)].module.value == 0; }
+  bool IsModule(int node) const;
+  /// The module that a node is or lies in; -1 for a project.
+  int ModuleOf(int node) const;
+  /// Adds the node of a module or routine and returns its index.
   int Add(TreeNode node);
+  /// Adds any other node, which nobody has to find.
+  int AddPlain(TreeNode node);
 
  private:
   std::unordered_map<codedb::ModuleNumber, int> modules_;
