@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <quillmate/symbols/calls.h>
+#include <quillmate/symbols/cycles.h>
 
 #include "site_dependencies_p.h"
 #include "site_pages_p.h"
@@ -11,75 +12,6 @@
 
 namespace quillmate::output {
 namespace {
-
-/// Strongly connected parts, by the order in which a depth-first walk leaves them.
-class CycleFinder {
- public:
-  CycleFinder(std::size_t modules, const std::vector<SiteDependency>& dependencies)
-      : first_(modules + 1, 0), edges_(dependencies), number_(modules, -1), lowest_(modules, 0), part_(modules, -1) {
-    for (const SiteDependency& edge : edges_) ++first_[static_cast<std::size_t>(edge.from) + 1];
-    for (std::size_t i = 0; i < modules; ++i) first_[i + 1] += first_[i];
-  }
-
-  std::vector<int> Run() {
-    for (std::size_t module = 0; module < number_.size(); ++module) {
-      if (number_[module] < 0) Walk(module);
-    }
-    return part_;
-  }
-
- private:
-  struct Step {
-    std::size_t module;
-    std::size_t edge;
-  };
-
-  void Enter(std::size_t module) {
-    number_[module] = lowest_[module] = next_++;
-    open_.push_back(module);
-    path_.push_back({module, first_[module]});
-  }
-
-  void Walk(std::size_t start) {
-    Enter(start);
-    while (!path_.empty()) {
-      Step& step = path_.back();
-      if (step.edge == first_[step.module + 1]) {
-        Leave();
-        continue;
-      }
-      const auto target = static_cast<std::size_t>(edges_[step.edge++].to);
-      if (number_[target] < 0) {
-        Enter(target);
-      } else if (part_[target] < 0) {
-        lowest_[step.module] = std::min(lowest_[step.module], number_[target]);
-      }
-    }
-  }
-
-  void Leave() {
-    const std::size_t module = path_.back().module;
-    path_.pop_back();
-    if (!path_.empty()) {
-      int& above = lowest_[path_.back().module];
-      above = std::min(above, lowest_[module]);
-    }
-    if (lowest_[module] != number_[module]) return;
-    for (std::size_t member = module + 1; member != module;) {
-      member = open_.back();
-      open_.pop_back();
-      part_[member] = parts_;
-    }
-    ++parts_;
-  }
-
-  std::vector<std::size_t> first_;
-  const std::vector<SiteDependency>& edges_;
-  std::vector<int> number_, lowest_, part_;
-  std::vector<std::size_t> open_;
-  std::vector<Step> path_;
-  int next_ = 0, parts_ = 0;
-};
 
 class DependenciesWriter {
  public:
@@ -103,19 +35,21 @@ class DependenciesWriter {
   }
 
   bool InCycle(const SiteDependency& edge) const {
-    const int cycle = cycles_[static_cast<std::size_t>(edge.from)];
-    return cycle >= 0 && cycle == cycles_[static_cast<std::size_t>(edge.to)];
+    const symbols::Index cycle = cycles_[static_cast<std::size_t>(edge.from)];
+    return cycle != symbols::kNone && cycle == cycles_[static_cast<std::size_t>(edge.to)];
   }
 
   void Cycles() {
-    const int count = *std::max_element(cycles_.begin(), cycles_.end()) + 1;
-    if (count == 0) {
+    std::vector<std::vector<int>> members;
+    for (std::size_t module = 0; module < cycles_.size(); ++module) {
+      if (cycles_[module] == symbols::kNone) continue;
+      // Numbered in the order of their first modules.
+      if (cycles_[module] == members.size()) members.emplace_back();
+      members[cycles_[module]].push_back(static_cast<int>(module));
+    }
+    if (members.empty()) {
       html_ += "<p>Es gibt keine Zyklen.</p>\n";
       return;
-    }
-    std::vector<std::vector<int>> members(static_cast<std::size_t>(count));
-    for (std::size_t module = 0; module < cycles_.size(); ++module) {
-      if (cycles_[module] >= 0) members[static_cast<std::size_t>(cycles_[module])].push_back(static_cast<int>(module));
     }
     html_ += "<h2>Zyklen</h2>\n<p>Diese Module brauchen einander, unmittelbar oder über andere:</p>\n<ul>\n";
     for (const std::vector<int>& cycle : members) {
@@ -196,7 +130,7 @@ class DependenciesWriter {
 
   const SiteModel& model_;
   std::vector<SiteDependency> edges_;
-  std::vector<int> cycles_;
+  std::vector<symbols::Index> cycles_;
   std::string html_;
 };
 
@@ -220,16 +154,13 @@ std::vector<SiteDependency> DependenciesOf(const SiteModel& model) {
   return dependencies;
 }
 
-std::vector<int> CyclesOf(std::size_t modules, const std::vector<SiteDependency>& dependencies) {
-  const std::vector<int> parts = CycleFinder(modules, dependencies).Run();
-  std::map<int, int> sizes, numbers;
-  for (const int part : parts) ++sizes[part];
-  std::vector<int> cycles(modules, -1);
-  for (std::size_t module = 0; module < modules; ++module) {
-    if (sizes[parts[module]] < 2) continue;
-    cycles[module] = numbers.try_emplace(parts[module], static_cast<int>(numbers.size())).first->second;
+std::vector<symbols::Index> CyclesOf(std::size_t modules, const std::vector<SiteDependency>& dependencies) {
+  std::vector<symbols::Arc> arcs;
+  arcs.reserve(dependencies.size());
+  for (const SiteDependency& edge : dependencies) {
+    arcs.push_back({static_cast<symbols::Index>(edge.from), static_cast<symbols::Index>(edge.to)});
   }
-  return cycles;
+  return symbols::CyclesOf(modules, arcs);
 }
 
 std::string DependenciesPage(const SiteModel& model) { return DependenciesWriter(model).Write(); }

@@ -20,9 +20,9 @@ struct SiteDependency {
 /// Sorted by `from`, then `to`; none of a module on itself.
 std::vector<SiteDependency> DependenciesOf(const SiteModel& model);
 
-/// For each module the number of the cycle that it belongs to, -1 when it needs nobody who needs it. Cycles are
-/// numbered in the order of their first modules. Linear, without recursion.
-std::vector<int> CyclesOf(std::size_t modules, const std::vector<SiteDependency>& dependencies);
+/// For each module the number of the cycle that it belongs to, kNone when it needs nobody who needs it. Cycles are
+/// numbered in the order of their first modules.
+std::vector<symbols::Index> CyclesOf(std::size_t modules, const std::vector<SiteDependency>& dependencies);
 
 /// The matrix, for up to kMatrixModules modules, and for any number what each needs and is needed by.
 inline constexpr std::size_t kMatrixModules = 60;
