@@ -80,67 +80,6 @@ std::string DescriptionOf(const language::Module& code) {
   return {};
 }
 
-std::string_view Word(language::Visibility visibility) {
-  constexpr std::string_view kWords[] = {"Public ", "Private ", "Friend ", "Public ", ""};
-  return kWords[static_cast<std::size_t>(visibility)];
-}
-
-std::string_view Word(language::DeclarationKind kind) {
-  using language::DeclarationKind;
-  switch (kind) {
-    case DeclarationKind::kFunction:
-      return "Function ";
-    case DeclarationKind::kPropertyGet:
-      return "Property Get ";
-    case DeclarationKind::kPropertyLet:
-      return "Property Let ";
-    case DeclarationKind::kPropertySet:
-      return "Property Set ";
-    default:
-      return "Sub ";
-  }
-}
-
-/// The value behind "=" of a parameter, as written.
-std::string_view DefaultOf(const language::Module& code, const language::Declaration& parameter) {
-  const std::size_t behind =
-      parameter.typeLength > 0 ? parameter.typeOffset + parameter.typeLength : parameter.offset + parameter.length;
-  std::string_view rest = code.text.substr(behind, 200);
-  const std::size_t equal = rest.find('=');
-  if (equal == std::string_view::npos) return {};
-  rest.remove_prefix(equal + 1);
-  while (!rest.empty() && rest.front() == ' ') rest.remove_prefix(1);
-  int depth = 0;
-  bool quoted = false;
-  std::size_t end = 0;
-  for (; end < rest.size(); ++end) {
-    const char c = rest[end];
-    quoted = quoted != (c == '"');
-    if (quoted) continue;
-    depth += (c == '(') - (c == ')');
-    if (c == '\r' || c == '\n' || depth < 0 || (depth == 0 && c == ',')) break;
-  }
-  return rest.substr(0, end);
-}
-
-std::string ParameterText(const language::Module& code, const language::Declaration& parameter) {
-  namespace flag = language::declaration_flag;
-  std::string text;
-  const auto has = [&](std::uint32_t bit) { return (parameter.flags & bit) != 0; };
-  if (has(flag::kOptional)) text += "Optional ";
-  if (has(flag::kByVal)) text += "ByVal ";
-  if (has(flag::kByRef)) text += "ByRef ";
-  if (has(flag::kParamArray)) text += "ParamArray ";
-  text += code.Spelling(parameter);
-  if (has(flag::kArray)) text += "()";
-  if (parameter.typeLength > 0) text.append(" As ").append(code.DeclaredType(parameter));
-  if (has(flag::kDefault)) {
-    const std::string_view value = DefaultOf(code, parameter);
-    if (!value.empty()) text.append(" = ").append(value);
-  }
-  return text;
-}
-
 /// Writes parts within the limit.
 class Digest {
  public:
@@ -359,19 +298,6 @@ class Digest {
 };
 
 }  // namespace
-
-std::string Signature(const language::Module& code, const language::Routine& routine) {
-  const language::Declaration& declared = code.declarations[routine.declaration];
-  std::string text(Word(declared.visibility));
-  if ((declared.flags & language::declaration_flag::kStatic) != 0) text += "Static ";
-  text.append(Word(declared.kind)).append(code.Spelling(declared)).append("(");
-  for (std::uint32_t i = 0; i < declared.childCount; ++i) {
-    text.append(i == 0 ? "" : ", ").append(ParameterText(code, code.declarations[declared.firstChild + i]));
-  }
-  text += ")";
-  if (declared.typeLength > 0) text.append(" As ").append(code.DeclaredType(declared));
-  return text;
-}
 
 std::string ProjectDigest(const ReferenceIndex& index, const checks::Metrics& metrics,
                           const std::vector<Finding>& findings, const DigestOptions& options) {

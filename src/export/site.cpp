@@ -1,13 +1,17 @@
 #include <algorithm>
+#include <exception>
+#include <utility>
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/export/site.h>
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/text/markers.h>
+#include <quillmate/workers/ordered_work.h>
 
 #include "site_comments_p.h"
 #include "site_dependencies_p.h"
 #include "site_files_p.h"
+#include "site_links_p.h"
 #include "site_pages_p.h"
 #include "site_search_p.h"
 #include "site_style_p.h"
@@ -24,61 +28,102 @@ std::string_view WithoutAddedBreaks(std::string_view stored) noexcept {
 class SiteWriter {
  public:
   SiteWriter(const SiteProject& project, const text::CodeLook& look, const std::filesystem::path& folder)
-      : project_(project), look_(look), folder_(folder), model_(project) {}
+      : project_(project), look_(look), folder_(folder), site_(project), comments_(site_.model.routines.size()) {}
 
   void Run(const SiteProgress& progress) {
-    ForEachModule([&](int module, std::string_view text) { ReadModule(module, text); });
-    Write(kStyleFile, StyleSheet(look_));
-    Write(kStartFile, StartPage(model_));
-    Write(kRoutinesFile, RoutinesPage(model_));
-    Write(kUnusedFile, UnusedPage(model_));
-    Write(kDependenciesFile, DependenciesPage(model_));
-    Write(kSearchFile, SearchPage(model_));
-    Write(kSearchScript, SearchScript(model_, comments_));
-    comments_ = {};
-    ForEachModule([&](int module, std::string_view text) {
-      Write(model_.Module(module).page, ModulePage(model_, module, text));
-      if (progress) progress(static_cast<std::size_t>(module) + 1, model_.modules.size());
-    });
+    ReadModules();
+    const SiteModel& model = site_.model;
+    Write(kStyleFile, [this] { return StyleSheet(look_); });
+    Write(kStartFile, [&] { return StartPage(model); });
+    Write(RoutinePages(model));
+    Write(UnusedPages(model));
+    Write(kDependenciesFile, [&] { return DependenciesPage(model); });
+    Write(kSearchFile, [&] { return SearchPage(model); });
+    Write(kSearchScript, [&] { return SearchScript(model, comments_); });
+    for (std::size_t page = 0; page < site_.declarations.PageCount(); ++page) {
+      Write(site_.declarations.File(page), [this, page] { return site_.declarations.Page(page); });
+    }
+    for (int i = 0; i < static_cast<int>(model.modules.size()); ++i) {
+      Write(
+          model.Module(i).page,
+          [this, i] {
+            const std::string stored = Stored(i);
+            return ModulePage(site_, i, WithoutAddedBreaks(stored));
+          },
+          [&progress, i, &model] {
+            if (progress) progress(static_cast<std::size_t>(i) + 1, model.modules.size());
+          });
+    }
+    work_.FinishAll();
     WriteSiteList(folder_, files_);
   }
 
  private:
-  template <typename Handler>
-  void ForEachModule(Handler handle) {
-    for (int i = 0; i < static_cast<int>(model_.modules.size()); ++i) {
-      const std::string stored = codedb::ReadModuleText(project_.indexFolder, model_.Module(i).record->number);
-      handle(i, WithoutAddedBreaks(stored));
+  std::string Stored(int module) const {
+    return codedb::ReadModuleText(project_.indexFolder, site_.model.Module(module).record->number);
+  }
+
+  /// Each module changes what is its own alone.
+  void ReadModules() {
+    for (int i = 0; i < static_cast<int>(site_.model.modules.size()); ++i) {
+      while (work_.IsFull()) work_.FinishFirst();
+      work_.Add(
+          [this, i] {
+            const std::string stored = Stored(i);
+            ReadModule(i, WithoutAddedBreaks(stored));
+            return std::size_t{0};
+          },
+          Rethrow);
     }
+    work_.FinishAll();
+  }
+
+  static void Rethrow(const std::exception_ptr& failure) {
+    if (failure) std::rethrow_exception(failure);
   }
 
   void ReadModule(int position, std::string_view text) {
-    FindAnchors(text, position, model_);
-    SiteModule& module = model_.modules[static_cast<std::size_t>(position)];
+    SiteModel& model = site_.model;
+    FindAnchors(text, position, model);
+    SiteModule& module = model.modules[static_cast<std::size_t>(position)];
     const CommentLines lines(text);
-    comments_.resize(model_.routines.size());
     for (int i = module.first; i < module.last; ++i) {
-      const codedb::RoutineRecord& record = *model_.Routine(i).record;
+      const codedb::RoutineRecord& record = *model.Routine(i).record;
       if (record.start) comments_[static_cast<std::size_t>(i)] = lines.OfRoutine(*record.start, record.headerLines);
     }
     module.description = lines.OfModule([&](codedb::Line line) {
-      const auto* const first = model_.routines.data() + module.first;
-      const auto* const last = model_.routines.data() + module.last;
+      const auto* const first = model.routines.data() + module.first;
+      const auto* const last = model.routines.data() + module.last;
       return std::any_of(first, last, [&](const SiteRoutine& routine) { return routine.record->start == line; });
     });
   }
 
-  void Write(const std::string& file, std::string_view page) {
-    files::WriteWholeFile(folder_ / file, page);
+  void Write(std::vector<SitePage> pages) {
+    for (SitePage& page : pages) Write(page.file, std::move(page.make));
+  }
+
+  /// Makes and writes a page on any thread; `told` is called on this one, in the order of the pages.
+  void Write(const std::string& file, std::function<std::string()> make, std::function<void()> told = {}) {
     files_.push_back(file);
+    while (work_.IsFull()) work_.FinishFirst();
+    work_.Add(
+        [this, file, make = std::move(make)] {
+          files::WriteWholeFile(folder_ / file, make());
+          return std::size_t{0};
+        },
+        [told = std::move(told)](const std::exception_ptr& failure) {
+          Rethrow(failure);
+          if (told) told();
+        });
   }
 
   const SiteProject& project_;
   const text::CodeLook& look_;
   const std::filesystem::path& folder_;
-  SiteModel model_;
+  SiteContents site_;
   std::vector<std::string> files_;
-  std::vector<std::string> comments_;  ///< by routine, until the search has them
+  std::vector<std::string> comments_;  ///< by routine
+  workers::OrderedWork work_;          ///< goes first: what it still does needs the rest
 };
 
 }  // namespace

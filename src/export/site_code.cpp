@@ -108,21 +108,23 @@ class PlainRenderer {
 
 class ModuleRenderer {
  public:
-  ModuleRenderer(std::string& html, int module, const SiteModel& model, std::vector<SiteLink> links)
-      : html_(html), tags_(html), module_(module), model_(model), starts_(model, module), links_(std::move(links)) {
+  ModuleRenderer(std::string& html, int module, const SiteContents& site, std::vector<SiteLink> links)
+      : html_(html),
+        tags_(html),
+        model_(site.model),
+        linkTags_(site, module),
+        starts_(site.model, module),
+        links_(std::move(links)) {
     BeginLine();
   }
 
   void Identifier(std::string_view word) {
     const SiteLink* const link = LinkHere();
     if (link == nullptr) return Text(word);
-    const SiteRoutine& routine = model_.Routine(link->routine);
-    html_ += "<a href=\"";
-    if (routine.module != module_) html_ += model_.ModuleOf(routine).page;
-    html_ += link->isDefinition || !routine.hasCode ? "#r-" : "#c-";
-    html_.append(routine.anchor).append("\">");
+    const std::string& tag = linkTags_.Of(*link);
+    html_ += tag;
     Text(word);
-    html_ += "</a>";
+    if (!tag.empty()) html_ += "</a>";
   }
 
   void Text(std::string_view bytes) {
@@ -178,8 +180,8 @@ class ModuleRenderer {
 
   std::string& html_;
   CodeTags tags_;
-  int module_;
   const SiteModel& model_;
+  LinkTags linkTags_;
   RoutineStarts starts_;
   std::vector<SiteLink> links_;
   std::size_t next_ = 0;
@@ -191,8 +193,8 @@ class ModuleRenderer {
 
 }  // namespace
 
-void AppendModuleCode(std::string& html, std::string_view markedText, int module, const SiteModel& model) {
-  ModuleRenderer renderer(html, module, model, FindLinks(model, module, markedText));
+void AppendModuleCode(std::string& html, std::string_view markedText, int module, const SiteContents& site) {
+  ModuleRenderer renderer(html, module, site, FindLinks(site.model, module, markedText));
   WalkCode(markedText, renderer);
   renderer.Finish();
 }

@@ -9,8 +9,8 @@
 namespace quillmate::output {
 
 /// Appends the whole code of a module: each line with its number and the anchor "z" + number, routines with the anchor
-/// "c-", names of routines as links. `markedText` is without the line breaks that storing has added.
-void AppendModuleCode(std::string& html, std::string_view markedText, int module, const SiteModel& model);
+/// "c-", names as links. `markedText` is without the line breaks that storing has added.
+void AppendModuleCode(std::string& html, std::string_view markedText, int module, const SiteContents& site);
 
 /// Appends a piece of code with its colours only.
 void AppendPlainCode(std::string& html, std::string_view markedText);

@@ -5,7 +5,9 @@
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
+#include "declaration_text_p.h"
 #include "site_links_p.h"
+#include "site_text_p.h"
 #include "site_walk_p.h"
 
 namespace quillmate::output {
@@ -44,13 +46,30 @@ class ShownColumns {
   bool isLong_ = false;
 };
 
-/// The first routine of the index that a name means.
-int RoutineMeant(const SiteModel& model, const symbols::Occurrence& name) {
+/// What a name leads to: the first routine of the index, or else the first thing.
+symbols::SymbolId Meaning(const SiteModel& model, const symbols::Occurrence& name) {
   for (const symbols::SymbolId target : name.targets) {
-    const int routine = IsCallable(model.known.SymbolAt(target).kind) ? model.RoutineOf(target) : kNoRoutine;
-    if (routine != kNoRoutine) return routine;
+    if (IsCallable(model.known.SymbolAt(target).kind) && model.RoutineOf(target) != kNoRoutine) return target;
   }
-  return kNoRoutine;
+  return name.targets.empty() ? symbols::kNone : name.targets.front();
+}
+
+/// Words before a declaration that does not say itself what it is.
+std::string KindWords(const symbols::ReferenceIndex& known, const symbols::Symbol& symbol) {
+  using symbols::SymbolKind;
+  switch (symbol.kind) {
+    case SymbolKind::kParameter:
+    case SymbolKind::kLabel:
+    case SymbolKind::kControl:
+      return std::string(GermanWord(symbol.kind)) + " ";
+    case SymbolKind::kTypeMember:
+    case SymbolKind::kEnumMember: {
+      const std::string_view parent = symbol.parent == symbols::kNone ? "" : known.Name(symbol.parent);
+      return (symbol.kind == SymbolKind::kTypeMember ? "Type " : "Enum ") + std::string(parent) + ": ";
+    }
+    default:
+      return {};
+  }
 }
 
 class AnchorFinder {
@@ -78,14 +97,61 @@ std::vector<SiteLink> FindLinks(const SiteModel& model, int module, std::string_
   if (number == symbols::kNone) return links;
   ShownColumns columns(model.known.Code(number), markedText);
   for (const symbols::Occurrence& name : model.known.Occurrences(number)) {
-    const int routine = RoutineMeant(model, name);
-    if (routine == kNoRoutine) continue;
+    const symbols::SymbolId symbol = Meaning(model, name);
+    if (symbol == symbols::kNone) continue;
     const std::uint32_t line = model.ShownLine(number, name.line);
     const std::uint32_t column = line == 0 ? 0 : columns.Find(name.line, line, name.column);
-    if (column > 0) links.push_back({line, column, name.length, routine, name.declares});
+    const bool possible = name.certainty != symbols::Certainty::kSure || name.targets.size() > 1;
+    if (column > 0) links.push_back({line, column, name.length, symbol, name.declares, possible});
   }
   std::ranges::stable_sort(links, {}, [](const SiteLink& link) { return std::pair(link.line, link.column); });
   return links;
+}
+
+const std::string& LinkTags::Of(const SiteLink& link) {
+  const std::uint64_t key =
+      std::uint64_t{link.symbol} * 4 + (link.isDefinition ? 2U : 0U) + (link.isPossible ? 1U : 0U);
+  const auto [found, isNew] = made_.try_emplace(key);
+  if (isNew) found->second = Make(link);
+  return found->second;
+}
+
+std::string LinkTags::Make(const SiteLink& link) const {
+  const std::string address = Address(link);
+  if (address.empty()) return {};
+  const std::string title = EscapeUtf8(Title(link));
+  return "<a href=\"" + address + (title.empty() ? "" : "\" title=\"" + title) + "\">";
+}
+
+std::string LinkTags::Address(const SiteLink& link) const {
+  const SiteModel& model = site_.model;
+  const symbols::Symbol& symbol = model.known.SymbolAt(link.symbol);
+  const int page = model.ModuleOf(symbol.module);
+  const std::string before = page < 0 || page == module_ ? std::string() : model.Module(page).page;
+  if (IsModule(symbol.kind)) return page < 0 ? std::string() : model.Module(page).page;
+  const int routine = model.RoutineOf(link.symbol);
+  if (routine != kNoRoutine) {
+    const SiteRoutine& found = model.Routine(routine);
+    return before + (link.isDefinition || !found.hasCode ? "#r-" : "#c-") + found.anchor;
+  }
+  std::string entry;
+  if (site_.declarations.Has(link.symbol)) site_.declarations.AppendAddress(entry, link.symbol);
+  const std::uint32_t line = page < 0 || symbol.line == 0 ? 0 : model.ShownLine(symbol.module, symbol.line);
+  return link.isDefinition || line == 0 ? entry : before + "#z" + std::to_string(line);
+}
+
+std::string LinkTags::Title(const SiteLink& link) const {
+  const symbols::ReferenceIndex& known = site_.model.known;
+  const symbols::Symbol& symbol = known.SymbolAt(link.symbol);
+  if (link.isDefinition) return site_.declarations.Has(link.symbol) ? site_.declarations.UseCount(link.symbol) : "";
+  const bool elsewhere = site_.model.ModuleOf(symbol.module) != module_ && !IsModule(symbol.kind);
+  std::string title = elsewhere ? known.Modules()[symbol.module].name + ": " : std::string();
+  if (IsModule(symbol.kind)) {
+    title.append(GermanWord(symbol.kind)).append(" ").append(known.Name(link.symbol));
+  } else {
+    title.append(KindWords(known, symbol)).append(DeclarationText(known, link.symbol));
+  }
+  return link.isPossible ? title + " (möglich)" : title;
 }
 
 RoutineStarts::RoutineStarts(const SiteModel& model, int module)

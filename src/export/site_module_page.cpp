@@ -35,8 +35,13 @@ std::string_view PartText(int kind) noexcept {
 /// Writes the page of one module.
 class ModulePageWriter {
  public:
-  ModulePageWriter(const SiteModel& model, int position, std::string_view markedText)
-      : model_(model), position_(position), module_(model.Module(position)), text_(markedText), comments_(markedText) {}
+  ModulePageWriter(const SiteContents& site, int position, std::string_view markedText)
+      : site_(site),
+        model_(site.model),
+        position_(position),
+        module_(site.model.Module(position)),
+        text_(markedText),
+        comments_(markedText) {}
 
   std::string Run() {
     // The code grows about fourfold.
@@ -46,7 +51,7 @@ class ModulePageWriter {
     AppendRoutineNames();
     for (int i = module_.first; i < module_.last; ++i) AppendRoutine(model_.Routine(i));
     html_ += "<h2 id=\"quelltext\">Quelltext</h2>\n<pre class=\"code\"><code>";
-    AppendModuleCode(html_, text_, position_, model_);
+    AppendModuleCode(html_, text_, position_, site_);
     html_ += "</code></pre>\n";
     html_ += kPageEnd;
     return std::move(html_);
@@ -200,6 +205,7 @@ class ModulePageWriter {
     return name += EscapeCode(routine.record->name);
   }
 
+  const SiteContents& site_;
   const SiteModel& model_;
   int position_;
   const SiteModule& module_;
@@ -210,8 +216,8 @@ class ModulePageWriter {
 
 }  // namespace
 
-std::string ModulePage(const SiteModel& model, int module, std::string_view markedText) {
-  return ModulePageWriter(model, module, markedText).Run();
+std::string ModulePage(const SiteContents& site, int module, std::string_view markedText) {
+  return ModulePageWriter(site, module, markedText).Run();
 }
 
 }  // namespace quillmate::output

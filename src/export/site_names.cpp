@@ -18,6 +18,14 @@ bool IsSafe(char c) noexcept {
   return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
 }
 
+std::string LowerAscii(std::string_view name) {
+  std::string lower(name);
+  for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+  return lower;
+}
+
+}  // namespace
+
 std::string AsciiName(std::string_view name) {
   std::string ascii;
   for (const char c : name) {
@@ -31,16 +39,8 @@ std::string AsciiName(std::string_view name) {
     }
     if (ascii.size() >= kLongestName) break;
   }
-  return ascii.empty() ? "ohne-Namen" : ascii;
+  return ascii.empty() ? std::string(kNameless) : ascii;
 }
-
-std::string LowerAscii(std::string_view name) {
-  std::string lower(name);
-  for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  return lower;
-}
-
-}  // namespace
 
 std::string FileNames::Make(std::string_view name) {
   std::string stem = AsciiName(name);

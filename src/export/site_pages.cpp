@@ -1,9 +1,11 @@
 #include <algorithm>
+#include <memory>
 
 #include <quillmate/codedb/collation.h>
 #include <quillmate/text/windows1252.h>
 
 #include "site_dependencies_p.h"
+#include "site_lists_p.h"
 #include "site_pages_p.h"
 #include "site_parts_p.h"
 #include "site_search_p.h"
@@ -21,16 +23,15 @@ struct NavigationLink {
 };
 
 constexpr NavigationLink kNavigation[] = {
-    {kStartFile, "Module"},       {kRoutinesFile, "Routinen von A bis Z"},
-    {kUnusedFile, "Ohne Aufruf"}, {kDependenciesFile, "Abhängigkeiten"},
-    {kSearchFile, "Suche"},
+    {kStartFile, "Module"},       {kRoutinesFile, "Routinen von A bis Z"}, {kDeclarationsFile, "Deklarationen"},
+    {kUnusedFile, "Ohne Aufruf"}, {kDependenciesFile, "Abhängigkeiten"},   {kSearchFile, "Suche"},
 };
 
-void AppendNavigation(std::string& html, std::string_view current) {
+void AppendNavigation(std::string& html, std::string_view current, bool isPart) {
   html += "<nav aria-label=\"Seiten\">\n<ul>\n";
   for (const NavigationLink& link : kNavigation) {
     html.append("<li><a href=\"").append(link.file).append("\"");
-    if (current == link.file) html += " aria-current=\"page\"";
+    if (current == link.file) html += isPart ? " aria-current=\"true\"" : " aria-current=\"page\"";
     html.append(">").append(link.text).append("</a></li>\n");
   }
   html += "</ul>\n</nav>\n";
@@ -76,7 +77,15 @@ std::int64_t CountLines(const SiteModel& model) {
   return lines;
 }
 
-/// All routines by name; of equal names in the order of the model.
+/// The letter under which a name stands; umlauts stand with their vowels, all that is no letter under "#".
+char LetterOf(const SiteRoutine& routine) {
+  const char first = routine.anchor.front();
+  const bool spelledOut = routine.record->name.empty() || routine.anchor == kNameless;
+  const char upper = first >= 'a' && first <= 'z' ? static_cast<char>(first - 32) : first;
+  return upper >= 'A' && upper <= 'Z' && !spelledOut ? upper : '#';
+}
+
+/// All routines by letter and name; of equal names in the order of the model.
 std::vector<int> ByName(const SiteModel& model) {
   std::vector<std::string> names;
   std::vector<int> order;
@@ -85,50 +94,64 @@ std::vector<int> ByName(const SiteModel& model) {
     names.push_back(text::Utf8FromCode(routine.record->name));
   }
   std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+    const char letterA = LetterOf(model.Routine(a)), letterB = LetterOf(model.Routine(b));
+    if (letterA != letterB) return letterA < letterB;
     return codedb::CompareText(names[static_cast<std::size_t>(a)], names[static_cast<std::size_t>(b)]) < 0;
   });
   return order;
 }
 
-/// The letter under which a name stands; umlauts stand with their vowels, all that is no letter under "#".
-char LetterOf(const SiteRoutine& routine) {
-  const char first = routine.anchor.front();
-  const bool spelledOut = routine.record->name.empty() || routine.anchor == "ohne-Namen";
-  const char upper = first >= 'a' && first <= 'z' ? static_cast<char>(first - 32) : first;
-  return upper >= 'A' && upper <= 'Z' && !spelledOut ? upper : '#';
+std::string LetterTitle(char letter) { return letter == '#' ? "Andere" : std::string(1, letter); }
+std::string LetterFile(char letter) {
+  return letter == '#' ? "andere" : std::string(1, static_cast<char>(letter + 32));
 }
 
-struct LetterGroup {
-  char letter;
-  std::vector<int> routines;
+/// Routines from A to Z, divided into pages where there are many.
+struct RoutineList {
+  explicit RoutineList(const SiteModel& siteModel) : model(siteModel), order(ByName(siteModel)) {
+    constexpr std::size_t kEntry = 150;
+    for (const int i : order) letters.push_back(LetterOf(model.Routine(i)));
+    pages =
+        DivideList("routinen", "Routinen von A bis Z", std::vector<std::size_t>(order.size(), kEntry), {{[&](auto i) {
+                     return ListKey{"-" + LetterFile(letters[i]), LetterTitle(letters[i])};
+                   }}});
+  }
 
-  std::string Title() const { return letter == '#' ? "Andere" : std::string(1, letter); }
+  void AppendLetters(std::string& html) const {
+    html += "<ul class=\"letters\">\n";
+    for (std::size_t i = 0; i < order.size(); ++i) {
+      if (i > 0 && letters[i] == letters[i - 1]) continue;
+      const std::string title = LetterTitle(letters[i]);
+      const std::string file = pages.size() == 1 ? std::string() : pages[PageOfItem(pages, i)].file;
+      html += "<li>";
+      AppendLink(html, file + "#" + title, title);
+      html += "</li>\n";
+    }
+    html += "</ul>\n";
+  }
+
+  void AppendItems(std::string& html, const ListPage& page) const {
+    for (std::size_t i = page.first; i < page.last; ++i) {
+      if (i == page.first || letters[i] != letters[i - 1]) {
+        const std::string title = LetterTitle(letters[i]);
+        if (i != page.first) html += "</ul>\n";
+        html.append("<h2 id=\"").append(title).append("\">").append(title).append("</h2>\n<ul class=\"names\">\n");
+      }
+      const SiteRoutine& routine = model.Routine(order[i]);
+      html += "<li>";
+      AppendLink(html, RoutineAddress(model, routine), EscapeCode(routine.record->name));
+      html.append(" <small>").append(RoutineKindText(routine.record->kind)).append(", ");
+      AppendCode(html, model.ModuleOf(routine).record->name);
+      html += "</small></li>\n";
+    }
+    html += "</ul>\n";
+  }
+
+  const SiteModel& model;
+  std::vector<int> order;
+  std::vector<char> letters;
+  std::vector<ListPage> pages;
 };
-
-std::vector<LetterGroup> GroupByLetter(const SiteModel& model) {
-  std::vector<LetterGroup> groups;
-  for (const int i : ByName(model)) {
-    const char letter = LetterOf(model.Routine(i));
-    auto group = std::find_if(groups.begin(), groups.end(), [&](const LetterGroup& g) { return g.letter == letter; });
-    if (group == groups.end()) group = groups.insert(group, {letter, {}});
-    group->routines.push_back(i);
-  }
-  return groups;
-}
-
-void AppendLetter(std::string& html, const SiteModel& model, const LetterGroup& group) {
-  const std::string title = group.Title();
-  html.append("<h2 id=\"").append(title).append("\">").append(title).append("</h2>\n<ul class=\"names\">\n");
-  for (const int i : group.routines) {
-    const SiteRoutine& routine = model.Routine(i);
-    html += "<li>";
-    AppendLink(html, RoutineAddress(model, routine), EscapeCode(routine.record->name));
-    html.append(" <small>").append(RoutineKindText(routine.record->kind)).append(", ");
-    AppendCode(html, model.ModuleOf(routine).record->name);
-    html += "</small></li>\n";
-  }
-  html += "</ul>\n";
-}
 
 /// The grades that routines have, the strongest statement first.
 constexpr Grade kGrades[] = {Grade::kCertain,  Grade::kSelf, Grade::kInactive,
@@ -162,9 +185,26 @@ void AppendGrades(std::string& html, const SiteModel& model) {
   html += "</dl>\n";
 }
 
+void AppendUnused(std::string& html, const SiteModel& model, const ListPage& page) {
+  html +=
+      "<table>\n<caption>Nach Modulen</caption>\n<thead>\n<tr><th scope=\"col\">Routine</th><th "
+      "scope=\"col\">Modul</th>"
+      "<th scope=\"col\">Einstufung</th></tr>\n</thead>\n<tbody>\n";
+  for (std::size_t i = page.first; i < page.last; ++i) {
+    const SiteRoutine& routine = model.Routine(model.unused[i]);
+    const SiteModule& module = model.ModuleOf(routine);
+    html += "<tr><th scope=\"row\">";
+    AppendLink(html, RoutineAddress(model, routine), EscapeCode(routine.record->name));
+    html.append(" <small>").append(RoutineKindText(routine.record->kind)).append("</small></th><td>");
+    AppendLink(html, module.page, EscapeCode(module.record->name));
+    html.append("</td><td>").append(GradeWithReason(*routine.unused)).append("</td></tr>\n");
+  }
+  html += "</tbody>\n</table>\n";
+}
+
 }  // namespace
 
-std::string PageHead(const SiteModel& model, std::string_view title, std::string_view file) {
+std::string PageHead(const SiteModel& model, std::string_view title, std::string_view file, bool isPart) {
   const std::string project = EscapeUtf8(model.project.title);
   std::string html =
       "<!DOCTYPE html>\n<html lang=\"de\">\n<head>\n<meta charset=\"utf-8\">\n"
@@ -173,7 +213,7 @@ std::string PageHead(const SiteModel& model, std::string_view title, std::string
   if (title != project) html.append(" – ").append(project);
   html.append("</title>\n<link rel=\"stylesheet\" href=\"").append(kStyleFile).append("\">\n</head>\n<body>\n");
   html.append("<header>\n<p>").append(project).append("</p>\n");
-  AppendNavigation(html, file);
+  AppendNavigation(html, file, isPart);
   return html.append("</header>\n<main>\n<h1>").append(title).append("</h1>\n");
 }
 
@@ -196,40 +236,46 @@ std::string StartPage(const SiteModel& model) {
   return html.append("</td><td></td></tr>\n</tfoot>\n</table>\n").append(kPageEnd);
 }
 
-std::string RoutinesPage(const SiteModel& model) {
-  const std::vector<LetterGroup> groups = GroupByLetter(model);
-  std::string html = PageHead(model, "Routinen von A bis Z", kRoutinesFile);
-  if (groups.empty()) return html.append("<p>Das Projekt hat keine Routinen.</p>\n").append(kPageEnd);
-  html += "<ul class=\"letters\">\n";
-  for (const LetterGroup& group : groups) {
-    const std::string title = group.Title();
-    html += "<li>";
-    AppendLink(html, "#" + title, title);
-    html += "</li>\n";
+std::vector<SitePage> RoutinePages(const SiteModel& model) {
+  const auto list = std::make_shared<RoutineList>(model);
+  std::vector<SitePage> pages;
+  pages.push_back({kRoutinesFile, [list] {
+                     std::string html = PageHead(list->model, "Routinen von A bis Z", kRoutinesFile);
+                     if (list->order.empty()) {
+                       return html.append("<p>Das Projekt hat keine Routinen.</p>\n").append(kPageEnd);
+                     }
+                     list->AppendLetters(html);
+                     if (list->pages.size() == 1) list->AppendItems(html, list->pages.front());
+                     return html.append(kPageEnd);
+                   }});
+  for (std::size_t page = 0; list->pages.size() > 1 && page < list->pages.size(); ++page) {
+    pages.push_back({list->pages[page].file, [list, page] {
+                       std::string html = PageHead(list->model, list->pages[page].title, kRoutinesFile, true);
+                       AppendListNavigation(html, list->pages, page, kRoutinesFile, "Alle Buchstaben");
+                       list->AppendItems(html, list->pages[page]);
+                       return html.append(kPageEnd);
+                     }});
   }
-  html += "</ul>\n";
-  for (const LetterGroup& group : groups) AppendLetter(html, model, group);
-  return html.append(kPageEnd);
+  return pages;
 }
 
-std::string UnusedPage(const SiteModel& model) {
-  std::string html = PageHead(model, "Routinen ohne Aufruf", kUnusedFile);
-  if (model.unused.empty()) return html.append("<p>Es gibt keine.</p>\n").append(kPageEnd);
-  AppendGrades(html, model);
-  html +=
-      "<table>\n<caption>Nach Modulen</caption>\n<thead>\n<tr><th scope=\"col\">Routine</th><th "
-      "scope=\"col\">Modul</th>"
-      "<th scope=\"col\">Einstufung</th></tr>\n</thead>\n<tbody>\n";
-  for (const int i : model.unused) {
-    const SiteRoutine& routine = model.Routine(i);
-    const SiteModule& module = model.ModuleOf(routine);
-    html += "<tr><th scope=\"row\">";
-    AppendLink(html, RoutineAddress(model, routine), EscapeCode(routine.record->name));
-    html.append(" <small>").append(RoutineKindText(routine.record->kind)).append("</small></th><td>");
-    AppendLink(html, module.page, EscapeCode(module.record->name));
-    html.append("</td><td>").append(GradeWithReason(*routine.unused)).append("</td></tr>\n");
+std::vector<SitePage> UnusedPages(const SiteModel& model) {
+  constexpr std::size_t kEntry = 280;
+  const auto list = std::make_shared<std::vector<ListPage>>(
+      DivideList("unbenutzt", "Routinen ohne Aufruf", std::vector<std::size_t>(model.unused.size(), kEntry), {}));
+  std::vector<SitePage> pages;
+  for (std::size_t page = 0; page < list->size(); ++page) {
+    pages.push_back({(*list)[page].file, [&model, list, page] {
+                       const ListPage& part = (*list)[page];
+                       std::string html = PageHead(model, part.title, kUnusedFile, page > 0);
+                       if (model.unused.empty()) return html.append("<p>Es gibt keine.</p>\n").append(kPageEnd);
+                       AppendListNavigation(html, *list, page, kUnusedFile, "Anfang der Liste");
+                       if (page == 0) AppendGrades(html, model);
+                       AppendUnused(html, model, part);
+                       return html.append(kPageEnd);
+                     }});
   }
-  return html.append("</tbody>\n</table>\n").append(kPageEnd);
+  return pages;
 }
 
 }  // namespace quillmate::output

@@ -108,6 +108,34 @@ std::string RoutineAddress(const SiteModel& model, const SiteRoutine& routine, i
   return address.append("#r-").append(routine.anchor);
 }
 
+void AppendDeclarationPlace(std::string& html, const SiteModel& model, symbols::SymbolId symbol) {
+  const symbols::Symbol& found = model.known.SymbolAt(symbol);
+  const int page = model.ModuleOf(found.module);
+  const bool local =
+      found.kind != symbols::SymbolKind::kControl && found.routine != symbols::kNone && !symbols::IsRoutine(found.kind);
+  const symbols::SymbolId around = local ? model.known.RoutineSymbol(found.module, found.routine) : symbols::kNone;
+  std::string name = EscapeUtf8(model.known.Modules()[found.module].name);
+  if (around != symbols::kNone) name.append(".").append(EscapeUtf8(model.known.Name(around)));
+  const std::uint32_t shown = page < 0 || found.line == 0 ? 0 : model.ShownLine(found.module, found.line);
+  if (shown == 0) {
+    page < 0 ? void(html += name) : AppendLink(html, model.Module(page).page, name);
+    return;
+  }
+  const std::string line = std::to_string(shown);
+  AppendLink(html, model.Module(page).page + "#z" + line, name + ", Zeile " + line);
+}
+
+void AppendUse(std::string& html, const SiteModel& model, const SiteUse& use, bool withModule) {
+  std::string text = std::to_string(use.line);
+  if (!use.hasPlace) {
+    html.append(withModule ? EscapeUtf8(model.known.Modules()[use.module].name) + " " : "").append(text);
+    return;
+  }
+  const SiteModule& module = model.Module(model.ModuleOf(use.module));
+  const std::string address = module.page + "#z" + text;
+  AppendLink(html, address, withModule ? EscapeCode(module.record->name) + " " + text : text);
+}
+
 void AppendLink(std::string& html, std::string_view address, std::string_view text) {
   html.append("<a href=\"").append(address).append("\">").append(text).append("</a>");
 }

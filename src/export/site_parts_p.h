@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "site_model_p.h"
+#include "site_uses_p.h"
 
 /// What several pages of a site have in common.
 namespace quillmate::output {
@@ -27,6 +28,11 @@ std::string Counted(std::int64_t number, std::string_view one, std::string_view 
 
 /// The address of what is told about a routine, seen from the page of a module (position; -1 for other pages).
 std::string RoutineAddress(const SiteModel& model, const SiteRoutine& routine, int fromModule = -1);
+
+/// Where a symbol is declared, with links: "mdlA.Start, Zeile 3".
+void AppendDeclarationPlace(std::string& html, const SiteModel& model, symbols::SymbolId symbol);
+/// A line that uses something, with a link and, on demand, its module's name.
+void AppendUse(std::string& html, const SiteModel& model, const SiteUse& use, bool withModule);
 
 /// A link; `text` is escaped.
 void AppendLink(std::string& html, std::string_view address, std::string_view text);

@@ -21,6 +21,7 @@
 #include <quillmate/text/windows1252.h>
 
 #include "codedb/scratch.h"
+#include "site_checker.h"
 
 namespace quillmate::output {
 
@@ -69,7 +70,8 @@ class SiteTest : public testing::Test {
         {{++routineNumber_}, module.number, name, kind, visibility, lines.header, line(lines.start), line(lines.end)});
   }
 
-  /// All files of the site by name. Unless `originals` knows another text the modules' code is what they show.
+  /// All files of the site by name, looked over. Unless `originals` knows another text the modules' code is what they
+  /// show.
   std::map<std::string, std::string> Write(const text::CodeLook& look = settings::LookOf({})) {
     symbols::Sources sources;
     symbols::ProjectSource& project = sources.projects.emplace_back();
@@ -97,7 +99,9 @@ class SiteTest : public testing::Test {
     std::filesystem::remove_all(site);
     std::filesystem::create_directories(site);
     WriteSite(project_, look, site);
-    return files::FilesIn(site);
+    std::map<std::string, std::string> files = files::FilesIn(site);
+    CheckSite(files);
+    return files;
   }
 
   /// The part of a page from `from` up to before `to`.

@@ -30,7 +30,8 @@ class SiteFolderTest : public SiteTest {
 };
 
 constexpr const char* kSite =
-    "abhaengigkeiten.html index.html modul-a.html quillmate-site.txt routinen.html stil.css suche.html suche.js "
+    "abhaengigkeiten.html deklarationen.html index.html modul-a.html quillmate-site.txt routinen.html stil.css "
+    "suche.html suche.js "
     "unbenutzt.html";
 
 TEST_F(SiteFolderTest, NewEmptyAndEarlierFolders) {
@@ -52,7 +53,8 @@ TEST_F(SiteFolderTest, NewEmptyAndEarlierFolders) {
   project_.modules.front().name = "b";
   Export();
   EXPECT_EQ(Names(Target()),
-            "LIESMICH.txt abhaengigkeiten.html bilder index.html modul-b.html quillmate-site.txt routinen.html "
+            "LIESMICH.txt abhaengigkeiten.html bilder deklarationen.html index.html modul-b.html quillmate-site.txt "
+            "routinen.html "
             "stil.css suche.html suche.js unbenutzt.html verweis");
   EXPECT_EQ(Read("bilder/a.png"), "bleibt");
   EXPECT_EQ(Read("verweis"), "bleibt");
@@ -69,7 +71,7 @@ TEST_F(SiteFolderTest, ForeignFoldersNeedForce) {
   EXPECT_EQ(Refusal(), path + ": Der Ordner ist nicht leer und keine HTML-Dokumentation");
   EXPECT_EQ(Names(Target()), "index.html notiz");
   EXPECT_EQ(Refusal(true), "");
-  EXPECT_EQ(Names(Target()), std::string(kSite).replace(44, 0, " notiz"));
+  EXPECT_EQ(Names(Target()), std::string(kSite).replace(std::string(kSite).find(" quillmate-site"), 0, " notiz"));
   EXPECT_EQ(Read("notiz"), "bleibt");
   EXPECT_NE(Read("index.html"), "fremd");
   EXPECT_EQ(Names(folder_ / "oben"), "ziel");

@@ -49,5 +49,84 @@ TEST_F(SiteReportsTest, SearchEntries) {
   EXPECT_NE(files.at("suche.html").find("<label for=\"suchfeld\">"), std::string::npos);
 }
 
+/// Kinds of declarations with their texts, places and uses.
+TEST_F(SiteTest, DeclarationsWithTheirUses) {
+  AddModule("m1", codedb::kStandard,
+            "Public Const GRENZE As Long = 5 + 1 ' oben\r\nPublic Enum eArt: eKauf = 1: eTausch: End Enum\r\n"
+            "Private Type tSatz\r\n  Nr As Long\r\nEnd Type\r\nPublic WithEvents o As c2, Ab#\r\n"
+            "Sub Los(Optional ByVal n As String = \"a,b\")\r\nStatic z As New Collection: Dim s As tSatz\r\n"
+            "s.Nr = GRENZE + eKauf: x = s.Nr + GRENZE\r\nWeiter: GoTo Weiter\r\nEnd Sub");
+  AddRoutine("Los", {7, 11});
+  AddModule("c2", codedb::kClass, "Public Event Fertig(ByVal Wie As Long)\r\nSub Tu()\r\nEnd Sub\r\nx = m1.GRENZE");
+  AddRoutine("Tu", {2, 3});
+  const std::string page = Write().at("deklarationen.html");
+  /// The cells of an entry without tags, but for the links' addresses.
+  const auto cells = [&](const std::string& anchor) {
+    const std::string row = Part(page, "<tr id=\"d-" + anchor + "\">", "</tr>");
+    std::string text;
+    for (std::size_t at = 0; at < row.size(); ++at) {
+      if (row[at] != '<') {
+        text += row[at];
+        continue;
+      }
+      const std::string_view tag = std::string_view(row).substr(at, row.find('>', at) - at);
+      if (tag.starts_with("<td")) text += " | ";
+      if (tag.starts_with("<a")) text += "[" + Attribute(tag, "href") + "]";
+      at += tag.size();
+    }
+    return text;
+  };
+  const struct {
+    const char *anchor, *expected;
+  } cases[] = {
+      {"m1.GRENZE",
+       "GRENZE | Public Const GRENZE As Long = 5 + 1 | [modul-m1.html#z1]m1, Zeile 1 | "
+       "liest [modul-m1.html#z9]m1 9, [modul-c2.html#z4]c2 4"},
+      {"m1.eArt-eKauf", "eKauf (eArt) | eKauf = 1 | [modul-m1.html#z2]m1, Zeile 2 | liest [modul-m1.html#z9]m1 9"},
+      {"m1.eArt-eTausch", "eTausch (eArt) | eTausch | [modul-m1.html#z2]m1, Zeile 2 | nirgends verwendet"},
+      {"m1.tSatz", "tSatz | Private Type tSatz | [modul-m1.html#z3]m1, Zeile 3 | Typ [modul-m1.html#z8]m1 8"},
+      {"m1.tSatz-Nr",
+       "Nr (tSatz) | Nr As Long | [modul-m1.html#z4]m1, Zeile 4 | liest [modul-m1.html#z9]m1 9; schreibt "
+       "[modul-m1.html#z9]m1 9"},
+      {"m1.o", "o | Public WithEvents o As c2 | [modul-m1.html#z6]m1, Zeile 6 | nirgends verwendet"},
+      {"m1.Ab", "Ab | Public Ab# | [modul-m1.html#z6]m1, Zeile 6 | nirgends verwendet"},
+      {"m1.Los-n",
+       "n | Optional ByVal n As String = &quot;a,b&quot; | [modul-m1.html#z7]m1.Los, Zeile 7 | nirgends verwendet"},
+      {"m1.Los-z", "z | Static z As New Collection | [modul-m1.html#z8]m1.Los, Zeile 8 | nirgends verwendet"},
+      {"m1.Los-x", "x | x nicht deklariert | [modul-m1.html#z9]m1.Los, Zeile 9 | nur geschrieben, nie gelesen"},
+      {"m1.Los-Weiter", "Weiter | Weiter | [modul-m1.html#z10]m1.Los, Zeile 10 | springt [modul-m1.html#z10]m1 10"},
+      {"c2.Fertig",
+       "Fertig | Public Event Fertig(ByVal Wie As Long) | [modul-c2.html#z1]c2, Zeile 1 | nirgends verwendet"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(cells(c.anchor), c.expected);
+  EXPECT_EQ(page.find("d-c2.Fertig-Wie"), std::string::npos);
+}
+
+/// Long lists are divided by kind, letter and at last by number; every entry and every link is still there.
+TEST_F(SiteTest, LongListsInSeveralPages) {
+  constexpr int kCount = 3000;
+  std::string code = "Sub B1()\r\nEnd Sub\r\nPublic Const ANFANG = 1\r\n";
+  for (int i = 0; i < kCount; ++i) code += "Public v" + std::to_string(i) + ", w" + std::to_string(i) + "\r\n";
+  AddModule("m1", codedb::kStandard, code);
+  AddRoutine("B1", {1, 2});
+  for (int i = 0; i < kCount; ++i) AddRoutine("a" + std::to_string(i), {});
+  const auto files = Write();
+  std::size_t entries = 0;
+  for (const auto& [name, page] : files) {
+    const bool isList = name.ends_with(".html") && name != "modul-m1.html";
+    EXPECT_TRUE(!isList || page.size() < 1'000'000) << name;
+    for (std::size_t at = page.find("<tr id=\"d-"); at != std::string::npos; at = page.find("<tr id=\"d-", at + 1)) {
+      ++entries;
+    }
+  }
+  EXPECT_EQ(entries, 2U * kCount + 2);
+  for (const char* const name : {"deklarationen-konstanten.html", "deklarationen-variablen-v.html",
+                                 "deklarationen-variablen-w-4.html", "routinen-a-2.html", "routinen-b.html"}) {
+    EXPECT_TRUE(files.contains(name)) << name;
+  }
+  EXPECT_NE(files.at("deklarationen.html").find("<a href=\"deklarationen-variablen-w.html#variablen-w\">W</a>"),
+            std::string::npos);
+}
+
 }  // namespace
 }  // namespace quillmate::output

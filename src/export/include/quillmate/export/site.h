@@ -19,6 +19,7 @@
 ///
 ///   index.html          the modules with kind, lines, routines and what they say about themselves; totals
 ///   routinen.html       all routines from A to Z
+///   deklarationen.html  everything that is declared, by project and kind, with every line that uses it
 ///   unbenutzt.html      the routines that nothing surely calls, with their grades
 ///   abhaengigkeiten.html  which module calls routines of which others, as a matrix and as a list, cycles marked
 ///   suche.html, suche.js  a search over names and comments
@@ -26,12 +27,14 @@
 ///   stil.css            colours and layout, light, dark and for print
 ///   quillmate-site.txt  a line that names its kind, then the names of all other files: what the program may replace
 ///
+/// Lists that are too long for one page go on in others, whose names begin alike and tell the kind or the letter.
+///
 /// Anchors of a module's page: "z" + line (1-based, of the stored text), "r-" + routine for what is told about it, "c-"
 /// + routine for its code. Names in files and anchors are ASCII and unique regardless of case. The same project gives
 /// the same bytes.
 ///
-/// Names in the code lead to the routines that they mean, callers and calls are told with their lines, possible ones
-/// apart: all of it as the understanding of the project binds it.
+/// Names in the code lead to the declarations that they mean, callers and calls are told with their lines, possible
+/// ones apart: all of it as the understanding of the project binds it.
 namespace quillmate::output {
 
 struct SiteProject {
@@ -53,8 +56,8 @@ using SiteProgress = std::function<void(std::size_t done, std::size_t total)>;
 inline constexpr const char* kSiteListFile = "quillmate-site.txt";
 
 /// Writes all files into an existing folder. Of the look the colours and the bold lines count, of the colours 24 bits;
-/// on dark ground they are made light enough to be read. Linear in the size of the project; holds the text of one
-/// module and its page at a time. Throws std::runtime_error (UTF-8, names the file) and what `progress` throws.
+/// on dark ground they are made light enough to be read. Linear in the size of the project; pages are made on all
+/// cores, a few at a time. Throws std::runtime_error (UTF-8, names the file) and what `progress` throws.
 void WriteSite(const SiteProject& project, const text::CodeLook& look, const std::filesystem::path& folder,
                const SiteProgress& progress = {});
 
