@@ -47,12 +47,7 @@ RoutineRecord Routine(int number, int module) {
 
 void AddModule(CodeDatabase& database, const std::vector<RoutineRecord>& routines) {
   for (const RoutineRecord& routine : routines) database.InsertRoutine(routine);
-  for (const RoutineRecord& routine : routines) {
-    database.UpdateStart(routine.number, *routine.start);
-    database.UpdateEnd(routine.number, *routine.end);
-  }
   const ModuleNumber number = routines.front().module;
-  database.UpdateDeclareEnds(number);
   database.InsertModule({number, "Modul" + std::to_string(number.value), kStandard, 700, {}});
 }
 

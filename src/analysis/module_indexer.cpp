@@ -1,7 +1,9 @@
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 
 #include <quillmate/analysis/module_indexer.h>
+#include <quillmate/codedb/codes.h>
 #include <quillmate/text/windows1252.h>
 
 namespace quillmate::analysis {
@@ -13,6 +15,20 @@ void CheckFits(const ScanResult& scan) {
     if (routine.headerLines <= std::numeric_limits<std::int16_t>::max()) continue;
     throw ModuleError("Der Kopf der Routine \"" + text::Utf8FromCode(routine.name.substr(0, 40)) + "\" hat " +
                       std::to_string(routine.headerLines) + " Zeilen, das sind zu viele");
+  }
+}
+
+/// Fills in the lines of the routines. A Declare ends with its header.
+void SetLines(ScanResult& scan) {
+  for (const RoutineLine& line : scan.lines) {
+    const auto routine = std::ranges::lower_bound(scan.routines, line.routine, {}, &codedb::RoutineRecord::number);
+    if (routine == scan.routines.end() || routine->number != line.routine) continue;
+    (line.isStart ? routine->start : routine->end) = line.line;
+  }
+  for (codedb::RoutineRecord& routine : scan.routines) {
+    if (!codedb::IsDeclare(routine.kind)) continue;
+    routine.end = routine.start;
+    if (routine.end) routine.end->value += routine.headerLines - 1;
   }
 }
 
@@ -31,16 +47,12 @@ void ScannedModule::Insert(codedb::CodeDatabase& database, ReadState& state) {
   const std::int32_t shift = again ? 0 : before;
   state.lastRoutine.value = scan_.last.value + shift;
   state.module.lines = scan_.lineCount;
+  SetLines(scan_);
   for (codedb::RoutineRecord& routine : scan_.routines) {
     routine.number.value += shift;
     routine.module = state.module.number;
     database.InsertRoutine(routine);
   }
-  for (const RoutineLine& line : scan_.lines) {
-    const codedb::RoutineNumber routine{line.routine.value + shift};
-    line.isStart ? database.UpdateStart(routine, line.line) : database.UpdateEnd(routine, line.line);
-  }
-  database.UpdateDeclareEnds(state.module.number);
   database.InsertModule(state.module);
 }
 

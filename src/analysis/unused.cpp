@@ -33,7 +33,7 @@ struct CandidateList {
 };
 
 bool IsCandidate(const codedb::RoutineRecord& routine) {
-  return !routine.name.empty() && (routine.kind < codedb::kLet || routine.kind > 10);
+  return !routine.name.empty() && (routine.kind < codedb::kLet || codedb::IsDeclare(routine.kind));
 }
 
 /// Whether the host or another class calls the routine for something that is in its module's code.

@@ -187,7 +187,9 @@ sqlite3_stmt* Connection::Bind(std::string_view form, std::initializer_list<JetV
   int index = 0;
   for (const JetValue& value : values) {
     ++index;
-    if (!value.isText) {
+    if (value.isNull) {
+      result = sqlite3_bind_null(prepared, index);
+    } else if (!value.isText) {
       result = sqlite3_bind_int(prepared, index, value.number);
     } else if (IsAscii(value.text)) {
       result = BindText(prepared, index, value.text, binding);

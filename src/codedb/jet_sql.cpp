@@ -238,9 +238,10 @@ std::string FillJetForm(std::string_view form, const std::vector<JetValue>& valu
     const std::size_t hole = form.find(kHole);
     const bool quoted = hole > 0 && form[hole - 1] == '\'';
     statement.append(form.substr(0, hole));
-    statement.append(!value.isText ? std::to_string(value.number)
-                     : quoted      ? QuoteLiteral(value.text)
-                                   : std::string(value.text));
+    statement.append(value.isNull    ? "NULL"
+                     : !value.isText ? std::to_string(value.number)
+                     : quoted        ? QuoteLiteral(value.text)
+                                     : std::string(value.text));
     form.remove_prefix(hole + kHole.size());
   }
   return statement.append(form);

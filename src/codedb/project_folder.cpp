@@ -96,17 +96,20 @@ ProjectReplacement::ProjectReplacement(const fs::path& target) {
   folder_ = std::make_unique<files::FolderReplacement>(target);
 }
 
-std::vector<fs::path> ProjectReplacement::Replaced() const {
+const std::vector<fs::path>& ProjectReplacement::OldNames() {
+  if (!oldNames_) oldNames_ = ProjectFiles(folder_->Target());
+  return *oldNames_;
+}
+
+std::vector<fs::path> ProjectReplacement::Replaced() {
   std::vector<fs::path> paths;
-  for (const auto& names : {ProjectFiles(folder_->Target()), folder_->Names()}) {
+  for (const auto& names : {OldNames(), folder_->Names()}) {
     for (const fs::path& name : names) paths.push_back(folder_->Target() / name);
   }
   return paths;
 }
 
-void ProjectReplacement::Commit() try {
-  folder_->Commit(ProjectFiles(folder_->Target()));
-} catch (const files::FileError& error) {
+void ProjectReplacement::Commit() try { folder_->Commit(OldNames()); } catch (const files::FileError& error) {
   if (error.Code() != std::errc::file_exists) throw;
   Fail(error.Path(), "Das gehört nicht zum Projekt und wird nicht überschrieben");
 }

@@ -19,15 +19,8 @@ constexpr std::string_view kInsertModule =
     "SELECT '?' AS AX1, '?' AS AX2, '?' AS AX3, '?' AS AX4";
 
 constexpr std::string_view kInsertRoutine =
-    "INSERT INTO td_rout(rou_typ,rou_open,anz_dec_zeilen,rou_name,rou_num,mod_num) "
-    "SELECT '?' AS AX1, '?' AS AX2, '?' AS AX3, '?' AS AX4, '?' AS AX5, '?' AS AX6";
-
-constexpr std::string_view kUpdateStart = "UPDATE td_rout SET td_rout.rou_start =? WHERE (([rou_num]=?));";
-constexpr std::string_view kUpdateEnd = "UPDATE td_rout SET td_rout.rou_ende =? WHERE (([rou_num]=?));";
-
-constexpr std::string_view kUpdateDeclareEnds =
-    "UPDATE td_rout SET td_rout.rou_ende = [rou_start]+([anz_dec_zeilen]-1)"
-    " WHERE (([rou_typ]>10) And (mod_num=?));";
+    "INSERT INTO td_rout(rou_typ,rou_open,anz_dec_zeilen,rou_name,rou_num,mod_num,rou_start,rou_ende) "
+    "SELECT '?' AS AX1, '?' AS AX2, '?' AS AX3, '?' AS AX4, '?' AS AX5, '?' AS AX6, ? AS AX7, ? AS AX8";
 
 constexpr std::string_view kModules = "SELECT mod_num, mod_name, mod_typ, mod_zeilen FROM td_mod ORDER BY mod_num;";
 
@@ -133,6 +126,8 @@ std::int32_t TakeNumber(std::string_view& key) {
   return number;
 }
 
+JetValue ValueOf(const std::optional<Line>& line) { return line ? JetValue(line->value) : JetValue(kNull); }
+
 }  // namespace
 
 /// The records of a form's statement, which is free again when this goes.
@@ -189,14 +184,8 @@ void CodeDatabase::InsertModule(const ModuleRecord& module) {
 
 void CodeDatabase::InsertRoutine(const RoutineRecord& routine) {
   Execute(kInsertRoutine, {routine.kind, routine.visibility, routine.headerLines, routine.name, routine.number.value,
-                           routine.module.value});
+                           routine.module.value, ValueOf(routine.start), ValueOf(routine.end)});
 }
-
-void CodeDatabase::UpdateStart(RoutineNumber routine, Line line) { Execute(kUpdateStart, {line.value, routine.value}); }
-
-void CodeDatabase::UpdateEnd(RoutineNumber routine, Line line) { Execute(kUpdateEnd, {line.value, routine.value}); }
-
-void CodeDatabase::UpdateDeclareEnds(ModuleNumber module) { Execute(kUpdateDeclareEnds, {module.value}); }
 
 std::vector<ModuleRecord> CodeDatabase::Modules() {
   std::vector<ModuleRecord> modules;

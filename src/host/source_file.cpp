@@ -54,7 +54,7 @@ SourceBytes ReadSourceFile(const fs::path& file, std::string& buffer, int codePa
   // A file may be filled up with NUL bytes to the end of its last block.
   if (!utf16) buffer.resize(buffer.find_last_not_of('\0') + 1);
   if (buffer.empty() || !HoldsText(buffer)) return {{}, "Datei enthält keinen Text"};
-  if (!utf16) std::replace(buffer.begin(), buffer.end(), '\0', ' ');
+  if (!utf16 && buffer.find('\0') != std::string::npos) std::replace(buffer.begin(), buffer.end(), '\0', ' ');
   buffer = office::DecodeModuleBytes(std::move(buffer), codePage);
   return {buffer, {}};
 }

@@ -169,7 +169,9 @@ TEST(CodeDatabase, ColumnsRefuseWhatDoesNotFit) {
   const std::string refused = MessageOf<DatabaseError>([&] {
     index.database.InsertRoutine({{2}, {1}, "S's", kSub, kPublic, 40000, {}, {}});
   });
-  EXPECT_TRUE(refused.ends_with("SELECT '1' AS AX1, '1' AS AX2, '40000' AS AX3, 'S''s' AS AX4, '2' AS AX5, '1' AS AX6"))
+  EXPECT_NE(refused.find("\"anz_dec_zeilen\""), std::string::npos) << refused;
+  EXPECT_NE(refused.find("SELECT '1' AS AX1, '1' AS AX2, '40000' AS AX3, 'S''s' AS AX4, '2' AS AX5, '1' AS AX6, "),
+            std::string::npos)
       << refused;
   EXPECT_THROW(index.SetLine("rou_start", "3000000000", 1), DatabaseError);
   EXPECT_THROW(index.SetLine("rou_ende", "2.5", 1), DatabaseError);

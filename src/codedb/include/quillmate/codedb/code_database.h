@@ -92,12 +92,8 @@ class CodeDatabase {
 
   /// The module's row.
   void InsertModule(const ModuleRecord& module);
-  /// The routine's row without its lines, which are found later.
+  /// The routine's row.
   void InsertRoutine(const RoutineRecord& routine);
-  void UpdateStart(RoutineNumber routine, Line line);
-  void UpdateEnd(RoutineNumber routine, Line line);
-  /// A Declare ends with its header.
-  void UpdateDeclareEnds(ModuleNumber module);
 
   // All of the index.
 

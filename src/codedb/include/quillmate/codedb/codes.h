@@ -21,6 +21,8 @@ enum RoutineKind : int {
   kDeclareFunction = 12
 };
 
+constexpr bool IsDeclare(int kind) noexcept { return kind > 10; }
+
 /// `rou_open`.
 enum Visibility : int { kPublic = 1, kPrivate = 2, kFriend = 3 };
 

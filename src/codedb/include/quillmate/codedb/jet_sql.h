@@ -28,8 +28,12 @@ class JetSyntaxError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// What goes into a hole. The text is Windows-1252.
+struct JetNull {};
+inline constexpr JetNull kNull;
+
+/// What goes into a hole. The text is Windows-1252. NULL goes into one for a number only.
 struct JetValue {
+  JetValue(JetNull) : isNull(true) {}
   JetValue(std::int32_t value) : number(value) {}
   JetValue(std::string_view value) : text(value), isText(true) {}
   JetValue(const std::string& value) : text(value), isText(true) {}
@@ -37,6 +41,7 @@ struct JetValue {
   std::int32_t number = 0;
   std::string_view text;
   bool isText = false;
+  bool isNull = false;
 };
 
 /// A statement (Windows-1252) as SQLite takes it (UTF-8). Throws JetSyntaxError.

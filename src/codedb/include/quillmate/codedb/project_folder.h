@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <quillmate/files/replacement.h>
@@ -37,11 +38,15 @@ class ProjectReplacement {
   /// Where the files of the new project are to be made.
   const std::filesystem::path& Path() const noexcept { return folder_->Path(); }
   /// The full paths of what Commit replaces or removes, known once the new files are made.
-  std::vector<std::filesystem::path> Replaced() const;
+  std::vector<std::filesystem::path> Replaced();
   void Commit();
 
  private:
+  const std::vector<std::filesystem::path>& OldNames();
+
   std::unique_ptr<files::FolderReplacement> folder_;
+  /// Of the target's files; looked up once, since the whole index is checked for it.
+  std::optional<std::vector<std::filesystem::path>> oldNames_;
 };
 
 }  // namespace quillmate::codedb
