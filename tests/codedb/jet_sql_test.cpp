@@ -64,6 +64,7 @@ TEST(JetSql, FormsAreStatementsWithHoles) {
   const std::string_view update = "UPDATE a SET a.x =? WHERE ((y='?') AND (z<>2));";
   EXPECT_EQ(Tight(TranslateJetForm(update)), "UPDATE a SET x = ? WHERE((y = ?) AND(z <> 2))");
   EXPECT_EQ(FillJetForm(update, {-1, std::string_view("'")}), "UPDATE a SET a.x =-1 WHERE ((y='''') AND (z<>2));");
+  EXPECT_EQ(FillJetForm(update, {kNull, std::string_view("b")}), "UPDATE a SET a.x =NULL WHERE ((y='b') AND (z<>2));");
 }
 
 TEST(JetSql, WhatIsNoStatementIsRefused) {
