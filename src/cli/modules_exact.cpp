@@ -10,6 +10,7 @@
 #include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/collation.h>
 #include <quillmate/export/outline.h>
+#include <quillmate/symbols/exact_routines.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
@@ -23,89 +24,21 @@
 namespace quillmate::cli {
 namespace {
 
-using language::DeclarationKind;
+using symbols::ExactName;
+using symbols::ExactRoutine;
+using symbols::ExactRoutines;
+using symbols::IndexKind;
+using symbols::IndexVisibility;
 using symbols::ReferenceIndex;
 
-int KindOf(language::ModuleKind kind) {
-  switch (kind) {
-    case language::ModuleKind::kStandard:
-      return codedb::kStandard;
-    case language::ModuleKind::kClass:
-      return codedb::kClass;
-    case language::ModuleKind::kForm:
-      return codedb::kForm;
-    case language::ModuleKind::kDocument:
-      return codedb::kDocument;
-    default:
-      return codedb::kOtherKind;
-  }
-}
-
-int KindOf(DeclarationKind kind) {
-  switch (kind) {
-    case DeclarationKind::kFunction:
-      return codedb::kFunction;
-    case DeclarationKind::kPropertyLet:
-      return codedb::kLet;
-    case DeclarationKind::kPropertyGet:
-      return codedb::kGet;
-    case DeclarationKind::kPropertySet:
-      return codedb::kSet;
-    case DeclarationKind::kDeclareSub:
-      return codedb::kDeclareSub;
-    case DeclarationKind::kDeclareFunction:
-      return codedb::kDeclareFunction;
-    default:
-      return codedb::kSub;
-  }
-}
-
-int VisibilityOf(language::Visibility visibility) {
-  switch (visibility) {
-    case language::Visibility::kPrivate:
-      return codedb::kPrivate;
-    case language::Visibility::kFriend:
-      return codedb::kFriend;
-    default:
-      return codedb::kPublic;
-  }
-}
-
-struct Found {
-  language::Index declaration;
-  std::uint32_t first, headerLast, last;
-};
-
-/// Routines and Declares by place.
-std::vector<Found> RoutinesOf(const language::Module& module) {
-  std::vector<Found> found;
-  for (const language::Routine& routine : module.routines) {
-    found.push_back({routine.declaration, routine.firstLine, routine.headerLastLine, routine.lastLine});
-  }
-  for (std::size_t i = 0; i < module.declarations.size(); ++i) {
-    const language::Declaration& declaration = module.declarations[i];
-    if (declaration.kind == DeclarationKind::kDeclareSub || declaration.kind == DeclarationKind::kDeclareFunction) {
-      found.push_back(
-          {static_cast<language::Index>(i), declaration.firstLine, declaration.lastLine, declaration.lastLine});
-    }
-  }
-  std::ranges::stable_sort(found, {}, &Found::first);
-  return found;
-}
-
-std::string Spelled(const language::Module& module, const language::Declaration& declaration) {
-  const std::string_view name = module.Spelling(declaration);
-  return std::string(name.empty() ? std::string_view("(ohne Namen)") : name);
-}
-
-void AppendRoutine(std::string& json, const ReferenceIndex& index, symbols::Index module, const Found& routine,
+void AppendRoutine(std::string& json, const ReferenceIndex& index, symbols::Index module, const ExactRoutine& routine,
                    std::int64_t number) {
   const language::Module& code = index.Code(module);
   const language::Declaration& declaration = code.declarations[routine.declaration];
   json += "{\"rou_num\":" + std::to_string(number);
-  AppendMember(json, "rou_name", Spelled(code, declaration));
-  AppendMember(json, "rou_typ", static_cast<std::uint32_t>(KindOf(declaration.kind)));
-  AppendMember(json, "rou_open", static_cast<std::uint32_t>(VisibilityOf(declaration.visibility)));
+  AppendMember(json, "rou_name", ExactName(code, routine));
+  AppendMember(json, "rou_typ", static_cast<std::uint32_t>(IndexKind(declaration.kind)));
+  AppendMember(json, "rou_open", static_cast<std::uint32_t>(IndexVisibility(declaration.visibility)));
   AppendMember(json, "anz_dec_zeilen", routine.headerLast - routine.first + 1);
   AppendMember(json, "rou_start", index.EditorLine(module, routine.first));
   AppendMember(json, "rou_ende", index.EditorLine(module, routine.last));
@@ -132,10 +65,10 @@ std::string Json(const ReferenceIndex& index) {
     AppendModuleJson(json, index, i);
     AppendMember(json, "mod_num", i + 1);
     AppendMember(json, "mod_name", index.Modules()[i].name);
-    AppendMember(json, "mod_typ", static_cast<std::uint32_t>(KindOf(index.Modules()[i].kind)));
+    AppendMember(json, "mod_typ", static_cast<std::uint32_t>(IndexKind(index.Modules()[i].kind)));
     json += ",\"mod_zeilen\":" + std::to_string(LinesOf(index, i)) + ",\"routines\":";
     JsonLines routines(json);
-    for (const Found& routine : RoutinesOf(index.Code(i))) {
+    for (const ExactRoutine& routine : ExactRoutines(index.Code(i))) {
       routines.Next();
       AppendRoutine(json, index, i, routine, ++number);
     }
@@ -155,17 +88,17 @@ std::vector<codedb::ModuleRecord> Records(const ReferenceIndex& index) {
     codedb::ModuleRecord& module = records.emplace_back();
     module.number = {static_cast<std::int32_t>(i) + 1};
     module.name = text::CodeFromUtf8(index.Modules()[i].name);
-    module.kind = KindOf(index.Modules()[i].kind);
+    module.kind = IndexKind(index.Modules()[i].kind);
     module.lines = static_cast<std::int32_t>(LinesOf(index, i));
     const language::Module& code = index.Code(i);
-    for (const Found& found : RoutinesOf(code)) {
+    for (const ExactRoutine& found : ExactRoutines(code)) {
       codedb::RoutineRecord& routine = module.routines.emplace_back();
       const language::Declaration& declaration = code.declarations[found.declaration];
       ++number.value;
       routine.number = number;
-      routine.name = text::CodeFromUtf8(Spelled(code, declaration));
-      routine.kind = KindOf(declaration.kind);
-      routine.visibility = VisibilityOf(declaration.visibility);
+      routine.name = text::CodeFromUtf8(ExactName(code, found));
+      routine.kind = IndexKind(declaration.kind);
+      routine.visibility = IndexVisibility(declaration.visibility);
       routine.headerLines = static_cast<int>(found.headerLast - found.first + 1);
       routine.start = codedb::Line{static_cast<std::int32_t>(index.EditorLine(i, found.first))};
       routine.end = codedb::Line{static_cast<std::int32_t>(index.EditorLine(i, found.last))};
@@ -180,7 +113,7 @@ std::vector<output::OutlineNode> OutlineNodes(const ReferenceIndex& index) {
   std::vector<symbols::Index> modules(index.Modules().size());
   std::iota(modules.begin(), modules.end(), symbols::Index{0});
   std::ranges::stable_sort(modules, [&](symbols::Index a, symbols::Index b) {
-    const int kinds = KindOf(index.Modules()[a].kind) - KindOf(index.Modules()[b].kind);
+    const int kinds = IndexKind(index.Modules()[a].kind) - IndexKind(index.Modules()[b].kind);
     return kinds != 0 ? kinds < 0 : byName(index.Modules()[a].name, index.Modules()[b].name);
   });
   std::vector<output::OutlineNode> nodes;
@@ -189,8 +122,7 @@ std::vector<output::OutlineNode> OutlineNodes(const ReferenceIndex& index) {
     nodes.push_back({index.Modules()[module].name, -1});
     std::vector<std::string> names;
     const language::Module& code = index.Code(module);
-    for (const Found& routine : RoutinesOf(code))
-      names.push_back(Spelled(code, code.declarations[routine.declaration]));
+    for (const ExactRoutine& routine : ExactRoutines(code)) names.push_back(ExactName(code, routine));
     std::ranges::stable_sort(names, byName);
     for (std::string& name : names) nodes.push_back({std::move(name), parent});
   }

@@ -7,47 +7,14 @@
 #include <quillmate/codedb/collation.h>
 #include <quillmate/project/exact_outline.h>
 #include <quillmate/project/understanding.h>
+#include <quillmate/symbols/exact_routines.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
 namespace quillmate::project {
 namespace {
 
-using language::DeclarationKind;
-
-bool IsDeclare(DeclarationKind kind) {
-  return kind == DeclarationKind::kDeclareSub || kind == DeclarationKind::kDeclareFunction;
-}
-
-int KindOf(DeclarationKind kind) {
-  switch (kind) {
-    case DeclarationKind::kFunction:
-      return codedb::kFunction;
-    case DeclarationKind::kPropertyLet:
-      return codedb::kLet;
-    case DeclarationKind::kPropertyGet:
-      return codedb::kGet;
-    case DeclarationKind::kPropertySet:
-      return codedb::kSet;
-    case DeclarationKind::kDeclareSub:
-      return codedb::kDeclareSub;
-    case DeclarationKind::kDeclareFunction:
-      return codedb::kDeclareFunction;
-    default:
-      return codedb::kSub;
-  }
-}
-
-int VisibilityOf(language::Visibility visibility) {
-  switch (visibility) {
-    case language::Visibility::kPrivate:
-      return codedb::kPrivate;
-    case language::Visibility::kFriend:
-      return codedb::kFriend;
-    default:
-      return codedb::kPublic;
-  }
-}
+using symbols::ExactRoutine;
 
 struct Entry {
   std::int32_t start = 0;
@@ -71,10 +38,10 @@ std::vector<Entry> OutlineOf(const codedb::ModuleRecord& module) {
 
 std::vector<Entry> OutlineOf(const language::Module& code, const symbols::ModulePlaces& places) {
   std::vector<Entry> outline;
-  for (const ExactRoutine& routine : ExactRoutines(code)) {
+  for (const ExactRoutine& routine : symbols::ExactRoutines(code)) {
     const language::Declaration& declaration = code.declarations[routine.declaration];
     outline.push_back({static_cast<std::int32_t>(places.ShownLine(routine.first)),
-                       text::CodeFromUtf8(code.Spelling(declaration)), KindOf(declaration.kind),
+                       text::CodeFromUtf8(code.Spelling(declaration)), symbols::IndexKind(declaration.kind),
                        static_cast<std::int32_t>(places.ShownLine(routine.last))});
   }
   std::ranges::stable_sort(outline, {}, &Entry::start);
@@ -111,26 +78,6 @@ std::string Counted(int count, const char* text) {
 }
 
 }  // namespace
-
-std::vector<ExactRoutine> ExactRoutines(const language::Module& module) {
-  std::vector<ExactRoutine> found;
-  for (const language::Routine& routine : module.routines) {
-    found.push_back({routine.declaration, routine.firstLine, routine.headerLastLine, routine.lastLine});
-  }
-  for (std::size_t i = 0; i < module.declarations.size(); ++i) {
-    const language::Declaration& declaration = module.declarations[i];
-    if (!IsDeclare(declaration.kind)) continue;
-    found.push_back(
-        {static_cast<symbols::Index>(i), declaration.firstLine, declaration.lastLine, declaration.lastLine});
-  }
-  std::ranges::stable_sort(found, {}, &ExactRoutine::first);
-  return found;
-}
-
-std::string ExactName(const language::Module& module, const ExactRoutine& routine) {
-  const std::string_view name = module.Spelling(module.declarations[routine.declaration]);
-  return std::string(name.empty() ? std::string_view("(ohne Namen)") : name);
-}
 
 std::string DifferenceText(const OutlineDifference& difference) {
   std::string text;
@@ -172,8 +119,8 @@ ExactTree MakeExactTree(const Understanding& understanding, const navigation::Pr
     if (known == symbols::kNone) continue;
     const language::Module& code = understanding.Index().Code(known);
     std::vector<std::pair<std::string, ExactRoutine>> routines;
-    for (const ExactRoutine& routine : ExactRoutines(code)) {
-      routines.emplace_back(ExactName(code, routine), routine);
+    for (const ExactRoutine& routine : symbols::ExactRoutines(code)) {
+      routines.emplace_back(symbols::ExactName(code, routine), routine);
     }
     std::ranges::stable_sort(routines,
                              [](const auto& a, const auto& b) { return codedb::CompareText(a.first, b.first) < 0; });
@@ -181,7 +128,9 @@ ExactTree MakeExactTree(const Understanding& understanding, const navigation::Pr
       const language::Declaration& declaration = code.declarations[routine.declaration];
       ++number.value;
       made.tree.Add({module, number, text::CodeFromUtf8(name),
-                     codedb::RoutineImageKey(KindOf(declaration.kind), VisibilityOf(declaration.visibility)), parent});
+                     codedb::RoutineImageKey(symbols::IndexKind(declaration.kind),
+                                             symbols::IndexVisibility(declaration.visibility)),
+                     parent});
       made.lines.push_back({static_cast<std::int32_t>(understanding.ShownLine(known, routine.first))});
     }
   }

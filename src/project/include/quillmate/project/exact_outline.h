@@ -14,20 +14,6 @@ namespace quillmate::project {
 
 class Understanding;
 
-/// A routine or Declare. Lines are those of the module's text.
-struct ExactRoutine {
-  symbols::Index declaration = symbols::kNone;  ///< into Module::declarations
-  std::uint32_t first = 0;
-  std::uint32_t headerLast = 0;
-  std::uint32_t last = 0;
-};
-
-/// By place.
-std::vector<ExactRoutine> ExactRoutines(const language::Module& module);
-
-/// As written, UTF-8; "(ohne Namen)" where the code has none.
-std::string ExactName(const language::Module& module, const ExactRoutine& routine);
-
 /// How the routines of a module differ.
 struct OutlineDifference {
   codedb::ModuleNumber module;
