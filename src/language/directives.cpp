@@ -147,6 +147,7 @@ void Parser::EnterBranch(Group& group, bool condition) {
   group.branchRoutines = module_->routines.size();
   // Dead text in a routine is left alone; elsewhere its routines are listed.
   group.deadInRoutine = dead && routine_ != kNone;
+  deadBlock_ = false;
 }
 
 /// Keeps the state at the end of a branch and whether it left a routine open.

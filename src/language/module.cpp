@@ -115,6 +115,7 @@ void Module::Clear() {
   controls.clear();
   eventProperties.clear();
   problems.clear();
+  deadNames.clear();
   tokens.clear();
   statements.clear();
   names.clear();
@@ -134,6 +135,7 @@ void Module::Shrink() {
   controls.shrink_to_fit();
   eventProperties.shrink_to_fit();
   problems.shrink_to_fit();
+  deadNames.shrink_to_fit();
   tokens.shrink_to_fit();
   statements.shrink_to_fit();
   names.shrink_to_fit();

@@ -211,7 +211,13 @@ class Parser {
   void SettleVariants(Routine& routine);
   void CountLines(Routine& routine) const;
   void FindDescription(Routine& routine, std::uint32_t previousLast) const;
+
+  // --------------------------------------------------------------------------------------------- dead_text.cpp
+
   void ParseDeadLine();
+  void KeepDeadNames();
+  std::uint32_t KeepDeadStatement(std::uint32_t first);
+  bool IsDeadUse(std::uint32_t at, std::uint32_t first, bool parameters) const;
 
   // -------------------------------------------------------------------------------------------- directives.cpp
 
@@ -309,6 +315,7 @@ class Parser {
   std::vector<bool> inlineIfs_;  ///< one-line Ifs of the line, true once their Else has come
 
   Activity activity_ = Activity::kActive;
+  bool deadBlock_ = false;  ///< a Type or Enum is open in dead text
   std::vector<Group> groups_;
   std::vector<std::uint32_t> openDirectives_;  ///< offsets of "#If" without an "#End If"
   std::size_t headerGroups_ = 0;               ///< groups whose `header` is the open routine

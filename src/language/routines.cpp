@@ -194,21 +194,4 @@ void Parser::FindDescription(Routine& routine, std::uint32_t previousLast) const
   routine.descriptionLast = routine.firstLine - 1;
 }
 
-/// A line of a dead branch: only where routines begin and end is read.
-void Parser::ParseDeadLine() {
-  if (groups_.back().deadInRoutine) return;
-  while (tokens_[at_].kind != TokenKind::kEnd) {
-    const Header header = FindHeader(at_);
-    const bool end = AtWord(kWordEnd) &&
-                     (IsWord(at_ + 1, kWordSub) || IsWord(at_ + 1, kWordFunction) || IsWord(at_ + 1, kWordProperty));
-    if (header.name != 0) {
-      ParseHeader(header);
-    } else if (end && routine_ != kNone) {
-      at_ += 2;
-      EndRoutine(tokens_[at_ - 1].name);
-    }
-    while (tokens_[at_].kind != TokenKind::kEnd && !TakeOperator(Operator::kColon)) ++at_;
-  }
-}
-
 }  // namespace quillmate::language

@@ -316,12 +316,18 @@ void JoinHandlers(ReferenceIndex::Data& data) {
       data.mentions.push_back(
           {Within(mention.name, data.modules[module].project), module, mention.string, mention.routine});
     }
+    const language::Module& code = data.code[module];
+    for (const language::DeadName& dead : code.deadNames) {
+      const NameHash key = Within(code.NameHash(dead.name), data.modules[module].project);
+      data.deadMentions.push_back({key, module, dead.routine, dead.line});
+    }
   }
   std::sort(data.handlers.begin(), data.handlers.end(),
             [](const auto& a, const auto& b) { return a.routine < b.routine; });
   std::sort(data.handledBy.begin(), data.handledBy.end());
   std::stable_sort(data.mentions.begin(), data.mentions.end(),
                    [](const Mention& a, const Mention& b) { return a.key < b.key; });
+  std::sort(data.deadMentions.begin(), data.deadMentions.end());
 }
 
 }  // namespace quillmate::symbols

@@ -27,6 +27,16 @@ struct Mention {
   Index routine;
 };
 
+/// A name in dead code: `key` is Within(name, project).
+struct DeadMention {
+  NameHash key;
+  Index module;
+  Index routine;
+  std::uint32_t line;
+
+  auto operator<=>(const DeadMention&) const = default;
+};
+
 /// Numbers in rows: row n is numbers[offsets[n]] to numbers[offsets[n + 1]].
 struct Rows {
   std::vector<Index> offsets;
@@ -66,11 +76,12 @@ struct ReferenceIndex::Data {
   std::vector<HostCall> hostCalls;  ///< sorted by routine
   /// Buttons and the like of a project's own routines that it does not have.
   std::vector<ExternalBinding> looseBindings;
-  std::vector<Mention> mentions;   ///< sorted by key
-  std::vector<bool> callsByName;   ///< by project: calls members whose names the code does not tell
-  std::vector<bool> wholeTypes;    ///< by symbol: types whose members something outside may look at
-  std::vector<bool> addressTaken;  ///< by symbol: routines that AddressOf hands out
-  std::vector<bool> eventObjects;  ///< by symbol: variables and controls whose events are handled
+  std::vector<Mention> mentions;          ///< sorted by key
+  std::vector<DeadMention> deadMentions;  ///< sorted
+  std::vector<bool> callsByName;          ///< by project: calls members whose names the code does not tell
+  std::vector<bool> wholeTypes;           ///< by symbol: types whose members something outside may look at
+  std::vector<bool> addressTaken;         ///< by symbol: routines that AddressOf hands out
+  std::vector<bool> eventObjects;         ///< by symbol: variables and controls whose events are handled
 
   SymbolId SymbolOf(Index module, Local local) const noexcept { return rawSymbols[tables.rawBases[module] + local]; }
   const Handled* HandlerOf(SymbolId routine) const noexcept;

@@ -48,9 +48,10 @@ class Grader {
   void CollectUses(SymbolId id, bool headers, Evidence& evidence) const;
   void Weigh(SymbolId id, Index number, Evidence& evidence) const;
   void CollectThroughMember(SymbolId routine, Evidence& evidence) const;
-  bool IsUsedOtherwise(SymbolId id) const;
+  std::vector<SymbolId> EnumMembers(SymbolId id) const;
   std::optional<std::string> Signature(SymbolId parameter) const;
   const Mention* MentionOf(SymbolId id) const;
+  const DeadMention* DeadMentionOf(SymbolId id) const;
   std::string PlaceOf(Index number, SymbolId id) const;
   std::string LinePlace(Index module, std::uint32_t line) const;
 
@@ -194,6 +195,11 @@ Evidence Grader::Collect(SymbolId id) const {
     const bool written = (data_.symbols[id].flags & symbol_flag::kFirstWritten) != 0;
     (written ? evidence.written : evidence.used) = true;
   }
+  // An Enum is there for its members.
+  for (const SymbolId member : EnumMembers(id)) {
+    if (evidence.used) break;
+    CollectUses(member, true, evidence);
+  }
   if (!evidence.used) CollectThroughMember(id, evidence);
   return evidence;
 }
@@ -210,17 +216,17 @@ void Grader::CollectThroughMember(SymbolId routine, Evidence& evidence) const {
   evidence.bound = handler->kind == HandlerKind::kInterface;
 }
 
-/// What is used without being named.
-bool Grader::IsUsedOtherwise(SymbolId id) const {
+/// The members of an Enum; nothing for anything else.
+std::vector<SymbolId> Grader::EnumMembers(SymbolId id) const {
+  std::vector<SymbolId> members;
   const Symbol& symbol = data_.symbols[id];
-  if (data_.eventObjects[id]) return true;
-  if (symbol.kind != SymbolKind::kEnum) return false;
+  if (symbol.kind != SymbolKind::kEnum) return members;
   const language::Declaration& declared = data_.code[symbol.module].declarations[symbol.declaration];
   for (std::uint32_t child = 0; child < declared.childCount; ++child) {
     const SymbolId member = data_.SymbolOf(symbol.module, declared.firstChild + child + 1);
-    if (member != kNone && Collect(member).used) return true;
+    if (member != kNone) members.push_back(member);
   }
-  return false;
+  return members;
 }
 
 /// Why a parameter has to be there although nothing reads it.
@@ -251,6 +257,33 @@ const Mention* Grader::MentionOf(SymbolId id) const {
   return nullptr;
 }
 
+/// A name in dead code that may mean the symbol: what lies in a routine only there, what is private in its module.
+const DeadMention* Grader::DeadMentionOf(SymbolId id) const {
+  const Symbol& symbol = data_.symbols[id];
+  if (symbol.declaration == kNone || data_.deadMentions.empty()) return nullptr;
+  const language::Module& code = data_.code[symbol.module];
+  const NameHash key =
+      Within(code.NameHash(code.declarations[symbol.declaration].name), data_.modules[symbol.module].project);
+  const auto from = [&](Index module, Index routine) {
+    return std::lower_bound(data_.deadMentions.begin(), data_.deadMentions.end(), DeadMention{key, module, routine, 0});
+  };
+  const bool routine = IsRoutine(symbol.kind);
+  const bool local = !routine && symbol.routine != kNone;
+  const auto isPrivate = [&](SymbolId of) { return data_.symbols[of].visibility == Visibility::kPrivate; };
+  const bool ownModule = isPrivate(id) || (symbol.parent != kNone && isPrivate(symbol.parent));
+  auto at = local ? from(symbol.module, symbol.routine) : from(ownModule ? symbol.module : 0, 0);
+  const auto fits = [&] {
+    if (at == data_.deadMentions.end() || at->key != key) return false;
+    if (local) return at->module == symbol.module && at->routine == symbol.routine;
+    return !ownModule || at->module == symbol.module;
+  };
+  // A routine's own name in its own dead code is no use of it.
+  if (routine && fits() && at->module == symbol.module && at->routine == symbol.routine) {
+    at = from(symbol.module, symbol.routine + 1);
+  }
+  return fits() ? &*at : nullptr;
+}
+
 std::string Grader::LinePlace(Index module, std::uint32_t line) const {
   return data_.modules[module].name + ":" + std::to_string(index_.EditorLine(module, line));
 }
@@ -263,7 +296,7 @@ std::string Grader::PlaceOf(Index number, SymbolId id) const {
 std::optional<UnusedSymbol> Grader::Of(SymbolId id) const {
   if (!IsListed(id)) return std::nullopt;
   const Evidence evidence = Collect(id);
-  if (evidence.used || IsUsedOtherwise(id)) return std::nullopt;
+  if (evidence.used || data_.eventObjects[id]) return std::nullopt;
   const Symbol& symbol = data_.symbols[id];
   if (IsRoutine(symbol.kind)) {
     const std::vector<std::string> places = index_.HostPlaces(id);
@@ -302,6 +335,13 @@ std::optional<UnusedSymbol> Grader::Of(SymbolId id) const {
   if (evidence.written) return UnusedSymbol{id, Grade::kWritten, "nur geschrieben, nie gelesen", {}};
   if (evidence.inactive != kNone) {
     return UnusedSymbol{id, Grade::kInactive, "nur in inaktivem Code verwendet", PlaceOf(evidence.inactive, id)};
+  }
+  const DeadMention* dead = DeadMentionOf(id);
+  for (const SymbolId member : EnumMembers(id)) {
+    if (dead == nullptr) dead = DeadMentionOf(member);
+  }
+  if (dead != nullptr) {
+    return UnusedSymbol{id, Grade::kInactive, "nur in inaktivem Code verwendet", LinePlace(dead->module, dead->line)};
   }
   if ((symbol.flags & symbol_flag::kInactive) != 0)
     return UnusedSymbol{id, Grade::kInactive, "steht in inaktivem Code", {}};

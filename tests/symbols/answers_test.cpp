@@ -130,6 +130,32 @@ const GradeCase kGrades[] = {
      "x.A: z = y(1): End Sub",
      {"A@1 = used", "B@2 = used", "E@3 = used", "I_A@6 = used", "I_B@7 = possible implementiert",
       "v_E@8 = host Ereignis", "Wert@9 = used", "Offen@11 = possible Element einer nach außen", "Zu@12 = certain"}},
+    {"only dead code uses it, declares it, or names it elsewhere",
+     "== class K\nPrivate Sub P(): End Sub\nPublic Sub Q(): End Sub\nEvent E()\n== module M\n"
+     "Private Sub A(): End Sub\nConst k = 1\nDim v\nType T: m As Long: n As Long: End Type\nEnum F: x: y: End Enum\n"
+     "Declare Sub D Lib \"l\" ()\nProperty Get G(): End Property\nSub S(u, w): Dim a1, b1\n#If False Then\nCall A: z = "
+     "k + "
+     "v: Dim t1 As T: t1.m = x: D: z = G: RaiseEvent E: GoTo Weg: P: Q: u = a1\nConst y = 1, n = 2: S u:=w\n"
+     "#End If\nWeg: End Sub\n#If 0 Then\nSub H(b1, w): I\nEnd Sub\n#End If\n"
+     "Sub I(): End Sub\nEnum L: a2: End Enum\nEnum N: b2: End Enum\n#If False Then\nEnum O\na2 = b2\nEnd Enum\n"
+     "#End If",
+     {"P@1 = certain",   "Q@2 = inactive nur in inaktivem Code verwendet M:10",
+      "E@3 = inactive",  "A@4 = inactive",
+      "k@5 = inactive",  "v@6 = inactive",
+      "T@7 = inactive",  "m@7 = inactive",
+      "n@7 = certain",   "F@8 = inactive",
+      "x@8 = inactive",  "y@8 = certain",
+      "D@9 = inactive",  "G@10 = inactive",
+      "S@11 = certain",  "u@11 = inactive",
+      "w@11 = inactive", "a1@11 = inactive",
+      "b1@11 = certain", "Weg@16 = inactive",
+      "I@21 = inactive", "L@22 = certain",
+      "a2@22 = certain", "N@23 = inactive",
+      "b2@23 = inactive"}},
+    {"an Enum goes with its members",
+     "== module M\nEnum E: a: b: End Enum\nEnum F: a: c: End Enum\nSub S(): x = a: End Sub\n#If Mac Then\n"
+     "Sub T(): x = d: End Sub\n#End If\nEnum G: d: End Enum",
+     {"E@1 = possible Name, der mehreres", "F@2 = possible", "b@1 = certain", "G@7 = inactive"}},
     {"one of two under #If is listed, the other is it",
      "== module M\n#If VBA7 Then\nDeclare PtrSafe Sub D Lib \"l\" (p)\nDeclare PtrSafe Sub E Lib \"l\" "
      "()\n#Else\nDeclare "

@@ -64,6 +64,7 @@ struct Module {
   std::vector<Control> controls;
   std::vector<EventProperty> eventProperties;
   std::vector<Problem> problems;
+  std::vector<DeadName> deadNames;
 
   std::vector<Token> tokens;          ///< only with ParseOptions::keepTokens
   std::vector<Statement> statements;  ///< only with ParseOptions::keepStatements

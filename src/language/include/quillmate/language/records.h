@@ -30,7 +30,7 @@ enum class LineClass : std::uint8_t {
 
 /// What conditional compilation makes of a line. Inactive code is read like any other and its records are marked; dead
 /// code stands in a branch whose own condition is a literal that is never true ("#If False", "#If 0"): its routines are
-/// listed, nothing else in it declares or uses anything.
+/// listed, nothing else in it declares or uses anything; its names are only kept as names.
 enum class Activity : std::uint8_t { kActive, kInactive, kDead };
 
 struct PhysicalLine {
@@ -206,6 +206,13 @@ struct NameUse {
   Role role;
   Access access;
   std::uint32_t flags;  ///< use_flag
+};
+
+/// A name in dead code, whatever it may mean there. What such code declares is left out.
+struct DeadName {
+  NameId name;
+  std::uint32_t line;
+  Index routine;  ///< around it, the dead ones included; kNone outside of all
 };
 
 /// A string literal that is not empty.
