@@ -9,14 +9,12 @@
 
 #include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/collation.h>
-#include <quillmate/export/outline.h>
 #include <quillmate/symbols/exact_routines.h>
-#include <quillmate/text/markers.h>
-#include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
 #include "json.h"
 #include "module_list.h"
+#include "outline_text.h"
 #include "output.h"
 #include "symbol_json.h"
 #include "understanding.h"
@@ -108,7 +106,7 @@ std::vector<codedb::ModuleRecord> Records(const ReferenceIndex& index) {
 }
 
 /// Modules by kind and name, routines by name, as everywhere else.
-std::vector<output::OutlineNode> OutlineNodes(const ReferenceIndex& index) {
+std::vector<OutlineModule> OutlineModules(const ReferenceIndex& index) {
   const auto byName = [](const auto& a, const auto& b) { return codedb::CompareText(a, b) < 0; };
   std::vector<symbols::Index> modules(index.Modules().size());
   std::iota(modules.begin(), modules.end(), symbols::Index{0});
@@ -116,17 +114,18 @@ std::vector<output::OutlineNode> OutlineNodes(const ReferenceIndex& index) {
     const int kinds = IndexKind(index.Modules()[a].kind) - IndexKind(index.Modules()[b].kind);
     return kinds != 0 ? kinds < 0 : byName(index.Modules()[a].name, index.Modules()[b].name);
   });
-  std::vector<output::OutlineNode> nodes;
+  std::vector<OutlineModule> outline;
   for (const symbols::Index module : modules) {
-    const int parent = static_cast<int>(nodes.size());
-    nodes.push_back({index.Modules()[module].name, -1});
+    const symbols::ModuleInfo& info = index.Modules()[module];
+    const symbols::ProjectInfo& project = index.Projects()[info.project];
     std::vector<std::string> names;
     const language::Module& code = index.Code(module);
     for (const ExactRoutine& routine : ExactRoutines(code)) names.push_back(ExactName(code, routine));
     std::ranges::stable_sort(names, byName);
-    for (std::string& name : names) nodes.push_back({std::move(name), parent});
+    outline.push_back(
+        {ProjectHeading(project.name, project.file, info.file), std::int64_t{module}, info.name, std::move(names)});
   }
-  return nodes;
+  return outline;
 }
 
 }  // namespace
@@ -138,7 +137,7 @@ void RunModulesExact(const Invocation& invocation) {
 
 void RunOutlineExact(const Invocation& invocation) {
   const ReferenceIndex index = ReadUnderstanding(invocation);
-  WriteWhole(invocation.output, text::ReplaceAll(output::BuildOutline(OutlineNodes(index)), text::kLineBreak, "\n"));
+  WriteWhole(invocation.output, OutlineText(OutlineModules(index)));
 }
 
 }  // namespace quillmate::cli

@@ -2,6 +2,8 @@
 
 #include <quillmate/codedb/code_database.h>
 
+#include "outline_text.h"
+
 namespace quillmate::cli {
 namespace {
 
@@ -35,6 +37,14 @@ void Provenance::Append(JsonObject& object, std::string& json, codedb::ModuleNum
   const codedb::ProjectFacts& project = facts_->projects[static_cast<std::size_t>(facts.project)];
   AppendText(object, json, "file", facts.file.empty() ? project.file : facts.file);
   AppendText(object, json, "project", project.name);
+}
+
+std::string Provenance::Heading(codedb::ModuleNumber module) const {
+  const auto found = modules_.find(module.value);
+  if (found == modules_.end()) return {};
+  const codedb::ModuleFacts& facts = *found->second.facts;
+  const codedb::ProjectFacts& project = facts_->projects[static_cast<std::size_t>(facts.project)];
+  return ProjectHeading(project.name, project.file, facts.file);
 }
 
 std::optional<std::int64_t> Provenance::SourceLine(codedb::ModuleNumber module,

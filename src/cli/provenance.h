@@ -21,6 +21,8 @@ class Provenance {
 
   /// Appends the members "file" and "project" to the object in `json`.
   void Append(JsonObject& object, std::string& json, codedb::ModuleNumber module) const;
+  /// ProjectHeading of the module.
+  std::string Heading(codedb::ModuleNumber module) const;
   /// The line of the module's own file that stands in a line of the stored text.
   std::optional<std::int64_t> SourceLine(codedb::ModuleNumber module, std::optional<codedb::Line> line) const;
 

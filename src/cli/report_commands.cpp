@@ -1,30 +1,38 @@
 #include <quillmate/codedb/records.h>
-#include <quillmate/export/outline.h>
 #include <quillmate/navigation/project_tree.h>
-#include <quillmate/text/markers.h>
-#include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
 #include "commands.h"
 #include "module_list.h"
 #include "modules_exact.h"
+#include "outline_text.h"
 #include "output.h"
 #include "project_input.h"
+#include "provenance.h"
 #include "run_options.h"
 
 namespace quillmate::cli {
 namespace {
 
-std::vector<output::OutlineNode> OutlineNodes(codedb::CodeDatabase& database) {
+/// As the tree has them.
+std::vector<OutlineModule> OutlineModules(ProjectInput& input) {
   navigation::ProjectTree tree;
-  navigation::FillModuleNodes(database, tree);
-  navigation::FillRoutineNodes(database, tree);
-  std::vector<output::OutlineNode> nodes;
-  nodes.reserve(tree.nodes.size());
-  for (navigation::TreeNode& node : tree.nodes) {
-    nodes.push_back({std::move(node.text), node.parent});
+  navigation::FillModuleNodes(input.Database(), tree);
+  navigation::FillRoutineNodes(input.Database(), tree);
+  const Provenance provenance(input.Folder());
+  std::vector<OutlineModule> modules;
+  std::vector<std::size_t> places(tree.nodes.size());
+  for (std::size_t i = 0; i < tree.nodes.size(); ++i) {
+    const navigation::TreeNode& node = tree.nodes[i];
+    std::string name = text::Utf8FromCode(node.text);
+    if (node.parent < 0) {
+      places[i] = modules.size();
+      modules.push_back({provenance.Heading(node.module), node.module.value, std::move(name), {}});
+    } else {
+      modules[places[static_cast<std::size_t>(node.parent)]].routines.push_back(std::move(name));
+    }
   }
-  return nodes;
+  return modules;
 }
 
 }  // namespace
@@ -40,8 +48,7 @@ void RunModules(const Invocation& invocation) {
 void RunOutline(const Invocation& invocation) {
   if (invocation.exact) return RunOutlineExact(invocation);
   ProjectInput input(invocation, RunOptions(invocation));
-  const std::string outline = output::BuildOutline(OutlineNodes(input.Database()));
-  WriteWhole(invocation.output, text::Utf8FromCode(text::ReplaceAll(outline, text::kLineBreak, "\n")));
+  WriteWhole(invocation.output, OutlineText(OutlineModules(input)));
 }
 
 }  // namespace quillmate::cli

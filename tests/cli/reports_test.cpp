@@ -35,6 +35,19 @@ TEST_F(CliTest, EmptyProjectHasEmptyReports) {
   for (const char* const line : {"modules p", "outline p", "text p"}) EXPECT_EQ(Run(line), Success());
 }
 
+/// Several projects: each with its line, module files of their own without one.
+TEST_F(CliTest, OutlineOfSeveralProjects) {
+  for (const char* const file : {"q/m.bas", "p/m.bas", "z.bas"}) {
+    Write(file, "Attribute VB_Name = \"M\"\nSub B()\n\nEnd Sub\nSub A()\n\nEnd Sub\n");
+  }
+  const auto project = [&](const std::string& name) { return name + " (" + Full(name) + ")\n\tM\n\t\tA\n\t\tB\n"; };
+  ASSERT_EQ(Run("index -o saved q z.bas p").status, 0);
+  for (const char* const line : {"outline q z.bas p", "outline --exact q z.bas p", "outline saved"}) {
+    EXPECT_EQ(Run(line), Success(project("q") + "M\n\tA\n\tB\n" + project("p"))) << line;
+  }
+  EXPECT_EQ(Run("outline q"), Success("M\n\tA\n\tB\n"));
+}
+
 /// Everything that is asked of the understanding has one answer, whether the project was saved or not.
 TEST_F(CliTest, ASavedProjectMeansWhatItsSourcesMean) {
   Write("a.bas",
