@@ -82,7 +82,9 @@ class Writer {
     const bool isSure = edge.certainty == symbols::Certainty::kSure || edge.certainty == symbols::Certainty::kHost;
     svg_.append("<path class=\"edge").append(isSure ? "" : " possible").append(edge.isCycle ? " cycle" : "");
     svg_ += "\" d=\"M" + Number(x1) + " " + Number(y1) + " C" + Number(x1 + bend) + " " + Number(y1) + " " +
-            Number(x2 - bend) + " " + Number(y2) + " " + Number(x2) + " " + Number(y2) + "\"/>\n";
+            Number(x2 - bend) + " " + Number(y2) + " " + Number(x2) + " " + Number(y2) + "\"/>";
+    svg_.append("<path class=\"head").append(edge.isCycle ? " cycle" : "");
+    svg_ += "\" d=\"M" + Number(x2) + " " + Number(y2) + "l-7 -3.5v7z\"/>\n";
   }
 
   void Text(const PictureNode& node, double line, std::string_view text, bool bold) {
@@ -118,7 +120,8 @@ const std::string_view kCallPictureStyle =
     ".calls .entry rect{fill:#e4f3e3;stroke:#3b7d3a}.calls .outside rect{fill:#fdf1d4;stroke:#9a6b00}"
     ".calls .more rect{stroke-dasharray:4 3}.calls .cycle rect{stroke:#b3261e}"
     ".calls .edge{fill:none;stroke:#6b7688;stroke-width:1.3}.calls .possible{stroke-dasharray:5 4}"
-    ".calls .edge.cycle{stroke:#b3261e}.calls a:hover rect{stroke-width:2}";
+    ".calls .edge.cycle{stroke:#b3261e}.calls .head{fill:#6b7688}.calls .head.cycle{fill:#b3261e}.calls a:hover "
+    "rect{stroke-width:2}";
 
 std::string CallPictureSvg(const symbols::CallPicture& picture, const CallPictureSvgOptions& options) {
   return Writer(picture, options).Write();

@@ -106,8 +106,12 @@ constexpr Command kCommands[] = {
 
     {kShowHierarchy, "mnuAnalyse_Hierarchie", MenuId::kAnalysis, "Aufruf&hierarchie", "Ctrl+Shift+H", "", kWithProject,
      false},
-    {kListFindings, "mnuAnalyse_Befunde", MenuId::kAnalysis, "&Befunde", "", "", kWithProject, true},
-    {kListUnused, "mnuAnalyse_Unbenutztes", MenuId::kAnalysis, "&Unbenutztes", "", "", kWithProject, false},
+    {kShowCallPicture, "mnuAnalyse_Aufrufbild", MenuId::kAnalysis, "Aufruf&bild", "Ctrl+Shift+B", "", kWithProject,
+     false},
+    {kShowDependencies, "mnuAnalyse_Abhaengigkeiten", MenuId::kAnalysis, "&Abhängigkeiten der Module", "", "",
+     kWithProject, false},
+    {kListFindings, "mnuAnalyse_Befunde", MenuId::kAnalysis, "Bef&unde", "", "", kWithProject, true},
+    {kListUnused, "mnuAnalyse_Unbenutztes", MenuId::kAnalysis, "Unb&enutztes", "", "", kWithProject, false},
     {kListMetrics, "mnuAnalyse_Kennzahlen", MenuId::kAnalysis, "&Kennzahlen", "", "", kWithProject, false},
 
     {kReadVbFiles, "mnuVB", MenuId::kExtras, "&VB Einlesen", "", "", kAlways, false},

@@ -80,6 +80,8 @@ enum class CommandId {
   kCopyModuleText,
   // Analyse
   kShowHierarchy,
+  kShowCallPicture,
+  kShowDependencies,
   kListFindings,
   kListUnused,
   kListMetrics,

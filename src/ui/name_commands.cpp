@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <quillmate/navigation/identifier.h>
+#include <quillmate/symbols/module_uses.h>
 
 #include "qt_text.h"
 #include "symbol_text.h"
@@ -77,8 +78,7 @@ NameCommands::NameCommands(const ListDesk& desk, CodeArea& code, CodeKnowledge& 
   connect(&hierarchy_, &CallPanel::PlaceChosen, this,
           [this](const project::TextStretch& place) { interaction_.Guarded([this, place] { GoToStretch(place); }); });
   connect(&uses_, &UsePanel::CopyWanted, this, [this] { interaction_.Guarded([this] { CopyList(desk_, Texts()); }); });
-  connect(&uses_, &UsePanel::SaveWanted, this,
-          [this] { interaction_.Guarded([this] { SaveList(desk_, QStringLiteral("Verwendungen"), Texts()); }); });
+  connect(&uses_, &UsePanel::SaveWanted, this, [this] { interaction_.Guarded([this] { SaveList(desk_, Texts()); }); });
   code_.SetAnswers({[this](std::size_t offset) -> std::optional<navigation::TextMatch> {
                       const Meant meant = MeantAt(offset);
                       if (meant.targets.empty()) return std::nullopt;
@@ -93,7 +93,7 @@ NameCommands::NameCommands(const ListDesk& desk, CodeArea& code, CodeKnowledge& 
 }
 
 ListTexts NameCommands::Texts() {
-  return {[this] { return uses_.AsText(); }, [this] { return uses_.AsCsv(); }};
+  return {uses_.AsTable(), [this] { return uses_.AsText(); }};
 }
 
 std::shared_ptr<const project::Understanding> NameCommands::Known() {
@@ -200,6 +200,14 @@ void NameCommands::ShowUses() {
                      : QStringLiteral("\"%1\" ist im Projekt nicht deklariert.").arg(name));
 }
 
+void NameCommands::ListUsesBetween(symbols::Index from, symbols::Index to) {
+  const auto known = Known();
+  if (known == nullptr) return;
+  uses_.ShowUses(known,
+                 QStringLiteral("%1 in %2").arg(ModuleText(known->Index(), to), ModuleText(known->Index(), from)),
+                 symbols::UsesBetween(known->Index(), from, to));
+}
+
 void NameCommands::ListUses(const std::vector<SymbolId>& targets) {
   const auto known = Known();
   if (known == nullptr || targets.empty()) return;
@@ -207,24 +215,24 @@ void NameCommands::ListUses(const std::vector<SymbolId>& targets) {
   uses_.ShowUses(known, QualifiedName(known->Index(), targets.front()), UsesOf(known->Index(), all));
 }
 
-void NameCommands::ShowHierarchy() {
+symbols::SymbolId NameCommands::RoutineAtCaret() {
   const auto known = Known();
-  if (known == nullptr) return;
+  if (known == nullptr) return symbols::kNone;
   const symbols::ReferenceIndex& index = known->Index();
   const Meant meant = MeantAt(code_.Caret());
   const auto called = std::ranges::find_if(
       meant.targets, [&](SymbolId target) { return symbols::IsCallable(index.SymbolAt(target).kind); });
-  SymbolId routine = called == meant.targets.end() ? symbols::kNone : *called;
+  if (called != meant.targets.end()) return *called;
   const auto place = known->PlaceAt(session_.Views().Current(), session_.View(), code_.Caret());
-  if (routine == symbols::kNone && place) {
-    const symbols::Index around = index.Code(place->module).RoutineAt(place->line);
-    if (around != symbols::kNone) routine = index.RoutineSymbol(place->module, around);
-  }
-  if (routine == symbols::kNone) {
-    Say(QStringLiteral("An der Schreibmarke steht keine Routine."));
-  } else {
-    hierarchy_.ShowRoutine(known, routine);
-  }
+  const symbols::Index around = place ? index.Code(place->module).RoutineAt(place->line) : symbols::kNone;
+  const SymbolId routine = around == symbols::kNone ? symbols::kNone : index.RoutineSymbol(place->module, around);
+  if (routine == symbols::kNone) Say(QStringLiteral("An der Schreibmarke steht keine Routine."));
+  return routine;
+}
+
+void NameCommands::ShowHierarchy() {
+  const SymbolId routine = RoutineAtCaret();
+  if (routine != symbols::kNone) hierarchy_.ShowRoutine(knowledge_.Get(), routine);
 }
 
 void NameCommands::StepThroughUses(int steps) {

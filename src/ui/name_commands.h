@@ -31,6 +31,8 @@ class NameCommands : public QObject {
   void ShowUses();
   /// Of the routine whose name stands at the caret, else of the one around it.
   void ShowHierarchy();
+  /// That routine, or a word to the user and kNone.
+  symbols::SymbolId RoutineAtCaret();
   /// The use behind the current one of the list, or before it; once around.
   void StepThroughUses(int steps);
   /// Asks for a line of the visible module.
@@ -41,7 +43,8 @@ class NameCommands : public QObject {
   /// Shows a declaration; one that stands nowhere (a control) by its module.
   void GoToSymbol(symbols::SymbolId symbol);
   void GoToStretch(const project::TextStretch& stretch);
-  /// Shows the list of uses of a declaration.
+  /// Shows the list of uses of a declaration, or of what one module declares in another.
+  void ListUsesBetween(symbols::Index from, symbols::Index to);
   void ListUses(const std::vector<symbols::SymbolId>& targets);
 
  private:

@@ -13,10 +13,12 @@
 
 #include "about_box.h"
 #include "accessible_names.h"
+#include "call_picture_window.h"
 #include "display_size.h"
 #include "help.h"
 #include "icons.h"
 #include "list_window.h"
+#include "matrix_window.h"
 #include "options_dialog.h"
 #include "qt_text.h"
 #include "splitter.h"
@@ -186,6 +188,8 @@ void Shell::ConnectSession() {
     window_.setUpdatesEnabled(false);
     delete window_.findChild<UnusedWindow*>();
     qDeleteAll(window_.findChildren<ListWindow*>());
+    delete window_.findChild<CallPictureWindow*>();
+    delete window_.findChild<MatrixWindow*>();
     waiting_ = nullptr;
     knowledge_.Drop();
     quickOpen_->Forget();
@@ -268,6 +272,8 @@ void Shell::ConnectNames() {
   connect(&knowledge_, &CodeKnowledge::Arrived, this, &Shell::TakeKnowledge);
   connect(uses_, &UsePanel::Left, this, [this] { code_->Editor().setFocus(); });
   connect(hierarchy_, &CallPanel::Left, this, [this] { code_->Editor().setFocus(); });
+  connect(hierarchy_, &CallPanel::PictureWanted, this,
+          [this](symbols::SymbolId routine) { interaction_.Guarded([this, routine] { ShowCallPicture(routine); }); });
   connect(quickOpen_, &QuickOpen::Chosen, this,
           [this](symbols::SymbolId symbol) { interaction_.Guarded([this, symbol] { names_.GoToSymbol(symbol); }); });
   connect(&projects_, &ProjectCommands::AboutToCopy, this, [this] { knowledge_.FinishReading(); });
@@ -509,6 +515,40 @@ void Shell::ShowList(MakeList& make) {
   list->show();
 }
 
+void Shell::ShowCallPicture(symbols::SymbolId routine) {
+  const auto known = knowledge_.Get();
+  if (known == nullptr || routine == symbols::kNone) return;
+  auto* picture = window_.findChild<CallPictureWindow*>();
+  if (picture == nullptr) {
+    picture = new CallPictureWindow(&window_, Desk(), known, routine);
+    connect(picture, &CallPictureWindow::RoutineChosen, this,
+            [this](symbols::SymbolId chosen) { interaction_.Guarded([this, chosen] { names_.GoToSymbol(chosen); }); });
+  } else {
+    picture->ShowRoutine(routine);
+  }
+  picture->show();
+  picture->raise();
+  picture->activateWindow();
+}
+
+void Shell::ShowDependencies() {
+  const auto known = knowledge_.Get();
+  if (known == nullptr) {
+    interaction_.ShowProgress(ToUtf8(knowledge_.MissingText()));
+    return;
+  }
+  delete window_.findChild<MatrixWindow*>();
+  MatrixWindow* matrix = nullptr;
+  {
+    const Working working(interaction_);
+    matrix = new MatrixWindow(&window_, Desk(), known);
+  }
+  connect(matrix, &MatrixWindow::UsesWanted, this, [this](symbols::Index from, symbols::Index to) {
+    interaction_.Guarded([this, from, to] { names_.ListUsesBetween(from, to); });
+  });
+  matrix->show();
+}
+
 void Shell::ShowOptions() {
   auto* dialog = new OptionsDialog(&window_, interaction_, services_.globals, services_.settings);
   connect(dialog, &QDialog::accepted, this, &Shell::ApplyOptions);
@@ -677,6 +717,10 @@ void Shell::Carry(CommandId command) {
       return exports_.CopyModuleText();
     case kShowHierarchy:
       return names_.ShowHierarchy();
+    case kShowCallPicture:
+      return ShowCallPicture(names_.RoutineAtCaret());
+    case kShowDependencies:
+      return WhenKnown([this] { ShowDependencies(); });
     case kListFindings:
       return WhenKnown([this] { ShowList(FindingList); });
     case kListUnused:

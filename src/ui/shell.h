@@ -93,6 +93,8 @@ class Shell : public QObject {
   using MakeList = ListSource(const std::shared_ptr<const project::Understanding>&);
   void ShowList(MakeList& make);
   ListDesk Desk() { return {interaction_, services_.globals, session_, readFiles_}; }
+  void ShowCallPicture(symbols::SymbolId routine);
+  void ShowDependencies();
   void ShowOptions();
   void ShowAbout();
   void ApplyOptions();

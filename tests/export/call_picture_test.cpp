@@ -31,7 +31,7 @@ TEST(CallPictureSvg, DrawsEveryNodeAndEveryCall) {
 
   const std::string file = CallPictureSvg(picture, {"Aufrufe von <X>", {}, true});
   EXPECT_EQ(Count(file, "<g class="), 5);
-  EXPECT_EQ(Count(file, "<path "), static_cast<std::ptrdiff_t>(picture.edges.size()));
+  EXPECT_EQ(Count(file, "<path class=.edge"), static_cast<std::ptrdiff_t>(picture.edges.size()));
   EXPECT_EQ(Count(file, ">X ↻</text>"), 1);
   EXPECT_EQ(Count(file, ">Y</text>"), 1) << "the title of a node is text";
   EXPECT_EQ(Count(file, "<title>Aufrufe von &lt;X&gt;</title>"), 1);

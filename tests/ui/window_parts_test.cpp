@@ -11,14 +11,11 @@
 
 #include "about_box.h"
 #include "desktop_look.h"
-#include "unused_report.h"
 #include "window_test.h"
 
 namespace quillmate::testing {
 namespace {
 
-using analysis::UnusedClass;
-using analysis::UnusedRoutine;
 using ui::MessageIcon;
 
 class PartsTest : public WindowTest {
@@ -205,13 +202,6 @@ TEST_F(PartsTest, UnusedRoutinesAreListedShownCopiedAndSaved) {
 
   LeaveProject();
   EXPECT_EQ(Dialog("frmUnbenutzt"), nullptr) << "the list goes with its project";
-}
-
-TEST(UnusedReport, CsvQuotesWhatNeedsIt) {
-  const std::vector<ui::JudgedRoutine> routines = {{{1, 1, "a;b", "\"c\""}, symbols::Grade::kHost, {}},
-                                                   {{1, 2, "\374", "d"}, symbols::Grade::kSelf, {}}};
-  EXPECT_EQ(ui::UnusedCsv(routines),
-            "\xEF\xBB\xBFModul;Routine;Klasse\r\n\"a;b\";\"\"\"c\"\"\";vom Host\r\nü;d;nur selbst\r\n");
 }
 
 TEST(DesktopLook, IsReadableInTheDarkAndComesBack) {

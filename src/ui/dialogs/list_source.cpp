@@ -97,6 +97,28 @@ QVariant FindingCell(const project::Understanding& known, const checks::Finding&
 
 }  // namespace
 
+void WriteRow(const ListSource& list, std::size_t row, output::TableSink& sink) {
+  for (std::size_t column = 0; column < list.columns.size(); ++column) {
+    const QVariant cell = list.cell(row, static_cast<int>(column));
+    if (list.columns[column].isNumber) {
+      sink.Number(cell.toLongLong());
+    } else {
+      sink.Text(ToUtf8(cell.toString()));
+    }
+  }
+  sink.EndRow();
+}
+
+output::Table TableOf(const ListSource& list) {
+  output::Table table;
+  table.name = ToUtf8(list.title);
+  for (const ListColumn& column : list.columns) table.heads.push_back(ToUtf8(column.title));
+  table.rows = [list](output::TableSink& sink) {
+    for (std::size_t row = 0; row < list.rows; ++row) WriteRow(list, row, sink);
+  };
+  return table;
+}
+
 ListSource FindingList(const std::shared_ptr<const project::Understanding>& known) {
   auto found = std::make_shared<const std::vector<checks::Finding>>(checks::RunChecks(known->Index()));
   ListSource list;

@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include <quillmate/export/table.h>
 #include <quillmate/project/understanding.h>
 
 /// The lists of the menu "Analyse" as rows that are made when they are seen.
@@ -35,6 +36,10 @@ struct ListSource {
   /// Where a row leads.
   std::function<project::TextStretch(std::size_t row)> place;
 };
+
+/// All rows of a list in their order, and one of them.
+output::Table TableOf(const ListSource& list);
+void WriteRow(const ListSource& list, std::size_t row, output::TableSink& sink);
 
 /// Everything that nothing uses, of every kind, with the reason.
 ListSource UnusedList(const std::shared_ptr<const project::Understanding>& known);

@@ -1,6 +1,5 @@
 #include "list_window.h"
 
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLocale>
@@ -9,9 +8,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include <quillmate/export/csv.h>
-
-#include "qt_text.h"
+#include "button_row.h"
 
 namespace quillmate::ui {
 namespace {
@@ -67,24 +64,12 @@ ListWindow::ListWindow(QWidget* parent, const ListDesk& desk, ListSource source)
 }
 
 QWidget* ListWindow::MakeButtons() {
-  auto* row = new QWidget;
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addStretch();
-  const auto add = [this, layout](const char* name, const char* caption, auto&& run) {
-    auto* button = new QPushButton(QString::fromUtf8(caption));
-    button->setObjectName(QString::fromLatin1(name));
-    button->setAutoDefault(false);
-    layout->addWidget(button);
-    connect(button, &QPushButton::clicked, this, run);
-    return button;
-  };
+  auto* row = new ButtonRow;
   QPushButton* copy =
-      add("cmdKopieren", "&Kopieren", [this] { desk_.interaction.Guarded([this] { CopyList(desk_, Texts()); }); });
-  QPushButton* save = add("cmdSpeichern", "S&peichern ...", [this] {
-    desk_.interaction.Guarded([this] { SaveList(desk_, model_->Source().title, Texts()); });
-  });
-  add("cmdSchliessen", "S&chließen", [this] { close(); });
+      row->Add("cmdKopieren", "&Kopieren", [this] { desk_.interaction.Guarded([this] { CopyList(desk_, Texts()); }); });
+  QPushButton* save = row->Add("cmdSpeichern", "S&peichern ...",
+                               [this] { desk_.interaction.Guarded([this] { SaveList(desk_, Texts()); }); });
+  row->Add("cmdSchliessen", "S&chließen", [this] { close(); });
   copy->setDisabled(model_->Source().rows == 0);
   save->setDisabled(model_->Source().rows == 0);
   return row;
@@ -106,41 +91,11 @@ void ListWindow::Choose(const QModelIndex& index) {
 }
 
 ListTexts ListWindow::Texts() const {
-  const auto each = [this](const std::function<void(const std::vector<QVariant>&)>& row) {
-    for (int at = 0; at < model_->rowCount(); ++at) {
-      std::vector<QVariant> cells;
-      for (int column = 0; column < model_->columnCount(); ++column) {
-        cells.push_back(model_->Source().cell(model_->SourceRow(at), column));
-      }
-      row(cells);
-    }
+  output::Table table = TableOf(model_->Source());
+  table.rows = [this](output::TableSink& sink) {
+    for (int row = 0; row < model_->rowCount(); ++row) WriteRow(model_->Source(), model_->SourceRow(row), sink);
   };
-  return {[each] {
-            std::string text;
-            each([&text](const std::vector<QVariant>& cells) {
-              for (const QVariant& cell : cells) text += ToUtf8(cell.toString()) + '\t';
-              text.back() = '\n';
-            });
-            return text;
-          },
-          [each, this] {
-            std::string csv(output::kCsvStart);
-            output::CsvRow head(csv);
-            for (const ListColumn& column : model_->Source().columns) head.Text(ToUtf8(column.title));
-            head.End();
-            each([&](const std::vector<QVariant>& cells) {
-              output::CsvRow row(csv);
-              for (std::size_t column = 0; column < cells.size(); ++column) {
-                if (model_->Source().columns[column].isNumber) {
-                  row.Number(cells[column].toLongLong());
-                } else {
-                  row.Text(ToUtf8(cells[column].toString()));
-                }
-              }
-              row.End();
-            });
-            return csv;
-          }};
+  return {table};
 }
 
 bool ListWindow::eventFilter(QObject* watched, QEvent* event) {

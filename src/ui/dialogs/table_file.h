@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include <quillmate/export/table.h>
 #include <quillmate/project/session.h>
 #include <quillmate/startup/app_globals.h>
 
@@ -19,15 +20,17 @@ struct ListDesk {
   const ReadFiles& readFiles;
 };
 
-/// A list in its two forms, UTF-8; each is made when it is asked for.
+/// A list for other programs; its forms are made when they are asked for.
 struct ListTexts {
-  std::function<std::string()> text;
-  std::function<std::string()> csv;
+  output::Table table;
+  /// UTF-8, where it is not just the table's rows.
+  std::function<std::string()> text{};
 };
 
 /// Puts the text on the clipboard and says so, if the user wants to hear it.
 void CopyList(const ListDesk& desk, const ListTexts& list);
-/// Asks for a file, proposing the project's name and `suffix`, and writes the list as its extension says.
-void SaveList(const ListDesk& desk, const QString& suffix, const ListTexts& list);
+/// Asks for a file, proposing the project's name and the table's, and writes the list as its extension says: .csv,
+/// .xlsx or text.
+void SaveList(const ListDesk& desk, const ListTexts& list);
 
 }  // namespace quillmate::ui

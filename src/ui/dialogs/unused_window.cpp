@@ -1,6 +1,5 @@
 #include "unused_window.h"
 
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QScreen>
@@ -10,9 +9,10 @@
 #include <utility>
 
 #include <quillmate/codedb/codes.h>
+#include <quillmate/text/windows1252.h>
 
+#include "button_row.h"
 #include "qt_text.h"
-#include "unused_report.h"
 
 namespace quillmate::ui {
 namespace {
@@ -78,24 +78,12 @@ UnusedWindow::UnusedWindow(QWidget* parent, const ListDesk& desk, std::vector<Ju
 }
 
 QWidget* UnusedWindow::MakeButtons() {
-  auto* row = new QWidget;
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addStretch();
-  const auto add = [this, layout](const char* name, const char* caption, auto&& run) {
-    auto* button = new QPushButton(QString::fromUtf8(caption));
-    button->setObjectName(QString::fromLatin1(name));
-    button->setAutoDefault(false);
-    layout->addWidget(button);
-    connect(button, &QPushButton::clicked, this, run);
-    return button;
-  };
+  auto* row = new ButtonRow;
   QPushButton* copy =
-      add("cmdKopieren", "&Kopieren", [this] { desk_.interaction.Guarded([this] { CopyList(desk_, Texts()); }); });
-  QPushButton* save = add("cmdSpeichern", "S&peichern ...", [this] {
-    desk_.interaction.Guarded([this] { SaveList(desk_, QStringLiteral("ohne Aufruf"), Texts()); });
-  });
-  add("cmdSchliessen", "S&chliessen", [this] { close(); });
+      row->Add("cmdKopieren", "&Kopieren", [this] { desk_.interaction.Guarded([this] { CopyList(desk_, Texts()); }); });
+  QPushButton* save = row->Add("cmdSpeichern", "S&peichern ...",
+                               [this] { desk_.interaction.Guarded([this] { SaveList(desk_, Texts()); }); });
+  row->Add("cmdSchliessen", "S&chliessen", [this] { close(); });
   copy->setDisabled(routines_.empty());
   save->setDisabled(routines_.empty());
   return row;
@@ -135,7 +123,14 @@ void UnusedWindow::ShowRoutine(const QTreeWidgetItem& item) {
 }
 
 ListTexts UnusedWindow::Texts() const {
-  return {[this] { return UnusedText(Shown()); }, [this] { return UnusedCsv(Shown()); }};
+  return {{"ohne Aufruf", {"Modul", "Routine", "Klasse"}, [this](output::TableSink& sink) {
+             for (const auto& [routine, grade, reason] : Shown()) {
+               sink.Text(text::Utf8FromCode(routine.moduleName))
+                   .Text(text::Utf8FromCode(routine.routineName))
+                   .Text(ToUtf8(GradeCaption(grade)))
+                   .EndRow();
+             }
+           }}};
 }
 
 }  // namespace quillmate::ui

@@ -26,6 +26,11 @@ class CallModel : public QAbstractItemModel {
   /// Where a node leads: to the calling line, the declaration for the root. Nothing for what stands outside the code.
   std::optional<project::TextStretch> PlaceOf(const QModelIndex& index) const;
 
+  /// The routine of a node; kNone for what is none.
+  symbols::SymbolId RoutineOf(const QModelIndex& index) const {
+    return index.isValid() ? At(index).routine : symbols::kNone;
+  }
+
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& index) const override;
   int rowCount(const QModelIndex& parent = {}) const override;

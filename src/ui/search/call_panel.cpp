@@ -2,8 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QKeyEvent>
-#include <QVBoxLayout>
+#include <QPushButton>
 #include <utility>
 
 #include "symbol_text.h"
@@ -17,13 +16,10 @@ constexpr int kColumnWidths[] = {44, 24, 60};
 }  // namespace
 
 CallPanel::CallPanel()
-    : QDockWidget(QStringLiteral("Aufrufhierarchie")),
+    : Panel("fraHierarchie", QStringLiteral("Aufrufhierarchie")),
       direction_(new QComboBox),
       tree_(new QTreeView),
       model_(new CallModel(this)) {
-  setObjectName(QStringLiteral("fraHierarchie"));
-  setFeatures(QDockWidget::DockWidgetClosable);
-  setAllowedAreas(Qt::BottomDockWidgetArea);
   direction_->setObjectName(QStringLiteral("cboRichtung"));
   direction_->setAccessibleName(QStringLiteral("Richtung der Aufrufe"));
   direction_->addItems({QStringLiteral("Wer ruft auf?"), QStringLiteral("Was wird aufgerufen?")});
@@ -37,32 +33,40 @@ CallPanel::CallPanel()
   for (int column = 0; column < CallModel::kCertainty; ++column) {
     tree_->header()->resizeSection(column, kColumnWidths[column] * character);
   }
-  tree_->installEventFilter(this);
-  direction_->installEventFilter(this);
-  connect(direction_, &QComboBox::currentIndexChanged, this, &CallPanel::Fill);
+  Watch(*tree_);
+  Watch(*direction_);
+  connect(direction_, &QComboBox::currentIndexChanged, this, &CallPanel::Unfold);
   connect(tree_, &QTreeView::clicked, this, &CallPanel::Choose);
-  auto* inside = new QWidget;
-  auto* layout = new QVBoxLayout(inside);
-  layout->setContentsMargins(3, 3, 3, 3);
-  auto* bar = new QHBoxLayout;
-  bar->addWidget(direction_);
-  bar->addStretch();
-  layout->addLayout(bar);
-  layout->addWidget(tree_);
-  setWidget(inside);
+  Fill({BuildBar(), tree_});
+}
+
+QWidget* CallPanel::BuildBar() {
+  auto* bar = new QWidget;
+  auto* layout = new QHBoxLayout(bar);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(direction_);
+  layout->addStretch();
+  auto* picture = new QPushButton(QStringLiteral("Als &Bild"));
+  picture->setObjectName(QStringLiteral("cmdHierarchieBild"));
+  connect(picture, &QPushButton::clicked, this, [this] {
+    const symbols::SymbolId routine = model_->RoutineOf(tree_->currentIndex());
+    if (known_ != nullptr) emit PictureWanted(routine == symbols::kNone ? routine_ : routine);
+  });
+  layout->addWidget(picture);
+  return bar;
 }
 
 void CallPanel::ShowRoutine(std::shared_ptr<const project::Understanding> known, symbols::SymbolId routine) {
   known_ = std::move(known);
   routine_ = routine;
   setWindowTitle(QStringLiteral("Aufrufhierarchie: ") + QualifiedName(known_->Index(), routine));
-  Fill();
+  Unfold();
   show();
   raise();
   tree_->setFocus();
 }
 
-void CallPanel::Fill() {
+void CallPanel::Unfold() {
   if (known_ == nullptr) return;
   const bool callers = direction_->currentIndex() == 0;
   model_->Show(known_, routine_, callers ? symbols::CallDirection::kCallers : symbols::CallDirection::kCallees);
@@ -84,19 +88,10 @@ void CallPanel::Choose(const QModelIndex& index) {
   if (place) emit PlaceChosen(*place);
 }
 
-bool CallPanel::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() != QEvent::KeyPress) return QDockWidget::eventFilter(watched, event);
-  const int key = static_cast<QKeyEvent*>(event)->key();
-  if (key == Qt::Key_Escape) {
-    hide();
-    emit Left();
-    return true;
-  }
-  if (watched == tree_ && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
-    Choose(tree_->currentIndex());
-    return true;
-  }
-  return QDockWidget::eventFilter(watched, event);
+bool CallPanel::TakeKey(QObject& control, int key) {
+  if (&control != tree_ || !IsEnter(key)) return false;
+  Choose(tree_->currentIndex());
+  return true;
 }
 
 }  // namespace quillmate::ui

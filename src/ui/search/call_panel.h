@@ -1,17 +1,17 @@
 #pragma once
 
 #include <QComboBox>
-#include <QDockWidget>
 #include <QLabel>
 #include <QTreeView>
 
 #include "call_model.h"
+#include "panel.h"
 
 namespace quillmate::ui {
 
 /// "Aufrufhierarchie": the panel that unfolds who calls a routine, or what it calls. A click or Enter shows the calling
 /// line; Esc goes back to the code and closes the panel.
-class CallPanel : public QDockWidget {
+class CallPanel : public Panel {
   Q_OBJECT
 
  public:
@@ -23,14 +23,14 @@ class CallPanel : public QDockWidget {
 
  signals:
   void PlaceChosen(const project::TextStretch& place);
-  /// The user goes back to the code.
-  void Left();
+  void PictureWanted(quillmate::symbols::SymbolId routine);
 
  protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
+  bool TakeKey(QObject& control, int key) override;
 
  private:
-  void Fill();
+  QWidget* BuildBar();
+  void Unfold();
   void Choose(const QModelIndex& index);
 
   std::shared_ptr<const project::Understanding> known_;

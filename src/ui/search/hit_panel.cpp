@@ -2,10 +2,8 @@
 
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QLocale>
 #include <QPushButton>
-#include <QVBoxLayout>
 #include <utility>
 
 #include "pattern_search.h"
@@ -35,18 +33,14 @@ QString CountText(int hits) {
 }  // namespace
 
 HitPanel::HitPanel(Interaction& interaction, project::Session& session, const SearchSwitches& switches)
-    : QDockWidget(QStringLiteral("Alle Treffer")), interaction_(interaction), session_(session), switches_(switches) {
-  setObjectName(QStringLiteral("fraTreffer"));
-  setFeatures(QDockWidget::DockWidgetClosable);
-  setAllowedAreas(Qt::BottomDockWidgetArea);
+    : Panel("fraTreffer", QStringLiteral("Alle Treffer")),
+      interaction_(interaction),
+      session_(session),
+      switches_(switches) {
   BuildList();
-  auto* inside = new QWidget;
-  auto* layout = new QVBoxLayout(inside);
-  layout->setContentsMargins(3, 3, 3, 3);
-  layout->addWidget(BuildField());
-  layout->addWidget(list_);
-  setWidget(inside);
-  for (QWidget* widget : {static_cast<QWidget*>(text_), static_cast<QWidget*>(list_)}) widget->installEventFilter(this);
+  Fill({BuildField(), list_});
+  Watch(*text_);
+  Watch(*list_);
 }
 
 QWidget* HitPanel::BuildField() {
@@ -147,23 +141,13 @@ void HitPanel::Clear() {
   hide();
 }
 
-void HitPanel::Leave() {
-  hide();
-  emit Left();
-}
-
-bool HitPanel::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() != QEvent::KeyPress) return QDockWidget::eventFilter(watched, event);
-  const int key = static_cast<QKeyEvent*>(event)->key();
-  const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
-  if (key == Qt::Key_Escape) {
-    Leave();
-  } else if (watched == list_ && isEnter) {
+bool HitPanel::TakeKey(QObject& control, int key) {
+  if (&control == list_ && IsEnter(key)) {
     ShowHit(list_->currentIndex());
-  } else if (watched == text_ && key == Qt::Key_Down && hits_->rowCount() > 0) {
+  } else if (&control == text_ && key == Qt::Key_Down && hits_->rowCount() > 0) {
     list_->setFocus();
   } else {
-    return QDockWidget::eventFilter(watched, event);
+    return false;
   }
   return true;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QCheckBox>
-#include <QDockWidget>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTreeView>
@@ -10,13 +9,14 @@
 
 #include "hit_list.h"
 #include "interaction.h"
+#include "panel.h"
 #include "search_field.h"
 
 namespace quillmate::ui {
 
 /// "Alle Treffer": the panel below the code that lists every hit in the project. A click or Enter shows the hit; Esc
 /// goes back to the code and closes the panel.
-class HitPanel : public QDockWidget {
+class HitPanel : public Panel {
   Q_OBJECT
 
  public:
@@ -29,19 +29,14 @@ class HitPanel : public QDockWidget {
   /// Drops the hits of a project that is no longer on screen.
   void Clear();
 
- signals:
-  /// The user goes back to the code.
-  void Left();
-
  protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
+  bool TakeKey(QObject& control, int key) override;
 
  private:
   QWidget* BuildField();
   void BuildList();
   QString Find(std::vector<navigation::ModuleHits>& hits);
   void ShowHit(const QModelIndex& index);
-  void Leave();
 
   Interaction& interaction_;
   project::Session& session_;

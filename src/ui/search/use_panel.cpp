@@ -2,13 +2,9 @@
 
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QLocale>
-#include <QVBoxLayout>
 #include <array>
 #include <utility>
-
-#include <quillmate/export/csv.h>
 
 #include "qt_text.h"
 #include "symbol_text.h"
@@ -28,17 +24,28 @@ std::uint32_t LineOf(const project::Understanding& known, const symbols::Referen
   return line > 0 ? line : known.Index().EditorLine(use.module, use.line);
 }
 
+void WriteUse(const project::Understanding& known, const symbols::Reference& use, output::TableSink& sink) {
+  const symbols::ReferenceIndex& index = known.Index();
+  const symbols::ModuleInfo& module = index.Modules()[use.module];
+  sink.Text(index.Projects()[module.project].name)
+      .Text(module.name)
+      .Text(ToUtf8(RoutineText(index, use.inRoutine)))
+      .Number(LineOf(known, use))
+      .Number(use.column)
+      .Text(symbols::GermanWord(use.use))
+      .Text(symbols::GermanWord(use.certainty))
+      .Text(ToUtf8(LineText(index, use.module, use.line)))
+      .EndRow();
+}
+
 }  // namespace
 
 UsePanel::UsePanel()
-    : QDockWidget(QStringLiteral("Alle Verwendungen")),
+    : Panel("fraVerwendungen", QStringLiteral("Alle Verwendungen")),
       kinds_(new QComboBox),
       message_(new QLabel),
       tree_(new QTreeView),
       model_(new UseModel(this)) {
-  setObjectName(QStringLiteral("fraVerwendungen"));
-  setFeatures(QDockWidget::DockWidgetClosable);
-  setAllowedAreas(Qt::BottomDockWidgetArea);
   tree_->setObjectName(QStringLiteral("lstVerwendungen"));
   tree_->setAccessibleName(QStringLiteral("Verwendungen"));
   tree_->setUniformRowHeights(true);
@@ -49,15 +56,9 @@ UsePanel::UsePanel()
   tree_->header()->resizeSection(UseModel::kPlace, kPlaceWidth * character);
   tree_->header()->resizeSection(UseModel::kText, kTextWidth * character);
   tree_->header()->resizeSection(UseModel::kUse, kUseWidth * character);
-  tree_->installEventFilter(this);
+  Watch(*tree_);
   connect(tree_, &QTreeView::clicked, this, &UsePanel::Choose);
-
-  auto* inside = new QWidget;
-  auto* layout = new QVBoxLayout(inside);
-  layout->setContentsMargins(3, 3, 3, 3);
-  layout->addWidget(BuildBar());
-  layout->addWidget(tree_);
-  setWidget(inside);
+  Fill({BuildBar(), tree_});
 }
 
 QWidget* UsePanel::BuildBar() {
@@ -149,19 +150,10 @@ const symbols::Reference* UsePanel::Step(int steps) {
   return &model_->Shown(static_cast<std::size_t>(next));
 }
 
-bool UsePanel::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() != QEvent::KeyPress) return QDockWidget::eventFilter(watched, event);
-  const int key = static_cast<QKeyEvent*>(event)->key();
-  if (key == Qt::Key_Escape) {
-    hide();
-    emit Left();
-    return true;
-  }
-  if ((key == Qt::Key_Return || key == Qt::Key_Enter) && model_->IsUse(tree_->currentIndex())) {
-    Choose(tree_->currentIndex());
-    return true;
-  }
-  return QDockWidget::eventFilter(watched, event);
+bool UsePanel::TakeKey(QObject&, int key) {
+  if (!IsEnter(key) || !model_->IsUse(tree_->currentIndex())) return false;
+  Choose(tree_->currentIndex());
+  return true;
 }
 
 std::string UsePanel::AsText() const {
@@ -181,29 +173,12 @@ std::string UsePanel::AsText() const {
   return text;
 }
 
-std::string UsePanel::AsCsv() const {
-  std::string csv(output::kCsvStart);
-  output::CsvRow head(csv);
-  for (const char* title : {"Projekt", "Modul", "Routine", "Zeile", "Spalte", "Art", "Gewissheit", "Text"}) {
-    head.Text(title);
-  }
-  head.End();
-  for (std::size_t i = 0; i < model_->Count(); ++i) {
-    const symbols::Reference& use = model_->Shown(i);
-    const symbols::ReferenceIndex& index = model_->Known().Index();
-    const symbols::ModuleInfo& module = index.Modules()[use.module];
-    output::CsvRow(csv)
-        .Text(index.Projects()[module.project].name)
-        .Text(module.name)
-        .Text(ToUtf8(RoutineText(index, use.inRoutine)))
-        .Number(LineOf(model_->Known(), use))
-        .Number(use.column)
-        .Text(symbols::GermanWord(use.use))
-        .Text(symbols::GermanWord(use.certainty))
-        .Text(ToUtf8(LineText(index, use.module, use.line)))
-        .End();
-  }
-  return csv;
+output::Table UsePanel::AsTable() const {
+  return {"Verwendungen",
+          {"Projekt", "Modul", "Routine", "Zeile", "Spalte", "Art", "Gewissheit", "Text"},
+          [this](output::TableSink& sink) {
+            for (std::size_t i = 0; i < model_->Count(); ++i) WriteUse(model_->Known(), model_->Shown(i), sink);
+          }};
 }
 
 }  // namespace quillmate::ui

@@ -1,19 +1,21 @@
 #pragma once
 
 #include <QComboBox>
-#include <QDockWidget>
 #include <QLabel>
 #include <QPushButton>
 #include <QTreeView>
 #include <string>
 
+#include <quillmate/export/table.h>
+
+#include "panel.h"
 #include "use_model.h"
 
 namespace quillmate::ui {
 
 /// "Alle Verwendungen": the panel below the code that lists every use of a name by module and routine. A click or Enter
 /// shows a use; Esc goes back to the code and closes the panel.
-class UsePanel : public QDockWidget {
+class UsePanel : public Panel {
   Q_OBJECT
 
  public:
@@ -26,20 +28,18 @@ class UsePanel : public QDockWidget {
   void Clear();
   /// Makes the use `steps` behind the current one, once around, the current one. Null when there is none.
   const symbols::Reference* Step(int steps);
-  /// What the filter leaves, a line or row each: module, routine, line, column, kind, certainty, text. UTF-8.
+  /// What the filter leaves, a line or row each: module, routine, line, kind, certainty, text. UTF-8.
   std::string AsText() const;
-  std::string AsCsv() const;
+  output::Table AsTable() const;
 
  signals:
   /// A use is to be shown.
   void UseChosen(const symbols::Reference& use);
   void CopyWanted();
   void SaveWanted();
-  /// The user goes back to the code.
-  void Left();
 
  protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
+  bool TakeKey(QObject& control, int key) override;
 
  private:
   QWidget* BuildBar();

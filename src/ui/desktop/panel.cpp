@@ -1,0 +1,35 @@
+#include "panel.h"
+
+#include <QKeyEvent>
+#include <QVBoxLayout>
+
+namespace quillmate::ui {
+
+Panel::Panel(const char* name, const QString& title) : QDockWidget(title) {
+  setObjectName(QString::fromLatin1(name));
+  setFeatures(QDockWidget::DockWidgetClosable);
+  setAllowedAreas(Qt::BottomDockWidgetArea);
+}
+
+void Panel::Fill(std::initializer_list<QWidget*> rows) {
+  auto* inside = new QWidget;
+  auto* layout = new QVBoxLayout(inside);
+  layout->setContentsMargins(3, 3, 3, 3);
+  for (QWidget* row : rows) layout->addWidget(row);
+  setWidget(inside);
+}
+
+bool Panel::TakeKey(QObject&, int) { return false; }
+
+bool Panel::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return QDockWidget::eventFilter(watched, event);
+  const int key = static_cast<QKeyEvent*>(event)->key();
+  if (key == Qt::Key_Escape) {
+    hide();
+    emit Left();
+    return true;
+  }
+  return TakeKey(*watched, key) || QDockWidget::eventFilter(watched, event);
+}
+
+}  // namespace quillmate::ui
