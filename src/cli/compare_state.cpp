@@ -53,7 +53,7 @@ class Gaps {
     for (int project = 1; project <= projects; ++project) {
       const host::HostProject info = documents.Project(project);
       if (info.locked) {
-        Complain(shown(info.fileName.value_or(std::string()) + ": Das Projekt ist gesperrt"));
+        Complain(shown(info.fileName.value_or(std::string()) + ": " + host::kProjectIsLocked));
         lacksProjects_ = true;
         continue;
       }

@@ -122,6 +122,7 @@ std::string ModuleJson(const std::vector<codedb::ModuleRecord>& modules, const P
     AppendModule(json, module, provenance);
   }
   lines.End();
+  provenance.AppendSources(object, json);
   object.End();
   return json += '\n';
 }

@@ -16,6 +16,7 @@
 #include "module_list.h"
 #include "outline_text.h"
 #include "output.h"
+#include "provenance.h"
 #include "symbol_json.h"
 #include "understanding.h"
 
@@ -74,6 +75,7 @@ std::string Json(const ReferenceIndex& index) {
     json += '}';
   }
   modules.End();
+  AppendSources(object, json, index.Projects(), index.Omissions());
   object.End();
   return json + "\n";
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <functional>
 #include <utility>
 
 #include <quillmate/files/paths.h>
@@ -45,19 +44,6 @@ bool HasModules(const host::HostTree& tree) {
   return false;
 }
 
-/// A locked project can't be read and is not in the tree.
-void AddLockedProjects(host::HostAutomation& host, const host::HostTree& tree, std::vector<std::string>& complaints,
-                       const std::function<bool(const std::string&)>& isNamed) {
-  const int projects = static_cast<int>(tree.projects.size()) + tree.lockedProjects;
-  for (int i = 1; i <= projects; ++i) {
-    const host::HostProject project = host.Project(i);
-    if (project.locked) {
-      if (isNamed(project.fileName.value_or(std::string()))) MarkIncomplete();
-      complaints.push_back(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": Das Projekt ist gesperrt");
-    }
-  }
-}
-
 }  // namespace
 
 Sources::Sources(const Invocation& invocation)
@@ -98,6 +84,16 @@ void Sources::NameProblems(std::vector<std::string> complaints, bool hasModules)
   }
 }
 
+/// A locked project can't be read and is not in the tree.
+void Sources::AddLockedProjects(int projects, std::vector<std::string>& complaints) {
+  for (int i = 1; i <= projects; ++i) {
+    const host::HostProject project = Host().Project(i);
+    if (!project.locked) continue;
+    if (IsNamed(project.fileName.value_or(std::string()))) MarkIncomplete();
+    complaints.push_back(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": " + host::kProjectIsLocked);
+  }
+}
+
 bool Sources::IsNamed(const std::string& file) const { return std::ranges::find(names_, file) != names_.end(); }
 
 void Sources::MarkMissing(bool anyComplaint) {
@@ -130,10 +126,9 @@ host::HostTree Sources::List() {
   for (const host::SourceProblem& problem : documents_.Problems()) {
     complaints.push_back(problem.source + ": " + problem.reason);
   }
-  if (tree.lockedProjects > 0) {
-    AddLockedProjects(Host(), tree, complaints, [this](const std::string& file) { return IsNamed(file); });
-  }
-  NoteFiles(static_cast<int>(tree.projects.size()) + tree.lockedProjects);
+  const int projects = static_cast<int>(tree.projects.size()) + tree.lockedProjects;
+  if (tree.lockedProjects > 0) AddLockedProjects(projects, complaints);
+  NoteFiles(projects);
   NameProblems(std::move(complaints), HasModules(tree));
   TickAll(tree);
   return tree;
@@ -148,12 +143,7 @@ int Sources::ListAll() {
   for (const host::SourceProblem& problem : documents_.Problems()) {
     complaints.push_back(problem.source + ": " + problem.reason);
   }
-  for (int i = 1; i <= projects; ++i) {
-    const host::HostProject project = Host().Project(i);
-    if (!project.locked) continue;
-    if (IsNamed(project.fileName.value_or(std::string()))) MarkIncomplete();
-    complaints.push_back(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": Das Projekt ist gesperrt");
-  }
+  AddLockedProjects(projects, complaints);
   NoteFiles(projects);
   NameProblems(std::move(complaints), projects > 0);
   return projects;

@@ -30,6 +30,8 @@ class Sources {
  private:
   /// Names what could not be read. With no module left, the last complaint is the reason why the command fails.
   void NameProblems(std::vector<std::string> complaints, bool hasModules);
+  /// Of the first `projects` projects.
+  void AddLockedProjects(int projects, std::vector<std::string>& complaints);
   /// A source that was named and could not be read at all makes the run fail; with --strict everything does.
   void MarkMissing(bool anyComplaint);
   /// Whether a full path is one of the inputs.

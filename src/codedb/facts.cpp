@@ -38,6 +38,7 @@ CREATE TABLE steuerelement(modul INTEGER NOT NULL REFERENCES modul, folge INTEGE
   oben INTEGER, breite INTEGER, hoehe INTEGER, tabindex INTEGER);
 CREATE TABLE bindung(projekt INTEGER NOT NULL REFERENCES projekt, modul TEXT NOT NULL, text TEXT NOT NULL,
   ort TEXT NOT NULL, art TEXT NOT NULL);
+CREATE TABLE ausgelassen(datei TEXT NOT NULL, projekt TEXT NOT NULL, modul TEXT NOT NULL, grund TEXT NOT NULL);
 )sql";
 
 struct CloseDatabase {
@@ -189,6 +190,10 @@ class Writer {
     for (const BindingFact& fact : facts.bindings) {
       binding.Add(fact.project + std::int64_t{1}).Add(fact.module).Add(fact.text).Add(fact.place).Add(fact.kind).Run();
     }
+    Statement omission = Insert("INSERT INTO ausgelassen VALUES(?, ?, ?, ?)");
+    for (const OmissionFact& fact : facts.omissions) {
+      omission.Add(fact.file).Add(fact.project).Add(fact.module).Add(fact.reason).Run();
+    }
     RunAll(database_, file_, "COMMIT;");
   }
 
@@ -263,6 +268,7 @@ class Reader {
       BindingFact fact{project, rows.Text(), rows.Text(), rows.Text(), rows.Text()};
       facts_.bindings.push_back(std::move(fact));
     }
+    ReadOmissions();
     return std::move(facts_);
   }
 
@@ -320,6 +326,14 @@ class Reader {
       std::string property = document.Text();
       project.document.push_back({std::move(property), document.Text()});
     }
+  }
+
+  /// Files of the first release lack the table.
+  void ReadOmissions() {
+    Statement tables = Select("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'ausgelassen'");
+    if (!tables.Next()) return;
+    Statement rows = Select("SELECT datei, projekt, modul, grund FROM ausgelassen ORDER BY rowid");
+    while (rows.Next()) facts_.omissions.push_back({rows.Text(), rows.Text(), rows.Text(), rows.Text()});
   }
 
   void ReadModules() {

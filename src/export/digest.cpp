@@ -17,7 +17,8 @@ using symbols::kNone;
 using symbols::ReferenceIndex;
 
 /// The shares of the limit that each part may have filled when it ends; the code gets the rest.
-constexpr std::size_t kModulesShare = 15, kRoutinesShare = 50, kFindingsShare = 60;
+constexpr std::size_t kDocumentsShare = 4, kOmissionsShare = 7, kModulesShare = 15, kRoutinesShare = 50,
+                      kFindingsShare = 60;
 /// So many callers, callees and places of one finding are named.
 constexpr std::size_t kNamed = 12;
 
@@ -90,6 +91,8 @@ class Digest {
   std::string Write() {
     text_ = "# " + Escaped(options_.title) + "\n\n";
     Overview();
+    Documents();
+    Omissions();
     Modules();
     Routines();
     Findings();
@@ -124,6 +127,37 @@ class Digest {
     row("Befunde der Stufe Warnung", severities[1]);
     row("Befunde der Stufe Hinweis", severities[2]);
     text_ += "\nZeilen zählen wie im Editor. „?“ hinter einem Namen heißt: möglicherweise.\n\n";
+  }
+
+  /// What documents say of themselves.
+  void Documents() {
+    std::size_t left = 0;
+    bool any = false;
+    for (const symbols::ProjectInfo& project : index_.Projects()) {
+      if (project.properties.empty()) continue;
+      if (!std::exchange(any, true)) text_ += "## Dokumente\n\n";
+      std::string entry = "- " + Code(project.name) + ", " + Code(project.file) + "\n";
+      if (!HasRoom(entry.size(), kDocumentsShare)) entry.clear();
+      text_ += entry;
+      for (const symbols::DocumentProperty& property : project.properties) {
+        std::string row = "  - " + Escaped(property.name) + ": " + Escaped(property.value) + "\n";
+        !entry.empty() && HasRoom(row.size(), kDocumentsShare) ? void(text_ += row) : void(++left);
+      }
+    }
+    if (any) LeftOut(left, "Angabe ist hier nicht aufgeführt", "Angaben sind hier nicht aufgeführt");
+  }
+
+  void Omissions() {
+    if (index_.Omissions().empty()) return;
+    text_ += "## Nicht gelesen\n\n";
+    std::size_t left = 0;
+    for (const symbols::Omission& omission : index_.Omissions()) {
+      std::string row = "- " + Code(omission.file.empty() ? omission.project : omission.file);
+      if (!omission.module.empty()) row += ", Modul " + Code(omission.module);
+      row += ": " + Escaped(omission.reason) + "\n";
+      HasRoom(row.size(), kOmissionsShare) ? void(text_ += row) : void(++left);
+    }
+    LeftOut(left, "Stelle ist hier nicht aufgeführt", "Stellen sind hier nicht aufgeführt");
   }
 
   std::string ModuleName(Index module) const {

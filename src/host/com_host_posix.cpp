@@ -17,6 +17,7 @@ bool ComHost::AttachHost() { return false; }
 void ComHost::Release() noexcept {}
 float ComHost::HostVersion() const noexcept { return 0; }
 std::string ComHost::Problem() const { return {}; }
+std::vector<codedb::OmissionFact> ComHost::Omissions() const { return {}; }
 int ComHost::ProjectCount() { state_->Fail(); }
 HostProject ComHost::Project(int) { state_->Fail(); }
 int ComHost::ComponentCount(int) { state_->Fail(); }

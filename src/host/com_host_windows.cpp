@@ -243,6 +243,15 @@ float ComHost::HostVersion() const noexcept { return state_->version; }
 
 std::string ComHost::Problem() const { return state_->problem; }
 
+std::vector<codedb::OmissionFact> ComHost::Omissions() const {
+  std::vector<codedb::OmissionFact> omissions = HostAutomation::Omissions();
+  for (const HostProject& info : state_->listed) {
+    if (!info.locked) continue;
+    omissions.push_back({info.fileName.value_or(""), text::Utf8FromCode(info.name), {}, kProjectIsLocked});
+  }
+  return omissions;
+}
+
 int ComHost::ProjectCount() {
   state_->problem.clear();
   state_->listed.clear();

@@ -9,6 +9,7 @@
 
 #include <quillmate/host/host_automation.h>
 #include <quillmate/language/parse.h>
+#include <quillmate/text/lines.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
@@ -119,6 +120,15 @@ class BorrowedRoom {
 };
 
 }  // namespace
+
+std::vector<codedb::OmissionFact> HostAutomation::Omissions() const {
+  std::vector<codedb::OmissionFact> omissions;
+  const std::string problem = Problem();
+  if (problem.empty()) return omissions;
+  text::LineReader lines(problem);
+  for (std::string_view line; lines.Next(line);) omissions.push_back({{}, {}, {}, std::string(line)});
+  return omissions;
+}
 
 codedb::ProjectFacts HostAutomation::FactsOfProject(int project) {
   const HostProject info = Project(project);

@@ -51,7 +51,7 @@ office::ModuleFile LoadOwnFile(const ListedModule& module) {
 
 /// The module where it was listed, or wherever it has moved to by its name.
 office::ModuleFile FindInProject(const ListedModule& module, const office::VbaProject& project) {
-  if (project.protection.Locked()) throw HostError("Das Projekt ist gesperrt");
+  if (project.protection.Locked()) throw HostError(kProjectIsLocked);
   if (*module.inOfficeFile < project.modules.size()) {
     office::ModuleFile file = ModuleFileOf(project.modules[*module.inOfficeFile]);
     if (file.name == module.component.name) return file;
@@ -183,6 +183,16 @@ void DocumentHost::SetCodePage(int number) noexcept { state_->codePage = number;
 const std::vector<SourceProblem>& DocumentHost::Problems() const noexcept { return state_->listing.problems; }
 
 const std::vector<fs::path>& DocumentHost::Files() const noexcept { return state_->listing.files; }
+
+std::vector<codedb::OmissionFact> DocumentHost::Omissions() const {
+  std::vector<codedb::OmissionFact> omissions;
+  if (!state_->attached) return omissions;
+  for (const SourceProblem& problem : Problems()) omissions.push_back({problem.source, {}, {}, problem.reason});
+  for (const ListedProject& listed : state_->listing.projects) {
+    if (listed.project.locked) omissions.push_back({listed.facts.file, listed.facts.name, {}, kProjectIsLocked});
+  }
+  return omissions;
+}
 
 bool DocumentHost::AttachHost() {
   state_->Forget();

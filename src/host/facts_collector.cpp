@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <set>
 #include <tuple>
 #include <unordered_map>
 #include <utility>
@@ -77,6 +78,14 @@ void ForgetBindingCount(codedb::ProjectFacts& project) {
                 [](const codedb::DocumentFact& fact) { return fact.property == codedb::kBindingsProperty; });
 }
 
+/// The reason may begin with the file, which has a field of its own. Names are Windows-1252.
+codedb::OmissionFact OmissionOf(std::string file, std::string_view project, std::string_view module,
+                                std::string_view reason) {
+  const std::string begin = file + ": ";
+  if (reason.starts_with(begin)) reason.remove_prefix(begin.size());
+  return {std::move(file), text::Utf8FromCode(project), text::Utf8FromCode(module), std::string(reason)};
+}
+
 codedb::ModuleFacts ReadComponent(HostAutomation& host, int project, int position, const HostComponent& component,
                                   std::string& code) {
   code = host.Lines(project, component.name, position, component.lineCount);
@@ -89,6 +98,7 @@ codedb::ModuleFacts ReadComponent(HostAutomation& host, int project, int positio
 
 codedb::Facts CollectFacts(HostAutomation& host, int projects, std::vector<std::string>& problems) {
   codedb::Facts facts;
+  facts.omissions = host.Omissions();
   std::string code;
   for (int project = 1; project <= projects; ++project) {
     if (host.Project(project).locked) continue;
@@ -103,6 +113,10 @@ codedb::Facts CollectFacts(HostAutomation& host, int projects, std::vector<std::
         facts.modules.push_back(std::move(module));
       } catch (const HostError& error) {
         problems.emplace_back(error.what());
+        const codedb::ProjectFacts& owner = facts.projects.back();
+        std::string file = component.file.empty() ? owner.file : component.file;
+        facts.omissions.push_back(
+            OmissionOf(std::move(file), host.Project(project).name, component.name, error.what()));
         ForgetBindingCount(facts.projects.back());
       }
     }
@@ -171,6 +185,25 @@ void FactsCollector::AddShort(int project, HostAutomation& host, int index, int 
   }
 }
 
+void FactsCollector::AddOmission(const Ticked& ticked, HostAutomation* host, std::string_view reason) {
+  const codedb::ProjectFacts& project = projects_[static_cast<std::size_t>(NumberOf(*ticked.project, host))];
+  const std::string& file = ticked.module->file.empty() ? project.file : ticked.module->file;
+  omissions_.push_back(OmissionOf(file, text::TextBefore(ticked.project->text, " ["), ticked.module->text, reason));
+}
+
+void FactsCollector::AddOmissionsOf(HostAutomation& host, const HostTree& tree) {
+  std::vector<codedb::OmissionFact> omissions = host.Omissions();
+  if (omissions.empty()) return;
+  std::set<std::string> unwanted;
+  for (const HostProjectNode& project : tree.projects) {
+    if (!project.checked) unwanted.insert(host.Project(ProjectIndex(project.key)).fileName.value_or(""));
+  }
+  unwanted.erase(std::string());
+  for (codedb::OmissionFact& omission : omissions) {
+    if (!unwanted.contains(omission.file)) omissions_.push_back(std::move(omission));
+  }
+}
+
 void FactsCollector::Write() {
   std::stable_sort(modules_.begin(), modules_.end(), [](const Added& a, const Added& b) {
     return std::tie(a.project, a.position) < std::tie(b.project, b.position);
@@ -179,6 +212,7 @@ void FactsCollector::Write() {
   codedb::Facts facts;
   facts.projects = std::move(projects_);
   facts.bindings = std::move(bindings_);
+  facts.omissions = std::move(omissions_);
   facts.modules.reserve(modules_.size());
   for (Added& added : modules_) {
     --moduleCounts_[static_cast<std::size_t>(added.project)];

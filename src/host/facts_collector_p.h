@@ -14,6 +14,11 @@
 
 namespace quillmate::host {
 
+struct Ticked {
+  const HostProjectNode* project;
+  const HostModuleNode* module;
+};
+
 /// The facts of a module that was scanned, on any thread: with the original code, and its lines in the stored text,
 /// where that is another. `code` is what was scanned with `layout`, `markedText` what came of it; `editorCode` is what
 /// the host's editor shows where that is not `code`.
@@ -31,6 +36,10 @@ class FactsCollector {
   void Add(const HostProjectNode& project, HostAutomation* host, int position, codedb::ModuleFacts facts);
   /// Takes the modules of a project that are too short for the index.
   void AddShortModules(const HostProjectNode& project, HostAutomation& host);
+  /// Takes a module that is left out; `reason` may begin with the name of its file.
+  void AddOmission(const Ticked& ticked, HostAutomation* host, std::string_view reason);
+  /// Takes what the listing left out, but nothing of projects that the user has left out.
+  void AddOmissionsOf(HostAutomation& host, const HostTree& tree);
   /// Throws codedb::DatabaseError.
   void Write();
 
@@ -52,6 +61,7 @@ class FactsCollector {
   /// By project; 0 for one that was not read as a whole.
   std::vector<int> moduleCounts_;
   std::vector<codedb::BindingFact> bindings_;
+  std::vector<codedb::OmissionFact> omissions_;
   std::vector<Added> modules_;
 };
 

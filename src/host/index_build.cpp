@@ -69,11 +69,16 @@ void IndexBuild::Take(Pending& pending, const std::exception_ptr& failure) {
     if (failure) std::rethrow_exception(failure);
     Insert(pending);
   } catch (const HostError& error) {
-    leftOut_.push_back(Detail(error.what()));
+    LeaveOut(pending, error.what());
   } catch (const analysis::ModuleError& error) {
-    leftOut_.push_back(Detail(error.what()));
+    LeaveOut(pending, error.what());
   }
   subject_.clear();
+}
+
+void IndexBuild::LeaveOut(const Pending& pending, std::string_view reason) {
+  leftOut_.push_back(Detail(reason));
+  facts_.AddOmission(pending.ticked, pending.host, OneLine(reason));
 }
 
 void IndexBuild::Insert(Pending& pending) {

@@ -16,11 +16,6 @@
 
 namespace quillmate::host {
 
-struct Ticked {
-  const HostProjectNode* project;
-  const HostModuleNode* module;
-};
-
 /// A module before its turn.
 struct ReadModule {
   /// `mod_typ`.
@@ -59,6 +54,7 @@ class IndexBuild {
   struct Pending;
 
   void Take(Pending& pending, const std::exception_ptr& failure);
+  void LeaveOut(const Pending& pending, std::string_view reason);
   void Insert(Pending& pending);
   void Store(Pending& pending);
 

@@ -67,6 +67,15 @@ std::string JoinedHost::Problem() const {
   return problems;
 }
 
+std::vector<codedb::OmissionFact> JoinedHost::Omissions() const {
+  std::vector<codedb::OmissionFact> omissions;
+  for (const Part& part : parts_) {
+    if (!part.failure.empty()) omissions.push_back({{}, {}, {}, part.failure});
+    std::ranges::move(part.host->Omissions(), std::back_inserter(omissions));
+  }
+  return omissions;
+}
+
 void JoinedHost::List(Part& part) {
   std::vector<ListedProject> projects;
   const int count = part.host->ProjectCount();

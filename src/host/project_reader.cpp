@@ -150,14 +150,20 @@ void ReadThroughHost(HostAutomation& host, const ReadRequest& request, const Tic
   });
 }
 
-/// What the index lacks of the ticked projects. One whose modules can't be read any more is known without them.
-void ReadShortModules(HostAutomation& host, const HostTree& tree, FactsCollector& facts) {
+/// What the index lacks of the ticked projects, and what of the sources. A project that can't be read any more is known
+/// without.
+void ReadRest(HostAutomation& host, const HostTree& tree, FactsCollector& facts) {
   for (const HostProjectNode& project : tree.projects) {
     try {
       if (project.checked) facts.AddShortModules(project, host);
     } catch (const HostError&) {
       continue;
     }
+  }
+  try {
+    facts.AddOmissionsOf(host, tree);
+  } catch (const HostError&) {
+    return;
   }
 }
 
@@ -200,7 +206,7 @@ ReadReport ReadCheckedModules(HostAutomation& host, const HostTree& tree, codedb
   ReadReport report = BuildIndex(
       database, request, modules,
       [&](const Ticked& ticked, IndexBuild& build) { ReadThroughHost(host, request, ticked, build); },
-      [&](FactsCollector& facts) { ReadShortModules(host, tree, facts); });
+      [&](FactsCollector& facts) { ReadRest(host, tree, facts); });
   report.projectText = LastProjectText(tree, modules);
   return report;
 }

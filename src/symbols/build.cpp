@@ -95,7 +95,7 @@ void TakeProjects(ReferenceIndex::Data& data, const Sources& sources) {
   const auto count = static_cast<Index>(sources.projects.size());
   for (const ProjectSource& source : sources.projects) {
     data.projects.push_back({source.name, source.file, source.host, source.hostAssumed, source.dialect,
-                             source.constants, source.libraries});
+                             source.constants, source.libraries, source.properties});
     ProjectTable& table = data.tables.projects.emplace_back();
     table.nameHash = language::HashName(language::FoldName(source.name));
     table.host = source.host;
@@ -117,6 +117,7 @@ ReferenceIndex ReferenceIndex::Build(Sources sources, const BuildOptions& option
   auto data = std::make_unique<Data>();
   std::erase_if(sources.modules, [&](const ModuleSource& m) { return m.project >= sources.projects.size(); });
   TakeProjects(*data, sources);
+  data->omissions = std::move(sources.omissions);
   const std::size_t count = sources.modules.size();
   data->texts.resize(count);
   data->code.resize(count);

@@ -51,6 +51,7 @@ struct Rows {
 struct ReferenceIndex::Data {
   std::vector<ProjectInfo> projects;
   std::vector<ModuleInfo> modules;
+  std::vector<Omission> omissions;
   std::vector<std::string> texts;  ///< never moved: the modules of the front end refer to them
   std::vector<language::Module> code;
   Tables tables;

@@ -89,6 +89,7 @@ ProjectSource ProjectFrom(const codedb::Facts& facts, std::size_t number, Host a
   if (source.host == Host::kVb6) source.dialect = language::Dialect::kVb6;
   source.outsideKnown = std::any_of(project.document.begin(), project.document.end(),
                                     [](const auto& fact) { return fact.property == codedb::kBindingsProperty; });
+  for (const codedb::DocumentFact& fact : project.document) source.properties.push_back({fact.property, fact.value});
   for (const codedb::ConstantFact& constant : project.constants) {
     source.constants.push_back({constant.name, constant.value});
   }
@@ -130,6 +131,9 @@ Sources Records(const codedb::Facts& facts, Host assumed) {
     const auto kind = FindWord(kBindings, binding.kind);
     sources.bindings.push_back({static_cast<Index>(binding.project), binding.module, binding.text, binding.place,
                                 kind == kBindings.end() ? BindingKind::kOther : kind->kind});
+  }
+  for (const codedb::OmissionFact& fact : facts.omissions) {
+    sources.omissions.push_back({fact.file, fact.project, fact.module, fact.reason});
   }
   return sources;
 }

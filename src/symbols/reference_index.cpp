@@ -173,6 +173,7 @@ ReferenceIndex& ReferenceIndex::operator=(ReferenceIndex&&) noexcept = default;
 
 std::span<const ProjectInfo> ReferenceIndex::Projects() const noexcept { return data_->projects; }
 std::span<const ModuleInfo> ReferenceIndex::Modules() const noexcept { return data_->modules; }
+std::span<const Omission> ReferenceIndex::Omissions() const noexcept { return data_->omissions; }
 const language::Module& ReferenceIndex::Code(Index module) const noexcept { return data_->code[module]; }
 
 std::vector<Index> ReferenceIndex::FindModules(std::string_view name) const {

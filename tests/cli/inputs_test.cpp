@@ -87,6 +87,34 @@ TEST_F(CliTest, ModuleFilesInOtherEncodings) {
   EXPECT_EQ(Run("outline --codepage klingonisch utf8.bas").status, 2);
 }
 
+/// What is missing from a result has a row with its reason, in a saved project too.
+TEST_F(CliTest, OmissionsAreListed) {
+  Write("q/a.bas", "Attribute VB_Name = \"A\"\nSub S()\n\nEnd Sub\n");
+  Write("q/leer.bas", "");
+  Write("kaputt.xlsm", "PK\3\4" + std::string(100, 'x'));
+  const auto row = [this](const std::string& file, const std::string& project, const std::string& module,
+                          const std::string& reason) {
+    return "{\"file\":\"" + Full(file) + "\",\"project\":" + project + ",\"module\":" + module + ",\"reason\":\"" +
+           reason + "\"}";
+  };
+  const std::string unread =
+      row("q/leer.bas", "null", "null", "Datei ist leer") + ",\n" +
+      row("kaputt.xlsm", "null", "null", "Datei ist beschädigt: das Verzeichnis der Zip-Datei ist nicht lesbar");
+  EXPECT_EQ(Run("index --partial -o p q kaputt.xlsm").status, 1);
+  for (const char* const input : {"p", "q kaputt.xlsm"}) {
+    const std::string json = Run("modules --json " + std::string(input)).out;
+    EXPECT_TRUE(json.ends_with("],\"omitted\":[\n" + unread + "\n]}\n")) << json;
+    const std::string exact = Run("modules --exact --json " + std::string(input)).out;
+    EXPECT_TRUE(exact.ends_with("],\"omitted\":[\n" + unread + "\n]}\n")) << exact;
+    const std::string digest = Run("digest " + std::string(input)).out;
+    EXPECT_NE(
+        digest.find("## Nicht gelesen\n\n- `" + Full("q/leer.bas") + "`: Datei ist leer\n- `" + Full("kaputt.xlsm")),
+        std::string::npos)
+        << digest;
+  }
+  EXPECT_EQ(Run("modules --json q/a.bas").out.find("omitted"), std::string::npos);
+}
+
 /// Equal names in several projects are told apart by project, or by file where the projects' names are equal too.
 TEST_F(CliTest, ModulesOfSeveralProjects) {
   Write("a/M.bas", "Attribute VB_Name = \"M\"\n'a\n'\nSub S(): End Sub\n");

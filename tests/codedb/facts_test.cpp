@@ -46,6 +46,7 @@ Facts SomeFacts() {
   facts.modules[1].project = 1;
   facts.modules[1].name = "Kurz";
   facts.bindings = {{0, "", "[0]!Tabelle1.A", "Schaltfläche auf Blatt Kunden", "schaltfläche"}};
+  facts.omissions = {{"/q/zu.xls", "VBAProject", "Tabelle2", "Das Projekt ist gesperrt"}};
   return facts;
 }
 
@@ -74,6 +75,8 @@ TEST_F(FactsTest, ComeBackAsTheyWereWritten) {
   EXPECT_EQ(facts->modules.at(1).number, 0);
   EXPECT_FALSE(facts->modules.at(1).code);
   EXPECT_EQ(facts->bindings.at(0).place, "Schaltfläche auf Blatt Kunden");
+  EXPECT_EQ(facts->omissions.at(0).module, "Tabelle2");
+  EXPECT_EQ(facts->omissions.at(0).reason, "Das Projekt ist gesperrt");
 }
 
 /// What another tool may have made of the file: refused, never followed.

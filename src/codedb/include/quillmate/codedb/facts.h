@@ -24,6 +24,9 @@
 ///   attribut          what those say, member by member
 ///   steuerelement     controls of forms, sheets and documents
 ///   bindung           what calls a routine from outside: buttons, event properties, ribbons, formulas ...
+///   ausgelassen       what of the sources could not be read, or not whole, with the reason; modules that are merely
+///   too
+///                     short for the index are in modul
 ///
 /// PRAGMA user_version holds kFactsVersion. A project without the file opens all the same and knows less.
 namespace quillmate::codedb {
@@ -152,11 +155,23 @@ struct BindingFact {
   std::string kind;
 };
 
+/// Something of the sources that could not be read, or not whole: locked, encrypted, compiled, damaged ...
+struct OmissionFact {
+  /// Full path of the source, of a file in it or of the document; empty when there is none.
+  std::string file;
+  /// Names as far as they are known, else empty.
+  std::string project;
+  std::string module;
+  /// German, one line.
+  std::string reason;
+};
+
 struct Facts {
   std::vector<ProjectFacts> projects;
   /// In the order of the read.
   std::vector<ModuleFacts> modules;
   std::vector<BindingFact> bindings;
+  std::vector<OmissionFact> omissions;
 };
 
 /// The folder's facts.

@@ -10,7 +10,8 @@
 #include <quillmate/symbols/reference_index.h>
 
 /// Everything worth knowing of a project in one Markdown text, for people and for assistants that read it whole: an
-/// overview, the modules, every routine with its comment, its callers and what it calls, findings, then the code.
+/// overview, what documents say of themselves, what could not be read, the modules, every routine with its comment, its
+/// callers and what it calls, findings, then the code.
 namespace quillmate::output {
 
 struct DigestOptions {

@@ -10,7 +10,7 @@ namespace quillmate::host {
 
 /// Everything that the first `projects` projects of a host's listing hold, every module with its code, those of one or
 /// two lines too. Locked projects are left out, and modules that can't be read: `problems` gets a German line for each,
-/// UTF-8.
+/// UTF-8. /// They are among the facts' omissions too, with what the listing had to leave out.
 codedb::Facts CollectFacts(HostAutomation& host, int projects, std::vector<std::string>& problems);
 
 }  // namespace quillmate::host

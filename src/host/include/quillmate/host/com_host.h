@@ -39,6 +39,7 @@ class ComHost : public HostAutomation {
   /// Kept after a refused attach, until Release.
   float HostVersion() const noexcept override;
   std::string Problem() const override;
+  std::vector<codedb::OmissionFact> Omissions() const override;
   int ProjectCount() override;
   HostProject Project(int project) override;
   int ComponentCount(int project) override;

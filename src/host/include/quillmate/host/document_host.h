@@ -69,6 +69,7 @@ class DocumentHost : public HostAutomation {
   bool AttachHost() override;
   void Release() noexcept override;
   float HostVersion() const noexcept override;
+  std::vector<codedb::OmissionFact> Omissions() const override;
   int ProjectCount() override;
   HostProject Project(int project) override;
   int ComponentCount(int project) override;

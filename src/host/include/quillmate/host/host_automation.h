@@ -23,6 +23,9 @@ class HostError : public std::runtime_error {
 using office::ComponentType;
 using enum office::ComponentType;
 
+/// Why a locked project gives no code.
+inline constexpr const char* kProjectIsLocked = "Das Projekt ist gesperrt";
+
 struct HostProject {
   std::string name;
   /// Full path as the host gives it; nothing for a project that was never saved.
@@ -59,6 +62,10 @@ class HostAutomation {
   /// What is missing although there is a host: it refuses the access to its projects, is busy, can't give a module.
   /// One German line each (UTF-8, CR LF between them), empty when nothing is. Kept until the next attach or listing.
   virtual std::string Problem() const { return {}; }
+
+  /// While attached: what the last listing had to leave out, locked projects included; unless the host knows better the
+  /// lines of Problem.
+  virtual std::vector<codedb::OmissionFact> Omissions() const;
 
   virtual int ProjectCount() = 0;
   virtual HostProject Project(int project) = 0;

@@ -28,6 +28,7 @@ class JoinedHost : public HostAutomation {
   void Release() noexcept override;
   float HostVersion() const noexcept override;
   std::string Problem() const override;
+  std::vector<codedb::OmissionFact> Omissions() const override;
   int ProjectCount() override;
   HostProject Project(int project) override;
   int ComponentCount(int project) override;

@@ -34,6 +34,7 @@ struct ProjectInfo {
   language::Dialect dialect = language::Dialect::kVba;
   std::vector<language::ConditionalConstant> constants;
   std::vector<std::string> libraries;
+  std::vector<DocumentProperty> properties;
 };
 
 struct ModuleInfo {
@@ -132,6 +133,8 @@ class ReferenceIndex {
 
   std::span<const ProjectInfo> Projects() const noexcept;
   std::span<const ModuleInfo> Modules() const noexcept;
+  /// What the sources hold beside the modules and could not be read.
+  std::span<const Omission> Omissions() const noexcept;
   /// The front end's records of a module, text included.
   const language::Module& Code(Index module) const noexcept;
 

@@ -44,6 +44,18 @@ struct ModuleSource {
   bool controlsKnown = false;
 };
 
+/// What a document says of itself, in German words for people: author, dates, signature, external links ...
+struct DocumentProperty {
+  std::string name;
+  std::string value;
+};
+
+/// Something that could not be read, or not whole. Names are empty as far as they are not known.
+struct Omission {
+  std::string file, project, module;
+  std::string reason;  ///< German, one line
+};
+
 /// A name space of its own: a VB project, a workbook's macros, a folder of module files.
 struct ProjectSource {
   /// As code would write it before a "."; may be empty.
@@ -62,6 +74,8 @@ struct ProjectSource {
   std::vector<Index> references;
   /// Names of the libraries that it refers to, in their order.
   std::vector<std::string> libraries;
+  /// In the order of the document; a name may come more than once.
+  std::vector<DocumentProperty> properties;
 };
 
 /// Something outside the code that calls a routine.
@@ -91,6 +105,7 @@ struct Sources {
   std::vector<ProjectSource> projects;
   std::vector<ModuleSource> modules;
   std::vector<ExternalBinding> bindings;
+  std::vector<Omission> omissions;
 };
 
 }  // namespace quillmate::symbols
