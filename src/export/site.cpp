@@ -11,7 +11,9 @@
 #include "site_comments_p.h"
 #include "site_dependencies_p.h"
 #include "site_files_p.h"
+#include "site_findings_p.h"
 #include "site_links_p.h"
+#include "site_metrics_p.h"
 #include "site_pages_p.h"
 #include "site_search_p.h"
 #include "site_style_p.h"
@@ -38,6 +40,8 @@ class SiteWriter {
     Write(RoutinePages(model));
     Write(UnusedPages(model));
     Write(kDependenciesFile, [&] { return DependenciesPage(model); });
+    Write(FindingPages(site_));
+    Write(MetricPages(site_));
     Write(kSearchFile, [&] { return SearchPage(model); });
     Write(kSearchScript, [&] { return SearchScript(model, comments_); });
     for (std::size_t page = 0; page < site_.declarations.PageCount(); ++page) {

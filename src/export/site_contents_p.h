@@ -1,5 +1,10 @@
 #pragma once
 
+#include <vector>
+
+#include <quillmate/checks/checks.h>
+#include <quillmate/checks/metrics.h>
+
 #include "site_declarations_p.h"
 #include "site_model_p.h"
 #include "site_uses_p.h"
@@ -8,13 +13,20 @@ namespace quillmate::output {
 
 /// What the pages of a site are made from.
 struct SiteContents {
-  explicit SiteContents(const SiteProject& project) : model(project), uses(model), declarations(model, uses) {}
+  explicit SiteContents(const SiteProject& project)
+      : model(project),
+        uses(model),
+        declarations(model, uses),
+        findings(checks::RunChecks(model.known)),
+        metrics(checks::Measure(model.known)) {}
   SiteContents(const SiteContents&) = delete;
   SiteContents& operator=(const SiteContents&) = delete;
 
   SiteModel model;
   SiteUses uses;
   SiteDeclarations declarations;
+  std::vector<checks::Finding> findings;  ///< by module, then place
+  checks::Metrics metrics;
 };
 
 }  // namespace quillmate::output

@@ -192,6 +192,35 @@ std::string SiteDeclarations::UseCount(SymbolId symbol) const {
   return text;
 }
 
+void SiteDeclarations::AppendModule(std::string& html, int module) const {
+  const symbols::Index number = model_.Module(module).number;
+  if (number == symbols::kNone) return;
+  const symbols::ModuleInfo& info = model_.known.Modules()[number];
+  bool isFirst = true;
+  for (SymbolId symbol = info.symbol; symbol < info.endSymbol; ++symbol) {
+    const symbols::Symbol& found = model_.known.SymbolAt(symbol);
+    const bool inside = found.routine != symbols::kNone || IsCallable(found.kind) || found.line == 0;
+    if (inside || !Has(symbol)) continue;
+    if (std::exchange(isFirst, false)) {
+      html +=
+          "<h2 id=\"deklarationen\">Deklarationen</h2>\n<table class=\"declared\">\n<thead>\n<tr><th scope=\"col\">"
+          "Name</th><th scope=\"col\">Deklaration</th><th scope=\"col\">Zeile</th><th scope=\"col\">Verwendungen</th>"
+          "</tr>\n</thead>\n<tbody>\n";
+    }
+    const std::uint32_t line = model_.ShownLine(number, found.line);
+    html += "<tr><th scope=\"row\">";
+    html.append(FullName(symbol)).append("</th><td><code>").append(EscapeUtf8(DeclarationText(model_.known, symbol)));
+    html += "</code></td><td>";
+    if (line != 0) AppendLink(html, "#z" + std::to_string(line), std::to_string(line));
+    html += "</td><td>";
+    std::string address;
+    AppendAddress(address, symbol);
+    AppendLink(html, address, UseCount(symbol));
+    html += "</td></tr>\n";
+  }
+  if (!isFirst) html += "</tbody>\n</table>\n";
+}
+
 std::string SiteDeclarations::Page(std::size_t page) const {
   const bool isWhole = pages_.size() == 1 && pages_.front().file == kDeclarationsFile;
   if (page == 0) {

@@ -23,6 +23,9 @@ class SiteDeclarations {
   /// May be called on any thread.
   std::string Page(std::size_t page) const;
 
+  /// The section of a module's page: what it declares outside of routines. Nothing without such.
+  void AppendModule(std::string& html, int module) const;
+
   /// False for modules, numbers before lines and the parameters of Declares and events.
   bool Has(symbols::SymbolId symbol) const { return item_[symbol] != kNoItem; }
   /// The address of the entry of a symbol that has one.

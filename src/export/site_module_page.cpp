@@ -7,6 +7,8 @@
 
 #include "site_code_p.h"
 #include "site_comments_p.h"
+#include "site_findings_p.h"
+#include "site_metrics_p.h"
 #include "site_pages_p.h"
 #include "site_parts_p.h"
 #include "site_text_p.h"
@@ -17,20 +19,6 @@ namespace {
 constexpr std::string_view kCodeAnchor = "#quelltext";
 /// A name that many classes have may be called from everywhere.
 constexpr std::size_t kMostEdges = 200;
-
-/// What a property's part is called after the property's name.
-std::string_view PartText(int kind) noexcept {
-  switch (kind) {
-    case codedb::kLet:
-      return " (Let)";
-    case codedb::kGet:
-      return " (Get)";
-    case codedb::kSet:
-      return " (Set)";
-    default:
-      return {};
-  }
-}
 
 /// Writes the page of one module.
 class ModulePageWriter {
@@ -49,6 +37,10 @@ class ModulePageWriter {
     html_ = PageHead(model_, EscapeCode(module_.record->name), module_.page);
     AppendFacts();
     AppendRoutineNames();
+    site_.declarations.AppendModule(html_, position_);
+    AppendFindings(html_, site_, position_);
+    AppendMetrics(html_, site_, position_);
+    if (module_.first != module_.last) html_ += "<h2>Die Routinen im Einzelnen</h2>\n";
     for (int i = module_.first; i < module_.last; ++i) AppendRoutine(model_.Routine(i));
     html_ += "<h2 id=\"quelltext\">Quelltext</h2>\n<pre class=\"code\"><code>";
     AppendModuleCode(html_, text_, position_, site_);

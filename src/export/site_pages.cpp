@@ -5,7 +5,9 @@
 #include <quillmate/text/windows1252.h>
 
 #include "site_dependencies_p.h"
+#include "site_findings_p.h"
 #include "site_lists_p.h"
+#include "site_metrics_p.h"
 #include "site_pages_p.h"
 #include "site_parts_p.h"
 #include "site_search_p.h"
@@ -23,8 +25,14 @@ struct NavigationLink {
 };
 
 constexpr NavigationLink kNavigation[] = {
-    {kStartFile, "Module"},       {kRoutinesFile, "Routinen von A bis Z"}, {kDeclarationsFile, "Deklarationen"},
-    {kUnusedFile, "Ohne Aufruf"}, {kDependenciesFile, "Abhängigkeiten"},   {kSearchFile, "Suche"},
+    {kStartFile, "Module"},
+    {kRoutinesFile, "Routinen von A bis Z"},
+    {kDeclarationsFile, "Deklarationen"},
+    {kUnusedFile, "Ohne Aufruf"},
+    {kDependenciesFile, "Abhängigkeiten"},
+    {kFindingsFile, "Befunde"},
+    {kMetricsFile, "Kennzahlen"},
+    {kSearchFile, "Suche"},
 };
 
 void AppendNavigation(std::string& html, std::string_view current, bool isPart) {

@@ -43,6 +43,19 @@ std::string_view RoutineKindText(int kind) noexcept {
   }
 }
 
+std::string_view PartText(int kind) noexcept {
+  switch (kind) {
+    case codedb::kLet:
+      return " (Let)";
+    case codedb::kGet:
+      return " (Get)";
+    case codedb::kSet:
+      return " (Set)";
+    default:
+      return {};
+  }
+}
+
 std::string_view GradeText(Grade grade) noexcept {
   switch (grade) {
     case Grade::kHost:

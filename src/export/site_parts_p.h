@@ -13,6 +13,8 @@ namespace quillmate::output {
 /// Kinds as readers know them, German.
 std::string_view ModuleKindText(int kind) noexcept;
 std::string_view RoutineKindText(int kind) noexcept;
+/// What a property's part is called after the property's name: " (Get)"; empty for other routines.
+std::string_view PartText(int kind) noexcept;
 
 /// "sicher", "vom Host" ... and a sentence about it; German.
 std::string_view GradeText(symbols::Grade grade) noexcept;

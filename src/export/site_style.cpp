@@ -61,9 +61,14 @@ constexpr std::string_view kRules[] = {
     ".k{color:var(--k)}",
     ".c{color:var(--c)}",
     ".s{color:var(--s)}",
-    ".declared td,.declared th{padding-right:1rem;overflow-wrap:anywhere}",
-    ".declared td:nth-child(3){min-width:10rem}",
+    ".declared td,.declared th{padding-right:1rem;overflow-wrap:break-word}",
+    ".declared code{overflow-wrap:anywhere}",
     "td code{font-family:var(--code);font-size:.875rem}",
+    ".numbers td,.numbers th{padding-right:1rem}",
+    ".numbers abbr{text-decoration:none}",
+    ".error{color:var(--bad);font-weight:600}",
+    ".warning{font-weight:600}",
+    "td small{color:var(--dim)}",
     ".wide{overflow-x:auto}",
     ".matrix td,.matrix thead th{text-align:right;white-space:nowrap}",
     ".matrix abbr{text-decoration:none}",
@@ -72,10 +77,10 @@ constexpr std::string_view kRules[] = {
 
 constexpr std::string_view kLight =
     "color-scheme:light;--ground:#fff;--text:#1b1d21;--soft:#f6f7f9;--line:#d8dbe1;--dim:#5a606b;--link:#0b57c2;"
-    "--mark:#fff0b8;";
+    "--mark:#fff0b8;--bad:#b3261e;";
 constexpr std::string_view kDark =
     "color-scheme:dark;--ground:#16181d;--text:#d9dce2;--soft:#1d2026;--line:#363b45;--dim:#9aa1ad;--link:#86b4ff;"
-    "--mark:#4a4114;";
+    "--mark:#4a4114;--bad:#ffb4ab;";
 
 /// On paper the code needs no frame, but all of it has to be there.
 constexpr std::string_view kPrintRules[] = {

@@ -128,5 +128,32 @@ TEST_F(SiteTest, LongListsInSeveralPages) {
             std::string::npos);
 }
 
+/// Findings and numbers stand on the module's page and on the overviews, with links to their lines and routines.
+TEST_F(SiteTest, FindingsAndNumbers) {
+  AddModule("m1", codedb::kStandard,
+            "Option Explicit\r\nSub Weg()\r\nOn Error Resume Next\r\nKill \"a\": Hilf\r\nEnd Sub\r\n"
+            "Private Sub Hilf()\r\nDim i As Long: For i = 1 To 3: If i = 2 Then Weg\r\nNext\r\nEnd Sub");
+  AddRoutine("Weg", {2, 5});
+  AddRoutine("Hilf", {6, 9}, codedb::kSub, codedb::kPrivate);
+  const auto files = Write();
+  const std::string& page = files.at("modul-m1.html");
+  const std::string row =
+      "<tr><td><a href=\"#z4\">Zeile 4</a></td><td><span class=\"hint\">hinweis</span></td><td>„Kill“ löscht Dateien.";
+  const std::string section = Part(page, "<h2 id=\"befunde\">", "</table>");
+  EXPECT_NE(section.find(row), std::string::npos) << section;
+  const std::string numbers =
+      "</a></th><td class=\"number\">4</td><td class=\"number\">4</td>"
+      "<td class=\"number\">0</td><td class=\"number\">";
+  EXPECT_NE(page.find("<a href=\"#r-Hilf\">Hilf" + numbers + "3</td><td class=\"number\">3</td>"), std::string::npos);
+  EXPECT_NE(files.at("kennzahlen.html").find("<a href=\"modul-m1.html#r-Hilf\">m1.Hilf" + numbers), std::string::npos);
+  const std::string& findings = files.at("befunde.html");
+  EXPECT_NE(findings.find("<th scope=\"row\"><a href=\"#b-aussen-datei\">Liest, schreibt oder löscht Dateien</a></th>"
+                          "<td><code>aussen-datei</code></td><td>Berührungspunkte</td><td class=\"number\">1</td>"),
+            std::string::npos);
+  EXPECT_NE(
+      findings.find("<a href=\"modul-m1.html\">m1</a>.Weg, <a href=\"modul-m1.html#z4\">Zeile 4</a></td><td>„Kill“"),
+      std::string::npos);
+}
+
 }  // namespace
 }  // namespace quillmate::output
