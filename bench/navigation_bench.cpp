@@ -79,7 +79,7 @@ void SearchProject(benchmark::State& state, const char* searched) {
   SavedProject project(state);
   for (int i = 0; i < project.views.Count(); ++i) project.views.View({i});
   for ([[maybe_unused]] auto round : state) {
-    benchmark::DoNotOptimize(AllHits(project.database, project.views, searched, false));
+    benchmark::DoNotOptimize(AllHits(project.database, project.views, {std::string(searched)}));
   }
 }
 

@@ -32,7 +32,8 @@ bool IsWordLimit(std::string_view text, std::size_t offset) noexcept {
 /// The find operation with what it needs to know about the searched text.
 class Finder {
  public:
-  Finder(std::string_view searched, bool wholeWord) : needle_(searched, true), wholeWord_(wholeWord) {}
+  Finder(std::string_view searched, bool wholeWord, bool matchCase = false)
+      : needle_(searched, !matchCase), wholeWord_(wholeWord) {}
 
   std::optional<std::size_t> Find(std::string_view text, std::size_t start) {
     needle_.Start(text, start);
@@ -158,14 +159,31 @@ ModuleHits DescribeHits(codedb::CodeDatabase& database, const CodeView& view, co
   return module;
 }
 
-std::vector<ModuleHits> AllHits(codedb::CodeDatabase& database, CodeViews& views, std::string_view searched,
-                                bool wholeWord) {
+void KeepMatchesWithin(std::vector<TextMatch>& matches, const std::vector<StyleRun>& runs, MatchWithin within) {
+  if (within == MatchWithin::kEverything) return;
+  const Span span = within == MatchWithin::kStrings ? Span::kString : Span::kComment;
+  auto run = runs.begin();
+  std::erase_if(matches, [&](const TextMatch& match) {
+    const std::size_t end = match.position + match.length;
+    while (run != runs.end() && run->start + run->length <= match.position) ++run;
+    std::size_t covered = 0;
+    for (auto at = run; at != runs.end() && at->start < end; ++at) {
+      if (at->span != span) continue;
+      covered += std::min(at->start + at->length, end) - std::max(at->start, match.position);
+    }
+    return within == MatchWithin::kNoComments ? covered > 0 : covered < match.length;
+  });
+}
+
+std::vector<ModuleHits> AllHits(codedb::CodeDatabase& database, CodeViews& views, const HitRequest& request) {
   std::vector<ModuleHits> modules;
-  if (searched.empty()) return modules;
-  Finder finder(searched, wholeWord);
+  if (request.text.empty()) return modules;
+  Finder finder(request.text, request.wholeWord, request.matchCase);
   for (codedb::ViewIndex i; i.value < views.Count(); ++i.value) {
     const CodeView& view = views.View(i);
-    const std::vector<TextMatch> matches = finder.FindAll(view.Text());
+    std::vector<TextMatch> matches = finder.FindAll(view.Text());
+    if (matches.empty()) continue;
+    if (request.within != MatchWithin::kEverything) KeepMatchesWithin(matches, views.Runs(i), request.within);
     if (!matches.empty()) modules.push_back(DescribeHits(database, view, i, matches));
   }
   return modules;

@@ -65,6 +65,10 @@ class Collector {
       const int number = static_cast<int>(level);
       inner = Level(inner, direction == CallDirection::kCallers ? -number : number);
     }
+    if (direction != CallDirection::kCallers) return;
+    for (const Index node : inner) {
+      if (CallersOf(index_, picture_.nodes[node].routine).empty()) picture_.nodes[node].isEntry = true;
+    }
   }
 
   /// The nodes one level further out; those of routines.

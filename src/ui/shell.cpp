@@ -262,6 +262,13 @@ void Shell::ConnectCode() {
   connect(txtSuche_, &QLineEdit::returnPressed, &commands_->Item(CommandId::kSearchFromTop), &QAction::trigger);
   connect(txtSuche_, &SearchField::Left, this,
           [this] { (session_.IsLoaded() ? static_cast<QWidget&>(code_->Editor()) : sources_.Tree()).setFocus(); });
+  connect(hits_, &HitPanel::CopyWanted, this,
+          [this] { interaction_.Guarded([this] { CopyList(Desk(), {hits_->AsTable()}); }); });
+  connect(hits_, &HitPanel::SaveWanted, this,
+          [this] { interaction_.Guarded([this] { SaveList(Desk(), {hits_->AsTable()}); }); });
+  QAction& wholeWord = commands_->Item(CommandId::kSwitchWholeWord);
+  connect(&wholeWord, &QAction::toggled, hits_, &HitPanel::SetWholeWord);
+  connect(hits_, &HitPanel::WholeWordWanted, &wholeWord, &QAction::trigger);
   connect(hits_, &HitPanel::Left, this, [this] { code_->Editor().setFocus(); });
 }
 
@@ -441,6 +448,12 @@ void Shell::EnterSearchText() {
   window_.layout()->activate();
   txtSuche_->setFocus();
   txtSuche_->selectAll();
+}
+
+void Shell::ListHits() {
+  const std::string chosen = code_->ChosenSelection();
+  const bool isOneLine = !chosen.empty() && chosen.find('\n') == std::string::npos;
+  hits_->Open(isOneLine ? FromCode(chosen) : txtSuche_->text());
 }
 
 void Shell::OpenName() {
@@ -645,7 +658,7 @@ void Shell::Carry(CommandId command) {
     case kEnterSearchText:
       return EnterSearchText();
     case kListAllHits:
-      return hits_->Open(txtSuche_->text());
+      return ListHits();
     case kFindRoutineCallers:
       return ShowCallers();
     case kShowDefinition:

@@ -84,6 +84,7 @@ class Shell : public QObject {
   void CloseCallers();
   void SetCallersShown(bool shown);
   void EnterSearchText();
+  void ListHits();
   void OpenName();
   void Toggle(CommandId command, bool& on);
   void TakeKnowledge();

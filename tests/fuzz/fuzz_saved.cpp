@@ -135,7 +135,7 @@ void Navigate(Project& project) {
   const int count = static_cast<int>(project.modules.size());
   navigation::CodeViews views;
   views.Load(project.folder, count);
-  navigation::AllHits(project.database, views, "e", false);
+  navigation::AllHits(project.database, views, {"e"});
   for (codedb::ViewIndex i; i.value < count; ++i.value) {
     for (const std::int32_t line : {0, 1, 3, 100}) {
       navigation::BuildZoomView(project.database, views.View(i), views.Runs(i), i, {line});

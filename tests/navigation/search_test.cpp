@@ -161,7 +161,7 @@ TEST_F(SearchCommands, AllHitsWithLinesAndRoutines) {
   views_.Load(folder.Path(), 3);
   const auto list = [&](std::string_view searched, bool wholeWord) {
     std::string lines;
-    for (const ModuleHits& module : AllHits(database, views_, searched, wholeWord)) {
+    for (const ModuleHits& module : AllHits(database, views_, {std::string(searched), wholeWord})) {
       for (const Hit& hit : module.hits) {
         lines += std::to_string(module.view.value) + ":" + std::to_string(hit.match.position) + " " +
                  std::to_string(hit.line.value) + " " +
@@ -176,6 +176,29 @@ TEST_F(SearchCommands, AllHitsWithLinesAndRoutines) {
   EXPECT_EQ(list("foo", true), "0:0 1 - foo\n0:17 4 A foo\n0:25 6 - Foo\n1:0 1 - Foo\n");
   EXPECT_EQ(list("bar", false), "2:2 1 - x Bar\n");
   EXPECT_EQ(list("", false) + list("nirgends", false), "");
+}
+
+TEST(KeepMatchesWithin, CountsEveryPartOfAMatch) {
+  // x = "ab" ' ab  with a string at 4 to 7 and a comment from 9 on
+  const std::vector<StyleRun> runs = {{0, 1, Span::kPlain, true},
+                                      {4, 4, Span::kString, false},
+                                      {9, 2, Span::kComment, false},
+                                      {11, 2, Span::kComment, true}};
+  const std::vector<TextMatch> all = {{0, 1}, {3, 2}, {4, 4}, {5, 2}, {6, 5}, {7, 1}, {9, 4}, {12, 1}, {13, 2}};
+  const struct {
+    MatchWithin within;
+    std::vector<std::size_t> left;
+  } cases[] = {{MatchWithin::kEverything, {0, 3, 4, 5, 6, 7, 9, 12, 13}},
+               {MatchWithin::kNoComments, {0, 3, 4, 5, 7, 13}},
+               {MatchWithin::kStrings, {4, 5, 7}},
+               {MatchWithin::kComments, {9, 12}}};
+  for (const auto& c : cases) {
+    std::vector<TextMatch> matches = all;
+    KeepMatchesWithin(matches, runs, c.within);
+    std::vector<std::size_t> left;
+    for (const TextMatch& match : matches) left.push_back(match.position);
+    EXPECT_EQ(left, c.left) << static_cast<int>(c.within);
+  }
 }
 
 /// What a list shows of a long line: so many characters, the match in their middle unless the line ends before.

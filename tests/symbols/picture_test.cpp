@@ -72,7 +72,7 @@ TEST(CallPicture, CallersStandLeftAndCalleesRight) {
        "D(): "
        "E: "
        "End Sub\nSub E(): F: End Sub\nSub F(): End Sub",
-       2, 9, "0 X; -1 B; -2 A; 1 C; 1 D; 2 E; | B>X A>B X>C X>D C>E D>E"},
+       2, 9, "0 X; -1 B; -2 A^; 1 C; 1 D; 2 E; | B>X A>B X>C X>D C>E D>E"},
       {"no levels", "== module M\nSub X(): X2: End Sub\nSub X2(): X: End Sub", 0, 9, "0 X; |"},
       {"cycles: itself, over another one that so stands on both sides, among callers",
        "== module M\nSub X(): X: Y: End Sub\nSub Y(): X: End Sub\nSub P(): X: Q: End Sub\nSub Q(): P: End Sub", 3, 9,

@@ -1,5 +1,7 @@
+#include <QAbstractButton>
 #include <QAbstractItemModelTester>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDockWidget>
 #include <QLineEdit>
 #include <QWheelEvent>
@@ -209,6 +211,54 @@ TEST_F(SearchTest, ListsHitsOfPatterns) {
   EXPECT_EQ(Panel("lblTreffer"), "Der reguläre Ausdruck ist an Stelle 3 fehlerhaft");
   EXPECT_EQ(HitRows(), QStringList());
   EXPECT_EQ(platform.TakeText(), "");
+}
+
+TEST_F(SearchTest, HitsAreNarrowedSortedAndHandedOn) {
+  AddModule("b.bas",
+            "Attribute VB_Name = \"Suche\"\r\nPublic Sub Suchen() ' Laden\r\n  s = \"laden\" & \"x\"\r\n  Call "
+            "Laden\r\nEnd Sub\r\n");
+  StartWithProject();
+  const auto box = [this](const char* name) { return Window().findChild<QCheckBox*>(QString::fromLatin1(name)); };
+  // Chosen by the user, not only marked by the program.
+  Code().setTextCursor(Code().document()->find("Menge"));
+  Trigger("mnuBearbeiten_Suchen_Alle");
+  EXPECT_EQ(Field("txtTreffer").text(), "Menge");
+  auto& within = *Window().findChild<QComboBox*>("cboTrefferIn");
+  const QString lager = "Lager|Laden|1|Public Sub Laden()", call = "Suche|Suchen|3|Call Laden";
+  const QString comment = "Suche|Suchen|1|Public Sub Suchen() ' Laden", string = "Suche|Suchen|2|s = \"laden\" & \"x\"";
+  const struct {
+    int within;
+    bool matchCase, pattern;
+    QStringList rows;
+  } kRows[] = {{0, false, false, {lager, comment, string, call}},
+               {0, true, false, {lager, comment, call}},
+               {1, false, false, {lager, string, call}},
+               {1, true, true, {lager, call}},
+               {2, false, true, {string}},
+               {3, false, false, {comment}}};
+  for (const auto& row : kRows) {
+    within.setCurrentIndex(row.within);
+    box("chkGrossKlein")->setChecked(row.matchCase);
+    ListHits("Laden", row.pattern);
+    EXPECT_EQ(HitRows(), row.rows) << row.within << row.pattern;
+  }
+  within.setCurrentIndex(0);
+  ListHits("laden");
+  const QModelIndex text = Hits().model()->index(2, ui::HitList::kText);
+  EXPECT_EQ(text.data(ui::HitList::kMatchRole).toPoint(), QPoint(5, 5));
+  Hits().sortByColumn(ui::HitList::kText, Qt::DescendingOrder);
+  EXPECT_EQ(HitRows(), (QStringList{string, comment, lager, call}));
+  Hits().sortByColumn(ui::HitList::kLine, Qt::AscendingOrder);
+  EXPECT_EQ(HitRows(), (QStringList{lager, comment, string, call}));
+  QTest::keyClick(&Hits(), Qt::Key_End);
+  QTest::keyClick(&Hits(), Qt::Key_Return);
+  EXPECT_EQ(Found(), "Suche 3:8 Laden");
+  Window().findChild<QAbstractButton*>("cmdTrefferKopieren")->click();
+  EXPECT_TRUE(platform.clipboard.text.endsWith("\nSuche\tSuchen\t3\t8\tCall Laden\n"));
+  box("chkGanzesWort")->click();
+  EXPECT_TRUE(Action("su_g").isChecked());
+  Trigger("su_g");
+  EXPECT_FALSE(box("chkGanzesWort")->isChecked());
 }
 
 TEST_F(SearchTest, PatternThatNeverEndsIsGivenUp) {

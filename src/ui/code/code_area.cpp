@@ -41,7 +41,13 @@ void CodeArea::ShowPlace(project::Reveal reveal) {
     BuildZoom();
     if (!atTop) SelectInZoom(position, length);
   }
+  marked_ = Selection();
   Editor().setFocus();
+}
+
+std::string CodeArea::ChosenSelection() const {
+  std::string selection = Selection();
+  return selection == marked_ ? std::string() : selection;
 }
 
 void CodeArea::Forget() { main_->Forget(); }

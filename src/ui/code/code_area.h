@@ -38,6 +38,9 @@ class CodeArea : public QStackedWidget {
   /// What is selected in the view that is seen, Windows-1252 with CR LF; empty when nothing is.
   std::string Selection() const { return std::string(Editor().SelectedCode()); }
 
+  /// The same, if the user has selected it: what the program marks when it shows a place does not count.
+  std::string ChosenSelection() const;
+
   /// The offset in the visible module's text of one in the view that is seen.
   std::size_t InModule(std::size_t offset) const { return IsZoomed() ? offset + zoomed_.start : offset; }
   /// The caret's place in the visible module's text, behind a word that is selected up to its end.
@@ -80,6 +83,8 @@ class CodeArea : public QStackedWidget {
   CodeEditor* main_;
   CodeEditor* zoom_;
   ZoomText zoomed_;
+  /// What was selected when a place was last shown.
+  std::string marked_;
 };
 
 }  // namespace quillmate::ui

@@ -19,6 +19,22 @@ void Panel::Fill(std::initializer_list<QWidget*> rows) {
   setWidget(inside);
 }
 
+void Panel::AddListButtons(QLayout& bar, const char* copyName, const char* saveName) {
+  copy_ = new QPushButton(QStringLiteral("&Kopieren"));
+  copy_->setObjectName(QString::fromLatin1(copyName));
+  save_ = new QPushButton(QStringLiteral("S&peichern ..."));
+  save_->setObjectName(QString::fromLatin1(saveName));
+  connect(copy_, &QPushButton::clicked, this, &Panel::CopyWanted);
+  connect(save_, &QPushButton::clicked, this, &Panel::SaveWanted);
+  bar.addWidget(copy_);
+  bar.addWidget(save_);
+}
+
+void Panel::EnableListButtons(bool on) {
+  copy_->setEnabled(on);
+  save_->setEnabled(on);
+}
+
 bool Panel::TakeKey(QObject&, int) { return false; }
 
 bool Panel::eventFilter(QObject* watched, QEvent* event) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDockWidget>
+#include <QLayout>
+#include <QPushButton>
 
 namespace quillmate::ui {
 
@@ -14,15 +16,25 @@ class Panel : public QDockWidget {
  signals:
   /// The user goes back to the code.
   void Left();
+  /// The list of the panel is to be handed on.
+  void CopyWanted();
+  void SaveWanted();
 
  protected:
   /// Puts the controls of the panel in one column.
   void Fill(std::initializer_list<QWidget*> rows);
+  /// Buttons that hand the panel's list on, for a panel that has one.
+  void AddListButtons(QLayout& bar, const char* copyName, const char* saveName);
+  void EnableListButtons(bool on);
   /// Its keys are the panel's, too.
   void Watch(QWidget& control) { control.installEventFilter(this); }
   /// A key in a watched control; false leaves it to the control.
   virtual bool TakeKey(QObject& control, int key);
   bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  QPushButton* copy_ = nullptr;
+  QPushButton* save_ = nullptr;
 };
 
 /// Enter, on either part of the keyboard.

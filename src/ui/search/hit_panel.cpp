@@ -38,7 +38,7 @@ HitPanel::HitPanel(Interaction& interaction, project::Session& session, const Se
       session_(session),
       switches_(switches) {
   BuildList();
-  Fill({BuildField(), list_});
+  Fill({BuildField(), BuildSwitches(), list_});
   Watch(*text_);
   Watch(*list_);
 }
@@ -48,8 +48,6 @@ QWidget* HitPanel::BuildField() {
   text_->setObjectName(QStringLiteral("txtTreffer"));
   text_->setPlaceholderText(QStringLiteral("Suchtext"));
   text_->setClearButtonEnabled(true);
-  isPattern_ = new QCheckBox(QStringLiteral("Regulärer Ausdru&ck"));
-  isPattern_->setObjectName(QStringLiteral("chkRegulaer"));
   auto* search = new QPushButton(QStringLiteral("S&uchen"));
   search->setObjectName(QStringLiteral("cmdTreffer"));
   message_ = new QLabel;
@@ -64,9 +62,35 @@ QWidget* HitPanel::BuildField() {
   auto* layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(text_, 2);
-  layout->addWidget(isPattern_);
   layout->addWidget(search);
   layout->addWidget(message_, 3);
+  AddListButtons(*layout, "cmdTrefferKopieren", "cmdTrefferSpeichern");
+  EnableListButtons(false);
+  return row;
+}
+
+QWidget* HitPanel::BuildSwitches() {
+  auto* row = new QWidget;
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  const auto add = [layout](const char* name, const char* caption) {
+    auto* box = new QCheckBox(QString::fromUtf8(caption));
+    box->setObjectName(QString::fromLatin1(name));
+    layout->addWidget(box);
+    return box;
+  };
+  wholeWord_ = add("chkGanzesWort", "Ganzes &Wort");
+  matchCase_ = add("chkGrossKlein", "&Groß/klein");
+  matchCase_->setToolTip(QStringLiteral("Groß- und Kleinschreibung unterscheiden"));
+  isPattern_ = add("chkRegulaer", "Regulärer Ausdru&ck");
+  within_ = new QComboBox;
+  within_->setObjectName(QStringLiteral("cboTrefferIn"));
+  within_->setAccessibleName(QStringLiteral("Wo gesucht wird"));
+  within_->addItems({QStringLiteral("Überall"), QStringLiteral("Ohne Kommentare"),
+                     QStringLiteral("Nur in Zeichenketten"), QStringLiteral("Nur in Kommentaren")});
+  layout->addWidget(within_);
+  layout->addStretch();
+  connect(wholeWord_, &QCheckBox::clicked, this, &HitPanel::WholeWordWanted);
   return row;
 }
 
@@ -79,6 +103,10 @@ void HitPanel::BuildList() {
   list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   hits_ = new HitList(list_);
   list_->setModel(hits_);
+  list_->setItemDelegateForColumn(HitList::kText, new HitDelegate(list_));
+  list_->header()->setSortIndicator(-1, Qt::AscendingOrder);
+  list_->header()->setSortIndicatorClearable(true);
+  list_->setSortingEnabled(true);
   const int character = list_->fontMetrics().averageCharWidth();
   for (int column = 0; column < HitList::kText; ++column) {
     list_->header()->resizeSection(column, kColumnWidths[column] * character);
@@ -96,16 +124,16 @@ void HitPanel::Open(const QString& text) {
 
 QString HitPanel::Find(std::vector<navigation::ModuleHits>& hits) {
   const QString typed = text_->text();
+  navigation::HitRequest request = {ToCode(typed), switches_.wholeWord, matchCase_->isChecked(),
+                                    static_cast<navigation::MatchWithin>(within_->currentIndex())};
   if (isPattern_->isChecked()) {
-    const Pattern pattern = MakePattern(typed, switches_.wholeWord);
+    const Pattern pattern = MakePattern(typed, request.wholeWord, request.matchCase);
     if (!pattern.error.isEmpty()) return pattern.error;
-    PatternHits found = AllPatternHits(session_.Index(), session_.Views(), pattern);
+    PatternHits found = AllPatternHits(session_.Index(), session_.Views(), pattern, request.within);
     hits = std::move(found.modules);
     return found.error;
   }
-  const std::string searched = ToCode(typed);
-  if (FromCode(searched) == typed)
-    hits = navigation::AllHits(session_.Index(), session_.Views(), searched, switches_.wholeWord);
+  if (FromCode(request.text) == typed) hits = navigation::AllHits(session_.Index(), session_.Views(), request);
   return {};
 }
 
@@ -115,9 +143,11 @@ void HitPanel::Search() {
   std::vector<navigation::ModuleHits> found;
   const QString error = Find(found);
   navigation::CodeViews& views = session_.Views();
+  list_->header()->setSortIndicator(-1, Qt::AscendingOrder);
   hits_->SetHits(std::move(found), ModuleNames(*session_.Tree(), views.Count()), &views);
   const int rows = hits_->rowCount();
   message_->setText(error.isEmpty() ? CountText(rows) : error);
+  EnableListButtons(rows > 0);
   if (rows == 0) {
     text_->setFocus();
     return;
@@ -137,6 +167,7 @@ void HitPanel::ShowHit(const QModelIndex& index) {
 
 void HitPanel::Clear() {
   hits_->SetHits({}, {}, nullptr);
+  EnableListButtons(false);
   message_->clear();
   hide();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTreeView>
@@ -20,6 +21,7 @@ class HitPanel : public Panel {
   Q_OBJECT
 
  public:
+  /// Whole words are a switch of the window, which stands in the panel, too.
   HitPanel(Interaction& interaction, project::Session& session, const SearchSwitches& switches);
 
   /// Shows the panel and, when there is a text to look for, its hits.
@@ -28,12 +30,19 @@ class HitPanel : public Panel {
   void Search();
   /// Drops the hits of a project that is no longer on screen.
   void Clear();
+  void SetWholeWord(bool on) { wholeWord_->setChecked(on); }
+  output::Table AsTable() const { return hits_->AsTable(); }
+
+ signals:
+  /// The switch is to be changed.
+  void WholeWordWanted();
 
  protected:
   bool TakeKey(QObject& control, int key) override;
 
  private:
   QWidget* BuildField();
+  QWidget* BuildSwitches();
   void BuildList();
   QString Find(std::vector<navigation::ModuleHits>& hits);
   void ShowHit(const QModelIndex& index);
@@ -43,6 +52,9 @@ class HitPanel : public Panel {
   const SearchSwitches& switches_;
   QLineEdit* text_ = nullptr;
   QCheckBox* isPattern_ = nullptr;
+  QCheckBox* wholeWord_ = nullptr;
+  QCheckBox* matchCase_ = nullptr;
+  QComboBox* within_ = nullptr;
   QLabel* message_ = nullptr;
   QTreeView* list_ = nullptr;
   HitList* hits_ = nullptr;

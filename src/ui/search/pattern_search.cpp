@@ -10,9 +10,8 @@ namespace {
 /// Code breaks its lines with CR LF.
 const QString kLineBreaks = QStringLiteral("(*ANYCRLF)");
 
-constexpr QRegularExpression::PatternOptions kOptions = QRegularExpression::CaseInsensitiveOption |
-                                                        QRegularExpression::MultilineOption |
-                                                        QRegularExpression::UseUnicodePropertiesOption;
+constexpr QRegularExpression::PatternOptions kOptions =
+    QRegularExpression::MultilineOption | QRegularExpression::UseUnicodePropertiesOption;
 
 /// Windows-1252 has a UTF-16 unit for each byte: positions are the same in both.
 bool FindAllIn(const QString& text, const QRegularExpression& expression, std::vector<navigation::TextMatch>& matches) {
@@ -33,14 +32,16 @@ bool FindAllIn(const QString& text, const QRegularExpression& expression, std::v
 
 }  // namespace
 
-Pattern MakePattern(const QString& pattern, bool wholeWord) {
+Pattern MakePattern(const QString& pattern, bool wholeWord, bool matchCase) {
+  QRegularExpression::PatternOptions options = kOptions;
+  if (!matchCase) options |= QRegularExpression::CaseInsensitiveOption;
   // The user's own text is looked at alone first, so that the place of a mistake is the one he sees.
-  const QRegularExpression plain(pattern, kOptions);
+  const QRegularExpression plain(pattern, options);
   if (!plain.isValid()) {
     return {plain, QStringLiteral("Der reguläre Ausdruck ist an Stelle %1 fehlerhaft").arg(plain.patternErrorOffset())};
   }
   Pattern made;
-  made.expression.setPatternOptions(kOptions);
+  made.expression.setPatternOptions(options);
   made.expression.setPattern(kLineBreaks +
                              (wholeWord ? QStringLiteral("(?<!\\w)(?:%1)(?!\\w)").arg(pattern) : pattern));
   if (!made.expression.isValid()) made.error = QStringLiteral("Der reguläre Ausdruck ist fehlerhaft");
@@ -48,7 +49,8 @@ Pattern MakePattern(const QString& pattern, bool wholeWord) {
   return made;
 }
 
-PatternHits AllPatternHits(codedb::CodeDatabase& database, navigation::CodeViews& views, const Pattern& pattern) {
+PatternHits AllPatternHits(codedb::CodeDatabase& database, navigation::CodeViews& views, const Pattern& pattern,
+                           navigation::MatchWithin within) {
   PatternHits hits;
   for (codedb::ViewIndex i; i.value < views.Count(); ++i.value) {
     const navigation::CodeView& view = views.View(i);
@@ -56,6 +58,9 @@ PatternHits AllPatternHits(codedb::CodeDatabase& database, navigation::CodeViews
     if (!FindAllIn(FromCode(view.Text()), pattern.expression, matches)) {
       hits.error = QStringLiteral("Der reguläre Ausdruck ist zu aufwendig");
       return hits;
+    }
+    if (!matches.empty() && within != navigation::MatchWithin::kEverything) {
+      navigation::KeepMatchesWithin(matches, views.Runs(i), within);
     }
     if (!matches.empty()) hits.modules.push_back(navigation::DescribeHits(database, view, i, matches));
   }

@@ -15,9 +15,9 @@ struct Pattern {
   QString error;
 };
 
-/// As in the other searches case does not count and a whole word has no identifier character beside it. "^" and "$" are
+/// As in the other searches a whole word has no identifier character beside it. "^" and "$" are
 /// the limits of a line, "." is no line break.
-Pattern MakePattern(const QString& pattern, bool wholeWord);
+Pattern MakePattern(const QString& pattern, bool wholeWord, bool matchCase);
 
 struct PatternHits {
   std::vector<navigation::ModuleHits> modules;
@@ -27,6 +27,7 @@ struct PatternHits {
 
 /// Every match of the project that is not empty, by view and position. Only one module at a time is turned into the
 /// form that the expression needs. Throws like navigation::AllHits.
-PatternHits AllPatternHits(codedb::CodeDatabase& database, navigation::CodeViews& views, const Pattern& pattern);
+PatternHits AllPatternHits(codedb::CodeDatabase& database, navigation::CodeViews& views, const Pattern& pattern,
+                           navigation::MatchWithin within);
 
 }  // namespace quillmate::ui

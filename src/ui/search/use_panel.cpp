@@ -73,19 +73,12 @@ QWidget* UsePanel::BuildBar() {
   message_->setObjectName(QStringLiteral("lblVerwendungen"));
   message_->setTextFormat(Qt::PlainText);
   message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  copy_ = new QPushButton(QStringLiteral("&Kopieren"));
-  copy_->setObjectName(QStringLiteral("cmdVerwendungenKopieren"));
-  save_ = new QPushButton(QStringLiteral("S&peichern ..."));
-  save_->setObjectName(QStringLiteral("cmdVerwendungenSpeichern"));
-  connect(copy_, &QPushButton::clicked, this, &UsePanel::CopyWanted);
-  connect(save_, &QPushButton::clicked, this, &UsePanel::SaveWanted);
   auto* bar = new QWidget;
   auto* layout = new QHBoxLayout(bar);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(kinds_);
   layout->addWidget(message_, 1);
-  layout->addWidget(copy_);
-  layout->addWidget(save_);
+  AddListButtons(*layout, "cmdVerwendungenKopieren", "cmdVerwendungenSpeichern");
   return bar;
 }
 
@@ -120,8 +113,7 @@ void UsePanel::ShowCount() {
   message_->setText(count == 0   ? QStringLiteral("Dieser Name wird nirgends verwendet.")
                     : count == 1 ? QStringLiteral("1 Verwendung")
                                  : number + QStringLiteral(" Verwendungen"));
-  copy_->setEnabled(count > 0);
-  save_->setEnabled(count > 0);
+  EnableListButtons(count > 0);
 }
 
 void UsePanel::Unfold() {

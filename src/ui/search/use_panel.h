@@ -35,8 +35,6 @@ class UsePanel : public Panel {
  signals:
   /// A use is to be shown.
   void UseChosen(const symbols::Reference& use);
-  void CopyWanted();
-  void SaveWanted();
 
  protected:
   bool TakeKey(QObject& control, int key) override;
@@ -51,8 +49,6 @@ class UsePanel : public Panel {
   QString name_;
   QComboBox* kinds_;
   QLabel* message_;
-  QPushButton* copy_;
-  QPushButton* save_;
   QTreeView* tree_;
   UseModel* model_;
 };

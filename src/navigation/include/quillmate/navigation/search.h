@@ -64,6 +64,26 @@ struct TextMatch {
   std::size_t length = 0;
 };
 
+/// Which matches of a text count.
+enum class MatchWithin {
+  kEverything,
+  kNoComments,  ///< no part of it is comment
+  kStrings,     ///< all of it is in strings, their quotes included
+  kComments     ///< all of it is in comments
+};
+
+/// Leaves the matches that count. `runs` are those of the text; both in text order. Linear.
+void KeepMatchesWithin(std::vector<TextMatch>& matches, const std::vector<StyleRun>& runs, MatchWithin within);
+
+/// What a list of hits is made by.
+struct HitRequest {
+  std::string text;
+  bool wholeWord = false;
+  /// Upper and lower case differ.
+  bool matchCase = false;
+  MatchWithin within = MatchWithin::kEverything;
+};
+
 /// All occurrences from the first character on, left to right without overlaps; the second form gives one after the
 /// other, since a text that is found everywhere makes a list that is many times as long as the code.
 std::vector<TextMatch> FindAll(std::string_view text, std::string_view searched, bool wholeWord);
@@ -92,8 +112,7 @@ ModuleHits DescribeHits(codedb::CodeDatabase& database, const CodeView& view, co
 
 /// Every hit of the project, by view and position; modules without one are left out. Throws codedb::DatabaseError, and
 /// std::runtime_error when a view's text can't be read.
-std::vector<ModuleHits> AllHits(codedb::CodeDatabase& database, CodeViews& views, std::string_view searched,
-                                bool wholeWord);
+std::vector<ModuleHits> AllHits(codedb::CodeDatabase& database, CodeViews& views, const HitRequest& request);
 
 /// The most that a list shows of a line, in characters. A line may be megabytes long and be found at every place.
 inline constexpr std::size_t kShownOfALine = 1023;

@@ -26,7 +26,7 @@ struct PictureNode {
   std::string title;     ///< name of the routine, the place outside in German words, "+7 weitere"
   std::string place;     ///< name of the module; with the project's where there are several; may be empty
   bool isCycle = false;  ///< calls itself, directly or over others that are in the picture
-  bool isEntry = false;  ///< nothing of the sources calls it; told for those whose callers were asked for
+  bool isEntry = false;  ///< nothing is known to call it; told of the routine itself and its callers
   std::size_t more = 0;  ///< kMore: how many
   double x = 0, y = 0, width = 0, height = 0;
 };
