@@ -51,7 +51,8 @@ class Objects {
   /// Nothing where there is none, or none that can be read.
   const Storage* Place() const noexcept { return storage_; }
   std::optional<Storage::Id> Project() const noexcept { return project_; }
-  bool Damaged() const noexcept { return !joined_.empty(); }
+  /// Whether a project may have been in what can't be read.
+  bool Damaged() const noexcept { return !joined_.empty() && !(compound_.has_value() && compound_->WholeDirectory()); }
 
  private:
   std::unique_ptr<AccessStorage> table_;

@@ -42,6 +42,7 @@ constexpr ColumnLayout kOldColumn{1, 3, 13, 14, 16};
 constexpr ColumnLayout kColumn{5, 7, 15, 21, 23};
 constexpr unsigned kFixedFlag = 1;
 
+/// The last one has the bytes in the row where its width is fixed: the pieces in MSysAccessObjects of Access 2000.
 enum ColumnType : std::uint8_t { kOle = 11, kMemo = 12, kOleToo = 17 };
 
 constexpr std::size_t kLongHead = 12;
@@ -160,8 +161,9 @@ std::string AccessRow::Text(std::size_t column) const {
 AccessRow::Value AccessRow::Bytes(std::size_t column, std::uint64_t limit) const {
   const std::optional<std::string_view> raw = Raw(column);
   if (!raw.has_value()) return {};
-  const std::uint8_t type = table_.columns_[column].type;
-  if (type == kOle || type == kMemo || type == kOleToo) return table_.LongValue(*raw, limit);
+  const AccessColumn& about = table_.columns_[column];
+  const bool isLong = about.type == kOle || about.type == kMemo || about.type == kOleToo;
+  if (isLong && !about.fixed) return table_.LongValue(*raw, limit);
   return {std::string(raw->substr(0, limit)), raw->size() <= limit};
 }
 

@@ -68,8 +68,8 @@ void AddContainers(Corpus& corpus) {
 }
 
 void AddDatabases(Corpus& corpus, const WrittenProject& project) {
-  for (const bool old : {false, true}) {
-    AccessWriter writer = AccessWith(project, old);
+  for (const AccessFormat format : kAccessFormats) {
+    AccessWriter writer = AccessWith(project, format);
     corpus.Add("access", writer.File());
     writer.moved = true;
     writer.longMaps = true;

@@ -24,8 +24,8 @@ WrittenProject Project() {
   return project;
 }
 
-AccessWriter Database(bool old) {
-  AccessWriter writer = AccessWith(Project(), old);
+AccessWriter Database(AccessFormat format) {
+  AccessWriter writer = AccessWith(Project(), format);
   writer.objects = {{70001, AccessWriter::kForm, u"Kunden"}, {70002, AccessWriter::kReport, u"Liste"}};
   return writer;
 }
@@ -45,30 +45,38 @@ std::string Shown(const std::string& bytes) {
 
 TEST(AccessFile, ProjectsOfAllFormats) {
   const std::string all = "Lager Modul1 1 929 Form_Kunden 100 2 Report_Liste 100 1 Report_Fremd 2 1";
-  for (const bool old : {false, true}) {
-    EXPECT_EQ(Shown(Database(old).File()), all) << old;
+  for (const AccessFormat format : kAccessFormats) {
+    const auto name = static_cast<int>(format);
+    EXPECT_EQ(Shown(Database(format).File()), all) << name;
     for (int i = 0; i < 16; ++i) {
-      AccessWriter writer = Database(old);
+      AccessWriter writer = Database(format);
       writer.moved = (i & 1) != 0;
       writer.noMaps = (i & 2) != 0;
       writer.longMaps = (i & 4) != 0;
       writer.pageKey = (i & 8) != 0 ? 0x5A17C3E9 : 0;
-      EXPECT_EQ(Shown(writer.File()), all) << old << " " << i;
+      EXPECT_EQ(Shown(writer.File()), all) << name << " " << i;
     }
   }
 }
 
 TEST(AccessFile, WhatCannotBeReadSaysWhy) {
-  AccessWriter locked = Database(false);
+  AccessWriter locked = Database(AccessFormat::k2003);
   locked.password = true;
   EXPECT_EQ(Shown(locked.File()), "3 Datei ist mit einem Kennwort verschlüsselt");
   WrittenProject compiled = Project();
   for (WrittenModule& module : compiled.modules) module.text.clear();
-  EXPECT_EQ(Shown(AccessWith(compiled, false).File()), "3 Datei ist kompiliert und enthält keinen Quelltext");
+  EXPECT_EQ(Shown(AccessWith(compiled, AccessFormat::k2003).File()),
+            "3 Datei ist kompiliert und enthält keinen Quelltext");
   AccessWriter empty;
   empty.objects = {{70001, AccessWriter::kForm, u"Kunden"}};
   EXPECT_EQ(Shown(empty.File()), "1 Datei enthält keine Makros");
-  AccessWriter loops = Database(false);
+  CompoundWriter noProject;
+  noProject.Add("Forms/DirData", "f");
+  AccessWriter without;
+  without.format = AccessFormat::k2000;
+  without.tables = {AccessTableOf(noProject, without.format)};
+  EXPECT_EQ(Shown(without.File()), "1 Datei enthält keine Makros");
+  AccessWriter loops = Database(AccessFormat::k2003);
   loops.loops = true;
   EXPECT_EQ(Shown(loops.File()),
             "Lager Modul1 1 374 Form_Kunden 100 2 Report_Liste 100 1 Report_Fremd 2 1 "
@@ -124,9 +132,9 @@ TEST(AccessFile, FormsMacrosAndRibbons) {
                            Text(126, u"=Hier()") + Bytes<4>(0xFF) + Bytes<4>(109) + Text(20, u"Summe") +
                            Text(27, u"=Rechne([Ort])+Summe([x])") + Text(126, u"[Event Procedure]") + Bytes<4>(0xFD);
   const std::string typeInfo = Controls({{152, "Detail"}, {104, "Los_geht_s"}, {109, "Summe"}, {255, "Ort"}});
-  const auto database = [&](const std::string& form, bool old) {
+  const auto database = [&](const std::string& form, AccessFormat format) {
     AccessWriter writer;
-    writer.old = old;
+    writer.format = format;
     CompoundWriter streams;
     project.AddTo(streams, "VBA/VBAProject/");
     streams.Add("Forms/\3DirData", Folder(u"Kunden", 10));
@@ -134,7 +142,7 @@ TEST(AccessFile, FormsMacrosAndRibbons) {
     streams.Add("Forms/10/Blob", form);
     streams.Add("Scripts/DirData", Folder(u"Nachts", 0));
     streams.Add("Scripts/0/Blob", Utf16(u"0 RunCode Rechne(2) Fremd(1)"));
-    writer.tables = {old ? AccessObjectsTable(streams.File(), 241) : AccessStorageTable(streams.streams),
+    writer.tables = {AccessTableOf(streams, format),
                      {"USysRibbons",
                       {{"RibbonXML", 12}},
                       {{AccessCell(u"<customUI><button label='B' onAction='Klick'/></customUI>")}}}};
@@ -148,10 +156,9 @@ TEST(AccessFile, FormsMacrosAndRibbons) {
                                "Form_Kunden Rechne: Eigenschaft von Summe in Formular Kunden"};
   all.insert(all.begin(), controls.begin(), controls.end());
   all.insert(all.end(), rest.begin(), rest.end());
-  EXPECT_EQ(database(blob, false), all);
-  EXPECT_EQ(database(blob, true), all);
+  for (const AccessFormat format : kAccessFormats) EXPECT_EQ(database(blob, format), all);
   // One byte too many, and nothing of it is believed.
-  EXPECT_EQ(database(blob + "x", false),
+  EXPECT_EQ(database(blob + "x", AccessFormat::k2003),
             (std::vector<std::string>{"Form_Kunden.Detail Section ", "Form_Kunden.Los_geht_s CommandButton ",
                                       "Form_Kunden.Summe TextBox ", ribbon, rest[0],
                                       "Formular Form_Kunden: Steuerelemente unbekannt"}));
@@ -159,8 +166,8 @@ TEST(AccessFile, FormsMacrosAndRibbons) {
 
 /// Cut off anywhere, and with any of its bytes changed, a file gives what is left or a reason.
 TEST(AccessFile, DamageIsNoTrap) {
-  for (const bool old : {false, true}) {
-    const std::string whole = Database(old).File();
+  for (const AccessFormat format : kAccessFormats) {
+    const std::string whole = Database(format).File();
     for (std::size_t size = 0; size < whole.size(); size += 1777) EXPECT_FALSE(Shown(whole.substr(0, size)).empty());
     std::mt19937 random(7);
     for (int round = 0; round < 300; ++round) {

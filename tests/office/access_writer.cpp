@@ -42,12 +42,24 @@ std::u16string Wide(std::string_view text) {
   return wide;
 }
 
-std::size_t WidthOf(std::uint8_t type) { return type == 4 ? 4 : type == 3 ? 2 : type == 2 ? 1 : 0; }
+/// 0 where it differs from row to row.
+std::size_t WidthOf(const WrittenColumn& column) {
+  switch (column.type) {
+    case 2:
+      return 1;
+    case 3:
+      return 2;
+    case 4:
+      return 4;
+    default:
+      return column.width;
+  }
+}
 
 /// The file while it is being written; page n lies at n times the page size.
 class Database {
  public:
-  explicit Database(const AccessWriter& writer) : writer_(writer), size_(writer.old ? 2048 : 4096) {
+  explicit Database(const AccessWriter& writer) : writer_(writer), size_(writer.IsOld() ? 2048 : 4096) {
     pages_.resize(3, std::string(size_, '\0'));
   }
 
@@ -87,12 +99,13 @@ class Database {
 
 std::string Database::Header() const {
   std::string header(size_, '\0');
+  const bool ace = writer_.password || writer_.format == AccessFormat::k2007;
   header.replace(0, 4, std::string("\0\1\0\0", 4));
-  header.replace(4, 16, std::string(writer_.password ? "Standard ACE DB" : "Standard Jet DB") + '\0');
-  header[0x14] = static_cast<char>(writer_.old ? 0 : writer_.password ? 2 : 1);
+  header.replace(4, 16, std::string(ace ? "Standard ACE DB" : "Standard Jet DB") + '\0');
+  header[0x14] = static_cast<char>(writer_.IsOld() ? 0 : ace ? 2 : 1);
   header.replace(0x3C, 2, Bytes<2>(static_cast<unsigned>(writer_.codePage)));
   header.replace(0x3E, 4, Bytes<4>(writer_.pageKey));
-  const std::size_t enciphered = writer_.old ? 126 : 128;
+  const std::size_t enciphered = writer_.IsOld() ? 126 : 128;
   header.replace(0x18, enciphered, Rc4Of("\xC7\xDA\x39\x6B", header.substr(0x18, enciphered)));
   if (writer_.password) header.replace(0x299, 2, Bytes<2>(500));
   return header;
@@ -100,7 +113,7 @@ std::string Database::Header() const {
 
 std::uint32_t Database::AddRow(RowPage& page, std::vector<std::uint32_t>& numbers, const std::string& row,
                                unsigned flag) {
-  const std::size_t head = writer_.old ? 10 : 14;
+  const std::size_t head = writer_.IsOld() ? 10 : 14;
   if (page.number == 0 || head + (page.rows.size() + 1) * 2 + page.used + row.size() > size_) {
     if (page.number != 0) Finish(page);
     page = {NewPage(), page.owner, {}, {}, 0};
@@ -114,8 +127,8 @@ std::uint32_t Database::AddRow(RowPage& page, std::vector<std::uint32_t>& number
 
 void Database::Finish(const RowPage& page) {
   if (page.number == 0) return;
-  std::string bytes =
-      std::string("\1\1\0\0", 4) + page.owner + (writer_.old ? "" : std::string(4, '\0')) + Bytes<2>(page.rows.size());
+  std::string bytes = std::string("\1\1\0\0", 4) + page.owner + (writer_.IsOld() ? "" : std::string(4, '\0')) +
+                      Bytes<2>(page.rows.size());
   std::string content;
   std::size_t at = size_;
   for (std::size_t i = 0; i < page.rows.size(); ++i) {
@@ -129,8 +142,8 @@ void Database::Finish(const RowPage& page) {
 
 std::string Database::TextBytes(const std::u16string& text) const {
   const bool narrow = std::all_of(text.begin(), text.end(), [](char16_t c) { return c != 0 && c < 256; });
-  if (!writer_.old && !narrow) return Utf16Bytes(text);
-  std::string bytes = writer_.old ? "" : "\xFF\xFE";
+  if (!writer_.IsOld() && !narrow) return Utf16Bytes(text);
+  std::string bytes = writer_.IsOld() ? "" : "\xFF\xFE";
   for (const char16_t c : text) bytes += static_cast<char>(c);
   return bytes;
 }
@@ -197,14 +210,17 @@ std::string Database::Row(const WrittenTable& table, const std::vector<AccessCel
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     const bool missing = std::holds_alternative<std::monostate>(cells[i]);
     if (!missing) mask[i / 8] = static_cast<char>(mask[i / 8] | 1 << i % 8);
-    const std::size_t width = WidthOf(table.columns[i].type);
-    if (width > 0) {
+    const std::size_t width = WidthOf(table.columns[i]);
+    if (const auto* raw = std::get_if<AccessBytes>(&cells[i]); raw != nullptr && width > 0) {
+      fixed += raw->bytes;
+      fixed.resize(fixed.size() + width - raw->bytes.size());
+    } else if (width > 0) {
       fixed += Number(missing ? 0 : static_cast<std::uint64_t>(std::get<std::int64_t>(cells[i])), width);
     } else {
       variable.push_back(missing ? std::string() : Variable(table.columns[i], cells[i]));
     }
   }
-  if (writer_.old) return RowOld(table.columns.size(), fixed, variable, mask);
+  if (writer_.IsOld()) return RowOld(table.columns.size(), fixed, variable, mask);
   std::string row = Bytes<2>(table.columns.size()) + fixed;
   std::string offsets;
   for (const std::string& value : variable) {
@@ -233,29 +249,29 @@ std::uint32_t Database::Map(const std::vector<std::uint32_t>& numbers) {
 }
 
 std::string Database::Definition(const WrittenTable& table, std::uint32_t map) const {
-  std::string definition(writer_.old ? 43 : 63, '\0');
+  std::string definition(writer_.IsOld() ? 43 : 63, '\0');
   definition.replace(0, 2, "\2\1");
-  definition.replace(writer_.old ? 12 : 16, 4, Bytes<4>(table.rows.size()));
-  definition.replace(writer_.old ? 25 : 45, 2, Bytes<2>(table.columns.size()));
+  definition.replace(writer_.IsOld() ? 12 : 16, 4, Bytes<4>(table.rows.size()));
+  definition.replace(writer_.IsOld() ? 25 : 45, 2, Bytes<2>(table.columns.size()));
   // One index, of which nothing is read.
-  definition.replace(writer_.old ? 31 : 51, 4, Bytes<4>(1));
-  definition.replace(writer_.old ? 35 : 55, 4, Bytes<4>(map));
-  definition += std::string(writer_.old ? 8 : 12, 'i');
+  definition.replace(writer_.IsOld() ? 31 : 51, 4, Bytes<4>(1));
+  definition.replace(writer_.IsOld() ? 35 : 55, 4, Bytes<4>(map));
+  definition += std::string(writer_.IsOld() ? 8 : 12, 'i');
   unsigned fixed = 0;
   unsigned variable = 0;
   std::string names;
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
-    const auto& [name, type] = table.columns[i];
-    const auto width = static_cast<unsigned>(WidthOf(type));
+    const auto& [name, type, given] = table.columns[i];
+    const auto width = static_cast<unsigned>(WidthOf(table.columns[i]));
     const std::string number = Bytes<2>(i);
     const std::string place = Bytes<2>(width == 0 ? variable++ : 0U);
     const std::string offset = Bytes<2>(fixed);
     fixed += width;
-    definition += Bytes<1>(type) + (writer_.old ? "" : std::string(4, 'u')) + number + place + number +
-                  std::string(writer_.old ? 6 : 4, '\0') + Bytes<1>(width > 0 ? 3U : 2U) +
-                  (writer_.old ? "" : std::string(5, '\0')) + offset + Bytes<2>(width > 0 ? width : 255U);
-    const std::string text = writer_.old ? name : Utf16Bytes(Wide(name));
-    names += (writer_.old ? Bytes<1>(text.size()) : Bytes<2>(text.size())) + text;
+    definition += Bytes<1>(type) + (writer_.IsOld() ? "" : std::string(4, 'u')) + number + place + number +
+                  std::string(writer_.IsOld() ? 6 : 4, '\0') + Bytes<1>(width > 0 ? 3U : 2U) +
+                  (writer_.IsOld() ? "" : std::string(5, '\0')) + offset + Bytes<2>(width > 0 ? width : 255U);
+    const std::string text = writer_.IsOld() ? name : Utf16Bytes(Wide(name));
+    names += (writer_.IsOld() ? Bytes<1>(text.size()) : Bytes<2>(text.size())) + text;
   }
   definition += names;
   definition.replace(8, 4, Bytes<4>(definition.size() - 8));
@@ -315,10 +331,7 @@ std::string Database::Write() {
   return file;
 }
 
-}  // namespace
-
-std::string AccessWriter::File() const { return Database(*this).Write(); }
-
+/// By their paths, as CompoundWriter has them.
 WrittenTable AccessStorageTable(const std::vector<std::pair<std::string, std::string>>& streams) {
   WrittenTable table{"MSysAccessStorage", {{"Id", 4}, {"Lv", 11}, {"Name", 10}, {"ParentId", 4}, {"Type", 4}}, {}};
   std::map<std::string, std::int64_t> ids{{"", 1}};
@@ -345,8 +358,10 @@ WrittenTable AccessStorageTable(const std::vector<std::pair<std::string, std::st
   return table;
 }
 
-WrittenTable AccessObjectsTable(std::string_view compoundFile, std::size_t pieceSize) {
-  WrittenTable table{"MSysAccessObjects", {{"Data", 11}, {"ID", 4}}, {{AccessBytes{"head"}, std::int64_t{0}}}};
+WrittenTable AccessObjectsTable(std::string_view compoundFile, std::size_t pieceSize, std::uint8_t type) {
+  WrittenTable table{"MSysAccessObjects",
+                     {{"Data", type, type == 17 ? pieceSize : 0}, {"ID", 4}},
+                     {{AccessBytes{"head"}, std::int64_t{0}}}};
   for (std::size_t at = 0; at < compoundFile.size(); at += pieceSize) {
     const std::string piece(compoundFile.substr(at, pieceSize));
     const bool empty = piece.find_first_not_of('\0') == std::string::npos;
@@ -355,12 +370,24 @@ WrittenTable AccessObjectsTable(std::string_view compoundFile, std::size_t piece
   return table;
 }
 
-AccessWriter AccessWith(const WrittenProject& project, bool old) {
+}  // namespace
+
+std::string AccessWriter::File() const { return Database(*this).Write(); }
+
+WrittenTable AccessTableOf(const CompoundWriter& streams, AccessFormat format) {
+  constexpr std::uint8_t kOle = 11;
+  constexpr std::uint8_t kFixedBytes = 17;
+  if (format == AccessFormat::k97) return AccessObjectsTable(streams.File(), 241, kOle);
+  if (format == AccessFormat::k2000) return AccessObjectsTable(streams.File(), 3992, kFixedBytes);
+  return AccessStorageTable(streams.streams);
+}
+
+AccessWriter AccessWith(const WrittenProject& project, AccessFormat format) {
   AccessWriter writer;
-  writer.old = old;
+  writer.format = format;
   CompoundWriter streams;
   project.AddTo(streams, "VBA/VBAProject/");
-  writer.tables.push_back(old ? AccessObjectsTable(streams.File(), 241) : AccessStorageTable(streams.streams));
+  writer.tables.push_back(AccessTableOf(streams, format));
   return writer;
 }
 

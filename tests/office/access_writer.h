@@ -18,10 +18,16 @@ struct AccessBytes {
 };
 using AccessCell = std::variant<std::monostate, std::int64_t, std::u16string, AccessBytes>;
 
+enum class AccessFormat { k97, k2000, k2003, k2007 };
+inline constexpr AccessFormat kAccessFormats[] = {AccessFormat::k97, AccessFormat::k2000, AccessFormat::k2003,
+                                                  AccessFormat::k2007};
+
 struct WrittenColumn {
-  /// As the format numbers them: 3 a 16-bit and 4 a 32-bit number, 2 an 8-bit one, 10 text, 11 bytes, 12 a long text.
+  /// As the format numbers them: 3 a 16-bit and 4 a 32-bit number, 2 an 8-bit one, 10 text, 11 bytes, 12 a long text,
+  /// 17 bytes of a fixed width.
   std::string name;
   std::uint8_t type;
+  std::size_t width = 0;
 };
 
 struct WrittenTable {
@@ -31,8 +37,7 @@ struct WrittenTable {
 };
 
 struct AccessWriter {
-  /// The format of 97.
-  bool old = false;
+  AccessFormat format = AccessFormat::k2003;
   std::uint32_t pageKey = 0;
   int codePage = 1252;
   /// The header says that a password is needed.
@@ -59,14 +64,14 @@ struct AccessWriter {
   };
   std::vector<Object> objects;
 
+  bool IsOld() const { return format == AccessFormat::k97; }
   std::string File() const;
 };
 
-/// The table of storages and streams, by their paths, as CompoundWriter has them.
-WrittenTable AccessStorageTable(const std::vector<std::pair<std::string, std::string>>& streams);
-/// The table that holds a compound file in pieces; pieces of NUL bytes alone are left out.
-WrittenTable AccessObjectsTable(std::string_view compoundFile, std::size_t pieceSize);
 /// A database with a project.
-AccessWriter AccessWith(const WrittenProject& project, bool old);
+AccessWriter AccessWith(const WrittenProject& project, AccessFormat format);
+/// The table in which a format keeps storages and streams, by their paths. Pieces of a compound file that are NUL bytes
+/// alone are left out.
+WrittenTable AccessTableOf(const CompoundWriter& streams, AccessFormat format);
 
 }  // namespace quillmate::office
