@@ -1,4 +1,3 @@
-#include <cstring>
 
 #include "keywords_p.h"
 
@@ -135,15 +134,21 @@ constexpr std::array<std::uint8_t, kSlots> MakeSlots() {
 
 constexpr auto kSlotTable = MakeSlots();
 
+/// For words of a few characters, where a call would cost more than the comparison.
+bool IsSame(std::string_view a, std::string_view b) noexcept {
+  if (a.size() != b.size()) return false;
+  std::size_t i = 0;
+  while (i < a.size() && a[i] == b[i]) ++i;
+  return i == a.size();
+}
+
 }  // namespace
 
 const Keyword* FindKeyword(std::string_view word) noexcept {
   if (word.size() < kShortest || word.size() > kLongest) return nullptr;
   for (std::size_t slot = Slot(word.data(), word.size()); kSlotTable[slot] != 0; slot = (slot + 1) % kSlots) {
     const Keyword& keyword = kKeywords[kSlotTable[slot] - 1];
-    if (keyword.word.size() == word.size() && std::memcmp(keyword.word.data(), word.data(), word.size()) == 0) {
-      return &keyword;
-    }
+    if (IsSame(keyword.word, word)) return &keyword;
   }
   return nullptr;
 }

@@ -80,7 +80,8 @@ class LineMarker {
     while (p != end_) {
       switch (ClassOf(*p)) {
         case kSeparator:
-          ++p;
+          while (++p != end_ && ClassOf(*p) == kSeparator) {
+          }
           separated = true;
           break;
         case kWordByte:

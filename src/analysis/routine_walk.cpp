@@ -153,7 +153,7 @@ codedb::RoutineRecord RoutineWalks::Describe(const Line& line, int kind) const {
 /// The marked line with its stand-ins: from the text when they are there or when it has none.
 std::string RoutineWalks::GuardedLine(const Line& line) const {
   const std::string_view code = line.candidate.code;
-  if (!guarded_ && code.find_first_of("\"\r") != std::string_view::npos) {
+  if (!guarded_ && (code.find('"') != std::string_view::npos || code.find('\r') != std::string_view::npos)) {
     return MarkLineGuarded(code, line.candidate.closed);
   }
   return std::string(line.marked);

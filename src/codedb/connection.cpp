@@ -9,6 +9,7 @@
 
 #include <quillmate/codedb/code_database.h>
 #include <quillmate/files/paths.h>
+#include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
 #include "collation_p.h"
@@ -60,18 +61,6 @@ constexpr std::array<const char*, 2> kStrangeNumbers = {
 void ConfigureEngine() {
   static const int result = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
   static_cast<void>(result);
-}
-
-bool IsAscii(std::string_view text) noexcept {
-  std::uint64_t seen = 0;
-  std::size_t i = 0;
-  for (; i + 8 <= text.size(); i += 8) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, text.data() + i, 8);
-    seen |= word;
-  }
-  for (; i < text.size(); ++i) seen |= static_cast<unsigned char>(text[i]);
-  return (seen & 0x8080808080808080U) == 0;
 }
 
 int BindText(sqlite3_stmt* prepared, int index, std::string_view utf8, Binding binding) {
@@ -191,7 +180,7 @@ sqlite3_stmt* Connection::Bind(std::string_view form, std::initializer_list<JetV
       result = sqlite3_bind_null(prepared, index);
     } else if (!value.isText) {
       result = sqlite3_bind_int(prepared, index, value.number);
-    } else if (IsAscii(value.text)) {
+    } else if (text::IsAscii(value.text)) {
       result = BindText(prepared, index, value.text, binding);
     } else {
       std::string& utf8 = converted_[static_cast<std::size_t>(index) - 1];

@@ -28,10 +28,11 @@ std::string ReadWholeFile(const fs::path& file, std::size_t most) {
   OpenFile in = OpenToRead(file, error);
   if (error) Fail(FileAction::kRead, file, error);
   if (!in.IsPlain()) Fail(FileAction::kRead, file, std::make_error_code(std::errc::not_supported));
-  if (in.Size() > most) throw FileError(FileAction::kRead, file, EFBIG);
+  const std::size_t size = in.Size();
+  if (size > most) throw FileError(FileAction::kRead, file, EFBIG);
   // The size is a first guess: a file may grow meanwhile, and some that hold bytes have none. One byte more tells the
   // end.
-  std::string bytes(std::min(std::max(in.Size() + 1, kFirstGuess), most + 1), '\0');
+  std::string bytes(std::min(std::max(size + 1, kFirstGuess), most + 1), '\0');
   std::size_t used = 0;
   while (const std::size_t got = in.Read(bytes.data() + used, bytes.size() - used, error)) {
     used += got;

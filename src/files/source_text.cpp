@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include <quillmate/files/source_text.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/utf8.h>
@@ -17,10 +15,6 @@ std::u16string Utf16FromBytes(std::string_view bytes, bool bigEndian) {
     out += static_cast<char16_t>(bigEndian ? first << 8 | second : second << 8 | first);
   }
   return out;
-}
-
-bool HasMultiByte(std::string_view bytes) noexcept {
-  return std::any_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
 
 DecodedText FromUtf8(std::string_view utf8) {
@@ -55,7 +49,7 @@ bool IsSingleByteText(std::string_view bytes) noexcept {
   for (const std::string_view mark : {kUtf8Mark, kLittleEndianMark, kBigEndianMark}) {
     if (bytes.starts_with(mark)) return false;
   }
-  return !HasMultiByte(bytes) || !text::IsValidUtf8(bytes);
+  return text::IsAscii(bytes) || !text::IsValidUtf8(bytes);
 }
 
 DecodedText DecodeWithOriginal(std::string_view bytes) {

@@ -42,8 +42,7 @@ std::optional<int> NumberOf(std::string_view name) {
 
 bool TellsItsEncoding(std::string_view bytes) {
   if (bytes.starts_with("\xEF\xBB\xBF") || bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) return true;
-  const bool ascii = std::ranges::all_of(bytes, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-  return ascii || text::IsValidUtf8(bytes);
+  return text::IsAscii(bytes) || text::IsValidUtf8(bytes);
 }
 
 }  // namespace

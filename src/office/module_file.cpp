@@ -1,7 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <cstdint>
-#include <cstring>
 #include <utility>
 
 #include <quillmate/files/source_text.h>
@@ -35,18 +33,6 @@ int TypeOfExtension(std::string_view extension) noexcept {
     return text::EqualsIgnoreCase(entry.extension, WithoutDot(extension));
   });
   return found == kModuleExtensions.end() ? 0 : found->type;
-}
-
-bool IsPlainAscii(std::string_view bytes) noexcept {
-  std::uint64_t seen = 0;
-  std::size_t i = 0;
-  for (; i + sizeof seen <= bytes.size(); i += sizeof seen) {
-    std::uint64_t block = 0;
-    std::memcpy(&block, bytes.data() + i, sizeof block);
-    seen |= block;
-  }
-  for (; i < bytes.size(); ++i) seen |= static_cast<unsigned char>(bytes[i]);
-  return (seen & 0x8080808080808080U) == 0;
 }
 
 bool IsAttributeLine(std::string_view line) noexcept {
@@ -292,7 +278,7 @@ EditorText TakeLines(const Parts& parts, bool summary, Attributes& attributes) {
 void AddOriginal(const Parts& original, EditorText& text) {
   if (original.body.empty() && original.header.empty()) {
     for (HiddenLines& lines : text.hidden) {
-      if (!IsPlainAscii(lines.text)) lines.text = text::Utf8FromCode(lines.text);
+      if (!text::IsAscii(lines.text)) lines.text = text::Utf8FromCode(lines.text);
     }
     return;
   }
@@ -341,7 +327,7 @@ ModuleFile SummarizeModuleFile(std::string_view bytes, std::string_view extensio
     // Neither line breaks nor the words looked for depend on the encoding of the rest; only the name does.
     ModuleFile file =
         TakeApart(bytes.starts_with(kUtf8Mark) ? bytes.substr(kUtf8Mark.size()) : bytes, {}, extension, true);
-    if (IsPlainAscii(file.name)) return file;
+    if (text::IsAscii(file.name)) return file;
   }
   const files::DecodedText text = files::DecodeWithOriginal(bytes);
   return TakeApart(text.code, text.original, extension, true);

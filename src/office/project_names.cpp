@@ -47,10 +47,6 @@ bool ReadHeader(std::string_view line, Header& header) noexcept {
   return !header.name.empty();
 }
 
-bool IsAscii(std::string_view text) noexcept {
-  return std::none_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-}
-
 bool IsNameCharacter(char c) noexcept {
   return text::IsIdentifierCharacter(c) || c == '.' || static_cast<unsigned char>(c) >= 0x80;
 }
@@ -89,7 +85,7 @@ void ProjectNames::TakeModule(const VbaModule& module) {
 
 bool ProjectNames::Holds(const Names& names, std::string_view name) {
   std::array<char, 64> upper;
-  if (name.size() > upper.size() || !IsAscii(name)) return names.contains(UpperCaseName(name));
+  if (name.size() > upper.size() || !text::IsAscii(name)) return names.contains(UpperCaseName(name));
   std::transform(name.begin(), name.end(), upper.begin(),
                  [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; });
   return names.contains(std::string_view(upper.data(), name.size()));

@@ -4,15 +4,12 @@
 #include <quillmate/codedb/code_database.h>
 #include <quillmate/navigation/project_texts.h>
 #include <quillmate/project/understanding.h>
+#include <quillmate/text/operations.h>
 #include <quillmate/text/utf8.h>
 #include <quillmate/text/windows1252.h>
 
 namespace quillmate::project {
 namespace {
-
-bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
-}
 
 /// A line of a view without its break, UTF-8.
 std::string ShownText(const navigation::CodeView& view, std::size_t line) {
@@ -20,7 +17,7 @@ std::string ShownText(const navigation::CodeView& view, std::size_t line) {
   const std::size_t end = line + 1 < view.LineCount() ? view.LineStart(line + 1) : view.Length();
   std::string_view text = std::string_view(view.Text()).substr(start, end - start);
   while (text.ends_with('\n') || text.ends_with('\r')) text.remove_suffix(1);
-  return IsAscii(text) ? std::string(text) : text::Utf8FromCode(text);
+  return text::IsAscii(text) ? std::string(text) : text::Utf8FromCode(text);
 }
 
 }  // namespace

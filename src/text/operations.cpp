@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
+#include <cstring>
 
 #include <quillmate/text/operations.h>
 
@@ -16,6 +18,18 @@ constexpr std::string_view kSeparators = "/";
 #endif
 
 }  // namespace
+
+bool IsAscii(std::string_view text) noexcept {
+  std::uint64_t seen = 0;
+  std::size_t i = 0;
+  for (; i + sizeof seen <= text.size(); i += sizeof seen) {
+    std::uint64_t block = 0;
+    std::memcpy(&block, text.data() + i, sizeof block);
+    seen |= block;
+  }
+  for (; i < text.size(); ++i) seen |= static_cast<unsigned char>(text[i]);
+  return (seen & 0x8080808080808080U) == 0;
+}
 
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to) {
   std::string out;

@@ -7,6 +7,9 @@
 /// Whole-string helpers. They work on bytes and know no encoding unless said.
 namespace quillmate::text {
 
+/// True when no byte is above 127.
+bool IsAscii(std::string_view text) noexcept;
+
 /// Every occurrence of `from`, left to right without overlaps, replaced by `to`. An empty `from` changes nothing.
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to);
 
