@@ -16,6 +16,7 @@ constexpr Menu kMenus[] = {
     {MenuId::kHtml, "mnuHtml", "HTML"},
     {MenuId::kRtf, "mnuRtf", "&RTF", kWithProject},
     {MenuId::kText, "mnuText", "&Nur-Text", kWithProject},
+    {MenuId::kReading, "mnuLesen", "&Lesen", kWithProject},
     {MenuId::kAnalysis, "mnuAnalyse", "Anal&yse", kWithProject},
     {MenuId::kExtras, "mnuExtras", "&Extras"},
     {MenuId::kHelp, "mnuHilfe", "&Hilfe"},
@@ -103,6 +104,14 @@ constexpr Command kCommands[] = {
 
     {kCopySelectionText, "mnuText_Auswahl", MenuId::kText, "&Auswahl", "", "", kWithProject, false},
     {kCopyModuleText, "mnuText_Modul", MenuId::kText, "&Modul", "", "", kWithProject, false},
+
+    {kNextRoutine, "mnuLesen_Vor", MenuId::kReading, "&Nächste Routine", "Ctrl+Down", "", kWithProject, false},
+    {kPreviousRoutine, "mnuLesen_Zurück", MenuId::kReading, "Vor&ige Routine", "Ctrl+Up", "", kWithProject, false},
+    {kToggleFold, "mnuLesen_Klappen", MenuId::kReading, "&Einklappen oder ausklappen", "Ctrl+E", "", kWithProject,
+     true},
+    {kFoldAll, "mnuLesen_Einklappen", MenuId::kReading, "&Alles einklappen", "Ctrl+Shift+E", "", kWithProject, false},
+    {kUnfoldAll, "mnuLesen_Ausklappen", MenuId::kReading, "Alles a&usklappen", "Ctrl+Shift+A", "", kWithProject, false},
+    {kSwitchHeader, "mnuLesen_Kopf", MenuId::kReading, "Routinen&kopf festhalten", "", "", kWithProject, true, true},
 
     {kShowHierarchy, "mnuAnalyse_Hierarchie", MenuId::kAnalysis, "Aufruf&hierarchie", "Ctrl+Shift+H", "", kWithProject,
      false},

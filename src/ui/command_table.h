@@ -78,6 +78,13 @@ enum class CommandId {
   // Nur-Text
   kCopySelectionText,
   kCopyModuleText,
+  // Lesen
+  kNextRoutine,
+  kPreviousRoutine,
+  kToggleFold,
+  kFoldAll,
+  kUnfoldAll,
+  kSwitchHeader,
   // Analyse
   kShowHierarchy,
   kShowCallPicture,
@@ -108,7 +115,7 @@ constexpr CommandId OpenRecentCommand(std::size_t position) {
   return static_cast<CommandId>(static_cast<std::size_t>(CommandId::kOpenRecent0) + position);
 }
 
-enum class MenuId { kNone, kFile, kEdit, kView, kHtml, kRtf, kText, kAnalysis, kExtras, kHelp };
+enum class MenuId { kNone, kFile, kEdit, kView, kHtml, kRtf, kText, kReading, kAnalysis, kExtras, kHelp };
 
 enum class ButtonId {
   kNew,

@@ -88,6 +88,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
 
 bool MainWindow::event(QEvent* event) {
   const bool handled = QMainWindow::event(event);
+  if (event->type() == QEvent::ApplicationPaletteChange && shell_ != nullptr) shell_->ApplyOptions();
   if (event->type() == QEvent::WindowActivate && shell_ != nullptr) shell_->LookForChanges();
   return handled;
 }

@@ -1,8 +1,9 @@
 #include "shell.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QLayout>
 #include <QMouseEvent>
+#include <QVBoxLayout>
 #include <QWindow>
 #include <utility>
 
@@ -14,6 +15,7 @@
 #include "about_box.h"
 #include "accessible_names.h"
 #include "call_picture_window.h"
+#include "desktop_look.h"
 #include "display_size.h"
 #include "help.h"
 #include "icons.h"
@@ -108,6 +110,7 @@ Shell::Shell(MainWindow& window, const Services& services)
       commands_(new CommandSet(window)),
       sources_(interaction_, ServicesOfSources(services)),
       projects_(services, interaction_, session_, sources_, readFiles_),
+      placeBar_(new PlaceBar),
       code_(new CodeArea(session_)),
       knowledge_(session_, AssumedHost(services.globals.hostSelector)),
       txtSuche_(new SearchField),
@@ -118,11 +121,13 @@ Shell::Shell(MainWindow& window, const Services& services)
       callers_(new CallerPanel),
       tobSuche_(new QToolBar(QStringLiteral("Routinensuche"))),
       area_(new QStackedWidget),
+      codePane_(new QWidget),
       startPage_(new StartPage(FromUtf8(services.globals.HostName))),
       hits_(new HitPanel(interaction_, session_, switches_)),
       uses_(new UsePanel),
       hierarchy_(new CallPanel),
       names_(Desk(), *code_, knowledge_, *uses_, *hierarchy_),
+      reading_(interaction_, session_, *code_, knowledge_, *placeBar_),
       printing_(window, Desk(), *code_),
       quickOpen_(new QuickOpen(&window)),
       container_(new Splitter),
@@ -152,7 +157,12 @@ void Shell::BuildTrees() {
 void Shell::BuildCode() {
   area_->setMinimumWidth(1);
   area_->addWidget(startPage_);
-  area_->addWidget(code_);
+  area_->addWidget(codePane_);
+  auto* column = new QVBoxLayout(codePane_);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(placeBar_);
+  column->addWidget(code_);
   container_->addWidget(trees_);
   container_->addWidget(area_);
   container_->handle(1)->setObjectName(QStringLiteral("fraTeiler"));
@@ -269,6 +279,7 @@ void Shell::ConnectCode() {
   QAction& wholeWord = commands_->Item(CommandId::kSwitchWholeWord);
   connect(&wholeWord, &QAction::toggled, hits_, &HitPanel::SetWholeWord);
   connect(hits_, &HitPanel::WholeWordWanted, &wholeWord, &QAction::trigger);
+  connect(placeBar_, &PlaceBar::ProjectClicked, project_, &ProjectPanel::FocusModule);
   connect(hits_, &HitPanel::Left, this, [this] { code_->Editor().setFocus(); });
 }
 
@@ -355,7 +366,7 @@ void Shell::LookForChanges() {
 void Shell::SetMode(int mode) {
   if (mode < 0 || mode > 2) return;
   commands_->SetMode(mode);
-  area_->setCurrentWidget(mode == 0 ? static_cast<QWidget*>(startPage_) : code_);
+  area_->setCurrentWidget(mode == 0 ? static_cast<QWidget*>(startPage_) : codePane_);
   if (mode == 0) staBar_->ClearTexts();
 }
 
@@ -574,7 +585,10 @@ void Shell::ShowAbout() {
   box->open();
 }
 
-void Shell::ApplyOptions() { code_->SetStyle(StyleOf(services_.globals.Options, window_.logicalDpiX())); }
+void Shell::ApplyOptions() {
+  const bool dark = IsDark(QApplication::palette());
+  code_->SetStyle(StyleOf(services_.globals.Options, window_.logicalDpiX(), dark));
+}
 
 void Shell::ShowMini() {
   mini_ = std::make_unique<MiniWindow>();
@@ -728,6 +742,18 @@ void Shell::Carry(CommandId command) {
       return exports_.CopySelectionText();
     case kCopyModuleText:
       return exports_.CopyModuleText();
+    case kNextRoutine:
+      return reading_.StepThroughRoutines(1);
+    case kPreviousRoutine:
+      return reading_.StepThroughRoutines(-1);
+    case kToggleFold:
+      return reading_.ToggleFold();
+    case kFoldAll:
+      return reading_.FoldAll(true);
+    case kUnfoldAll:
+      return reading_.FoldAll(false);
+    case kSwitchHeader:
+      return view_.SwitchHeader();
     case kShowHierarchy:
       return names_.ShowHierarchy();
     case kShowCallPicture:

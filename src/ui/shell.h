@@ -22,12 +22,14 @@
 #include "list_source.h"
 #include "mini_window.h"
 #include "name_commands.h"
+#include "place_bar.h"
 #include "print_commands.h"
 #include "project_commands.h"
 #include "project_panel.h"
 #include "project_session.h"
 #include "quick_open.h"
 #include "read_files.h"
+#include "reading_commands.h"
 #include "search_field.h"
 #include "source_list.h"
 #include "start_page.h"
@@ -56,6 +58,8 @@ class Shell : public QObject {
   void TakeDropped(const QStringList& files);
   /// The user has come back to the window.
   void LookForChanges();
+  /// Fonts and colours, after the options or the desktop's look have changed.
+  void ApplyOptions();
 
   CommandSet& Commands() { return *commands_; }
 
@@ -98,7 +102,6 @@ class Shell : public QObject {
   void ShowDependencies();
   void ShowOptions();
   void ShowAbout();
-  void ApplyOptions();
   void ShowMini();
   void ShowSpecialView();
   void ReturnFromMini();
@@ -114,6 +117,7 @@ class Shell : public QObject {
   CommandSet* commands_;
   SourceList sources_;
   ProjectCommands projects_;
+  PlaceBar* placeBar_;
   CodeArea* code_;
   CodeKnowledge knowledge_;
   SearchField* txtSuche_;
@@ -125,13 +129,15 @@ class Shell : public QObject {
   ProjectPanel* project_;
   CallerPanel* callers_;
   QToolBar* tobSuche_;
-  /// The start page, which stands in the place of the code while no project is loaded, and the code.
+  /// The start page, which stands in the place of the code while no project is loaded, and the code below its place.
   QStackedWidget* area_;
+  QWidget* codePane_;
   StartPage* startPage_;
   HitPanel* hits_;
   UsePanel* uses_;
   CallPanel* hierarchy_;
   NameCommands names_;
+  ReadingCommands reading_;
   PrintCommands printing_;
   QuickOpen* quickOpen_;
   QSplitter* container_;

@@ -15,6 +15,7 @@ constexpr std::string_view kLineNumbers = "zeilennummern";
 constexpr std::string_view kSourceOrder = "quellreihenfolge";
 constexpr std::string_view kExactOutline = "genauegliederung";
 constexpr std::string_view kDeclarations = "deklarationen";
+constexpr std::string_view kHeader = "routinenkopf";
 constexpr std::string_view kReadAtOnce = "sofortlesen";
 constexpr std::string_view kFont = "schrift";
 constexpr std::string_view kSplitter = "teiler";
@@ -34,6 +35,7 @@ void ViewSettings::Load(QSplitter& splitter) {
   ApplySourceOrder(Read(kSourceOrder) == "-1");
   ApplyExactOutline(Read(kExactOutline) == "-1");
   ApplyDeclarations(Read(kDeclarations) == "-1");
+  ApplyHeader(Read(kHeader) != "0");
   commands_.Item(CommandId::kSwitchReadAtOnce).setChecked(Read(kReadAtOnce) != "0");
   code_.SetFontSteps(FontSteps());
 
@@ -93,6 +95,17 @@ void ViewSettings::SwitchDeclarations() {
   const bool on = !commands_.Item(CommandId::kSwitchDeclarations).isChecked();
   ApplyDeclarations(on);
   Write(kDeclarations, on ? "-1" : "0");
+}
+
+void ViewSettings::ApplyHeader(bool on) {
+  code_.Main().KeepHeader(on);
+  commands_.Item(CommandId::kSwitchHeader).setChecked(on);
+}
+
+void ViewSettings::SwitchHeader() {
+  const bool on = !commands_.Item(CommandId::kSwitchHeader).isChecked();
+  ApplyHeader(on);
+  Write(kHeader, on ? "-1" : "0");
 }
 
 void ViewSettings::SwitchReadAtOnce() {

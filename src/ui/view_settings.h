@@ -13,8 +13,8 @@
 namespace quillmate::ui {
 
 /// How code and tree are shown, set while working and kept for the next run: section "ansicht" of the settings with the
-/// flags `zeilennummern`, `quellreihenfolge`, `sofortlesen`, `genauegliederung` and `deklarationen` ("-1"/"0"), the
-/// number `schrift`, points added to the code's font, and `teiler`, the tree's width in twips.
+/// flags `zeilennummern`, `quellreihenfolge`, `sofortlesen`, `genauegliederung`, `deklarationen` and `routinenkopf`
+/// ("-1"/"0"), the number `schrift`, points added to the code's font, and `teiler`, the tree's width in twips.
 class ViewSettings {
  public:
   /// Everything must outlive it.
@@ -32,6 +32,8 @@ class ViewSettings {
   void SwitchExactOutline();
   /// What the modules declare beside their routines in the tree; off unless the user has switched it on.
   void SwitchDeclarations();
+  /// The header of the routine stays above the code; on unless the user has switched it off.
+  void SwitchHeader();
   /// A single document is read as soon as it is added; on unless the user has switched it off.
   void SwitchReadAtOnce();
   /// Makes the code's font larger or smaller by some points, 0 brings the size of the options back.
@@ -45,6 +47,7 @@ class ViewSettings {
   void ApplySourceOrder(bool on);
   void ApplyExactOutline(bool on);
   void ApplyDeclarations(bool on);
+  void ApplyHeader(bool on);
 
   settings::SettingsStore& store_;
   CodeArea& code_;

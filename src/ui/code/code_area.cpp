@@ -11,6 +11,7 @@ CodeArea::CodeArea(project::Session& session) : session_(session), main_(new Cod
   zoom_->setObjectName(QStringLiteral("rtbZoom"));
   addWidget(main_);
   addWidget(zoom_);
+  main_->ShowMargin(true);
   connect(main_, &CodeEditor::CaretMoved, this, &CodeArea::CaretMoved);
   connect(zoom_, &CodeEditor::CaretMoved, this, &CodeArea::ZoomCaretMoved);
   for (CodeEditor* editor : {main_, zoom_}) {

@@ -18,7 +18,7 @@ using navigation::StyleRun;
 class Formats {
  public:
   explicit Formats(const CodeStyle& style) {
-    const QColor colours[] = {QColor(), style.keyword, style.comment, style.string};
+    const QColor colours[] = {QColor(), style.screen.keyword, style.screen.comment, style.screen.string};
     for (std::size_t span = 0; span < 4; ++span) {
       for (std::size_t bold = 0; bold < 2; ++bold) {
         QTextCharFormat& format = formats_[span * 2 + bold];

@@ -1,5 +1,6 @@
 #include "code_editor.h"
 
+#include <QApplication>
 #include <QFontInfo>
 #include <QPaintEvent>
 #include <QPainter>
@@ -14,6 +15,7 @@
 
 #include "code_clip.h"
 #include "code_document.h"
+#include "code_page_p.h"
 #include "match_strip.h"
 
 namespace quillmate::ui {
@@ -29,25 +31,9 @@ constexpr int kLargestFont = 72;
 /// The size that was asked for; what the screen makes of it may be another.
 int PointsOf(const QFont& font) { return font.pointSize() > 0 ? font.pointSize() : QFontInfo(font).pointSize(); }
 
-/// The user's colours are made for dark on light; the code keeps them readable on a dark desktop, too.
-QPalette PaperPalette(QPalette palette) {
-  palette.setColor(QPalette::Base, Qt::white);
-  palette.setColor(QPalette::Text, Qt::black);
-  palette.setColor(QPalette::PlaceholderText, QColor(0x70, 0x70, 0x70));
-  palette.setColor(QPalette::Highlight, QColor(0x9c, 0xc8, 0xf5));
-  palette.setColor(QPalette::HighlightedText, Qt::black);
-  return palette;
-}
-
 constexpr int kMargin = 5;
 /// A module that grows by a few lines must not shift its code.
 constexpr int kLeastNumber = 999;
-
-const QColor kGround(0xf2, 0xf2, 0xf2);
-const QColor kInk(0x80, 0x80, 0x80);
-const QColor kCaretInk(0x20, 0x20, 0x20);
-const QColor kHighlight(0xff, 0xe9, 0xa8);
-const QColor kLink(0x00, 0x40, 0xc0);
 
 }  // namespace
 
@@ -84,29 +70,21 @@ int LineNumbers::Width() const {
 
 void LineNumbers::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
-  painter.fillRect(event->rect(), kGround);
+  painter.fillRect(event->rect(), editor_.Colours().margin);
   painter.setFont(editor_.font());
   const int caret = editor_.textCursor().blockNumber();
   const int height = editor_.fontMetrics().height();
   editor_.ForEachLineOnScreen([&](int line, int top) {
     if (top + height < event->rect().top() || top > event->rect().bottom()) return;
-    painter.setPen(line == caret ? kCaretInk : kInk);
+    painter.setPen(line == caret ? editor_.Colours().caretNumber : editor_.Colours().number);
     painter.drawText(0, top, width() - kMargin, height, Qt::AlignRight, QString::number(first + line));
   });
 }
-
-struct CodeEditor::Page {
-  int index = -1;
-  std::unique_ptr<QTextDocument> document;
-  int scrollX = 0;
-  int scrollY = 0;
-};
 
 CodeEditor::CodeEditor(QWidget* parent) : QPlainTextEdit(parent) {
   setReadOnly(true);
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   setLineWrapMode(QPlainTextEdit::NoWrap);
-  setPalette(PaperPalette(palette()));
   setContextMenuPolicy(Qt::CustomContextMenu);
   // Files dropped on the code are for the window.
   setAcceptDrops(false);
@@ -117,14 +95,21 @@ CodeEditor::CodeEditor(QWidget* parent) : QPlainTextEdit(parent) {
   strip_ = new MatchStrip(this);
   connect(strip_, &MatchStrip::LineChosen, this, [this](int line) {
     const int onScreen = viewport()->height() / std::max(1, fontMetrics().height());
-    verticalScrollBar()->setValue(std::max(0, line - onScreen / 2));
+    verticalScrollBar()->setValue(std::max(0, document()->findBlockByNumber(line).firstLineNumber() - onScreen / 2));
   });
+  margin_ = new CodeMargin(*this);
+  header_ = new StickyHeader(*this);
+  connect(margin_, &CodeMargin::MarkClicked, this, &CodeEditor::MarkClicked);
+  connect(margin_, &CodeMargin::FoldClicked, this, [this](int line) { SetFolded(line, !IsFolded(line)); });
+  connect(header_, &StickyHeader::Clicked, this, &CodeEditor::LineWanted);
   connect(this, &QPlainTextEdit::updateRequest, numbers_, [this](const QRect& area, int scrolled) {
     if (scrolled != 0) {
       numbers_->scroll(0, scrolled);
     } else {
       numbers_->update(0, area.y(), numbers_->width(), area.height());
     }
+    margin_->update();
+    header_->update();
   });
   // The number of the caret's line stands out.
   connect(this, &QPlainTextEdit::cursorPositionChanged, numbers_, [this] { numbers_->update(); });
@@ -136,13 +121,21 @@ CodeEditor::~CodeEditor() { Forget(); }
 
 void CodeEditor::SetStyle(CodeStyle style) {
   style_ = std::move(style);
+  setPalette(PaperPalette(QApplication::palette(), style_.screen));
   setFont(ShownFont());
   if (view_ == nullptr) return;
   const int index = pages_.front().index;
   navigation::CodeView* view = view_;
   const std::vector<navigation::StyleRun>* runs = runs_;
+  Page before = std::move(pages_.front());
+  std::vector<LineMark> marks = marks_;
+  const int top = verticalScrollBar()->value();
   Forget();
   ShowView(index, *view, *runs);
+  pages_.front().folded = std::move(before.folded);
+  if (before.hasStructure) SetStructure(std::move(before.folds), std::move(before.routines));
+  SetMarks(std::move(marks));
+  verticalScrollBar()->setValue(top);
 }
 
 void CodeEditor::ShowView(int index, navigation::CodeView& view, const std::vector<navigation::StyleRun>& runs) {
@@ -152,6 +145,7 @@ void CodeEditor::ShowView(int index, navigation::CodeView& view, const std::vect
   SetHighlights({});
   link_.reset();
   setExtraSelections({});
+  marks_.clear();
   view_ = &view;
   runs_ = &runs;
   const Page& page = PageOf(index);
@@ -168,7 +162,7 @@ void CodeEditor::ShowSelection() {
   if (view_ == nullptr) return;
   following_ = false;
   PlaceCursor();
-  verticalScrollBar()->setValue(static_cast<int>(view_->LineFromChar(view_->SelStart())));
+  ScrollToLine(static_cast<int>(view_->LineFromChar(view_->SelStart())));
   horizontalScrollBar()->setValue(0);
   following_ = true;
 }
@@ -187,6 +181,7 @@ void CodeEditor::Forget() {
   following_ = false;
   SetHighlights({});
   link_.reset();
+  marks_.clear();
   view_ = nullptr;
   runs_ = nullptr;
   setDocument(nullptr);
@@ -226,20 +221,31 @@ void CodeEditor::NumberFrom(codedb::Line first) {
 
 void CodeEditor::PlaceNumbers() {
   const int width = numbers_->Width();
+  const int signs = margin_->Width();
+  const int head = header_->Height();
   const int strip = strip_->IsEmpty() ? 0 : MatchStrip::kWidth;
-  if (viewportMargins().left() != width || viewportMargins().right() != strip) setViewportMargins(width, 0, strip, 0);
+  const QMargins margins(width + signs, head, strip, 0);
+  if (viewportMargins() != margins) setViewportMargins(margins);
   const QRect area = contentsRect();
-  strip_->setGeometry(viewport()->geometry().right() + 1, area.top(), strip, viewport()->height());
+  const QRect code = viewport()->geometry();
+  strip_->setGeometry(code.right() + 1, code.top(), strip, code.height());
   strip_->setVisible(strip > 0);
-  numbers_->setGeometry(area.left(), area.top(), width, area.height());
+  numbers_->setGeometry(area.left(), code.top(), width, code.height());
   numbers_->setVisible(width > 0);
   numbers_->update();
+  margin_->setGeometry(area.left() + width, code.top(), signs, code.height());
+  margin_->setVisible(signs > 0);
+  margin_->update();
+  header_->setGeometry(area.left(), area.top(), code.right() + 1 - area.left(), head);
+  header_->setVisible(head > 0);
+  header_->update();
 }
 
 void CodeEditor::ForEachLineOnScreen(const std::function<void(int, int)>& line) const {
   QTextBlock block = firstVisibleBlock();
   double top = blockBoundingGeometry(block).translated(contentOffset()).top();
   for (; block.isValid() && top <= viewport()->height(); block = block.next()) {
+    if (!block.isVisible()) continue;
     line(block.blockNumber(), qRound(top));
     top += blockBoundingRect(block).height();
   }
@@ -266,6 +272,7 @@ void CodeEditor::PaintHighlights(const QRect& area) {
   QTextBlock block = firstVisibleBlock();
   double top = blockBoundingGeometry(block).translated(contentOffset()).top();
   for (; block.isValid() && top <= area.bottom(); block = block.next()) {
+    if (!block.isVisible()) continue;
     const std::size_t start = view_->LineStart(static_cast<std::size_t>(block.blockNumber()));
     const std::size_t end = start + static_cast<std::size_t>(block.length());
     const QTextLine line = block.layout()->lineCount() > 0 ? block.layout()->lineAt(0) : QTextLine();
@@ -275,7 +282,7 @@ void CodeEditor::PaintHighlights(const QRect& area) {
       const int from = static_cast<int>(match->position - start);
       const double left = line.cursorToX(from);
       const double right = line.cursorToX(from + static_cast<int>(match->length));
-      painter.fillRect(QRectF(contentOffset().x() + left, top, right - left, line.height()), kHighlight);
+      painter.fillRect(QRectF(contentOffset().x() + left, top, right - left, line.height()), style_.screen.occurrence);
     }
     top += blockBoundingRect(block).height();
   }
@@ -284,6 +291,7 @@ void CodeEditor::PaintHighlights(const QRect& area) {
 void CodeEditor::paintEvent(QPaintEvent* event) {
   PaintHighlights(event->rect());
   QPlainTextEdit::paintEvent(event);
+  PaintBehindLines(event->rect());
 }
 
 std::optional<std::size_t> CodeEditor::OffsetAt(const QPoint& place) const {
@@ -328,7 +336,7 @@ void CodeEditor::ShowLink(const QPoint& place, bool wanted) {
     mark.cursor.setPosition(PositionOf(link_->position));
     mark.cursor.setPosition(PositionOf(link_->position + link_->length), QTextCursor::KeepAnchor);
     mark.format.setFontUnderline(true);
-    mark.format.setForeground(kLink);
+    mark.format.setForeground(style_.screen.link);
     marks.append(mark);
   }
   setExtraSelections(marks);
@@ -341,7 +349,9 @@ void CodeEditor::mouseMoveEvent(QMouseEvent* event) {
 
 void CodeEditor::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Control) ShowLink(viewport()->mapFromGlobal(QCursor::pos()), true);
+  const int before = textCursor().position();
   QPlainTextEdit::keyPressEvent(event);
+  if (!textCursor().block().isVisible()) LeaveFold(textCursor().position() > before);
 }
 
 void CodeEditor::keyReleaseEvent(QKeyEvent* event) {
@@ -406,7 +416,7 @@ CodeEditor::Page& CodeEditor::PageOf(int index) {
     pages_.splice(pages_.begin(), pages_, page);
     return pages_.front();
   }
-  pages_.push_front({index, BuildDocument(*view_, *runs_, style_), 0, 0});
+  pages_.push_front({index, BuildDocument(*view_, *runs_, style_)});
   if (fontSteps_ != 0) UseFont(*pages_.front().document);
   return pages_.front();
 }
@@ -435,6 +445,8 @@ void CodeEditor::StoreSelection() {
 }
 
 void CodeEditor::PlaceCursor() {
+  UnfoldAround(static_cast<int>(view_->LineFromChar(view_->SelStart())));
+  UnfoldAround(static_cast<int>(view_->LineFromChar(view_->SelStart() + view_->SelLength())));
   QTextCursor cursor(document());
   cursor.setPosition(PositionOf(view_->SelStart()));
   cursor.setPosition(PositionOf(view_->SelStart() + view_->SelLength()), QTextCursor::KeepAnchor);

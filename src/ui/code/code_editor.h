@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPlainTextEdit>
+#include <QTextBlock>
 #include <QTextDocument>
 #include <functional>
 #include <list>
@@ -12,6 +13,7 @@
 #include <quillmate/navigation/code_view.h>
 #include <quillmate/navigation/search.h>
 
+#include "code_margin.h"
 #include "code_style.h"
 
 namespace quillmate::ui {
@@ -63,6 +65,33 @@ class CodeEditor : public QPlainTextEdit {
   void SetHighlights(std::vector<navigation::TextMatch> matches);
   const std::vector<navigation::TextMatch>& Highlights() const noexcept { return highlights_; }
 
+  /// Signs beside the code and a line above it with the header of the routine whose inside is at the top.
+  void ShowMargin(bool on);
+  void KeepHeader(bool on);
+
+  /// What can be folded in the module on screen, and its routines; kept as long as its text document is.
+  void SetStructure(std::vector<project::Fold> folds, std::vector<project::RoutineLines> routines);
+  bool HasStructure() const;
+  const std::vector<project::RoutineLines>& Routines() const;
+  bool CanFold(int line) const;
+  bool IsFolded(int line) const;
+  void SetFolded(int line, bool on);
+  /// Folds the innermost stretch around the caret, or unfolds it. False where there is nothing to fold.
+  bool ToggleFoldAtCaret();
+  /// Folds or unfolds everything.
+  void FoldAll(bool on);
+
+  /// What stands beside the lines on screen, by line, until another module is shown.
+  void SetMarks(std::vector<LineMark> marks);
+  /// Null for none.
+  const LineMark* MarkAt(int line) const;
+
+  const CodeColours& Colours() const noexcept { return style_.screen; }
+  /// 0-based line at the top of the screen.
+  int TopLine() const { return firstVisibleBlock().blockNumber(); }
+  /// Left edge of the code in pixels of the widget, scrolled away perhaps.
+  double CodeLeft() const;
+
   bool ShowsModule() const noexcept { return view_ != nullptr; }
   /// Calls `line(number, top)` for each line that can be seen: 0-based number, upper edge in pixels of the viewport.
   void ForEachLineOnScreen(const std::function<void(int, int)>& line) const;
@@ -82,6 +111,10 @@ class CodeEditor : public QPlainTextEdit {
   void FontStepsTurned(int steps);
   /// A name was clicked with the Ctrl key held. The caret is there.
   void LinkFollowed();
+  /// The place of the signs beside a 0-based line was clicked.
+  void MarkClicked(int line);
+  /// A 0-based line is to be gone to.
+  void LineWanted(int line);
 
  protected:
   bool viewportEvent(QEvent* event) override;
@@ -110,6 +143,11 @@ class CodeEditor : public QPlainTextEdit {
   std::optional<std::size_t> OffsetAt(const QPoint& place) const;
   void ShowLink(const QPoint& place, bool wanted);
   void PaintHighlights(const QRect& area);
+  void PaintBehindLines(const QRect& area);
+  void ScrollToLine(int line);
+  void ApplyFolds();
+  void UnfoldAround(int line);
+  void LeaveFold(bool down);
   QFont ShownFont() const;
   void UseFont(QTextDocument& document) const;
   void PlaceNumbers();
@@ -119,6 +157,9 @@ class CodeEditor : public QPlainTextEdit {
   int wheel_ = 0;
   LineNumbers* numbers_ = nullptr;
   MatchStrip* strip_ = nullptr;
+  CodeMargin* margin_ = nullptr;
+  StickyHeader* header_ = nullptr;
+  std::vector<LineMark> marks_;
   NameAnswers answers_;
   std::optional<navigation::TextMatch> link_;
   std::vector<navigation::TextMatch> highlights_;

@@ -28,13 +28,14 @@ QColor FromColourValue(std::int32_t value) {
                 static_cast<int>((bits >> 16) & 0xFF));
 }
 
-CodeStyle StyleOf(const settings::Options& options, double dpi) {
+CodeStyle StyleOf(const settings::Options& options, double dpi, bool dark) {
   CodeStyle style;
   style.font = CodeFont(FromUtf8(options.fontName), options.fontSize);
   style.tabStop = TabStop(options.tab, dpi);
   style.keyword = FromColourValue(options.fkey);
   style.comment = FromColourValue(options.fkom);
   style.string = FromColourValue(options.fstr);
+  style.screen = dark ? DarkColours() : LightColours(style.keyword, style.comment, style.string);
   style.look = settings::LookOf(options);
   return style;
 }

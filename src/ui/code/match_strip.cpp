@@ -9,7 +9,6 @@ namespace quillmate::ui {
 namespace {
 
 constexpr int kMarkHeight = 3;
-const QColor kGround(0xf7, 0xf7, 0xf7);
 const QColor kMark(0xd0, 0x80, 0x00);
 
 }  // namespace
@@ -33,7 +32,7 @@ int MatchStrip::Top(int line) const {
 
 void MatchStrip::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.fillRect(rect(), kGround);
+  painter.fillRect(rect(), palette().color(QPalette::Base));
   int last = -1;
   for (const int line : lines_) {
     const int top = Top(line);

@@ -40,9 +40,9 @@ constexpr QRgb kDisabledText = 0xff808080;
 /// The style makes the frame of a check box from the window's colour, darkened: on dark ground it would vanish.
 constexpr QRgb kBoxFrame = 0xffa8a8a8;
 
-bool IsDark(const QPalette& palette) { return palette.color(QPalette::Window).lightness() < 128; }
-
 }  // namespace
+
+bool IsDark(const QPalette& palette) { return palette.color(QPalette::Window).lightness() < 128; }
 
 QPalette DarkPalette() {
   QPalette palette;

@@ -9,6 +9,9 @@ namespace quillmate::ui {
 /// The program's own dark colours, for desktops whose choice the toolkit does not know.
 QPalette DarkPalette();
 
+/// Light text on dark ground.
+bool IsDark(const QPalette& palette);
+
 /// Light or dark for the whole program. Light brings back the style and the colours of the start.
 void UseLook(bool dark);
 

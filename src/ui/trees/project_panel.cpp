@@ -83,6 +83,12 @@ void ProjectPanel::FocusFilter() {
   line_->selectAll();
 }
 
+void ProjectPanel::FocusModule() {
+  line_->clear();
+  SetCurrent(model_->Tree().Find(session_.VisibleModule()));
+  tree_->setFocus();
+}
+
 void ProjectPanel::StoreUnfolded() {
   unfolded_.clear();
   const auto store = [this](const QModelIndex& parent, const auto& self) -> void {

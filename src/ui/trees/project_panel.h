@@ -52,6 +52,8 @@ class ProjectPanel : public QWidget {
   /// What is known of the session's project; null for nothing.
   void SetKnowledge(std::shared_ptr<const project::Understanding> known);
   void FocusFilter();
+  /// Goes to the node of the visible module.
+  void FocusModule();
 
  signals:
   /// A node is to be shown.
