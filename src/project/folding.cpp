@@ -3,8 +3,8 @@
 #include <optional>
 
 #include <quillmate/language/parse.h>
-#include <quillmate/project/exact_outline.h>
 #include <quillmate/project/folding.h>
+#include <quillmate/symbols/exact_routines.h>
 
 namespace quillmate::project {
 namespace {
@@ -122,9 +122,9 @@ std::vector<RoutineLines> RoutinesOf(const Understanding& understanding, symbols
   const language::Module& code = understanding.Index().Code(module);
   std::vector<RoutineLines> routines;
   const auto shown = [&](std::uint32_t line) { return static_cast<int>(understanding.ShownLine(module, line)) - 1; };
-  for (const ExactRoutine& routine : ExactRoutines(code)) {
+  for (const symbols::ExactRoutine& routine : symbols::ExactRoutines(code)) {
     const RoutineLines lines = {shown(routine.first), shown(routine.headerLast), shown(routine.last),
-                                ExactName(code, routine)};
+                                symbols::ExactName(code, routine)};
     if (lines.first >= 0) routines.push_back(lines);
   }
   return routines;

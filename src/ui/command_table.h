@@ -85,6 +85,11 @@ enum class CommandId {
   kFoldAll,
   kUnfoldAll,
   kSwitchHeader,
+  kToggleBookmark,
+  kNextBookmark,
+  kPreviousBookmark,
+  kEditNote,
+  kListNotes,
   // Analyse
   kShowHierarchy,
   kShowCallPicture,

@@ -48,7 +48,7 @@ PrintedPart PrintCommands::ModulePart(codedb::ViewIndex view, const QString& tit
   // The empty lines behind the code are not worth paper.
   while (end > 1 && code.LineStart(end - 1) + 2 >= (end < code.LineCount() ? code.LineStart(end) : code.Length()))
     --end;
-  return {title, &code, &views.Runs(view), 0, end};
+  return {title, &code, &views.Runs(view), 0, end, notes_ ? notes_(view) : std::vector<LineMark>()};
 }
 
 PrintedPart PrintCommands::VisiblePart(PrintedWhat what) {

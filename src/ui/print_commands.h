@@ -2,6 +2,9 @@
 
 #include <QObject>
 #include <QPagedPaintDevice>
+#include <functional>
+#include <utility>
+#include <vector>
 
 #include "code_area.h"
 #include "code_printing.h"
@@ -19,6 +22,9 @@ class PrintCommands : public QObject {
  public:
   /// Everything must outlive it. Dialogs stand over `window`.
   PrintCommands(QWidget& window, const ListDesk& desk, const CodeArea& code);
+
+  /// Where the notes of a view come from.
+  void TakeNotes(std::function<std::vector<LineMark>(codedb::ViewIndex view)> notes) { notes_ = std::move(notes); }
 
   void Print();
   void Preview();
@@ -38,6 +44,7 @@ class PrintCommands : public QObject {
   QWidget& window_;
   ListDesk desk_;
   const CodeArea& code_;
+  std::function<std::vector<LineMark>(codedb::ViewIndex view)> notes_;
   /// As chosen last.
   PrintChoice choice_;
 };

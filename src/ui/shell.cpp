@@ -128,6 +128,8 @@ Shell::Shell(MainWindow& window, const Services& services)
       hierarchy_(new CallPanel),
       names_(Desk(), *code_, knowledge_, *uses_, *hierarchy_),
       reading_(interaction_, session_, *code_, knowledge_, *placeBar_),
+      notePanel_(new NotePanel),
+      notes_(window, interaction_, session_, *code_, knowledge_, *notePanel_),
       printing_(window, Desk(), *code_),
       quickOpen_(new QuickOpen(&window)),
       container_(new Splitter),
@@ -186,7 +188,8 @@ void Shell::BuildSearch() {
   tobSuche_->hide();
   window_.addDockWidget(Qt::BottomDockWidgetArea, hits_);
   hits_->hide();
-  for (QDockWidget* panel : {static_cast<QDockWidget*>(uses_), static_cast<QDockWidget*>(hierarchy_)}) {
+  for (QDockWidget* panel : {static_cast<QDockWidget*>(uses_), static_cast<QDockWidget*>(hierarchy_),
+                             static_cast<QDockWidget*>(notePanel_)}) {
     window_.addDockWidget(Qt::BottomDockWidgetArea, panel);
     window_.tabifyDockWidget(hits_, panel);
     panel->hide();
@@ -294,6 +297,7 @@ void Shell::ConnectNames() {
           [this](symbols::SymbolId routine) { interaction_.Guarded([this, routine] { ShowCallPicture(routine); }); });
   connect(quickOpen_, &QuickOpen::Chosen, this,
           [this](symbols::SymbolId symbol) { interaction_.Guarded([this, symbol] { names_.GoToSymbol(symbol); }); });
+  printing_.TakeNotes([this](codedb::ViewIndex view) { return notes_.MarksOf(view); });
   connect(&projects_, &ProjectCommands::AboutToCopy, this, [this] { knowledge_.FinishReading(); });
 }
 
@@ -754,6 +758,16 @@ void Shell::Carry(CommandId command) {
       return reading_.FoldAll(false);
     case kSwitchHeader:
       return view_.SwitchHeader();
+    case kToggleBookmark:
+      return notes_.ToggleBookmark();
+    case kNextBookmark:
+      return notes_.StepThroughBookmarks(1);
+    case kPreviousBookmark:
+      return notes_.StepThroughBookmarks(-1);
+    case kEditNote:
+      return notes_.EditNote();
+    case kListNotes:
+      return notes_.ShowList();
     case kShowHierarchy:
       return names_.ShowHierarchy();
     case kShowCallPicture:

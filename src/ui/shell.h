@@ -22,6 +22,7 @@
 #include "list_source.h"
 #include "mini_window.h"
 #include "name_commands.h"
+#include "note_commands.h"
 #include "place_bar.h"
 #include "print_commands.h"
 #include "project_commands.h"
@@ -138,6 +139,8 @@ class Shell : public QObject {
   CallPanel* hierarchy_;
   NameCommands names_;
   ReadingCommands reading_;
+  NotePanel* notePanel_;
+  NoteCommands notes_;
   PrintCommands printing_;
   QuickOpen* quickOpen_;
   QSplitter* container_;

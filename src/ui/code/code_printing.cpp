@@ -26,6 +26,7 @@ class Printing {
 
  private:
   void Measure();
+  QStringList NoteRows(const PrintedPart& part, std::size_t line) const;
   int PagesOf(const PrintedPart& part);
   bool PrintContents();
   bool PrintPart(const PrintedPart& part);
@@ -103,6 +104,30 @@ void Printing::LayOut(QTextLayout& layout, const PrintedPart& part, std::size_t 
   layout.endLayout();
 }
 
+/// What the user has noted beside a line, broken to the width of the page.
+QStringList Printing::NoteRows(const PrintedPart& part, std::size_t line) const {
+  const auto mark = std::ranges::lower_bound(part.notes, static_cast<int>(line), {}, &LineMark::line);
+  if (mark == part.notes.end() || mark->line != static_cast<int>(line) || mark->note.isEmpty()) return {};
+  QFont italic = font_;
+  italic.setItalic(true);
+  const double character = QFontMetricsF(italic, &device_).averageCharWidth();
+  const auto width = static_cast<qsizetype>(std::max(20.0, (page_.width() - left_) / character - 6));
+  QStringList rows;
+  for (const QString& paragraph : mark->note.split(QLatin1Char('\n'))) {
+    QString rest = paragraph;
+    do {
+      qsizetype end = rest.size();
+      if (end > width) {
+        const qsizetype blank = rest.lastIndexOf(QLatin1Char(' '), width);
+        end = blank > 0 ? blank : width;
+      }
+      rows << (rows.isEmpty() ? QStringLiteral("Notiz: ") : QString()) + rest.left(end);
+      rest = rest.mid(end).trimmed();
+    } while (!rest.isEmpty());
+  }
+  return rows;
+}
+
 int Printing::PagesOf(const PrintedPart& part) {
   int pages = 1;
   double y = Top();
@@ -116,6 +141,7 @@ int Printing::PagesOf(const PrintedPart& part) {
       LayOut(layout, part, line);
       rows = layout.lineCount();
     }
+    rows += static_cast<int>(NoteRows(part, line).size());
     for (int row = 0; row < rows; ++row) {
       if (y + height_ > Bottom()) {
         ++pages;
@@ -177,6 +203,18 @@ bool Printing::PrintPart(const PrintedPart& part) {
       }
       const QTextLine text = layout.lineAt(row);
       text.draw(&painter_, QPointF(left_ - text.x(), y - text.y()));
+      y += height_;
+    }
+    for (const QString& row : NoteRows(part, line)) {
+      if (y + height_ > Bottom()) {
+        if (!BeginPage(part.title)) return false;
+        y = Top();
+      }
+      QFont italic = font_;
+      italic.setItalic(true);
+      painter_.setFont(italic);
+      painter_.drawText(QRectF(left_, y, page_.width() - left_, height_), Qt::AlignLeft | Qt::TextSingleLine, row);
+      painter_.setFont(font_);
       y += height_;
     }
   }

@@ -8,6 +8,7 @@
 
 #include <quillmate/navigation/code_view.h>
 
+#include "code_margin.h"
 #include "code_style.h"
 
 namespace quillmate::ui {
@@ -21,6 +22,8 @@ struct PrintedPart {
   /// 0-based lines of the view; behind the last one.
   std::size_t firstLine = 0;
   std::size_t endLine = 0;
+  /// Printed below their lines; by line.
+  std::vector<LineMark> notes{};
 };
 
 struct PrintJob {
