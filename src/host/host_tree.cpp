@@ -112,6 +112,7 @@ HostTree ReadTree(HostAutomation& host, bool accessEdition, bool withSmall) {
     const HostProject project = host.Project(index);
     if (project.locked) {
       ++tree.lockedProjects;
+      tree.locked.push_back({project.fileName.value_or(text::Utf8FromCode(project.name))});
     } else {
       tree.projects.push_back(ProjectNode(host, index, project, accessEdition, withSmall));
     }

@@ -142,6 +142,7 @@ constexpr Command kCommands[] = {
     {kClearClipboard, "mnuExtras_ClearClip", MenuId::kExtras, "&Zwischenablage Leeren", "", "", kAlways, true},
 
     {kShowHelp, "mnuHilfe_Hilfe", MenuId::kHelp, "&Hilfe", "F1", "", kAlways, false},
+    {kReadSample, "mnuHilfe_Beispiel", MenuId::kHelp, "&Beispielprojekt lesen", "", "", kAlways, false},
     {kShowAbout, "mnuHilfe_Info", MenuId::kHelp, "&Info", "", "", kAlways, false},
 
     {kTickAll, "mnuPopUpEinlesen_Alle", MenuId::kNone, "&Alle ankreuzen", "", "", kNoProject, false},

@@ -107,6 +107,7 @@ enum class CommandId {
   kClearClipboard,
   // Hilfe
   kShowHelp,
+  kReadSample,
   kShowAbout,
   // Context menu only
   kTickAll,

@@ -28,11 +28,12 @@ QString FileFilter() {
       .arg(documents, modules);
 }
 
-/// An Office file, not a module file or a folder.
+/// A project in one file: an Office file or that of a VB project, not a module file or a folder.
 bool IsDocument(const QString& path) {
   const std::string extension = ToUtf8(QFileInfo(path).suffix().toLower());
   return QFileInfo(path).isFile() &&
-         std::ranges::find(office::OfficeFileExtensions(), extension) != std::end(office::OfficeFileExtensions());
+         (extension == "vbp" ||
+          std::ranges::find(office::OfficeFileExtensions(), extension) != std::end(office::OfficeFileExtensions()));
 }
 
 }  // namespace
@@ -104,18 +105,33 @@ bool ProjectCommands::LeaveProject() {
   return true;
 }
 
+void ProjectCommands::ReadSample() {
+  const fs::path sample = globals_.TemplatePath.parent_path() / "Beispiel" / "Lagerverwaltung";
+  std::error_code ignored;
+  if (!fs::is_directory(sample, ignored)) {
+    interaction_.Show("Das Beispielprojekt ist nicht installiert:\r\n" + files::PathText(sample),
+                      MessageIcon::kExclamation);
+    return;
+  }
+  if (LeaveProject() && sources_.TakeForNow(FromPath(sample))) ReadCode();
+}
+
 void ProjectCommands::StartAnew() {
   // Without a project it is the button that looks again.
   const bool looksAgain = !session_.IsLoaded();
   if (!ConfirmUnsaved()) return;
   ResetProject();
-  sources_.RefreshHostProjects();
-  if (looksAgain) sources_.OfferToForgetUnreadable();
+  sources_.LoadUserSources();
+  if (looksAgain) {
+    sources_.RefreshKeepingTicks();
+  } else {
+    sources_.RefreshHostProjects();
+  }
 }
 
 void ProjectCommands::RefreshProjects() {
-  sources_.RefreshHostProjects();
-  sources_.OfferToForgetUnreadable();
+  sources_.LoadUserSources();
+  sources_.RefreshKeepingTicks();
 }
 
 void ProjectCommands::AddFiles() {

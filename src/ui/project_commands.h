@@ -36,6 +36,8 @@ class ProjectCommands : public QObject {
   bool SaveProject();
   void AddFiles();
   void AddFolder();
+  /// Reads the project that comes with the program, without adding it to the sources.
+  void ReadSample();
   /// A folder that holds a saved project is opened, everything else becomes a source.
   void TakeDropped(const QStringList& files);
   /// Shows the stored list of recent projects.

@@ -151,7 +151,7 @@ Shell::Shell(MainWindow& window, const Services& services)
 
 void Shell::BuildTrees() {
   trees_->setMinimumWidth(1);
-  trees_->addWidget(&sources_.Tree());
+  trees_->addWidget(&sources_.Panel());
   trees_->addWidget(project_);
   trees_->addWidget(callers_);
 }
@@ -238,6 +238,10 @@ void Shell::ConnectSession() {
 void Shell::ConnectTrees() {
   connect(&sources_, &SourceList::StatusChanged, staBar_,
           [this](const QString& text) { staBar_->SetText(StatusPanels::kProgress, text); });
+  connect(&sources_.Panel(), &SourcePanel::ReadAllWanted, this, [this] {
+    sources_.TickAll(true);
+    Run(CommandId::kReadCode);
+  });
   connect(&sources_, &SourceList::MenuWanted, this,
           [this](const QPoint& place) { ShowReadingMenu(place, sources_.IsCurrentFromSource()); });
   connect(project_, &ProjectPanel::NodeChosen, this, [this](int node) {
@@ -379,7 +383,7 @@ void Shell::ShowProject() {
   CloseCallers();
   if (session_.Tree()->moduleCount == 0) code_->SetZoom(false);
   SetMode(isLoaded ? 1 : 0);
-  ShowTree(isLoaded ? static_cast<QWidget&>(*project_) : sources_.Tree());
+  ShowTree(isLoaded ? static_cast<QWidget&>(*project_) : sources_.Panel());
   if (!isLoaded) sources_.Tree().setFocus();
   project_->ShowProject(services_.globals.Options.aufk);
 }
@@ -580,6 +584,9 @@ void Shell::ShowDependencies() {
 void Shell::ShowOptions() {
   auto* dialog = new OptionsDialog(&window_, interaction_, services_.globals, services_.settings);
   connect(dialog, &QDialog::accepted, this, &Shell::ApplyOptions);
+  connect(dialog, &QDialog::accepted, this, [this] {
+    if (!session_.IsLoaded()) sources_.TakeReadingOptions();
+  });
   dialog->open();
 }
 
@@ -794,6 +801,8 @@ void Shell::Carry(CommandId command) {
       return ApplyStoredDisplaySize(window_, interaction_, services_.globals.Options);
     case kClearClipboard:
       return services_.platform.ClearClipboard();
+    case kReadSample:
+      return projects_.ReadSample();
     case kShowHelp:
       return ShowHelp(interaction_, services_.globals);
     case kShowAbout:

@@ -67,12 +67,14 @@ QString OpenInHost(const QString& host) {
 QString Steps(const QString& host) {
   return QStringLiteral(
              "<ol>%1Quellen hinzufügen: %2 oder %3, oder hierher ziehen.</li>"
-             "<li>Links ankreuzen, was gelesen werden soll.</li><li>%4.</li></ol>"
-             "<p>Ein früher gespeichertes Projekt: %5.</p>")
+             "<li>Links ankreuzen, was gelesen werden soll; ein einzelnes Dokument wird sofort "
+             "gelesen.</li><li>%4.</li></ol>"
+             "<p>Ein früher gespeichertes Projekt: %5.<br>Nur einmal ansehen: das %6.</p>")
       .arg(kHostsRunHere ? OpenInHost(host) : QStringLiteral("<li>"))
       .arg(Link(CommandId::kAddFiles, QStringLiteral("Dateien")), Link(CommandId::kAddFolder, QStringLiteral("Ordner")),
            Link(CommandId::kReadCode, QStringLiteral("Code einlesen")),
-           Link(CommandId::kOpenSavedProject, QStringLiteral("Öffnen")));
+           Link(CommandId::kOpenSavedProject, QStringLiteral("Öffnen")),
+           Link(CommandId::kReadSample, QStringLiteral("mitgelieferte Beispiel")));
 }
 
 QLabel* Add(QVBoxLayout& layout, const char* name, QLabel* label) {

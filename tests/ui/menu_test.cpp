@@ -118,7 +118,10 @@ TEST_F(MenuTest, RunningHostStandsBeforeTheSources) {
   fake.projects = {{{"P", "C:\\a\\P.xls", false}, {kModule}}, {{"Zu", {}, true}, {}}};
   Start();
   QTreeView& hosts = Tree("treApp");
-  EXPECT_EQ(TextOf(*hosts.model()), "P [P.xls]\n Modul1\nQuelle [Quelle]\n Form\n Zebra\n");
+  EXPECT_EQ(TextOf(*hosts.model()),
+            "P [P.xls]\n Modul1\nQuelle [Quelle]\n Form\n Zebra\nZu \u2013 gesperrtes Projekt\n");
+  RightClick(hosts, hosts.visualRect(HostNode(2)).center());
+  EXPECT_EQ(PopupItems().last(), "(mnuPopUpEinlesen_Entfernen)") << "nor is a locked project one";
   RightClick(hosts, hosts.visualRect(HostNode(0, 0)).center());
   EXPECT_EQ(PopupItems().last(), "(mnuPopUpEinlesen_Entfernen)") << "there is no source to forget";
 
@@ -131,7 +134,7 @@ TEST_F(MenuTest, RunningHostStandsBeforeTheSources) {
   RightClick(hosts, hosts.visualRect(HostNode(1)).center());
   EXPECT_EQ(PopupItems().last(), "mnuPopUpEinlesen_Entfernen");
   Trigger("mnuPopUpEinlesen_Entfernen");
-  EXPECT_EQ(TextOf(*hosts.model()), "P [P.xls]\n Modul1\n");
+  EXPECT_EQ(TextOf(*hosts.model()), "P [P.xls]\n Modul1\nZu \u2013 gesperrtes Projekt\n");
   EXPECT_TRUE(settings::LoadSources(*settings).empty());
   EXPECT_EQ(platform.TakeText(), "");
 }
@@ -160,7 +163,8 @@ TEST_F(MenuTest, RefreshKeySaysWhatTheHostSays) {
   host = &fake;
   fake.projects = {{{"P", "C:\\a\\P.xls", false}, {kModule}}, {{"Zu", {}, true}, {}}, {{"Neu", {}, false}, {kModule}}};
   Start();
-  EXPECT_EQ(TextOf(*Tree("treApp").model()), "P [P.xls]\n Modul1\nNeu [Nicht gespeichert]\n Modul1\n");
+  EXPECT_EQ(TextOf(*Tree("treApp").model()),
+            "P [P.xls]\n Modul1\nNeu [Nicht gespeichert]\n Modul1\nZu \u2013 gesperrtes Projekt\n");
   EXPECT_EQ(Panel("Vorgang"), "1 gesperrtes Projekt ausgelassen");
   EXPECT_EQ(platform.TakeText(), "");
   const struct {

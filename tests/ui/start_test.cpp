@@ -1,3 +1,6 @@
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
 #include <QToolButton>
 #include <fstream>
 
@@ -39,47 +42,118 @@ TEST_F(StartTest, ListsTheSourcesAllExpandedAndUnticked) {
   EXPECT_EQ(Action("refresh").toolTip(), "Aktualisieren Excel VBA Projekte (F5)");
 }
 
-TEST_F(StartTest, SaysThatTheHostIsNotOpenWithoutSources) {
+TEST_F(StartTest, SaysThatTheHostIsNotOpenWhenAsked) {
   settings->RemoveSettingSection("quellen");
   Start();
+  EXPECT_EQ(platform.TakeText(), "") << "no host runs here, and none is missed";
+  QTest::keyClick(&Window(), Qt::Key_F5);
   ASSERT_EQ(platform.messages.size(), 1U);
   EXPECT_EQ(platform.messages[0].title, "Excel Quillmate 1.0");
   EXPECT_TRUE(platform.messages[0].text.startsWith("Excel ist im Moment nicht geöffnet."));
   EXPECT_EQ(platform.messages[0].icon, MessageIcon::kInformation);
 }
 
-TEST_F(StartTest, OffersToForgetSourcesThatAreGone) {
-  const std::string lost = Path("weg.bas");
+TEST_F(StartTest, UnreadableSourcesAreGreyAndGoOneByOne) {
+  files::WriteWholeFile(Folder("leer.xlsm"), "");
+  const std::vector<std::string> unreadable = {files::PathText(Folder("weg.bas")),
+                                               files::PathText(Folder("leer.xlsm"))};
+  settings::SaveSources(*settings, {unreadable[0], files::PathText(Sources()), unreadable[1]});
+  Start();
+  EXPECT_EQ(platform.TakeText(), "") << "no box at each start";
+  QTreeView& tree = Tree("treApp");
+  ASSERT_EQ(tree.model()->rowCount(), 3);
+  EXPECT_TRUE(HostNode(1).data().toString().startsWith("weg.bas \u2013 "))
+      << HostNode(1).data().toString().toStdString();
+  EXPECT_TRUE(HostNode(2).data(Qt::ToolTipRole).toString().startsWith(QString::fromStdString(unreadable[1])));
+  EXPECT_FALSE(HostNode(1).data(Qt::CheckStateRole).isValid());
+  EXPECT_EQ(HostNode(1).data(Qt::ForegroundRole).value<QBrush>().color(),
+            QApplication::palette().color(QPalette::Disabled, QPalette::Text));
+  Trigger("mnuPopUpEinlesen_Alle");
+  Trigger("mnuAnsicht_App_Aktualisieren");
+  ASSERT_EQ(platform.messages.size(), 1U) << "asked for, they are told";
+  EXPECT_EQ(HostNode(0, 0).data(Qt::CheckStateRole), Qt::Checked) << "what is still there stays ticked";
+  platform.messages.clear();
+  tree.setCurrentIndex(HostNode(2));
+  Trigger("mnuPopUpEinlesen_Entfernen");
+  EXPECT_EQ(Remembered(), (std::vector<std::string>{unreadable[0], files::PathText(Sources())}));
+  EXPECT_TRUE(Panel("Vorgang").endsWith("leer.xlsm"));
+  EXPECT_EQ(platform.TakeText(), "");
+}
+
+TEST_F(StartTest, SourcesAreFilteredCountedAndReadAllAtOnce) {
+  Start();
+  auto& filter = *Window().findChild<QLineEdit*>("txtQuellenFilter");
+  auto& count = *Window().findChild<QLabel*>("lblQuellen");
+  const auto press = [this](const char* name) {
+    QTest::mouseClick(Window().findChild<QAbstractButton*>(name), Qt::LeftButton);
+  };
+  EXPECT_EQ(count.text(), "1 Projekt, 2 Module, 0 angekreuzt");
+  filter.setText("zeb");
+  EXPECT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Zebra\n");
+  press("cmdAlle");
+  EXPECT_EQ(count.text(), "1 Projekt, 2 Module, 1 angekreuzt");
+  filter.clear();
+  EXPECT_EQ(HostNode(0, 0).data(Qt::CheckStateRole), Qt::Unchecked);
+  EXPECT_EQ(HostNode(0, 1).data(Qt::CheckStateRole), Qt::Checked);
+  press("cmdKeine");
+  EXPECT_EQ(count.text(), "1 Projekt, 2 Module, 0 angekreuzt");
+  press("cmdAlleLesen");
+  EXPECT_EQ(TextOf(*Tree("treProjekt").model()), "Form\n Laden\nZebra\n Adler\n Zahl\n");
+}
+
+TEST_F(StartTest, FileAndItsFolderAreOneSource) {
+  settings::SaveSources(*settings, {Path("Zebra.bas")});
+  Start();
+  EXPECT_EQ(TextOf(*Tree("treApp").model()), "Zebra [Zebra.bas]\n Zebra\n");
+  Drop({Text(Sources())});
+  EXPECT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Form\n Zebra\n");
+  EXPECT_EQ(Remembered(), std::vector<std::string>{files::PathText(Sources())});
+  Drop({QString::fromStdString(Path("Form.frm"))});
+  EXPECT_EQ(Remembered().size(), 1U);
+
+  // A project in the folder goes only with the folder, after a question that names all of it.
+  files::WriteWholeFile(Sources() / "Eins.vbp", "Module=Zebra; Zebra.bas\r\nName=\"Eins\"\r\n");
+  Start();
+  ASSERT_EQ(TextOf(*Tree("treApp").model()), "Quelle [Quelle]\n Form\nEins [Eins.vbp]\n Zebra\n");
   for (const Answer answer : {Answer::kNo, Answer::kYes}) {
-    settings::SaveSources(*settings, {lost, files::PathText(Sources())});
-    platform.answers = {Answer::kOk, answer};
-    Start();
-    ASSERT_EQ(platform.messages.size(), 2U);
-    EXPECT_TRUE(platform.messages[0].text.contains(QString::fromStdString(lost) + ": "))
-        << platform.messages[0].text.toStdString();
-    EXPECT_TRUE(platform.messages[1].text.contains("Aus der Liste entfernen ?"));
-    EXPECT_EQ(Remembered().size(), answer == Answer::kNo ? 2U : 1U);
-    platform.messages.clear();
+    platform.answers = {answer};
+    Tree("treApp").setCurrentIndex(HostNode(1));
+    Trigger("mnuPopUpEinlesen_Entfernen");
+    const QString text = platform.TakeText();
+    for (const QString& part : {Text(Sources()), QStringLiteral("Quelle [Quelle]"), QStringLiteral("Eins [Eins.vbp]")})
+      EXPECT_TRUE(text.contains(part)) << text.toStdString();
+    EXPECT_EQ(Remembered().size(), answer == Answer::kNo ? 1U : 0U);
   }
 }
 
-TEST_F(StartTest, OffersToForgetSourcesThatCannotBeReadWhenAskedToLookAgain) {
-  files::WriteWholeFile(Sources() / "leer.xlsm", "");
-  std::filesystem::create_directories(Folder("Ohne"));
-  const std::vector<std::string> unreadable = {Path("leer.xlsm"), files::PathText(Folder("Ohne"))};
-  settings::SaveSources(*settings, {unreadable[0], files::PathText(Sources()), unreadable[1]});
+TEST_F(StartTest, SampleIsReadWithoutBecomingASource) {
+  std::filesystem::create_directories(Folder("Beispiel"));
+  std::filesystem::copy(Sources(), Folder("Beispiel") / "Lagerverwaltung");
   Start();
-  EXPECT_EQ(platform.messages.size(), 1U) << "not at each start";
-  for (const Answer answer : {Answer::kNo, Answer::kYes}) {
-    platform.messages.clear();
-    platform.answers = {Answer::kOk, answer};
-    Trigger(answer == Answer::kNo ? "refresh" : "mnuAnsicht_App_Aktualisieren");
-    ASSERT_EQ(platform.messages.size(), 2U);
-    EXPECT_EQ(platform.messages[1].text.toStdString(), "Diese Quellen lassen sich nicht lesen:\r\n\r\n" +
-                                                           unreadable[0] + "\r\n" + unreadable[1] +
-                                                           "\r\n\r\nAus der Liste entfernen ?");
-    EXPECT_EQ(Remembered().size(), answer == Answer::kNo ? 3U : 1U);
-  }
+  emit Window().findChild<QLabel*>("lblSchritte")->linkActivated("mnuHilfe_Beispiel");
+  EXPECT_EQ(TextOf(*Tree("treProjekt").model()), "Form\n Laden\nZebra\n Adler\n Zahl\n");
+  EXPECT_EQ(Remembered(), std::vector<std::string>{files::PathText(Sources())});
+  LeaveProject();
+  EXPECT_EQ(Tree("treApp").model()->rowCount(), 1);
+  std::filesystem::remove_all(Folder("Beispiel"));
+  Trigger("mnuHilfe_Beispiel");
+  EXPECT_TRUE(platform.messages.back().text.startsWith("Das Beispielprojekt ist nicht installiert"));
+}
+
+TEST_F(StartTest, ReadsModuleFilesInTheCodePageOfTheOptions) {
+  Start();
+  Trigger("mnuExtras_Optionen");
+  auto& dialog = *Window().findChild<QDialog*>("frmOptionen");
+  auto& pages = *dialog.findChild<QComboBox*>("cboZeichensatz");
+  pages.setCurrentIndex(pages.findData(1251));
+  dialog.findChild<QAbstractButton*>("chkExcel4")->setChecked(true);
+  dialog.findChild<QAbstractButton*>("cmdOK")->click();
+  EXPECT_EQ(settings->ReadSetting("lesen", "zeichensatz") + settings->ReadSetting("lesen", "excel4"), "1251-1");
+  StartWithProject();
+  Click(Tree("treProjekt"), ProjectNode(1));
+  AwaitKnowledge();
+  // Cyrillic letters are none of the index, and told.
+  EXPECT_TRUE(Code().toPlainText().contains("Call Adler ' ???")) << Code().toPlainText().toStdString();
 }
 
 TEST_F(StartTest, AddsFilesAndFoldersAndForgetsWhatIsNoSource) {
@@ -156,8 +230,9 @@ TEST_F(StartTest, ListsAllThatCannotBeRead) {
   std::vector<std::string> sources;
   for (char name = 'a'; name < 'a' + 10; ++name) sources.push_back(Path(std::string(1, name).c_str()));
   settings::SaveSources(*settings, sources);
-  platform.answers = {Answer::kOk, Answer::kNo};
   Start();
+  EXPECT_TRUE(platform.messages.empty());
+  Trigger("refresh");
   EXPECT_TRUE(platform.messages[0].detail.endsWith("... und 2 weitere"));
   EXPECT_EQ(platform.messages[0].list.count("\r\n"), 9);
 }

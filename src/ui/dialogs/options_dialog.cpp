@@ -12,6 +12,7 @@
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/files/paths.h>
+#include <quillmate/settings/reading_options.h>
 #include <quillmate/text/operations.h>
 
 #include "code_style.h"
@@ -57,6 +58,31 @@ QPushButton* MakeButton(const char* name, const char* caption) {
   button->setAutoDefault(false);
   return button;
 }
+
+/// By their Windows numbers.
+struct CodePage {
+  int number;
+  const char* name;
+};
+
+constexpr CodePage kCodePages[] = {
+    {0, "Westeuropäisch (Windows-1252)"},
+    {1250, "Mitteleuropäisch (Windows-1250)"},
+    {1251, "Kyrillisch (Windows-1251)"},
+    {20866, "Kyrillisch (KOI8-R)"},
+    {1253, "Griechisch (Windows-1253)"},
+    {1254, "Türkisch (Windows-1254)"},
+    {1255, "Hebräisch (Windows-1255)"},
+    {1256, "Arabisch (Windows-1256)"},
+    {1257, "Baltisch (Windows-1257)"},
+    {874, "Thailändisch (Windows-874)"},
+    {932, "Japanisch (Shift-JIS)"},
+    {936, "Chinesisch, vereinfacht (GBK)"},
+    {949, "Koreanisch (949)"},
+    {950, "Chinesisch, traditionell (Big5)"},
+    {850, "Westeuropäisch (DOS)"},
+    {437, "Westeuropäisch (DOS, 437)"},
+};
 
 QComboBox* MakeList(const char* name) {
   auto* list = new QComboBox;
@@ -189,7 +215,25 @@ QWidget* OptionsDialog::MakeCodePage() {
   bodies->setToolTip(QStringLiteral("Wirkt nur zusammen mit Einrücken"));
   bodies->setEnabled(false);
   connect(indent, &QCheckBox::toggled, bodies, &QWidget::setEnabled);
+  static_cast<QVBoxLayout*>(page->layout())->addWidget(MakeReadingRow());
   return page;
+}
+
+/// How the user's own files are read, not what becomes of their code.
+QWidget* OptionsDialog::MakeReadingRow() {
+  auto* frame = new QGroupBox(QStringLiteral("Dateien einlesen"));
+  chkExcel4_ = new QCheckBox(QStringLiteral("Excel-&4-Makros lesen"));
+  chkExcel4_->setObjectName(QStringLiteral("chkExcel4"));
+  chkExcel4_->setToolTip(QStringLiteral("Formeln von Makroblättern werden Module, wo die Datei sie als Text hat"));
+  cboZeichensatz_ = MakeList("cboZeichensatz");
+  for (const CodePage& page : kCodePages) cboZeichensatz_->addItem(QString::fromUtf8(page.name), page.number);
+  cboZeichensatz_->setToolTip(QStringLiteral("Gilt für Moduldateien, die ihren Zeichensatz nicht selbst nennen"));
+  auto* label = new QLabel(QStringLiteral("&Zeichensatz der Moduldateien"));
+  label->setBuddy(cboZeichensatz_);
+  auto* layout = new QVBoxLayout(frame);
+  layout->addWidget(chkExcel4_);
+  layout->addLayout(Row({label, cboZeichensatz_}));
+  return frame;
 }
 
 QWidget* OptionsDialog::MakeFormatsPage() {
@@ -244,6 +288,13 @@ void OptionsDialog::Load() {
   Select(*cboSchriftArt_, FromUtf8(options.fontName));
   Select(*cboSchriftGr_, QString::number(options.fontSize));
   Select(*cboTabStop_, QString::number(options.tab));
+  const settings::ReadingOptions reading = settings::LoadReadingOptions(store_);
+  chkExcel4_->setChecked(reading.excel4);
+  // A number that the settings got elsewhere.
+  if (cboZeichensatz_->findData(reading.codePage) < 0) {
+    cboZeichensatz_->addItem(QString::number(reading.codePage), reading.codePage);
+  }
+  cboZeichensatz_->setCurrentIndex(cboZeichensatz_->findData(reading.codePage));
   ShowSampleFont();
 }
 
@@ -286,6 +337,7 @@ void OptionsDialog::Store() {
   options.tab = cboTabStop_->currentText().toShort();
   for (const Flag& flag : flags_) options.*flag.option = flag.box->isChecked();
   settings::SaveOptions(store_, options);
+  settings::SaveReadingOptions(store_, {chkExcel4_->isChecked(), cboZeichensatz_->currentData().toInt()});
   accept();
 }
 

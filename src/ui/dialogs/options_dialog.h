@@ -34,6 +34,7 @@ class OptionsDialog : public QDialog {
   QWidget* MakeDatabaseFrame();
   QWidget* MakeFolderFrame();
   QWidget* MakeCodePage();
+  QWidget* MakeReadingRow();
   QWidget* MakeFormatsPage();
   QWidget* MakeFontRow();
   /// Check boxes of a page of the table of switches.
@@ -56,6 +57,8 @@ class OptionsDialog : public QDialog {
   QComboBox* cboSchriftArt_ = nullptr;
   QComboBox* cboSchriftGr_ = nullptr;
   QComboBox* cboTabStop_ = nullptr;
+  QCheckBox* chkExcel4_ = nullptr;
+  QComboBox* cboZeichensatz_ = nullptr;
   QLabel* lblSchrift_ = nullptr;
 };
 

@@ -1,5 +1,7 @@
 #include "host_tree_model.h"
 
+#include <QApplication>
+#include <QPalette>
 #include <algorithm>
 #include <utility>
 
@@ -11,6 +13,12 @@ namespace {
 /// Internal id of a top node; a module's is the position of its project.
 constexpr quintptr kProjectId = ~quintptr{0};
 
+/// The last part of a path of this system or another one.
+QString LastPart(const QString& path) {
+  const qsizetype at = std::max(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\'));
+  return at + 1 < path.size() ? path.mid(at + 1) : path;
+}
+
 Qt::CheckState StateOf(const host::HostProjectNode& project) {
   const auto ticked = std::count_if(project.modules.begin(), project.modules.end(),
                                     [](const host::HostModuleNode& module) { return module.checked; });
@@ -20,14 +28,21 @@ Qt::CheckState StateOf(const host::HostProjectNode& project) {
 
 }  // namespace
 
-void HostTreeModel::SetTree(host::HostTree tree) {
+void HostTreeModel::SetTree(host::HostTree tree, std::vector<UnreadSource> unread) {
   beginResetModel();
   tree_ = std::move(tree);
+  unread_ = std::move(unread);
   endResetModel();
 }
 
+const UnreadSource* HostTreeModel::UnreadAt(const QModelIndex& index) const {
+  const auto projects = static_cast<int>(tree_.projects.size());
+  if (!index.isValid() || index.internalId() != kProjectId || index.row() < projects) return nullptr;
+  return &unread_[static_cast<std::size_t>(index.row() - projects)];
+}
+
 int HostTreeModel::ProjectOf(const QModelIndex& index) const {
-  if (!index.isValid()) return -1;
+  if (!index.isValid() || UnreadAt(index) != nullptr) return -1;
   return index.internalId() == kProjectId ? index.row() : static_cast<int>(index.internalId());
 }
 
@@ -47,8 +62,8 @@ QModelIndex HostTreeModel::parent(const QModelIndex& index) const {
 }
 
 int HostTreeModel::rowCount(const QModelIndex& parent) const {
-  if (!parent.isValid()) return static_cast<int>(tree_.projects.size());
-  if (parent.column() != 0 || parent.internalId() != kProjectId) return 0;
+  if (!parent.isValid()) return static_cast<int>(tree_.projects.size() + unread_.size());
+  if (parent.column() != 0 || parent.internalId() != kProjectId || UnreadAt(parent) != nullptr) return 0;
   return static_cast<int>(tree_.projects[static_cast<std::size_t>(parent.row())].modules.size());
 }
 
@@ -56,6 +71,18 @@ int HostTreeModel::columnCount(const QModelIndex&) const { return 1; }
 
 QVariant HostTreeModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
+  if (const UnreadSource* unread = UnreadAt(index)) {
+    switch (role) {
+      case Qt::DisplayRole:
+        return LastPart(FromUtf8(unread->source)) + QStringLiteral(" \u2013 ") + FromUtf8(unread->reason);
+      case Qt::ToolTipRole:
+        return FromUtf8(unread->source) + QLatin1Char('\n') + FromUtf8(unread->reason);
+      case Qt::ForegroundRole:
+        return QApplication::palette().brush(QPalette::Disabled, QPalette::Text);
+      default:
+        return {};
+    }
+  }
   const host::HostModuleNode* module = Module(index);
   const host::HostProjectNode& project = tree_.projects[static_cast<std::size_t>(ProjectOf(index))];
   switch (role) {
@@ -73,7 +100,7 @@ QVariant HostTreeModel::data(const QModelIndex& index, int role) const {
 }
 
 bool HostTreeModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-  if (!index.isValid() || role != Qt::CheckStateRole) return false;
+  if (!index.isValid() || role != Qt::CheckStateRole || UnreadAt(index) != nullptr) return false;
   const bool ticked = value.toInt() != Qt::Unchecked;
   if (Module(index) == nullptr) {
     TickProject(index.row(), ticked);
@@ -105,6 +132,7 @@ void HostTreeModel::TickModule(int project, int module, bool ticked) {
 
 Qt::ItemFlags HostTreeModel::flags(const QModelIndex& index) const {
   if (!index.isValid()) return Qt::NoItemFlags;
+  if (UnreadAt(index) != nullptr) return Qt::ItemIsEnabled | Qt::ItemIsSelectable;
   return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable;
 }
 

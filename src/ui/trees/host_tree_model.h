@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QAbstractItemModel>
+#include <string>
+#include <vector>
 
 #include <quillmate/host/host_tree.h>
 
@@ -8,17 +10,27 @@
 
 namespace quillmate::ui {
 
-/// The host tree as a model with check boxes. Ticking a project ticks all its modules; a project with a ticked module
-/// counts as ticked, so that the reader looks into it.
+/// What could not be read of the sources.
+struct UnreadSource {
+  /// Full path, or a project's name where it has none; UTF-8.
+  std::string source;
+  std::string reason;
+};
+
+/// The host tree as a model with check boxes, and behind the projects, grey and without a box, what could not be read.
+/// Ticking a project ticks all its modules; a project with a ticked module counts as ticked, so that the reader looks
+/// into it.
 class HostTreeModel : public QAbstractItemModel {
  public:
   using QAbstractItemModel::QAbstractItemModel;
 
   const host::HostTree& Tree() const noexcept { return tree_; }
   /// Shows another tree.
-  void SetTree(host::HostTree tree);
+  void SetTree(host::HostTree tree, std::vector<UnreadSource> unread = {});
+  /// Null for a node that could be read.
+  const UnreadSource* UnreadAt(const QModelIndex& index) const;
 
-  /// Position of the project that a node is or belongs to, 0-based; -1 for no node.
+  /// Position of the project that a node is or belongs to, 0-based; -1 for no node, and one that could not be read.
   int ProjectOf(const QModelIndex& index) const;
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
@@ -35,6 +47,7 @@ class HostTreeModel : public QAbstractItemModel {
   void TickModule(int project, int module, bool ticked);
 
   host::HostTree tree_;
+  std::vector<UnreadSource> unread_;
   mutable IconSet icons_;
 };
 

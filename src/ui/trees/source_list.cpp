@@ -9,6 +9,8 @@
 #include <utility>
 
 #include <quillmate/files/paths.h>
+#include <quillmate/office/module_file.h>
+#include <quillmate/office/office_file.h>
 #include <quillmate/settings/sources.h>
 
 #include "qt_text.h"
@@ -18,6 +20,12 @@ namespace {
 
 /// Problems named in one message; the others are counted.
 constexpr std::size_t kNamedProblems = 8;
+
+#ifdef Q_OS_WIN
+constexpr bool kHostsRunHere = true;
+#else
+constexpr bool kHostsRunHere = false;
+#endif
 
 using Paths = std::vector<std::string>;
 
@@ -91,8 +99,6 @@ std::string ProblemList(const std::vector<host::SourceProblem>& problems) {
   return problems.size() > kNamedProblems ? Lines(problems).substr(2) : std::string();
 }
 
-bool Exists(const std::string& source) { return QFileInfo::exists(FromUtf8(source)); }
-
 std::string Normalized(const QString& path) {
   return ToUtf8(QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(path).absoluteFilePath())));
 }
@@ -115,21 +121,53 @@ bool IsIn(const std::string& file, const std::string& source) {
          (path.size() == root.size() || path[root.size()] == QDir::separator() || root.endsWith(QDir::separator()));
 }
 
+/// A folder takes in files of these kinds; any other is read only when it is named.
+bool IsReadInFolders(const std::string& path) {
+  const QFileInfo file(FromUtf8(path));
+  const std::string extension = ToUtf8(file.suffix().toLower());
+  return file.isDir() || extension == "vbp" || office::IsModuleFileExtension("." + extension) ||
+         std::ranges::find(office::OfficeFileExtensions(), extension) != std::end(office::OfficeFileExtensions());
+}
+
 Paths Joined(Paths first, const Paths& second) {
-  first.insert(first.end(), second.begin(), second.end());
+  for (const std::string& path : second) {
+    if (!Contains(first, path)) first.push_back(path);
+  }
   return first;
+}
+
+/// Without files and folders that lie in a folder of the list, and would be read with it.
+Paths WithoutInner(const Paths& paths) {
+  Paths folders;
+  std::ranges::copy_if(paths, std::back_inserter(folders),
+                       [](const std::string& path) { return QFileInfo(FromUtf8(path)).isDir(); });
+  Paths outer;
+  for (const std::string& path : paths) {
+    const bool isInner = std::ranges::any_of(folders, [&path](const std::string& folder) {
+      return folder != path && IsIn(path, folder) && IsReadInFolders(path);
+    });
+    if (!isInner) outer.push_back(path);
+  }
+  return outer;
 }
 
 }  // namespace
 
 SourceList::SourceList(Interaction& interaction, SourceServices services)
-    : interaction_(interaction), services_(std::move(services)), tree_(new TickTree), model_(new HostTreeModel(tree_)) {
-  SetUpTree(*tree_, QStringLiteral("treApp"));
-  tree_->setModel(model_);
-  connect(tree_, &QWidget::customContextMenuRequested, this, [this](const QPoint& place) {
-    tree_->setCurrentIndex(tree_->indexAt(place));
-    emit MenuWanted(tree_->viewport()->mapToGlobal(place));
-  });
+    : interaction_(interaction),
+      services_(std::move(services)),
+      model_(new HostTreeModel(this)),
+      panel_(new SourcePanel(*model_)) {
+  connect(panel_, &SourcePanel::MenuWanted, this, &SourceList::MenuWanted);
+}
+
+/// What the last listing could not read, in the order of the sources; locked projects behind it.
+std::vector<UnreadSource> SourceList::Unread() const {
+  std::vector<UnreadSource> unread;
+  for (const host::SourceProblem& problem : services_.documents.Problems()) {
+    unread.push_back({problem.source, problem.reason});
+  }
+  return unread;
 }
 
 host::ListResult SourceList::ReadTree(bool keepTicks) {
@@ -137,9 +175,11 @@ host::ListResult SourceList::ReadTree(bool keepTicks) {
   host::HostTree tree;
   host::ListResult result = host::ListHostProjects(services_.host, services_.isAccess, tree);
   if (keepTicks) Tick(tree, TickedModules(model_->Tree()));
-  const UpdateLock lock(*tree_);
-  model_->SetTree(std::move(tree));
-  tree_->expandAll();
+  const UpdateLock lock(*panel_);
+  std::vector<UnreadSource> unread = Unread();
+  for (const host::LockedProject& locked : tree.locked) unread.push_back({locked.file, "gesperrtes Projekt"});
+  model_->SetTree(std::move(tree), std::move(unread));
+  panel_->Refresh();
   return result;
 }
 
@@ -172,28 +212,6 @@ void SourceList::Remember(const Paths& sources) {
   UseSources(sources);
 }
 
-/// Offers to forget sources that are of no use: nothing in the tree stands for them.
-void SourceList::OfferToForget(const std::string& heading, const std::function<bool(const std::string&)>& isUseless) {
-  Paths kept;
-  std::string useless;
-  for (const std::string& source : settings::LoadSources(services_.settings)) {
-    if (isUseless(source)) {
-      useless += "\r\n" + source;
-    } else {
-      kept.push_back(source);
-    }
-  }
-  if (useless.empty()) return;
-  const Answer answer = interaction_.Show(heading + "\r\n" + useless + "\r\n\r\nAus der Liste entfernen ?",
-                                          MessageIcon::kQuestion, Buttons::kYesNo);
-  if (answer == Answer::kYes) Remember(kept);
-}
-
-void SourceList::Refresh(const host::ListResult& result) {
-  Tell(result);
-  OfferToForget("Diese Quellen gibt es nicht mehr:", [](const std::string& source) { return !Exists(source); });
-}
-
 std::optional<int> SourceList::DocumentIndex(int project) const {
   if (project < 0) return std::nullopt;
   const std::string& key = model_->Tree().projects[static_cast<std::size_t>(project)].key;
@@ -201,42 +219,54 @@ std::optional<int> SourceList::DocumentIndex(int project) const {
 }
 
 void SourceList::ListAtStart() {
-  host::ListResult result = List(false);
-  if (result.attached) result.problem.clear();
-  Refresh(result);
+  const host::ListResult result = List(false);
+  if (!kHostsRunHere) return;
+  const std::string text = host::RefreshMessage(result, model_->Tree(), services_.hostName);
+  if (!text.empty()) interaction_.Show(text, MessageIcon::kInformation);
 }
 
-void SourceList::RefreshHostProjects() { Refresh(List(false)); }
+void SourceList::RefreshHostProjects() { Tell(List(false)); }
 
-void SourceList::RefreshKeepingTicks() { Refresh(List(true)); }
+void SourceList::RefreshKeepingTicks() { Tell(List(true)); }
 
-void SourceList::LoadUserSources() { UseSources(settings::LoadSources(services_.settings)); }
+void SourceList::LoadUserSources() {
+  reading_ = settings::LoadReadingOptions(services_.settings);
+  services_.documents.SetExcel4(reading_.excel4);
+  services_.documents.SetCodePage(reading_.codePage);
+  UseSources(WithoutInner(settings::LoadSources(services_.settings)));
+}
+
+void SourceList::TakeReadingOptions() {
+  const settings::ReadingOptions before = reading_;
+  LoadUserSources();
+  if (before.excel4 != reading_.excel4 || before.codePage != reading_.codePage) List(true);
+}
 
 void SourceList::AddSources(const QStringList& paths) {
   const Paths known = settings::LoadSources(services_.settings);
   Paths added;
   for (const QString& path : paths) {
     std::string source = Normalized(path);
-    if (!Contains(known, source) && !Contains(added, source)) added.push_back(std::move(source));
+    if (!Contains(added, source)) added.push_back(std::move(source));
   }
-  UseSources(Joined(known, added));
+  UseSources(WithoutInner(Joined(known, added)));
   const host::ListResult result = List(true);
-  Remember(Joined(known, Usable(added, services_.documents.Problems())));
-  ShowFirstOf(added);
+  const Paths usable = Usable(added, services_.documents.Problems());
+  Remember(WithoutInner(Joined(known, usable)));
   Tell(result);
+  if (usable.size() < added.size()) List(true);
+  ShowFirstOf(added);
 }
 
 /// What the user has added becomes current; there may be projects of a running host and other sources around it.
 void SourceList::ShowFirstOf(const Paths& sources) {
   const int project = FindProject(sources, 0);
   if (project < 0) return;
-  const QModelIndex node = model_->index(project, 0);
-  tree_->setCurrentIndex(node);
-  tree_->scrollTo(node, QAbstractItemView::PositionAtTop);
+  panel_->SetCurrent(model_->index(project, 0));
 }
 
 int SourceList::FindProject(const Paths& sources, int project) const {
-  for (; project < model_->rowCount(); ++project) {
+  for (; project < static_cast<int>(model_->Tree().projects.size()); ++project) {
     const std::optional<int> document = DocumentIndex(project);
     if (!document.has_value()) continue;
     const std::string file = services_.documents.Project(*document).fileName.value_or(std::string());
@@ -245,10 +275,13 @@ int SourceList::FindProject(const Paths& sources, int project) const {
   return -1;
 }
 
-void SourceList::TickAll(bool ticked) {
-  for (int project = 0; project < model_->rowCount(); ++project) {
-    model_->setData(model_->index(project, 0), ticked ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
-  }
+void SourceList::TickAll(bool ticked) { panel_->TickShown(ticked); }
+
+bool SourceList::TakeForNow(const QString& path) {
+  UseSources(WithoutInner(Joined(settings::LoadSources(services_.settings), {Normalized(path)})));
+  List(false);
+  ShowFirstOf({Normalized(path)});
+  return TickSource(path);
 }
 
 bool SourceList::TickSource(const QString& path) {
@@ -262,33 +295,55 @@ bool SourceList::TickSource(const QString& path) {
   return found;
 }
 
-void SourceList::OfferToForgetUnreadable() {
-  std::set<std::string> unreadable;
-  for (const host::SourceProblem& problem : services_.documents.Problems()) unreadable.insert(problem.source);
-  // What could be read in part stands in the tree, and goes from there.
-  const int projects = static_cast<int>(model_->Tree().projects.size());
-  for (int project = 0; project < projects; ++project) {
-    const std::optional<int> document = DocumentIndex(project);
-    if (document.has_value()) unreadable.erase(services_.documents.Project(*document).fileName.value_or(""));
+std::string SourceList::CurrentFile() const {
+  if (const UnreadSource* unread = model_->UnreadAt(panel_->Current())) {
+    // A locked project of the running host is nobody's source.
+    const bool isOurs = std::ranges::any_of(settings::LoadSources(services_.settings),
+                                            [&](const std::string& source) { return IsIn(unread->source, source); });
+    return isOurs ? unread->source : std::string();
   }
-  OfferToForget("Diese Quellen lassen sich nicht lesen:",
-                [&unreadable](const std::string& source) { return unreadable.contains(source) && Exists(source); });
+  const std::optional<int> document = DocumentIndex(Current());
+  return document ? services_.documents.Project(*document).fileName.value_or(std::string()) : std::string();
+}
+
+/// What the tree shows of a source.
+QStringList SourceList::ProjectsIn(const std::string& source) const {
+  QStringList projects;
+  for (int project = FindProject({source}, 0); project >= 0; project = FindProject({source}, project + 1)) {
+    projects << model_->index(project, 0).data().toString();
+  }
+  return projects;
+}
+
+/// Asks before more goes than the user has pointed at.
+bool SourceList::MayRemove(const std::string& source, const std::string& file, const QStringList& projects) {
+  constexpr qsizetype kNamed = 8;
+  QString question = QStringLiteral("Diese Quelle aus der Liste nehmen ?\r\n") + FromUtf8(source);
+  if (!projects.isEmpty()) {
+    question +=
+        QStringLiteral("\r\n\r\nMit ihr verschwinden:\r\n") + projects.mid(0, kNamed).join(QStringLiteral("\r\n"));
+  }
+  if (projects.size() > kNamed) question += QStringLiteral("\r\n... und %1 weitere").arg(projects.size() - kNamed);
+  if (file != source) {
+    question +=
+        QStringLiteral("\r\n\r\n") + FromUtf8(file) + QStringLiteral("\r\nliegt darin und hat keinen eigenen Eintrag.");
+  }
+  return interaction_.Show(ToUtf8(question), MessageIcon::kQuestion, Buttons::kYesNo) == Answer::kYes;
 }
 
 void SourceList::RemoveCurrentSource() {
-  const std::optional<int> document = DocumentIndex(Current());
-  if (!document.has_value()) return;
-  const std::string source = services_.documents.Project(*document).fileName.value_or(std::string());
+  const std::string file = CurrentFile();
+  if (file.empty()) return;
   Paths sources = settings::LoadSources(services_.settings);
-  if (std::erase(sources, source) == 0) {
-    // An Office file below a folder that was added as a whole.
-    interaction_.Show("Die Datei " + source + "\r\nliegt in einem Ordner, der als Quelle hinzugefügt ist.\r\n" +
-                          "Sie verschwindet erst mit diesem Ordner.",
-                      MessageIcon::kInformation);
-    return;
-  }
-  Remember(sources);
+  const auto found = std::ranges::find_if(sources, [&file](const std::string& source) { return IsIn(file, source); });
+  // What was listed for once goes with the next listing.
+  const std::string source = found == sources.end() ? file : *found;
+  const QStringList projects = ProjectsIn(source);
+  if ((projects.size() > 1 || file != source) && !MayRemove(source, file, projects)) return;
+  std::erase_if(sources, [&source](const std::string& other) { return other == source; });
+  Remember(WithoutInner(sources));
   List(true);
+  emit StatusChanged(QStringLiteral("Aus der Liste genommen: ") + FromUtf8(source));
 }
 
 }  // namespace quillmate::ui

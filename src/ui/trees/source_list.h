@@ -3,7 +3,6 @@
 #include <QObject>
 #include <QPoint>
 #include <QStringList>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,11 +10,12 @@
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/host_tree.h>
 #include <quillmate/host/joined_host.h>
+#include <quillmate/settings/reading_options.h>
 #include <quillmate/settings/settings_store.h>
 
 #include "host_tree_model.h"
 #include "interaction.h"
-#include "node_tree.h"
+#include "source_panel.h"
 
 namespace quillmate::ui {
 
@@ -37,19 +37,19 @@ class SourceList : public QObject {
  public:
   SourceList(Interaction& interaction, SourceServices services);
 
-  QTreeView& Tree() const { return *tree_; }
+  /// What is seen of it, and the tree in it.
+  SourcePanel& Panel() const { return *panel_; }
+  QTreeView& Tree() const { return panel_->Tree(); }
   const host::HostTree& Projects() const { return model_->Tree(); }
 
   /// Lists the projects of the host anew, all expanded, nothing ticked, and tells the user when there is nothing to see
   /// or something could not be read.
   void RefreshHostProjects();
-  /// The same when the program starts: a running host that gives nothing beside the user's own sources is not worth a
-  /// message at each start, the status bar says so.
-  void ListAtStart();
-  /// The same after something went wrong with the modules ticked: the ticks stay.
+  /// The same, and what is still there stays ticked.
   void RefreshKeepingTicks();
-  /// Offers to forget sources that are there but give nothing to read, behind a listing that the user asked for.
-  void OfferToForgetUnreadable();
+  /// The same when the program starts: what could not be read is grey in the tree, and not worth a message at each
+  /// start. Where no host can run none is missed.
+  void ListAtStart();
 
   /// Takes the remembered sources into use.
   void LoadUserSources();
@@ -59,10 +59,17 @@ class SourceList : public QObject {
   void TickAll(bool ticked);
   /// Ticks what lies in a source; false when there is nothing.
   bool TickSource(const QString& path);
-  /// True when the current project of the tree comes from the user's sources, not from the running host.
-  bool IsCurrentFromSource() const { return DocumentIndex(Current()).has_value(); }
-  /// Takes the source of the current project out of the sources; nothing happens to a project of the running host.
+  /// Lists a source until the next time that the sources change, without remembering it, and ticks it and nothing
+  /// else. False when there is nothing to read.
+  bool TakeForNow(const QString& path);
+  /// True when the current node of the tree comes from the user's sources, not from the running host.
+  bool IsCurrentFromSource() const { return !CurrentFile().empty(); }
+  /// Takes the source of the current node out of the sources, after naming all that goes with it; nothing happens to a
+  /// project of the running host.
   void RemoveCurrentSource();
+
+  /// How module files are read from now on, as the settings have it. Lists anew where that is not what it was.
+  void TakeReadingOptions();
 
  signals:
   /// What stays on screen of a listing that is not whole; empty otherwise.
@@ -74,15 +81,18 @@ class SourceList : public QObject {
   using Paths = std::vector<std::string>;
 
   /// 0-based position of the current project in the tree; -1 for none.
-  int Current() const { return model_->ProjectOf(tree_->currentIndex()); }
+  int Current() const { return model_->ProjectOf(panel_->Current()); }
+  /// The file or folder that the current node stands for; empty for none of the user's.
+  std::string CurrentFile() const;
   host::ListResult List(bool keepTicks);
   host::ListResult ReadTree(bool keepTicks);
-  void Refresh(const host::ListResult& result);
+  std::vector<UnreadSource> Unread() const;
   void Tell(const host::ListResult& result);
   void UseSources(const Paths& sources);
   void Remember(const Paths& sources);
   void ShowFirstOf(const Paths& sources);
-  void OfferToForget(const std::string& heading, const std::function<bool(const std::string&)>& isUseless);
+  bool MayRemove(const std::string& source, const std::string& file, const QStringList& projects);
+  QStringList ProjectsIn(const std::string& source) const;
   /// The index within the documents of a project of the tree; nothing for the running host's.
   std::optional<int> DocumentIndex(int project) const;
   /// The first project at or behind `project` that lies in one of the sources; -1 for none.
@@ -90,8 +100,9 @@ class SourceList : public QObject {
 
   Interaction& interaction_;
   SourceServices services_;
-  TickTree* tree_;
   HostTreeModel* model_;
+  SourcePanel* panel_;
+  settings::ReadingOptions reading_;
 };
 
 }  // namespace quillmate::ui

@@ -33,10 +33,17 @@ struct HostProjectNode {
   bool checked = false;
 };
 
+/// A project that is left out because it is locked.
+struct LockedProject {
+  /// Full path, UTF-8; its name where it has none.
+  std::string file;
+};
+
 struct HostTree {
   std::vector<HostProjectNode> projects;
   /// Projects left out because they are locked.
   int lockedProjects = 0;
+  std::vector<LockedProject> locked;
   /// True when at least one project or module is ticked.
   bool AnyChecked() const noexcept;
   std::size_t CheckedModules() const noexcept;
