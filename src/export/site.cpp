@@ -17,6 +17,7 @@
 #include "site_pages_p.h"
 #include "site_search_p.h"
 #include "site_style_p.h"
+#include "site_trees_p.h"
 
 namespace quillmate::output {
 namespace {
@@ -39,7 +40,8 @@ class SiteWriter {
     Write(kStartFile, [&] { return StartPage(model); });
     Write(RoutinePages(model));
     Write(UnusedPages(model));
-    Write(kDependenciesFile, [&] { return DependenciesPage(model); });
+    Write(kDependenciesFile, [&] { return DependenciesPage(site_); });
+    Write(TreePages(site_));
     Write(FindingPages(site_));
     Write(MetricPages(site_));
     Write(kSearchFile, [&] { return SearchPage(model); });

@@ -5,6 +5,7 @@
 #include <quillmate/checks/checks.h>
 #include <quillmate/checks/metrics.h>
 
+#include "site_calls_p.h"
 #include "site_declarations_p.h"
 #include "site_model_p.h"
 #include "site_uses_p.h"
@@ -17,6 +18,7 @@ struct SiteContents {
       : model(project),
         uses(model),
         declarations(model, uses),
+        calls(model),
         findings(checks::RunChecks(model.known)),
         metrics(checks::Measure(model.known)) {}
   SiteContents(const SiteContents&) = delete;
@@ -25,6 +27,7 @@ struct SiteContents {
   SiteModel model;
   SiteUses uses;
   SiteDeclarations declarations;
+  SiteCalls calls;
   std::vector<checks::Finding> findings;  ///< by module, then place
   checks::Metrics metrics;
 };

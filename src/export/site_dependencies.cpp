@@ -15,8 +15,10 @@ namespace {
 
 class DependenciesWriter {
  public:
-  explicit DependenciesWriter(const SiteModel& model)
-      : model_(model), edges_(DependenciesOf(model)), cycles_(CyclesOf(model.modules.size(), edges_)) {}
+  explicit DependenciesWriter(const SiteContents& site)
+      : model_(site.model),
+        edges_(DependenciesOf(site.model, site.calls)),
+        cycles_(CyclesOf(model_.modules.size(), edges_)) {}
 
   std::string Write() {
     html_ = PageHead(model_, "Abhängigkeiten", kDependenciesFile);
@@ -136,16 +138,13 @@ class DependenciesWriter {
 
 }  // namespace
 
-std::vector<SiteDependency> DependenciesOf(const SiteModel& model) {
+std::vector<SiteDependency> DependenciesOf(const SiteModel& model, const SiteCalls& calls) {
   std::map<std::pair<int, int>, int> counts;
-  for (const SiteRoutine& routine : model.routines) {
-    if (routine.symbol == symbols::kNone) continue;
-    symbols::SymbolId last = symbols::kNone;
-    for (const symbols::CallEdge& edge : symbols::CalleesOf(model.known, routine.symbol)) {
-      if (edge.certainty != symbols::Certainty::kSure || std::exchange(last, edge.routine) == edge.routine) continue;
-      const int called = model.RoutineOf(edge.routine);
-      const int target = called == kNoRoutine ? routine.module : model.Routine(called).module;
-      if (target != routine.module) ++counts[{routine.module, target}];
+  for (int caller = 0; caller < static_cast<int>(model.routines.size()); ++caller) {
+    const int module = model.Routine(caller).module;
+    for (const int called : calls.Callees(caller)) {
+      const int target = model.Routine(called).module;
+      if (target != module) ++counts[{module, target}];
     }
   }
   std::vector<SiteDependency> dependencies;
@@ -163,6 +162,6 @@ std::vector<symbols::Index> CyclesOf(std::size_t modules, const std::vector<Site
   return symbols::CyclesOf(modules, arcs);
 }
 
-std::string DependenciesPage(const SiteModel& model) { return DependenciesWriter(model).Write(); }
+std::string DependenciesPage(const SiteContents& site) { return DependenciesWriter(site).Write(); }
 
 }  // namespace quillmate::output

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "site_model_p.h"
+#include "site_contents_p.h"
 
 /// Which module needs which others: the sure calls between routines, gathered by module.
 namespace quillmate::output {
@@ -18,7 +18,7 @@ struct SiteDependency {
 };
 
 /// Sorted by `from`, then `to`; none of a module on itself.
-std::vector<SiteDependency> DependenciesOf(const SiteModel& model);
+std::vector<SiteDependency> DependenciesOf(const SiteModel& model, const SiteCalls& calls);
 
 /// For each module the number of the cycle that it belongs to, kNone when it needs nobody who needs it. Cycles are
 /// numbered in the order of their first modules.
@@ -26,6 +26,6 @@ std::vector<symbols::Index> CyclesOf(std::size_t modules, const std::vector<Site
 
 /// The matrix, for up to kMatrixModules modules, and for any number what each needs and is needed by.
 inline constexpr std::size_t kMatrixModules = 60;
-std::string DependenciesPage(const SiteModel& model);
+std::string DependenciesPage(const SiteContents& site);
 
 }  // namespace quillmate::output

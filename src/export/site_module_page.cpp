@@ -12,6 +12,7 @@
 #include "site_pages_p.h"
 #include "site_parts_p.h"
 #include "site_text_p.h"
+#include "site_trees_p.h"
 
 namespace quillmate::output {
 namespace {
@@ -41,7 +42,7 @@ class ModulePageWriter {
     AppendFindings(html_, site_, position_);
     AppendMetrics(html_, site_, position_);
     if (module_.first != module_.last) html_ += "<h2>Die Routinen im Einzelnen</h2>\n";
-    for (int i = module_.first; i < module_.last; ++i) AppendRoutine(model_.Routine(i));
+    for (int i = module_.first; i < module_.last; ++i) AppendRoutine(i);
     html_ += "<h2 id=\"quelltext\">Quelltext</h2>\n<pre class=\"code\"><code>";
     AppendModuleCode(html_, text_, position_, site_);
     html_ += "</code></pre>\n";
@@ -77,13 +78,15 @@ class ModulePageWriter {
     return EscapeCode(routine.record->name).append(PartText(routine.record->kind));
   }
 
-  void AppendRoutine(const SiteRoutine& routine) {
+  void AppendRoutine(int position) {
+    const SiteRoutine& routine = model_.Routine(position);
     html_.append("<section class=\"routine\">\n<h3 id=\"r-").append(routine.anchor).append("\">");
     html_ += EscapeCode(routine.record->name);
     html_.append(" <small>").append(RoutineKindText(routine.record->kind));
     AppendPlace(routine);
     html_ += "</small></h3>\n";
     if (routine.record->start) AppendHeaderAndComment(*routine.record);
+    AppendNeighbours(html_, site_, position);
     html_ += "<dl class=\"pairs\">\n";
     AppendCallers(routine);
     AppendCalls(routine);

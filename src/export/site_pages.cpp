@@ -13,6 +13,7 @@
 #include "site_search_p.h"
 #include "site_style_p.h"
 #include "site_text_p.h"
+#include "site_trees_p.h"
 
 namespace quillmate::output {
 namespace {
@@ -30,6 +31,7 @@ constexpr NavigationLink kNavigation[] = {
     {kDeclarationsFile, "Deklarationen"},
     {kUnusedFile, "Ohne Aufruf"},
     {kDependenciesFile, "Abhängigkeiten"},
+    {kTreesFile, "Aufrufbäume"},
     {kFindingsFile, "Befunde"},
     {kMetricsFile, "Kennzahlen"},
     {kSearchFile, "Suche"},

@@ -5,7 +5,8 @@ namespace quillmate::cli {
 namespace {
 
 constexpr const char* kSite =
-    "abhaengigkeiten.html befunde.html deklarationen.html index.html kennzahlen.html modul-Gruss.html modul-Karte.html "
+    "abhaengigkeiten.html aufrufe.html befunde.html deklarationen.html index.html kennzahlen.html modul-Gruss.html "
+    "modul-Karte.html "
     "quillmate-site.txt "
     "routinen.html stil.css "
     "suche.html suche.js unbenutzt.html";

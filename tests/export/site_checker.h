@@ -43,7 +43,7 @@ inline PageLinks ReadPage(const std::string& file, const std::string& page) {
       if (open.empty()) return links;
       EXPECT_EQ("/" + open.back(), name) << file << " at " << at;
       open.pop_back();
-    } else if (name != "meta" && name != "link" && name != "input") {
+    } else if (!tag.ends_with('/') && name != "meta" && name != "link" && name != "input") {
       open.push_back(name);
     }
     if (const std::string id = Attribute(tag, "id"); !id.empty()) {

@@ -30,7 +30,8 @@ class SiteFolderTest : public SiteTest {
 };
 
 constexpr const char* kSite =
-    "abhaengigkeiten.html befunde.html deklarationen.html index.html kennzahlen.html modul-a.html quillmate-site.txt "
+    "abhaengigkeiten.html aufrufe.html befunde.html deklarationen.html index.html kennzahlen.html modul-a.html "
+    "quillmate-site.txt "
     "routinen.html stil.css "
     "suche.html suche.js "
     "unbenutzt.html";
@@ -54,7 +55,8 @@ TEST_F(SiteFolderTest, NewEmptyAndEarlierFolders) {
   project_.modules.front().name = "b";
   Export();
   EXPECT_EQ(Names(Target()),
-            "LIESMICH.txt abhaengigkeiten.html befunde.html bilder deklarationen.html index.html kennzahlen.html "
+            "LIESMICH.txt abhaengigkeiten.html aufrufe.html befunde.html bilder deklarationen.html index.html "
+            "kennzahlen.html "
             "modul-b.html quillmate-site.txt "
             "routinen.html "
             "stil.css suche.html suche.js unbenutzt.html verweis");

@@ -32,6 +32,29 @@ TEST_F(SiteReportsTest, DependenciesWithCycles) {
   }
 }
 
+/// What C calls unfolds, the circle of A and B ends where it closes; D calls nobody and has neither tree nor picture.
+TEST_F(SiteReportsTest, CallTreesAndPictures) {
+  const auto files = Write();
+  const std::string one = "<a href=\"modul-A.html#r-Eins\">A.Eins</a>",
+                    two = "<a href=\"modul-B.html#r-Zwei\">B.Zwei</a>";
+  const std::string open = "\"><details><summary>", below = "</summary><ul>\n", end = "</ul></details></li>\n";
+  EXPECT_EQ(
+      Part(files.at("aufrufe.html"), "<ul class=\"tree\">", "</main>"),
+      "<ul class=\"tree\">\n<li id=\"t-modul-C.Drei\"><details open><summary><a href=\"modul-C.html#r-Drei\">Drei</a>" +
+          below + "<li id=\"t-modul-A.Eins" + open + one + below + "<li id=\"t-modul-B.Zwei" + open + two + below +
+          "<li>" + one + " <small title=\"im Kreis\">↻</small></li>\n" + end + end + "<li>" + two +
+          " <small><a href=\"aufrufe.html#t-modul-B.Zwei\">↗ dort aufgeklappt</a></small></li>\n" + end + "</ul>\n");
+  const std::string picture = Part(files.at("modul-A.html"), "<svg", "</svg>");
+  for (const char* const part :
+       {"<text class=\"me\" x=\"450\" y=\"32\">Eins</text>",
+        "<g class=\"in\"><a href=\"modul-B.html#r-Zwei\"><text x=\"284\" y=\"20\">B.Zwei</text></a>"
+        "<a href=\"modul-C.html#r-Drei\">",
+        "<g><a href=\"modul-B.html#r-Zwei\">"}) {
+    EXPECT_NE(picture.find(part), std::string::npos) << part << "\n" << picture;
+  }
+  EXPECT_EQ(files.at("modul-D.html").find("<svg"), std::string::npos);
+}
+
 /// No matrix where nobody could read it.
 TEST_F(SiteReportsTest, ManyModules) {
   for (int i = 0; i < 60; ++i) AddModule("M" + std::to_string(i), codedb::kStandard, "x\n");

@@ -22,6 +22,7 @@
 ///   deklarationen.html  everything that is declared, by project and kind, with every line that uses it
 ///   unbenutzt.html      the routines that nothing surely calls, with their grades
 ///   abhaengigkeiten.html  which module calls routines of which others, as a matrix and as a list, cycles marked
+///   aufrufe.html        what runs from each routine that no other calls, as trees to unfold
 ///   befunde.html        what the checks find, by check
 ///   kennzahlen.html     the numbers of all modules and of the routines that stand out
 ///   suche.html, suche.js  a search over names and comments
