@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -73,6 +75,30 @@ void Build(benchmark::State& state) {
   state.counters["symbols"] = static_cast<double>(symbols);
 }
 BENCHMARK(Build)->Args({1, 1})->Args({40, 1})->Args({40, 2})->Unit(benchmark::kMillisecond)->UseRealTime();
+
+/// CPU time of one thread for what `Build` measures, in seconds for each megabyte.
+double SecondsPerMegabyte(const Sources& sources) {
+  Sources copy = sources;
+  const std::clock_t start = std::clock();
+  const ReferenceIndex index = ReferenceIndex::Build(std::move(copy), {.threads = 1});
+  const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+  return seconds / (static_cast<double>(BytesIn(sources)) / 1e6);
+}
+
+/// What a megabyte costs among 40 and alone: the best of each, taken in turns, so that a busy machine slows both.
+void CostPerMegabyte(benchmark::State& state) {
+  const Sources few = MakeSources(1), many = MakeSources(40);
+  constexpr int kFewEach = 10;
+  double ofFew = 1e9, ofMany = 1e9;
+  for (auto _ : state) {
+    for (int i = 0; i < kFewEach; ++i) ofFew = std::min(ofFew, SecondsPerMegabyte(few));
+    ofMany = std::min(ofMany, SecondsPerMegabyte(many));
+  }
+  state.counters["msAlone"] = ofFew * 1e3;
+  state.counters["msAmong40"] = ofMany * 1e3;
+  state.counters["ratio"] = ofMany / ofFew;
+}
+BENCHMARK(CostPerMegabyte)->Unit(benchmark::kMillisecond)->Iterations(6);
 
 const ReferenceIndex& BigIndex() {
   static const ReferenceIndex index = ReferenceIndex::Build(MakeSources(40));

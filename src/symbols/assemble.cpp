@@ -111,9 +111,10 @@ void SetMembers(const ReferenceIndex::Data& data, const SetRequest& request, std
     case SetKind::kMembers:
     case SetKind::kDocumentMembers:
     case SetKind::kMemberParameters: {
-      const NameTable& names = request.kind == SetKind::kDocumentMembers ? tables.documentNames : tables.memberNames;
+      const bool documents = request.kind == SetKind::kDocumentMembers;
       const auto addProject = [&](Index project) {
-        const Index first = names.Find(Within(request.name, project));
+        const ProjectTable& shown = tables.projects[project];
+        const Index first = (documents ? shown.documentNames : shown.memberNames).Find(request.name);
         for (Index at = first; at != kNone; at = tables.exports[at].next) {
           const Exported& group = tables.exports[at];
           addGroup(group.module, group.first, true, project != request.project, false);
@@ -126,7 +127,7 @@ void SetMembers(const ReferenceIndex::Data& data, const SetRequest& request, std
     case SetKind::kExports:
     case SetKind::kExportParameters:
     case SetKind::kExportedRoutines: {
-      const Index first = tables.exportNames.Find(Within(request.name, request.project));
+      const Index first = tables.projects[request.project].exportNames.Find(request.name);
       bool active = false;
       for (const bool count : {true, false}) {
         for (Index at = first; at != kNone; at = tables.exports[at].next) {
@@ -142,7 +143,7 @@ void SetMembers(const ReferenceIndex::Data& data, const SetRequest& request, std
       break;
     }
     case SetKind::kExportedTypes: {
-      const Index first = tables.exportTypes.Find(Within(request.name, request.project));
+      const Index first = tables.projects[request.project].exportTypes.Find(request.name);
       for (Index at = first; at != kNone; at = tables.exports[at].next) {
         members.push_back(data.SymbolOf(tables.exports[at].module, tables.exports[at].first));
       }
@@ -175,7 +176,7 @@ std::vector<std::vector<Index>> NumberSets(const ReferenceIndex::Data& data, std
   for (std::size_t module = 0; module < numbers.size(); ++module) {
     for (const SetRequest& request : data.references[module].sets) {
       for (NameHash key = request.Key();; ++key) {
-        Index& number = known.Grow(key, all.size());
+        Index& number = known.Grow(key);
         if (number == kNone) {
           number = static_cast<Index>(all.size());
           all.push_back(request);

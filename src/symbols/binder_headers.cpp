@@ -157,7 +157,7 @@ void Binder::BindString(Index number) {
       if (result_.callsByName > 0) --result_.callsByName;
       const NameHash name = language::HashName(language::FoldName(text));
       const SetRequest request{SetKind::kMembers, Form::kRead, false, project_, kNone, name, 0};
-      if (tables_.memberNames.Find(Within(name, project_)) == kNone) return;
+      if (tables_.projects[project_].memberNames.Find(name) == kNone) return;
       return Emit(number, SetNumber(request), Form::kCall, certainty, reference_flag::kString | reference_flag::kSet);
     }
     case library::StringTarget::kForm: {
@@ -193,7 +193,7 @@ void Binder::BindMacroName(Index number, std::string_view text) {
   const Certainty certainty = code_.strings[number].inactive ? Certainty::kInactive : Certainty::kString;
   const NameHash routine = language::HashName(name.routine);
   if (name.module.empty() && name.book.empty()) {
-    if (tables_.macroNames.Find(Within(routine, project_)) == kNone) return;
+    if (tables_.projects[project_].macroNames.Find(routine) == kNone) return;
     const bool own = table_.kind == SymbolKind::kModule && table_.Find(routine) != kNone;
     const SetRequest request{SetKind::kMacros, Form::kRead, false, project_, own ? module_ : kNone, routine, 0};
     return Emit(number, SetNumber(request), Form::kCall, certainty, reference_flag::kString | reference_flag::kSet);
@@ -208,7 +208,7 @@ void Binder::BindBracketed(Index number) {
   if ((tables_.projects[project_].hosts & library::kExcel) == 0) return;
   ForEachMention(code_.Spelling(Use(number)), [&](std::string_view name) {
     const NameHash routine = language::HashName(language::FoldName(name));
-    if (tables_.macroNames.Find(Within(routine, project_)) == kNone) return;
+    if (tables_.projects[project_].macroNames.Find(routine) == kNone) return;
     const SetRequest request{SetKind::kMacros, Form::kRead, false, project_, kNone, routine, 0};
     Emit(number, SetNumber(request), Form::kCall, IsInactive(Use(number)) ? Certainty::kInactive : Certainty::kString,
          reference_flag::kSet);
@@ -221,8 +221,8 @@ void Binder::MentionNames(Index number, std::string_view literal) {
   const auto mention = [&](std::string_view name) {
     if (name.empty() || name.size() > kLongestName) return;
     const NameHash hash = language::HashName(language::FoldName(name));
-    const NameHash key = Within(hash, project_);
-    if (tables_.macroNames.Find(key) == kNone && tables_.memberNames.Find(key) == kNone) return;
+    const ProjectTable& project = tables_.projects[project_];
+    if (project.macroNames.Find(hash) == kNone && project.memberNames.Find(hash) == kNone) return;
     result_.mentions.push_back({hash, number, code_.strings[number].routine});
   };
   ForEachMention(literal, mention);

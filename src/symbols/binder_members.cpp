@@ -10,9 +10,9 @@ using language::Role;
 
 /// Whether any project that `project` sees has something of that name in a class-like module.
 bool HasMember(const Tables& tables, Index project, NameHash name) {
-  if (tables.memberNames.Find(Within(name, project)) != kNone) return true;
+  if (tables.projects[project].memberNames.Find(name) != kNone) return true;
   for (const Index reference : tables.projects[project].references) {
-    if (tables.memberNames.Find(Within(name, reference)) != kNone) return true;
+    if (tables.projects[reference].memberNames.Find(name) != kNone) return true;
   }
   return false;
 }
@@ -74,7 +74,7 @@ void Binder::BindLibraryMember(Index number) {
   }
   constexpr std::uint16_t kDocuments = library::base::kExcelDocument | library::base::kWordDocument;
   if (result == library::Result::kPlain && (library::BasesWith(name) & kDocuments) == 0 &&
-      tables_.documentNames.Find(Within(name, project_)) != kNone) {
+      tables_.projects[project_].documentNames.Find(name) != kNone) {
     // Of a workbook, a sheet, a document: it may be the one that the module belongs to.
     EmitLate(number, SetKind::kDocumentMembers);
   }

@@ -30,7 +30,7 @@ void Binder::Emit(Index place, Index target, Form form, Certainty certainty, std
 Index Binder::SetNumber(const SetRequest& request) {
   NameHash key = request.Key();
   for (;; ++key) {
-    Index& number = setNumbers_.Grow(key, result_.sets.size());
+    Index& number = setNumbers_.Grow(key);
     if (number == kNone) {
       number = static_cast<Index>(result_.sets.size());
       result_.sets.push_back(request);
@@ -80,7 +80,7 @@ Local Binder::PickOne(const ModuleTable& table, Index module, Local first, Form 
   for (Local local = first; local != kNone && length < kShortGroup; local = table.next[local]) ++length;
   if (length < kShortGroup) return pick();
   const std::uint64_t how = static_cast<std::uint64_t>(form) << 1U | (routines ? 1U : 0U);
-  Index& known = scratch_.pickNumbers.Grow(Within(Within(first, module), how), scratch_.picks.size());
+  Index& known = scratch_.pickNumbers.Grow(Within(Within(first, module), how));
   if (known == kNone) {
     known = static_cast<Index>(scratch_.picks.size());
     scratch_.picks.push_back(pick());

@@ -27,7 +27,7 @@ template <typename Record>
 class Table {
  public:
   Record& operator[](NameHash name) {
-    Index& number = names_.Grow(name, records_.size());
+    Index& number = names_.Grow(name);
     if (number == kNone) {
       number = static_cast<Index>(records_.size());
       records_.emplace_back();

@@ -109,7 +109,7 @@ std::vector<MacroTarget> FindMacro(const Tables& tables, Index project, Index fr
 std::vector<MacroTarget> FindMacros(const Tables& tables, Index project, Index from, NameHash routine) {
   std::vector<MacroTarget> targets;
   int best = 3;
-  const Index first = tables.macroNames.Find(Within(routine, project));
+  const Index first = tables.projects[project].macroNames.Find(routine);
   for (Index at = first; at != kNone; at = tables.exports[at].next) {
     const Exported& group = tables.exports[at];
     const ModuleTable& table = tables.modules[group.module];

@@ -60,7 +60,7 @@ Meaning ProjectMeaning(const Tables& tables, Index project, NameHash name) {
 }
 
 Meaning ExportedMeaning(const Tables& tables, Index project, NameHash name, Index except, bool fromOutside) {
-  const Index first = tables.exportNames.Find(Within(name, project));
+  const Index first = tables.projects[project].exportNames.Find(name);
   return Gather(tables, first, [&](const ModuleTable& table, const Exported& group) {
     return group.module != except && (!fromOutside || table.exported);
   });
@@ -69,7 +69,7 @@ Meaning ExportedMeaning(const Tables& tables, Index project, NameHash name, Inde
 Meaning ExportedType(const Tables& tables, Index project, NameHash name, Index except) {
   Meaning found{kNone, kNone, MeaningKind::kUnknown};
   bool active = false;
-  const Index first = tables.exportTypes.Find(Within(name, project));
+  const Index first = tables.projects[project].exportTypes.Find(name);
   for (Index at = first; at != kNone; at = tables.exports[at].next) {
     const Exported& type = tables.exports[at];
     if (type.module == except) continue;
@@ -156,7 +156,7 @@ Meaning AddressMeaning(const Tables& tables, Index module, NameHash name) {
   const Local own = table.Find(name);
   if (own != kNone && HasRoutine(table, own, false)) return {module, own, MeaningKind::kGroup};
   const auto routines = [&](Index project, Index except) {
-    return Gather(tables, tables.exportNames.Find(Within(name, project)),
+    return Gather(tables, tables.projects[project].exportNames.Find(name),
                   [&](const ModuleTable& shown, const Exported& group) {
                     return group.module != except && HasRoutine(shown, group.first, true);
                   });

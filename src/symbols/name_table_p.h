@@ -54,17 +54,19 @@ class NameTable {
     }
   }
 
-  /// The same for a table whose size nobody knew: it grows. `size` is the caller's count of names.
-  Index& Grow(NameHash key, std::size_t size) {
-    if (slots_.empty() || size * 2 >= slots_.size()) {
+  /// The same for a table whose size nobody knew: it grows.
+  Index& Grow(NameHash key) {
+    if (slots_.empty() || grown_ * 2 >= slots_.size()) {
       std::vector<Slot> old;
       old.swap(slots_);
-      Reserve(size * 2 + 8);
+      Reserve(grown_ * 2 + 4);
       for (const Slot& slot : old) {
         if (slot.value != kNone) (*this)[slot.key] = slot.value;
       }
     }
-    return (*this)[key];
+    Index& value = (*this)[key];
+    grown_ += value == kNone;
+    return value;
   }
 
  private:
@@ -74,6 +76,7 @@ class NameTable {
   };
   std::vector<Slot> slots_;
   std::size_t mask_ = 0;
+  std::size_t grown_ = 0;  ///< names that Grow added
 };
 
 }  // namespace quillmate::symbols

@@ -47,7 +47,7 @@ void AddControl(ModuleTable& table, NameTable& known, ControlTable control) {
   if (control.name.empty()) return;
   control.hash = HashOf(control.name);
   if (control.hash == table.nameHash) return;  // the form itself
-  Index& number = known.Grow(control.hash, table.controls.size());
+  Index& number = known.Grow(control.hash);
   if (number != kNone) {
     ControlTable& first = table.controls[number];
     first.array = first.array || control.array;
@@ -285,13 +285,9 @@ Local ModuleTable::FindParameter(Local routine, NameHash name) const noexcept {
 namespace {
 
 /// Adds a module's group to what a project shows under a name.
-void Export(Tables& tables, NameTable& names, NameHash key, std::size_t& size, Exported group) {
-  Index& first = names.Grow(key, size);
-  if (first == kNone) {
-    ++size;
-  } else {
-    group.next = first;
-  }
+void Export(Tables& tables, NameTable& names, NameHash name, Exported group) {
+  Index& first = names.Grow(name);
+  group.next = first;
   first = static_cast<Index>(tables.exports.size());
   tables.exports.push_back(group);
 }
@@ -312,9 +308,7 @@ bool IsOfProject(SymbolKind kind, bool classLike) {
 
 void DeclareProjects(Tables& tables) {
   const std::size_t count = tables.modules.size();
-  tables.moduleNames.Reserve(count);
   tables.nextModule.assign(count, kNone);
-  std::size_t exportNames = 0, exportTypes = 0, memberNames = 0, documentNames = 0, macroNames = 0;
   tables.rawBases.assign(count + 1, 0);
   for (std::size_t number = 0; number < count; ++number) {
     tables.rawBases[number + 1] = tables.rawBases[number] + static_cast<Index>(tables.modules[number].LocalCount());
@@ -323,7 +317,8 @@ void DeclareProjects(Tables& tables) {
   for (std::size_t number = count; number-- > 0;) {
     const ModuleTable& table = tables.modules[number];
     const auto module = static_cast<Index>(number);
-    Index& first = tables.moduleNames[Within(table.nameHash, table.project)];
+    ProjectTable& project = tables.projects[table.project];
+    Index& first = project.moduleNames.Grow(table.nameHash);
     tables.nextModule[number] = first;
     first = module;
     table.names.ForEach([&](NameHash key, Local head) {
@@ -331,8 +326,7 @@ void DeclareProjects(Tables& tables) {
       if (key != table.NameOf(head)) {
         const language::DeclarationKind kind = table.Declared(head).kind;
         if ((kind == DeclarationKind::kType || kind == DeclarationKind::kEnum) && IsShown(table, head)) {
-          Export(tables, tables.exportTypes, Within(table.NameOf(head), table.project), exportTypes,
-                 {module, head, kNone, !table.IsInactive(head)});
+          Export(tables, project.exportTypes, table.NameOf(head), {module, head, kNone, !table.IsInactive(head)});
         }
         return;
       }
@@ -344,12 +338,11 @@ void DeclareProjects(Tables& tables) {
         toProject = toProject || IsOfProject(kind, table.classLike);
         toLate = toLate || (table.classLike && IsOfClass(kind));
       }
-      const NameHash within = Within(key, table.project);
-      if (toProject) Export(tables, tables.exportNames, within, exportNames, {module, head, kNone, active});
-      if (toMacros) Export(tables, tables.macroNames, within, macroNames, {module, head, kNone, active});
-      if (toLate) Export(tables, tables.memberNames, within, memberNames, {module, head, kNone, active});
+      if (toProject) Export(tables, project.exportNames, key, {module, head, kNone, active});
+      if (toMacros) Export(tables, project.macroNames, key, {module, head, kNone, active});
+      if (toLate) Export(tables, project.memberNames, key, {module, head, kNone, active});
       if (toLate && table.kind == SymbolKind::kDocument) {
-        Export(tables, tables.documentNames, within, documentNames, {module, head, kNone, active});
+        Export(tables, project.documentNames, key, {module, head, kNone, active});
       }
     });
   }

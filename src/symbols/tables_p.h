@@ -111,23 +111,26 @@ struct ProjectTable {
   bool outsideKnown = false;
   std::string fileName;  ///< of a book; empty for folders and VB projects
   std::vector<Index> references;
+
+  // Each project has tables of its own: a module's names are looked up in few of many, which stay in the cache. All but
+  // the first lead to Tables::exports.
+  NameTable moduleNames;    ///< first module
+  NameTable exportNames;    ///< public names of standard modules, public enums
+  NameTable exportTypes;    ///< public types and enums
+  NameTable memberNames;    ///< public members of class-like modules, controls
+  NameTable documentNames;  ///< the same of documents alone
+  NameTable macroNames;     ///< Subs and Functions of all modules, private ones too
 };
 
 /// Everything together; filled step by step, then only read.
 struct Tables {
   std::vector<ProjectTable> projects;
   std::vector<ModuleTable> modules;
-  NameTable moduleNames;          ///< Within(name, project): first module
   std::vector<Index> nextModule;  ///< the next one of that name and project
-  NameTable exportNames;          ///< Within(name, project): public names of standard modules, public enums
-  NameTable exportTypes;          ///< Within(name, project): public types and enums
-  NameTable memberNames;          ///< Within(name, project): public members of class-like modules, controls
-  NameTable documentNames;        ///< Within(name, project): the same of documents alone
-  NameTable macroNames;           ///< Within(name, project): Subs and Functions of all modules, private ones too
-  std::vector<Exported> exports;  ///< of all five
+  std::vector<Exported> exports;  ///< of all projects
   std::vector<Index> rawBases;    ///< by module: what turns its local numbers into numbers of all modules
 
-  Index FindModule(Index project, NameHash name) const noexcept { return moduleNames.Find(Within(name, project)); }
+  Index FindModule(Index project, NameHash name) const noexcept { return projects[project].moduleNames.Find(name); }
 };
 
 /// Step 1, for each module on its own: names, controls, attributes.
