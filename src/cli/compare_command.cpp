@@ -62,8 +62,8 @@ void NameNotCompared(const ComparedStates& states) {
 void RunCompare(const Invocation& invocation) {
   CheckUsage(invocation);
   CheckOutput(invocation);
-  const ReadState oldSide = ReadComparedState(invocation, invocation.inputs[0]);
-  const ReadState newSide = ReadComparedState(invocation, invocation.inputs[1]);
+  const project::ReadState oldSide = ReadComparedState(invocation, invocation.inputs[0]);
+  const project::ReadState newSide = ReadComparedState(invocation, invocation.inputs[1]);
   const symbols::Comparison comparison = symbols::Compare(oldSide.state, newSide.state, {.ignore = invocation.ignore});
   const ComparedStates states{comparison, oldSide.state.index, newSide.state.index};
   const bool whole = oldSide.isWhole && newSide.isWhole;

@@ -96,15 +96,18 @@ codedb::ModuleFacts ReadComponent(HostAutomation& host, int project, int positio
 
 }  // namespace
 
-codedb::Facts CollectFacts(HostAutomation& host, int projects, std::vector<std::string>& problems) {
+codedb::Facts CollectFacts(HostAutomation& host, int projects, std::vector<std::string>& problems,
+                           const std::function<void(std::size_t)>& step) {
   codedb::Facts facts;
   facts.omissions = host.Omissions();
   std::string code;
+  std::size_t seen = 0;
   for (int project = 1; project <= projects; ++project) {
     if (host.Project(project).locked) continue;
     facts.projects.push_back(host.FactsOfProject(project));
     const int count = host.ComponentCount(project);
     for (int position = 1; position <= count; ++position) {
+      if (step) step(seen++);
       const HostComponent component = host.Component(project, position);
       try {
         codedb::ModuleFacts module = ReadComponent(host, project, position, component, code);

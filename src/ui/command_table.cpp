@@ -134,6 +134,7 @@ constexpr Command kCommands[] = {
     {kReadVbFiles, "mnuVB", MenuId::kExtras, "&VB Einlesen", "", "", kAlways, false},
     {kCopyOutline, "mnuExtras_Struktur", MenuId::kExtras, "&Struktur nach Zwischenablage", "", "", kAlways, false},
     {kShowUnusedRoutines, "mnuTest", MenuId::kExtras, "Tests", "", "", kWithProject, false},
+    {kCompareStates, "mnuExtras_Vergleichen", MenuId::kExtras, "Ver&gleichen mit ...", "", "", kAlways, false},
     {kShowOptions, "mnuExtras_Optionen", MenuId::kExtras, "&Optionen", "", "", kAlways, true},
     {kStoreDisplaySize, "mnuExtras_Screen_define", MenuId::kExtras, "Benutzer Bildschirm &Festlegen", "", "", kAlways,
      true},

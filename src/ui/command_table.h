@@ -101,6 +101,7 @@ enum class CommandId {
   kReadVbFiles,
   kCopyOutline,
   kShowUnusedRoutines,
+  kCompareStates,
   kShowOptions,
   kStoreDisplaySize,
   kApplyStoredDisplaySize,

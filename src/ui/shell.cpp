@@ -131,6 +131,7 @@ Shell::Shell(MainWindow& window, const Services& services)
       notePanel_(new NotePanel),
       notes_(window, interaction_, session_, *code_, knowledge_, *notePanel_),
       printing_(window, Desk(), *code_),
+      comparing_(window, Desk(), AssumedHost(services.globals.hostSelector)),
       quickOpen_(new QuickOpen(&window)),
       container_(new Splitter),
       view_(services.settings, *code_, *project_, *commands_) {
@@ -203,6 +204,7 @@ void Shell::ConnectSession() {
     qDeleteAll(window_.findChildren<ListWindow*>());
     delete window_.findChild<CallPictureWindow*>();
     delete window_.findChild<MatrixWindow*>();
+    comparing_.ForgetLoaded();
     waiting_ = nullptr;
     knowledge_.Drop();
     quickOpen_->Forget();
@@ -302,7 +304,14 @@ void Shell::ConnectNames() {
   connect(quickOpen_, &QuickOpen::Chosen, this,
           [this](symbols::SymbolId symbol) { interaction_.Guarded([this, symbol] { names_.GoToSymbol(symbol); }); });
   printing_.TakeNotes([this](codedb::ViewIndex view) { return notes_.MarksOf(view); });
-  connect(&projects_, &ProjectCommands::AboutToCopy, this, [this] { knowledge_.FinishReading(); });
+  connect(&projects_, &ProjectCommands::AboutToCopy, this, [this] {
+    knowledge_.FinishReading();
+    comparing_.FinishReading();
+  });
+  connect(&comparing_, &CompareCommands::PlaceWanted, this, [this](symbols::Index module, std::uint32_t line) {
+    interaction_.Guarded([this, module, line] { names_.GoToStretch({{module, line, 1}, 0}); });
+    window_.activateWindow();
+  });
 }
 
 void Shell::ConnectStatusBar() {
@@ -347,6 +356,7 @@ void Shell::Load(bool mini) {
 void Shell::Unload() {
   // The run's folder is about to go.
   knowledge_.Drop();
+  comparing_.CloseAll();
   view_.SaveSplitterPlace(*container_);
 }
 
@@ -364,7 +374,9 @@ bool Shell::MayClose() {
 }
 
 void Shell::TakeDropped(const QStringList& files) {
-  interaction_.GuardedInTurn([this, files] { projects_.TakeDropped(files); });
+  interaction_.GuardedInTurn([this, files] {
+    if (!comparing_.TakeDropped(files)) projects_.TakeDropped(files);
+  });
 }
 
 void Shell::LookForChanges() {
@@ -409,6 +421,7 @@ void Shell::ShowRecent(const std::vector<std::string>& folders) {
     item.setToolTip(FromUtf8(folders[position]));
   }
   startPage_->ShowRecent(folders);
+  comparing_.SetRecent(folders);
 }
 
 void Shell::ShowReadingMenu(const QPoint& place, bool ofSource) {
@@ -789,6 +802,8 @@ void Shell::Carry(CommandId command) {
       return WhenKnown([this] { ShowList(MetricList); });
     case kReadVbFiles:
       return projects_.ReadVbFiles();
+    case kCompareStates:
+      return comparing_.Choose();
     case kCopyOutline:
       return exports_.CopyOutline();
     case kShowUnusedRoutines:

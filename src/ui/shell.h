@@ -16,6 +16,7 @@
 #include "code_commands.h"
 #include "code_knowledge.h"
 #include "command_set.h"
+#include "compare_commands.h"
 #include "exports.h"
 #include "hit_panel.h"
 #include "interaction.h"
@@ -142,6 +143,7 @@ class Shell : public QObject {
   NotePanel* notePanel_;
   NoteCommands notes_;
   PrintCommands printing_;
+  CompareCommands comparing_;
   QuickOpen* quickOpen_;
   QSplitter* container_;
   ViewSettings view_;
