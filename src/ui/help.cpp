@@ -63,6 +63,8 @@ constexpr std::array kHelpPages = {
     HelpPage{"frmGeheZu", "definition.html"},
     HelpPage{"fraTreffer", "suche.html"},
     HelpPage{"frmUnbenutzt", "berichte.html"},
+    HelpPage{"frmVergleich", "vergleichen.html"},
+    HelpPage{"frmVergleichWahl", "vergleichen.html"},
 };
 
 /// The manual's page for the part of the window that has the focus; empty when there is none.
