@@ -28,6 +28,15 @@ bool HasUtf16Nul(std::string_view bytes) noexcept {
 
 bool IsUtf16(std::string_view bytes) noexcept { return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"); }
 
+/// Cuts what fills a file up to the end of its last block.
+void CutTrailingNuls(std::string& bytes) {
+  if (!IsUtf16(bytes)) return bytes.resize(bytes.find_last_not_of('\0') + 1);
+  bytes.resize(bytes.size() / 2 * 2);
+  while (bytes.size() > 2 && bytes[bytes.size() - 1] == '\0' && bytes[bytes.size() - 2] == '\0') {
+    bytes.resize(bytes.size() - 2);
+  }
+}
+
 /// Text may hold a NUL byte here and there, from a broken copy; what holds more of them, or other characters of control
 /// with them, is none.
 bool HoldsText(std::string_view bytes) noexcept {
@@ -50,11 +59,9 @@ SourceBytes ReadSourceFile(const fs::path& file, std::string& buffer, int codePa
     return {{}, office::ProblemOfPath(file)};
   }
   if (buffer.empty()) return {{}, "Datei ist leer"};
-  const bool utf16 = IsUtf16(buffer);
-  // A file may be filled up with NUL bytes to the end of its last block.
-  if (!utf16) buffer.resize(buffer.find_last_not_of('\0') + 1);
+  CutTrailingNuls(buffer);
   if (buffer.empty() || !HoldsText(buffer)) return {{}, "Datei enthält keinen Text"};
-  if (!utf16 && buffer.find('\0') != std::string::npos) std::replace(buffer.begin(), buffer.end(), '\0', ' ');
+  if (!IsUtf16(buffer) && buffer.find('\0') != std::string::npos) std::replace(buffer.begin(), buffer.end(), '\0', ' ');
   buffer = office::DecodeModuleBytes(std::move(buffer), codePage);
   return {buffer, {}};
 }

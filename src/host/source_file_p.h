@@ -15,8 +15,8 @@ struct SourceBytes {
 };
 
 /// Reads a file that should hold text. Empty files, files of other contents and files far beyond what a module can hold
-/// are problems too. NUL bytes at the end are cut, a few elsewhere become blanks. Only regular files are read: a pipe
-/// would make the program wait for ever. `codePage` is that of bytes that tell none (office/code_pages.h).
+/// are problems too. NUL characters at the end are cut, a few elsewhere become blanks. Only regular files are read: a
+/// pipe would make the program wait for ever. `codePage` is that of bytes that tell none (office/code_pages.h).
 SourceBytes ReadSourceFile(const std::filesystem::path& file, std::string& buffer, int codePage = 0);
 
 }  // namespace quillmate::host

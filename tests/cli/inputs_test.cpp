@@ -70,13 +70,17 @@ TEST_F(CliTest, ModuleFilesInOtherEncodings) {
   Write("chinesisch.bas", head + "' \326\320\316\304\\\n");
   Write("utf8.bas", head + "' \303\204\n");
   Write("gefüllt.bas", head + "' Ende\n" + std::string(700, '\0'));
+  std::string wide = "\xFF\xFE";
+  for (const char c : head + "' Breit\n") wide.append(1, c).append(1, '\0');
+  Write("breit.bas", wide + std::string(701, '\0'));
   const struct {
     const char *line, *text;
   } cases[] = {{"--codepage 1251 russisch.bas", "' Жук"},
                {"--codepage windows-1253 griechisch.bas", "' Αβγ"},
                {"--codepage GBK chinesisch.bas", "' 中文\\"},
                {"--codepage 1251 utf8.bas", "' Ä"},
-               {"gefüllt.bas", "' Ende"}};
+               {"gefüllt.bas", "' Ende"},
+               {"breit.bas", "' Breit"}};
   for (const auto& c : cases) {
     const Result result = Run("search --regex --format vimgrep \\x27\\x20 " + std::string(c.line));
     EXPECT_EQ(result.status, 0) << result.err;
