@@ -95,6 +95,37 @@ Index CalledAround(const ModuleView& view, Index use) {
   return (name.flags & use_flag::kBareArgument) != 0 ? name.owner : kNone;
 }
 
+/// "A1", "$B$2", and in an area "C" and "3" too.
+bool IsCell(std::string_view part, bool area) {
+  const auto skip = [&part](auto isOne) {
+    if (part.starts_with('$')) part.remove_prefix(1);
+    std::size_t count = 0;
+    while (count < part.size() && isOne(part[count])) ++count;
+    part.remove_prefix(count);
+    return count;
+  };
+  const std::size_t letters = skip([](char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; });
+  const std::size_t digits = skip([](char c) { return c >= '0' && c <= '9'; });
+  return part.empty() && letters <= 3 && digits <= 7 && (area ? letters + digits : std::min(letters, digits)) > 0;
+}
+
+/// Range("Daten!A1") and Range("Umsatz"): the text tells the sheet, the defined name its cells.
+bool TellsItsPlace(const ModuleView& view, Index use) {
+  const NameUse& name = view.code.uses[use];
+  if (view.KnownName(name) != Known::kRange || name.argumentCount != 1) return false;
+  const auto string = std::ranges::upper_bound(view.code.strings, name.offset, {}, &language::StringUse::offset);
+  if (string == view.code.strings.end() || string->owner != use || !string->whole) return false;
+  std::string_view text = view.code.text.substr(string->offset + 1, string->length - 2);
+  if (text.find('!') != std::string_view::npos) return true;
+  const bool area = text.find(':') != std::string_view::npos;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find_first_of(",: "), text.size());
+    if (IsCell(text.substr(0, end), area)) return false;
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return true;
+}
+
 }  // namespace
 
 /// Range and Cells without an object: those of whichever sheet is active.
@@ -106,7 +137,7 @@ void CheckActiveSheet(ModuleView& view) {
     const NameUse& name = code.uses[use];
     if (name.access != Access::kSimple || !view.IsActive(name) || !IsSheetName(view.LibraryName(use))) continue;
     if (name.role == Role::kType || name.role == Role::kNamedArgument || name.role == Role::kNew) continue;
-    if ((name.flags & (use_flag::kParenthesised | use_flag::kQualifier)) == 0) continue;
+    if ((name.flags & (use_flag::kParenthesised | use_flag::kQualifier)) == 0 || TellsItsPlace(view, use)) continue;
     // An argument of another sheet's Range: a trap of its own.
     const Index owner = CalledAround(view, use);
     if (owner != kNone && code.uses[owner].access != Access::kSimple &&

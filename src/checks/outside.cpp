@@ -335,13 +335,27 @@ bool IsSql(std::string_view text) {
   });
 }
 
-/// `[Mappe.xlsx]Blatt!A1` in a formula.
-bool IsExternalLink(std::string_view text) {
+/// The book of `[Mappe.xlsx]Blatt!A1`, empty if there is none.
+std::string_view LinkedBook(std::string_view text) {
   const std::size_t extension = text.find(".xls");
-  if (extension == std::string_view::npos) return false;
-  const std::size_t close = text.find(']', extension);
-  if (close == std::string_view::npos || close > extension + 5) return false;
-  return text.rfind('[', extension) != std::string_view::npos && text.find('!', close) != std::string_view::npos;
+  if (extension == std::string_view::npos) return {};
+  const std::size_t close = text.find(']', extension), open = text.rfind('[', extension);
+  if (close == std::string_view::npos || close > extension + 5 || open == std::string_view::npos) return {};
+  return text.find('!', close) == std::string_view::npos ? std::string_view() : text.substr(open + 1, close - open - 1);
+}
+
+/// A formula, or a reference for somebody who takes one: elsewhere such a text is compared or shown.
+bool IsReferenceFor(const ModuleView& view, const language::StringUse& string, std::string_view text) {
+  if (text.starts_with('=')) return true;
+  constexpr std::array kTakers{"range", "evaluate", "executeexcel4macro", "goto", "createpivottable"};
+  return string.owner != kNone &&
+         std::ranges::find(kTakers, view.code.NameText(view.code.uses[string.owner].name)) != kTakers.end();
+}
+
+bool IsOwnBook(const ModuleView& view, std::string_view book) {
+  const std::string& file = view.Project().file;
+  const std::size_t folder = file.find_last_of("/\\");
+  return text::EqualsIgnoreCase(file.substr(folder == std::string::npos ? 0 : folder + 1), book);
 }
 
 }  // namespace
@@ -362,7 +376,8 @@ void CheckOutsideTexts(ModuleView& view) {
       report(CheckId::kMail, "Der Code öffnet eine E-Mail: " + shown + ".");
     } else if (IsSql(text)) {
       report(CheckId::kDatabase, "SQL im Code: " + shown);
-    } else if (IsExternalLink(text)) {
+    } else if (const std::string_view book = LinkedBook(text);
+               !book.empty() && IsReferenceFor(view, string, text) && !IsOwnBook(view, book)) {
       report(CheckId::kExternalLink, "Die Formel verweist auf eine andere Mappe: " + shown + ".");
     }
   }

@@ -120,6 +120,15 @@ const FindingCase kCases[] = {
      "Range(x): "
      "Set Range = x: End Function",
      "cells-vom-falschen-blatt@3 blatt-stillschweigend@5 blatt-stillschweigend@7"},
+    {"texts that tell their place: sheets, defined names, areas, other books and the own one",
+     "blatt-stillschweigend verknuepfung-aussen",
+     "== project P excel\n== module M\nSub A()\nRange(\"Daten!A1\").Clear\nRange(\"Umsatz\").Clear\nRange(\"Umsatz,"
+     "$A$1\").Clear\nRange(\"A:C\").Clear\nRange(\"3:4\").Clear\nRange(\"Tabelle_1\").Clear\nRange(\"Umsatz\", "
+     "x).Clear\n"
+     "y = z <> \"[B.xls]Blatt!A1\"\nx.Range(\"[B.xlsm]Blatt!A1\").Clear\ny = \"=SUM('C:\\[B.xls]C'!A1)\"\n"
+     "x.Formula = \"=[B.xls]\"\nEnd Sub",
+     "blatt-stillschweigend@4 blatt-stillschweigend@5 blatt-stillschweigend@6 blatt-stillschweigend@8 "
+     "verknuepfung-aussen@10 verknuepfung-aussen@11"},
     {"Set: arrays of values, default members, values of cells", "set-fehlt",
      "== project P excel\n== module M\nSub A(): Dim w As Worksheet, r As Range, c As New Collection, v: w = "
      "ActiveSheet: r = "
