@@ -34,6 +34,7 @@ constexpr Command kCommands[] = {
     {kPrint, "mnuDatei_Drucken", MenuId::kFile, "Dru&cken ...", "Ctrl+P", "", kWithProject, true},
     {kPreviewPrint, "mnuDatei_Druckvorschau", MenuId::kFile, "Druck&vorschau ...", "", "", kWithProject, false},
     {kSavePdf, "mnuDatei_Pdf", MenuId::kFile, "Als &PDF speichern ...", "", "", kWithProject, false},
+    {kHandOver, "mnuDatei_Uebergabe", MenuId::kFile, "Über&gabe ...", "", "", kWithProject, false},
     {kOpenRecent0, "mnuOpenIndex0", MenuId::kFile, "&0 - ", "", "", kAlways, true},
     {kOpenRecent1, "mnuOpenIndex1", MenuId::kFile, "&1 - ", "", "", kAlways, false},
     {kOpenRecent2, "mnuOpenIndex2", MenuId::kFile, "&2 - ", "", "", kAlways, false},

@@ -20,6 +20,7 @@ enum class CommandId {
   kPrint,
   kPreviewPrint,
   kSavePdf,
+  kHandOver,
   kOpenRecent0,
   kOpenRecent1,
   kOpenRecent2,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -33,6 +34,10 @@ class Exports {
   void ExportZoomHtml();
   /// `known` is what the code means, made on the spot where it isn't there yet.
   void WriteDocumentation(const project::Understanding* known);
+
+  /// All pages into an existing folder.
+  void WriteSiteInto(const project::Understanding& known, const std::filesystem::path& folder,
+                     const output::SiteProgress& progress);
 
   // RTF
   void ExportModuleRtf();

@@ -1,9 +1,11 @@
 #include "print_commands.h"
 
 #include <QBuffer>
+#include <QFile>
 #include <QPageLayout>
 #include <QPdfWriter>
 #include <memory>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -17,6 +19,14 @@ namespace {
 
 constexpr int kPdfResolution = 600;
 constexpr QMarginsF kMargins(20, 15, 15, 15);
+
+void SetUp(QPdfWriter& writer, const QString& title) {
+  writer.setResolution(kPdfResolution);
+  writer.setPageSize(QPageSize(QPageSize::A4));
+  writer.setPageMargins(kMargins, QPageLayout::Millimeter);
+  writer.setTitle(title);
+  writer.setCreator(QStringLiteral("Quillmate"));
+}
 
 }  // namespace
 
@@ -120,15 +130,29 @@ void PrintCommands::RunPdf(const PrintChoice& choice) {
   bytes.open(QIODevice::WriteOnly);
   {
     QPdfWriter writer(&bytes);
-    writer.setResolution(kPdfResolution);
-    writer.setPageSize(QPageSize(QPageSize::A4));
-    writer.setPageMargins(kMargins, QPageLayout::Millimeter);
-    writer.setTitle(name);
-    writer.setCreator(QStringLiteral("Quillmate"));
+    SetUp(writer, name);
     PrintCode(writer, job);
   }
   desk_.readFiles.Check({ToPath(file)});
   files::ReplaceFile(ToPath(file), bytes.data().toStdString());
+}
+
+bool PrintCommands::WriteProjectPdf(const std::filesystem::path& file, std::function<bool(int, int)> progress) {
+  PrintChoice choice;
+  choice.what = PrintedWhat::kProject;
+  PrintJob job = JobOf(choice);
+  job.progress = std::move(progress);
+  QFile pdf(FromPath(file));
+  if (!pdf.open(QIODevice::WriteOnly)) {
+    throw std::runtime_error(ToUtf8(FromPath(file) + QStringLiteral(": ") + pdf.errorString()));
+  }
+  QPdfWriter writer(&pdf);
+  SetUp(writer, job.project);
+  const bool isWhole = PrintCode(writer, job);
+  if (pdf.error() != QFileDevice::NoError) {
+    throw std::runtime_error(ToUtf8(FromPath(file) + QStringLiteral(": ") + pdf.errorString()));
+  }
+  return isWhole;
 }
 
 }  // namespace quillmate::ui

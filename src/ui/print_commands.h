@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPagedPaintDevice>
+#include <filesystem>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -29,6 +30,8 @@ class PrintCommands : public QObject {
   void Print();
   void Preview();
   void SavePdf();
+  /// The whole project as a new file; false when `progress` ended it. What that throws goes on to the caller.
+  bool WriteProjectPdf(const std::filesystem::path& file, std::function<bool(int page, int pages)> progress);
 
  private:
   using Work = void (PrintCommands::*)(const PrintChoice& choice);

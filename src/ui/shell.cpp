@@ -132,6 +132,7 @@ Shell::Shell(MainWindow& window, const Services& services)
       notes_(window, interaction_, session_, *code_, knowledge_, *notePanel_),
       printing_(window, Desk(), *code_),
       comparing_(window, Desk(), AssumedHost(services.globals.hostSelector)),
+      handOver_(window, Desk(), services.globals.CodeDb, exports_, printing_),
       quickOpen_(new QuickOpen(&window)),
       container_(new Splitter),
       view_(services.settings, *code_, *project_, *commands_) {
@@ -312,6 +313,8 @@ void Shell::ConnectNames() {
     interaction_.Guarded([this, module, line] { names_.GoToStretch({{module, line, 1}, 0}); });
     window_.activateWindow();
   });
+  handOver_.TakeNotes([this] { return notes_.Notes(); });
+  connect(&handOver_, &HandOver::AboutToCopy, this, [this] { knowledge_.FinishReading(); });
 }
 
 void Shell::ConnectStatusBar() {
@@ -594,6 +597,15 @@ void Shell::ShowDependencies() {
   matrix->show();
 }
 
+void Shell::HandProjectOver() {
+  const auto known = knowledge_.Get();
+  if (known == nullptr) {
+    interaction_.ShowProgress(ToUtf8(knowledge_.MissingText()));
+  } else {
+    handOver_.Ask(known);
+  }
+}
+
 void Shell::ShowOptions() {
   auto* dialog = new OptionsDialog(&window_, interaction_, services_.globals, services_.settings);
   connect(dialog, &QDialog::accepted, this, &Shell::ApplyOptions);
@@ -667,6 +679,8 @@ void Shell::Carry(CommandId command) {
       return printing_.Preview();
     case kSavePdf:
       return printing_.SavePdf();
+    case kHandOver:
+      return WhenKnown([this] { HandProjectOver(); });
     case kOpenRecent0:
     case kOpenRecent1:
     case kOpenRecent2:

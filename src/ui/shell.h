@@ -18,6 +18,7 @@
 #include "command_set.h"
 #include "compare_commands.h"
 #include "exports.h"
+#include "hand_over.h"
 #include "hit_panel.h"
 #include "interaction.h"
 #include "list_source.h"
@@ -102,6 +103,7 @@ class Shell : public QObject {
   ListDesk Desk() { return {interaction_, services_.globals, session_, readFiles_}; }
   void ShowCallPicture(symbols::SymbolId routine);
   void ShowDependencies();
+  void HandProjectOver();
   void ShowOptions();
   void ShowAbout();
   void ShowMini();
@@ -144,6 +146,7 @@ class Shell : public QObject {
   NoteCommands notes_;
   PrintCommands printing_;
   CompareCommands comparing_;
+  HandOver handOver_;
   QuickOpen* quickOpen_;
   QSplitter* container_;
   ViewSettings view_;

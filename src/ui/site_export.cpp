@@ -37,6 +37,11 @@ output::SiteProject Exports::ReadSite(const symbols::ReferenceIndex& understandi
   return project;
 }
 
+void Exports::WriteSiteInto(const project::Understanding& known, const fs::path& folder,
+                            const output::SiteProgress& progress) {
+  output::WriteSite(ReadSite(known.Index(), known.Places()), settings::LookOf(globals_.Options), folder, progress);
+}
+
 void Exports::WriteDocumentation(const project::Understanding* known) {
   const QString chosen = interaction_.Desktop().ChooseFolder(
       QStringLiteral("Bitte Ordner für die HTML-Dokumentation auswählen"), FromUtf8(globals_.LastProjectFolder));

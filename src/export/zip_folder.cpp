@@ -1,0 +1,105 @@
+#include <algorithm>
+#include <exception>
+#include <fstream>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <zip.h>
+
+#include <quillmate/export/zip_folder.h>
+#include <quillmate/files/paths.h>
+#include <quillmate/files/replacement.h>
+#include <quillmate/files/work_folder.h>
+
+namespace quillmate::output {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Discard {
+  void operator()(zip_t* zip) const { zip_discard(zip); }
+};
+using Zip = std::unique_ptr<zip_t, Discard>;
+
+/// What the library reports while it packs; an exception waits until it has returned.
+struct Reporter {
+  const std::function<void(int)>& progress;
+  std::exception_ptr failure;
+
+  void Tell(double share) {
+    if (!progress || failure) return;
+    try {
+      progress(static_cast<int>(share * 100));
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  }
+};
+
+[[noreturn]] void Fail(const fs::path& target, const char* reason) {
+  throw std::runtime_error(files::PathText(target) + ": Die Zip-Datei kann nicht geschrieben werden: " + reason);
+}
+
+/// In the order of their names, so that the same folder gives the same order.
+std::vector<fs::path> FilesIn(const fs::path& folder) {
+  std::vector<fs::path> found;
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
+    if (!entry.is_symlink() && entry.is_regular_file()) found.push_back(entry.path());
+  }
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
+void Add(zip_t* zip, const fs::path& folder, const fs::path& file, const fs::path& target) {
+  const std::string path = files::PathText(file);
+  const fs::path inside = folder.filename() / file.lexically_relative(folder);
+  const auto name = inside.generic_u8string();
+  zip_source_t* source = zip_source_file(zip, path.c_str(), 0, -1);
+  if (source == nullptr) Fail(target, zip_strerror(zip));
+  if (zip_file_add(zip, reinterpret_cast<const char*>(name.c_str()), source, ZIP_FL_ENC_UTF_8) < 0) {
+    zip_source_free(source);
+    Fail(target, zip_strerror(zip));
+  }
+}
+
+void CopyInto(const fs::path& made, files::FileReplacement& replacement) {
+  std::ifstream stream(made, std::ios::binary);
+  std::vector<char> piece(1U << 16U);
+  while (stream) {
+    stream.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+    replacement.Write({piece.data(), static_cast<std::size_t>(stream.gcount())});
+  }
+}
+
+}  // namespace
+
+void ZipFolder(const fs::path& folder, const fs::path& target, const std::function<void(int)>& progress) {
+  files::FileReplacement replacement(target);
+  const files::WorkFolder work(fs::temp_directory_path(), files::WorkFolder::Access::kPrivate);
+  const fs::path made = work.Path() / "gepackt.zip";
+  int code = 0;
+  Zip zip(zip_open(files::PathText(made).c_str(), ZIP_CREATE | ZIP_EXCL, &code));
+  if (zip == nullptr) Fail(target, "Die Arbeitsdatei lässt sich nicht anlegen");
+  for (const fs::path& file : FilesIn(folder)) Add(zip.get(), folder, file, target);
+  Reporter reporter{progress, {}};
+  zip_register_progress_callback_with_state(
+      zip.get(), 0.01, [](zip_t*, double share, void* state) { static_cast<Reporter*>(state)->Tell(share); }, nullptr,
+      &reporter);
+  zip_register_cancel_callback_with_state(
+      zip.get(), [](zip_t*, void* state) { return static_cast<Reporter*>(state)->failure ? 1 : 0; }, nullptr,
+      &reporter);
+  zip_t* finished = zip.release();
+  if (zip_close(finished) != 0) {
+    const std::string reason = zip_strerror(finished);
+    zip_discard(finished);
+    if (reporter.failure) std::rethrow_exception(reporter.failure);
+    Fail(target, reason.c_str());
+  }
+  if (reporter.failure) std::rethrow_exception(reporter.failure);
+  CopyInto(made, replacement);
+  replacement.Commit();
+}
+
+}  // namespace quillmate::output
