@@ -11,14 +11,15 @@ namespace {
 
 using symbols::Index;
 
-constexpr std::string_view kMark = "quillmate:";
+constexpr std::string_view kMark = "uillmate:";  ///< behind a "q" of any case
 constexpr std::string_view kIgnore = "ignore";
 
 bool IsIdCharacter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-';
 }
 
-/// The checks that a comment names behind its mark; all of them when it names none.
+/// The checks that a comment names behind its mark; all of them when nothing stands there, none when the first word is
+/// no id: it may be a misspelled one.
 Selection Named(std::string_view rest) {
   Selection silenced;
   silenced.Clear();
@@ -32,8 +33,8 @@ Selection Named(std::string_view rest) {
       continue;
     }
     const auto check = FindCheck(rest.substr(0, length));
-    if (!check) break;  // words of explanation
     any = true;
+    if (!check) break;  // words of explanation
     silenced.Add(*check);
     rest.remove_prefix(length);
   }
@@ -55,6 +56,7 @@ using Silences = std::map<std::uint32_t, Selection>;
 Silences SilencesOf(const language::Module& code) {
   Silences silences;
   for (std::size_t at = code.text.find(kMark); at != std::string_view::npos; at = code.text.find(kMark, at + 1)) {
+    if (at == 0 || (code.text[at - 1] | 0x20) != 'q') continue;
     std::string_view rest = code.text.substr(at + kMark.size());
     rest = rest.substr(0, rest.find_first_of("\r\n"));
     while (!rest.empty() && rest.front() == ' ') rest.remove_prefix(1);

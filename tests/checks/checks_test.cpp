@@ -171,14 +171,14 @@ const FindingCase kCases[] = {
      "list\"\nx = \"update t set a=1\"\nx = \"Update the whole set now\"\nx = \"insert into t (a) values (1)\"\nx = "
      "\"Delete from here\"\nx = \"DELETE FROM t\"\nx = \"Selected\"\nEnd Sub",
      "2 3 5 7 9"},
-    {"silenced: behind, above, by other ids, all, continued lines, in strings", "pfad-fest",
+    {"silenced: behind, above, by other ids, all, continued lines, in strings, misspelled", "pfad-fest",
      "== module M\nSub A()\nx = \"C:\\Daten\" ' quillmate: ignore pfad-fest\n' quillmate: ignore aussen-datei, "
      "PFAD-FEST "
      "weil\n\nx = \"C:\\Daten\"\nx = \"C:\\Daten\" ' quillmate: ignore aussen-datei\nx = \"C:\\Daten\" ' quillmate: "
      "ignore\nx = 1 & _\n\"C:\\Daten\" ' quillmate: ignore pfad-fest\nx = \"C:\\Daten\": y = \"quillmate: "
-     "ignore\"\nEnd "
+     "ignore\"\nx = \"C:\\Daten\" ' Quillmate: ignore pfad-fets\nx = \"C:\\Daten\" ' Quillmate: Ignore Pfad-fest\nEnd "
      "Sub",
-     "6 10"},
+     "6 10 11"},
     {"text of another language", "pfad-fest option-explicit-fehlt",
      "== module M\nImports A\nNamespace B\nPublic Class C\nSub S(): x = \"C:\\Daten\": End Sub\nEnd Class\nEnd "
      "Namespace\nEnd Class\nEnd Namespace\nEnd Class",
