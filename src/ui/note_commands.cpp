@@ -17,7 +17,7 @@ NoteCommands::NoteCommands(QWidget& window, Interaction& interaction, ProjectSes
     : window_(window), interaction_(interaction), session_(session), code_(code), knowledge_(knowledge), panel_(panel) {
   connect(&session_, &ProjectSession::ProjectChanged, this, &NoteCommands::TakeProject);
   connect(&session_, &ProjectSession::TitleChanged, this, &NoteCommands::TakeFolder);
-  connect(&session_, &ProjectSession::Moved, this, &NoteCommands::ShowMarks);
+  connect(&code_, &CodeArea::PlaceShown, this, &NoteCommands::ShowMarks);
   connect(&knowledge_, &CodeKnowledge::Arrived, this, [this] {
     ShowMarks();
     if (panel_.isVisible()) FillPanel();
@@ -241,7 +241,8 @@ void NoteCommands::FillPanel() {
     NoteRow row;
     row.place = FromUtf8(note.module) + (note.routine.empty() ? QString() : QLatin1Char('.') + FromUtf8(note.routine));
     row.line = placed.view ? placed.place.line + 1 : 0;
-    row.isBookmark = note.text.empty();
+    row.isBookmark = note.isBookmark;
+    row.isNote = !note.text.empty();
     row.text = FromUtf8(note.text.empty() ? note.line : note.text);
     row.hint = FromUtf8(note.line);
     if (!placed.view) {

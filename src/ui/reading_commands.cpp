@@ -12,7 +12,7 @@ namespace quillmate::ui {
 ReadingCommands::ReadingCommands(Interaction& interaction, ProjectSession& session, CodeArea& code,
                                  CodeKnowledge& knowledge, PlaceBar& bar)
     : interaction_(interaction), session_(session), code_(code), knowledge_(knowledge), bar_(bar) {
-  connect(&session_, &ProjectSession::Moved, this, &ReadingCommands::ShowStructure);
+  connect(&code_, &CodeArea::PlaceShown, this, &ReadingCommands::ShowStructure);
   connect(&session_, &ProjectSession::PlaceChanged, this, &ReadingCommands::ShowPlace);
   connect(&knowledge_, &CodeKnowledge::Arrived, this, [this] {
     ShowStructure();

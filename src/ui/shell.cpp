@@ -137,6 +137,8 @@ Shell::Shell(MainWindow& window, const Services& services)
       container_(new Splitter),
       view_(services.settings, *code_, *project_, *commands_) {
   window_.setStatusBar(staBar_);
+  // Panels come with their commands; the toolkit's own menu would offer empty ones.
+  window_.setContextMenuPolicy(Qt::NoContextMenu);
   BuildTrees();
   BuildCode();
   BuildSearch();
@@ -337,7 +339,9 @@ void Shell::ConnectStartPage() {
 void Shell::Load(bool mini) {
   const std::string& host = services_.globals.HostName;
   commands_->Item(CommandId::kRefreshProjects).setText(FromUtf8(startup::RefreshCaption(host)));
-  commands_->Button(ButtonId::kRefresh).setToolTip(FromUtf8(startup::RefreshTooltip(host)));
+  QAction& refresh = commands_->Button(ButtonId::kRefresh);
+  refresh.setToolTip(FromUtf8(startup::RefreshTooltip(host)));
+  refresh.setIconText(refresh.toolTip());
   projects_.LoadRecentMenu();
   ApplyOptions();
   interaction_.Attempt([this] { view_.Load(*container_); });
@@ -348,6 +352,7 @@ void Shell::Load(bool mini) {
   commands_->Item(CommandId::kCloseCallerList).setEnabled(false);
   sources_.LoadUserSources();
   interaction_.Guarded([this] { sources_.ListAtStart(); });
+  sources_.Tree().setFocus();
   if (mini) {
     ShowMini();
     return;

@@ -5,6 +5,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QSet>
+#include <QTabBar>
+#include <algorithm>
 
 #include "code_style.h"
 #include "command_table.h"
@@ -100,6 +102,62 @@ TEST_F(MenuTest, EveryControlHasANameForScreenReaders) {
   }
   for (const QDockWidget* panel : Window().findChildren<QDockWidget*>()) {
     EXPECT_TRUE(panel->findChild<QAbstractButton*>("qt_dockwidget_closebutton")->toolTip().endsWith(" schließen"));
+  }
+}
+
+/// What a screen reader can come to below an object, as "role: path of names"; what has no name.
+QStringList Nameless(QAccessibleInterface* top) {
+  constexpr QAccessible::Role kReachable[] = {
+      QAccessible::Button,   QAccessible::CheckBox,  QAccessible::RadioButton, QAccessible::EditableText,
+      QAccessible::ComboBox, QAccessible::Tree,      QAccessible::List,        QAccessible::Table,
+      QAccessible::MenuItem, QAccessible::PageTab,   QAccessible::TreeItem,    QAccessible::ListItem,
+      QAccessible::Cell,     QAccessible::ButtonMenu};
+  QStringList nameless;
+  QList<std::pair<QAccessibleInterface*, QString>> open = {{top, {}}};
+  while (!open.isEmpty()) {
+    const auto [node, path] = open.takeLast();
+    if (node == nullptr || node->state().invisible) continue;
+    const QString name = node->text(QAccessible::Name);
+    const bool isReachable = node->state().focusable || std::ranges::count(kReachable, node->role()) > 0;
+    // A separator of a menu is an item without a text.
+    const auto* action = qobject_cast<QAction*>(node->object());
+    const bool isSeparator = action != nullptr && action->isSeparator();
+    // A cell behind the first one may have nothing to say.
+    const QAccessibleTableCellInterface* cell = node->tableCellInterface();
+    if (cell != nullptr && cell->columnIndex() > 0) continue;
+    const QString own = node->object() == nullptr ? QString() : node->object()->objectName();
+    // Tabs are called after the one in front; without any there is nothing to come to.
+    const auto* bar = qobject_cast<QTabBar*>(node->object());
+    const bool isEmptyBar = bar != nullptr && bar->count() == 0;
+    if (isReachable && name.isEmpty() && !isSeparator && !isEmptyBar) {
+      nameless << QStringLiteral("%1 %2 (%3)").arg(int(node->role())).arg(own, path);
+    }
+    for (int child = 0; child < std::min(node->childCount(), 200); ++child) {
+      open.append({node->child(child), path + u'/' + (name.isEmpty() ? own : name)});
+    }
+  }
+  return nameless;
+}
+
+TEST_F(MenuTest, NothingThatCanBeReachedIsWithoutAName) {
+  Start();
+  EXPECT_EQ(Nameless(QAccessible::queryAccessibleInterface(&Window())).join(u'\n').toStdString(), "");
+  StartWithProject();
+  AwaitKnowledge();
+  Click(Tree("treProjekt"), ProjectNode(1));
+  for (const ui::Command& command : ui::Commands()) {
+    // What opens a window or a panel of its own, and leaves the project alone.
+    const bool opens = command.menu == ui::MenuId::kAnalysis || command.menu == ui::MenuId::kReading ||
+                       QString::fromUtf8(command.caption).endsWith("...");
+    const bool leaves = command.menu == ui::MenuId::kFile && command.id != ui::CommandId::kPrint;
+    if (opens && !leaves) Trigger(command.name);
+  }
+  for (const char* name : {"mnuExtras_Optionen", "mnuHilfe_Info", "mnuTest", "mnuBearbeiten_Suchen_Alle"})
+    Trigger(name);
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (!window->isVisible()) continue;
+    EXPECT_EQ(Nameless(QAccessible::queryAccessibleInterface(window)).join(u'\n').toStdString(), "")
+        << window->objectName().toStdString();
   }
 }
 

@@ -23,6 +23,7 @@ class ReadingTest : public WindowTest {
     code += "End Sub\r\nSub Drei()\r\n  Do\r\n  Loop\r\nEnd Sub\r\n";
     for (int line = 0; line < 100; ++line) code += "\r\n";
     AddModule("a.bas", code);
+    AddModule("b.bas", "Attribute VB_Name = \"Suche\"\r\nSub Suchen()\r\n  x = 1\r\nEnd Sub\r\n");
     StartWithProject();
     AwaitKnowledge();
     QCoreApplication::processEvents();
@@ -77,6 +78,14 @@ TEST_F(ReadingTest, RoutinesAndBlocksAreFolded) {
   EXPECT_EQ(Lines(), "1 4 5 6 7 8 9 10 11 12 13 14");
   Trigger("mnuLesen_Ausklappen");
   EXPECT_EQ(Lines(), "1 2 3 4 5 6 7 8 9 10 11 12 13 14");
+  // Each module has its own, kept while another one is on screen.
+  PutCaret(2);
+  Trigger("mnuLesen_Klappen");
+  Click(Tree("treProjekt"), ProjectNode(1));
+  Trigger("mnuLesen_Einklappen");
+  EXPECT_FALSE(Code().document()->findBlockByNumber(1).isVisible());
+  Click(Tree("treProjekt"), ProjectNode(0));
+  EXPECT_EQ(Lines(), "1 4 5 6 7 8 9 10 11 12 13 14");
 }
 
 TEST_F(ReadingTest, MarginFoldsAndScrollsWithWhatIsHidden) {

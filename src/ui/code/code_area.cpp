@@ -43,6 +43,7 @@ void CodeArea::ShowPlace(project::Reveal reveal) {
     if (!atTop) SelectInZoom(position, length);
   }
   marked_ = Selection();
+  emit PlaceShown();
   Editor().setFocus();
 }
 

@@ -61,6 +61,8 @@ class CodeArea : public QStackedWidget {
   void ZoomCaretMoved();
   void FontStepsTurned(int steps);
   void ZoomChanged(bool on);
+  /// The session's place is on screen, perhaps in another module than before.
+  void PlaceShown();
   /// The name at the caret is to be followed.
   void LinkFollowed();
   /// The context menu of one of the views is wanted; the place is global.

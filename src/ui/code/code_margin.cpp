@@ -38,7 +38,7 @@ void DrawNote(QPainter& painter, const QRectF& box, const QColor& paper) {
 /// An arrow to the right for what is folded, downwards for what is not.
 void DrawArrow(QPainter& painter, const QRectF& box, bool folded) {
   const QPointF c = box.center();
-  const double r = box.width() * 0.28;
+  const double r = box.width() * 0.36;
   if (folded) {
     painter.drawPolygon(
         QPolygonF({{c.x() - r * 0.7, c.y() - r}, {c.x() + r * 0.9, c.y()}, {c.x() - r * 0.7, c.y() + r}}));
@@ -79,12 +79,13 @@ void CodeMargin::paintEvent(QPaintEvent* event) {
     if (top + height < event->rect().top() || top > event->rect().bottom()) return;
     const double y = top + (height - side) / 2.0;
     if (const LineMark* mark = editor_.MarkAt(line)) {
+      // Of a line with both the note is to be read behind it.
       painter.setBrush(mark->isBookmark ? colours.sign : colours.note);
       const QRectF box(0, y, side, side);
-      if (mark->isBookmark) DrawBookmark(painter, mark->note.isEmpty() ? box : box.adjusted(0, 0, -side / 2.0, 0));
-      painter.setBrush(colours.note);
-      if (!mark->note.isEmpty()) {
-        DrawNote(painter, mark->isBookmark ? box.adjusted(side / 2.0, 0, 0, 0) : box, colours.margin);
+      if (mark->isBookmark) {
+        DrawBookmark(painter, box);
+      } else {
+        DrawNote(painter, box, colours.margin);
       }
     }
     if (!editor_.CanFold(line)) return;

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QDockWidget>
+#include <QToolBar>
 #include <array>
 
 namespace quillmate::ui {
@@ -31,6 +32,10 @@ constexpr std::array kNames = {
 }  // namespace
 
 void NameForScreenReaders(QWidget& window) {
+  for (QToolBar* bar : window.findChildren<QToolBar*>()) {
+    auto* more = bar->findChild<QAbstractButton*>(QStringLiteral("qt_toolbar_ext_button"));
+    if (more != nullptr) more->setAccessibleName(QStringLiteral("Weitere Befehle"));
+  }
   for (const Row& row : kNames) {
     auto* control = window.findChild<QWidget*>(QString::fromLatin1(row.control));
     if (control != nullptr) control->setAccessibleName(QString::fromUtf8(row.name));

@@ -8,7 +8,7 @@ namespace quillmate::ui {
 namespace {
 
 /// Widths of the columns in characters; the last one takes what is left.
-constexpr int kColumnWidths[] = {36, 8, 14};
+constexpr int kColumnWidths[] = {36, 8, 20};
 
 }  // namespace
 
@@ -36,9 +36,11 @@ void NotePanel::ShowRows(const std::vector<NoteRow>& rows) {
   list_->clear();
   QList<QTreeWidgetItem*> items;
   for (const NoteRow& row : rows) {
-    const QString kind = row.isBookmark ? QStringLiteral("Lesezeichen") : QStringLiteral("Notiz");
+    QStringList kinds;
+    if (row.isNote) kinds << QStringLiteral("Notiz");
+    if (row.isBookmark) kinds << QStringLiteral("Lesezeichen");
     const QString line = row.line > 0 ? QString::number(row.line) : QString();
-    auto* item = new QTreeWidgetItem({row.place, line, kind, row.text.simplified()});
+    auto* item = new QTreeWidgetItem({row.place, line, kinds.join(QStringLiteral(", ")), row.text.simplified()});
     for (int column = 0; column < 4; ++column) item->setToolTip(column, row.hint);
     item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     items.append(item);

@@ -12,6 +12,7 @@ struct NoteRow {
   QString place;
   int line = 0;
   bool isBookmark = false;
+  bool isNote = false;
   /// The note, or the code of the line for a bookmark alone.
   QString text;
   QString hint;

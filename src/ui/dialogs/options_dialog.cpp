@@ -5,6 +5,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <filesystem>
@@ -120,6 +121,8 @@ OptionsDialog::OptionsDialog(QWidget* parent, Interaction& interaction, startup:
                {"&Formate", MakeFormatsPage()}};
   auto* tabs = new QTabWidget;
   tabs->setObjectName(QStringLiteral("tbOptionen"));
+  tabs->setAccessibleName(QStringLiteral("Seiten der Optionen"));
+  tabs->tabBar()->setAccessibleName(tabs->accessibleName());
   for (const auto& tab : kTabs) {
     tab.frame->setObjectName(QStringLiteral("fraOptionen%1").arg(tabs->count()));
     tabs->addTab(tab.frame, QString::fromUtf8(tab.caption));

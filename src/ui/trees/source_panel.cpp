@@ -63,7 +63,7 @@ SourcePanel::SourcePanel(HostTreeModel& model)
 
   connect(line_, &QLineEdit::textChanged, this, [this](const QString& text) {
     shown_->setFilterFixedString(text.trimmed());
-    tree_->expandAll();
+    Refresh();
   });
   connect(line_, &QLineEdit::returnPressed, tree_, qOverload<>(&QWidget::setFocus));
   connect(all_, &QPushButton::clicked, this, [this] { TickShown(true); });
@@ -117,6 +117,7 @@ void SourcePanel::Count() {
                      .arg(tree.CheckedModules());
   if (unread > 0) text += QStringLiteral("; %1 nicht lesbar").arg(unread);
   if (model_.rowCount() == 0) text = QStringLiteral("Noch keine Quellen");
+  if (model_.rowCount() > 0 && shown_->rowCount() == 0) text = QStringLiteral("Nichts passt zum Filter: ") + text;
   count_->setText(text);
   for (QPushButton* button : {all_, none_, read_}) button->setEnabled(modules > 0);
 }
