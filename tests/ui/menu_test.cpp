@@ -132,6 +132,8 @@ QStringList Nameless(QAccessibleInterface* top) {
     if (isReachable && name.isEmpty() && !isSeparator && !isEmptyBar) {
       nameless << QStringLiteral("%1 %2 (%3)").arg(int(node->role())).arg(own, path);
     }
+    // The field of a box with a list speaks with its name.
+    if (node->role() == QAccessible::ComboBox) continue;
     for (int child = 0; child < std::min(node->childCount(), 200); ++child) {
       open.append({node->child(child), path + u'/' + (name.isEmpty() ? own : name)});
     }
