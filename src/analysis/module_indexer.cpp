@@ -40,6 +40,11 @@ ScannedModule::ScannedModule(std::string_view code, const ScanOptions& options)
   if (scan_.numbersInText) code_ = code;
 }
 
+std::size_t ScannedModule::Size() const noexcept {
+  return scan_.markedText.size() + code_.size() + scan_.routines.size() * sizeof(codedb::RoutineRecord) +
+         scan_.lines.size() * sizeof(RoutineLine);
+}
+
 void ScannedModule::Insert(codedb::CodeDatabase& database, ReadState& state) {
   const std::int32_t before = state.lastRoutine.value;
   const bool again = scan_.numbersInText && before != 0;
@@ -54,6 +59,9 @@ void ScannedModule::Insert(codedb::CodeDatabase& database, ReadState& state) {
     database.InsertRoutine(routine);
   }
   database.InsertModule(state.module);
+  // The text may have to wait until it is written.
+  scan_.routines = {};
+  scan_.lines = {};
 }
 
 }  // namespace quillmate::analysis

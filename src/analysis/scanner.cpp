@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <iterator>
 #include <utility>
 
 #include <quillmate/analysis/reflow.h>
@@ -183,9 +184,13 @@ class IndexScan {
       shift[walk] = last.value - before[walk].value;
       before[walk] = last;
       last.value = walks.Last(walk).value + shift[walk];
-      for (codedb::RoutineRecord& routine : walks.Routines(walk)) {
-        routine.number.value += shift[walk];
-        result.routines.push_back(std::move(routine));
+      std::vector<codedb::RoutineRecord> ofWalk = std::move(walks.Routines(walk));
+      for (codedb::RoutineRecord& routine : ofWalk) routine.number.value += shift[walk];
+      if (result.routines.empty()) {
+        result.routines = std::move(ofWalk);
+      } else {
+        result.routines.insert(result.routines.end(), std::make_move_iterator(ofWalk.begin()),
+                               std::make_move_iterator(ofWalk.end()));
       }
     }
     for (std::size_t i = 0; i < result.lines.size(); ++i) {

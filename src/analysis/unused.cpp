@@ -7,9 +7,7 @@
 #include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/records.h>
-#include <quillmate/text/operations.h>
 
-#include "unused_events_p.h"
 #include "unused_names_p.h"
 #include "unused_order_p.h"
 #include "unused_scan_p.h"
@@ -18,33 +16,14 @@
 namespace quillmate::analysis {
 namespace {
 
-/// A name that nothing but the query knew, with the routine that bears it.
-struct Candidate {
-  const codedb::RoutineRecord* routine = nullptr;
-  /// What the module of the routine says about it.
-  bool hooked = false;
-  bool inOtherSpelling = false;
-};
-
-/// Candidates and their turns side by side, in the order of the query.
+/// Routines whose names nothing but the query knew and their turns side by side, in the order of the query.
 struct CandidateList {
-  std::vector<Candidate> candidates;
+  std::vector<const codedb::RoutineRecord*> routines;
   std::vector<Turn> turns;
 };
 
 bool IsCandidate(const codedb::RoutineRecord& routine) {
   return !routine.name.empty() && (routine.kind < codedb::kLet || codedb::IsDeclare(routine.kind));
-}
-
-/// Whether the host or another class calls the routine for something that is in its module's code.
-bool IsHooked(const codedb::RoutineRecord& routine, const ReferenceText& text) {
-  if (routine.kind != codedb::kSub && routine.kind != codedb::kFunction) return false;
-  const auto isEventOf = [&](const std::string& source) {
-    return routine.name.size() > source.size() && routine.name[source.size()] == '_' &&
-           text::StartsWithIgnoreCase(routine.name, source);
-  };
-  return std::ranges::any_of(text.eventSources, isEventOf) ||
-         (routine.start && std::ranges::find(text.ribbonLines, *routine.start) != text.ribbonLines.end());
 }
 
 class UnusedReport {
@@ -74,7 +53,7 @@ class UnusedReport {
     for (const std::string& name : database_.PublicCandidates()) {
       const auto found = routines.find(name);
       if (found == routines.end()) continue;
-      publicsOf_[found->second.second].push_back(publics_.candidates.size());
+      publicsOf_[found->second.second].push_back(publics_.routines.size());
       Add(publics_, *found->second.first);
     }
   }
@@ -93,44 +72,20 @@ class UnusedReport {
   }
 
   void Add(CandidateList& list, const codedb::RoutineRecord& routine) {
-    list.candidates.push_back({.routine = &routine});
+    list.routines.push_back(&routine);
     list.turns.push_back({.name = names_.Add(routine.name)});
   }
 
   void ScanModule(std::size_t index, NameScan& scan, SearchOrder& turns) {
-    const codedb::ModuleNumber number = modules_[index].number;
-    const std::string marked = codedb::ReadModuleText(folder_, number);
-    const ReferenceText text = PrepareReferenceText(marked);
-    CandidateList& list = privates_[index];
-    turns.Take(text.code, scan.Scan(text, number), list.turns);
-    for (const std::size_t i : publicsOf_[index]) {
-      publics_.candidates[i].hooked = IsHooked(*publics_.candidates[i].routine, text);
-    }
-    for (std::size_t i = 0; i < list.turns.size(); ++i) {
-      const CandidateNames::Group* const group = names_.GroupOf(list.turns[i].name);
-      list.candidates[i].hooked = IsHooked(*list.candidates[i].routine, text);
-      list.candidates[i].inOtherSpelling = group != nullptr && group->lastModule == number;
-    }
-  }
-
-  UnusedClass ClassOf(const Candidate& candidate, const Turn& turn, int moduleKind) {
-    const codedb::RoutineRecord& routine = *candidate.routine;
-    const bool called = routine.kind == codedb::kSub && IsCalledByHost(routine.name, moduleKind);
-    if (called || candidate.hooked) return UnusedClass::kHost;
-    const CandidateNames::Group* const group = names_.GroupOf(turn.name);
-    // Friend routines are looked for in their own module alone, but others may call them.
-    const bool seenElsewhere =
-        routine.visibility != codedb::kPrivate && group != nullptr && group->lastModule.value != 0;
-    const bool named = candidate.inOtherSpelling || seenElsewhere || (group != nullptr && group->inLiteral);
-    return named ? UnusedClass::kText : UnusedClass::kCertain;
+    const std::string code = PrepareReferenceText(codedb::ReadModuleText(folder_, modules_[index].number));
+    turns.Take(code, scan.Scan(code), privates_[index].turns);
   }
 
   void Append(std::vector<UnusedRoutine>& unused, const codedb::ModuleRecord& module, const CandidateList& list,
               std::size_t i) {
     if (list.turns[i].referenced) return;
-    const codedb::RoutineRecord& routine = *list.candidates[i].routine;
-    unused.push_back({module.number, routine.number, module.name, routine.name,
-                      ClassOf(list.candidates[i], list.turns[i], module.kind)});
+    const codedb::RoutineRecord& routine = *list.routines[i];
+    unused.push_back({module.number, routine.number, module.name, routine.name});
   }
 
   std::vector<UnusedRoutine> List() {
@@ -152,17 +107,6 @@ class UnusedReport {
 };
 
 }  // namespace
-
-std::string_view UnusedClassName(UnusedClass unused) noexcept {
-  switch (unused) {
-    case UnusedClass::kCertain:
-      return "sicher";
-    case UnusedClass::kHost:
-      return "host";
-    default:
-      return "text";
-  }
-}
 
 std::vector<UnusedRoutine> FindUnusedRoutines(codedb::CodeDatabase& database, const std::filesystem::path& folder) {
   return UnusedReport(database, folder).Run();

@@ -16,19 +16,19 @@ int CandidateNames::Add(std::string_view name) {
   const std::string_view word = IdentifierInFront(name);
   if (word.empty()) {
     hasOdd_ = true;
-    return AddTo(odd_[static_cast<unsigned char>(name.front())], name, -1);
+    return AddTo(odd_[static_cast<unsigned char>(name.front())], name);
   }
   const int group = AddGroup(word);
   Group& found = groups_[static_cast<std::size_t>(group)];
-  return AddTo(word.size() == name.size() ? found.whole : found.longer, name, group);
+  return AddTo(word.size() == name.size() ? found.whole : found.longer, name);
 }
 
-int CandidateNames::AddTo(std::vector<int>& numbers, std::string_view name, int group) {
+int CandidateNames::AddTo(std::vector<int>& numbers, std::string_view name) {
   for (const int number : numbers) {
     if (Name(number) == name) return number;
   }
   const int number = static_cast<int>(names_.size());
-  names_.push_back({std::string(name), group});
+  names_.emplace_back(name);
   numbers.push_back(number);
   return number;
 }

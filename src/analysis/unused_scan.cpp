@@ -31,14 +31,13 @@ const Character& CharacterOf(char c) noexcept { return kCharacters[static_cast<u
 bool MayStandBefore(char c) noexcept { return CharacterOf(c).before; }
 bool MayStandBehind(char c) noexcept { return CharacterOf(c).behind; }
 
-NameScan::NameScan(CandidateNames& names) : names_(names), powers_(names.Longest() + 1, 1) {
+NameScan::NameScan(const CandidateNames& names) : names_(names), powers_(names.Longest() + 1, 1) {
   for (std::size_t i = 1; i < powers_.size(); ++i) powers_[i] = powers_[i - 1] * text::kHashFactor;
 }
 
-const std::vector<Occurrence>& NameScan::Scan(const ReferenceText& text, codedb::ModuleNumber module) {
+const std::vector<Occurrence>& NameScan::Scan(std::string_view code) {
   occurrences_.clear();
-  module_ = module;
-  code_ = text.code;
+  code_ = code;
   for (std::size_t i = 0; i < code_.size();) {
     if (CharacterOf(code_[i]).identifier) {
       i = ScanWord(i);
@@ -47,7 +46,6 @@ const std::vector<Occurrence>& NameScan::Scan(const ReferenceText& text, codedb:
       ++i;
     }
   }
-  for (const std::string_view literal : text.literals) ScanLiteral(literal);
   return occurrences_;
 }
 
@@ -70,10 +68,8 @@ std::size_t NameScan::ScanWord(std::size_t start) {
 
 void NameScan::LookUpWord(std::uint64_t hash, std::size_t start, std::size_t end) {
   if (end - start > names_.Longest() || !names_.Begins(code_[start])) return;
-  CandidateNames::Group* const group = names_.Find(hash, code_.substr(start, end - start));
-  if (group == nullptr) return;
-  group->lastModule = module_;
-  Collect(*group, start, end, true);
+  const CandidateNames::Group* const group = names_.Find(hash, code_.substr(start, end - start));
+  if (group != nullptr) Collect(*group, start, end, true);
 }
 
 /// All parts between two joints but the whole word.
@@ -115,19 +111,6 @@ void NameScan::CollectAt(std::size_t start, const std::vector<int>& names) {
     if (!code_.substr(start).starts_with(sought)) continue;
     occurrences_.push_back(
         {name, static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(start + sought.size())});
-  }
-}
-
-void NameScan::ScanLiteral(std::string_view literal) {
-  for (std::size_t i = 0; i < literal.size(); ++i) {
-    const std::size_t start = i;
-    std::uint64_t hash = 0;
-    for (; i < literal.size() && CharacterOf(literal[i]).identifier; ++i) {
-      hash = text::AppendToHash(hash, literal[i]);
-    }
-    if (i == start || i - start > names_.Longest()) continue;
-    CandidateNames::Group* const group = names_.Find(hash, literal.substr(start, i - start));
-    if (group != nullptr) group->inLiteral = true;
   }
 }
 

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "unused_names_p.h"
-#include "unused_text_p.h"
 
 namespace quillmate::analysis {
 
@@ -29,11 +28,10 @@ struct Occurrence {
 class NameScan {
  public:
   /// `names` is complete.
-  explicit NameScan(CandidateNames& names);
+  explicit NameScan(const CandidateNames& names);
 
-  /// All occurrences that begin and end at joints. Notes in the table what words the code and the literals hold. The
-  /// result is valid until the next call.
-  const std::vector<Occurrence>& Scan(const ReferenceText& text, codedb::ModuleNumber module);
+  /// All occurrences that begin and end at joints; valid until the next call.
+  const std::vector<Occurrence>& Scan(std::string_view code);
 
  private:
   std::size_t ScanWord(std::size_t start);
@@ -41,12 +39,10 @@ class NameScan {
   void LookUpParts(std::size_t start, std::size_t end);
   void Collect(const CandidateNames::Group& group, std::size_t start, std::size_t end, bool wordEnds);
   void CollectAt(std::size_t start, const std::vector<int>& names);
-  void ScanLiteral(std::string_view literal);
 
-  CandidateNames& names_;
+  const CandidateNames& names_;
   std::vector<std::uint64_t> powers_;
   std::string_view code_;
-  codedb::ModuleNumber module_;
   std::vector<Occurrence> occurrences_;
   std::vector<std::uint64_t> hashes_;  // of all beginnings of a word
   std::vector<std::size_t> joints_;

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 /// Copies a saved project or reads sources; false when anything was left out.
 bool WriteIndex(const Invocation& invocation, const fs::path& folder) {
   if (IsSavedProject(invocation)) {
-    codedb::CopyProject(files::PathFromText(invocation.inputs.front()), folder);
+    codedb::CopyAllFiles(files::PathFromText(invocation.inputs.front()), folder);
     return true;
   }
   codedb::CodeDatabase database;

@@ -99,7 +99,7 @@ std::string StoredCode(std::string_view fileText) {
   return code;
 }
 
-void DeleteScratchFiles(const fs::path& folder) noexcept {
+void DeleteAllFiles(const fs::path& folder) noexcept {
   try {
     if (!IsScratchFolder(folder)) return;
     std::error_code ignored;

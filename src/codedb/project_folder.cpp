@@ -79,7 +79,7 @@ std::vector<fs::path> ProjectFiles(const fs::path& folder) {
   return names;
 }
 
-void CopyProject(const fs::path& from, const fs::path& to) {
+void CopyAllFiles(const fs::path& from, const fs::path& to) {
   std::vector<fs::path> names;
   try {
     names = ModuleTexts(from);

@@ -45,7 +45,7 @@ void IndexBuild::Add(const Ticked& ticked, std::string name, HostAutomation* hos
     work_.Add(
         [pending, reading = start()] {
           pending->module.emplace(reading());
-          return pending->module->scan.MarkedText().size();
+          return pending->module->scan.Size();
         },
         finish);
   } catch (const HostError&) {
@@ -93,8 +93,13 @@ void IndexBuild::Insert(Pending& pending) {
   Store(pending);
 }
 
-/// Writes the module's text, which its number names.
+/// Writes the module's text, which its number names: a long one at once, so that it need not wait in memory.
 void IndexBuild::Store(Pending& pending) {
+  constexpr std::size_t kLong = std::size_t{1} << 20U;
+  if (const std::string& text = pending.module->scan.MarkedText(); text.size() >= kLong) {
+    codedb::WriteModuleText(request_.folder, state_.module.number, text);
+    return pending.module.reset();
+  }
   const auto scan = std::make_shared<analysis::ScannedModule>(std::move(pending.module->scan));
   pending.module.reset();
   work_.Add(

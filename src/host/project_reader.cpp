@@ -78,7 +78,7 @@ std::string LastProjectText(const HostTree& tree, const std::vector<Ticked>& tic
 void DropIndex(codedb::CodeDatabase& database, const ReadRequest& request) noexcept {
   database.Rollback();
   database.CloseCodeDatabase();
-  codedb::DeleteScratchFiles(request.folder);
+  codedb::DeleteAllFiles(request.folder);
 }
 
 ReadReport Ended(ReadOutcome outcome, std::string message) {
@@ -129,7 +129,7 @@ ReadReport BuildIndex(codedb::CodeDatabase& database, const ReadRequest& request
 
 void ClearIndex(codedb::CodeDatabase& database, const ReadRequest& request) {
   database.CloseCodeDatabase();
-  codedb::DeleteScratchFiles(request.folder);
+  codedb::DeleteAllFiles(request.folder);
 }
 
 ReadModule Scan(const ReadRequest& request, WholeComponent whole) {

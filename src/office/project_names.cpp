@@ -32,6 +32,7 @@ struct Header {
 /// A line that begins a Sub or a Function. Property procedures are nobody's macro.
 bool ReadHeader(std::string_view line, Header& header) noexcept {
   std::string_view word = TakeWord(line);
+  if (word.empty()) return false;
   header.isPrivate = text::EqualsIgnoreCase(word, "Private");
   if (header.isPrivate || text::EqualsIgnoreCase(word, "Public") || text::EqualsIgnoreCase(word, "Friend")) {
     word = TakeWord(line);

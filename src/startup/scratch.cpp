@@ -29,7 +29,7 @@ bool IsRealFolder(const fs::path& path) {
 /// The folder with its files; one with sub-folders stays.
 void RemoveScratchFolder(const fs::path& folder) {
   if (!IsRealFolder(folder) || !IsScratchPath(folder)) return;
-  codedb::DeleteScratchFiles(folder);
+  codedb::DeleteAllFiles(folder);
   std::error_code ignored;
   fs::remove(folder, ignored);
 }

@@ -82,7 +82,7 @@ bool ProjectCommands::ReloadProject(const fs::path& folder, const std::string& t
 
 void ProjectCommands::ResetProject() {
   session_.Leave(globals_.RunTempFolder);
-  codedb::DeleteScratchFiles(globals_.RunTempFolder);
+  codedb::DeleteAllFiles(globals_.RunTempFolder);
 }
 
 bool ProjectCommands::ConfirmUnsaved() {

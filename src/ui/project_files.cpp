@@ -67,7 +67,7 @@ bool ProjectCommands::MayReplace(const fs::path& folder) {
 void ProjectCommands::WriteProject(const fs::path& source, const fs::path& folder) {
   fs::create_directories(folder.parent_path());
   codedb::ProjectReplacement project(folder);
-  codedb::CopyProject(source, project.Path());
+  codedb::CopyAllFiles(source, project.Path());
   readFiles_.Check(project.Replaced());
   project.Commit();
 }
@@ -100,7 +100,7 @@ bool ProjectCommands::SaveProject() {
     }
   }
   session_.MoveTo(folder, name);
-  if (source == globals_.RunTempFolder) codedb::DeleteScratchFiles(source);
+  if (source == globals_.RunTempFolder) codedb::DeleteAllFiles(source);
   AddRecentProject(folder);
   return true;
 }

@@ -8,10 +8,10 @@
 namespace quillmate::ui {
 namespace {
 
-/// A view index has 16 bits.
-constexpr std::size_t kMostViews = 32767;
-constexpr const char* kTooManyModulesText =
-    "Mehr als 32767 Module kann das Fenster nicht zeigen.\r\nBitte wählen Sie weniger aus !";
+std::string TooManyModulesText(std::size_t most) {
+  return "Mehr als " + std::to_string(most) +
+         " Module kann das Fenster nicht zeigen.\r\nBitte wählen Sie weniger aus !";
+}
 
 std::string NoFolderMessage(const startup::AppGlobals& globals) {
   return "Der Arbeitsordner konnte nicht angelegt werden in\r\n" +
@@ -72,8 +72,8 @@ void ProjectCommands::TellFailure(const host::ReadReport& report) {
 /// Reads the ticked modules and shows the project. A project on screen gives way first: the read empties the scratch
 /// folder that its modules may lie in.
 void ProjectCommands::ReadProject(const Reader& read) {
-  if (sources_.Projects().CheckedModules() > kMostViews) {
-    interaction_.Show(kTooManyModulesText, MessageIcon::kExclamation);
+  if (sources_.Projects().CheckedModules() > globals_.MostViews) {
+    interaction_.Show(TooManyModulesText(globals_.MostViews), MessageIcon::kExclamation);
     return;
   }
   if (sources_.Projects().AnyChecked() && !LeaveProject()) return;

@@ -66,6 +66,7 @@ bool OrderedWork::FinishFirst() {
     --next_;
     held_ -= first->bytes;
   }
+  waiting_.notify_all();
   first->finish(first->failure);
   return true;
 }
@@ -96,7 +97,8 @@ void OrderedWork::Help() {
 }
 
 OrderedWork::Piece* OrderedWork::Take() {
-  if (next_ == pieces_.size()) return nullptr;
+  // The first one is always done: what is held waits for it.
+  if (next_ == pieces_.size() || (next_ > 0 && held_ > kMostHeld)) return nullptr;
   Piece* const piece = pieces_[next_++].get();
   piece->state = Piece::State::kInWork;
   return piece;

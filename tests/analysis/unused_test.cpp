@@ -207,68 +207,6 @@ TEST(UnusedRoutines, WhatIsAReference) {
   for (const auto& c : cases) EXPECT_EQ(UnusedIn(c.text, c.names), c.unused) << c.text;
 }
 
-TEST(UnusedRoutines, Classes) {
-  FreshIndex index;
-  const char* const kinds[] = {"1", "2", "3", "5", "32"};
-  for (int module = 1; module <= 5; ++module) {
-    index.AddModule(module, "M" + std::to_string(module), kinds[module - 1]);
-    codedb::WriteModuleText(index.folder.Path(), {module}, "");
-  }
-  codedb::WriteModuleText(index.folder.Path(), {2},
-                          "\r\n|\237x||\237f|Sub|n\237| Band(control |\237f|As|n\237| IRibbonControl)|y\237|\r\n"
-                          "\r\n|\237x||\237f|Sub|n\237| Laden(x |\237f|As|n\237| IRibbonUI)|y\237|\r\n"
-                          "\tx = |\237s|\"Mappe.xls!laufen\"|n\237|: x.Nachbar: VERSCHRIEBEN |\237k|'Still|n\237|\r\n");
-  codedb::WriteModuleText(index.folder.Path(), {3},
-                          "Implements Lib.IKlasse\r\n"
-                          "|\237f|Private|n\237| |\237f|WithEvents|n\237| mApp |\237f|As|n\237| Application\r\n"
-                          "x Implements Anderes\r\n\tverschrieben2 Fern\r\n");
-  const struct {
-    int module;
-    const char *name, *kind, *visibility;
-    UnusedClass unused;
-  } routines[] = {
-      {1, "UserForm_Initialize", "1", "2", UnusedClass::kHost},
-      {1, "cmd_Ok_Click", "1", "2", UnusedClass::kHost},
-      {1, "cmd_Ok_Machen", "1", "2", UnusedClass::kCertain},
-      {1, "Form_Load", "1", "1", UnusedClass::kHost},
-      {1, "Workbook_Open", "1", "2", UnusedClass::kCertain},
-      {1, "Rechnen_Click", "2", "2", UnusedClass::kCertain},  // no event is a Function
-      {1, "_Click", "1", "2", UnusedClass::kCertain},
-      {2, "auto_open", "1", "1", UnusedClass::kHost},
-      {2, "Band", "1", "1", UnusedClass::kHost},
-      {2, "Laden", "1", "2", UnusedClass::kHost},
-      {2, "Blatt_Change", "1", "1", UnusedClass::kCertain},
-      {2, "Laufen", "1", "2", UnusedClass::kText},
-      {2, "Still", "1", "1", UnusedClass::kCertain},
-      {2, "Verschrieben", "2", "2", UnusedClass::kText},
-      {2, "Verschrieben2", "11", "2", UnusedClass::kCertain},  // the other spelling stands in another module
-      {3, "Class_Terminate", "1", "2", UnusedClass::kHost},
-      {3, "IKlasse_Tun", "2", "2", UnusedClass::kHost},
-      {3, "mapp_NewWorkbook", "1", "2", UnusedClass::kHost},
-      {3, "Anderes_Tun", "1", "2", UnusedClass::kCertain},
-      {3, "Nachbar", "1", "3", UnusedClass::kText},  // a Friend, called from another module
-      {3, "Fern$", "2", "1", UnusedClass::kText},    // called without its suffix
-      {4, "Workbook_Open", "1", "2", UnusedClass::kHost},
-      {4, "Workbook_Oeffnen", "1", "2", UnusedClass::kCertain},
-      {4, "Worksheet_Change", "11", "2", UnusedClass::kCertain},
-      {5, "UserControl_Resize", "1", "2", UnusedClass::kHost},
-  };
-  for (int number = 1; const auto& routine : routines) {
-    index.AddRoutine(number, routine.module, routine.name, routine.kind, routine.visibility);
-    const std::string name = routine.name;
-    index.SetSpan(number, name == "Band" ? 2 : name == "Laden" ? 4 : 9, 9);
-    ++number;
-  }
-  const std::vector<UnusedRoutine> unused = FindUnusedRoutines(index.database, index.folder.Path());
-  ASSERT_EQ(unused.size(), std::size(routines));
-  for (const UnusedRoutine& found : unused) {
-    const auto& routine = routines[found.routineNumber.value - 1];
-    EXPECT_EQ(found.routineName, routine.name);
-    EXPECT_EQ(found.moduleName, "M" + std::to_string(routine.module));
-    EXPECT_EQ(UnusedClassName(found.unused), UnusedClassName(routine.unused)) << routine.name;
-  }
-}
-
 TEST(UnusedRoutines, NeedTheModulesTexts) {
   FreshIndex index;
   EXPECT_TRUE(FindUnusedRoutines(index.database, index.folder.Path()).empty());

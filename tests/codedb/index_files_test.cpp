@@ -103,7 +103,7 @@ TEST(ModuleText, ExactlyOneLineBreakIsAdded) {
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
 }
 
-TEST(DeleteScratchFiles, OnlyFilesOfTheScratchRoot) {
+TEST(DeleteAllFiles, OnlyFilesOfTheScratchRoot) {
   const ScratchFolder folder;
   const fs::path root = folder.Path() / "TempDateien";
   const fs::path run = root / "T_1";
@@ -121,17 +121,17 @@ TEST(DeleteScratchFiles, OnlyFilesOfTheScratchRoot) {
   fs::create_directory_symlink(project, root / "T_2");
 #endif
 
-  DeleteScratchFiles(project);
-  DeleteScratchFiles(folder.Path() / "TempDateien alt");
-  DeleteScratchFiles(root / "T_2");
-  DeleteScratchFiles(root / "T_2" / "");
-  DeleteScratchFiles(root / ".." / "Projekt");
-  DeleteScratchFiles(root / "fehlt");
-  DeleteScratchFiles(run / "Quillmate.mdb");
-  DeleteScratchFiles({});
+  DeleteAllFiles(project);
+  DeleteAllFiles(folder.Path() / "TempDateien alt");
+  DeleteAllFiles(root / "T_2");
+  DeleteAllFiles(root / "T_2" / "");
+  DeleteAllFiles(root / ".." / "Projekt");
+  DeleteAllFiles(root / "fehlt");
+  DeleteAllFiles(run / "Quillmate.mdb");
+  DeleteAllFiles({});
   EXPECT_TRUE(fs::exists(run / "Quillmate.mdb"));
 
-  DeleteScratchFiles(run / "");
+  DeleteAllFiles(run / "");
   EXPECT_EQ(std::distance(fs::directory_iterator(run), {}), 1);
   for (const fs::path& left : {run / "Unterordner", root, project, folder.Path() / "TempDateien alt"}) {
     EXPECT_TRUE(fs::exists(left / "Quillmate.mdb")) << left;

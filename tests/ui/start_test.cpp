@@ -175,6 +175,18 @@ TEST_F(StartTest, AddsFilesAndFoldersAndForgetsWhatIsNoSource) {
   EXPECT_EQ(Tree("treApp").model()->rowCount(), 3);
 }
 
+TEST_F(StartTest, MoreModulesThanViewsAreNotRead) {
+  Start();
+  globals.MostViews = 1;
+  Tick(0);
+  Trigger("doit");
+  EXPECT_TRUE(platform.TakeText().startsWith("Mehr als 1 Module kann das Fenster nicht zeigen."));
+  EXPECT_TRUE(Tree("treApp").isVisible());
+  globals.MostViews = 2;
+  Trigger("doit");
+  EXPECT_FALSE(Tree("treApp").isVisible());
+}
+
 TEST_F(StartTest, AddingASourceLeavesTheProject) {
   const QStringList form = {QString::fromStdString(Beside("Form.frm"))};
   StartWithProject();

@@ -1,6 +1,5 @@
 #include "unused_classes.h"
 
-#include <optional>
 #include <utility>
 
 #include <quillmate/symbols/index_symbols.h>
@@ -10,25 +9,7 @@
 namespace quillmate::ui {
 namespace {
 
-using analysis::UnusedClass;
 using symbols::Grade;
-
-Grade GradeOf(UnusedClass unused) {
-  return unused == UnusedClass::kHost ? Grade::kHost : unused == UnusedClass::kText ? Grade::kText : Grade::kCertain;
-}
-
-QString UsualReason(Grade grade) {
-  switch (grade) {
-    case Grade::kCertain:
-      return QStringLiteral("Nichts im Projekt nennt diese Routine.");
-    case Grade::kHost:
-      return QStringLiteral("Der Host ruft sie auf: Ereignis, Startmakro oder Rückruf.");
-    case Grade::kText:
-      return QStringLiteral("Ihr Name steht in einer Zeichenkette oder in anderer Schreibung im Code.");
-    default:
-      return {};
-  }
-}
 
 QString ReasonOf(const symbols::RoutineGrade& unused) {
   const QString reason = FromUtf8(unused.reason);
@@ -38,8 +19,9 @@ QString ReasonOf(const symbols::RoutineGrade& unused) {
 
 }  // namespace
 
-QString GradeCaption(Grade grade) {
-  switch (grade) {
+QString GradeCaption(std::optional<Grade> grade) {
+  if (!grade) return {};
+  switch (*grade) {
     case Grade::kCertain:
       return QStringLiteral("sicher");
     case Grade::kHost:
@@ -66,15 +48,11 @@ std::vector<JudgedRoutine> Judge(std::vector<analysis::UnusedRoutine> routines, 
   for (std::size_t i = 0; i < routines.size(); ++i) {
     JudgedRoutine& one = judged.emplace_back();
     one.routine = std::move(routines[i]);
-    if (index) {
-      const auto start = starts[i].value > 0 ? std::optional(starts[i]) : std::nullopt;
-      const symbols::RoutineGrade found = index->GradeOf(one.routine.moduleNumber, one.routine.routineName, start);
-      one.grade = found.grade;
-      one.reason = ReasonOf(found);
-    } else {
-      one.grade = GradeOf(one.routine.unused);
-      one.reason = UsualReason(one.grade);
-    }
+    if (!index) continue;
+    const auto start = starts[i].value > 0 ? std::optional(starts[i]) : std::nullopt;
+    const symbols::RoutineGrade found = index->GradeOf(one.routine.moduleNumber, one.routine.routineName, start);
+    one.grade = found.grade;
+    one.reason = ReasonOf(found);
   }
   return judged;
 }

@@ -26,7 +26,10 @@ constexpr QSize kStartSize(560, 520);
 
 QString Summary(const std::vector<JudgedRoutine>& routines) {
   if (routines.empty()) return QStringLiteral("Jede Routine wird aufgerufen.");
-  const auto count = [&routines](Grade grade) { return std::ranges::count(routines, grade, &JudgedRoutine::grade); };
+  if (!routines.front().grade) return QStringLiteral("Routinen ohne Aufruf: %1").arg(routines.size());
+  const auto count = [&routines](Grade grade) {
+    return std::ranges::count(routines, std::optional(grade), &JudgedRoutine::grade);
+  };
   QString text = QStringLiteral("Routinen ohne Aufruf: %1 (%2 sicher, %3 vom Host, %4 per Text")
                      .arg(routines.size())
                      .arg(count(Grade::kCertain))

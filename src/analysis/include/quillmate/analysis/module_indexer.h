@@ -35,6 +35,8 @@ class ScannedModule {
 
   /// The marked-up text; in a module with ScanResult::numbersInText not before Insert.
   const std::string& MarkedText() const noexcept { return scan_.markedText; }
+  /// About how many bytes it holds.
+  std::size_t Size() const noexcept;
 
  private:
   ScanOptions options_;

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <quillmate/codedb/code_database.h>
@@ -18,19 +17,8 @@
 /// * The names are looked for one after the other, and each reference found is set apart from its surroundings before
 ///   the next name's turn. In "Foo3Name" the reference to "Name", when it comes first, makes "Foo3" one; a name that
 ///   holds another one, as "xZName" does, is no longer found after it.
-/// What is left is found on the code's own terms; buttons that a macro is assigned to and formulas in cells are not
-/// part of the code.
+/// Why nothing calls what is left, the understanding says.
 namespace quillmate::analysis {
-
-enum class UnusedClass {
-  kCertain,  // nothing in the code names it
-  kHost,     // the host calls it: an event handler by its module and name, a start-up macro, a ribbon call-back
-  kText      // something may call it: its name is in a string literal, as in Application.Run "Name", or in the code
-             // in another spelling, that of a Friend routine in another module
-};
-
-/// "sicher", "host" or "text".
-std::string_view UnusedClassName(UnusedClass unused) noexcept;
 
 struct UnusedRoutine {
   codedb::ModuleNumber moduleNumber;
@@ -38,7 +26,6 @@ struct UnusedRoutine {
   /// Windows-1252.
   std::string moduleName;
   std::string routineName;
-  UnusedClass unused = UnusedClass::kCertain;
 };
 
 /// The candidates without a reference by module; within a module first the public ones by name, then the others in the

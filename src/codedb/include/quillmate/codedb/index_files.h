@@ -43,7 +43,7 @@ std::string StoredCode(std::string_view fileText);
 /// Deletes the files directly in `folder`, provided that a part of its path is the scratch root "TempDateien", as it is
 /// written and with all links and ".." followed, and that `folder` itself is no link. Errors are ignored, symbolic
 /// links in it are removed, never followed; sub-folders stay.
-void DeleteScratchFiles(const std::filesystem::path& folder) noexcept;
+void DeleteAllFiles(const std::filesystem::path& folder) noexcept;
 
 /// The message for an index that can't be opened: "Projekt in " + folder + CR LF + "ist nicht mehr intakt". UTF-8.
 std::string BrokenProjectMessage(const std::filesystem::path& folder);

@@ -28,7 +28,7 @@ FolderState LookAtFolder(const std::filesystem::path& folder);
 std::vector<std::filesystem::path> ProjectFiles(const std::filesystem::path& folder);
 
 /// Copies a project's files into an existing folder. Throws files::FileError, DatabaseError for a damaged index.
-void CopyProject(const std::filesystem::path& from, const std::filesystem::path& to);
+void CopyAllFiles(const std::filesystem::path& from, const std::filesystem::path& to);
 
 /// A project that is being written. Failures are std::runtime_error, German, UTF-8; they name what is in the way.
 class ProjectReplacement {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -30,6 +31,8 @@ struct AppGlobals {
   std::string LastProjectFolder;
   std::string DefaultFolder;
   settings::Options Options;
+  /// Modules that the window can show: a view index has 16 bits.
+  std::size_t MostViews = 32767;
   codedb::CodeDatabase CodeDb;
 };
 

@@ -48,7 +48,7 @@ class OrderedWork {
 
   void StartThread();
   void Help();
-  /// The first piece that waits, now in work; null when none does.
+  /// The first piece that waits, now in work; null when none does, or when too much is held already.
   Piece* Take();
   void Do(Piece& piece, std::unique_lock<std::mutex>& lock);
 
