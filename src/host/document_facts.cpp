@@ -9,6 +9,7 @@
 #include <quillmate/language/parse.h>
 #include <quillmate/office/macro_target.h>
 #include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
 
 #include "document_facts_p.h"
 
@@ -51,6 +52,21 @@ std::string_view WordOf(Kind kind) {
   return found == kKinds.end() ? "sonstiges" : found->word;
 }
 
+std::string_view WordOf(office::OfficeHost host) {
+  switch (host) {
+    case office::OfficeHost::kExcel:
+      return "excel";
+    case office::OfficeHost::kWord:
+      return "word";
+    case office::OfficeHost::kPowerPoint:
+      return "powerpoint";
+    case office::OfficeHost::kAccess:
+      return "access";
+    default:
+      return {};
+  }
+}
+
 codedb::ControlFact FactOf(const office::Control& control) {
   constexpr std::string_view kUnknown = "unbekannt";
   codedb::ControlFact fact;
@@ -65,6 +81,35 @@ codedb::ControlFact FactOf(const office::Control& control) {
 }
 
 }  // namespace
+
+void TakeReferences(const std::vector<office::VbaReference>& references, std::string_view constants,
+                    codedb::ProjectFacts& facts) {
+  for (const office::VbaReference& reference : references) {
+    facts.references.push_back({reference.name, reference.version, reference.path, -1});
+  }
+  for (language::ConditionalConstant& constant : language::ParseConditionalConstants(constants)) {
+    facts.constants.push_back({std::move(constant.name), constant.value});
+  }
+}
+
+codedb::ProjectFacts ProjectFactsOf(const office::OfficeFile& file) {
+  codedb::ProjectFacts facts;
+  facts.name = file.project.name;
+  facts.host = WordOf(file.host);
+  facts.codePage = file.project.codePage;
+  TakeReferences(file.project.references, file.project.constants, facts);
+  TakeDocumentFacts(file.facts, facts);
+  return facts;
+}
+
+office::ModuleFile ModuleFileOf(const office::VbaModule& module) {
+  office::ModuleFile file;
+  static_cast<office::EditorText&>(file) = module;
+  file.name = text::CodeFromUtf8(module.name);
+  file.utf8Name = module.name;
+  file.type = module.type;
+  return file;
+}
 
 void TakeDocumentFacts(const office::DocumentFacts& document, codedb::ProjectFacts& facts) {
   const auto add = [&](const char* property, std::string value) {

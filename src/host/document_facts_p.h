@@ -10,6 +10,16 @@
 
 namespace quillmate::host {
 
+/// References and conditional constants of a project.
+void TakeReferences(const std::vector<office::VbaReference>& references, std::string_view constants,
+                    codedb::ProjectFacts& facts);
+
+/// A project of an Office file that was read, but for the file's path and hash.
+codedb::ProjectFacts ProjectFactsOf(const office::OfficeFile& file);
+
+/// A module of an Office file in the form in which a file of its own would give it.
+office::ModuleFile ModuleFileOf(const office::VbaModule& module);
+
 /// What a document says of itself, as rows of the facts.
 void TakeDocumentFacts(const office::DocumentFacts& document, codedb::ProjectFacts& facts);
 

@@ -7,7 +7,6 @@
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/files/paths.h>
-#include <quillmate/language/parse.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 #include <quillmate/workers/ordered_work.h>
@@ -110,31 +109,6 @@ fs::path FullPath(const fs::path& source) {
     full = files::RealPath(full.parent_path(), error) / name;
   }
   return full.has_filename() || full == full.root_path() ? full : full.parent_path();
-}
-
-std::string_view WordOf(office::OfficeHost host) {
-  switch (host) {
-    case office::OfficeHost::kExcel:
-      return "excel";
-    case office::OfficeHost::kWord:
-      return "word";
-    case office::OfficeHost::kPowerPoint:
-      return "powerpoint";
-    case office::OfficeHost::kAccess:
-      return "access";
-    default:
-      return {};
-  }
-}
-
-void TakeReferences(const std::vector<office::VbaReference>& references, std::string_view constants,
-                    codedb::ProjectFacts& facts) {
-  for (const office::VbaReference& reference : references) {
-    facts.references.push_back({reference.name, reference.version, reference.path, -1});
-  }
-  for (language::ConditionalConstant& constant : language::ParseConditionalConstants(constants)) {
-    facts.constants.push_back({std::move(constant.name), constant.value});
-  }
 }
 
 /// Fills in what the module's file says of it, or says why it can't be read.
@@ -315,11 +289,7 @@ void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office
   project.project.name = read.project.name.empty() ? CodeOfPath(file.stem()) : text::CodeFromUtf8(read.project.name);
   project.project.fileName = files::PathText(file);
   project.project.locked = read.project.protection.Locked();
-  project.facts.name = read.project.name;
-  project.facts.host = WordOf(read.host);
-  project.facts.codePage = read.project.codePage;
-  TakeReferences(read.project.references, read.project.constants, project.facts);
-  TakeDocumentFacts(read.facts, project.facts);
+  project.facts = ProjectFactsOf(read);
   project.outside = ModulesOf(read.facts);
   project.bindings = BindingsOf(read.facts, read.host, files::PathText(file.filename()));
   for (const office::VbaModule& module : read.project.modules) {
@@ -421,15 +391,6 @@ office::ModuleFile LoadModule(const ListedModule& module) {
   const SourceBytes content = ReadSourceFile(module.path, buffer, module.codePage);
   if (!content.problem.empty()) throw HostError(content.problem);
   return office::ParseModuleFile(content.bytes, module.extension);
-}
-
-office::ModuleFile ModuleFileOf(const office::VbaModule& module) {
-  office::ModuleFile file;
-  static_cast<office::EditorText&>(file) = module;
-  file.name = text::CodeFromUtf8(module.name);
-  file.utf8Name = module.name;
-  file.type = module.type;
-  return file;
 }
 
 }  // namespace quillmate::host

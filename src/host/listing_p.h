@@ -78,7 +78,4 @@ std::string NameOf(const ListedModule& module, const office::ModuleFile& file);
 /// The text of a file that holds a module. Throws HostError (the reason alone).
 office::ModuleFile LoadModule(const ListedModule& module);
 
-/// A module of an Office file in the form in which a file of its own would give it.
-office::ModuleFile ModuleFileOf(const office::VbaModule& module);
-
 }  // namespace quillmate::host

@@ -15,9 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The editor takes 65,534 lines of 1,023 characters.
-constexpr std::size_t kLargestFile = std::size_t{128} << 20U;
-
 /// Two zero bytes at an even offset, after the byte order mark.
 bool HasUtf16Nul(std::string_view bytes) noexcept {
   for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
@@ -53,11 +50,15 @@ bool HoldsText(std::string_view bytes) noexcept {
 
 SourceBytes ReadSourceFile(const fs::path& file, std::string& buffer, int codePage) {
   try {
-    buffer = files::ReadWholeFile(file, kLargestFile);
+    buffer = files::ReadWholeFile(file, kLargestSourceFile);
   } catch (const files::FileError& error) {
     if (error.Code() == std::errc::file_too_large) return {{}, "Datei ist zu groß für ein Modul"};
     return {{}, office::ProblemOfPath(file)};
   }
+  return DecodeSourceBytes(buffer, codePage);
+}
+
+SourceBytes DecodeSourceBytes(std::string& buffer, int codePage) {
   if (buffer.empty()) return {{}, "Datei ist leer"};
   CutTrailingNuls(buffer);
   if (buffer.empty() || !HoldsText(buffer)) return {{}, "Datei enthält keinen Text"};

@@ -19,7 +19,6 @@ namespace {
 using State = OfficeFile::State;
 
 constexpr const char* kBrokenDatabase = "Datei ist beschädigt: das Verzeichnis der Datenbank ist nicht lesbar";
-constexpr const char* kCompiled = "Datei ist kompiliert und enthält keinen Quelltext";
 
 /// Since 2002: the storages of the project lie in a table.
 std::optional<Storage::Id> ProjectIn(const Storage& storage) {
@@ -94,7 +93,7 @@ OfficeFile ReadAccessFile(ByteSource& source, const ReadOptions& options) {
   const bool compiled =
       !file.project.modules.empty() && std::none_of(file.project.modules.begin(), file.project.modules.end(),
                                                     [](const VbaModule& module) { return module.hasText; });
-  if (compiled) return Without(State::kFailed, kCompiled, OfficeHost::kAccess);
+  if (compiled) return Without(State::kFailed, reasons::kCompiled, OfficeHost::kAccess);
   MarkDocuments(database, file.project);
   const int codePage = file.project.codePage;
   return WithFacts(std::move(file), options,

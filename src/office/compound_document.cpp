@@ -23,7 +23,6 @@ using reasons::kWithoutMacros;
 constexpr const char* kBrokenCompound = "Datei ist beschädigt: ihr Verzeichnis ist nicht lesbar";
 constexpr const char* kPartOfDirectory = "Datei ist beschädigt: ein Teil ihres Verzeichnisses fehlt";
 constexpr const char* kBrokenPresentation = "Datei ist beschädigt: die Präsentation ist nicht lesbar";
-constexpr const char* kOfExcel95 = "Makros im Format von Excel 5.0 und 95 lassen sich nicht lesen";
 
 struct MainStream {
   const char* name;
@@ -69,7 +68,7 @@ OfficeFile ReadWithoutProject(const CompoundFile& file, OfficeHost host, std::op
   // A file that was cut off may have had a project.
   if (!file.WholeDirectory()) return Without(State::kFailed, kPartOfDirectory, host);
   // Before Excel 97 a project lay elsewhere and in another form.
-  if (file.FindPath(CompoundFile::kRoot, "_VBA_PROJECT/dir")) return Without(State::kFailed, kOfExcel95, host);
+  if (file.FindPath(CompoundFile::kRoot, "_VBA_PROJECT/dir")) return Without(State::kFailed, reasons::kOfExcel95, host);
   if (host != OfficeHost::kExcel || !mainStream.has_value()) return Without(State::kNoMacros, kWithoutMacros, host);
   PiecedSource workbook = file.OpenStream(*mainStream, file.Size());
   const bool macroSheets = HoldsMacroSheet(workbook);

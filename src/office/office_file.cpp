@@ -61,9 +61,12 @@ OfficeFile ReadOfficeFile(const std::filesystem::path& file, const ReadOptions& 
     const bool recognized = result.recognized;
     result = Without(State::kFailed, source.Problem());
     result.recognized = recognized;
+    result.cause = OfficeFile::Cause::kUnreadable;
   }
   return result;
 }
+
+bool LooksLikeOffice(std::string_view head) noexcept { return KindOf(head) != Kind::kUnknown; }
 
 std::span<const std::string_view> OfficeFileExtensions() noexcept { return kExtensions; }
 

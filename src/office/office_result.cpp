@@ -15,6 +15,14 @@ using State = OfficeFile::State;
 
 namespace {
 
+/// Whatever else fails is damage.
+OfficeFile::Cause CauseOf(std::string_view reason) noexcept {
+  using Cause = OfficeFile::Cause;
+  if (reason == reasons::kEncrypted) return Cause::kEncrypted;
+  if (reason == reasons::kCompiled) return Cause::kCompiled;
+  return reason == reasons::kTooLarge || reason == reasons::kOfExcel95 ? Cause::kUnsupported : Cause::kDamaged;
+}
+
 /// The designer data of a form lies in a storage of its name.
 void ReadForms(const Storage& file, Storage::Id storage, OfficeFile& result) {
   const CodePage codePage(result.project.codePage);
@@ -41,6 +49,7 @@ VbaModule ModuleOf(Excel4Sheet& sheet) {
 OfficeFile Without(State state, std::string reason, OfficeHost host) {
   OfficeFile file;
   file.state = state;
+  if (state == State::kFailed) file.cause = CauseOf(reason);
   file.reason = std::move(reason);
   file.host = host;
   return file;

@@ -15,6 +15,8 @@ namespace reasons {
 inline constexpr const char* kNoOffice = "Datei ist keine Office-Datei";
 inline constexpr const char* kWithoutMacros = "Datei enthält keine Makros";
 inline constexpr const char* kEncrypted = "Datei ist mit einem Kennwort verschlüsselt";
+inline constexpr const char* kCompiled = "Datei ist kompiliert und enthält keinen Quelltext";
+inline constexpr const char* kOfExcel95 = "Makros im Format von Excel 5.0 und 95 lassen sich nicht lesen";
 inline constexpr const char* kTooLarge = "Makroprojekt ist zu groß (mehr als 128 MB)";
 inline constexpr const char* kBrokenProject = "Datei ist beschädigt: das Makroprojekt ist nicht lesbar";
 inline constexpr const char* kBrokenEntry = "Datei ist beschädigt: das Makroprojekt lässt sich nicht entpacken";

@@ -45,7 +45,12 @@ struct OfficeFile {
     kFailed      // empty, not readable, encrypted, compiled, damaged, or too large
   };
 
+  /// What kept a failed file from being read.
+  enum class Cause { kNone, kDamaged, kEncrypted, kCompiled, kUnsupported, kUnreadable };
+
   State state = State::kFailed;
+  /// kNone unless the state is kFailed.
+  Cause cause = Cause::kNone;
   /// True when its first bytes are those of a kind of file that this room reads: whatever its name, it is no text.
   bool recognized = false;
   /// Why there is no project: German, UTF-8, one line, without the file's name. Empty when there is one.
@@ -59,6 +64,9 @@ struct OfficeFile {
 /// Reads the project and the facts of a file, or of bytes from anywhere. Never throws for what lies in it.
 OfficeFile ReadOfficeFile(const std::filesystem::path& file, const ReadOptions& options = {});
 OfficeFile ReadOfficeFile(ByteSource& source, const ReadOptions& options = {});
+
+/// True when the first bytes of a file, 32 at best, are those of a kind that this room reads.
+bool LooksLikeOffice(std::string_view head) noexcept;
 
 /// The extensions of files that can hold macros, without dots, in lower case: for the choice of files in a dialog or a
 /// folder.
