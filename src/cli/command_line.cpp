@@ -121,6 +121,15 @@ void TakeIgnored(Invocation& invocation, std::string_view value) {
   }
 }
 
+/// "3/16"
+void TakeShard(Invocation& invocation, std::string_view value) {
+  const std::string_view part = text::TextBefore(value, "/");
+  if (part.size() == value.size()) throw UsageError("--shard erwartet TEIL/TEILE statt " + Quoted(value));
+  invocation.shard = PositiveNumber("--shard", part);
+  invocation.shards = PositiveNumber("--shard", value.substr(part.size() + 1));
+  if (invocation.shard > invocation.shards) throw UsageError("So viele Teile gibt es nicht: --shard " + Quoted(value));
+}
+
 constexpr std::array kOptions{
     OptionSpec{"-o", "ZIEL", "schreibt in die Datei (index, site: in den Ordner); - ist die Standardausgabe",
                kTakesOutput, TakeOutput},
@@ -207,6 +216,26 @@ constexpr std::array kOptions{
                kTakesHost, [](Invocation& i, std::string_view) { i.host = true; }},
     OptionSpec{"--excel4", "", "nimmt die Formeln von Excel-4-Makroblättern als Module, wo die Datei sie als Text hat",
                kTakesHost, [](Invocation& i, std::string_view) { i.excel4 = true; }},
+    OptionSpec{"--files-from", "DATEI", "nimmt die Zeilen der Datei als weitere Wurzeln; - ist die Standardeingabe",
+               kTakesInventory, [](Invocation& i, std::string_view value) { i.filesFrom = value; }},
+    OptionSpec{"--exclude", "MUSTER",
+               "lässt Dateien und Ordner aus, deren Name so lautet (mit / darin: deren Pfad); mehrfach möglich",
+               kTakesInventory, [](Invocation& i, std::string_view value) { i.exclude.emplace_back(value); }},
+    OptionSpec{"--shard", "TEIL/TEILE", "nur diesen von so vielen Teilen, z.B. 3/16", kTakesInventory, TakeShard},
+    OptionSpec{"--jobs", "N", "so viele Dateien werden zugleich gelesen; Vorgabe: eine je Kern", kTakesInventory,
+               [](Invocation& i, std::string_view value) { i.jobs = PositiveNumber("--jobs", value); }},
+    OptionSpec{"--time-limit", "S", "so viele Sekunden darf eine Datei brauchen; Vorgabe: 60", kTakesInventory,
+               [](Invocation& i, std::string_view value) { i.timeLimit = PositiveNumber("--time-limit", value); }},
+    OptionSpec{"--memory-limit", "MB", "so viel Speicher darf ein Leser haben; Vorgabe: 2048", kTakesInventory,
+               [](Invocation& i, std::string_view value) { i.memoryLimit = PositiveNumber("--memory-limit", value); }},
+    OptionSpec{"--retry", "", "liest auch noch einmal, was zu lange dauerte oder den Leser abstürzen ließ",
+               kTakesInventory, [](Invocation& i, std::string_view) { i.retry = true; }},
+    OptionSpec{"--since", "LAUF", "nur was seit diesem Lauf neu, geändert oder verschwunden ist", kTakesInventory,
+               [](Invocation& i, std::string_view value) { i.since = PositiveNumber("--since", value); }},
+    OptionSpec{"--xlsx", "DATEI", "schreibt den Bericht als Arbeitsmappe", kTakesInventory,
+               [](Invocation& i, std::string_view value) { i.xlsxFile = value; }},
+    OptionSpec{"--html", "DATEI", "schreibt den Bericht als eine Seite, die nichts weiter braucht", kTakesInventory,
+               [](Invocation& i, std::string_view value) { i.htmlFile = value; }},
     OptionSpec{"--option", "SCHLÜSSEL=WERT", "setzt eine Einstellung, z.B. einr=-1; mehrfach möglich", kAnyCommand,
                TakeSetting, "fkey fkom fstr rouf aufk leer vor rer rle meld einr stapro tab font usb"},
     OptionSpec{"--user-settings", "", "geht von den gespeicherten Einstellungen aus", kAnyCommand,

@@ -80,6 +80,17 @@ struct Invocation {
   bool host = false;
   /// Formulas of Excel 4 macro sheets are modules.
   bool excel4 = false;
+  /// What the inventory leaves out and how it reads: ScanOptions of the inventory's scan.h; 0 for its defaults.
+  std::vector<std::string> exclude;
+  std::uint32_t shard = 1;
+  std::uint32_t shards = 1;
+  std::uint32_t jobs = 0;
+  std::uint32_t timeLimit = 0;
+  std::uint32_t memoryLimit = 0;
+  bool retry = false;
+  /// The report tells what has changed since that run.
+  std::uint32_t since = 0;
+  std::optional<std::string> xlsxFile;
   /// Host selector of the edition.
   int edition = 0;
   /// Settings keys with their texts, in the order given.
@@ -115,6 +126,7 @@ enum OptionSet : std::uint64_t {
   kTakesLimit = 1ULL << 23U,
   kTakesCompare = 1ULL << 24U,
   kTakesTextconv = 1ULL << 25U,
+  kTakesInventory = 1ULL << 26U,
 };
 
 /// One row of the table that the parser, the help, the manual page and the completion of the shell share.

@@ -71,6 +71,11 @@ constexpr std::array kCommands{
     Command{"metrics", "[--json | --csv] [-o DATEI] EINGABE...",
             "Größe, Komplexität und Aufrufe jeder Routine und jedes Moduls, mit den Definitionen der Zahlen",
             kTakesJson | kTakesCsv | kTakesOutput | kTakesHost, 0, 1, RunMetrics},
+    Command{"inventory",
+            "scan -o BESTAND [--shard TEIL/TEILE] [--exclude MUSTER] WURZEL... | merge -o BESTAND TEIL... | report "
+            "[--json | --csv] [--xlsx DATEI] [--html DATEI] [--since LAUF] BESTAND",
+            "der Bestand ganzer Ablagen in einer Datenbank: lesen, Teile zusammenführen, berichten",
+            kTakesInventory | kTakesJson | kTakesCsv | kTakesOutput, 1, 1, RunInventory},
 };
 
 constexpr std::size_t kTextColumn = 28;
@@ -123,6 +128,13 @@ constexpr std::string_view kCompareHelp =
     "\nRückgabewert: 0 gleich, 1 verschieden, 2 falscher Aufruf, 3 eine Seite ist nicht oder nicht ganz lesbar.\n"
     "Was eine Seite nicht hergibt, wird genannt und gilt nie als entfallen.\n";
 
+constexpr std::string_view kInventoryHelp =
+    "\nscan liest alles unter den WURZELn, was Makros enthalten kann, in die Datenbank BESTAND; der nächste Lauf\n"
+    "liest nur, was sich geändert hat. merge führt Teile zusammen, die mit --shard entstanden sind, in beliebiger\n"
+    "Reihenfolge und beliebig oft. report sagt, was im Bestand steht; ohne Option als Übersicht.\n"
+    "\nRückgabewert: 0 erledigt, 1 eine Wurzel fehlt, ein Ordner ist nicht lesbar oder der Lauf wurde abgebrochen,\n"
+    "2 falscher Aufruf. Dateien, die sich nicht lesen lassen, stehen mit dem Grund im Bestand.\n";
+
 constexpr std::string_view kEncodingHelp =
     "\ntext, rtf, html und clip schreiben Windows-1252, alles andere ist UTF-8; ein Terminal bekommt immer\n"
     "UTF-8, Steuerzeichen als \\u001b.\n"
@@ -152,6 +164,7 @@ std::string HelpText(const Command* command) {
     text.append("\n").append(command->name).append(": ").append(command->summary).append("\n");
     text += OptionList(command->options | kAnyCommand);
     if (command->run == RunCompare) return text.append(kCompareHelp);
+    if (command->run == RunInventory) return text.append(kInventoryHelp);
     return command->minInputs > 0 ? text.append(kInputHelp) : text;
   }
   text += "\nDokumentiert den Makrocode von Office-Dateien und VB-Projekten ohne Fenster.\n";

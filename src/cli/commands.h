@@ -57,5 +57,6 @@ void RunTags(const Invocation& invocation);
 void RunMetrics(const Invocation& invocation);
 void RunCheck(const Invocation& invocation);
 void RunDigest(const Invocation& invocation);
+void RunInventory(const Invocation& invocation);
 
 }  // namespace quillmate::cli

@@ -4,6 +4,7 @@
 
 #include <quillmate/files/file_error.h>
 #include <quillmate/files/work_folder.h>
+#include <quillmate/inventory/scan.h>
 #include <quillmate/startup/edition.h>
 
 #include "commands.h"
@@ -43,6 +44,11 @@ void RunInvocation(Invocation& invocation) {
   }
 }
 
+void EndInOrder() {
+  inventory::StopScans();
+  files::RemoveWorkFolders();
+}
+
 /// The one place where failures become messages and the exit status.
 int RunProgram(const std::vector<std::string>& arguments) {
   Invocation invocation;
@@ -72,6 +78,11 @@ int RunProgram(const std::vector<std::string>& arguments) {
 int main(int argc, char** argv) {
   quillmate::cli::PrepareStandardStreams();
   quillmate::cli::ReturnLargeBlocks();
-  quillmate::cli::OnEndingSignal(quillmate::files::RemoveWorkFolders);
-  return quillmate::cli::RunProgram(quillmate::cli::Arguments(argc, argv));
+  const std::vector<std::string> arguments = quillmate::cli::Arguments(argc, argv);
+  // One of the processes that a scan of the inventory lets read.
+  if (arguments == std::vector<std::string>{quillmate::inventory::kReaderArgument}) {
+    return quillmate::inventory::RunReader();
+  }
+  quillmate::cli::OnEndingSignal(quillmate::cli::EndInOrder);
+  return quillmate::cli::RunProgram(arguments);
 }

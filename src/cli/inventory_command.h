@@ -1,0 +1,12 @@
+#pragma once
+
+#include "command_line.h"
+
+/// The commands behind `inventory`; what they need from the command line stands in the invocation, the first input is
+/// the command's name.
+namespace quillmate::cli {
+
+void RunInventoryScan(const Invocation& invocation);
+void RunInventoryMerge(const Invocation& invocation);
+
+}  // namespace quillmate::cli

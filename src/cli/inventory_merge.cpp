@@ -1,0 +1,31 @@
+#include <filesystem>
+#include <vector>
+
+#include <quillmate/files/paths.h>
+#include <quillmate/inventory/merge.h>
+
+#include "inventory_command.h"
+#include "messages.h"
+#include "output.h"
+#include "progress_line.h"
+
+namespace quillmate::cli {
+
+void RunInventoryMerge(const Invocation& invocation) {
+  if (!invocation.output || *invocation.output == "-") throw UsageError("Hinter merge fehlt -o BESTAND");
+  std::vector<std::filesystem::path> parts;
+  for (std::size_t i = 1; i < invocation.inputs.size(); ++i) {
+    parts.push_back(files::PathFromText(invocation.inputs[i]));
+    if (invocation.inputs[i] == *invocation.output) throw UsageError("Ein Teil ist der Bestand selbst");
+  }
+  std::size_t done = 0;
+  {
+    ProgressLine line;
+    inventory::Merge(files::PathFromText(*invocation.output), parts, [&](const std::filesystem::path&) {
+      line.Show(std::to_string(++done) + " von " + std::to_string(parts.size()) + " Teilen");
+    });
+  }
+  WriteWhole(std::nullopt, std::to_string(done) + (done == 1 ? " Teil" : " Teile") + " zusammengeführt\n");
+}
+
+}  // namespace quillmate::cli

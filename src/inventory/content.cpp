@@ -1,0 +1,182 @@
+#include <algorithm>
+#include <array>
+
+#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/file_error.h>
+#include <quillmate/files/paths.h>
+#include <quillmate/host/office_facts.h>
+#include <quillmate/inventory/content.h>
+#include <quillmate/office/byte_source.h>
+#include <quillmate/office/module_file.h>
+#include <quillmate/office/office_file.h>
+#include <quillmate/text/operations.h>
+
+#include "code_rows_p.h"
+
+namespace quillmate::inventory {
+namespace {
+
+using office::OfficeFile;
+
+constexpr std::array<std::string_view, kStateCount> kWords{"makros",        "keine",      "excel4",     "gesperrt",
+                                                           "verschlüsselt", "kompiliert", "beschädigt", "zeitlimit",
+                                                           "abgestürzt",    "unlesbar",   "fremd"};
+
+std::string_view FormatOf(office::OfficeHost host) {
+  switch (host) {
+    case office::OfficeHost::kExcel:
+      return "excel";
+    case office::OfficeHost::kWord:
+      return "word";
+    case office::OfficeHost::kPowerPoint:
+      return "powerpoint";
+    case office::OfficeHost::kAccess:
+      return "access";
+    default:
+      return "office";
+  }
+}
+
+State StateOf(const OfficeFile& file) {
+  using Cause = OfficeFile::Cause;
+  if (file.state == OfficeFile::State::kRead) {
+    return file.project.protection.Locked() ? State::kLocked : State::kMacros;
+  }
+  if (!file.facts.excel4.empty()) return State::kExcel4;
+  if (file.state != OfficeFile::State::kFailed) return State::kNone;
+  switch (file.cause) {
+    case Cause::kEncrypted:
+      return State::kEncrypted;
+    case Cause::kCompiled:
+      return State::kCompiled;
+    case Cause::kUnsupported:
+    case Cause::kUnreadable:
+      return State::kUnreadable;
+    default:
+      return State::kDamaged;
+  }
+}
+
+std::string ProtectionOf(const office::VbaProtection& protection) {
+  if (protection.Locked()) return protection.password ? "gesperrt, mit Kennwort" : "gesperrt";
+  return protection.password ? "Kennwort" : "";
+}
+
+std::string Joined(const std::vector<std::string>& lines) {
+  constexpr std::size_t kMost = 2000;
+  std::string text;
+  for (const std::string& line : lines) {
+    if (text.size() > kMost) return text + "; ...";
+    text.append(text.empty() ? "" : "; ").append(line);
+  }
+  return text;
+}
+
+void TakeDocument(const OfficeFile& file, Content& content) {
+  const office::DocumentProperties& properties = file.facts.properties;
+  content.format = FormatOf(file.host);
+  content.reason = file.reason.empty() ? Joined(file.project.warnings) : file.reason;
+  content.codePage = file.project.codePage;
+  content.project = file.project.name;
+  content.protection = ProtectionOf(file.project.protection);
+  content.isSigned = file.facts.isSigned;
+  content.title = properties.title;
+  content.author = properties.author;
+  content.lastAuthor = properties.lastAuthor;
+  content.company = properties.company;
+  content.application = properties.application;
+  content.created = properties.created;
+  content.modified = properties.modified;
+  content.excel4Sheets = static_cast<std::uint32_t>(file.facts.excel4.size());
+  for (const office::VbaReference& reference : file.project.references) {
+    content.references.push_back({reference.name, reference.version, reference.path, reference.toProject});
+  }
+  for (const std::string& link : file.facts.externalLinks) content.links.push_back({"verknüpfung", link});
+  for (const office::LinkedTable& table : file.facts.linkedTables) {
+    if (!table.database.empty()) content.links.push_back({"tabelle", table.database});
+  }
+}
+
+Content OfficeContent(OfficeFile file) {
+  Content content;
+  content.state = StateOf(file);
+  TakeDocument(file, content);
+  if (content.state == State::kMacros) {
+    // By no name at all: copies under other names are the same content.
+    codedb::Facts facts = host::TakeOfficeFacts(file, {});
+    for (const codedb::BindingFact& binding : facts.bindings) {
+      content.bindings.push_back({binding.kind, binding.module, binding.text, binding.place});
+    }
+    TakeCode(std::move(facts), content);
+  }
+  return content;
+}
+
+/// A module file that did not lie in memory; what is too large for one is no module.
+std::string LargeFile(const std::filesystem::path& file) {
+  constexpr std::size_t kMost = std::size_t{128} << 20U;
+  try {
+    return files::ReadWholeFile(file, kMost);
+  } catch (const files::FileError&) {
+    return {};
+  }
+}
+
+Content ModuleContent(std::string bytes, const std::string& extension) {
+  Content content;
+  content.format = "modul";
+  std::optional<codedb::Facts> facts = host::ModuleFileFacts(std::move(bytes), extension, {}, content.reason);
+  content.state = facts ? State::kMacros : State::kNone;
+  if (facts) TakeCode(std::move(*facts), content);
+  return content;
+}
+
+}  // namespace
+
+std::string_view Word(State state) noexcept { return kWords[static_cast<std::size_t>(state)]; }
+
+std::optional<State> StateFromWord(std::string_view word) noexcept {
+  const auto* const found = std::find(kWords.begin(), kWords.end(), word);
+  if (found == kWords.end()) return std::nullopt;
+  return static_cast<State>(found - kWords.begin());
+}
+
+bool IsUnread(State state) noexcept { return state >= State::kLocked && state <= State::kUnreadable; }
+
+NameHint HintOf(const std::filesystem::path& file) {
+  std::string extension = files::PathText(file.extension());
+  NameHint hint;
+  // Beside an open document Office puts a file that only says who has it open.
+  if (extension.empty() || files::PathText(file.filename()).starts_with("~$")) return hint;
+  extension.erase(0, 1);
+  const auto known = office::OfficeFileExtensions();
+  hint.office = std::any_of(known.begin(), known.end(),
+                            [&](std::string_view each) { return text::EqualsIgnoreCase(each, extension); });
+  if (office::IsModuleFileExtension(extension)) {
+    for (char& c : extension) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    hint.module = extension;
+  }
+  return hint;
+}
+
+bool MayHoldMacros(std::string_view head, const NameHint& hint) noexcept {
+  return hint.office || !hint.module.empty() || office::LooksLikeOffice(head);
+}
+
+Content ReadContent(std::string_view bytes, const std::filesystem::path& file, const NameHint& hint) {
+  const office::ReadOptions options{.facts = true};
+  OfficeFile read;
+  if (bytes.empty()) {
+    read = office::ReadOfficeFile(file, options);
+  } else {
+    office::MemorySource source(bytes);
+    read = office::ReadOfficeFile(source, options);
+  }
+  // A packed file of another kind, whatever it is called.
+  if (read.recognized && read.state == OfficeFile::State::kNotOffice) return {};
+  if (read.recognized || hint.office) return OfficeContent(std::move(read));
+  if (hint.module.empty()) return {};
+  return ModuleContent(bytes.empty() ? LargeFile(file) : std::string(bytes), hint.module);
+}
+
+}  // namespace quillmate::inventory

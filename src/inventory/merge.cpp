@@ -1,0 +1,145 @@
+#include <string>
+
+#include <quillmate/files/paths.h>
+#include <quillmate/inventory/merge.h>
+
+#include "schema_p.h"
+#include "sqlite_p.h"
+
+namespace quillmate::inventory {
+namespace {
+
+/// What took too long or crashed somewhere may have been read elsewhere.
+constexpr const char* kFailed = "IN ('zeitlimit', 'abgestürzt')";
+
+/// Numbers of the part's rows and what they are here. A content is `fresh` when its rows come from the part.
+constexpr const char* kMaps = R"sql(
+CREATE TEMP TABLE mlauf(alt INTEGER PRIMARY KEY, neu INTEGER NOT NULL);
+CREATE TEMP TABLE mordner(alt INTEGER PRIMARY KEY, neu INTEGER NOT NULL);
+CREATE TEMP TABLE minhalt(alt INTEGER PRIMARY KEY, neu INTEGER NOT NULL, frisch INTEGER NOT NULL);
+)sql";
+
+std::string WithColumns(std::string_view columns, std::string_view prefix) {
+  std::string text(prefix);
+  for (std::size_t at = 0; at < columns.size(); ++at) {
+    text += columns[at];
+    if (columns[at] == ' ') text += prefix;
+  }
+  return text;
+}
+
+void TakeRuns(Database& database) {
+  database.Run(R"sql(
+INSERT OR IGNORE INTO main.lauf(kennung, begonnen, beendet, zustand, programm, quellen, anteil, dateien, gelesen,
+  unveraendert, verschwunden) SELECT kennung, begonnen, beendet, zustand, programm, quellen, anteil, dateien, gelesen,
+  unveraendert, verschwunden FROM teil.lauf ORDER BY begonnen, kennung;
+INSERT INTO mlauf SELECT t.nr, l.nr FROM teil.lauf t JOIN main.lauf l ON l.kennung = t.kennung;
+UPDATE main.lauf SET (beendet, zustand, dateien, gelesen, unveraendert, verschwunden) =
+  (SELECT t.beendet, t.zustand, t.dateien, t.gelesen, t.unveraendert, t.verschwunden FROM teil.lauf t
+   WHERE t.kennung = main.lauf.kennung)
+  WHERE zustand = 'läuft' AND nr IN (SELECT neu FROM mlauf);
+INSERT OR IGNORE INTO main.pruefung SELECT * FROM teil.pruefung;
+)sql");
+}
+
+/// A folder that one part could list and another could not is one that can be listed.
+void TakeFolders(Database& database) {
+  database.Run(R"sql(
+INSERT INTO main.ordner(pfad, lauf, grund) SELECT t.pfad, m.neu, t.grund FROM teil.ordner t
+  LEFT JOIN mlauf m ON m.alt = t.lauf WHERE true
+  ON CONFLICT(pfad) DO UPDATE SET grund = CASE WHEN lauf IS NULL AND excluded.lauf IS NOT NULL THEN excluded.grund
+    WHEN excluded.lauf IS NULL THEN grund ELSE min(grund, excluded.grund) END, lauf = max(coalesce(lauf, excluded.lauf),
+    coalesce(excluded.lauf, lauf));
+INSERT INTO mordner SELECT t.nr, o.nr FROM teil.ordner t JOIN main.ordner o ON o.pfad = t.pfad;
+)sql");
+}
+
+void TakeContents(Database& database) {
+  const std::string failed = kFailed;
+  // Contents that are not here, or worse here than there.
+  database.Run(("INSERT INTO minhalt SELECT t.nr, coalesce(i.nr, 0), i.nr IS NULL OR t.fassung > i.fassung OR "
+                "(t.fassung = i.fassung AND i.zustand " +
+                failed + " AND (t.zustand NOT " + failed +
+                " OR (t.zustand, t.grund) < (i.zustand, i.grund))) FROM teil.inhalt t LEFT JOIN main.inhalt i ON "
+                "i.pruefsumme = t.pruefsumme AND i.art = t.art")
+                   .c_str());
+  for (const ContentTable& table : kContentTables) {
+    database.Run(("DELETE FROM main." + std::string(table.name) +
+                  " WHERE inhalt IN (SELECT neu FROM minhalt WHERE frisch AND neu <> 0)")
+                     .c_str());
+  }
+  const std::string columns = kContentColumns;
+  database.Run(("INSERT INTO main.inhalt(nr, " + columns + ") SELECT nullif(m.neu, 0), " + WithColumns(columns, "t.") +
+                " FROM teil.inhalt t JOIN minhalt m ON m.alt = t.nr WHERE m.frisch AND m.neu = 0")
+                   .c_str());
+  database.Run(("UPDATE main.inhalt SET (" + columns + ") = (SELECT " + WithColumns(columns, "t.") +
+                " FROM minhalt m JOIN teil.inhalt t ON t.nr = m.alt WHERE m.neu = main.inhalt.nr) WHERE nr IN (SELECT "
+                "neu FROM minhalt WHERE frisch AND neu <> 0);"
+                "UPDATE minhalt SET neu = (SELECT i.nr FROM teil.inhalt t JOIN main.inhalt i ON i.pruefsumme = "
+                "t.pruefsumme AND i.art = t.art WHERE t.nr = minhalt.alt) WHERE neu = 0")
+                   .c_str());
+  for (const ContentTable& table : kContentTables) {
+    // In the order in which the rows lie here.
+    database.Run(("INSERT INTO main." + std::string(table.name) + " SELECT m.neu, t.folge, " +
+                  WithColumns(table.columns, "t.") + " FROM minhalt m CROSS JOIN teil." + table.name +
+                  " t ON t.inhalt = m.alt WHERE m.frisch ORDER BY m.neu, t.folge")
+                     .c_str());
+  }
+}
+
+void TakeFiles(Database& database) {
+  database.Run(R"sql(
+INSERT INTO main.datei(ordner, name, groesse, zeit, inhalt, zustand, grund, erstmals, geaendert, verschwunden)
+  SELECT o.neu, t.name, t.groesse, t.zeit, i.neu, t.zustand, t.grund, e.neu, g.neu, v.neu FROM teil.datei t
+  JOIN mordner o ON o.alt = t.ordner LEFT JOIN minhalt i ON i.alt = t.inhalt JOIN mlauf e ON e.alt = t.erstmals
+  JOIN mlauf g ON g.alt = t.geaendert LEFT JOIN mlauf v ON v.alt = t.verschwunden WHERE true ORDER BY o.neu, t.name
+  ON CONFLICT(ordner, name) DO UPDATE SET groesse = excluded.groesse, zeit = excluded.zeit, inhalt = excluded.inhalt,
+    zustand = excluded.zustand, grund = excluded.grund, geaendert = excluded.geaendert,
+    verschwunden = excluded.verschwunden
+  WHERE (SELECT (begonnen, kennung) > (SELECT begonnen, kennung FROM main.lauf WHERE nr =
+    coalesce(datei.verschwunden, datei.geaendert)) FROM main.lauf WHERE nr =
+    coalesce(excluded.verschwunden, excluded.geaendert));
+-- What was read in the meantime counts for all files of that content.
+UPDATE main.datei SET zustand = (SELECT zustand FROM main.inhalt WHERE nr = main.datei.inhalt)
+  WHERE inhalt IN (SELECT neu FROM minhalt WHERE frisch);
+UPDATE main.datei SET erstmals = (SELECT e.neu FROM teil.datei t JOIN mordner o ON o.alt = t.ordner JOIN mlauf e ON
+    e.alt = t.erstmals WHERE o.neu = main.datei.ordner AND t.name = main.datei.name)
+  WHERE (ordner, name) IN (SELECT o.neu, t.name FROM teil.datei t JOIN mordner o ON o.alt = t.ordner JOIN mlauf e ON
+    e.alt = t.erstmals JOIN main.lauf l ON l.nr = e.neu JOIN main.datei d ON d.ordner = o.neu AND d.name = t.name
+    JOIN main.lauf k ON k.nr = d.erstmals WHERE (l.begonnen, l.kennung) < (k.begonnen, k.kennung));
+)sql");
+}
+
+void MergePart(Database& database, const std::filesystem::path& part) {
+  // Looked at by itself first: a file that is none must not be made by opening it.
+  Database other(part, Database::Mode::kRead);
+  CheckSchema(other);
+  Statement attach(database, "ATTACH ? AS teil");
+  const std::string path = files::PathText(files::AbsolutePath(part));
+  attach.Add(path).Run();
+  database.Run(kMaps);
+  database.Run("BEGIN IMMEDIATE");
+  TakeRuns(database);
+  TakeFolders(database);
+  TakeContents(database);
+  TakeFiles(database);
+  database.Run("COMMIT; DROP TABLE mlauf; DROP TABLE mordner; DROP TABLE minhalt");
+  database.Run("DETACH teil");
+}
+
+}  // namespace
+
+void Merge(const std::filesystem::path& database, const std::vector<std::filesystem::path>& parts,
+           const std::function<void(const std::filesystem::path&)>& done) {
+  Database whole(database, Database::Mode::kCreate);
+  whole.Run(
+      "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=TRUNCATE; PRAGMA synchronous=NORMAL;"
+      "PRAGMA cache_size=-65536; PRAGMA temp_store=MEMORY");
+  PrepareSchema(whole);
+  for (const std::filesystem::path& part : parts) {
+    MergePart(whole, part);
+    if (done) done(part);
+  }
+}
+
+}  // namespace quillmate::inventory

@@ -1,0 +1,165 @@
+#include <quillmate/checks/checks.h>
+#include <quillmate/inventory/schema.h>
+#include <quillmate/inventory/store_error.h>
+
+#include "schema_p.h"
+
+namespace quillmate::inventory {
+namespace {
+
+/// "QmBe"
+constexpr std::int64_t kApplication = 0x516D4265;
+
+constexpr const char* kTables = R"sql(
+CREATE TABLE lauf(nr INTEGER PRIMARY KEY, kennung TEXT NOT NULL UNIQUE, begonnen TEXT NOT NULL, beendet TEXT,
+  zustand TEXT NOT NULL, programm TEXT NOT NULL, quellen TEXT NOT NULL, anteil TEXT NOT NULL,
+  dateien INTEGER NOT NULL DEFAULT 0, gelesen INTEGER NOT NULL DEFAULT 0, unveraendert INTEGER NOT NULL DEFAULT 0,
+  verschwunden INTEGER NOT NULL DEFAULT 0);
+CREATE TABLE ordner(nr INTEGER PRIMARY KEY, pfad TEXT NOT NULL UNIQUE, lauf INTEGER REFERENCES lauf,
+  grund TEXT NOT NULL DEFAULT '');
+CREATE TABLE inhalt(nr INTEGER PRIMARY KEY, pruefsumme TEXT NOT NULL, art TEXT NOT NULL, fassung INTEGER NOT NULL,
+  groesse INTEGER NOT NULL, zustand TEXT NOT NULL, grund TEXT NOT NULL, format TEXT NOT NULL,
+  codepage INTEGER NOT NULL, projekt TEXT NOT NULL, schutz TEXT NOT NULL, signiert INTEGER, titel TEXT NOT NULL,
+  autor TEXT NOT NULL, zuletzt_von TEXT NOT NULL, firma TEXT NOT NULL, programm TEXT NOT NULL, erstellt TEXT NOT NULL,
+  gespeichert TEXT NOT NULL, excel4 INTEGER NOT NULL, ersetzt INTEGER NOT NULL, module INTEGER NOT NULL,
+  routinen INTEGER NOT NULL, zeilen INTEGER NOT NULL, codezeilen INTEGER NOT NULL, befunde INTEGER NOT NULL,
+  UNIQUE(pruefsumme, art));
+CREATE TABLE datei(nr INTEGER PRIMARY KEY, ordner INTEGER NOT NULL REFERENCES ordner, name TEXT NOT NULL,
+  groesse INTEGER NOT NULL, zeit INTEGER NOT NULL, inhalt INTEGER REFERENCES inhalt, zustand TEXT NOT NULL,
+  grund TEXT NOT NULL, erstmals INTEGER NOT NULL REFERENCES lauf, geaendert INTEGER NOT NULL REFERENCES lauf,
+  verschwunden INTEGER REFERENCES lauf, UNIQUE(ordner, name));
+CREATE INDEX datei_inhalt ON datei(inhalt) WHERE inhalt IS NOT NULL;
+CREATE TABLE modul(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL, name TEXT NOT NULL,
+  art TEXT NOT NULL, zeilen INTEGER NOT NULL, codezeilen INTEGER NOT NULL, kommentarzeilen INTEGER NOT NULL,
+  pruefsumme INTEGER, PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
+CREATE INDEX modul_pruefsumme ON modul(pruefsumme) WHERE pruefsumme IS NOT NULL;
+CREATE TABLE routine(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL, modul INTEGER NOT NULL,
+  name TEXT NOT NULL, art TEXT NOT NULL, sichtbarkeit TEXT NOT NULL, signatur TEXT NOT NULL, zeile INTEGER NOT NULL,
+  zeilen INTEGER NOT NULL, anweisungen INTEGER NOT NULL, komplexitaet INTEGER NOT NULL, tiefe INTEGER NOT NULL,
+  parameter INTEGER NOT NULL, pruefsumme INTEGER, PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
+CREATE TABLE verweis(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL, name TEXT NOT NULL,
+  version TEXT NOT NULL, pfad TEXT NOT NULL, projekt INTEGER NOT NULL, dateiname TEXT NOT NULL,
+  PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
+CREATE TABLE verknuepfung(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL, art TEXT NOT NULL,
+  ziel TEXT NOT NULL, dateiname TEXT NOT NULL, PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
+CREATE TABLE bindung(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL, art TEXT NOT NULL,
+  modul TEXT NOT NULL, ziel TEXT NOT NULL, ort TEXT NOT NULL, PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
+CREATE TABLE befund(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL,
+  pruefung TEXT NOT NULL REFERENCES pruefung, modul INTEGER NOT NULL, routine TEXT NOT NULL, zeile INTEGER NOT NULL,
+  spalte INTEGER NOT NULL, text TEXT NOT NULL, PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
+CREATE TABLE befundzahl(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL,
+  pruefung TEXT NOT NULL REFERENCES pruefung, anzahl INTEGER NOT NULL, PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
+CREATE TABLE api(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL, modul INTEGER NOT NULL,
+  name TEXT NOT NULL, bibliothek TEXT NOT NULL, alias TEXT NOT NULL, ptrsafe INTEGER NOT NULL, zeile INTEGER NOT NULL,
+  PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
+CREATE TABLE pruefung(kennung TEXT PRIMARY KEY, gruppe TEXT NOT NULL, stufe TEXT NOT NULL, titel TEXT NOT NULL)
+  WITHOUT ROWID;
+)sql";
+
+constexpr const char* kViews = R"sql(
+CREATE VIEW v_datei AS SELECT d.nr, rtrim(o.pfad, '/\') ||
+  CASE WHEN instr(o.pfad, '/') > 0 THEN '/' ELSE '\' END || d.name AS pfad,
+  d.groesse, datetime(d.zeit / 1000000000, 'unixepoch') AS zeit, d.zustand,
+  CASE WHEN d.grund <> '' THEN d.grund ELSE coalesce(i.grund, '') END AS grund, i.nr AS inhalt, i.pruefsumme, i.format,
+  i.projekt, i.schutz, i.signiert, i.module, i.routinen, i.zeilen, i.codezeilen, i.befunde, i.titel, i.autor,
+  i.zuletzt_von, i.firma, i.erstellt, i.gespeichert, i.excel4, i.codepage, d.erstmals, d.geaendert
+  FROM datei d JOIN ordner o ON o.nr = d.ordner LEFT JOIN inhalt i ON i.nr = d.inhalt
+  WHERE d.verschwunden IS NULL AND d.zustand <> 'fremd';
+CREATE VIEW v_makros AS SELECT * FROM v_datei WHERE zustand = 'makros';
+CREATE VIEW v_ungelesen AS SELECT pfad, zustand, grund FROM v_datei
+  WHERE zustand IN ('gesperrt', 'verschlüsselt', 'kompiliert', 'beschädigt', 'zeitlimit', 'abgestürzt', 'unlesbar')
+  UNION ALL SELECT pfad, 'unlesbar', grund FROM ordner WHERE grund <> '';
+CREATE VIEW v_modul AS SELECT v.pfad, m.* FROM modul m JOIN v_datei v ON v.inhalt = m.inhalt;
+CREATE VIEW v_routine AS SELECT v.pfad, m.name AS modulname, r.* FROM routine r JOIN v_datei v ON v.inhalt = r.inhalt
+  JOIN modul m ON m.inhalt = r.inhalt AND m.folge = r.modul;
+CREATE VIEW v_befund AS SELECT v.pfad, p.gruppe, p.stufe, b.pruefung, m.name AS modulname, b.routine, b.zeile,
+  b.spalte, b.text FROM befund b JOIN v_datei v ON v.inhalt = b.inhalt JOIN pruefung p ON p.kennung = b.pruefung
+  LEFT JOIN modul m ON m.inhalt = b.inhalt AND m.folge = b.modul;
+CREATE VIEW v_64bit AS SELECT * FROM v_befund WHERE gruppe = '64 Bit';
+CREATE VIEW v_selbststart AS SELECT v.pfad, b.modul AS modulnummer, b.routine, b.zeile, b.text FROM befund b
+  JOIN v_datei v ON v.inhalt = b.inhalt WHERE b.pruefung = 'start-von-selbst';
+CREATE VIEW v_aussen AS SELECT v.pfad, z.pruefung, p.titel, z.anzahl FROM befundzahl z JOIN v_datei v
+  ON v.inhalt = z.inhalt JOIN pruefung p ON p.kennung = z.pruefung WHERE z.pruefung LIKE 'aussen-%';
+CREATE VIEW v_kopie AS SELECT v.pfad, v.inhalt, k.anzahl FROM v_datei v JOIN (SELECT inhalt, count(*) AS anzahl
+  FROM datei WHERE verschwunden IS NULL AND inhalt IS NOT NULL GROUP BY inhalt HAVING count(*) > 1) k
+  ON k.inhalt = v.inhalt WHERE v.zustand = 'makros';
+CREATE VIEW v_nur_kopien AS SELECT v.pfad, v.inhalt FROM v_datei v WHERE v.zustand = 'makros' AND v.codezeilen > 0
+  AND NOT EXISTS (SELECT 1 FROM modul m WHERE m.inhalt = v.inhalt AND m.pruefsumme IS NOT NULL AND NOT EXISTS
+  (SELECT 1 FROM modul k WHERE k.pruefsumme = m.pruefsumme AND k.inhalt <> m.inhalt));
+CREATE VIEW v_verweis AS SELECT v.pfad AS datei, r.* FROM verweis r JOIN v_datei v ON v.inhalt = r.inhalt;
+CREATE VIEW v_verknuepfung AS SELECT v.pfad AS datei, k.art, k.ziel, k.dateiname FROM verknuepfung k JOIN v_datei v
+  ON v.inhalt = k.inhalt
+  UNION ALL SELECT v.pfad, 'verweis', r.pfad, r.dateiname FROM verweis r JOIN v_datei v ON v.inhalt = r.inhalt
+  WHERE r.projekt <> 0;
+CREATE VIEW v_tote_verknuepfung AS SELECT * FROM v_verknuepfung WHERE dateiname <> '' AND dateiname NOT IN
+  (SELECT lower(name) FROM datei WHERE verschwunden IS NULL);
+CREATE VIEW v_api AS SELECT v.pfad, m.name AS modulname, a.name, a.bibliothek, a.alias, a.ptrsafe, a.zeile FROM api a
+  JOIN v_datei v ON v.inhalt = a.inhalt LEFT JOIN modul m ON m.inhalt = a.inhalt AND m.folge = a.modul;
+CREATE VIEW v_autor AS SELECT autor, count(*) AS dateien, sum(codezeilen) AS codezeilen FROM v_datei
+  WHERE zustand = 'makros' GROUP BY autor ORDER BY dateien DESC, autor;
+)sql";
+
+std::int64_t Ask(Database& database, const char* sql) {
+  Statement statement(database, sql);
+  return statement.Next() ? statement.Number() : 0;
+}
+
+void WriteChecks(Database& database) {
+  Statement insert(database, "INSERT OR REPLACE INTO pruefung VALUES(?,?,?,?)");
+  for (const checks::Check& check : checks::AllChecks()) {
+    insert.Add(check.id).Add(checks::Word(check.group)).Add(checks::Word(check.severity)).Add(check.title).Run();
+  }
+}
+
+/// False for an empty file.
+bool IsInventory(Database& database) {
+  const std::int64_t application = Ask(database, "PRAGMA application_id");
+  const std::int64_t version = Ask(database, "PRAGMA user_version");
+  if (application == 0 && version == 0 && Ask(database, "SELECT count(*) FROM sqlite_master") == 0) return false;
+  if (application != kApplication) throw StoreError(database.Name() + ": Die Datei ist kein Bestand");
+  if (version > kSchemaVersion) {
+    throw StoreError(database.Name() +
+                     ": Der Bestand stammt von einer neueren Fassung des Programms und wird nicht angefasst");
+  }
+  return true;
+}
+
+}  // namespace
+
+const ContentTable kContentTables[8] = {
+    {"modul", "name, art, zeilen, codezeilen, kommentarzeilen, pruefsumme"},
+    {"routine",
+     "modul, name, art, sichtbarkeit, signatur, zeile, zeilen, anweisungen, komplexitaet, tiefe, parameter, "
+     "pruefsumme"},
+    {"verweis", "name, version, pfad, projekt, dateiname"},
+    {"verknuepfung", "art, ziel, dateiname"},
+    {"bindung", "art, modul, ziel, ort"},
+    {"befund", "pruefung, modul, routine, zeile, spalte, text"},
+    {"befundzahl", "pruefung, anzahl"},
+    {"api", "modul, name, bibliothek, alias, ptrsafe, zeile"},
+};
+
+const char* const kContentColumns =
+    "pruefsumme, art, fassung, groesse, zustand, grund, format, codepage, projekt, schutz, signiert, titel, autor, "
+    "zuletzt_von, firma, programm, erstellt, gespeichert, excel4, ersetzt, module, routinen, zeilen, codezeilen, "
+    "befunde";
+
+void PrepareSchema(Database& database) {
+  const bool exists = IsInventory(database);
+  database.Run("BEGIN IMMEDIATE");
+  if (!exists) {
+    database.Run(kTables);
+    database.Run(kViews);
+    database.Run(("PRAGMA application_id=" + std::to_string(kApplication) +
+                  "; PRAGMA user_version=" + std::to_string(kSchemaVersion))
+                     .c_str());
+  }
+  WriteChecks(database);
+  database.Run("COMMIT");
+}
+
+void CheckSchema(Database& database) {
+  if (!IsInventory(database)) throw StoreError(database.Name() + ": Die Datei ist kein Bestand");
+}
+
+}  // namespace quillmate::inventory

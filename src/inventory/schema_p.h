@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "sqlite_p.h"
+
+namespace quillmate::inventory {
+
+/// Makes the tables and views of an empty database, or sees that they are there. Throws StoreError for a file of
+/// another kind or of a newer version.
+void PrepareSchema(Database& database);
+/// The same for a database that is only read, or merged from: it must be an inventory.
+void CheckSchema(Database& database);
+
+/// The tables whose rows belong to a content, by `inhalt` and `folge`, and their columns behind these two.
+struct ContentTable {
+  const char* name;
+  const char* columns;
+};
+extern const ContentTable kContentTables[8];
+/// The columns of `inhalt` behind its number.
+extern const char* const kContentColumns;
+
+}  // namespace quillmate::inventory

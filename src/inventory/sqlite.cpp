@@ -1,0 +1,163 @@
+#include <utility>
+
+#include <sqlite3.h>
+
+#include <quillmate/files/paths.h>
+#include <quillmate/inventory/store_error.h>
+
+#include "sqlite_p.h"
+
+namespace quillmate::inventory {
+namespace {
+
+std::string ReasonOf(int code, const char* message) {
+  switch (code & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return "Ein anderes Programm schreibt gerade in diesen Bestand";
+    case SQLITE_FULL:
+      return "Der Datenträger ist voll; was bis hierher gelesen wurde, ist gesichert, und der nächste Lauf macht "
+             "weiter";
+    case SQLITE_NOTADB:
+      return "Die Datei ist kein Bestand";
+    case SQLITE_CORRUPT:
+      return "Der Bestand ist beschädigt";
+    case SQLITE_CANTOPEN:
+      return "Die Datei kann nicht geöffnet werden";
+    case SQLITE_READONLY:
+      return "Die Datei ist schreibgeschützt";
+    case SQLITE_PERM:
+    case SQLITE_AUTH:
+      return "Der Zugriff wurde verweigert";
+    case SQLITE_IOERR:
+      return "Der Datenträger lässt sich nicht lesen oder beschreiben";
+    case SQLITE_NOMEM:
+      return "Der Arbeitsspeicher reicht nicht";
+    default:
+      return message == nullptr ? "Unbekannter Fehler" : message;
+  }
+}
+
+constexpr int FlagsOf(Database::Mode mode) {
+  switch (mode) {
+    case Database::Mode::kRead:
+      return SQLITE_OPEN_READONLY;
+    case Database::Mode::kWrite:
+      return SQLITE_OPEN_READWRITE;
+    default:
+      return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+  }
+}
+
+}  // namespace
+
+Database::Database(const std::filesystem::path& file, Mode mode) : name_(files::PathText(file)) {
+  const std::string path = files::PathText(files::AbsolutePath(file));
+  if (sqlite3_open_v2(path.c_str(), &handle_, FlagsOf(mode) | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK) {
+    const int code = handle_ == nullptr ? SQLITE_NOMEM : sqlite3_errcode(handle_);
+    const std::string reason = ReasonOf(code, nullptr);
+    sqlite3_close(handle_);
+    throw StoreError(name_ + ": " + reason);
+  }
+  sqlite3_extended_result_codes(handle_, 1);
+  // An inventory may come from anywhere: nothing that it holds is run but its tables and our own views.
+  sqlite3_db_config(handle_, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+  sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(handle_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+}
+
+Database::~Database() { sqlite3_close_v2(handle_); }
+
+void Database::Run(const char* sql) {
+  CheckUsable();
+  if (sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) Fail();
+}
+
+std::int64_t Database::LastRow() const noexcept { return sqlite3_last_insert_rowid(handle_); }
+
+bool Database::InTransaction() const noexcept { return sqlite3_get_autocommit(handle_) == 0; }
+
+void Database::Fail() {
+  failure_ = name_ + ": " + ReasonOf(sqlite3_extended_errcode(handle_), sqlite3_errmsg(handle_));
+  throw StoreError(failure_);
+}
+
+void Database::CheckUsable() const {
+  if (!failure_.empty()) throw StoreError(failure_);
+}
+
+Statement::Statement(Database& database, std::string_view sql) : database_(&database) {
+  if (sqlite3_prepare_v3(database.Handle(), sql.data(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT,
+                         &statement_, nullptr) != SQLITE_OK) {
+    database.Fail();
+  }
+}
+
+Statement::Statement(Statement&& other) noexcept
+    : database_(other.database_), statement_(std::exchange(other.statement_, nullptr)), column_(other.column_) {}
+
+Statement::~Statement() { sqlite3_finalize(statement_); }
+
+Statement& Statement::Add(std::string_view text) {
+  const char* const data = text.data() == nullptr ? "" : text.data();
+  if (sqlite3_bind_text64(statement_, ++column_, data, text.size(), SQLITE_STATIC, SQLITE_UTF8) != SQLITE_OK) {
+    database_->Fail();
+  }
+  return *this;
+}
+
+Statement& Statement::Add(std::int64_t number) {
+  if (sqlite3_bind_int64(statement_, ++column_, number) != SQLITE_OK) database_->Fail();
+  return *this;
+}
+
+Statement& Statement::AddHash(std::uint64_t hash) {
+  return hash == 0 ? AddNull() : Add(static_cast<std::int64_t>(hash));
+}
+
+Statement& Statement::AddNull() {
+  if (sqlite3_bind_null(statement_, ++column_) != SQLITE_OK) database_->Fail();
+  return *this;
+}
+
+void Statement::Run() {
+  database_->CheckUsable();
+  const int result = sqlite3_step(statement_);
+  if (result != SQLITE_DONE && result != SQLITE_ROW) {
+    Reset();
+    database_->Fail();
+  }
+  Reset();
+}
+
+bool Statement::Next() {
+  database_->CheckUsable();
+  const int result = sqlite3_step(statement_);
+  column_ = 0;
+  if (result == SQLITE_ROW) return true;
+  Reset();
+  if (result != SQLITE_DONE) database_->Fail();
+  return false;
+}
+
+void Statement::Reset() noexcept {
+  sqlite3_reset(statement_);
+  column_ = 0;
+}
+
+std::string_view Statement::TextView() {
+  const int column = column_++;
+  const auto* const bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
+  if (bytes == nullptr) return {};
+  return {bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement_, column))};
+}
+
+std::string Statement::Text() { return std::string(TextView()); }
+
+std::int64_t Statement::Number() { return sqlite3_column_int64(statement_, column_++); }
+
+bool Statement::IsNull() const { return sqlite3_column_type(statement_, column_) == SQLITE_NULL; }
+
+int Statement::Columns() const noexcept { return sqlite3_column_count(statement_); }
+
+}  // namespace quillmate::inventory

@@ -1,0 +1,107 @@
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include <quillmate/inventory/merge.h>
+#include <quillmate/inventory/scan.h>
+
+#include "files/scratch.h"
+#include "inventory/estate.h"
+#include "inventory/own_program.h"
+#include "inventory/table.h"
+#include "places.h"
+
+namespace quillmate::inventory {
+namespace {
+
+namespace fs = std::filesystem;
+
+ScanOptions Options(const fs::path& root, unsigned shard = 1, unsigned shards = 1) {
+  ScanOptions options;
+  options.roots = {root};
+  options.jobs = 1;
+  options.shard = shard;
+  options.shards = shards;
+  options.readerCommand = OwnReader();
+  return options;
+}
+
+/// All rows of all tables but for the numbers of rows and runs, and times of runs.
+std::string Rows(const fs::path& database) {
+  const char* const kKey = "(SELECT pruefsumme || art FROM inhalt i WHERE i.nr = t.inhalt)";
+  std::string rows = Ask(database, "SELECT pfad, grund FROM ordner ORDER BY pfad");
+  rows += Ask(database, "SELECT o.pfad, t.name, t.groesse, t.zeit, t.zustand, t.grund, t.verschwunden IS NULL, " +
+                            std::string(kKey) + " FROM datei t JOIN ordner o ON o.nr = t.ordner ORDER BY 1, 2");
+  rows += Ask(database,
+              "SELECT pruefsumme, art, fassung, groesse, zustand, grund, format, codepage, projekt, schutz, signiert, "
+              "titel, autor, zuletzt_von, firma, programm, erstellt, gespeichert, excel4, ersetzt, module, routinen, "
+              "zeilen, codezeilen, befunde FROM inhalt ORDER BY 1, 2");
+  for (const char* const table :
+       {"modul", "routine", "verweis", "verknuepfung", "bindung", "befund", "befundzahl", "api"}) {
+    const std::string columns =
+        Ask(database, "SELECT group_concat(name, ', ') FROM (SELECT name FROM pragma_table_info('" +
+                          std::string(table) + "') WHERE name <> 'inhalt')");
+    rows += Ask(database, "SELECT '" + std::string(table) + "', " + kKey + ", " + columns + " FROM " + table +
+                              " t ORDER BY 2, folge");
+  }
+  return rows;
+}
+
+TEST(Merge, GivesTheRowsOfOneScanInAnyOrder) {
+  const files::ScratchFolder scratch;
+  const fs::path root = scratch / "Ablage", whole = scratch / "ganz";
+  const auto estate = MakeEstate(root, {.files = 200, .sample = tests::SourceFolder() / "samples" / "Lagerverwaltung"});
+  Scan(whole, Options(root));
+  std::vector<fs::path> parts;
+  for (unsigned shard = 1; shard <= 4; ++shard) {
+    parts.push_back(scratch / ("teil" + std::to_string(shard)));
+    Scan(parts.back(), Options(root, shard, 4));
+  }
+  const std::string rows = Rows(whole);
+  ASSERT_NE(rows.find("befundzahl"), std::string::npos);
+  Merge(scratch / "vorn", parts);
+  EXPECT_EQ(Rows(scratch / "vorn"), rows);
+  std::vector<fs::path> back(parts.rbegin(), parts.rend());
+  back.insert(back.end(), parts.begin(), parts.end());
+  back.push_back(whole);
+  Merge(scratch / "hinten", back);
+  EXPECT_EQ(Rows(scratch / "hinten"), rows);
+  EXPECT_EQ(Ask(scratch / "hinten", "SELECT count(*) FROM lauf"), "5\n");
+  EXPECT_EQ(Ask(scratch / "hinten", "PRAGMA foreign_key_check"), "");
+
+  // What the later run says counts, whichever comes first; what was lost in one part may have been read in another.
+  fs::remove(estate[0].path);
+  files::WriteWholeFile(root / "neu.bas", "Sub Neu()\r\nEnd Sub\r\n");
+  const std::string failed =
+      "UPDATE inhalt SET zustand = 'zeitlimit', grund = 'zu lange' WHERE nr = 1;"
+      "UPDATE datei SET zustand = 'zeitlimit' WHERE inhalt = 1";
+  Ask(parts[0], failed);
+  // Runs of one second have no order: these are told apart by hand.
+  for (const fs::path& part : parts) Ask(part, "UPDATE lauf SET begonnen = '2020-01-01T00:00:00Z'");
+  fs::copy_file(whole, scratch / "neuer");
+  Ask(scratch / "neuer", "UPDATE lauf SET begonnen = '2021-01-01T00:00:00Z'");
+  Scan(scratch / "neuer", Options(root));
+  const std::string newer = Rows(scratch / "neuer");
+  ASSERT_NE(newer, rows);
+  std::vector<fs::path> all = parts;
+  all.push_back(scratch / "neuer");
+  Merge(scratch / "a", all);
+  std::ranges::reverse(all);
+  Merge(scratch / "b", all);
+  EXPECT_EQ(Rows(scratch / "a"), newer);
+  EXPECT_EQ(Rows(scratch / "b"), newer);
+}
+
+TEST(Merge, RefusesWhatIsNoInventory) {
+  const files::ScratchFolder scratch;
+  Ask(scratch / "andere", "CREATE TABLE x(y)");
+  for (const fs::path& part :
+       {scratch / "andere", scratch / "gibt es nicht", scratch.Write("text", std::string(600, 'x'))}) {
+    EXPECT_THROW(Merge(scratch / "ganz", {part}), StoreError) << part;
+  }
+  EXPECT_FALSE(fs::exists(scratch / "gibt es nicht"));
+  EXPECT_EQ(Ask(scratch / "ganz", "SELECT count(*) FROM lauf"), "0\n");
+}
+
+}  // namespace
+}  // namespace quillmate::inventory
