@@ -13,7 +13,8 @@ struct Step {
   std::string_view name;
   void (*run)(const Invocation&);
 };
-constexpr std::array kSteps{Step{"scan", RunInventoryScan}, Step{"merge", RunInventoryMerge}};
+constexpr std::array kSteps{Step{"scan", RunInventoryScan}, Step{"merge", RunInventoryMerge},
+                            Step{"report", RunInventoryReport}};
 
 }  // namespace
 

@@ -8,5 +8,6 @@ namespace quillmate::cli {
 
 void RunInventoryScan(const Invocation& invocation);
 void RunInventoryMerge(const Invocation& invocation);
+void RunInventoryReport(const Invocation& invocation);
 
 }  // namespace quillmate::cli

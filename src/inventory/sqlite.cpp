@@ -158,6 +158,10 @@ std::int64_t Statement::Number() { return sqlite3_column_int64(statement_, colum
 
 bool Statement::IsNull() const { return sqlite3_column_type(statement_, column_) == SQLITE_NULL; }
 
+bool Statement::IsNumber() const { return sqlite3_column_type(statement_, column_) == SQLITE_INTEGER; }
+
+const char* Statement::ColumnName(int column) const { return sqlite3_column_name(statement_, column); }
+
 int Statement::Columns() const noexcept { return sqlite3_column_count(statement_); }
 
 }  // namespace quillmate::inventory

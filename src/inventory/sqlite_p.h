@@ -67,7 +67,9 @@ class Statement {
   std::int64_t Number();
   bool IsNull() const;
   void Skip() noexcept { ++column_; }
+  bool IsNumber() const;
   int Columns() const noexcept;
+  const char* ColumnName(int column) const;
 
  private:
   Database* database_;
