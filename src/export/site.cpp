@@ -95,7 +95,8 @@ class SiteWriter {
     const CommentLines lines(text);
     for (int i = module.first; i < module.last; ++i) {
       const codedb::RoutineRecord& record = *model.Routine(i).record;
-      if (record.start) comments_[static_cast<std::size_t>(i)] = lines.OfRoutine(*record.start, record.headerLines);
+      if (record.start)
+        comments_[static_cast<std::size_t>(i)] = lines.OfRoutine(*record.start, record.headerLines).text;
     }
     module.description = lines.OfModule([&](codedb::Line line) {
       const auto* const first = model.routines.data() + module.first;

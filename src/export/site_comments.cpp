@@ -4,6 +4,7 @@
 #include <quillmate/text/characters.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
+#include <quillmate/text/windows1252.h>
 
 #include "site_comments_p.h"
 #include "site_text_p.h"
@@ -26,14 +27,19 @@ bool HasWord(std::string_view text) noexcept {
   return std::any_of(text.begin(), text.end(), [](char c) { return c != '_' && text::IsIdentifierCharacter(c); });
 }
 
-/// The words of a comment line; empty when it only draws a line.
+/// The words of a comment line, UTF-8; empty when it only draws a line.
 std::string WordsOf(std::string_view markedLine) {
   const std::string plain = PlainText(markedLine);
   std::string_view words = TrimBlanksAndTabs(plain);
+  if (text::StartsWithIgnoreCase(words, "Rem ")) words.remove_prefix(4);
   while (words.starts_with('\'')) words.remove_prefix(1);
   if (words.ends_with(" _")) words.remove_suffix(2);
+  if (words.starts_with('*') || words.starts_with('!')) {
+    while (words.starts_with('*') || words.starts_with('!')) words.remove_prefix(1);
+    while (words.ends_with('*')) words.remove_suffix(1);
+  }
   words = TrimBlanksAndTabs(words);
-  return HasWord(words) ? EscapeCode(words) : std::string();
+  return HasWord(words) ? text::Utf8FromCode(words) : std::string();
 }
 
 bool MayStandAboveModuleComment(std::string_view markedLine) {
@@ -53,22 +59,22 @@ CommentLines::CommentLines(std::string_view markedText)
   }
 }
 
-std::string CommentLines::OfRoutine(codedb::Line start, int headerLines) const {
+TaggedComment CommentLines::OfRoutine(codedb::Line start, int headerLines) const {
   const auto header = static_cast<std::size_t>(std::max(start.value, 1) - 1);
   if (header >= lines_.size()) return {};
   std::size_t first = header;
   while (first > 0 && isComment_[first - 1]) --first;
-  std::string comment = Text(first, header);
-  if (!comment.empty()) return comment;
+  TaggedComment comment = Read(first, header);
+  if (!comment.IsEmpty()) return comment;
   const std::size_t below = header + static_cast<std::size_t>(std::max(headerLines, 1));
-  return Text(below, EndOfBlock(below));
+  return Read(below, EndOfBlock(below));
 }
 
-std::string CommentLines::OfModule(const std::function<bool(codedb::Line)>& isRoutineStart) const {
+TaggedComment CommentLines::OfModule(const std::function<bool(codedb::Line)>& isRoutineStart) const {
   std::size_t first = 0;
   while (first < lines_.size() && !isComment_[first] && MayStandAboveModuleComment(lines_[first])) ++first;
   const std::size_t end = EndOfBlock(first);
-  return isRoutineStart({static_cast<std::int32_t>(end) + 1}) ? std::string() : Text(first, end);
+  return isRoutineStart({static_cast<std::int32_t>(end) + 1}) ? TaggedComment() : Read(first, end);
 }
 
 std::string_view CommentLines::Lines(codedb::Line start, int count) const {
@@ -84,19 +90,26 @@ std::size_t CommentLines::EndOfBlock(std::size_t first) const {
   return first;
 }
 
-std::string CommentLines::Text(std::size_t first, std::size_t end) const {
-  std::string text;
-  std::string_view separator;
+TaggedComment CommentLines::Read(std::size_t first, std::size_t end) const {
+  std::vector<std::string> words;
   for (std::size_t i = first; i < end; ++i) {
-    const std::string words = WordsOf(lines_[i]);
-    if (words.empty()) {
-      if (!text.empty()) separator = "\n\n";
-      continue;
-    }
-    text.append(separator).append(words);
-    separator = "\n";
+    std::string line = WordsOf(lines_[i]);
+    if (!line.empty() || (!words.empty() && !words.back().empty())) words.push_back(std::move(line));
   }
-  return text;
+  while (!words.empty() && words.back().empty()) words.pop_back();
+  return ReadTags(words);
+}
+
+void AppendComment(std::string& html, const TaggedComment& comment) {
+  if (!comment.text.empty()) html.append("<p class=\"note\">").append(EscapeLines(comment.text)).append("</p>\n");
+  if (comment.items.empty()) return;
+  html += "<dl class=\"pairs\">\n";
+  for (const TaggedComment::Item& item : comment.items) {
+    html.append("<dt>").append(item.title);
+    if (!item.name.empty()) html.append(" <code>").append(EscapeLines(item.name)).append("</code>");
+    html.append("</dt>\n<dd>").append(EscapeLines(item.text)).append("</dd>\n");
+  }
+  html += "</dl>\n";
 }
 
 }  // namespace quillmate::output

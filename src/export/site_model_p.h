@@ -10,6 +10,7 @@
 #include <quillmate/symbols/index_symbols.h>
 
 #include "site_names_p.h"
+#include "site_tags_p.h"
 
 /// The project as the pages of a site see it. Modules and routines are known by their position in the model's lists.
 namespace quillmate::output {
@@ -38,8 +39,8 @@ struct SiteModule {
   /// Its routines, in the order of the code: positions `first` up to before `last`.
   int first = 0;
   int last = 0;
-  /// What the comment at the top says, escaped, lines separated by LF.
-  std::string description;
+  /// What the comment at the top says.
+  TaggedComment description;
 };
 
 struct SiteModel {

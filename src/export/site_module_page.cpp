@@ -59,7 +59,7 @@ class ModulePageWriter {
     html_ += "</p>\n";
     const std::string origin = OriginText(model_, module_);
     if (!origin.empty()) html_.append("<p class=\"facts\">").append(origin).append("</p>\n");
-    if (!module_.description.empty()) html_.append("<p class=\"note\">").append(module_.description).append("</p>\n");
+    AppendComment(html_, module_.description);
   }
 
   void AppendRoutineNames() {
@@ -107,8 +107,7 @@ class ModulePageWriter {
     html_ += "<pre class=\"head\"><code>";
     AppendPlainCode(html_, comments_.Lines(*record.start, record.headerLines));
     html_ += "</code></pre>\n";
-    const std::string comment = comments_.OfRoutine(*record.start, record.headerLines);
-    if (!comment.empty()) html_.append("<p class=\"note\">").append(comment).append("</p>\n");
+    AppendComment(html_, comments_.OfRoutine(*record.start, record.headerLines));
   }
 
   void AppendCallers(const SiteRoutine& routine) {

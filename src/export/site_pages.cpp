@@ -67,9 +67,9 @@ std::vector<int> InTreeOrder(const SiteModel& model) {
 std::string Shortened(std::string_view description) {
   constexpr std::size_t kLongest = 240;
   description = description.substr(0, description.find("\n\n"));
-  if (description.size() <= kLongest) return std::string(description);
+  if (description.size() <= kLongest) return EscapeLines(description);
   const std::size_t end = description.find_last_of(" \n", kLongest);
-  return std::string(description.substr(0, end == std::string_view::npos ? 0 : end)) + " …";
+  return EscapeLines(description.substr(0, end == std::string_view::npos ? 0 : end)) + " …";
 }
 
 void AppendModuleRow(std::string& html, const SiteModule& module) {
@@ -78,7 +78,7 @@ void AppendModuleRow(std::string& html, const SiteModule& module) {
   html.append("</th><td class=\"kind\">").append(ModuleKindText(module.record->kind));
   html.append("</td><td class=\"number\">").append(GroupedNumber(module.record->lines));
   html.append("</td><td class=\"number\">").append(GroupedNumber(module.last - module.first));
-  html.append("</td><td>").append(Shortened(module.description)).append("</td></tr>\n");
+  html.append("</td><td>").append(Shortened(module.description.text)).append("</td></tr>\n");
 }
 
 std::int64_t CountLines(const SiteModel& model) {

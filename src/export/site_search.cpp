@@ -1,4 +1,3 @@
-#include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
 #include "site_pages_p.h"
@@ -60,17 +59,8 @@ constexpr std::string_view kScript = R"js(
 }());
 )js";
 
-std::string WithoutEntities(std::string text) {
-  for (const auto& [entity, character] :
-       {std::pair<std::string_view, std::string_view>{"&lt;", "<"}, {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}}) {
-    text = text::ReplaceAll(text, entity, character);
-  }
-  return text;
-}
-
 /// The beginning of a description, on one line; cut between words.
-std::string Beginning(const std::string& escaped) {
-  std::string plain = WithoutEntities(escaped);
+std::string Beginning(std::string plain) {
   for (char& c : plain) c = c == '\n' ? ' ' : c;
   if (plain.size() <= kLongest) return plain;
   const std::size_t blank = plain.find_last_of(' ', kLongest);
@@ -123,7 +113,7 @@ std::string SearchScript(const SiteModel& model, const std::vector<std::string>&
   std::string script = "\"use strict\";\nvar entries = [";
   for (const SiteModule& module : model.modules) {
     AppendEntry(script, text::Utf8FromCode(module.record->name), ModuleKindText(module.record->kind), module.page,
-                Beginning(module.description));
+                Beginning(module.description.text));
   }
   for (std::size_t i = 0; i < model.routines.size(); ++i) {
     const SiteRoutine& routine = model.routines[i];

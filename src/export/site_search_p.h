@@ -15,8 +15,8 @@ inline constexpr const char* kSearchScript = "suche.js";
 
 std::string SearchPage(const SiteModel& model);
 
-/// The script. `comments`: what each routine says about itself, by position in the model, escaped as CommentLines
-/// gives it. Modules and routines in the order of the model.
+/// The script. `comments`: what each routine says about itself, by position in the model, plain UTF-8. Modules and
+/// routines in the order of the model.
 std::string SearchScript(const SiteModel& model, const std::vector<std::string>& comments);
 
 }  // namespace quillmate::output

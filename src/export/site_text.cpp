@@ -87,6 +87,17 @@ std::string EscapeUtf8(std::string_view text) {
   return html;
 }
 
+std::string EscapeLines(std::string_view text) {
+  std::string html;
+  while (true) {
+    const std::size_t end = text.find('\n');
+    html += EscapeUtf8(text.substr(0, end));
+    if (end == std::string_view::npos) return html;
+    html += '\n';
+    text.remove_prefix(end + 1);
+  }
+}
+
 std::string GroupedNumber(std::int64_t number) {
   std::string digits = std::to_string(number);
   const std::size_t first = number < 0 ? 1 : 0;

@@ -14,6 +14,8 @@ std::string EscapeCode(std::string_view code);
 
 /// The same for UTF-8; bytes that are none are taken as Windows-1252.
 std::string EscapeUtf8(std::string_view text);
+/// The same for several lines, which keep the LFs between them.
+std::string EscapeLines(std::string_view text);
 
 /// A number with points between the thousands, "1.234.567".
 std::string GroupedNumber(std::int64_t number);

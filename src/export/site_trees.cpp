@@ -198,7 +198,10 @@ class NeighbourPicture {
     const int height = rows * kRow + kRow / 2;
     const std::string name = EscapeCode(model_.Routine(routine_).record->name);
     html_.append("<svg class=\"calls\" viewBox=\"0 0 900 ").append(std::to_string(height)).append("\" width=\"900\"");
-    html_.append(" height=\"").append(std::to_string(height)).append("\" aria-label=\"Bild: wer ").append(name);
+    html_.append(" height=\"")
+        .append(std::to_string(height))
+        .append("\" role=\"group\" aria-label=\"Bild: wer ")
+        .append(name);
     html_.append(" aufruft und was die Routine aufruft\">\n");
     Lines(callers, height, 290, 340);
     Lines(callees, height, 610, 560);

@@ -29,6 +29,60 @@ TEST_F(SiteTest, CommentsAboveOrBelowTheHeader) {
   }
 }
 
+/// Marks of documentation comments are read; what only looks like one stays.
+TEST_F(SiteTest, MarkedComments) {
+  const struct {
+    std::string_view lines;
+    std::string text;
+    std::string items;  ///< title, name and text of each
+  } cases[] = {
+      {"''' <summary>Bucht &amp; <c>prüft</c>,|''' siehe <see cref=\"Los\"/>.</summary>|''' <param name=\"n\">Die "
+       "Nummer</param>|''' <param name='m'/>|''' <returns>True &lt;=&gt; gut</returns>|"
+       "''' <remarks><para>Eins</para><para>Zwei</para></remarks>",
+       "Bucht &amp; prüft,\nsiehe Los.",
+       "Parameter n: Die Nummer|Parameter m: |Rückgabe: True &lt;=&gt; gut|Anmerkung: Eins\nZwei|"},
+      {"' @brief Bucht|' genau.|' @param n Die Nummer,|'   mehrzeilig|' @param {Long} m - Anzahl|' @return True|'|' "
+       "Danach",
+       "Bucht\ngenau.\n\nDanach", "Parameter n: Die Nummer,\nmehrzeilig|Parameter m: Anzahl|Rückgabe: True|"},
+      {"'! \\brief Kurz|'!|'! \\param[in] x Wert|'! \\throws 5 wenn leer", "Kurz",
+       "Parameter x: Wert|Fehler 5: wenn leer|"},
+      {"'@Description(\"Rechnet.\")|'@Folder(\"Kern\")", "Rechnet.\n@Folder(&quot;Kern&quot;)", ""},
+      {"'* Kasten *|'** Rest **", "Kasten\nRest", ""},
+      {"Rem Alt", "Alt", ""},
+      {"' a < b und <x> bleibt, mail@param.de, C:\\brief", "a &lt; b und &lt;x&gt; bleibt, mail@param.de, C:\\brief",
+       ""},
+      {"' <summary> ohne Ende <", "ohne Ende &lt;", ""},
+  };
+  for (const auto& c : cases) {
+    project_.modules.clear();
+    std::string code;
+    std::int32_t line = 1;
+    for (const std::string_view text : text::Split(c.lines, "|")) {
+      code += std::string(text::CommentOpen) + text::CodeFromUtf8(text) + std::string(text::SpanClose) + "\r\n";
+      ++line;
+    }
+    AddModule("m", codedb::kStandard, code + Marked("<Sub X>\n"));
+    AddRoutine("X", {line});
+    const std::string page = Write().at("modul-m.html");
+    std::string items;
+    for (const std::string_view item : text::Split(c.items, "|")) {
+      if (item.empty()) continue;
+      const std::string_view head = text::TextBefore(item, ": ");
+      const std::string_view title = text::TextBefore(head, " ");
+      const std::string name = title == head ? "" : " <code>" + std::string(head.substr(title.size() + 1)) + "</code>";
+      items.append("<dt>").append(title).append(name).append("</dt>\n<dd>").append(item.substr(head.size() + 2));
+      items += "</dd>\n";
+    }
+    if (!items.empty()) items = "<dl class=\"pairs\">\n" + items + "</dl>\n";
+    const std::string routine = Part(page, "<h3", "</section>");
+    EXPECT_NE(routine.find("</code></pre>\n<p class=\"note\">" + c.text + "</p>\n" + items +
+                           "<dl class=\"pairs\">\n<dt>Aufgerufen"),
+              std::string::npos)
+        << c.lines << "\n"
+        << routine;
+  }
+}
+
 TEST_F(SiteTest, StartPageTellsAboutTheModules) {
   AddModule("mdlB", codedb::kStandard,
             Marked("[Option] Explicit\n\n{' Erster Satz,}\n{' zweite Zeile.}\n{'}\n{' Mehr.}\n\nx"));
