@@ -139,6 +139,7 @@ void ExcelFacts::ReadWorkbook(std::string_view part) {
       macroNames_.push_back(name.isMacro ? name.name : std::string());
       TakeDefinedName(name.name, name.isMacro, "");
     }
+    if (workbook.entry) autoOpen_ = workbook.sheets[workbook.entry->sheet].sheet.name + "!" + workbook.entry->cell;
     return;
   }
   XmlReader xml(*stream);

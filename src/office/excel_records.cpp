@@ -3,8 +3,10 @@
 #include <optional>
 
 #include <quillmate/office/byte_source.h>
+#include <quillmate/text/operations.h>
 
 #include "excel_records_p.h"
+#include "facts_collector_p.h"
 #include "unicode_names_p.h"
 
 namespace quillmate::office {
@@ -65,10 +67,15 @@ enum RecordId : std::uint32_t {
   kBeginSheetData = 145,
   kSheetProperties = 147,
   kSheetOfBook = 156,
+  kSourceBook = 355,
+  kThisBook = 357,
+  kSameSheet = 358,
+  kExternalSheets = 362,
   kArrayFormula = 426,
   kSharedFormula = 427,
   kActiveX = 644,
-  kChartSheetProperties = 651
+  kChartSheetProperties = 651,
+  kAddInBook = 667
 };
 
 /// Nothing that is looked at is longer; of a longer record only the beginning is there.
@@ -180,6 +187,44 @@ std::string_view TokensAt(std::string_view data, std::size_t at) {
   return at + 4 <= data.size() ? data.substr(at + 4, count) : std::string_view();
 }
 
+/// The cell of the built-in name that runs a macro sheet: one token with a sheet and a cell.
+class MacroEntry {
+ public:
+  void TakeName(std::string_view data) {
+    constexpr std::uint32_t kBuiltIn = 0x20;
+    constexpr unsigned kCell = 0x1A, kCellOfSheet = 0x3A, kColumnBits = 0x3FFF;
+    std::size_t at = 9;
+    const bool builtIn = (LittleEndian<std::uint32_t>(data, 0) & kBuiltIn) != 0;
+    if (!builtIn || !text::EqualsIgnoreCase(TakeText(data, at), "Auto_Open")) return;
+    const std::string_view tokens = TokensAt(data, at);
+    const unsigned id = LittleEndian<std::uint8_t>(tokens, 0);
+    if (tokens.size() < 9 || (id & 0x1FU) != kCell || id < kCellOfSheet) return;
+    position_ = LittleEndian<std::uint16_t>(tokens, 1);
+    cell_ = CellName(LittleEndian<std::uint32_t>(tokens, 3), LittleEndian<std::uint16_t>(tokens, 7) & kColumnBits);
+  }
+  void TakeBook(bool isThis) {
+    if (isThis) thisBook_ = books_;
+    ++books_;
+  }
+  /// Triples of a book and its first and last sheet.
+  void TakeSheets(std::string_view data) { sheets_ = data.substr(std::min<std::size_t>(4, data.size())); }
+
+  std::optional<WorkbookRecords::Entry> Find(std::size_t sheetCount) const {
+    const std::size_t at = std::size_t{position_} * 12;
+    if (cell_.empty() || at + 12 > sheets_.size()) return std::nullopt;
+    const auto sheet = LittleEndian<std::uint32_t>(sheets_, at + 4);
+    if (LittleEndian<std::uint32_t>(sheets_, at) != thisBook_ || sheet >= sheetCount) return std::nullopt;
+    return WorkbookRecords::Entry{sheet, cell_};
+  }
+
+ private:
+  std::uint16_t position_ = 0;
+  std::string cell_;
+  std::uint32_t books_ = 0;
+  std::uint32_t thisBook_ = 0xFFFFFFFF;
+  std::string sheets_;
+};
+
 /// Where the count of the tokens of a cell lies.
 std::size_t TokensOfCell(const Record& record) noexcept {
   constexpr std::size_t kValueAt = 8;
@@ -219,13 +264,30 @@ void ForEachName(std::string_view tokens, TokenFormat format, const std::functio
 WorkbookRecords ReadWorkbookRecords(ByteStream& stream) {
   WorkbookRecords workbook;
   RecordStream records(stream);
+  MacroEntry entry;
   for (Record record; records.Next(record);) {
-    if (record.id == kSheetOfBook && workbook.sheets.size() < kMostFacts) {
-      workbook.sheets.push_back(SheetFrom(record.data));
-    } else if (record.id == kDefinedName && workbook.names.size() < kMostFacts) {
-      workbook.names.push_back(NameFrom(record.data));
+    switch (record.id) {
+      case kSheetOfBook:
+        if (workbook.sheets.size() < kMostFacts) workbook.sheets.push_back(SheetFrom(record.data));
+        break;
+      case kDefinedName:
+        if (workbook.names.size() < kMostFacts) workbook.names.push_back(NameFrom(record.data));
+        entry.TakeName(record.data);
+        break;
+      case kSourceBook:
+      case kThisBook:
+      case kSameSheet:
+      case kAddInBook:
+        entry.TakeBook(record.id == kThisBook);
+        break;
+      case kExternalSheets:
+        entry.TakeSheets(record.data);
+        break;
+      default:
+        break;
     }
   }
+  workbook.entry = entry.Find(workbook.sheets.size());
   return workbook;
 }
 

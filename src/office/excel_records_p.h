@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,6 +41,13 @@ struct WorkbookRecords {
   };
   std::vector<BundledSheet> sheets;
   std::vector<Name> names;
+  /// Where a macro sheet begins when the workbook is opened: the sheet's position and the cell, as the name Auto_Open
+  /// has them. Nothing where that is no cell of this book.
+  struct Entry {
+    std::size_t sheet = 0;
+    std::string cell;
+  };
+  std::optional<Entry> entry;
 };
 WorkbookRecords ReadWorkbookRecords(ByteStream& stream);
 

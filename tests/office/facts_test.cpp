@@ -136,6 +136,33 @@ TEST(Facts, Excel4Sheets) {
   EXPECT_EQ(read.project.modules.at(0).code, "A1: =ALERT(\"x\")\r\nA2: =RETURN()\r\nB1: =HALT()");
 }
 
+/// The same in records: the cell is known only where the name leads to a sheet of this book.
+TEST(Facts, Excel4SheetsInRecords) {
+  const auto entry = [](unsigned book, unsigned sheet) {
+    const std::string name = XlsbRecord(39, Bytes<4>(0x20) + Bytes<1>(0) + Bytes<4>(0) + XlsbText("Auto_Open") +
+                                                Bytes<4>(9) + "\x3A" + Bytes<2>(1) + Bytes<4>(6) + Bytes<2>(0xC002));
+    const std::string books = XlsbRecord(355, "") + XlsbRecord(357, "") +
+                              XlsbRecord(362, Bytes<4>(2) + Bytes<12>(0) + Bytes<4>(book) + Bytes<8>(sheet));
+    PackageWriter writer;
+    writer
+        .Add("xl/workbook.bin", XlsbRecord(156, Bytes<8>(0) + XlsbText("rId1") + XlsbText("Tab")) +
+                                    XlsbRecord(156, Bytes<8>(0) + XlsbText("rId2") + XlsbText("Makro1")) + books + name)
+        .Add("xl/worksheets/sheet1.bin", XlsbRecord(145, ""))
+        .Add("xl/macrosheets/sheet1.bin",
+             XlsbRecord(145, "") + XlsbRecord(0, Bytes<4>(6)) +
+                 XlsbRecord(9, Bytes<4>(2) + Bytes<4>(0) + Bytes<8>(0) + Bytes<2>(0) + Bytes<4>(0)))
+        .Relate("", "officeDocument", "xl/workbook.bin")
+        .Relate("xl/workbook.bin", "worksheet", "worksheets/sheet1.bin")
+        .Relate("xl/workbook.bin", "xlMacrosheet", "macrosheets/sheet1.bin");
+    const OfficeFile file = Read(writer.File());
+    return file.facts.excel4.at(0).name + " " + file.facts.excel4.at(0).entry;
+  };
+  EXPECT_EQ(entry(1, 1), "Makro1 C7");
+  EXPECT_EQ(entry(1, 0), "Makro1 ");
+  EXPECT_EQ(entry(0, 1), "Makro1 ");
+  EXPECT_EQ(entry(1, 9), "Makro1 ");
+}
+
 /// The stream of an old workbook with a button, a name and a formula.
 std::string OldWorkbook() {
   const auto name = [](unsigned flags, const std::string& text) {

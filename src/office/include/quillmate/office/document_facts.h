@@ -87,7 +87,7 @@ struct Binding {
 struct Excel4Sheet {
   std::string name;
   Sheet::Visibility visibility = Sheet::Visibility::kVisible;
-  /// The cell that runs when the workbook is opened, as the name Auto_Open has it; empty without one, and in .xlsb.
+  /// The cell that runs when the workbook is opened, as the name Auto_Open has it; empty without one.
   std::string entry;
   std::uint64_t formulas = 0;
   /// "A1: =FORMULA" line by line, by columns, CR LF between them; only where it was asked for and the file has the
