@@ -11,6 +11,7 @@
 #include "site_pages_p.h"
 #include "site_parts_p.h"
 #include "site_search_p.h"
+#include "site_sources_p.h"
 #include "site_style_p.h"
 #include "site_text_p.h"
 #include "site_trees_p.h"
@@ -72,8 +73,8 @@ std::string Shortened(std::string_view description) {
   return EscapeLines(description.substr(0, end == std::string_view::npos ? 0 : end)) + " …";
 }
 
-void AppendModuleRow(std::string& html, const SiteModule& module) {
-  html += "<tr><th scope=\"row\">";
+void AppendModuleRow(std::string& html, const SiteModel& model, const SiteModule& module) {
+  html.append("<tr>").append(ProjectCell(model, module)).append("<th scope=\"row\">");
   AppendLink(html, module.page, EscapeCode(module.record->name));
   html.append("</th><td class=\"kind\">").append(ModuleKindText(module.record->kind));
   html.append("</td><td class=\"number\">").append(GroupedNumber(module.record->lines));
@@ -235,15 +236,20 @@ std::string StartPage(const SiteModel& model) {
   html.append(Counted(static_cast<std::int64_t>(model.routines.size()), "Routine", "Routinen"))
       .append("; ohne Aufruf: ");
   AppendLink(html, kUnusedFile, model.unused.empty() ? "keine" : GradeCounts(model));
+  html += "</p>\n<table>\n<caption>Die Module des Projekts</caption>\n<thead>\n<tr>";
+  html += ProjectHead(model);
   html +=
-      "</p>\n<table>\n<caption>Die Module des Projekts</caption>\n<thead>\n"
-      "<tr><th scope=\"col\">Modul</th><th scope=\"col\">Art</th><th scope=\"col\" class=\"number\">Zeilen</th>"
+      "<th scope=\"col\">Modul</th><th scope=\"col\">Art</th><th scope=\"col\" class=\"number\">Zeilen</th>"
       "<th scope=\"col\" class=\"number\">Routinen</th><th scope=\"col\">Beschreibung</th></tr>\n</thead>\n<tbody>\n";
-  for (const int i : InTreeOrder(model)) AppendModuleRow(html, model.Module(i));
-  html += "</tbody>\n<tfoot>\n<tr><th scope=\"row\">Summe</th><td></td><td class=\"number\">";
+  for (const int i : InTreeOrder(model)) AppendModuleRow(html, model, model.Module(i));
+  html.append("</tbody>\n<tfoot>\n<tr><th scope=\"row\">Summe</th>")
+      .append(ProjectHead(model).empty() ? "" : "<td></td>");
+  html += "<td></td><td class=\"number\">";
   html.append(GroupedNumber(CountLines(model))).append("</td><td class=\"number\">");
   html.append(GroupedNumber(static_cast<std::int64_t>(model.routines.size())));
-  return html.append("</td><td></td></tr>\n</tfoot>\n</table>\n").append(kPageEnd);
+  html += "</td><td></td></tr>\n</tfoot>\n</table>\n";
+  AppendSources(html, model);
+  return html.append(kPageEnd);
 }
 
 std::vector<SitePage> RoutinePages(const SiteModel& model) {

@@ -78,6 +78,9 @@ class SiteTest : public testing::Test {
     project.name = "Lager";
     project.file = "/pfad/Lager.xlsm";
     project.host = symbols::Host::kExcel;
+    project.properties = properties_;
+    sources.omissions = omissions_;
+    if (hasSecondProject_) sources.projects.emplace_back().name = "Zweites";
     std::vector<symbols::ModulePlaces> places;
     for (const codedb::ModuleRecord& module : project_.modules) {
       const std::string shown =
@@ -116,6 +119,9 @@ class SiteTest : public testing::Test {
   SiteProject project_;
   /// Code by module, UTF-8.
   std::map<std::string, std::string> originals_;
+  std::vector<symbols::DocumentProperty> properties_;
+  std::vector<symbols::Omission> omissions_;
+  bool hasSecondProject_ = false;
   std::int32_t routineNumber_ = 0;
 };
 

@@ -178,5 +178,23 @@ TEST_F(SiteTest, FindingsAndNumbers) {
       std::string::npos);
 }
 
+/// Where the code comes from, and what of it is missing.
+TEST_F(SiteTest, SourcesAndOmissions) {
+  AddModule("mdlA", codedb::kStandard, "[Sub] A()\n[End Sub]");
+  const std::string plain = Write().at("index.html");
+  EXPECT_EQ(plain.find("Projekt</th>"), std::string::npos);
+  EXPECT_EQ(plain.find("Was hier fehlt"), std::string::npos);
+  properties_ = {{"Autor", "Ada & Co"}};
+  omissions_ = {{"/q/<zu>.xls", "VBAProject", "", "Das Projekt ist gesperrt"}};
+  hasSecondProject_ = true;
+  const std::string start = Write().at("index.html");
+  for (const char* const part :
+       {"<tr><th scope=\"col\">Projekt</th><th scope=\"col\">Modul</th>", "<tr><td>Lager</td><th scope=\"row\"><a",
+        "<tr><td>/pfad/Lager.xlsm</td><td>Autor</td><td>Ada &amp; Co</td></tr>",
+        "<tr><td>/q/&lt;zu&gt;.xls</td><td>VBAProject</td><td></td><td>Das Projekt ist gesperrt</td></tr>"}) {
+    EXPECT_NE(start.find(part), std::string::npos) << part << "\n" << start;
+  }
+}
+
 }  // namespace
 }  // namespace quillmate::output
