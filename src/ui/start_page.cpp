@@ -2,6 +2,7 @@
 
 #include <QFocusEvent>
 #include <QPainter>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -100,7 +101,19 @@ QLabel* AddLinks(QVBoxLayout& layout, const char* name, const QString& text) {
 StartPage::StartPage(const QString& host) {
   setObjectName(QStringLiteral("fraStart"));
   setContextMenuPolicy(Qt::CustomContextMenu);
-  auto* layout = new QVBoxLayout(this);
+  // On a small screen, or with a large font, what does not fit is scrolled to.
+  auto* scroll = new QScrollArea;
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setWidgetResizable(true);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->viewport()->setAutoFillBackground(false);
+  auto* content = new QWidget;
+  scroll->setWidget(content);
+  content->setAutoFillBackground(false);
+  auto* page = new QVBoxLayout(this);
+  page->setContentsMargins(0, 0, 0, 0);
+  page->addWidget(scroll);
+  auto* layout = new QVBoxLayout(content);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   AddLabel(*layout, "lblStart", QStringLiteral("<h2>Makrocode lesen und dokumentieren</h2>"));
   steps_ = AddLinks(*layout, "lblSchritte", Steps(host));

@@ -126,6 +126,16 @@ TEST_F(StartTest, FileAndItsFolderAreOneSource) {
   }
 }
 
+TEST_F(StartTest, StartPageIsScrolledWhereItDoesNotFit) {
+  Start();
+  Window().resize(683, 384);
+  QCoreApplication::processEvents();
+  for (const char* name : {"lblStart", "lblSchritte", "lblAblage"}) {
+    const auto& label = *Window().findChild<QLabel*>(QString::fromLatin1(name));
+    EXPECT_GE(label.height(), label.heightForWidth(label.width())) << name << " is cut";
+  }
+}
+
 TEST_F(StartTest, SampleIsReadWithoutBecomingASource) {
   std::filesystem::create_directories(Folder("Beispiel"));
   std::filesystem::copy(Sources(), Folder("Beispiel") / "Lagerverwaltung");

@@ -160,8 +160,7 @@ void HitPanel::ShowHit(const QModelIndex& index) {
   if (!index.isValid()) return;
   interaction_.Guarded([this, row = index.row()] {
     const HitList::Place place = hits_->At(row);
-    session_.GoToMatch(place.view, place.hit.match);
-    session_.Visit();
+    session_.JumpTo(place.view, place.hit.match);
   });
 }
 
