@@ -9,6 +9,7 @@
 #include "site_comments_p.h"
 #include "site_findings_p.h"
 #include "site_metrics_p.h"
+#include "site_notes_p.h"
 #include "site_pages_p.h"
 #include "site_parts_p.h"
 #include "site_text_p.h"
@@ -39,6 +40,7 @@ class ModulePageWriter {
     AppendFacts();
     AppendRoutineNames();
     site_.declarations.AppendModule(html_, position_);
+    AppendNotes(html_, model_, position_);
     AppendFindings(html_, site_, position_);
     AppendMetrics(html_, site_, position_);
     if (module_.first != module_.last) html_ += "<h2>Die Routinen im Einzelnen</h2>\n";

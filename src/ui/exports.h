@@ -35,6 +35,9 @@ class Exports {
   /// `known` is what the code means, made on the spot where it isn't there yet.
   void WriteDocumentation(const project::Understanding* known);
 
+  /// Where the notes for the documentation come from, by module and line.
+  void TakeNotes(std::function<std::vector<output::SiteNote>()> notes) { notes_ = std::move(notes); }
+
   /// All pages into an existing folder.
   void WriteSiteInto(const project::Understanding& known, const std::filesystem::path& folder,
                      const output::SiteProgress& progress);
@@ -70,6 +73,7 @@ class Exports {
   const CodeArea& code_;
   startup::AppGlobals& globals_;
   const ReadFiles& readFiles_;
+  std::function<std::vector<output::SiteNote>()> notes_;
 };
 
 }  // namespace quillmate::ui

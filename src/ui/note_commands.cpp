@@ -141,6 +141,17 @@ std::vector<LineMark> NoteCommands::MarksOf(codedb::ViewIndex view) {
   return marks;
 }
 
+std::vector<output::SiteNote> NoteCommands::NotesOfSite() {
+  std::vector<output::SiteNote> notes;
+  for (const Placed& placed : PlacedAll()) {
+    const Note& note = notes_[placed.note];
+    if (!placed.view || note.text.empty()) continue;
+    notes.push_back({codedb::ModuleOf(*placed.view), {placed.place.line + 1}, note.text});
+  }
+  std::ranges::stable_sort(notes, {}, &output::SiteNote::module);
+  return notes;
+}
+
 void NoteCommands::ShowMarks() {
   if (!session_.IsLoaded() || !code_.Main().ShowsModule()) return;
   code_.Main().SetMarks(MarksOf(session_.Views().Current()));

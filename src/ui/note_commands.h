@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <quillmate/codedb/notes.h>
+#include <quillmate/export/site.h>
 #include <quillmate/project/note_places.h>
 
 #include "code_area.h"
@@ -36,6 +37,8 @@ class NoteCommands : public QObject {
   void ShowList();
 
   const std::vector<codedb::Note>& Notes() const noexcept { return notes_; }
+  /// Those with a text, by module and line; a note whose module is gone is left out.
+  std::vector<output::SiteNote> NotesOfSite();
   /// What stands beside the lines of a view, by line.
   std::vector<LineMark> MarksOf(codedb::ViewIndex view);
 

@@ -306,6 +306,7 @@ void Shell::ConnectNames() {
           [this](symbols::SymbolId routine) { interaction_.Guarded([this, routine] { ShowCallPicture(routine); }); });
   connect(quickOpen_, &QuickOpen::Chosen, this,
           [this](symbols::SymbolId symbol) { interaction_.Guarded([this, symbol] { names_.GoToSymbol(symbol); }); });
+  exports_.TakeNotes([this] { return notes_.NotesOfSite(); });
   printing_.TakeNotes([this](codedb::ViewIndex view) { return notes_.MarksOf(view); });
   connect(&projects_, &ProjectCommands::AboutToCopy, this, [this] {
     knowledge_.FinishReading();

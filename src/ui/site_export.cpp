@@ -34,6 +34,7 @@ output::SiteProject Exports::ReadSite(const symbols::ReferenceIndex& understandi
   project.modules = session_.Index().ReadIndex();
   project.understanding = &understanding;
   project.places = places;
+  if (notes_) project.notes = notes_();
   return project;
 }
 

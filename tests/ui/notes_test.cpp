@@ -150,6 +150,17 @@ TEST_F(NotesTest, DamagedFileIsToldAndLeftAlone) {
   EXPECT_EQ(std::filesystem::file_size(file), 50U);
 }
 
+TEST_F(NotesTest, StandInTheDocumentation) {
+  Write(2, "mit <Lager> klären\nbis Freitag");
+  std::filesystem::create_directories(Folder("Doku"));
+  platform.folders = {Text(Folder("Doku"))};
+  Trigger("mnuHtml_Dokumentation");
+  const std::string page = files::ReadWholeFile(Folder("Doku") / "modul-Lager.html");
+  EXPECT_NE(page.find("<a href=\"#z2\">Zeile 2</a></td><td>mit &lt;Lager&gt; klären<br>bis Freitag</td>"), page.npos);
+  EXPECT_NE(page.find("id=\"z2\""), page.npos);
+  EXPECT_EQ(files::ReadWholeFile(Folder("Doku") / "modul-Suche.html").find("Notizen"), page.npos);
+}
+
 TEST_F(NotesTest, ArePrintedBelowTheirLines) {
   Write(2, QStringLiteral("Zeile\n").repeated(100) + "Ende");
   platform.saveFiles = {Text(Folder("Code.pdf"))};

@@ -40,6 +40,15 @@
 /// ones apart: all of it as the understanding of the project binds it.
 namespace quillmate::output {
 
+/// What the user has noted beside a line.
+struct SiteNote {
+  codedb::ModuleNumber module;
+  /// Of the stored text.
+  codedb::Line line;
+  /// UTF-8, lines separated by LF.
+  std::string text;
+};
+
 struct SiteProject {
   /// UTF-8.
   std::string title;
@@ -51,6 +60,8 @@ struct SiteProject {
   /// (symbols::LoadSources). Must outlive the site's making.
   const symbols::ReferenceIndex* understanding = nullptr;
   std::span<const symbols::ModulePlaces> places;
+  /// By module, then line.
+  std::vector<SiteNote> notes{};
 };
 
 /// Told about each module page that is written, `done` from 1.
