@@ -195,7 +195,7 @@ void HandOver::CopyProject(const fs::path& folder) {
   database_.CloseCodeDatabase();
   std::exception_ptr failure;
   try {
-    codedb::CopyProject(source, folder);
+    codedb::CopyAllFiles(source, folder);
   } catch (...) {
     failure = std::current_exception();
   }
