@@ -128,6 +128,7 @@ constexpr Command kCommands[] = {
      false},
     {kShowDependencies, "mnuAnalyse_Abhaengigkeiten", MenuId::kAnalysis, "&Abhängigkeiten der Module", "", "",
      kWithProject, false},
+    {kShowForm, "mnuAnalyse_Formular", MenuId::kAnalysis, "&Formular des Moduls", "", "", kWithProject, false},
     {kListFindings, "mnuAnalyse_Befunde", MenuId::kAnalysis, "Bef&unde", "", "", kWithProject, true},
     {kListUnused, "mnuAnalyse_Unbenutztes", MenuId::kAnalysis, "Unb&enutztes", "", "", kWithProject, false},
     {kListMetrics, "mnuAnalyse_Kennzahlen", MenuId::kAnalysis, "&Kennzahlen", "", "", kWithProject, false},

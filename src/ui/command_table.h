@@ -95,6 +95,7 @@ enum class CommandId {
   kShowHierarchy,
   kShowCallPicture,
   kShowDependencies,
+  kShowForm,
   kListFindings,
   kListUnused,
   kListMetrics,

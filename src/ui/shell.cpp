@@ -17,6 +17,7 @@
 #include "call_picture_window.h"
 #include "desktop_look.h"
 #include "display_size.h"
+#include "form_window.h"
 #include "help.h"
 #include "icons.h"
 #include "list_window.h"
@@ -207,6 +208,7 @@ void Shell::ConnectSession() {
     qDeleteAll(window_.findChildren<ListWindow*>());
     delete window_.findChild<CallPictureWindow*>();
     delete window_.findChild<MatrixWindow*>();
+    delete window_.findChild<FormWindow*>();
     comparing_.ForgetLoaded();
     waiting_ = nullptr;
     knowledge_.Drop();
@@ -603,6 +605,29 @@ void Shell::ShowDependencies() {
   matrix->show();
 }
 
+void Shell::ShowForm() {
+  const auto known = knowledge_.Get();
+  if (known == nullptr) {
+    interaction_.ShowProgress(ToUtf8(knowledge_.MissingText()));
+    return;
+  }
+  const symbols::Index module = known->ModuleOf(session_.Views().Current());
+  std::optional<project::FormPicture> form;
+  if (module != symbols::kNone) {
+    const Working working(interaction_);
+    form = project::ReadFormOf(*known, module, session_.Files());
+  }
+  if (!form) {
+    interaction_.ShowProgress("Dieses Modul hat kein Formular und keine Steuerelemente.");
+    return;
+  }
+  delete window_.findChild<FormWindow*>();
+  auto* window = new FormWindow(&window_, Desk(), known, std::move(*form));
+  connect(window, &FormWindow::RoutineChosen, this,
+          [this](symbols::SymbolId routine) { interaction_.Guarded([this, routine] { names_.GoToSymbol(routine); }); });
+  window->show();
+}
+
 void Shell::HandProjectOver() {
   const auto known = knowledge_.Get();
   if (known == nullptr) {
@@ -814,6 +839,8 @@ void Shell::Carry(CommandId command) {
       return ShowCallPicture(names_.RoutineAtCaret());
     case kShowDependencies:
       return WhenKnown([this] { ShowDependencies(); });
+    case kShowForm:
+      return WhenKnown([this] { ShowForm(); });
     case kListFindings:
       return WhenKnown([this] { ShowList(FindingList); });
     case kListUnused:

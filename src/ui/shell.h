@@ -103,6 +103,7 @@ class Shell : public QObject {
   ListDesk Desk() { return {interaction_, services_.globals, session_, readFiles_}; }
   void ShowCallPicture(symbols::SymbolId routine);
   void ShowDependencies();
+  void ShowForm();
   void HandProjectOver();
   void ShowOptions();
   void ShowAbout();
