@@ -66,7 +66,18 @@ inline CharacterClass ClassOf(char c) noexcept { return kCharacters.classes[stat
 inline bool GoesOnWithName(char c) noexcept { return kCharacters.name[static_cast<unsigned char>(c)]; }
 inline bool IsAsciiDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 inline bool IsAsciiLetter(char c) noexcept { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; }
+inline bool IsHexDigit(char c) noexcept { return IsAsciiDigit(c) || ((c | 0x20) >= 'a' && (c | 0x20) <= 'f'); }
 inline bool IsLineEnd(char c) noexcept { return c == '\r' || c == '\n'; }
 inline bool IsNarrowBlank(char c) noexcept { return ClassOf(c) == CharacterClass::kBlank; }
+
+/// True when "&" or "^", glued to what stands before it, is an operator because of the character behind it.
+inline bool StartsOperand(char sign, char next) noexcept {
+  const CharacterClass found = ClassOf(next);
+  if (found == CharacterClass::kLetter || found == CharacterClass::kDigit || found == CharacterClass::kHigh ||
+      found == CharacterClass::kQuote) {
+    return true;
+  }
+  return sign == '^' && (next == '(' || next == '-' || next == '.' || next == '[');
+}
 
 }  // namespace quillmate::language

@@ -10,62 +10,6 @@
 namespace quillmate::language {
 namespace {
 
-constexpr std::size_t kLongestDate = 64;      // between two "#"
-constexpr std::size_t kNestedBrackets = 256;  // how far to look for the outer end of brackets in brackets
-
-/// Reserved words that a file number or a date may follow without a blank: `Close#1`.
-constexpr bool TakesHash(NameId word) noexcept {
-  return word < kWordAccess && word != kWordDate && word != kWordString && word != kWordTab;
-}
-
-BuiltinType SuffixType(char c) noexcept {
-  switch (c) {
-    case '%':
-      return BuiltinType::kInteger;
-    case '&':
-      return BuiltinType::kLong;
-    case '^':
-      return BuiltinType::kLongLong;
-    case '!':
-      return BuiltinType::kSingle;
-    case '#':
-      return BuiltinType::kDouble;
-    case '@':
-      return BuiltinType::kCurrency;
-    case '$':
-      return BuiltinType::kString;
-    default:
-      return BuiltinType::kUndeclared;
-  }
-}
-
-/// True when "&" or "^", glued to what stands before it, is an operator because of the character behind it.
-bool StartsOperand(char sign, char next) noexcept {
-  const CharacterClass found = ClassOf(next);
-  if (found == CharacterClass::kLetter || found == CharacterClass::kDigit || found == CharacterClass::kHigh ||
-      found == CharacterClass::kQuote) {
-    return true;
-  }
-  return sign == '^' && (next == '(' || next == '-' || next == '.' || next == '[');
-}
-
-text::Utf8Character CharacterAt(const char* at, const char* end) noexcept {
-  const text::Utf8Character read =
-      text::ReadUtf8({at, static_cast<std::size_t>(std::min<std::ptrdiff_t>(end - at, 4))});
-  return read.length == 0 ? text::Utf8Character{U'\uFFFD', 1} : read;
-}
-
-bool IsHexDigit(char c) noexcept { return IsAsciiDigit(c) || ((c | 0x20) >= 'a' && (c | 0x20) <= 'f'); }
-
-/// The blank before "_" that makes it a continuation; the no-break space is none.
-bool IsBlankBeforeContinuation(const char* at, const char* begin) noexcept {
-  if (at == begin) return false;
-  if (IsNarrowBlank(at[-1])) return true;
-  if (static_cast<signed char>(at[-1]) >= 0 || at - begin < 3) return false;
-  const text::Utf8Character read = text::ReadUtf8({at - 3, 3});
-  return read.length == 3 && IsBlank(read.character);
-}
-
 /// Where the last lines begin: a line that continues none and has kReadAhead bytes behind its start.
 std::size_t FindTail(std::string_view text) noexcept {
   for (std::size_t at = text.size() < kReadAhead ? 0 : text.size() - kReadAhead; at > 0; --at) {
@@ -277,172 +221,6 @@ bool Lexer::EndsOperand() const noexcept {
   }
 }
 
-void Lexer::ReadName() {
-  const char* const from = at_;
-  const char* to = from + 1;
-  auto bits = static_cast<unsigned char>(*from);
-  for (; GoesOnWithName(*to); ++to) bits |= static_cast<unsigned char>(*to);
-  if (bits < 0x80) {
-    const NameId name = names_->Plain(from, static_cast<std::size_t>(to - from));
-    if (name == kWordRem && AtStatementStart()) return ReadComment(from);
-    Token& token = Push(TokenKind::kName, from, to);
-    token.name = name;
-    return ReadNameSuffix(token);
-  }
-  ReadHighCharacter();
-}
-
-/// A name with characters beyond ASCII, or one of those that belong to none.
-void Lexer::ReadHighCharacter() {
-  const char* const from = at_;
-  const char* to = from;
-  std::ptrdiff_t extraBytes = 0;
-  while (to < end_ && GoesOnWithName(*to)) {
-    if (static_cast<unsigned char>(*to) < 0x80) {
-      ++to;
-      continue;
-    }
-    const text::Utf8Character read = CharacterAt(to, end_);
-    const bool blank = IsBlank(read.character);
-    if (blank || IsPunctuation(read.character)) {
-      if (to > from) break;
-      if (blank) {
-        pending_ |= token_flag::kBlankBefore;
-        at_ = to + read.length;
-      } else {
-        Push(TokenKind::kUnknown, to, to + read.length);
-      }
-      columnBase_ += read.length - 1;
-      return;
-    }
-    to += read.length;
-    extraBytes += static_cast<std::ptrdiff_t>(read.length) - 1;
-  }
-  Token& token = Push(TokenKind::kName, from, to);
-  columnBase_ += extraBytes;
-  token.name = names_->Other({from, static_cast<std::size_t>(to - from)});
-  ReadNameSuffix(token);
-}
-
-/// The "]" that ends the name at `at_`, null when the line has none.
-const char* Lexer::FindBracketEnd() noexcept {
-  if (at_ < noBracketBefore_) return nullptr;
-  const char* first = nullptr;
-  int depth = 0;
-  const char* c = at_;
-  for (; c < end_ && !IsLineEnd(*c); ++c) {
-    if (*c == '[') ++depth;
-    if (*c != ']') continue;
-    if (first == nullptr) first = c;
-    if (--depth == 0) return c;
-    if (c - at_ > static_cast<std::ptrdiff_t>(kNestedBrackets)) return first;
-  }
-  if (first == nullptr) noBracketBefore_ = c;
-  return first;
-}
-
-void Lexer::ReadBracketedName() {
-  const char* const from = at_;
-  const char* const close = FindBracketEnd();
-  if (close == nullptr) {
-    Push(TokenKind::kUnknown, from, from + 1).flags |= token_flag::kUnclosed;
-    return;
-  }
-  Token& token = Push(TokenKind::kName, from, close + 1);
-  token.flags |= token_flag::kBracketed;
-  bool plain = close > from + 1;
-  for (const char* c = from + 1; c < close; ++c) {
-    plain = plain && GoesOnWithName(*c) && static_cast<unsigned char>(*c) < 0x80;
-    if ((static_cast<unsigned char>(*c) & 0xC0) == 0x80) ++columnBase_;
-  }
-  const auto length = static_cast<std::size_t>(close - from - 1);
-  token.name = plain ? names_->Plain(from + 1, length) : names_->Other({from + 1, length});
-  ReadNameSuffix(token);
-}
-
-void Lexer::TakeSuffix(Token& token) {
-  token.detail = static_cast<std::uint8_t>(SuffixType(*at_));
-  token.flags |= token_flag::kSuffixed;
-  ++token.length;
-  ++at_;
-}
-
-void Lexer::ReadNameSuffix(Token& token) {
-  const bool reserved = token.name < kWordAccess && (token.flags & token_flag::kBracketed) == 0;
-  switch (*at_) {
-    case '%':
-    case '@':
-    case '$':
-      return TakeSuffix(token);
-    case '&':
-      if (!StartsOperand('&', at_[1]) && !reserved) TakeSuffix(token);
-      return;
-    case '^':
-      if (!StartsOperand('^', at_[1]) && !reserved) TakeSuffix(token);
-      return;
-    case '!': {
-      const CharacterClass next = ClassOf(at_[1]);
-      const bool access = next == CharacterClass::kLetter || next == CharacterClass::kHigh ||
-                          next == CharacterClass::kBracket || next == CharacterClass::kUnderscore;
-      if (!access && !reserved) TakeSuffix(token);
-      return;
-    }
-    case '#':
-      if (!TakesHash(token.name) || (token.flags & token_flag::kBracketed) != 0) TakeSuffix(token);
-      return;
-    default:
-      return;
-  }
-}
-
-void Lexer::ReadNumber() {
-  const char* const from = at_;
-  const char* to = from;
-  TokenKind kind = TokenKind::kInteger;
-  while (IsAsciiDigit(*to)) ++to;
-  if (*to == '.') {
-    kind = TokenKind::kFloat;
-    ++to;
-    while (IsAsciiDigit(*to)) ++to;
-  }
-  const char exponent = static_cast<char>(*to | 0x20);
-  if (exponent == 'e' || exponent == 'd') {
-    const char* digits = to + 1;
-    if (*digits == '+' || *digits == '-') ++digits;
-    if (IsAsciiDigit(*digits)) {
-      kind = TokenKind::kFloat;
-      for (to = digits; IsAsciiDigit(*to);) ++to;
-    }
-  }
-  ReadNumberSuffix(Push(kind, from, to));
-}
-
-void Lexer::ReadNumberSuffix(Token& token) {
-  const char c = *at_;
-  switch (c) {
-    case '&':
-    case '^':
-      if (StartsOperand(c, at_[1])) return;
-      break;
-    case '%':
-    case '!':
-    case '#':
-    case '@':
-      break;
-    default:
-      return;
-  }
-  TakeSuffix(token);
-}
-
-/// "&H1F", "&O17", "&17".
-void Lexer::ReadRadixNumber(std::uint32_t prefix) {
-  const char* const from = at_;
-  const char* to = from + prefix;
-  while (IsHexDigit(*to)) ++to;
-  ReadNumberSuffix(Push(TokenKind::kInteger, from, to));
-}
-
 void Lexer::ReadAmpersand() {
   const bool operand = EndsOperand();
   const bool name = operand && tokens_[count_ - 1].kind == TokenKind::kName;
@@ -459,74 +237,6 @@ void Lexer::ReadAmpersand() {
     return ReadRadixNumber(1);
   }
   PushOperator(Operator::kConcatenate, 1);
-}
-
-void Lexer::ReadString() {
-  const char* const from = at_;
-  const char* to = from + 1;
-  const char* columnBase = columnBase_;
-  while (to < end_) {
-    const char c = *to;
-    if (c == '"') {
-      if (to[1] != '"') break;
-      ++to;
-    } else if (IsLineEnd(c)) {
-      break;
-    } else if ((static_cast<unsigned char>(c) & 0xC0) == 0x80) {
-      ++columnBase;
-    }
-    ++to;
-  }
-  if (to < end_ && *to == '"') {
-    Push(TokenKind::kString, from, to + 1);
-  } else {
-    // Unclosed; a continuation at the line's end is not part of it.
-    const char* last = to;
-    while (last > from && IsNarrowBlank(last[-1])) --last;
-    if (last - from > 2 && last[-1] == '_' && IsBlankBeforeContinuation(last - 1, begin_)) to = last - 2;
-    Push(TokenKind::kString, from, to).flags |= token_flag::kUnclosed;
-  }
-  columnBase_ = columnBase;
-}
-
-void Lexer::ReadHash() {
-  if (BeginsLine()) {
-    Push(TokenKind::kDirective, at_, at_ + 1);
-    return;
-  }
-  const char* const limit = at_ + std::min<std::ptrdiff_t>(end_ - at_, static_cast<std::ptrdiff_t>(kLongestDate));
-  const char* to = at_ + 1;
-  while (to < limit && *to != '#' && !IsLineEnd(*to)) ++to;
-  if (to < limit && *to == '#' && IsDateText({at_ + 1, static_cast<std::size_t>(to - at_ - 1)})) {
-    Push(TokenKind::kDate, at_, to + 1);
-    return;
-  }
-  PushOperator(Operator::kFileNumber, 1);
-}
-
-/// The rest of the line, and every further line that it continues on.
-void Lexer::ReadComment(const char* from) {
-  do {
-    const char* const to = FindLineEnd(from);
-    at_ = to;
-    const char* last = to;
-    while (last > from && IsNarrowBlank(last[-1])) --last;
-    module_->lines.back().trailingComment = last > from;
-    if (keepComments_ && last > from) KeepComment(from, to);
-    const bool continues = last > from && last[-1] == '_' && IsBlankBeforeContinuation(last - 1, begin_);
-    EndPhysicalLine(continues);
-    from = at_;
-  } while (lineOpen_);
-}
-
-void Lexer::KeepComment(const char* from, const char* to) {
-  Token& comment = comments_.emplace_back();
-  comment.offset = base_ + static_cast<std::uint32_t>(from - begin_);
-  comment.length = static_cast<std::uint32_t>(to - from);
-  comment.line = line_;
-  comment.column = static_cast<std::uint32_t>(from - columnBase_) + 1;
-  comment.name = kNone;
-  comment.kind = TokenKind::kComment;
 }
 
 void Lexer::ReadUnderscore() {
@@ -605,6 +315,14 @@ void Lexer::ReadColon() {
   } else {
     PushOperator(Operator::kColon, 1);
   }
+}
+
+bool IsBlankBeforeContinuation(const char* at, const char* begin) noexcept {
+  if (at == begin) return false;
+  if (IsNarrowBlank(at[-1])) return true;
+  if (static_cast<signed char>(at[-1]) >= 0 || at - begin < 3) return false;
+  const text::Utf8Character read = text::ReadUtf8({at - 3, 3});
+  return read.length == 3 && IsBlank(read.character);
 }
 
 bool EndsContinued(std::string_view lines) noexcept {

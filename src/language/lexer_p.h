@@ -90,6 +90,9 @@ class Lexer {
   bool lineOpen_ = false;  ///< the logical line goes on
 };
 
+/// The blank before "_" that makes it a continuation; the no-break space is none. The text begins at `begin`.
+bool IsBlankBeforeContinuation(const char* at, const char* begin) noexcept;
+
 /// True when the last line of `lines`, line break included, may go on in the next one.
 bool EndsContinued(std::string_view lines) noexcept;
 

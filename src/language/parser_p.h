@@ -97,6 +97,9 @@ class Parser {
   bool ParseContextualStatement(NameId word);
   bool MakesName(std::uint32_t next) const;
   void ParseLabels();
+
+  // ------------------------------------------------------------------------------------------- assignments.cpp
+
   void ParseCallOrAssignment();
   void ParseCallArguments(Index callee);
   void MarkLoaded(Index callee, Index firstUse);

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include <quillmate/language/parse.h>
 
 #include "binder_p.h"
@@ -22,10 +20,6 @@ bool GivesValue(const ModuleTable& table, Local first) {
     if (KindOf(table, local) != SymbolKind::kSub) return true;
   }
   return false;
-}
-
-bool IsFunction(DeclarationKind kind) {
-  return kind == DeclarationKind::kFunction || kind == DeclarationKind::kPropertyGet;
 }
 
 }  // namespace
@@ -81,101 +75,6 @@ void Binder::Run() {
 }
 
 // ------------------------------------------------------------------------------------------------------- routines
-
-void Binder::EnterLocal(Index declaration) {
-  const Declaration& declared = code_.declarations[declaration];
-  const bool label = declared.kind == DeclarationKind::kLabel;
-  std::vector<std::uint32_t>& stamps = label ? scratch_.labelStamps : scratch_.localStamps;
-  std::vector<Index>& numbers = label ? scratch_.labels : scratch_.locals;
-  if (stamps[declared.name] == stamp_) {
-    // Two of one name: the active one counts, else the first.
-    const bool inactive = (code_.declarations[numbers[declared.name]].flags & declaration_flag::kInactive) != 0;
-    if (!inactive || (declared.flags & declaration_flag::kInactive) != 0) return;
-  }
-  stamps[declared.name] = stamp_;
-  numbers[declared.name] = declaration;
-}
-
-void Binder::EnterRoutine(Index number) {
-  routine_ = number;
-  nextRoutine_ = number + 1;
-  ++stamp_;
-  pendings_.clear();
-  const language::Routine& routine = code_.routines[number];
-  for (Index at = routine.firstDeclaration; at < routine.endDeclaration; ++at) {
-    const Declaration& declared = code_.declarations[at];
-    const bool known = (table_.status[at] & status::kNone) == 0;
-    switch (declared.kind) {
-      case DeclarationKind::kParameter:
-        if (declared.parent == routine.declaration) EnterLocal(at);
-        break;
-      case DeclarationKind::kVariable:
-      case DeclarationKind::kConstant:
-      case DeclarationKind::kLabel:
-        if (known) EnterLocal(at);
-        break;
-      default:
-        break;
-    }
-  }
-  // The names of the routine's module are asked from inside it: by now its locals are known.
-  routineFirst_ = result_.references.size();
-  EnterReDims(routine);
-  BindHeader(number);
-}
-
-void Binder::EnterReDims(const language::Routine& routine) {
-  for (Index at = routine.firstDeclaration; at < routine.endDeclaration; ++at) {
-    const Declaration& declared = code_.declarations[at];
-    if (declared.kind != DeclarationKind::kReDim || (declared.flags & declaration_flag::kInactive) != 0) continue;
-    if (scratch_.localStamps[declared.name] == stamp_) continue;
-    const Declaration& header = code_.declarations[routine.declaration];
-    if (IsFunction(header.kind) && header.name == declared.name) continue;
-    const Meaning& meaning = ValueOf(declared.name);
-    if (meaning.kind == MeaningKind::kSeveral) continue;
-    if (meaning.kind == MeaningKind::kGroup) {
-      const SymbolKind kind = KindOf(tables_.modules[meaning.module], meaning.local);
-      if (kind == SymbolKind::kVariable || IsProperty(kind)) continue;
-    }
-    result_.redims.push_back(at);
-    EnterLocal(at);
-  }
-}
-
-void Binder::LeaveRoutine() {
-  if (routine_ == kNone) return;
-  for (; nextString_ < code_.strings.size(); ++nextString_) {
-    const Index routine = code_.strings[nextString_].routine;
-    if (routine != kNone && routine > routine_) break;
-    BindString(nextString_);
-  }
-  if (!pendings_.empty()) SettlePendings();
-  result_.routineEnds.push_back(static_cast<Index>(result_.references.size()));
-  routine_ = kNone;
-}
-
-/// Decides which unknown names of the routine are variables that their first use declares.
-void Binder::SettlePendings() {
-  for (Pending& pending : pendings_) {
-    if (pending.use == kNone) continue;
-    if (!pending.written && (pending.doubtful || pending.constant || !pending.value)) continue;
-    pending.implicit = static_cast<Index>(result_.implicits.size());
-    result_.implicits.push_back({pending.use, routine_, pending.form});
-  }
-  const auto settled = [&](StoredReference& reference) {
-    if ((reference.flags & reference_flag::kPending) == 0) return true;
-    const Pending& pending = pendings_[reference.target];
-    if (pending.implicit == kNone || pending.use == reference.place) return false;
-    reference.target = pending.implicit;
-    reference.flags =
-        static_cast<std::uint16_t>((reference.flags & ~reference_flag::kPending) | reference_flag::kUndeclared);
-    return true;
-  };
-  const auto first = result_.references.begin() + static_cast<std::ptrdiff_t>(routineFirst_);
-  result_.references.erase(
-      std::remove_if(first, result_.references.end(), [&](StoredReference& r) { return !settled(r); }),
-      result_.references.end());
-}
 
 const Meaning& Binder::ValueOf(language::NameId name) {
   Meaning& meaning = scratch_.values[name];
@@ -435,120 +334,6 @@ void Binder::BindUnknown(Index number, const Meaning& meaning) {
   const std::uint16_t flags = MayWrite(use) ? reference_flag::kMayWrite : std::uint16_t{0};
   Emit(number, number_, form, IsInactive(use) ? Certainty::kInactive : Certainty::kSure,
        static_cast<std::uint16_t>(reference_flag::kPending | flags));
-}
-
-void Binder::BindType(Index number) {
-  const NameUse& use = Use(number);
-  const bool first = use.access == Access::kSimple;
-  const bool qualifier = (use.flags & use_flag::kQualifier) != 0;
-  Meaning meaning;
-  if (first && !qualifier) {
-    Meaning& cached = scratch_.types[use.name];
-    if (cached.kind == MeaningKind::kUnset) cached = TypeMeaning(tables_, module_, HashOf(use.name));
-    meaning = cached;
-  } else {
-    const TypeRef before = use.previous == kNone ? TypeRef{} : scratch_.bound[use.previous].type;
-    meaning = TypeStep(tables_, module_, HashOf(use.name), first, qualifier, before);
-  }
-  Bound& bound = scratch_.bound[number];
-  bound.type = TypeOfMeaning(tables_, meaning);
-  const Form form = use.role == Role::kImplements && !qualifier ? Form::kImplements : Form::kType;
-  Certainty certainty = IsInactive(use) ? Certainty::kInactive : Certainty::kSure;
-  switch (meaning.kind) {
-    case MeaningKind::kModule:
-      bound.state = Bound::State::kOwn;
-      bound.module = meaning.module;
-      bound.local = 0;
-      if (tables_.nextModule[meaning.module] != kNone) {
-        const ModuleTable& table = tables_.modules[meaning.module];
-        Emit(number, SetNumber({SetKind::kModules, Form::kRead, false, table.project, kNone, table.nameHash, 0}), form,
-             IsInactive(use) ? certainty : Certainty::kAmbiguous, reference_flag::kSet | reference_flag::kTypeUse);
-        return;
-      }
-      return Emit(number, Raw(meaning.module, 0), form, certainty, reference_flag::kTypeUse);
-    case MeaningKind::kType:
-      if (tables_.modules[meaning.module].IsInactive(meaning.local)) {
-        // The language's own type of that name counts where the code's is left out.
-        if (!IsInactive(use) && MayBeBuiltin(use.name)) return;
-        certainty = Certainty::kInactive;
-      }
-      bound.state = Bound::State::kOwn;
-      return Emit(number, Raw(meaning.module, meaning.local), form, certainty, 0);
-    case MeaningKind::kSeveral: {
-      const Index project = tables_.modules[tables_.exports[meaning.local].module].project;
-      bound.state = Bound::State::kSeveral;
-      return Emit(number, SetNumber({SetKind::kExportedTypes, Form::kRead, false, project, kNone, HashOf(use.name), 0}),
-                  form, IsInactive(use) ? certainty : Certainty::kAmbiguous, reference_flag::kSet);
-    }
-    default:
-      bound.state = Bound::State::kLibrary;
-  }
-}
-
-void Binder::BindAddress(Index number) {
-  const NameUse& use = Use(number);
-  if (use.access != Access::kSimple) return BindMember(number);
-  const NameHash name = HashOf(use.name);
-  if ((use.flags & use_flag::kQualifier) != 0) return BindMeaning(number, ValueOf(use.name));
-  const Meaning meaning = AddressMeaning(tables_, module_, name);
-  if (meaning.kind == MeaningKind::kGroup) return BindGroup(number, meaning.module, meaning.local, true);
-  if (meaning.kind != MeaningKind::kSeveral) return;
-  const Index project = tables_.modules[tables_.exports[meaning.local].module].project;
-  BindSeveral(number, {SetKind::kExportedRoutines, Form::kRead, false, project, kNone, name, 0});
-}
-
-void Binder::BindEvent(Index number) {
-  const NameUse& use = Use(number);
-  const Local event = table_.FindEvent(HashOf(use.name));
-  if (event == kNone) return;
-  scratch_.bound[number] = {{}, module_, event, Bound::State::kOwn};
-  const bool inactive = IsInactive(use) || table_.IsInactive(event);
-  Emit(number, Raw(module_, event), Form::kRaise, inactive ? Certainty::kInactive : Certainty::kSure, 0);
-}
-
-void Binder::BindLabel(Index number) {
-  const NameUse& use = Use(number);
-  if (routine_ == kNone || scratch_.labelStamps[use.name] != stamp_) return;
-  const Local label = scratch_.labels[use.name] + 1;
-  const bool inactive = IsInactive(use) || table_.IsInactive(label);
-  Emit(number, Raw(module_, label), Form::kLabel, inactive ? Certainty::kInactive : Certainty::kSure, 0);
-}
-
-void Binder::BindNamedArgument(Index number) {
-  const NameUse& use = Use(number);
-  if (use.owner == kNone) return;
-  const Bound& owner = scratch_.bound[use.owner];
-  const NameHash name = HashOf(use.name);
-  if (owner.state == Bound::State::kOwn) {
-    const ModuleTable& table = tables_.modules[owner.module];
-    if (owner.local == 0 || !table.IsDeclaration(owner.local)) return;
-    const Local parameter = table.FindParameter(owner.local, name);
-    if (parameter == kNone) return;
-    scratch_.bound[number] = {{}, owner.module, parameter, Bound::State::kOwn};
-    const bool inactive = IsInactive(use) || table.IsInactive(parameter);
-    Emit(number, Raw(owner.module, parameter), Form::kNamedArgument, inactive ? Certainty::kInactive : Certainty::kSure,
-         0);
-    return;
-  }
-  if ((owner.state != Bound::State::kSeveral && owner.state != Bound::State::kLate) || owner.local == kNone) return;
-  SetRequest request = result_.sets[owner.local];
-  request.argument = name;
-  switch (request.kind) {
-    case SetKind::kMembers:
-      request.kind = SetKind::kMemberParameters;
-      break;
-    case SetKind::kExports:
-      request.kind = SetKind::kExportParameters;
-      break;
-    case SetKind::kGroup:
-      request.kind = SetKind::kGroupParameters;
-      break;
-    default:
-      return;
-  }
-  Certainty certainty = owner.state == Bound::State::kLate ? Certainty::kByName : Certainty::kAmbiguous;
-  if (IsInactive(use)) certainty = Certainty::kInactive;
-  Emit(number, SetNumber(request), Form::kNamedArgument, certainty, reference_flag::kSet);
 }
 
 }  // namespace quillmate::symbols

@@ -45,6 +45,10 @@ struct Scratch {
   std::vector<Local> picks;  ///< kNone: several
 };
 
+constexpr bool IsFunction(language::DeclarationKind kind) noexcept {
+  return kind == language::DeclarationKind::kFunction || kind == language::DeclarationKind::kPropertyGet;
+}
+
 class Binder {
  public:
   Binder(const Tables& tables, Index module, Scratch& scratch, ModuleReferences& result);
