@@ -10,7 +10,7 @@
 /// Other programs, started without a shell: an argument is an argument, whatever characters it holds.
 namespace quillmate::cli {
 
-/// The program in the folders of PATH; those that are no full path are passed over, so that nothing is run that lies
+/// The program in the folders of PATH; those that are no full path are passed over, so that nothing is run that is
 /// beside somebody's documents. `name` without ".exe".
 std::optional<std::filesystem::path> FindProgram(std::string_view name);
 

@@ -249,7 +249,7 @@ constexpr std::array kOptions{
 };
 
 /// Walks the arguments and keeps which options were met, because whether they are allowed is known only when the
-/// command is, and that may stand behind them.
+/// command is, and that may come after them.
 class Parser {
  public:
   Parser(std::span<const std::string> arguments, Invocation& invocation)

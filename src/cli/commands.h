@@ -19,7 +19,7 @@ struct Command {
   std::string_view summary;
   /// OptionSet bits besides kAnyCommand.
   std::uint64_t options;
-  /// How many operands stand before the inputs.
+  /// How many operands precede the inputs.
   std::size_t texts;
   /// Without --host.
   std::size_t minInputs;

@@ -24,7 +24,7 @@ std::vector<DiffLine> UnifiedDifference(const ComparedStates& states, symbols::I
                                         const symbols::PieceLines& oldLines, symbols::Index newModule,
                                         const symbols::PieceLines& newLines, const std::vector<symbols::Edit>& edits);
 std::vector<DiffLine> DifferenceOf(const ComparedStates& states, const symbols::RoutineChange& routine);
-/// Of what lies outside of routines.
+/// Of what is outside of routines.
 std::vector<DiffLine> DifferenceOutside(const ComparedStates& states, const symbols::ModuleChange& module);
 
 void WriteComparisonText(const ComparedStates& states, Output& output);

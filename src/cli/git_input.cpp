@@ -103,7 +103,7 @@ class ObjectStream {
     while (!piece.empty()) {
       if (left_ > 0) {
         const std::string_view content = piece.substr(0, left_);
-        // The last byte is the line break behind the object.
+        // The last byte is the line break after the object.
         const bool whole = content.size() == left_;
         sink_.bytes(whole ? content.substr(0, content.size() - 1) : content);
         left_ -= content.size();
@@ -221,7 +221,7 @@ class GitFiles::Reader {
  private:
   static constexpr const char* kTreeFolder = "baum";
 
-  /// A repository, where it lies in the one above all, and the tree that is meant (none: what is staged).
+  /// A repository, its place in the one above all, and the tree that is meant (none: what is staged).
   struct Repository {
     fs::path folder;
     std::string place;
@@ -307,7 +307,7 @@ class GitFiles::Reader {
     return tree;
   }
 
-  /// Whether the wanted path lies in this repository or below.
+  /// Whether the wanted path is in this repository or below.
   bool TakeFrom(const Repository& repository) {
     const Tree tree = ReadTree(repository);
     const auto whole = [&](const std::string& path) {

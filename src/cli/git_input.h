@@ -14,7 +14,7 @@
 namespace quillmate::cli {
 
 /// REV is anything that names a commit or tree, empty for what is staged. PATH counts from the repository's top; with
-/// "./" or "../" in front from the current folder; a full path may lie in any repository. Empty: all of it.
+/// "./" or "../" in front from the current folder; a full path may be in any repository. Empty: all of it.
 struct GitInput {
   std::string revision;
   std::string path;

@@ -8,7 +8,7 @@ namespace quillmate::cli {
 /// Appends the lines of the list that --files-from names. Throws CommandFailure when there are none, and FileError.
 void AddListedInputs(Invocation& invocation);
 
-/// The input "-" is what stands on standard input: it becomes a file that lives as long as the run. Only for commands
+/// The input "-" is what comes from standard input: it becomes a file that lives as long as the run. Only for commands
 /// that read sources. Throws CommandFailure.
 void TakeStandardInput(Invocation& invocation);
 

@@ -33,7 +33,7 @@ constexpr std::array kRoutineKinds{CodeName{codedb::kSub, "Sub"},
 constexpr std::array kVisibilities{CodeName{codedb::kPublic, "Public"}, CodeName{codedb::kPrivate, "Private"},
                                    CodeName{codedb::kFriend, "Friend"}};
 
-/// The name of a code with the code itself behind it: "Sub (1)".
+/// The name of a code followed by the code itself: "Sub (1)".
 template <std::size_t N>
 std::string NameOf(const std::array<CodeName, N>& names, int code) {
   const auto found = std::ranges::find(names, code, &CodeName::first);

@@ -41,7 +41,7 @@ std::vector<Candidate> Candidates(const std::filesystem::path& folder) {
   return candidates;
 }
 
-/// What may stand before the point: the project's name, its file's name, that without its ending.
+/// What may precede the point: the project's name, its file's name, that without its ending.
 std::vector<std::string> Qualifiers(const Candidate& module) {
   const std::filesystem::path file = files::PathFromText(module.file);
   return {module.project, files::PathText(file.filename()), files::PathText(file.stem())};

@@ -19,7 +19,7 @@ struct OutlineModule {
 /// "Kunden (/daten/Kunden.xlsm)"; empty where module and project are one file or the file is unknown.
 std::string ProjectHeading(std::string_view project, std::string_view projectFile, std::string_view moduleFile);
 
-/// Every module's name and below it, behind a TAB, its routines; LF. Modules of several projects stand one TAB deeper
+/// Every module's name and below it, after a TAB, its routines; LF. Modules of several projects are one TAB deeper
 /// below the lines of their projects.
 std::string OutlineText(const std::vector<OutlineModule>& modules);
 

@@ -14,7 +14,7 @@ namespace quillmate::cli {
 /// taken by the next file that is opened.
 void PrepareStandardStreams();
 
-/// The command line behind the program's name, UTF-8 (elsewhere than on Windows as the bytes that were given).
+/// The command line after the program's name, UTF-8 (elsewhere than on Windows as the bytes that were given).
 std::vector<std::string> Arguments(int argc, char** argv);
 
 /// From now on a signal that ends the process (SIGINT, SIGTERM, SIGHUP; on Windows the console's events) runs `cleanUp`

@@ -33,7 +33,7 @@ void CheckOutput(const Invocation& invocation);
 /// Opens the index in `folder`. Throws CommandFailure.
 void OpenIndex(codedb::CodeDatabase& database, const std::filesystem::path& folder);
 
-/// A project that is ready to be asked: a saved one where it lies, or sources read into a scratch folder that lives as
+/// A project that is ready to be asked: a saved one where it is, or sources read into a scratch folder that lives as
 /// long as this.
 class ProjectInput {
  public:

@@ -33,7 +33,7 @@ class Provenance {
   /// The same of the index. Modules of documents that are too short for it are omissions too; those in files of their
   /// own are there for everybody to see.
   void AppendSources(JsonObject& object, std::string& json) const;
-  /// The line of the module's own file that stands in a line of the stored text.
+  /// The line of the module's own file that is in a line of the stored text.
   std::optional<std::int64_t> SourceLine(codedb::ModuleNumber module, std::optional<codedb::Line> line) const;
 
  private:

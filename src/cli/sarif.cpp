@@ -50,7 +50,7 @@ std::string Escaped(std::string_view path) {
   return uri;
 }
 
-/// Relative to the current folder for what lies below it, else "file:///...".
+/// Relative to the current folder for what is below it, else "file:///...".
 std::string UriOf(const std::string& file) {
   const std::filesystem::path path = files::NormalPath(files::AbsolutePath(files::PathFromText(file)));
   const std::filesystem::path here = files::NormalPath(files::AbsolutePath(files::PathFromText(".")));
@@ -100,7 +100,7 @@ class Locations {
       AppendJsonUtf8(json, Uri(file));
       json += '}';
       const std::uint32_t line = index_.SourceLine(finding.module, finding.line);
-      // A document has no lines: the place in it stands in the logical location and in the message.
+      // A document has no lines: the place in it is in the logical location and in the message.
       if (line != 0 && !module.file.empty()) {
         json.append(",\"region\":{\"startLine\":").append(std::to_string(line)).append(",\"startColumn\":");
         json.append(std::to_string(std::max(finding.column, 1U))).append("}");

@@ -14,7 +14,7 @@ namespace {
 using symbols::ReferenceIndex;
 using symbols::SymbolId;
 
-/// Written from time to time, so that the whole never lies in memory.
+/// Written from time to time, so that the whole is never in memory.
 constexpr std::size_t kPiece = std::size_t{1} << 20U;
 
 void WriteJson(const ReferenceIndex& index, Output& output) {

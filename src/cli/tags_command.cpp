@@ -60,7 +60,7 @@ std::string TagFile(const ReferenceIndex& index, const std::vector<SymbolId>& ta
   return file;
 }
 
-/// The form of Emacs: a section for each file, in it the line up to the name, the name and where it stands. Of a line
+/// The form of Emacs: a section for each file, in it the line up to the name, the name and its place. Of a line
 /// of megabytes, which may declare thousands of names, the beginning is enough to find it.
 std::string EmacsTagFile(const ReferenceIndex& index, const std::vector<SymbolId>& tagged) {
   std::string file;

@@ -7,7 +7,7 @@
 namespace quillmate::files {
 namespace {
 
-// The range may lie behind the end of the file.
+// The range may be past the end of the file.
 bool Lock(HANDLE file, DWORD flags) noexcept {
   OVERLAPPED start{};
   return LockFileEx(file, flags, 0, 1, 0, &start) != 0;

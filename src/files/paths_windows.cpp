@@ -84,7 +84,7 @@ fs::path AbsolutePath(const fs::path& path) {
   return Written([&](wchar_t* text, DWORD size) { return GetFullPathNameW(path.c_str(), size, text, nullptr); });
 }
 
-// The system itself goes by name where others look up what lies above a link, so the path is normal already.
+// The system itself goes by name where others look up what is above a link, so the path is normal already.
 fs::path NormalPath(const fs::path& path) { return AbsolutePath(path); }
 
 fs::path RealPath(const fs::path& path, std::error_code& error) {

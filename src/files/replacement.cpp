@@ -44,7 +44,7 @@ bool IsFolder(const fs::path& path) noexcept {
   return fs::is_directory(fs::symlink_status(path, ignored));
 }
 
-/// The old state is gone already, and a power cut leaves one of the two whole in any case.
+/// The old state is gone already, and a power cut leaves one of the two whole either way.
 void KeepName(const fs::path& path) { static_cast<void>(FlushFolder(path.parent_path())); }
 
 std::error_code FlushNewFolder(const fs::path& folder, const std::vector<fs::path>& names) {
@@ -64,7 +64,7 @@ struct FileReplacement::State {
   fs::path target;
   bool existed = false;
   std::optional<WorkFolder> work;
-  /// The work folder does not lie beside the target.
+  /// The work folder is not beside the target.
   bool writesOver = false;
   OpenFile file;
   std::string buffer;

@@ -31,7 +31,7 @@ class OpenFile {
   std::size_t Read(char* to, std::size_t count, std::error_code& error) noexcept;
   /// EPIPE where the reader has gone.
   std::error_code Write(std::string_view bytes) noexcept;
-  /// Cuts the file off behind the last byte that was written.
+  /// Cuts the file off after the last byte that was written.
   std::error_code CutHere() noexcept;
   /// Has the system put the bytes where a power cut does not reach them.
   std::error_code Flush() noexcept;

@@ -27,7 +27,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-/// The owner, the system and its administrators, for the folder and all that will lie in it; nothing is inherited.
+/// The owner, the system and its administrators, for the folder and all that will be in it; nothing is inherited.
 constexpr const wchar_t* kPrivate = L"D:P(A;OICI;FA;;;OW)(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)";
 
 /// Longest path of the system, in characters.

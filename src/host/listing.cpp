@@ -75,7 +75,7 @@ void SortByBytes(std::vector<fs::path>& paths) {
 
 void TakeEntry(const files::FolderEntry& entry, FolderContent& content) {
   if (entry.isFolder) {
-    // A linked folder may lie above this one.
+    // A linked folder may be above this one.
     if (!entry.isLink) content.folders.push_back(entry.path);
   } else if (office::IsModuleFileExtension(ExtensionOf(entry.path))) {
     content.files.push_back(entry.path);

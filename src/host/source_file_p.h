@@ -18,7 +18,7 @@ struct SourceBytes {
 /// are problems too. NUL characters at the end are cut, a few elsewhere become blanks. Only regular files are read: a
 /// pipe would make the program wait for ever. `codePage` is that of bytes that tell none (office/code_pages.h).
 SourceBytes ReadSourceFile(const std::filesystem::path& file, std::string& buffer, int codePage = 0);
-/// The same for the bytes of a file that lie in `buffer` already.
+/// The same for the bytes of a file that are in `buffer` already.
 SourceBytes DecodeSourceBytes(std::string& buffer, int codePage);
 
 /// The editor takes 65,534 lines of 1,023 characters.

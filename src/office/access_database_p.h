@@ -82,7 +82,7 @@ class AccessDatabase {
   bool Whole() const noexcept { return whole_; }
   const std::vector<AccessObject>& Objects() const noexcept { return objects_; }
 
-  /// A table by its name in any case.
+  /// A table by its name, regardless of case.
   std::optional<AccessTable> Table(std::string_view name);
   /// Nothing where the file has no such table.
   std::unique_ptr<AccessStorage> OpenStorage();

@@ -20,7 +20,7 @@ using State = OfficeFile::State;
 
 constexpr const char* kBrokenDatabase = "Datei ist beschädigt: das Verzeichnis der Datenbank ist nicht lesbar";
 
-/// Since 2002: the storages of the project lie in a table.
+/// Since 2002: the storages of the project are in a table.
 std::optional<Storage::Id> ProjectIn(const Storage& storage) {
   const std::optional<Storage::Id> vba = storage.FindStorage(Storage::kRoot, "VBA");
   return vba.has_value() ? storage.FindStorage(*vba, "VBAProject") : std::nullopt;

@@ -58,7 +58,7 @@ class AccessPages {
   std::array<Cached, 16> cache_;
 };
 
-/// Where a row lies: the page and, in its low byte, the row.
+/// Where a row is: the page and, in its low byte, the row.
 using AccessPointer = std::uint32_t;
 inline std::uint32_t PageOf(AccessPointer pointer) noexcept { return pointer >> 8U; }
 inline std::size_t RowOf(AccessPointer pointer) noexcept { return pointer & 0xFFU; }

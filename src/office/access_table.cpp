@@ -50,7 +50,7 @@ constexpr std::uint32_t kWithin = 0x80000000;
 constexpr std::uint32_t kOneRow = 0x40000000;
 constexpr std::uint32_t kLengthBits = 0x3FFFFFFF;
 
-/// UTF-16, or, behind a mark, one byte for each character that needs no more; a NUL switches between the two.
+/// UTF-16, or, after a mark, one byte for each character that needs no more; a NUL switches between the two.
 std::string Utf8FromJetText(std::string_view bytes) {
   if (!bytes.starts_with("\xFF\xFE")) return Utf8FromUtf16Bytes(bytes);
   std::u16string utf16;
@@ -97,7 +97,7 @@ AccessRow::AccessRow(AccessTable& table, std::string bytes, AccessPointer pointe
   if (table.hasVariable_) old ? FindVariableOld() : FindVariable();
 }
 
-/// The offsets have 8 bits; each jump names the first of them that lies 256 bytes further.
+/// The offsets have 8 bits; each jump names the first of them that is 256 bytes further.
 void AccessRow::FindVariableOld() {
   if (maskAt_ < 2) return;
   const std::size_t count = static_cast<unsigned char>(bytes_[maskAt_ - 1]);
@@ -175,7 +175,7 @@ std::optional<AccessTable> AccessTable::Open(AccessPages& pages, std::uint32_t p
   return table;
 }
 
-/// The definition's pages one behind the other, each but the first without its head.
+/// The definition's pages one after the other, each but the first without its head.
 std::string AccessTable::Definition(std::uint32_t page) const {
   std::string definition;
   std::size_t wanted = kLargestDefinition;
@@ -240,7 +240,7 @@ std::size_t AccessTable::Column(std::string_view name) const noexcept {
   return found == columns_.end() ? kNoColumn : static_cast<std::size_t>(found - columns_.begin());
 }
 
-/// A map is a row: 0, the first page and a bit for each page from there on; or 1 and the pages in which such bits lie.
+/// A map is a row: 0, the first page and a bit for each page from there on; or 1 and the pages in which such bits are.
 void AccessTable::AppendFromMap(std::vector<std::uint32_t>& found) const {
   constexpr std::size_t kBitsAt = 5;
   constexpr std::size_t kBitsOfPageAt = 4;

@@ -17,7 +17,7 @@ namespace quillmate::office {
 ///     definition (type 2)   4 next page, 8 length; rows of several pages follow one another without their first 8
 ///     bytes
 ///                           12 / 16 number of rows
-///                           25 / 45 number of columns, 31 / 51 of indexes, 35 / 55 where the map of its pages lies
+///                           25 / 45 number of columns, 31 / 51 of indexes, 35 / 55 where the map of its pages is
 ///                           43 / 63 indexes (8 / 12 bytes each), columns (18 / 25 bytes each), names of the columns
 ///     row (97)              number of columns (8 bits), fixed values, variable values, their offsets (8 bits, last
 ///                           first), jumps of 256, number of variable columns (8 bits), a bit for each column that is
@@ -37,7 +37,7 @@ struct AccessColumn {
   /// Its bit in the row.
   std::uint16_t number = 0;
   bool fixed = false;
-  /// Of a fixed one: where its value lies. Of a variable one: its position among those.
+  /// Of a fixed one: where its value is. Of a variable one: its position among those.
   std::uint16_t place = 0;
   std::uint16_t length = 0;
 };
@@ -49,7 +49,7 @@ class AccessRow {
  public:
   AccessRow(AccessTable& table, std::string bytes, AccessPointer pointer);
 
-  /// Where it lies, for AccessTable::At.
+  /// Where it is, for AccessTable::At.
   AccessPointer Pointer() const noexcept { return pointer_; }
   /// 0 where the value or the column is missing.
   std::int64_t Number(std::size_t column) const;

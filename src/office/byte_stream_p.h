@@ -15,7 +15,7 @@ class ByteStream {
   virtual std::size_t Read(char* to, std::size_t count) = 0;
 };
 
-/// Bytes that lie in memory; they have to outlive the stream.
+/// Bytes that are in memory; they have to outlive the stream.
 class MemoryStream final : public ByteStream {
  public:
   explicit MemoryStream(std::string_view bytes) noexcept : bytes_(bytes) {}

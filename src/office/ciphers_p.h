@@ -25,7 +25,7 @@ class Rc4 {
 
 enum class HashKind { kMd5, kSha1, kSha256, kSha384, kSha512 };
 
-/// The hash of the pieces one behind the other, as bytes.
+/// The hash of the pieces one after the other, as bytes.
 std::string Hash(HashKind kind, std::initializer_list<std::string_view> pieces);
 /// By its name in a description, "SHA-1" or "SHA1" and the like; nothing for others.
 std::optional<HashKind> HashNamed(std::string_view name);

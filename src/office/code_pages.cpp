@@ -22,7 +22,7 @@ constexpr std::array kNames{
     Name{"uhc", 949},       Name{"johab", 1361},      Name{"koi8-r", 20866},   Name{"koi8-u", 21866},
     Name{"tis-620", 874},   Name{"macintosh", 10000}, Name{"us-ascii", 20127}, Name{"latin1", 28591}};
 
-/// What may stand in front of a number, and what to add to it.
+/// What may precede a number, and what to add to it.
 constexpr std::array kPrefixes{Name{"windows-", 0},      Name{"windows", 0},      Name{"cp", 0}, Name{"ibm", 0},
                                Name{"iso-8859-", 28590}, Name{"iso8859-", 28590}, Name{"", 0}};
 

@@ -67,7 +67,7 @@ OfficeFile ReadWithoutProject(const CompoundFile& file, OfficeHost host, std::op
   constexpr std::uint64_t kStart = 4096;
   // A file that was cut off may have had a project.
   if (!file.WholeDirectory()) return Without(State::kFailed, kPartOfDirectory, host);
-  // Before Excel 97 a project lay elsewhere and in another form.
+  // Before Excel 97 a project was elsewhere and in another form.
   if (file.FindPath(CompoundFile::kRoot, "_VBA_PROJECT/dir")) return Without(State::kFailed, reasons::kOfExcel95, host);
   if (host != OfficeHost::kExcel || !mainStream.has_value()) return Without(State::kNoMacros, kWithoutMacros, host);
   PiecedSource workbook = file.OpenStream(*mainStream, file.Size());
@@ -75,15 +75,10 @@ OfficeFile ReadWithoutProject(const CompoundFile& file, OfficeHost host, std::op
   if (!macroSheets && IsClosedWorkbook(ReadBytes(workbook, 0, kStart)))
     return Without(State::kFailed, kEncrypted, host);
   if (!macroSheets) return Without(State::kNoMacros, kWithoutMacros, host);
-  OfficeFile result = Without(State::kNoMacros, kWithoutMacros, host);
-  const ProjectNames names(result.project);
-  FactsCollector collector(result.facts, names);
-  ReadCompoundFacts(file, host, collector);
-  TellExcel4(result, options);
-  return result;
+  return WithMacroSheetsAlone(options, [&](FactsCollector& collector) { ReadCompoundFacts(file, host, collector); });
 }
 
-/// A document in the open formats that lies encrypted in a compound file [MS-OFFCRYPTO] 2.3.4.4.
+/// A document in the open formats that is encrypted in a compound file [MS-OFFCRYPTO] 2.3.4.4.
 OfficeFile ReadEncrypted(const CompoundFile& file, const ReadOptions& options) {
   const std::unique_ptr<PackageSource> package = PackageSource::Open(file);
   if (package == nullptr) return Without(State::kFailed, kEncrypted);

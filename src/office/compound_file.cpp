@@ -58,7 +58,7 @@ class LoopGuard {
 };
 
 /// Calls `append` with each sector of a chain and the bytes used of it, until `size` bytes are reached. Gives what
-/// stands behind the last one.
+/// follows the last one.
 template <typename Append>
 std::uint32_t Follow(const std::vector<std::uint32_t>& table, std::uint32_t first, std::uint64_t size,
                      std::uint64_t sectorSize, Append append) {
@@ -144,7 +144,7 @@ void CompoundFile::ReadFat(std::string_view header) {
   }
 }
 
-/// A FAT sector that lies outside the file leaves a gap: what the others say stays true.
+/// A FAT sector outside of the file leaves a gap: what the others say stays true.
 void CompoundFile::AppendFatSectors(std::string_view numbers) {
   const std::size_t perSector = SectorSize() / kNumberSize;
   for (std::size_t at = 0; at + kNumberSize <= numbers.size() && fat_.size() < sectorCount_; at += kNumberSize) {

@@ -22,7 +22,7 @@ class WorkbookCipher {
   /// From the content of the record FilePass; nothing when the password is another one or the method is not known.
   static std::optional<WorkbookCipher> Open(std::string_view filePass);
 
-  /// Deciphers a record in place. `dataAt` is where its data lies in the stream; records come in the order of the file.
+  /// Deciphers a record in place. `dataAt` is where its data is in the stream; records come in the order of the file.
   void Apply(std::uint16_t record, std::uint64_t dataAt, std::string& data);
 
  private:
@@ -43,7 +43,7 @@ class WorkbookCipher {
   std::uint64_t at_ = 0;
 };
 
-/// A document in the open formats that lies encrypted in a compound file.
+/// A document in the open formats that is encrypted in a compound file.
 ///
 ///     EncryptionInfo     how, 2.3.4: version, then a description in binary (x.2, "standard") or XML (4.4, "agile")
 ///     EncryptedPackage   size of the document (64 bits), then the document, in segments of 4,096 bytes

@@ -51,7 +51,7 @@ struct ShapeWord {
 constexpr std::array kShapeWords{ShapeWord{"sp", "Form"}, ShapeWord{"pic", "Bild"},
                                  ShapeWord{"graphicFrame", "Diagramm"}, ShapeWord{"cxnSp", "Verbindung"}};
 
-/// "Button_x0020_1": characters that an XML name can't hold stand as numbers.
+/// "Button_x0020_1": characters that an XML name can't hold are written as numbers.
 std::string DecodedShapeId(std::string_view id) {
   std::string name;
   for (std::size_t at = 0; at < id.size();) {
@@ -117,7 +117,7 @@ void ReadDrawing(ByteStream& stream, std::string_view sheet, bool hasVml, FactsC
       std::string macro = xml.Attribute("macro").value_or("");
       if (!macro.empty()) shape = Shape{word->element, word->word, std::move(macro), {}, {}};
     } else if (shape.has_value()) {
-      // The tag's name is gone with the text behind it.
+      // The tag's name is gone with the text that follows it.
       if (name == "cNvPr" && shape->name.empty()) shape->name = xml.Attribute("name").value_or("");
       if (name == "compatExt") shape->isControl = true;
       if (name == "p" && !shape->text.empty()) shape->text += ' ';

@@ -209,7 +209,7 @@ void ExcelFacts::ReadSheet(SheetPart& sheet) {
   }
 }
 
-/// ActiveX controls stand behind the cells, in a list that names their relations; form controls stand there too.
+/// ActiveX controls follow the cells, in a list that names their relations; form controls are there too.
 std::vector<Relation> ExcelFacts::ControlsOf(const SheetPart& sheet) const {
   std::vector<Relation> relations = package_.RelationsOf(sheet.part);
   std::erase_if(relations, [](const Relation& relation) { return relation.type != "control"; });
@@ -233,7 +233,7 @@ void ExcelFacts::ReadSheetXml(ByteStream& stream, SheetPart& sheet, bool macroSh
   for (Tag tag = xml.Next(); tag != Tag::kDone; tag = xml.Next()) {
     const std::string_view name = xml.Name();
     if (name == "sheetData") {
-      // Before it stands what names the sheet, behind it only formulas.
+      // What names the sheet comes before it, after it only formulas.
       if (!wanted) break;
       inCells = tag == Tag::kStart;
     } else if (tag != Tag::kStart) {

@@ -13,7 +13,7 @@ namespace quillmate::office {
 
 /// What is unpacked of a document's parts in search of evidence, all of them together.
 
-/// A sheet and where it lies.
+/// A sheet and where it is.
 struct SheetPart {
   Sheet sheet;
   std::string part;

@@ -17,7 +17,7 @@ namespace {
 struct TokenSize {
   std::uint8_t first;
   std::uint8_t last;
-  /// Bytes behind the id.
+  /// Bytes after the id.
   std::uint8_t biff8;
   std::uint8_t biff12;
 };
@@ -36,7 +36,7 @@ constexpr std::uint8_t kAttribute = 0x19;
 constexpr std::uint8_t kName = 0x23;
 constexpr std::uint8_t kNameOfBook = 0x39;
 
-/// Bytes of the token behind its id; nothing when it is not known.
+/// Bytes of the token after its id; nothing when it is not known.
 std::optional<std::size_t> SizeOf(std::uint8_t id, std::string_view rest, TokenFormat format) noexcept {
   if (id == kText && format == TokenFormat::kBiff8) {
     const std::size_t count = LittleEndian<std::uint8_t>(rest, 0);
@@ -102,7 +102,7 @@ class RecordStream {
   }
 
  private:
-  /// Makes `count` bytes lie behind `at_`.
+  /// Makes `count` bytes available from `at_` on.
   bool Need(std::size_t count) {
     Skip();
     if (buffer_.size() - at_ >= count) return true;
@@ -149,7 +149,7 @@ class RecordStream {
   std::size_t skip_ = 0;
 };
 
-/// A count of characters and UTF-16; `at` moves behind it. Empty where it makes no sense.
+/// A count of characters and UTF-16; `at` moves past it. Empty where it makes no sense.
 std::string TakeText(std::string_view data, std::size_t& at) {
   const std::uint32_t count = LittleEndian<std::uint32_t>(data, at);
   at += 4;
@@ -181,7 +181,7 @@ WorkbookRecords::Name NameFrom(std::string_view data) {
   return name;
 }
 
-/// The tokens behind a count; empty where it makes no sense.
+/// The tokens after a count; empty where it makes no sense.
 std::string_view TokensAt(std::string_view data, std::size_t at) {
   const std::size_t count = LittleEndian<std::uint32_t>(data, at);
   return at + 4 <= data.size() ? data.substr(at + 4, count) : std::string_view();
@@ -225,7 +225,7 @@ class MacroEntry {
   std::string sheets_;
 };
 
-/// Where the count of the tokens of a cell lies.
+/// Where the count of the tokens of a cell is.
 std::size_t TokensOfCell(const Record& record) noexcept {
   constexpr std::size_t kValueAt = 8;
   constexpr std::size_t kFlags = 2;

@@ -104,7 +104,7 @@ class Block {
  private:
   static constexpr std::size_t kHead = 4;
 
-  /// The next bytes, aligned; moves on behind them.
+  /// The next bytes, aligned; moves past them.
   std::size_t Take(std::size_t count, std::size_t alignment) {
     const std::size_t start = (at_ + alignment - 1) / alignment * alignment;
     if (start > bytes_.size() || bytes_.size() - start < count) broken_ = true;

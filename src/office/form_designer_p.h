@@ -9,7 +9,7 @@
 
 namespace quillmate::office {
 
-/// The designer data of a form, which lies in a storage of its name beside the storage VBA, after the published format
+/// The designer data of a form, which is in a storage of its name beside the storage VBA, after the published format
 /// [MS-OFORMS]:
 ///
 ///     \3VBFrame    text: the form's caption and size in twips

@@ -69,7 +69,7 @@ int BlockStep(std::string_view line) noexcept {
   return opens && !TrimIndent(line.substr(wordEnd)).starts_with('=') ? 1 : 0;
 }
 
-/// Reads on behind the line that opens the outer block; false when the block never ends.
+/// Reads on after the line that opens the outer block; false when the block never ends.
 bool SkipBlock(text::LineReader& lines) noexcept {
   int depth = 1;
   std::string_view line;
@@ -99,13 +99,13 @@ std::string_view BehindAccessHeader(text::LineReader& lines) noexcept {
 }
 
 struct Parts {
-  /// With the line break behind it; empty when there is none.
+  /// With the line break after it; empty when there is none.
   std::string_view header;
   std::string_view body;
   bool ofAccess = false;
 };
 
-/// The text behind a header of VB, which begins with the line that has just been read; the whole text when the header
+/// The text after a header of VB, which begins with the line that has just been read; the whole text when the header
 /// never ends.
 std::string_view BehindVbHeader(std::string_view text, text::LineReader& lines) noexcept {
   std::string_view line;
@@ -213,7 +213,7 @@ class HiddenCollector {
   std::vector<HiddenLines> lines_;
 };
 
-/// Joins lines with CR LF; those that lie together like that in their source are copied at once.
+/// Joins lines with CR LF; runs that are joined like that in their source are copied at once.
 class LineJoiner {
  public:
   explicit LineJoiner(std::string& text) noexcept : text_(text) {}
@@ -235,7 +235,7 @@ class LineJoiner {
   }
 
  private:
-  /// What stands in front of the line from the end of the run on, if that is not more than a line break.
+  /// What precedes the line from the end of the run on, if that is not more than a line break.
   std::string_view Between(std::string_view line) const noexcept {
     const char* const end = run_.data() + run_.size();
     const std::ptrdiff_t length = line.data() - end;

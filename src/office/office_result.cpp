@@ -23,7 +23,7 @@ OfficeFile::Cause CauseOf(std::string_view reason) noexcept {
   return reason == reasons::kTooLarge || reason == reasons::kOfExcel95 ? Cause::kUnsupported : Cause::kDamaged;
 }
 
-/// The designer data of a form lies in a storage of its name.
+/// The designer data of a form is in a storage of its name.
 void ReadForms(const Storage& file, Storage::Id storage, OfficeFile& result) {
   const CodePage codePage(result.project.codePage);
   for (const VbaModule& module : result.project.modules) {
@@ -42,6 +42,28 @@ VbaModule ModuleOf(Excel4Sheet& sheet) {
   module.lineCount = CountLines(module.code);
   sheet.code.clear();
   return module;
+}
+
+/// Makes modules out of the macro sheets of Excel 4 that were found, or names them.
+void TellExcel4(OfficeFile& file, const ReadOptions& options) {
+  std::string untold;
+  for (Excel4Sheet& sheet : file.facts.excel4) {
+    if (options.excel4 && !sheet.code.empty()) {
+      file.project.modules.push_back(ModuleOf(sheet));
+      file.state = State::kRead;
+      file.reason.clear();
+    } else {
+      untold += (untold.empty() ? "" : ", ") + sheet.name + " (" + std::to_string(sheet.formulas) +
+                (sheet.formulas == 1 ? " Formel)" : " Formeln)");
+    }
+  }
+  if (untold.empty()) return;
+  const std::string text = "enthält Excel-4-Makros: " + untold;
+  if (file.state == State::kRead) {
+    file.project.warnings.push_back("Datei " + text);
+  } else {
+    file.reason = "Datei enthält keinen VBA-Code, sie " + text;
+  }
 }
 
 }  // namespace
@@ -89,25 +111,13 @@ OfficeFile WithFacts(OfficeFile file, const ReadOptions& options, const std::fun
   return file;
 }
 
-void TellExcel4(OfficeFile& file, const ReadOptions& options) {
-  std::string untold;
-  for (Excel4Sheet& sheet : file.facts.excel4) {
-    if (options.excel4 && !sheet.code.empty()) {
-      file.project.modules.push_back(ModuleOf(sheet));
-      file.state = State::kRead;
-      file.reason.clear();
-    } else {
-      untold += (untold.empty() ? "" : ", ") + sheet.name + " (" + std::to_string(sheet.formulas) +
-                (sheet.formulas == 1 ? " Formel)" : " Formeln)");
-    }
-  }
-  if (untold.empty()) return;
-  const std::string text = "enthält Excel-4-Makros: " + untold;
-  if (file.state == State::kRead) {
-    file.project.warnings.push_back("Datei " + text);
-  } else {
-    file.reason = "Datei enthält keinen VBA-Code, sie " + text;
-  }
+OfficeFile WithMacroSheetsAlone(const ReadOptions& options, const std::function<void(FactsCollector&)>& search) {
+  OfficeFile file = Without(State::kNoMacros, reasons::kWithoutMacros, OfficeHost::kExcel);
+  const ProjectNames names(file.project);
+  FactsCollector collector(file.facts, names);
+  search(collector);
+  TellExcel4(file, options);
+  return file;
 }
 
 }  // namespace quillmate::office

@@ -31,8 +31,8 @@ OfficeFile ReadBareProject(const std::string& bytes, OfficeHost host, const Read
 
 /// The file with what its code and, through `search`, its document say, where that is wanted and there is a project.
 OfficeFile WithFacts(OfficeFile file, const ReadOptions& options, const std::function<void(FactsCollector&)>& search);
-/// Makes modules out of the macro sheets of Excel 4 that were found, or names them.
-void TellExcel4(OfficeFile& file, const ReadOptions& options);
+/// A workbook without a project: what `search` finds of macro sheets of Excel 4 is all that it may hold.
+OfficeFile WithMacroSheetsAlone(const ReadOptions& options, const std::function<void(FactsCollector&)>& search);
 
 // The kinds of files; each begins with its signature.
 OfficeFile ReadZipFile(ByteSource& source, const ReadOptions& options);

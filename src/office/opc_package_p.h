@@ -17,7 +17,7 @@ inline constexpr std::uint64_t kMostEvidence = std::uint64_t{2} << 30U;
 /// From one part of a document to another, as the parts "_rels/*.rels" have it [ECMA-376 part 2, 9].
 struct Relation {
   std::string id;
-  /// What stands behind the last "/" of the type: "worksheet", "drawing".
+  /// What follows the last "/" of the type: "worksheet", "drawing".
   std::string type;
   /// The part's path without a leading "/"; as it is written where it leads out of the document.
   std::string target;

@@ -118,7 +118,7 @@ void ReadCompoundFacts(const CompoundFile& file, OfficeHost host, FactsCollector
     ReadToolbars(StreamNamed(file, "XCB", kLargestToolbars), collector);
   } else if (host == OfficeHost::kWord) {
     if (auto document = open("WordDocument")) ReadDocFacts(*document, collector);
-    // Controls lie among other objects there, and what names them is not certain.
+    // Controls are among other objects there, and what names them is not certain.
     collector.Facts().controlsKnown = !file.FindStorage(CompoundFile::kRoot, "ObjectPool").has_value();
   } else if (host == OfficeHost::kPowerPoint) {
     if (auto document = open("PowerPoint Document")) ReadPptFacts(*document, collector);

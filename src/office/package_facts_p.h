@@ -26,7 +26,7 @@ void ReadPowerPointFacts(const OpcPackage& package, std::string_view presentatio
 // -------------------------------------------------------------------------------------------------------
 
 void ReadCompoundFacts(const CompoundFile& file, OfficeHost host, FactsCollector& collector);
-/// Fields in the stream "WordDocument" [MS-DOC], as far as they lie there in one piece.
+/// Fields in the stream "WordDocument" [MS-DOC], as far as they are there in one piece.
 void ReadDocFacts(ByteSource& document, FactsCollector& collector);
 /// Actions in the stream "PowerPoint Document" [MS-PPT].
 void ReadPptFacts(ByteSource& document, FactsCollector& collector);

@@ -142,7 +142,7 @@ std::optional<std::uint32_t> Presentation::OffsetIn(const Record& directory, std
   return std::nullopt;
 }
 
-/// An object lies where the newest edit that knows it says. Edits lie behind each other, and so do their directories;
+/// An object is where the newest edit that knows it says. Edits form a chain, and so do their directories;
 /// what an edit claims beyond that is not followed, so that no byte is read for two edits.
 std::optional<std::uint32_t> Presentation::PersistOffset(std::uint32_t edit, std::uint32_t id) {
   constexpr std::uint64_t kLastEditAt = 8;
@@ -215,7 +215,7 @@ PresentationProject Presentation::Unpack(const Record& record, std::size_t limit
   return project;
 }
 
-/// Embedded documents have storages too, but their projects lie further inside.
+/// Embedded documents have storages too, but their projects are further inside.
 bool HoldsProject(const std::string& bytes) {
   MemorySource source(bytes);
   const std::optional<CompoundFile> file = CompoundFile::Open(source);

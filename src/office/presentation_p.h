@@ -10,9 +10,9 @@
 /// file of its own inside the stream "PowerPoint Document", most often packed.
 ///
 ///     record                 version and instance (16 bits), type (16 bits), size (32 bits), content     2.3.1
-///     CurrentUserAtom        in its own stream: encrypted or not, where the last edit lies               2.3.2
+///     CurrentUserAtom        in its own stream: encrypted or not, where the last edit is                 2.3.2
 ///     UserEditAtom           the edit before it, its persist directory, the document's persist id        2.3.3
-///     PersistDirectoryAtom   where the objects of the edit lie                                           2.3.4
+///     PersistDirectoryAtom   where the objects of the edit are                                           2.3.4
 ///     DocumentContainer      ... DocInfoListContainer, VBAInfoContainer, VBAInfoAtom: the project's id   2.4.1
 ///     to 2.4.11 ExOleObjStg            the project, plain or as its size and zlib
 ///     data                             2.10.34

@@ -60,7 +60,7 @@ class RecordReader {
   std::string_view bytes_;
 };
 
-/// A text that its own length (32 bits) stands before; as much of it as there is.
+/// A text after its own length (32 bits); as much of it as there is.
 std::string_view SizedText(std::string_view data) noexcept {
   constexpr std::size_t kLengthSize = 4;
   const auto length = LittleEndian<std::uint32_t>(data, 0);
@@ -115,7 +115,7 @@ class ReferenceReader {
   bool inControl_ = false;
 };
 
-/// Collects the modules; one ends at its terminator or where the name of the next one stands.
+/// Collects the modules; one ends at its terminator or where the name of the next one begins.
 class DirReader {
  public:
   explicit DirReader(DirStream& dir) noexcept : dir_(dir), references_(dir.references) {}

@@ -239,7 +239,7 @@ VbaUnpacked ProjectReader::Unpack(std::string_view container) {
 
 int ProjectReader::TypeFromContent(const ModulePlan& plan, std::string_view text) const {
   if (plan.inDir == nullptr || plan.inDir->procedural) return kStdModule;
-  // A form's designer data lies in a storage of its name.
+  // A form's designer data is in a storage of its name.
   if (file_.FindStorage(storage_, plan.name).has_value()) return kMSForm;
   return SummarizeModuleFile(text, "cls").type;
 }

@@ -29,7 +29,7 @@ constexpr std::array kParts{
     PartWord{"footnotes", "in den Fußnoten"},   PartWord{"endnotes", "in den Endnoten"},
     PartWord{"comments", "in den Kommentaren"}, PartWord{"glossaryDocument", "in den Bausteinen"}};
 
-/// Fields in a part. A complex one begins and ends with marks, its instruction comes in pieces, and others may lie in
+/// Fields in a part. A complex one begins and ends with marks, its instruction comes in pieces, and others may be in
 /// it.
 class FieldReader {
  public:
@@ -174,7 +174,7 @@ void TakeFieldInstruction(std::string_view instruction, std::string_view where, 
   if (!instruction.starts_with(' ')) return;
   instruction = text::Trim(instruction);
   const std::size_t end = std::min(instruction.find(' '), instruction.size());
-  // "\* MERGEFORMAT" stands behind a field without a macro.
+  // "\* MERGEFORMAT" follows a field without a macro.
   if (!ParseMacroTarget(instruction.substr(0, end), "").has_value()) return;
   std::string place = PlaceOnSheet("Makroschaltfläche", OneLineText(instruction.substr(end)), "");
   collector.Add(Binding::Kind::kField, std::string(instruction.substr(0, end)), place.append(" ").append(where));
@@ -206,7 +206,7 @@ void ReadWordFacts(const OpcPackage& package, std::string_view document, FactsCo
 
 void ReadDocFacts(ByteSource& document, FactsCollector& collector) {
   constexpr std::size_t kPiece = std::size_t{1} << 20U;
-  // A field that begins in one piece is found in it whole, with what stands in front of it.
+  // A field that begins in one piece is found in it whole, with what precedes it.
   constexpr std::size_t kAround = 2 * kLongestInstruction;
   for (std::uint64_t at = 0; at < document.Size(); at += kPiece) {
     const std::size_t before = at == 0 ? 0 : kAround;

@@ -49,7 +49,7 @@ std::string ShapeName(std::string_view drawing) {
     if ((flags & 15U) == kContainer) continue;
     const std::string_view data = drawing.substr(at, length);
     const std::size_t count = flags >> 4U;
-    // Long values stand behind all entries, in their order.
+    // Long values follow all entries, in their order.
     std::size_t value = count * kEntry;
     for (std::size_t i = 0; type == kProperties && i < count && (i + 1) * kEntry <= data.size(); ++i) {
       const unsigned property = LittleEndian<std::uint16_t>(data, i * kEntry);
@@ -64,7 +64,7 @@ std::string ShapeName(std::string_view drawing) {
   return name.substr(0, name.find('\0'));
 }
 
-/// Characters of one or two bytes behind a flag.
+/// Characters of one or two bytes after a flag.
 std::string TextAt(std::string_view data, std::size_t flagAt, std::size_t count) {
   if (flagAt >= data.size()) return {};
   const std::string_view rest = data.substr(flagAt + 1);
@@ -146,7 +146,7 @@ class XlsReader {
     std::string text;
     bool isMacro = false;
   };
-  /// A shape with a macro, whose text comes behind it.
+  /// A shape with a macro, whose text comes after it.
   struct Shape {
     std::string target;
     unsigned type = 0;
@@ -218,7 +218,7 @@ class XlsReader {
         if (shape_.has_value()) shape_->textLeft = LittleEndian<std::uint16_t>(data, 10);
         break;
       case kContinue:
-        // A drawing that is too long for its record goes on in those behind it.
+        // A drawing that is too long for its record goes on in those that follow.
         if (before_ == kDrawing || before_ == kObj) drawing_ = data;
         if (before_ == kTxO && shape_.has_value())
           shape_->text = TextAt(data, 0, std::min<std::size_t>(shape_->textLeft, 1000));
@@ -292,7 +292,7 @@ class XlsReader {
   }
   void EndSheet() {
     FlushShape();
-    // The sheet's name in code stands behind its objects.
+    // The sheet's name in code follows its objects.
     for (std::string& name : controls_) {
       if (sheet_ == nullptr || name.empty()) continue;
       Control control;

@@ -24,7 +24,7 @@ constexpr std::size_t kLongestEntity = 10;
 
 bool IsBlank(char c) noexcept { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
-/// What stands between "&" and ";"; false when it is no entity.
+/// What is between "&" and ";"; false when it is no entity.
 bool AppendEntity(std::string_view entity, std::string& text) {
   if (entity.starts_with('#')) {
     const bool hex = entity.size() > 1 && (entity[1] == 'x' || entity[1] == 'X');
@@ -126,7 +126,7 @@ std::size_t XmlReader::ReadUtf8(char* to, std::size_t count) {
   return utf8.size();
 }
 
-/// Reads on behind what is unread; false at the end.
+/// Reads on after what is unread; false at the end.
 bool XmlReader::Fill() {
   if (ended_) return false;
   if (at_ > 0) {
@@ -179,7 +179,7 @@ bool XmlReader::SkipTo(std::string_view ending, std::string* content, std::size_
   }
 }
 
-/// From "<" on. Afterwards the reader is behind the tag.
+/// From "<" on. Afterwards the reader is past the tag.
 bool XmlReader::TakeTag() {
   std::size_t at = 1;
   char quote = '\0';

@@ -58,9 +58,9 @@ class XmlReader {
   bool Need(std::size_t count);
   std::size_t Unread() const noexcept { return end_ - at_; }
   std::string_view Window() const noexcept { return {buffer_.data() + at_, end_ - at_}; }
-  /// Goes to the next "<"; appends what lies before it to `text` where there is one.
+  /// Goes to the next "<"; appends what precedes it to `text` where there is one.
   bool ToTag(std::string* text, std::size_t limit);
-  /// Goes behind a text that ends a section; false when it never comes.
+  /// Moves past a text that ends a section; false when it never comes.
   bool SkipTo(std::string_view ending, std::string* content, std::size_t limit);
   bool TakeTag();
   std::optional<std::string_view> Raw(std::string_view name, bool bare, bool prefixed) const;

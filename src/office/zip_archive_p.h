@@ -27,8 +27,8 @@ struct ZipEntry {
   bool complete = false;
 };
 
-/// A zip, opened once. Names are those of the zip, in any case of their ASCII letters; of several equal ones the first
-/// counts.
+/// A zip, opened once. Names are those of the zip, regardless of the case of their ASCII letters; of several equal ones
+/// the first counts.
 class ZipArchive {
  public:
   using Index = std::uint64_t;
@@ -44,7 +44,7 @@ class ZipArchive {
   std::optional<Index> Find(std::string_view name) const;
   /// The first entry whose path ends so.
   std::optional<Index> FindEnding(std::string_view ending) const;
-  /// True when an entry lies in that folder, given in lower case with "/" at its end.
+  /// True when an entry is in that folder, given in lower case with "/" at its end.
   bool HoldsFolder(std::string_view folder) const;
   std::string Name(Index index) const;
 

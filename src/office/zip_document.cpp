@@ -15,7 +15,6 @@ using State = OfficeFile::State;
 using reasons::kBrokenEntry;
 using reasons::kEncrypted;
 using reasons::kTooLarge;
-using reasons::kWithoutMacros;
 
 constexpr const char* kBrokenZip = "Datei ist beschädigt: das Verzeichnis der Zip-Datei ist nicht lesbar";
 constexpr const char* kCutShort = "Das Makroprojekt ist beschädigt und wurde nur zum Teil entpackt";
@@ -29,14 +28,10 @@ OfficeHost HostOfEntry(std::string_view name) noexcept {
 /// Without a project of VBA.
 OfficeFile ReadWithoutProject(const ZipArchive& zip, const ReadOptions& options) {
   if (!zip.Find("[Content_Types].xml").has_value()) return Without(State::kNotOffice, reasons::kNoOffice);
-  OfficeFile file = Without(State::kNoMacros, kWithoutMacros);
-  if (!zip.HoldsFolder("xl/macrosheets/")) return file;
-  file.host = OfficeHost::kExcel;
-  const ProjectNames names(file.project);
-  FactsCollector collector(file.facts, names);
-  ReadPackageFacts(OpcPackage(zip), "", file.host, options.excel4, collector);
-  TellExcel4(file, options);
-  return file;
+  if (!zip.HoldsFolder("xl/macrosheets/")) return Without(State::kNoMacros, reasons::kWithoutMacros);
+  return WithMacroSheetsAlone(options, [&](FactsCollector& collector) {
+    ReadPackageFacts(OpcPackage(zip), "", OfficeHost::kExcel, options.excel4, collector);
+  });
 }
 
 OfficeFile ReadEntry(const ZipEntry& entry, OfficeHost host, const ReadOptions& options) {

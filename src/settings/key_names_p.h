@@ -5,8 +5,8 @@
 
 namespace quillmate::settings {
 
-/// True when `a` stands before `b`: bytewise, but runs of digits compare by their value; of two that differ in leading
-/// zeros alone the shorter stands first.
+/// True when `a` sorts before `b`: bytewise, but runs of digits compare by their value; of two that differ in leading
+/// zeros alone the shorter comes first.
 bool KeyBefore(std::string_view a, std::string_view b) noexcept;
 
 struct KeyOrder {

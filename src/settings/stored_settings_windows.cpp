@@ -81,7 +81,7 @@ std::wstring Expanded(const std::wstring& text) {
   return expanded;
 }
 
-/// Several texts, each with a null character behind it, and one more at the end.
+/// Several texts, each with a null character after it, and one more at the end.
 std::string ListText(const std::string& bytes) {
   std::wstring list = WideText(bytes);
   if (list.ends_with(L'\0')) list.pop_back();

@@ -20,7 +20,7 @@ std::string ReadWholeFile(const std::filesystem::path& file, std::size_t most = 
 /// be written whole (full disk) is removed: half a file would pass for a whole one. What users keep is written as
 /// replacement.h tells.
 void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
-/// The pieces one behind the other.
+/// The pieces one after the other.
 void WriteWholeFile(const std::filesystem::path& file, std::initializer_list<std::string_view> pieces);
 
 }  // namespace quillmate::files

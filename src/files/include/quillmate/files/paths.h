@@ -21,13 +21,13 @@ std::filesystem::path PathFromText(std::string_view utf8);
 /// True for a path that does not depend on the current folder or drive.
 bool IsAbsolutePath(const std::filesystem::path& path);
 
-/// A path as it is meant in a file that lies in `folder`: one that is absolute stays as it is.
+/// A path as it is meant in a file that is in `folder`: one that is absolute stays as it is.
 std::filesystem::path PathSeenFrom(const std::filesystem::path& folder, const std::filesystem::path& path);
 
 /// The path made absolute. Nothing is looked up. An empty path stays empty.
 std::filesystem::path AbsolutePath(const std::filesystem::path& path);
 
-/// An absolute path without "." and "..", which goes up by name, also behind a link.
+/// An absolute path without "." and "..", which goes up by name, also after a link.
 std::filesystem::path NormalPath(const std::filesystem::path& path);
 
 /// The absolute path with all links resolved, as far as it exists; what does not exist yet follows by name.
@@ -60,18 +60,18 @@ struct FolderEntry {
   bool isLink = false;
 };
 
-/// What lies in a folder, in no order, without "." and "..". With an error what could be listed before it.
+/// What is in a folder, in no order, without "." and "..". With an error what could be listed before it.
 std::vector<FolderEntry> FolderEntries(const std::filesystem::path& folder, std::error_code& error);
 
 /// Gives a file or folder another name on the same file system; a file replaces one that bears the name. Throws
 /// std::filesystem::filesystem_error.
 void RenamePath(const std::filesystem::path& from, const std::filesystem::path& to);
 
-/// Removes a file, a link or an empty folder, write-protected ones too where the folder they lie in may be changed.
+/// Removes a file, a link or an empty folder, write-protected ones too where the folder they are in may be changed.
 /// False when there is none, or with an error.
 bool RemovePath(const std::filesystem::path& path, std::error_code& error) noexcept;
 
-/// Removes a folder with all that lies in it; links are removed, not followed. Goes on after a failure and reports the
+/// Removes a folder with all that is in it; links are removed, not followed. Goes on after a failure and reports the
 /// last one. A folder that does not exist is no error.
 void RemoveFolder(const std::filesystem::path& folder, std::error_code& error);
 

@@ -17,7 +17,7 @@
 /// * In a folder that exists the program's files are exchanged one by one, each in one step where the file system gives
 ///   a file two names, else in two renames. The folder itself keeps its place, and with it everything that hangs on it:
 ///   its owner and rights, whoever has it as the current folder or serves its files, what is mounted there. It may be
-///   such a mount point itself, or lie in a folder that nobody may write. Nothing else in it is touched, at no time.
+///   such a mount point itself, or are in a folder that nobody may write. Nothing else in it is touched, at no time.
 ///   A record in the work folder tells what goes and what comes, from before the first step until after the last one.
 ///   A failure in between takes all steps back. Whoever is killed leaves the record, and MendFolder takes the remaining
 ///   steps: at the next write into the folder and whenever the program opens it.

@@ -23,7 +23,7 @@ class ByteSource {
 /// Up to `count` bytes from `offset` on. What does not exist is not allocated.
 std::string ReadBytes(ByteSource& source, std::uint64_t offset, std::uint64_t count);
 
-/// Bytes that lie in memory; they have to outlive the source.
+/// Bytes that are in memory; they have to outlive the source.
 class MemorySource final : public ByteSource {
  public:
   explicit MemorySource(std::string_view bytes) noexcept : bytes_(bytes) {}
@@ -76,7 +76,7 @@ class PiecedSource final : public ByteSource {
   std::uint64_t size_ = 0;
 };
 
-/// The little-endian number of sizeof(Number) bytes at `offset`; 0 when it does not lie within `bytes`.
+/// The little-endian number of sizeof(Number) bytes at `offset`; 0 when it is not within `bytes`.
 template <typename Number>
 Number LittleEndian(std::string_view bytes, std::size_t offset) noexcept {
   if (offset > bytes.size() || bytes.size() - offset < sizeof(Number)) return 0;

@@ -14,12 +14,12 @@
 /// the published format [MS-CFB].
 ///
 ///     header              512 bytes: versions, sector size, where the tables begin             2.2
-///     sectors             of 512 bytes (version 3) or 4096 (version 4); number n lies at (n + 1) x sector size
+///     sectors             of 512 bytes (version 3) or 4096 (version 4); number n is at (n + 1) x sector size
 ///     FAT                 for each sector the number of the next one in its chain              2.3
 ///     DIFAT               the numbers of the FAT's own sectors, 109 in the header, then a chain 2.5
 ///     directory           128 bytes for each storage or stream; siblings form a binary tree    2.6
 ///     mini FAT, stream    streams shorter than the cutoff (4096) in pieces of 64 bytes,
-///                         which lie in the root entry's own chain                              2.4
+///                         which are in the root entry's own chain                              2.4
 ///
 /// Files may be damaged or made to do harm. Bounds: a chain ends where it runs into itself, so that neither a table
 /// nor a stream has more bytes than the file; the FAT ends with the file's last sector, at the latest with the
@@ -58,7 +58,7 @@ class CompoundFile final : public Storage {
   /// False when a part of the directory is lost: what is not among the entries may still have been in the file.
   bool WholeDirectory() const noexcept { return wholeDirectory_; }
 
-  /// An entry by its name in a storage, UTF-8 and in any case.
+  /// An entry by its name in a storage, UTF-8 and regardless of case.
   std::optional<CompoundId> Find(CompoundId storage, std::string_view name) const;
   /// An entry by its path from a storage on, names separated by "/".
   std::optional<CompoundId> FindPath(CompoundId storage, std::string_view path) const;
@@ -85,7 +85,7 @@ class CompoundFile final : public Storage {
 
   std::uint64_t SectorSize() const noexcept { return std::uint64_t{1} << sectorShift_; }
   std::uint64_t OffsetOf(std::uint32_t sector) const noexcept { return (std::uint64_t{sector} + 1) << sectorShift_; }
-  /// `next` gets what stands behind the chain's last sector.
+  /// `next` gets what follows the chain's last sector.
   PiecedSource SectorChain(std::uint32_t first, std::uint64_t size, std::uint32_t* next = nullptr) const;
   PiecedSource MiniChain(std::uint32_t first, std::uint64_t size) const;
 

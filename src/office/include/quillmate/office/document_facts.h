@@ -46,10 +46,10 @@ struct Control {
   std::string type;
   /// "MSForms" and the like; empty when the file does not say.
   std::string library;
-  /// The frame or page that it lies in; empty for the form itself.
+  /// The frame or page that it is in; empty for the form itself.
   std::string parent;
   std::string caption;
-  /// From the top left corner of what it lies in, in points.
+  /// From the top left corner of what it is in, in points.
   std::optional<double> left;
   std::optional<double> top;
   /// Among its neighbours, from 0.

@@ -33,7 +33,7 @@ struct EditorText {
 
 /// A module file (.bas, .cls, .frm and their kin) taken apart.
 ///
-/// Format, as the host's editor and VB write it (words in any case, lines ended by CR LF, LF or CR):
+/// Format, as the host's editor and VB write it (words in upper or lower case, lines ended by CR LF, LF or CR):
 ///
 ///     VERSION 5.00                                  "VERSION 1.0 CLASS" in class modules; standard modules have none
 ///     Object = "{...}#2.0#0"; "MSCOMCTL.OCX"        any number, forms only
@@ -45,7 +45,7 @@ struct EditorText {
 ///     End
 ///     Attribute VB_Name = "Form1"
 ///     Attribute VB_PredeclaredId = True
-///     Option Explicit                               the code; further Attribute lines stand inside it
+///     Option Explicit                               the code; further Attribute lines are inside it
 ///
 /// The header begins with the file's first line ("VERSION" and a number) and ends with the End of the outer block. A
 /// file whose outer block never ends has no header: all of it is code, so that nothing gets lost.
@@ -60,7 +60,7 @@ struct ModuleFile : EditorText {
   int type = 0;
 };
 
-/// `bytes` as they lie in the file, `extension` with or without its dot, any case.
+/// `bytes` as they are in the file, `extension` with or without its dot, in upper or lower case.
 ///
 /// A .cls file is a document module when VB_PredeclaredId and VB_Exposed are True and VB_Creatable is not, or when
 /// VB_Base begins with "0{0002" (the class ids of the hosts' own documents).
@@ -69,13 +69,14 @@ ModuleFile ParseModuleFile(std::string_view bytes, std::string_view extension);
 /// The same with nothing of the text but `lineCount`: what a listing needs, at the cost of one look at the bytes.
 ModuleFile SummarizeModuleFile(std::string_view bytes, std::string_view extension);
 
-/// A text that stands without a header: only Attribute lines are hidden.
+/// A text without a header: only Attribute lines are hidden.
 EditorText TakeEditorText(const files::DecodedText& text);
 
 /// True for the extensions that are read as module files: bas, cls, frm, ctl, pag, dob, dsr.
 bool IsModuleFileExtension(std::string_view extension);
 
-/// The code with every line dropped whose first ten characters behind leading blanks are "Attribute " in any case.
+/// The code with every line dropped whose first ten characters after leading blanks are "Attribute ", regardless of
+/// case.
 std::string DropAttributeLines(std::string_view code);
 
 /// Lines of a code text as the host's editor counts them: 0 for an empty text, otherwise its line breaks + 1.

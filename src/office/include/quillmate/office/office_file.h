@@ -15,10 +15,10 @@
 /// What a file is, its first bytes say, not its name:
 ///
 /// * zip: the first entry whose path ends in "vbaProject.bin" holds the project [ECMA-376], [MS-OVBA];
-/// * compound file: the project lies in a storage of a workbook [MS-XLS], of a document [MS-DOC] or on its own, or,
+/// * compound file: the project is in a storage of a workbook [MS-XLS], of a document [MS-DOC] or on its own, or,
 ///   packed, in a presentation's stream [MS-PPT]; or it holds a zip that is encrypted [MS-OFFCRYPTO]. What was
 ///   encrypted with the password that the hosts try by themselves is opened;
-/// * Access database: the project lies in system tables (see access_database_p.h).
+/// * Access database: the project is in system tables (see access_database_p.h).
 ///
 /// Files may be damaged or made to do harm. Bounds: a packed project of more than kLargestVbaProject bytes is not read;
 /// of the file itself only what leads to the project is read (see compound_file.h and vba_project.h); a zip's table of
@@ -61,7 +61,7 @@ struct OfficeFile {
   DocumentFacts facts;
 };
 
-/// Reads the project and the facts of a file, or of bytes from anywhere. Never throws for what lies in it.
+/// Reads the project and the facts of a file, or of bytes from anywhere. Never throws for what is in it.
 OfficeFile ReadOfficeFile(const std::filesystem::path& file, const ReadOptions& options = {});
 OfficeFile ReadOfficeFile(ByteSource& source, const ReadOptions& options = {});
 

@@ -8,8 +8,8 @@
 
 namespace quillmate::office {
 
-/// A tree of named storages and streams, as a macro project lies in: a compound file, or the table in which a database
-/// keeps one. Names are UTF-8, and names that differ in case only are equal.
+/// A tree of named storages and streams, as a macro project is stored in: a compound file, or the table in which a
+/// database keeps one. Names are UTF-8, and names that differ in case only are equal.
 class Storage {
  public:
   using Id = std::uint32_t;
@@ -29,7 +29,7 @@ class Storage {
   virtual ~Storage() = default;
   /// Bytes of the whole file: all streams together have no more.
   virtual std::uint64_t Size() const noexcept = 0;
-  /// What lies directly in a storage.
+  /// What is directly in a storage.
   virtual std::vector<Item> List(Id storage) const = 0;
   virtual std::optional<Id> FindStorage(Id storage, std::string_view name) const = 0;
   virtual std::optional<Id> FindStream(Id storage, std::string_view name) const = 0;

@@ -27,8 +27,8 @@ struct VbaUnpacked {
 /// `container` begins with its byte 1; otherwise nothing is unpacked. At most `limit` bytes (rounded up to a chunk).
 VbaUnpacked UnpackVba(std::string_view container, std::size_t limit);
 
-/// True when `bytes` begins with a container that unpacks to a text which begins with `start`, in any case of its ASCII
-/// letters. Looks at the first chunk only, as far as needed; `start` must not be longer than a chunk.
+/// True when `bytes` begins with a container that unpacks to a text which begins with `start`, regardless of the case
+/// of its ASCII letters. Looks at the first chunk only, as far as needed; `start` must not be longer than a chunk.
 bool UnpacksTo(std::string_view bytes, std::string_view start);
 
 /// The first place where UnpacksTo holds, npos when there is none. Linear in `bytes`.

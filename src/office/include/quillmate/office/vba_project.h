@@ -8,7 +8,7 @@
 #include <quillmate/office/module_file.h>
 #include <quillmate/office/vba_directory.h>
 
-/// A macro project as it lies in a storage, mostly of a compound file, after the published format [MS-OVBA] 2.2:
+/// A macro project as it is in a storage, mostly of a compound file, after the published format [MS-OVBA] 2.2:
 ///
 ///     PROJECT       text: kinds and order of the modules, protection          2.3.1
 ///     VBA/dir       packed: code page, names, streams and text offsets        2.3.4.2
@@ -67,7 +67,7 @@ struct VbaProject {
 /// "_VBA_PROJECT_CUR" and "Macros" in it), then the first storage with a dir stream in a storage "VBA".
 std::optional<CompoundId> FindVbaProject(const CompoundFile& file);
 
-/// Reads the project in a storage as far as it goes. A module whose text does not lie where dir says is searched for in
+/// Reads the project in a storage as far as it goes. A module whose text is not where dir says is searched for in
 /// its stream: a text begins with the attribute of its name. A locked project is not read.
 VbaProject ReadVbaProject(const Storage& file, Storage::Id storage);
 

@@ -20,8 +20,8 @@ struct DisplaySize {
   WindowPlace place;
 };
 
-/// Nothing when the text is no display size (fewer than four parts, a part that is no number). "max" in any case.
-/// Parts behind the fourth are not looked at. A decimal comma is read like a decimal point.
+/// Nothing when the text is no display size (fewer than four parts, a part that is no number). "max" may be in upper or
+/// lower case. Parts after the fourth are not looked at. A decimal comma is read like a decimal point.
 std::optional<DisplaySize> ParseDisplaySize(std::string_view bis);
 /// Decimal point, fractions as far as they go, no exponent, whatever the locale.
 std::string FormatDisplaySize(const DisplaySize& size);

@@ -15,7 +15,7 @@ namespace quillmate::settings {
 /// for each key; elsewhere an ini file below the user's configuration folder
 /// (~/.config/Qm_Quillmate/Qm_Quill_Excel.ini): [section], then key=text.
 ///
-/// Names stand there as they are, but "%" and what the storage can't take ("/" and "\" in the file; in the registry "\"
+/// Names are stored as they are, but "%" and what the storage can't take ("/" and "\" in the file; in the registry "\"
 /// in a section and the character 0) stand as "%" with two hexadecimal digits, and an empty name as "%" (the file then
 /// escapes "%" once more). The registry doesn't tell capitals from small letters. What somebody else stored is read as
 /// a text all the same: a list that was written into the file by hand (a,b) as "a,b", a number of the registry in

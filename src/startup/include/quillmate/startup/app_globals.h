@@ -18,7 +18,7 @@ struct AppGlobals {
   std::string EditionCode;
   std::string SettingsRoot;
   std::string AppTitle;
-  /// Folder of the executable, or the user's data folder for an installed program; "TempDateien" lies there.
+  /// Folder of the executable, or the user's data folder for an installed program; "TempDateien" is there.
   std::filesystem::path ProgramFolder;
   /// mask_Quillmate.mdb.
   std::filesystem::path TemplatePath;

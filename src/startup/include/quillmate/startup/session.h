@@ -17,7 +17,7 @@ inline constexpr std::string_view kScratchRoot = "TempDateien";
 struct ProgramPlaces {
   /// Folder that holds "TempDateien" and takes the HTML preview. It need not exist yet.
   std::filesystem::path programFolder;
-  /// mask_Quillmate.mdb; the help file lies beside it.
+  /// mask_Quillmate.mdb; the help file is beside it.
   std::filesystem::path templateFile;
 };
 
@@ -26,7 +26,7 @@ struct ProgramPlaces {
 /// the user's data folder (~/.local/share/quillmate, on Windows AppData\Local\quillmate).
 ProgramPlaces FindProgramPlaces(const std::filesystem::path& executableFolder);
 
-/// True when the whole command line is "/a", in any case.
+/// True when the whole command line is "/a", regardless of case.
 bool IsMiniWindowCommand(std::string_view commandLine) noexcept;
 
 /// First part of the start, before the window: host, titles, defaults, scratch root, last project folder. A scratch

@@ -16,11 +16,11 @@ struct Utf8Character {
   std::size_t length;
 };
 
-/// The character at the start of `bytes`, which must not be empty. Overlong forms, surrogates and what lies above
+/// The character at the start of `bytes`, which must not be empty. Overlong forms, surrogates and what is above
 /// U+10FFFF are malformed.
 Utf8Character ReadUtf8(std::string_view bytes) noexcept;
 
-/// Appends a character, which must not lie above U+10FFFF.
+/// Appends a character, which must not be above U+10FFFF.
 void AppendUtf8(std::string& utf8, char32_t character);
 
 /// The same text with the replacement character for each byte that can't be read.
