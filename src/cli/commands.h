@@ -59,4 +59,9 @@ void RunCheck(const Invocation& invocation);
 void RunDigest(const Invocation& invocation);
 void RunInventory(const Invocation& invocation);
 
+// The same of the understanding, where `--exact` asks for it; lines are the editor's.
+void RunModulesExact(const Invocation& invocation);
+void RunOutlineExact(const Invocation& invocation);
+void RunUnusedExact(const Invocation& invocation);
+
 }  // namespace quillmate::cli

@@ -12,7 +12,6 @@
 #include "messages.h"
 #include "output.h"
 #include "platform.h"
-#include "wildcards.h"
 
 namespace quillmate::cli {
 namespace {

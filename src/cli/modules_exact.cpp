@@ -1,5 +1,3 @@
-#include "modules_exact.h"
-
 #include <algorithm>
 #include <cstdint>
 #include <numeric>
@@ -12,6 +10,7 @@
 #include <quillmate/symbols/exact_routines.h>
 #include <quillmate/text/windows1252.h>
 
+#include "commands.h"
 #include "json.h"
 #include "module_list.h"
 #include "outline_text.h"

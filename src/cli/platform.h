@@ -17,6 +17,14 @@ void PrepareStandardStreams();
 /// The command line after the program's name, UTF-8 (elsewhere than on Windows as the bytes that were given).
 std::vector<std::string> Arguments(int argc, char** argv);
 
+/// The inputs with each wildcard replaced by what it stands for. Only Windows leaves this to the programs; elsewhere
+/// the inputs stay as they are.
+///
+/// "*" stands for any characters and "?" for one, in the last part of a path, capitals or not; "*.*" is everything,
+/// with or without a point. Hidden files and folders don't count (Office hides the file that marks an open document).
+/// Names come sorted, without regard to case. Throws CommandFailure when nothing fits.
+std::vector<std::string> ExpandWildcards(const std::vector<std::string>& inputs);
+
 /// From now on a signal that ends the process (SIGINT, SIGTERM, SIGHUP; on Windows the console's events) runs `cleanUp`
 /// in a thread of its own first. Then the process ends as the signal would have ended it, so that the caller sees the
 /// signal in the exit status. A signal that the caller has set to be ignored stays ignored. Where no thread can be

@@ -105,4 +105,6 @@ std::filesystem::path MemoryFolder() { return "/dev/shm"; }
 
 bool HostsCanRun() noexcept { return false; }
 
+std::vector<std::string> ExpandWildcards(const std::vector<std::string>& inputs) { return inputs; }
+
 }  // namespace quillmate::cli

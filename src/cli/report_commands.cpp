@@ -1,15 +1,18 @@
+#include <quillmate/checks/checks.h>
+#include <quillmate/checks/metrics.h>
 #include <quillmate/codedb/records.h>
+#include <quillmate/export/digest.h>
 #include <quillmate/navigation/project_tree.h>
 #include <quillmate/text/windows1252.h>
 
 #include "commands.h"
 #include "module_list.h"
-#include "modules_exact.h"
 #include "outline_text.h"
 #include "output.h"
 #include "project_input.h"
 #include "provenance.h"
 #include "run_options.h"
+#include "understanding.h"
 
 namespace quillmate::cli {
 namespace {
@@ -49,6 +52,16 @@ void RunOutline(const Invocation& invocation) {
   if (invocation.exact) return RunOutlineExact(invocation);
   ProjectInput input(invocation, RunOptions(invocation));
   WriteWhole(invocation.output, OutlineText(OutlineModules(input)));
+}
+
+void RunDigest(const Invocation& invocation) {
+  constexpr std::size_t kKilobyte = 1000;
+  output::DigestOptions options;
+  if (invocation.limit) options.limit = *invocation.limit * kKilobyte;
+  options.title = TitleOf(invocation);
+  const symbols::ReferenceIndex index = ReadUnderstanding(invocation);
+  WriteWhole(invocation.output,
+             output::ProjectDigest(index, checks::Measure(index), checks::RunChecks(index), options));
 }
 
 }  // namespace quillmate::cli

@@ -1,5 +1,8 @@
 #include "run_options.h"
 
+#include <filesystem>
+
+#include <quillmate/files/paths.h>
 #include <quillmate/settings/settings_store.h>
 #include <quillmate/startup/edition.h>
 
@@ -14,6 +17,13 @@ settings::Options RunOptions(const Invocation& invocation) {
     settings::SetOption(options, key, value);
   }
   return options;
+}
+
+std::string TitleOf(const Invocation& invocation) {
+  if (invocation.title) return *invocation.title;
+  if (invocation.host || invocation.inputs.size() > 1) return "Makroprojekt";
+  const std::filesystem::path input = files::RealPath(files::PathFromText(invocation.inputs.front()));
+  return files::PathText(std::filesystem::is_directory(input) ? input.filename() : input.stem());
 }
 
 }  // namespace quillmate::cli

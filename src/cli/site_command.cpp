@@ -11,7 +11,6 @@
 #include "project_input.h"
 #include "read_files.h"
 #include "run_options.h"
-#include "title.h"
 #include "understanding.h"
 
 namespace quillmate::cli {

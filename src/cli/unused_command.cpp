@@ -15,7 +15,6 @@
 #include "provenance.h"
 #include "run_options.h"
 #include "understanding.h"
-#include "unused_exact.h"
 
 namespace quillmate::cli {
 namespace {

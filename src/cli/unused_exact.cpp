@@ -1,5 +1,3 @@
-#include "unused_exact.h"
-
 #include <algorithm>
 #include <set>
 #include <string>
@@ -10,6 +8,7 @@
 #include <quillmate/symbols/unused.h>
 
 #include "baseline.h"
+#include "commands.h"
 #include "json.h"
 #include "messages.h"
 #include "output.h"

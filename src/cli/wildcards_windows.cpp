@@ -7,7 +7,7 @@
 #include <quillmate/files/paths.h>
 
 #include "messages.h"
-#include "wildcards.h"
+#include "platform.h"
 
 namespace quillmate::cli {
 namespace {

@@ -2,10 +2,12 @@
 #include <array>
 #include <limits>
 
+#include <unicode/uchar.h>
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_cb.h>
 
 #include "code_page_p.h"
+#include "unicode_names_p.h"
 
 namespace quillmate::office {
 namespace {
@@ -87,6 +89,10 @@ std::u16string CodePage::Utf16From(std::string_view bytes) const {
   }
   utf16.resize(length);
   return utf16;
+}
+
+char32_t UpperCaseCharacter(char32_t character) {
+  return static_cast<char32_t>(u_toupper(static_cast<UChar32>(character)));
 }
 
 }  // namespace quillmate::office

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "code_page_p.h"
+#include "unicode_names_p.h"
 
 namespace quillmate::office {
 namespace {
@@ -66,6 +67,15 @@ std::u16string CodePage::Utf16From(std::string_view bytes) const {
   if (!converter_->narrow) return Converted(converter_->number, 0, bytes);
   const std::u16string all = Converted(converter_->number, MB_ERR_INVALID_CHARS, bytes);
   return all.empty() ? ConvertedOneByOne(converter_->number, bytes) : all;
+}
+
+char32_t UpperCaseCharacter(char32_t character) {
+  // The system changes units, none of those beyond the first plane.
+  if (character > 0xFFFF) return character;
+  const auto unit = static_cast<wchar_t>(character);
+  wchar_t upper = unit;
+  const int length = LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, &unit, 1, &upper, 1, nullptr, nullptr, 0);
+  return length == 1 ? upper : character;
 }
 
 }  // namespace quillmate::office

@@ -9,7 +9,6 @@
 #include "office_result_p.h"
 #include "package_facts_p.h"
 #include "presentation_p.h"
-#include "xls_facts_p.h"
 
 namespace quillmate::office {
 namespace {

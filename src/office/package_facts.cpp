@@ -10,7 +10,6 @@
 #include "excel_facts_p.h"
 #include "package_facts_p.h"
 #include "unicode_names_p.h"
-#include "xls_facts_p.h"
 #include "xml_reader_p.h"
 
 namespace quillmate::office {

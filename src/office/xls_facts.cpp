@@ -7,8 +7,8 @@
 #include "encryption_p.h"
 #include "excel_facts_p.h"
 #include "excel_records_p.h"
+#include "package_facts_p.h"
 #include "unicode_names_p.h"
-#include "xls_facts_p.h"
 
 namespace quillmate::office {
 namespace {

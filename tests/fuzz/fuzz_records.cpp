@@ -1,7 +1,6 @@
 #include "excel_records_p.h"
 #include "fuzz.h"
 #include "package_facts_p.h"
-#include "xls_facts_p.h"
 
 namespace quillmate::fuzz {
 
