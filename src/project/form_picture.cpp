@@ -111,6 +111,7 @@ class Reader {
     if (facts_ != nullptr) ReadFacts();
     if (form_.title.empty()) form_.title = index_.Modules()[module_].outsideName;
     if (form_.title.empty()) form_.title = index_.Modules()[module_].name;
+    form_.isPartial = !index_.Modules()[module_].controlsKnown;
     FindHandlers();
     FindMissing();
     for (const symbols::LooseEnd& end : symbols::FindLooseEnds(index_)) {

@@ -90,6 +90,14 @@ TEST_F(FormsTest, AccessTellsWhatIsMissing) {
   EXPECT_NEAR(button.top() / button.height(), (600.0 / 400) + 10 / button.height(), 0.01) << "below the head";
 }
 
+TEST_F(FormsTest, UnknownControlsAreNotTakenForNone) {
+  AddModule("Maske.frm",
+            "VERSION 5.00\r\nBegin {C62A69F0-16DC-11CE-9E98-00AA00574A4F} Maske \r\n   Caption = \"x\"\r\nEnd\r\n"
+            "Attribute VB_Name = \"Maske\"\r\nSub UserForm_Click()\r\n  y = 1\r\nEnd Sub\r\n");
+  const QDialog& dialog = ShowForm(0);
+  EXPECT_TRUE(dialog.findChild<QLabel*>("lblFormular")->text().startsWith("Welche Steuerelemente"));
+}
+
 TEST_F(FormsTest, ModuleWithoutFormSaysSo) {
   AddModule("A.bas", "Attribute VB_Name = \"A\"\r\nSub X()\r\n  y = 1\r\nEnd Sub\r\n");
   StartWithProject();

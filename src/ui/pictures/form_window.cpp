@@ -68,12 +68,18 @@ FormWindow::FormWindow(QWidget* parent, const ListDesk& desk, std::shared_ptr<co
 }
 
 QString FormWindow::CountText() const {
-  QString text = form_.controls.empty() ? QStringLiteral("Das Formular hat keine Steuerelemente.")
-                                        : QStringLiteral("Steuerelemente: %1").arg(form_.controls.size());
+  if (form_.controls.empty()) {
+    return form_.isPartial ? QStringLiteral(
+                                 "Welche Steuerelemente das Formular hat, sagt die Quelle nicht: Sie stehen in "
+                                 "einer Datei, die hier nicht gelesen wird.")
+                           : QStringLiteral("Das Formular hat keine Steuerelemente.");
+  }
+  QString text = QStringLiteral("Steuerelemente: %1").arg(form_.controls.size());
+  if (form_.isPartial) text += QStringLiteral(", vielleicht weitere");
   if (!form_.deadHandlers.empty()) {
     text += QStringLiteral(", tote Ereignisroutinen: %1").arg(form_.deadHandlers.size());
   }
-  if (!form_.controls.empty() && !form_.HasPlaces()) {
+  if (!form_.HasPlaces()) {
     text += QStringLiteral(". Eine Skizze gibt es nicht: Wo die Steuerelemente liegen, sagt die Quelle nicht.");
   }
   return text;

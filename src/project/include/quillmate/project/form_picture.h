@@ -37,6 +37,8 @@ struct FormPicture {
   std::string title;
   std::optional<double> width, height;
   std::vector<FormControl> controls;
+  /// There may be others: the source does not tell all of them.
+  bool isPartial = false;
   /// Of the form itself.
   std::vector<FormEvent> events;
   /// Routines that look like handlers of controls that the form does not have.
