@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <quillmate/checks/checks.h>
@@ -14,13 +17,7 @@ namespace quillmate::output {
 
 /// What the pages of a site are made from.
 struct SiteContents {
-  explicit SiteContents(const SiteProject& project)
-      : model(project),
-        uses(model),
-        declarations(model, uses),
-        calls(model),
-        findings(checks::RunChecks(model.known)),
-        metrics(checks::Measure(model.known)) {}
+  explicit SiteContents(const SiteProject& project);
   SiteContents(const SiteContents&) = delete;
   SiteContents& operator=(const SiteContents&) = delete;
 
@@ -30,6 +27,14 @@ struct SiteContents {
   SiteCalls calls;
   std::vector<checks::Finding> findings;  ///< by module, then place
   checks::Metrics metrics;
+
+  /// What stands on a control, as far as the source has told; UTF-8.
+  std::string_view Caption(symbols::Index module, std::string_view control) const;
+
+ private:
+  void ReadCaptions();
+
+  std::unordered_map<std::string, std::string> captions_;
 };
 
 }  // namespace quillmate::output

@@ -8,6 +8,7 @@
 #include "site_code_p.h"
 #include "site_comments_p.h"
 #include "site_findings_p.h"
+#include "site_form_p.h"
 #include "site_metrics_p.h"
 #include "site_notes_p.h"
 #include "site_pages_p.h"
@@ -39,6 +40,7 @@ class ModulePageWriter {
     html_ = PageHead(model_, EscapeCode(module_.record->name), module_.page);
     AppendFacts();
     AppendRoutineNames();
+    AppendControls(html_, site_, position_);
     site_.declarations.AppendModule(html_, position_);
     AppendNotes(html_, model_, position_);
     AppendFindings(html_, site_, position_);

@@ -223,9 +223,10 @@ std::string PageHead(const SiteModel& model, std::string_view title, std::string
   html.append(title);
   if (title != project) html.append(" – ").append(project);
   html.append("</title>\n<link rel=\"stylesheet\" href=\"").append(kStyleFile).append("\">\n</head>\n<body>\n");
+  html += "<a class=\"skip\" href=\"#inhalt\">Zum Inhalt</a>\n";
   html.append("<header>\n<p>").append(project).append("</p>\n");
   AppendNavigation(html, file, isPart);
-  return html.append("</header>\n<main>\n<h1>").append(title).append("</h1>\n");
+  return html.append("</header>\n<main id=\"inhalt\">\n<h1>").append(title).append("</h1>\n");
 }
 
 std::string StartPage(const SiteModel& model) {

@@ -21,6 +21,8 @@ constexpr std::string_view kRules[] = {
     ":focus-visible{outline:2px solid var(--link);outline-offset:2px}",
     "header{display:flex;flex-wrap:wrap;align-items:baseline;gap:.25rem 2rem;padding:.75rem 2rem}",
     "header{background:var(--soft);border-bottom:1px solid var(--line)}",
+    ".skip{position:absolute;left:-100vw}",
+    ".skip:focus{left:0;z-index:1;padding:.5rem 1rem;background:var(--ground)}",
     "header p{margin:0;font-weight:600}",
     "nav ul{display:flex;flex-wrap:wrap;gap:.25rem 1.25rem;margin:0;padding:0;list-style:none}",
     "nav [aria-current]{color:inherit;font-weight:600;text-decoration:none}",
@@ -98,7 +100,7 @@ constexpr std::string_view kDark =
 /// On paper the code needs no frame, but all of it has to be there.
 constexpr std::string_view kPrintRules[] = {
     "body{font-size:10pt}",
-    "nav,.letters{display:none}",
+    "nav,.letters,.skip{display:none}",
     "header{padding:0;background:none;border:0}",
     "main{padding:0}",
     "pre{font-size:7.5pt;white-space:pre-wrap;overflow-wrap:anywhere}",

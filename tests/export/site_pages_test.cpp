@@ -111,6 +111,15 @@ TEST_F(SiteTest, StartPageTellsAboutTheModules) {
   EXPECT_NE(files.at("modul-mdlB.html").find("<title>mdlB – a&lt;b</title>"), std::string::npos);
 }
 
+/// Every page can be read without going through its navigation first.
+TEST_F(SiteTest, LinksToTheContent) {
+  AddModule("m", codedb::kStandard, "x");
+  for (const auto& [name, page] : Write()) {
+    const std::size_t skip = page.find("<body>\n<a class=\"skip\" href=\"#inhalt\">");
+    EXPECT_TRUE(!name.ends_with(".html") || skip < page.find("<main id=\"inhalt\">")) << name;
+  }
+}
+
 TEST_F(SiteTest, IndexOfRoutines) {
   AddModule("m1", codedb::kStandard, "x");
   for (const char* const name : {"zoo", "\304pfel", "Apfelmus", "_x", "apfel"}) AddRoutine(name, {});
