@@ -150,15 +150,22 @@ class Report {
     AppendEscaped(html_, titles.newState);
     html_ += "</dd>\n</dl>\n<p>";
     AppendEscaped(html_, states_.comparison.equal ? "Keine Unterschiede" : SummaryText(states_.comparison));
-    html_ += "</p>\n<fieldset>\n<legend>Anzeigen</legend>\n";
+    html_ += "</p>\n";
+    WriteFilters(counts);
+    html_ += "</header>\n";
+  }
+
+  void WriteFilters(const symbols::ChangeCounts& counts) {
+    std::string boxes;
     for (std::size_t state = 1; state < symbols::kChangeStateCount; ++state) {
       const std::size_t count = counts.modules[state] + counts.routines[state];
       if (count == 0) continue;
       const auto which = static_cast<ChangeState>(state);
-      html_.append("<label><input type=\"checkbox\" id=\"f-").append(Word(which)).append("\" checked> ");
-      html_.append(GermanWord(which)).append("</label>\n");
+      boxes.append("<label><input type=\"checkbox\" id=\"f-").append(Word(which)).append("\" checked> ");
+      boxes.append(GermanWord(which)).append("</label>\n");
     }
-    html_ += "</fieldset>\n</header>\n";
+    if (boxes.empty()) return;
+    html_.append("<fieldset>\n<legend>Anzeigen</legend>\n").append(boxes).append("</fieldset>\n");
   }
 
   void WriteNavigation() {
@@ -231,7 +238,11 @@ class Report {
     }
     WriteItems(items);
     if (!module.outside.edits.empty()) {
-      html_ += "<article>\n<h3>Außerhalb der Routinen</h3>\n";
+      const bool isOneSided = module.state == ChangeState::kNew || module.state == ChangeState::kGone;
+      const ChangeState state = isOneSided               ? module.state
+                                : module.outside.changed ? ChangeState::kChanged
+                                                         : ChangeState::kLayout;
+      html_.append("<article class=\"s-").append(Word(state)).append("\">\n<h3>Außerhalb der Routinen</h3>\n");
       WriteTable(OutsideOf(states_.oldIndex, module.oldModule), OutsideOf(states_.newIndex, module.newModule),
                  module.outside.edits);
       html_ += "</article>\n";

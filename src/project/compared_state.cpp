@@ -149,11 +149,10 @@ class SavedGaps {
     if (!known) read_.state.lacksProjects = true;
   }
 
-  /// A module of the index has more than two lines: one without any text could not be read.
   void DropUnreadable() {
     auto& modules = loaded_.sources.modules;
-    for (std::size_t i = modules.size(); i-- > 0;) {
-      if (loaded_.places[i].Number() == 0 || !modules[i].text.empty()) continue;
+    for (std::size_t n = loaded_.unreadable.size(); n-- > 0;) {
+      const symbols::Index i = loaded_.unreadable[n];
       Complain(request_, files::PathText(request_.path) + ": " + modules[i].name + ": Der Text ist nicht lesbar");
       read_.isWhole = read_.hasAllModules = false;
       partial_[modules[i].project] = true;

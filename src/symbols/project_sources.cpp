@@ -138,13 +138,14 @@ Sources Records(const codedb::Facts& facts, Host assumed) {
   return sources;
 }
 
-std::string StoredText(const std::filesystem::path& folder, std::int32_t number) {
+/// Nothing for a text that can't be read.
+std::optional<std::string> StoredText(const std::filesystem::path& folder, std::int32_t number) {
   try {
     std::string code = codedb::StoredCode(codedb::ReadModuleText(folder, {number}));
     const bool ascii = std::all_of(code.begin(), code.end(), [](char c) { return (c & 0x80) == 0; });
     return ascii ? code : text::Utf8FromCode(code);
   } catch (const std::exception&) {
-    return {};
+    return std::nullopt;
   }
 }
 
@@ -153,13 +154,20 @@ ProjectSources FromFacts(const codedb::Facts& facts, const std::filesystem::path
   loaded.sources = Records(facts, assumed);
   const std::size_t count = facts.modules.size();
   loaded.places.resize(count);
+  std::vector<char> lacking(count);
   ForEachPiece(WorkerCount(0, count), count, [&](unsigned, std::size_t i) {
     const codedb::ModuleFacts& module = facts.modules[i];
-    std::string code = module.code || module.number == 0 ? module.code.value_or("") : StoredText(folder, module.number);
+    const bool isStored = !module.code && module.number != 0;
+    const std::optional<std::string> text = isStored ? StoredText(folder, module.number) : module.code;
+    lacking[i] = isStored && !text;
+    std::string code = text.value_or("");
     loaded.sources.modules[i].text =
         module.hidden.empty() ? std::move(code) : codedb::WithHiddenLines(code, module.hidden);
     loaded.places[i] = ModulePlaces(module);
   });
+  for (Index i = 0; i < count; ++i) {
+    if (lacking[i] != 0) loaded.unreadable.push_back(i);
+  }
   return loaded;
 }
 
@@ -189,7 +197,9 @@ ProjectSources FromIndex(codedb::CodeDatabase& database, const std::filesystem::
     ModuleSource& source = loaded.sources.modules.emplace_back();
     source.name = text::Utf8FromCode(module.name);
     source.kind = KindOf(module.kind);
-    source.text = StoredText(folder, number);
+    std::optional<std::string> text = StoredText(folder, number);
+    if (!text) loaded.unreadable.push_back(static_cast<Index>(loaded.places.size()));
+    source.text = std::move(text).value_or("");
     loaded.places.emplace_back(number);
   }
   return loaded;

@@ -69,6 +69,27 @@ TEST_F(CompareTest, HtmlReport) {
   for (const char* const part : {"http", "<script", "<link", "url("}) EXPECT_EQ(html.find(part), std::string::npos);
 }
 
+/// A saved project whose text of a module is gone, or that says itself what its sources did not give.
+TEST_F(CompareTest, SavedProjectsWithGaps) {
+  Write("ganz/m.bas", kOld);
+  Write("ganz/n.bas", "Sub N()\n  x = 1\nEnd Sub\n");
+  Write("teil/m.bas", kOld);
+  Write("teil/n.bas", std::string("Sub N()\0End Sub\n", 16));
+  EXPECT_EQ(Run("index -o heil ganz").status, 0);
+  EXPECT_EQ(Run("index -o verlust ganz").status, 0);
+  EXPECT_EQ(Run("index -o lücke teil").status, 0);
+  fs::remove(Folder() / "verlust" / "M2.txt");
+  EXPECT_EQ(Run("compare heil ganz"), (Result{0, "Keine Unterschiede\n"}));
+  for (const char* const side : {"verlust", "lücke"}) {
+    for (const bool isNew : {true, false}) {
+      const Result result = Run(isNew ? std::string("compare ganz ") + side : "compare " + std::string(side) + " ganz");
+      EXPECT_EQ(result.status, 3) << side;
+      EXPECT_EQ(result.out, "Keine Unterschiede\n") << side;
+      EXPECT_NE(result.err.find("Nicht verglichen: Modul n"), std::string::npos) << result.err;
+    }
+  }
+}
+
 /// What can't be read is named and never counts as gone.
 TEST_F(CompareTest, StatusesAndGaps) {
   Write("leer/x.txt", "");

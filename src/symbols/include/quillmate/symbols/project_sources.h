@@ -47,6 +47,8 @@ struct ProjectSources {
   Sources sources;
   /// One for each of the sources' modules.
   std::vector<ModulePlaces> places;
+  /// Modules whose text can't be read; it is empty then.
+  std::vector<Index> unreadable;
 };
 
 /// The host of a program by its name, in any case: "Excel", "VisualBasic"; kUnknown for any other.
