@@ -1,7 +1,6 @@
 #include "git_input.h"
 
 #include <algorithm>
-#include <charconv>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -10,11 +9,10 @@
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
-#include <quillmate/office/module_file.h>
-#include <quillmate/office/office_file.h>
-#include <quillmate/text/operations.h>
 
 #include "child_process.h"
+#include "git_objects.h"
+#include "git_paths.h"
 #include "messages.h"
 #include "project_input.h"
 
@@ -24,7 +22,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kPrefix = "git:";
-constexpr std::string_view kVbProjectExtension = ".vbp";
 
 // Kinds of entries in a tree.
 constexpr std::string_view kLink = "120000";
@@ -36,134 +33,12 @@ struct Entry {
 /// By path from the top, with "/".
 using Tree = std::map<std::string, Entry, std::less<>>;
 
-std::string ExtensionOf(std::string_view path) {
-  const std::string_view name = path.substr(path.rfind('/') + 1);
-  const std::size_t dot = name.rfind('.');
-  return dot == std::string_view::npos ? std::string() : std::string(name.substr(dot));
-}
-
-bool IsModuleFile(std::string_view path) { return office::IsModuleFileExtension(ExtensionOf(path)); }
-bool IsVbProject(std::string_view path) { return text::EqualsIgnoreCase(ExtensionOf(path), kVbProjectExtension); }
-bool IsOfficeFile(std::string_view path) {
-  const std::string extension = ExtensionOf(path);
-  return !extension.empty() && std::ranges::any_of(office::OfficeFileExtensions(), [&](std::string_view known) {
-    return text::EqualsIgnoreCase(known, std::string_view(extension).substr(1));
-  });
-}
-bool IsWanted(std::string_view path) { return IsModuleFile(path) || IsVbProject(path) || IsOfficeFile(path); }
-
-/// A name that a folder here can hold and that leads nowhere else, whatever the tree's author made of it.
-bool IsPlainName(std::string_view name) {
-  return !name.empty() && name != "." && name != ".." && files::CleanName(name) == name;
-}
-
-bool IsBelow(std::string_view path, std::string_view folder) {
-  return folder.empty() || (path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/');
-}
-
-/// "a/./b/../c" from a folder of the tree; nothing when it leads out of the tree.
-std::optional<std::string> Resolved(std::string_view folder, std::string_view path) {
-  std::vector<std::string_view> names;
-  for (std::string_view rest : {folder, path}) {
-    while (!rest.empty()) {
-      const std::size_t end = std::min(rest.find('/'), rest.size());
-      const std::string_view name = rest.substr(0, end);
-      rest.remove_prefix(std::min(end + 1, rest.size()));
-      if (name == "..") {
-        if (names.empty()) return std::nullopt;
-        names.pop_back();
-      } else if (!name.empty() && name != ".") {
-        names.push_back(name);
-      }
-    }
-  }
-  std::string resolved;
-  for (const std::string_view name : names) resolved.append(resolved.empty() ? "" : "/").append(name);
-  return resolved;
-}
-
-std::string_view FolderOf(std::string_view path) {
-  const std::size_t slash = path.rfind('/');
-  return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash);
-}
-
-/// What the stored objects hold, told from the stream that "cat-file --batch" writes: "HASH blob SIZE", LF, the bytes,
-/// LF; "HASH missing", LF.
-class ObjectStream {
- public:
-  /// `begin(n)` opens the n-th object asked for, `bytes` gets its contents; missing ones are only begun as such.
-  struct Sink {
-    std::function<void(std::size_t number, bool missing)> begin;
-    std::function<void(std::string_view)> bytes;
-    std::function<void()> end;
-  };
-  explicit ObjectStream(Sink sink) : sink_(std::move(sink)) {}
-
-  void Take(std::string_view piece) {
-    while (!piece.empty()) {
-      if (left_ > 0) {
-        const std::string_view content = piece.substr(0, left_);
-        // The last byte is the line break after the object.
-        const bool whole = content.size() == left_;
-        sink_.bytes(whole ? content.substr(0, content.size() - 1) : content);
-        left_ -= content.size();
-        piece.remove_prefix(content.size());
-        if (whole) sink_.end();
-        continue;
-      }
-      const std::size_t end = piece.find('\n');
-      header_ += piece.substr(0, end);
-      if (end == std::string_view::npos) return;
-      piece.remove_prefix(end + 1);
-      TakeHeader();
-      header_.clear();
-    }
-  }
-  std::size_t Count() const noexcept { return number_; }
-
- private:
-  void TakeHeader() {
-    const std::size_t blank = header_.rfind(' ');
-    std::size_t size = 0;
-    const char* const last = header_.data() + header_.size();
-    const bool found = blank != std::string::npos && header_.find(" blob ") != std::string::npos &&
-                       std::from_chars(header_.data() + blank + 1, last, size).ec == std::errc();
-    sink_.begin(number_++, !found);
-    if (found) left_ = size + 1;
-  }
-
-  Sink sink_;
-  std::string header_;
-  std::size_t number_ = 0;
-  std::size_t left_ = 0;
-};
-
 std::string FirstLine(std::string_view text) {
   text = text.substr(0, text.find('\n'));
   for (const std::string_view word : {"fatal: ", "error: "}) {
     if (text.starts_with(word)) text.remove_prefix(word.size());
   }
   return std::string(text);
-}
-
-/// A small file that stands for a large one that is kept beside the repository.
-constexpr std::string_view kPointerHead = "version https://git-lfs.github.com/spec/v1\n";
-constexpr std::string_view kPointerHash = "oid sha256:";
-constexpr std::size_t kLargestPointer = 1024;
-constexpr std::size_t kPointerHashLength = 64;
-
-/// The hash that it names; nothing for other files.
-std::optional<std::string> PointedTo(const fs::path& file) {
-  std::error_code error;
-  if (fs::file_size(file, error) > kLargestPointer || error) return std::nullopt;
-  const std::string text = files::ReadWholeFile(file);
-  const std::size_t at = text.find(kPointerHash);
-  if (!text.starts_with(kPointerHead) || at == std::string::npos) return std::nullopt;
-  std::string hash = text.substr(at + kPointerHash.size(), kPointerHashLength);
-  const bool isHash = hash.size() == kPointerHashLength && std::ranges::all_of(hash, [](char c) {
-                        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f');
-                      });
-  return isHash ? std::optional(std::move(hash)) : std::nullopt;
 }
 
 }  // namespace
