@@ -22,12 +22,13 @@ std::string NoDatabaseMessage(const std::filesystem::path& folder) {
   return "Die Projektdatenbank konnte nicht angelegt werden in\r\n" + files::PathText(folder);
 }
 
-/// The modules that are not in the project, as many as a message can hold.
-std::string LeftOutText(const std::vector<std::string>& modules) {
-  constexpr std::size_t kNamed = 8;
+/// How many of the modules that are not in the project a message can hold.
+constexpr std::size_t kNamed = 8;
+
+std::string LeftOutText(const std::vector<std::string>& modules, std::size_t most) {
   std::string text;
-  for (std::size_t i = 0; i < modules.size() && i < kNamed; ++i) text += (i > 0 ? "\r\n" : "") + modules[i];
-  if (modules.size() > kNamed) text += "\r\n... und " + std::to_string(modules.size() - kNamed) + " weitere";
+  for (std::size_t i = 0; i < modules.size() && i < most; ++i) text += (i > 0 ? "\r\n" : "") + modules[i];
+  if (modules.size() > most) text += "\r\n... und " + std::to_string(modules.size() - most) + " weitere";
   return text;
 }
 
@@ -58,7 +59,7 @@ void ProjectCommands::TellFailure(const host::ReadReport& report) {
       return;
     case host::ReadOutcome::kNoTemplate:
       interaction_.Show(report.message.empty() ? NoDatabaseMessage(globals_.RunTempFolder) : report.message,
-                        MessageIcon::kCritical);
+                        MessageIcon::kCritical, Buttons::kOk, report.detail);
       return;
     case host::ReadOutcome::kFailed:
       interaction_.Show(report.message, MessageIcon::kExclamation, Buttons::kOk, report.detail);
@@ -91,7 +92,9 @@ void ProjectCommands::ReadProject(const Reader& read) {
   ReloadProject(globals_.RunTempFolder, text::Utf8FromCode(report.projectText), false);
   if (!report.replacedCharacters.empty()) interaction_.ShowProgress(ReplacedText(report.replacedCharacters));
   if (!report.leftOut.empty()) {
-    interaction_.Show(report.message, MessageIcon::kExclamation, Buttons::kOk, LeftOutText(report.leftOut));
+    const std::size_t all = report.leftOut.size();
+    interaction_.Show(report.message, MessageIcon::kExclamation, Buttons::kOk, LeftOutText(report.leftOut, kNamed),
+                      all > kNamed ? LeftOutText(report.leftOut, all) : std::string());
   }
 }
 

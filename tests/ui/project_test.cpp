@@ -251,6 +251,29 @@ TEST_F(ProjectTest, MissingTemplateLeavesTheTreeWithItsTicks) {
   EXPECT_TRUE(Action("doit").isEnabled());
 }
 
+/// Whatever keeps the index from being made is told with its reason.
+TEST_F(ProjectTest, TemplateThatCantBeCopiedTellsWhy) {
+  Start();
+  Tick(0);
+  std::filesystem::create_directories(globals.RunTempFolder / "Quillmate.mdb" / "x");
+  Trigger("mnuBearbeiten_Code");
+  ASSERT_EQ(platform.messages.size(), 1U);
+  EXPECT_EQ(platform.messages[0].icon, MessageIcon::kCritical);
+  EXPECT_FALSE(platform.messages[0].detail.isEmpty());
+}
+
+TEST_F(ProjectTest, ManyLeftOutModulesAreListedWhole) {
+  for (char name = 'a'; name < 'a' + 10; ++name)
+    AddModule((std::string(1, name) + ".bas").c_str(), "Sub A()\r\nx\r\nEnd Sub");
+  Start();
+  Tick(0);
+  for (char name = 'a'; name < 'a' + 10; ++name) std::filesystem::remove(Sources() / (std::string(1, name) + ".bas"));
+  Trigger("mnuBearbeiten_Code");
+  ASSERT_FALSE(platform.messages.empty());
+  EXPECT_TRUE(platform.messages[0].detail.endsWith("... und 2 weitere"));
+  EXPECT_EQ(platform.messages[0].list.count("\r\n"), 9);
+}
+
 TEST_F(ProjectTest, VanishedModuleIsNamedAndTheOthersAreRead) {
   Start();
   Tick(0);

@@ -142,6 +142,25 @@ TEST_F(SearchTest, SelectionBecomesTheSearchText) {
   EXPECT_TRUE(Code().hasFocus());
 }
 
+/// A place far to the right is scrolled to, and stays on screen when the window grows and shrinks.
+TEST_F(SearchTest, HitStaysInSightWhenTheWindowGrows) {
+  LeaveProject();
+  AddModule("c.bas", "Sub Lang()\r\n  x = \"" + std::string(300, 'y') + " Ziel\"\r\nEnd Sub\r\n");
+  Trigger("refresh");
+  Tick(0);
+  Trigger("mnuBearbeiten_Code");
+  Window().resize(420, 360);
+  SearchFor("Ziel");
+  Trigger("mnuBearbeiten_Suchen_Projekt");
+  Trigger("su_a");
+  for (const int width : {420, 1000, 420}) {
+    Window().resize(width, 360);
+    QApplication::processEvents();
+    EXPECT_EQ(Code().textCursor().selectedText(), "Ziel");
+    EXPECT_TRUE(Code().viewport()->rect().contains(Code().cursorRect().center())) << width;
+  }
+}
+
 TEST_F(SearchTest, ListsEveryHit) {
   SearchFor("menge");
   QTest::keyClick(&Window(), Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);

@@ -151,7 +151,8 @@ QWidget* CompareWindow::MakeResult() {
   auto* below = new QSplitter(Qt::Vertical);
   below->addWidget(view_);
   below->addWidget(uses_);
-  below->setStretchFactor(0, 1);
+  below->setStretchFactor(0, 4);
+  below->setStretchFactor(1, 1);
   below->setSizes({560, 150});
   below->setChildrenCollapsible(false);
   rightLayout->addWidget(below, 1);
