@@ -84,8 +84,8 @@ CREATE VIEW v_kopie AS SELECT v.pfad, v.inhalt, k.anzahl FROM v_datei v JOIN (SE
   FROM datei WHERE verschwunden IS NULL AND inhalt IS NOT NULL GROUP BY inhalt HAVING count(*) > 1) k
   ON k.inhalt = v.inhalt WHERE v.zustand = 'makros';
 CREATE VIEW v_nur_kopien AS SELECT v.pfad, v.inhalt FROM v_datei v WHERE v.zustand = 'makros' AND v.codezeilen > 0
-  AND NOT EXISTS (SELECT 1 FROM modul m WHERE m.inhalt = v.inhalt AND m.pruefsumme IS NOT NULL AND NOT EXISTS
-  (SELECT 1 FROM modul k WHERE k.pruefsumme = m.pruefsumme AND k.inhalt <> m.inhalt));
+  AND v.inhalt NOT IN (SELECT m.inhalt FROM modul m WHERE m.pruefsumme IN (SELECT pruefsumme FROM modul
+  WHERE pruefsumme IS NOT NULL GROUP BY pruefsumme HAVING min(inhalt) = max(inhalt)));
 CREATE VIEW v_verweis AS SELECT v.pfad AS datei, r.* FROM verweis r JOIN v_datei v ON v.inhalt = r.inhalt;
 CREATE VIEW v_verknuepfung AS SELECT v.pfad AS datei, k.art, k.ziel, k.dateiname FROM verknuepfung k JOIN v_datei v
   ON v.inhalt = k.inhalt
