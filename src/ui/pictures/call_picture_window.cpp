@@ -77,12 +77,14 @@ CallPictureWindow::CallPictureWindow(QWidget* parent, const ListDesk& desk,
   setObjectName(QStringLiteral("frmAufrufbild"));
   setAttribute(Qt::WA_DeleteOnClose);
   count_->setObjectName(QStringLiteral("lblAufrufbild"));
+  count_->setWordWrap(true);
   auto* legend = new QLabel(
       QStringLiteral("grün: nichts ruft sie auf  ·  gelb: Aufruf von außen  ·  gestrichelt: möglich  ·  rot ↻: Kreis"));
   legend->setWordWrap(true);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(MakeBar());
   layout->addWidget(view_, 1);
+  layout->addWidget(count_);
   layout->addWidget(legend);
   layout->addWidget(MakeButtons());
   connect(view_, &CallPictureView::Chosen, this, [this](const symbols::PictureNode& node) {
@@ -116,7 +118,7 @@ QWidget* CallPictureWindow::MakeBar() {
   layout->setContentsMargins(0, 0, 0, 0);
   callers_ = MakeLevels("txtRuferEbenen", "Ebenen &links (Aufrufer)", *layout);
   callees_ = MakeLevels("txtGerufenenEbenen", "Ebenen &rechts (Aufgerufene)", *layout);
-  layout->addWidget(count_, 1);
+  layout->addStretch();
   const struct {
     const char* name;
     const char* text;

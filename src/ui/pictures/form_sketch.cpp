@@ -14,6 +14,7 @@ namespace {
 
 constexpr double kTwipsPerPixel = 15;
 constexpr double kMargin = 10;
+constexpr int kSmallestText = 7;
 constexpr double kLargestScale = 2.0 / kTwipsPerPixel;
 /// Of a control whose size is not known, in twips.
 constexpr QSizeF kUsualSize(1440, 360);
@@ -146,6 +147,12 @@ void FormSketch::paintEvent(QPaintEvent*) {
   painter.setBrush(palette().color(QPalette::Window));
   painter.fillRect(rect(), palette().color(QPalette::Base));
   painter.drawRect(form);
+  // Texts shrink with their boxes, as far as they can be read.
+  QFont small = font();
+  const int usual = painter.fontInfo().pixelSize();
+  small.setPixelSize(
+      std::clamp(static_cast<int>(usual * Scale() * kTwipsPerPixel), std::min(kSmallestText, usual), usual));
+  painter.setFont(small);
   for (int control = 0; control < static_cast<int>(boxes_.size()); ++control) PaintControl(painter, control);
 }
 

@@ -20,6 +20,8 @@ namespace {
 constexpr int kMostHeadLines = 9;
 constexpr int kHeadMargin = 6;
 constexpr double kPalestShade = 0.12;
+/// Of the cells of a module with itself.
+constexpr float kOwnShade = 0.3F;
 constexpr double kShadeRange = 0.4;
 
 bool IsDark() { return QApplication::palette().color(QPalette::Base).lightness() < 128; }
@@ -118,7 +120,11 @@ QVariant ModuleMatrix::data(const QModelIndex& index, int role) const {
       return font;
     }
     case Qt::BackgroundRole: {
-      if (index.row() == index.column()) return QApplication::palette().color(QPalette::Mid);
+      if (index.row() == index.column()) {
+        QColor grey = QApplication::palette().color(QPalette::Text);
+        grey.setAlphaF(kOwnShade);
+        return grey;
+      }
       if (use == nullptr) return {};
       QColor colour = IsInCycle(*use) ? QColor(IsDark() ? 0xFF6E60 : 0xD93025) : QColor(IsDark() ? 0x8AB4F8 : 0x1F5FAE);
       colour.setAlphaF(static_cast<float>(kPalestShade + kShadeRange * std::log1p(use->count) / std::log1p(most_)));
