@@ -11,6 +11,8 @@ namespace {
 
 /// Behind so many nodes each routine is unfolded only once.
 constexpr std::size_t kFullNodes = 20'000;
+/// Behind so many nodes of a tree what calls others stands in trees of its own.
+constexpr std::size_t kTreeNodes = 1'000;
 
 enum class Fold : std::uint8_t { kOpen, kLeaf, kCycle, kElsewhere, kDeep };
 
@@ -79,7 +81,8 @@ class Forest {
     if (Calls(node.routine).empty()) return Fold::kLeaf;
     if (tree_[Position(node.routine)] == tree) return Fold::kElsewhere;
     if (nodes.size() > kFullNodes && first_[Position(node.routine)] >= 0) return Fold::kElsewhere;
-    return node.depth >= kDeepest ? Fold::kDeep : Fold::kOpen;
+    const bool isLong = nodes.size() - roots.back() >= kTreeNodes;
+    return node.depth >= kDeepest || isLong ? Fold::kDeep : Fold::kOpen;
   }
 
   const SiteContents& site_;
