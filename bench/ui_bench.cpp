@@ -3,7 +3,7 @@
 //     scripts/blow-up /tmp/gross && bench_ui /tmp/gross [LAST.bas]
 //
 // prints the times from each command to the next state that the user can work with, and the memory of the process. The
-// module that stands last in the tree is looked at first.
+// module that is last in the tree is looked at first.
 
 #include <QAction>
 #include <QApplication>

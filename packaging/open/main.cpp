@@ -87,7 +87,7 @@ void AddSources(int selector, int count, char** files, int argc, char** argv) {
   if (!problems.empty()) Tell(problems, argc, argv);
 }
 
-/// The edition lies beside this program.
+/// The edition is beside this program.
 int Start(std::string_view edition) {
   std::error_code ignored;
   const fs::path own = fs::read_symlink("/proc/self/exe", ignored);

@@ -7,8 +7,8 @@ namespace {
 
 struct Character {
   bool identifier = false;
-  bool before = false;  // may stand before a name
-  bool behind = false;  // may stand after a name
+  bool before = false;  // may be before a name
+  bool behind = false;  // may be after a name
 };
 
 constexpr std::array<Character, 256> MakeCharacters() noexcept {

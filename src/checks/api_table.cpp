@@ -110,7 +110,7 @@ const ApiFunction* FindApi(std::string_view exported, std::string_view library) 
   auto found = ByName().find(Lower(exported));
   if (found == ByName().end()) found = ByName().find(Lower(Stem(exported)));
   if (found == ByName().end()) return nullptr;
-  constexpr std::size_t kQuote = 5;  // behind `Lib "`
+  constexpr std::size_t kQuote = 5;  // after `Lib "`
   const std::string_view own = found->second->lib.substr(kQuote, found->second->lib.find('"', kQuote) - kQuote);
   return LibraryStem(own) == LibraryStem(library) ? found->second : nullptr;
 }

@@ -26,8 +26,8 @@ struct ApiFunction {
   language::BuiltinType result;
 };
 
-/// By its exported name, in any case, with or without "A" or "W" at its end, and its library, with or without ".dll".
-/// nullptr for one that is not in the table.
+/// By its exported name, regardless of case, with or without "A" or "W" at its end, and its library, with or without
+/// ".dll". nullptr for one that is not in the table.
 const ApiFunction* FindApi(std::string_view exported, std::string_view library);
 
 /// The whole declaration, under the name that the code gives it.

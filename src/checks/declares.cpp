@@ -15,7 +15,7 @@ bool IsDeclare(const Declaration& declaration) {
   return declaration.kind == DeclarationKind::kDeclareFunction || declaration.kind == DeclarationKind::kDeclareSub;
 }
 
-/// What follows a word among the tokens behind a Declare's name: a string without its quotes.
+/// What follows a word among the tokens after a Declare's name: a string without its quotes.
 std::string_view TextBehind(const language::Module& code, const Declaration& declared, language::NameId word) {
   auto token = std::ranges::lower_bound(code.tokens, declared.offset, {}, &language::Token::offset);
   for (; token != code.tokens.end() && token->kind != language::TokenKind::kOperator; ++token) {
@@ -42,7 +42,7 @@ std::string NarrowParts(const language::Module& code, const Declaration& declare
     for (std::uint32_t i = 0; i < declared.childCount; ++i) {
       const Declaration& parameter = code.declarations[declared.firstChild + i];
       const bool byVal = (parameter.flags & declaration_flag::kByVal) != 0;
-      // A pointer to a Long may stand where a pointer is handed over by its value.
+      // A pointer to a Long may be where a pointer is handed over by its value.
       if (!api.parameters[i].pointer || !IsNarrow(parameter.type) || byVal != api.parameters[i].byVal) continue;
       parts.push_back(InQuotes(code.Spelling(parameter)));
     }
@@ -199,7 +199,7 @@ void CheckPointers(ModuleView& view) {
     if (symbol == nullptr) continue;
     const Declaration* const declared = view.DeclarationOf(*symbol);
     if (declared == nullptr || !IsNarrow(declared->type)) continue;
-    // The value: the chain behind the target that is the whole right side.
+    // The value: the chain after the target that is the whole right side.
     const Index logicalEnd = target + 64;
     for (Index value = target + 1; value < code.uses.size() && value < logicalEnd; ++value) {
       if (code.uses[value].routine != code.uses[target].routine || code.uses[value].role == Role::kLetTarget) break;

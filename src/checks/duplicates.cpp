@@ -19,7 +19,7 @@ constexpr std::uint32_t kTokens = 40;
 /// For near copies, whose likeness has to mean something.
 constexpr std::uint32_t kNearStatements = 10;
 constexpr double kLikeness = 0.85;
-/// A statement that stands in more routines than this tells nothing of where they come from.
+/// A statement that is in more routines than this tells nothing of where they come from.
 constexpr std::size_t kCommon = 40;
 /// So many statements of a routine are looked up, the rarest first, and so many candidates compared with it.
 constexpr std::size_t kLookedUp = 48;

@@ -29,7 +29,7 @@ StatementKind EndOf(StatementKind kind) {
   }
 }
 
-/// The word behind the first one of a statement.
+/// The word after the first one of a statement.
 language::NameId SecondWord(const language::Module& code, const Statement& statement) {
   const Index second = statement.firstToken + 1;
   return second < code.tokens.size() && code.tokens[second].offset < statement.offset + statement.length
@@ -107,7 +107,7 @@ void FlowGraph::Close(Index end) {
   open_.pop_back();
 }
 
-/// One-line Ifs end with their line, or with the routine that ends on it: with the node behind.
+/// One-line Ifs end with their line, or with the routine that ends on it: with the node after.
 void FlowGraph::CloseLine(const language::Module& code, Index at) {
   const std::uint32_t line = code.statements[nodes_[at].statement].line;
   const bool last = nodes_[at].kind == StatementKind::kRoutineEnd;

@@ -29,13 +29,13 @@ struct FlowNode {
   Index block = kNone;    ///< the innermost block around it: the node that opens it
   Index end = kNone;      ///< what opens a block: the node that closes it
   Index begin = kNone;    ///< what closes a block: the node that opens it, of several the innermost
-  bool labelled = false;  ///< a label stands before it
+  bool labelled = false;  ///< a label is before it
 };
 
 /// Taken up for one routine after the other; keeps its memory.
 class FlowGraph {
  public:
-  /// `cursor`: a statement at or before the routine's first one; moves behind its last one. False when the routine has
+  /// `cursor`: a statement at or before the routine's first one; moves after its last one. False when the routine has
   /// no body or its blocks don't match: then nothing can be said of its ways.
   bool Build(const language::Module& code, Index routine, Index& cursor);
 
@@ -43,7 +43,7 @@ class FlowGraph {
   /// Jumps besides `next` and `other`, sorted: On Error GoTo (to the label), On x GoTo, GoSub, Select Case.
   const std::vector<std::pair<Index, Index>>& Jumps() const noexcept { return jumps_; }
   bool HasGoSub() const noexcept { return goSub_; }
-  /// The node behind a label that a use of role kLabel names; kNone when there is none.
+  /// The node after a label that a use of role kLabel names; kNone when there is none.
   Index Target(const language::Module& code, Index labelUse) const;
   /// Marks what can be reached from `from`, `from` included, without passing on behind a node where `stops` is true.
   template <typename Stops>
@@ -68,7 +68,7 @@ class FlowGraph {
   struct Open {
     Index node;
     Index lastClause;
-    std::uint32_t lineEnd;  ///< one-line If: the line behind it, else 0
+    std::uint32_t lineEnd;  ///< one-line If: the line after it, else 0
   };
   struct Label {
     language::NameId name;
@@ -77,7 +77,7 @@ class FlowGraph {
 
   std::vector<FlowNode> nodes_;
   std::vector<Open> open_;
-  std::vector<Index> nextClause_;  ///< by node: the next ElseIf, Else, Case of the block, its end behind the last one;
+  std::vector<Index> nextClause_;  ///< by node: the next ElseIf, Else, Case of the block, its end after the last one;
                                    ///< of a loop that ends together with the one around it: that one
   std::vector<std::pair<Index, Index>> jumps_;
   std::vector<Label> labels_;  ///< by name

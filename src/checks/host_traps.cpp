@@ -18,7 +18,7 @@ bool IsSelectionName(Known name) { return name == Known::kSelection || name == K
 
 }  // namespace
 
-/// `X.Select` and right behind it `Selection.Y`.
+/// `X.Select` and right after it `Selection.Y`.
 void CheckSelection(ModuleView& view) {
   if (!view.MayBe(Host::kExcel)) return;
   const language::Module& code = view.code;
@@ -73,7 +73,7 @@ bool IsSheetModule(const ModuleView& view) {
 /// Whether a chain begins with what belongs to the active sheet anyway.
 bool IsOfActiveSheet(const ModuleView& view, Index use) {
   Index first = view.ChainFirst(use);
-  // Behind a leading dot: what the With statement says.
+  // After a leading dot: what the With statement says.
   if (view.code.uses[first].access == Access::kWith && view.code.uses[first].previous != kNone) {
     first = view.ChainFirst(view.code.uses[first].previous);
   }
@@ -89,7 +89,7 @@ bool IsOfActiveSheet(const ModuleView& view, Index use) {
   }
 }
 
-/// The list of arguments that a use stands in, directly: what is called there, kNone if none.
+/// The list of arguments that a use is in, directly: what is called there, kNone if none.
 Index CalledAround(const ModuleView& view, Index use) {
   const NameUse& name = view.code.uses[use];
   return (name.flags & use_flag::kBareArgument) != 0 ? name.owner : kNone;

@@ -27,7 +27,7 @@ bool Writes(const NameUse& use) {
   return use.role == Role::kLetTarget || use.role == Role::kForVariable || use.role == Role::kInputTarget;
 }
 
-/// Whether the loop is left right behind a statement: then the change does no harm.
+/// Whether the loop is left right after a statement: then the change does no harm.
 bool LeavesLoop(const RoutineView& routine, Index node, Index loop) {
   const auto& nodes = routine.flow.Nodes();
   for (Index at = node + 1; at < nodes.size() && at <= nodes[loop].end; ++at) {

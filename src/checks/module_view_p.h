@@ -41,7 +41,7 @@ struct ModuleView {
   Known KnownName(const language::NameUse& use) const noexcept { return known[use.name]; }
   /// The name if nothing of the sources has it: a library's. kNone_ otherwise. `use` must not be inactive.
   Known LibraryName(Index use) const noexcept;
-  /// Likewise, with nothing before it or behind "VBA.", "Application." and the like.
+  /// Likewise, with nothing before it or after "VBA.", "Application." and the like.
   Known GlobalName(Index use) const noexcept;
   bool IsActive(const language::NameUse& use) const noexcept { return (use.flags & use_flag::kInactive) == 0; }
   /// The use that a chain begins with.

@@ -15,15 +15,15 @@ using language::StatementKind;
 
 /// Where a name has to stand to mean what it says.
 enum class Place : std::uint8_t {
-  kGlobal,  ///< on its own or behind its library
-  kMember,  ///< behind "." of something that the sources don't declare
+  kGlobal,  ///< on its own or after its library
+  kMember,  ///< after "." of something that the sources don't declare
 };
 
 struct NameRow {
   Known name;
   Place place;
   CheckId check;
-  std::string_view does;  ///< behind the name
+  std::string_view does;  ///< after the name
 };
 constexpr std::array kNames{
     NameRow{Known::kShell, Place::kGlobal, CheckId::kProgram, " startet ein Programm."},
@@ -71,7 +71,7 @@ constexpr std::array kNames{
     NameRow{Known::kBreakLink, Place::kMember, CheckId::kExternalLink, " löst Verknüpfungen zu anderen Mappen."},
 };
 
-/// Classes by the beginning of their ProgID or of the library and class behind As and New.
+/// Classes by the beginning of their ProgID or of the library and class after As and New.
 struct ClassRow {
   std::string_view start;
   CheckId check;
@@ -171,7 +171,7 @@ void CheckUse(ModuleView& view, Index use) {
   }
 }
 
-/// `New ADODB.Connection`: the qualified name behind New.
+/// `New ADODB.Connection`: the qualified name after New.
 void CheckNew(ModuleView& view, Index use) {
   const language::Module& code = view.code;
   const NameUse& name = code.uses[use];

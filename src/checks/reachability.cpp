@@ -8,7 +8,7 @@ namespace {
 
 using language::StatementKind;
 
-/// What may stand where nothing gets to: ends, doubled exits, what whoever looks for errors leaves there.
+/// What may be where nothing gets to: ends, doubled exits, what whoever looks for errors leaves there.
 bool IsHarmless(StatementKind kind) {
   return IsBlockEnd(kind) || IsClauseKind(kind) || kind == StatementKind::kExit || kind == StatementKind::kResume ||
          kind == StatementKind::kStop || kind == StatementKind::kRoutineEnd || kind == StatementKind::kGoTo ||

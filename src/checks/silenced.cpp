@@ -18,7 +18,7 @@ bool IsIdCharacter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-';
 }
 
-/// The checks that a comment names behind its mark; all of them when nothing stands there, none when the first word is
+/// The checks that a comment names after its mark; all of them when nothing is there, none when the first word is
 /// no id: it may be a misspelled one.
 Selection Named(std::string_view rest) {
   Selection silenced;

@@ -27,7 +27,7 @@ constexpr std::array kSwitches{
 constexpr Switch kWarnings{Known::kSetWarnings, Known::kNone_, CheckId::kSwitchOff,
                            "Die Warnungen (SetWarnings) werden", "sind"};
 
-/// The tokens behind "=" or behind the name are one word.
+/// The tokens after "=" or after the name are one word.
 bool IsWord(const RoutineView& routine, const FlowNode& node, language::NameId word, Known known) {
   const auto tokens = routine.view.Tokens(routine.Code().statements[node.statement]);
   if (tokens.empty() || tokens.back().kind != language::TokenKind::kName) return false;

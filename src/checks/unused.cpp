@@ -21,7 +21,7 @@ bool IsMacro(const ModuleView& view, const Symbol& symbol) {
 struct Row {
   SymbolKind kind;
   CheckId check;
-  std::string_view text;  ///< behind the name
+  std::string_view text;  ///< after the name
 };
 constexpr Row kRows[] = {
     {SymbolKind::kSub, CheckId::kUnusedRoutine, " wird nirgends aufgerufen."},

@@ -2,7 +2,7 @@
 
 #include "command_line.h"
 
-/// The commands behind `inventory`; what they need from the command line stands in the invocation, the first input is
+/// The commands after `inventory`; what they need from the command line is in the invocation, the first input is
 /// the command's name.
 namespace quillmate::cli {
 

@@ -22,7 +22,7 @@ void WriteToStandardOutput(const std::string& text) {
   output.Finish();
 }
 
-/// Behind the texts that the command takes come its inputs.
+/// After the texts that the command takes come its inputs.
 void ExpandInputs(Invocation& invocation) {
   const auto first = invocation.inputs.begin() + static_cast<std::ptrdiff_t>(invocation.command->texts);
   const std::vector<std::string> inputs = ExpandWildcards({first, invocation.inputs.end()});

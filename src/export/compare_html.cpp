@@ -312,7 +312,7 @@ class Report {
     html_ += "</tbody>\n</table>\n";
   }
 
-  /// Lines that both sides have; of many only those near a change before or behind them.
+  /// Lines that both sides have; of many only those near a change before or after them.
   void WriteSame(const Side& olds, const Side& news, std::uint32_t oldAt, std::uint32_t newAt, std::uint32_t count,
                  bool changeBefore, bool changeBehind) {
     const std::uint32_t head = std::min(changeBefore ? kContext : 0, count);

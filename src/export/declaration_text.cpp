@@ -42,7 +42,7 @@ std::string_view TrimEnd(std::string_view text) {
   return text;
 }
 
-/// The value behind "=" of a parameter, a constant or a member of an enumeration, as written.
+/// The value after "=" of a parameter, a constant or a member of an enumeration, as written.
 std::string_view DefaultOf(const language::Module& code, const language::Declaration& declared) {
   const std::size_t behind =
       declared.typeLength > 0 ? declared.typeOffset + declared.typeLength : declared.offset + declared.length;
@@ -59,7 +59,7 @@ std::string_view DefaultOf(const language::Module& code, const language::Declara
     const char c = rest[end];
     quoted = quoted != (c == '"');
     if (quoted) continue;
-    // Behind a digit it is the suffix of a number.
+    // After a digit it is the suffix of a number.
     if (c == '#' && (date || end == 0 || rest[end - 1] == ' ')) date = !date;
     depth += (c == '(') - (c == ')');
     if (c == '\r' || c == '\n' || c == '\'' || depth < 0) break;

@@ -16,7 +16,7 @@ constexpr std::size_t kBlock = std::size_t{1} << 16U;
 /// Longer than the longest name of an element.
 constexpr std::size_t kEdge = 512;
 
-/// "</name>" of the first element behind the declaration; empty without one.
+/// "</name>" of the first element after the declaration; empty without one.
 std::string ClosingTag(std::string_view head) {
   std::size_t at = head.find("?>");
   at = at == std::string_view::npos ? 0 : head.find('<', at);

@@ -10,7 +10,7 @@ namespace quillmate::output {
 
 inline constexpr std::size_t kPieceSize = std::size_t{64} * 1024;
 
-/// Bytes behind which a text may not be cut: a marker, or a line break around markers, could go on behind them.
+/// Bytes after which a text may not be cut: a marker, or a line break around markers, could go on after them.
 constexpr std::array<bool, 256> MakeHoldTable() noexcept {
   std::array<bool, 256> table{};
   for (const char c : {'|', '\237', 'f', 'k', 'n', 's', 'x', 'y', '\r'}) table[static_cast<unsigned char>(c)] = true;

@@ -26,7 +26,7 @@ class CommentLines {
   /// `headerLines` lines.
   TaggedComment OfRoutine(codedb::Line start, int headerLines) const;
   /// The comment at the module's top: nothing is before it but empty lines and Option statements. One that
-  /// `isRoutineStart` says to stand above a routine belongs to that.
+  /// `isRoutineStart` says to be above a routine belongs to that.
   TaggedComment OfModule(const std::function<bool(codedb::Line)>& isRoutineStart) const;
   /// The marked-up text of some lines, without the last line's end.
   std::string_view Lines(codedb::Line start, int count) const;

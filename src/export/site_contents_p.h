@@ -28,7 +28,7 @@ struct SiteContents {
   std::vector<checks::Finding> findings;  ///< by module, then place
   checks::Metrics metrics;
 
-  /// What stands on a control, as far as the source has told; UTF-8.
+  /// What is on a control, as far as the source has told; UTF-8.
   std::string_view Caption(symbols::Index module, std::string_view control) const;
 
  private:

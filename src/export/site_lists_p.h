@@ -43,7 +43,7 @@ std::vector<ListPage> DivideList(std::string_view stem, std::string_view title, 
 /// The page that holds an item.
 std::size_t PageOfItem(const std::vector<ListPage>& pages, std::size_t item);
 
-/// Links to the pages before and behind one, and to the list's first page.
+/// Links to the pages before and after one, and to the list's first page.
 void AppendListNavigation(std::string& html, const std::vector<ListPage>& pages, std::size_t page,
                           std::string_view overviewFile, std::string_view overviewTitle);
 

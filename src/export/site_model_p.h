@@ -22,7 +22,7 @@ struct SiteRoutine {
   int module = 0;
   /// What the understanding calls it; kNone when that sees no routine there.
   symbols::SymbolId symbol = symbols::kNone;
-  /// Behind "r-" and "c-"; unique in the module.
+  /// After "r-" and "c-"; unique in the module.
   std::string anchor;
   /// True when the code has the anchor "c-".
   bool hasCode = false;

@@ -10,8 +10,8 @@ namespace {
 /// Words of an entry's comment that can be found and shown.
 constexpr std::size_t kLongest = 300;
 
-/// Finds entries that hold every word, in any case: names that begin with the first one go before names that hold it,
-/// these before comments. What is shown is set as text, never as markup.
+/// Finds entries that hold every word, regardless of case: names that begin with the first one go before names that
+/// hold it, these before comments. What is shown is set as text, never as markup.
 constexpr std::string_view kScript = R"js(
 (function () {
   var field = document.getElementById("suchfeld");

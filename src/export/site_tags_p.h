@@ -7,7 +7,7 @@
 /// Comments that mark what they tell: `<summary>`, `@param name`, `\brief`.
 namespace quillmate::output {
 
-/// A comment taken apart. Texts are UTF-8 and plain; lines are separated by LF, an empty one stands between paragraphs.
+/// A comment taken apart. Texts are UTF-8 and plain; lines are separated by LF, an empty one is between paragraphs.
 struct TaggedComment {
   struct Item {
     std::string_view title;  ///< German: "Parameter", "Rückgabe" ...

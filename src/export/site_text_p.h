@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// Text for the pages of a site: UTF-8, fit to stand between tags and in attributes with double quotes.
+/// Text for the pages of a site: UTF-8, fit to be between tags and in attributes with double quotes.
 namespace quillmate::output {
 
 /// Appends Windows-1252 text. Control characters other than TAB, which HTML does not allow, become U+FFFD; so do a CR

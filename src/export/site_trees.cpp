@@ -9,9 +9,9 @@
 namespace quillmate::output {
 namespace {
 
-/// Behind so many nodes each routine is unfolded only once.
+/// After so many nodes each routine is unfolded only once.
 constexpr std::size_t kFullNodes = 20'000;
-/// Behind so many nodes of a tree what calls others stands in trees of its own.
+/// After so many nodes of a tree what calls others is in trees of its own.
 constexpr std::size_t kTreeNodes = 1'000;
 
 enum class Fold : std::uint8_t { kOpen, kLeaf, kCycle, kElsewhere, kDeep };

@@ -34,7 +34,7 @@ std::uint64_t HashOf(const language::Module& code, std::uint32_t first, std::uin
   return hash.Value();
 }
 
-/// The statement that begins in a line, on one line with single blanks and without a comment behind it.
+/// The statement that begins in a line, on one line with single blanks and without a comment after it.
 std::string StatementAt(const language::Module& code, std::uint32_t line) {
   std::string text;
   bool quoted = false;
@@ -61,7 +61,7 @@ std::string StatementAt(const language::Module& code, std::uint32_t line) {
   return text;
 }
 
-/// The literal behind a word of a Declare: Lib "user32", Alias "FindWindowA".
+/// The literal after a word of a Declare: Lib "user32", Alias "FindWindowA".
 std::string LiteralBehind(std::string_view statement, std::string_view word) {
   for (std::size_t at = 0; at + word.size() < statement.size(); ++at) {
     if (!text::EqualsIgnoreCase(statement.substr(at, word.size()), word)) continue;

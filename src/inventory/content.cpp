@@ -112,7 +112,7 @@ Content OfficeContent(OfficeFile file) {
   return content;
 }
 
-/// A module file that did not lie in memory; what is too large for one is no module.
+/// A module file that was not in memory; what is too large for one is no module.
 std::string LargeFile(const std::filesystem::path& file) {
   constexpr std::size_t kMost = std::size_t{128} << 20U;
   try {

@@ -22,7 +22,7 @@ struct WalkEntry {
   Stamp stamp;
 };
 
-/// What lies in a folder, in no order, with sizes and times. With an error what could be listed before it.
+/// What is in a folder, in no order, with sizes and times. With an error what could be listed before it.
 std::vector<WalkEntry> ListFolder(const std::filesystem::path& folder, std::error_code& error);
 
 /// Of a regular file that is no link; nothing else has one.

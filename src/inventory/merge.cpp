@@ -79,7 +79,7 @@ void TakeContents(Database& database) {
                 "t.pruefsumme AND i.art = t.art WHERE t.nr = minhalt.alt) WHERE neu = 0")
                    .c_str());
   for (const ContentTable& table : kContentTables) {
-    // In the order in which the rows lie here.
+    // In the order in which the rows are here.
     database.Run(("INSERT INTO main." + std::string(table.name) + " SELECT m.neu, t.folge, " +
                   WithColumns(table.columns, "t.") + " FROM minhalt m CROSS JOIN teil." + table.name +
                   " t ON t.inhalt = m.alt WHERE m.frisch ORDER BY m.neu, t.folge")

@@ -11,8 +11,8 @@
 
 #include <quillmate/inventory/content.h>
 
-/// Contents as bytes, on their way from one process of the program to another: numbers as they lie in memory, texts
-/// behind their length.
+/// Contents as bytes, on their way from one process of the program to another: numbers as they are in memory, texts
+/// after their length.
 namespace quillmate::inventory {
 
 // One list of fields for both ways.

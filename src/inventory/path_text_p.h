@@ -7,7 +7,7 @@
 
 namespace quillmate::inventory {
 
-/// A path, or a name, as it stands in the database: schema.h tells which bytes are escaped.
+/// A path, or a name, as it is in the database: schema.h tells which bytes are escaped.
 std::string StoredText(const std::filesystem::path& path);
 /// The way back, exactly.
 std::filesystem::path PathOfStored(std::string_view stored);

@@ -248,7 +248,7 @@ class Scanner {
   void MarkVanishedBelow(const fs::path& root, const std::vector<std::string>& failed) {
     const auto lock = pool_.StoreLock();
     for (const auto& [number, path] : store_.MissedFolders(StoredText(root))) {
-      // What lies below a folder that could not be listed may be there all the same.
+      // What is below a folder that could not be listed may be there all the same.
       const bool unknown = std::any_of(failed.begin(), failed.end(), [&path = path](const std::string& each) {
         return path.starts_with(each) && (path.size() == each.size() || path[each.size()] == '/' ||
                                           path[each.size()] == '\\' || each.ends_with('/'));

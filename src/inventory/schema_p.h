@@ -12,13 +12,13 @@ void PrepareSchema(Database& database);
 /// The same for a database that is only read, or merged from: it must be an inventory.
 void CheckSchema(Database& database);
 
-/// The tables whose rows belong to a content, by `inhalt` and `folge`, and their columns behind these two.
+/// The tables whose rows belong to a content, by `inhalt` and `folge`, and their columns after these two.
 struct ContentTable {
   const char* name;
   const char* columns;
 };
 extern const ContentTable kContentTables[8];
-/// The columns of `inhalt` behind its number.
+/// The columns of `inhalt` after its number.
 extern const char* const kContentColumns;
 
 }  // namespace quillmate::inventory

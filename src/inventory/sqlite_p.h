@@ -12,7 +12,7 @@ struct sqlite3_stmt;
 
 namespace quillmate::inventory {
 
-/// An open database file. Failures are StoreError. Behind the first failure every further step fails too, so that what
+/// An open database file. Failures are StoreError. After the first failure every further step fails too, so that what
 /// has gone wrong halfway is never made lasting. Used by one thread at a time.
 class Database {
  public:

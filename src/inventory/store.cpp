@@ -36,7 +36,7 @@ std::string RandomId() {
   return id;
 }
 
-/// The name behind the last separator of a path of any system, in lower case of ASCII, by which links are looked up; of
+/// The name after the last separator of a path of any system, in lower case of ASCII, by which links are looked up; of
 /// an address in the net none.
 std::string TargetName(std::string_view target) {
   if (target.starts_with("file:///")) target.remove_prefix(8);

@@ -10,7 +10,7 @@
 
 /// Processes that read files, and the pipes between them and the scan.
 ///
-/// A message is its length (32 bits, as it lies in memory), one letter and that many bytes. The scan sends
+/// A message is its length (32 bits, as it is in memory), one letter and that many bytes. The scan sends
 ///
 ///     F   size and time of the file, then its path: look at this file
 ///     G   go on and read it; S: skip it, its content is known

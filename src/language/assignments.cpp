@@ -23,7 +23,7 @@ void Parser::ParseCallOrAssignment() {
   Complete(IsWord(first, kWordError) ? StatementKind::kErrorStatement : StatementKind::kCall, first, true);
 }
 
-/// Behind a called name: arguments without parentheses, an output list or points.
+/// After a called name: arguments without parentheses, an output list or points.
 void Parser::ParseCallArguments(Index callee) {
   if (AtEnd()) return;
   const NameId name = Use(callee).name;
@@ -68,7 +68,7 @@ void Parser::ParseCallWord() {
   Complete(StatementKind::kCall, first, true);
 }
 
-/// Behind Let, Set, LSet, RSet.
+/// After Let, Set, LSet, RSet.
 void Parser::ParseAssignment(Role role, std::uint32_t flags) {
   const std::uint32_t first = at_ - 1;
   Run(Mode::kOperand);

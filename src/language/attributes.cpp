@@ -55,7 +55,7 @@ void Parser::ParseAttribute() {
   Hide(from, to);
 }
 
-/// The member that an Attribute line behind its declaration names: the routine around it or one of the last names.
+/// The member that an Attribute line after its declaration names: the routine around it or one of the last names.
 Index Parser::FindAttributed(NameId member) const {
   const Index routine = RoutineDeclaration();
   if (routine != kNone && module_->declarations[routine].name == member) return routine;

@@ -34,7 +34,7 @@ void Parser::ParseIf() {
   ParseThenLabel();
 }
 
-/// A number behind Then or Else is where to go.
+/// A number after Then or Else is where to go.
 void Parser::ParseThenLabel() {
   if (tokens_[at_].kind != TokenKind::kInteger) return;
   const std::uint32_t first = at_;
@@ -244,7 +244,7 @@ void Parser::ParseOn() {
   Complete(StatementKind::kOnGoTo, first, true);
 }
 
-/// Behind On Error; 0 and -1 are no labels.
+/// After On Error; 0 and -1 are no labels.
 void Parser::ParseOnError() {
   if (TakeWord(kWordResume)) {
     TakeWord(kWordNext);

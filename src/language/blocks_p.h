@@ -24,7 +24,7 @@ class BlockStack {
   State Top() const noexcept { return top_; }
   void Restore(State state) noexcept { top_ = state; }
 
-  /// `withUse`: what members behind a leading "." hang on.
+  /// `withUse`: what members after a leading "." hang on.
   void Push(Kind kind, Index withUse, std::uint32_t extraDepth, bool counted);
   /// Closes the innermost block of the kind with all blocks in it; false when there is none.
   bool Pop(Kind kind) noexcept;

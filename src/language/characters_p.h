@@ -70,7 +70,7 @@ inline bool IsHexDigit(char c) noexcept { return IsAsciiDigit(c) || ((c | 0x20) 
 inline bool IsLineEnd(char c) noexcept { return c == '\r' || c == '\n'; }
 inline bool IsNarrowBlank(char c) noexcept { return ClassOf(c) == CharacterClass::kBlank; }
 
-/// True when "&" or "^", glued to what stands before it, is an operator because of the character behind it.
+/// True when "&" or "^", glued to what is before it, is an operator because of the character after it.
 inline bool StartsOperand(char sign, char next) noexcept {
   const CharacterClass found = ClassOf(next);
   if (found == CharacterClass::kLetter || found == CharacterClass::kDigit || found == CharacterClass::kHigh ||

@@ -79,7 +79,7 @@ bool IsTime(DateReader reader) {
   return reader.AtEnd() && (values > 1 || !word.empty());
 }
 
-/// Two or three values, one of them a month's name at most, and a time behind them or not.
+/// Two or three values, one of them a month's name at most, and a time after them or not.
 bool IsDate(DateReader reader) {
   int values = 0;
   int names = 0;

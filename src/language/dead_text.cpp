@@ -31,7 +31,7 @@ void Parser::KeepDeadNames() {
   }
 }
 
-/// The names of the statement at `first`; the token behind it.
+/// The names of the statement at `first`; the token after it.
 std::uint32_t Parser::KeepDeadStatement(std::uint32_t first) {
   const auto ends = [this](std::uint32_t at) {
     return tokens_[at].kind == TokenKind::kEnd || IsOperator(at, Operator::kColon);

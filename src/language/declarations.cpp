@@ -115,7 +115,7 @@ void Parser::ParseConstantValue() {
   context_ = outer;
 }
 
-/// "(...)" behind a declared name.
+/// "(...)" after a declared name.
 void Parser::ParseBounds(Index declaration) {
   if (!AtOperator(Operator::kOpen)) return;
   Decl(declaration).flags |= declaration_flag::kArray;
@@ -125,7 +125,7 @@ void Parser::ParseBounds(Index declaration) {
 
 // ------------------------------------------------------------------------------------------------------ modifiers
 
-/// Words before a declaration or header; `at` goes behind them.
+/// Words before a declaration or header; `at` goes after them.
 Parser::Modifiers Parser::ReadModifiers(std::uint32_t& at) const {
   Modifiers modifiers;
   for (; tokens_[at].kind == TokenKind::kName && (tokens_[at].flags & token_flag::kBracketed) == 0; ++at) {
@@ -248,7 +248,7 @@ void Parser::ParseConstants(const Modifiers& modifiers) {
   }
 }
 
-/// `Declare [PtrSafe] Sub|Function name [CDecl] Lib "file" [Alias "name"] [(parameters)] [As type]`; behind Declare.
+/// `Declare [PtrSafe] Sub|Function name [CDecl] Lib "file" [Alias "name"] [(parameters)] [As type]`; after Declare.
 void Parser::ParseDeclare(const Modifiers& modifiers) {
   const bool ptrSafe = TakeWord(kWordPtrSafe);
   const bool function = AtWord(kWordFunction);
@@ -276,7 +276,7 @@ void Parser::ParseEvent(const Modifiers& modifiers) {
 
 // ----------------------------------------------------------------------------------------------------- parameters
 
-/// "(...)" behind the name of a routine, Declare or event.
+/// "(...)" after the name of a routine, Declare or event.
 void Parser::ParseParameters(Index owner) {
   if (!TakeOperator(Operator::kOpen)) return;
   Decl(owner).flags |= declaration_flag::kParameterList;
@@ -321,7 +321,7 @@ void Parser::ParseParameter(Index owner) {
 
 // -------------------------------------------------------------------------------------------------- Type and Enum
 
-/// Behind the word Type or Enum: the word that follows is the name, whatever it is.
+/// After the word Type or Enum: the word that follows is the name, whatever it is.
 void Parser::ParseBlockStart(DeclarationKind kind, const Modifiers& modifiers) {
   if (block_ != kNone) CloseBlockDeclaration(lexer_->FirstLine() - 1);
   block_ = Declare(tokens_[at_++], kind, modifiers.visibility, kNone);

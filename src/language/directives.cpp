@@ -9,7 +9,7 @@
 namespace quillmate::language {
 namespace {
 
-/// The first byte behind the blanks from `at` on.
+/// The first byte after the blanks from `at` on.
 std::size_t SkipBlanks(std::string_view text, std::size_t at) noexcept {
   while (at < text.size() && (text[at] == ' ' || text[at] == '\t')) ++at;
   return at;

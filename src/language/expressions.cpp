@@ -132,7 +132,7 @@ bool Parser::EndsTarget(const Token& token) const {
   }
 }
 
-/// At the start of a statement, behind a name: True when "(" begins the first argument of a call without parentheses,
+/// At the start of a statement, after a name: True when "(" begins the first argument of a call without parentheses,
 /// `f (a), b`, and no list of its own.
 bool Parser::IsStatementArgument(std::uint32_t open) const {
   const NameId close = tokens_[open].name;
@@ -176,7 +176,7 @@ bool Parser::IsStatementArgument(std::uint32_t open) const {
   return true;
 }
 
-/// `f (a).b, c`: true when the operand that goes on at `from` has arguments or operators behind it.
+/// `f (a).b, c`: true when the operand that goes on at `from` has arguments or operators after it.
 bool Parser::IsOperandOfArgument(std::uint32_t from) const {
   constexpr std::uint32_t kFurthest = 64;
   for (const std::uint32_t limit = from + kFurthest; from < limit;) {
@@ -436,7 +436,7 @@ bool Parser::StepComma() {
   return true;
 }
 
-/// Ends the statement, except between parentheses that are closed behind it.
+/// Ends the statement, except between parentheses that are closed after it.
 bool Parser::StepColon() {
   if (Outermost() || tokens_[frames_.back().open].name == kNone) return false;
   ++at_;
@@ -476,7 +476,7 @@ void Parser::FinishArgument() {
   if (literal) module_->strings.back().whole = true;
 }
 
-/// "B" or "BF" behind the colour of Line, "Step" before a point.
+/// "B" or "BF" after the colour of Line, "Step" before a point.
 bool Parser::IsGraphicsMark() const {
   if (AtWord(kWordStep)) return IsOperator(at_ + 1, Operator::kOpen);
   const bool mark = drawing_ == Drawing::kLine && (AtWord(kWordB) || AtWord(kWordBF));

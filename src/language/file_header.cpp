@@ -252,7 +252,7 @@ std::string_view FirstLine(std::string_view text, std::size_t from) {
   return {};
 }
 
-/// Behind the line "CodeBehindForm"; without it an export holds no code.
+/// After the line "CodeBehindForm"; without it an export holds no code.
 std::size_t FindAccessCode(std::string_view text, std::size_t from) {
   LineReader reader(text, from);
   while (reader.Next()) {

@@ -5,7 +5,7 @@
 
 #include "names_p.h"
 
-/// What stands in a module file before its code: VERSION and the block of properties and controls, or the form of an
+/// What is in a module file before its code: VERSION and the block of properties and controls, or the form of an
 /// Access text export. Attribute lines are read with the code.
 namespace quillmate::language {
 

@@ -39,7 +39,7 @@ void Parser::ParseOpen() {
   Complete(StatementKind::kFile, first, true);
 }
 
-/// File numbers and values parted by commas; with `targets` all behind the first one are written.
+/// File numbers and values parted by commas; with `targets` all after the first one are written.
 void Parser::ParseFileList(bool targets) {
   const std::uint32_t first = at_ - 1;
   for (bool written = false; !AtEnd(); written = targets) {
@@ -50,7 +50,7 @@ void Parser::ParseFileList(bool targets) {
       Run(Mode::kToComma);
     }
     while (!AtEnd() && !AtOperator(Operator::kComma)) {
-      // "To" between the records of Lock and what else stands in the way.
+      // "To" between the records of Lock and what else is in the way.
       ++at_;
       Run(Mode::kToComma);
     }

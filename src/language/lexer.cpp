@@ -10,7 +10,7 @@
 namespace quillmate::language {
 namespace {
 
-/// Where the last lines begin: a line that continues none and has kReadAhead bytes behind its start.
+/// Where the last lines begin: a line that continues none and has kReadAhead bytes after its start.
 std::size_t FindTail(std::string_view text) noexcept {
   for (std::size_t at = text.size() < kReadAhead ? 0 : text.size() - kReadAhead; at > 0; --at) {
     if (!IsLineEnd(text[at - 1]) || (text[at - 1] == '\r' && text[at] == '\n')) continue;
@@ -226,7 +226,7 @@ void Lexer::ReadAmpersand() {
   const bool name = operand && tokens_[count_ - 1].kind == TokenKind::kName;
   const bool reserved =
       name && tokens_[count_ - 1].name < kWordAccess && (tokens_[count_ - 1].flags & token_flag::kBracketed) == 0;
-  // Behind a name it is an argument ("Sleep &H10"), behind any other operand a concatenation with its blank missing.
+  // After a name it is an argument ("Sleep &H10"), after any other operand a concatenation with its blank missing.
   const bool argument = !operand || reserved || (name && (pending_ & token_flag::kBlankBefore) != 0);
   const char radix = static_cast<char>(at_[1] | 0x20);
   if (argument && (radix == 'h' || radix == 'o')) {

@@ -6,7 +6,7 @@
 #include "characters_p.h"
 #include "lexer_p.h"
 
-/// Names: plain ones, those beyond ASCII, those in brackets, and the suffixes behind them.
+/// Names: plain ones, those beyond ASCII, those in brackets, and the suffixes after them.
 namespace quillmate::language {
 namespace {
 

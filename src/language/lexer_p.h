@@ -66,8 +66,8 @@ class Lexer {
   void ReadNumberSuffix(Token& token);
   void TakeSuffix(Token& token);
 
-  /// The last lines are read from a copy with kReadAhead zeros behind it; everything before them stays where it is, for
-  /// there is enough behind it.
+  /// The last lines are read from a copy with kReadAhead zeros after it; everything before them stays where it is, for
+  /// there is enough after it.
   std::string_view text_;
   std::size_t tailFrom_ = 0;
   std::vector<char> tail_;
@@ -96,7 +96,7 @@ bool IsBlankBeforeContinuation(const char* at, const char* begin) noexcept;
 /// True when the last line of `lines`, line break included, may go on in the next one.
 bool EndsContinued(std::string_view lines) noexcept;
 
-/// True for what may stand between the two "#" of a date literal.
+/// True for what may be between the two "#" of a date literal.
 bool IsDateText(std::string_view body) noexcept;
 
 }  // namespace quillmate::language

@@ -13,7 +13,7 @@
 /// straight from the source; the text must be readable for eight bytes from any of its characters.
 namespace quillmate::language {
 
-inline constexpr std::size_t kReadAhead = 16;  ///< readable bytes behind every text that is looked at in words
+inline constexpr std::size_t kReadAhead = 16;  ///< readable bytes after every text that is looked at in words
 
 namespace name_word {
 
@@ -49,7 +49,7 @@ std::uint64_t HashReadable(const char* name, std::size_t length) noexcept {
   return hash;
 }
 
-/// Of a plain name in any case; the same for all its spellings.
+/// Of a plain name, regardless of case; the same for all its spellings.
 inline std::uint64_t HashPlain(const char* name, std::size_t length) noexcept {
   return HashReadable<name_word::kLowerCase>(name, length);
 }
@@ -122,7 +122,7 @@ class NameTable {
   std::vector<Slot> slots_;
   std::vector<Slot> words_;          ///< the slots when only the words are in them
   std::vector<Spelling> spellings_;  ///< of every id
-  std::vector<char> folded_;         ///< with kReadAhead bytes behind it; the words come first
+  std::vector<char> folded_;         ///< with kReadAhead bytes after it; the words come first
   std::size_t foldedSize_ = 0;
   std::size_t wordsSize_ = 0;
   std::size_t mask_ = 0;
@@ -131,7 +131,7 @@ class NameTable {
   Module* module_ = nullptr;
 };
 
-/// The folded form of what stands inside brackets or of a name without its suffix.
+/// The folded form of what is inside brackets or of a name without its suffix.
 void AppendFolded(std::string& folded, std::string_view name);
 
 }  // namespace quillmate::language

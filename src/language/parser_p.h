@@ -11,7 +11,7 @@
 #include "lexer_p.h"
 
 /// Reads logical lines one after the other into a Module: directives, then statements parted at ":", each by its first
-/// word. One pass, no tree, no recursion; every function starts at `at_` and leaves it behind what it has read.
+/// word. One pass, no tree, no recursion; every function starts at `at_` and leaves it after what it has read.
 namespace quillmate::language {
 
 class Parser {
@@ -34,10 +34,10 @@ class Parser {
 
   struct Frame {
     enum class Kind : std::uint8_t { kOutermost, kGroup, kArguments } kind = Kind::kOutermost;
-    bool typeOf = false;    ///< TypeOf stands before the operand
+    bool typeOf = false;    ///< TypeOf is before the operand
     bool listDone = false;  ///< the chain's last name has had its list
     bool indirect = false;  ///< the chain came out of parentheses or is a new object: no argument by reference
-    bool byVal = false;     ///< the word stands before the argument
+    bool byVal = false;     ///< the word is before the argument
     bool ofResult = false;  ///< the list goes to what the callee returns
     std::uint16_t position = 1;
     Index callee = kNone;
@@ -45,7 +45,7 @@ class Parser {
     std::uint32_t open = 0;  ///< token of "("
     std::uint32_t argumentFirst = 0;
     std::uint32_t chainFirst = 0;
-    std::uint32_t chainEnd = 0;  ///< token behind the operand; 0: none yet
+    std::uint32_t chainEnd = 0;  ///< token after the operand; 0: none yet
     Index chainLast = kNone;     ///< its last name, kNone when it ends in none
   };
 
@@ -303,14 +303,14 @@ class Parser {
   Module* module_ = nullptr;
   ConditionalConstants constants_;
 
-  const Token* tokens_ = nullptr;  ///< of the logical line, with a kEnd behind them
+  const Token* tokens_ = nullptr;  ///< of the logical line, with a kEnd after them
   std::uint32_t tokenCount_ = 0;   ///< that one not counted
   std::uint32_t at_ = 0;
   Index firstToken_ = kNone;  ///< of the line in Module::tokens
 
   std::vector<Frame> frames_;
   Mode mode_ = Mode::kExpression;
-  bool continues_ = false;      ///< a statement follows without ":": behind Then, Else, a header's End
+  bool continues_ = false;      ///< a statement follows without ":": after Then, Else, a header's End
   Index statementUse_ = kNone;  ///< first use of the statement
   Drawing drawing_ = Drawing::kNothing;
   Index assigned_ = kNone;       ///< the target whose value is read
@@ -327,8 +327,8 @@ class Parser {
   Index routine_ = kNone;           ///< the open one
   Index lineRoutine_ = kNone;       ///< the one that the line belongs to
   Index block_ = kNone;             ///< the open Type or Enum
-  bool bodyBegun_ = false;          ///< a statement stands behind the header
-  bool headerConditional_ = false;  ///< the header stands in an "#If"
+  bool bodyBegun_ = false;          ///< a statement is after the header
+  bool headerConditional_ = false;  ///< the header is in an "#If"
 
   BuiltinType defTypes_[26] = {};
   bool classAttributes_ = false;  ///< attributes that only classes have

@@ -116,7 +116,7 @@ void Parser::AddVariant(Index declaration, std::uint32_t firstLine) {
   }
 }
 
-/// At the word behind End.
+/// At the word after End.
 void Parser::EndRoutine(NameId word) {
   const Token& last = tokens_[at_ - 1];
   if (routine_ == kNone) {
@@ -155,7 +155,7 @@ void Parser::CloseRoutine(std::uint32_t lastLine, std::uint32_t endOffset) {
   inlineIfs_.clear();
 }
 
-/// Ties what stands in the routine to the header that counts.
+/// Ties what is in the routine to the header that counts.
 void Parser::SettleVariants(Routine& routine) {
   Declaration& header = Decl(routine.declaration);
   header.firstLine = routine.firstLine;

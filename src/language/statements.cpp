@@ -301,7 +301,7 @@ bool Parser::ParseWordStatement(NameId word) {
   return true;
 }
 
-/// True when the token behind a word makes it a name.
+/// True when the token after a word makes it a name.
 bool Parser::MakesName(std::uint32_t next) const {
   return IsOperator(next, Operator::kEqual) || IsOperator(next, Operator::kDot) || IsOperator(next, Operator::kBang);
 }

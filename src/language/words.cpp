@@ -17,7 +17,7 @@ static_assert(std::size(kSpellings) == kWordCount);
 
 constexpr std::size_t kLongestWord = 24;
 
-/// Folded spellings, each with room behind it so that eight bytes can be read from any of its characters.
+/// Folded spellings, each with room after it so that eight bytes can be read from any of its characters.
 struct FoldedWords {
   std::array<std::array<char, kLongestWord + 8>, kWordCount> text{};
 

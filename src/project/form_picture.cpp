@@ -33,7 +33,7 @@ std::optional<double> NumberOf(std::string_view text) {
   return read.ec == std::errc() ? std::optional(value) : std::nullopt;
 }
 
-/// A text property without its quotes and without what stands behind it.
+/// A text property without its quotes and without what is after it.
 std::string TextOf(std::string_view value) {
   if (!value.starts_with('"')) return std::string(value);
   std::string text;
@@ -210,7 +210,7 @@ class Reader {
   /// Facts tell places from the corner of what is around; `taken` are those of the controls from `first` on.
   void AddPlaceOfParents(std::size_t control, std::size_t first, const std::vector<const codedb::ControlFact*>& taken) {
     FormControl& made = form_.controls[control];
-    // A damaged file may tell of controls that lie in each other.
+    // A damaged file may tell of controls that are in each other.
     std::size_t steps = taken.size();
     for (int at = made.parent; at >= static_cast<int>(first) && steps > 0; --steps) {
       const auto number = static_cast<std::size_t>(at);

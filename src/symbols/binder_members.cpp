@@ -127,7 +127,7 @@ Index Binder::EmitLate(Index number, SetKind kind) {
   return set;
 }
 
-/// A name behind "!": the text of a key for the object's default member, but a control where the object has it.
+/// A name after "!": the text of a key for the object's default member, but a control where the object has it.
 void Binder::BindKey(Index number) {
   const NameUse& use = Use(number);
   Bound& bound = scratch_.bound[number];

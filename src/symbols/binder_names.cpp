@@ -2,7 +2,7 @@
 
 #include "binder_p.h"
 
-/// Names that are no values: types, routines behind AddressOf, events, labels, named arguments.
+/// Names that are no values: types, routines after AddressOf, events, labels, named arguments.
 namespace quillmate::symbols {
 
 using language::Access;

@@ -155,7 +155,7 @@ void Binder::NoteRecord(const NameUse& use, const TypeRef& type) {
   result_.records.push_back({type.module, type.local});
 }
 
-/// What an expression gives behind `lists` lists of arguments and what is done with it: items of arrays, default
+/// What an expression gives after `lists` lists of arguments and what is done with it: items of arrays, default
 /// members of objects.
 TypeRef Binder::Follow(Index number, TypeRef type, unsigned lists, Form last) {
   const NameUse& use = Use(number);

@@ -165,7 +165,7 @@ class Collector {
   std::unordered_map<SymbolId, Index> placed_;
 };
 
-/// Moves what wants to stand at `wanted` (centres, in any order) apart, as little as may be, order kept.
+/// Moves what wants to be at `wanted` (centres, in any order) apart, as little as may be, order kept.
 std::vector<double> Apart(const std::vector<double>& wanted, double distance) {
   struct Block {
     double sum;
@@ -190,7 +190,7 @@ std::vector<double> Apart(const std::vector<double>& wanted, double distance) {
   return places;
 }
 
-/// Gives every node its place: levels are columns, and nodes stand as near as may be to those they hang on.
+/// Gives every node its place: levels are columns, and nodes are as near as may be to those they hang on.
 class Layout {
  public:
   Layout(CallPicture& picture, const MeasureText& measure) : picture_(picture), measure_(measure) {}

@@ -20,7 +20,7 @@ std::string_view TrimRight(std::string_view text) noexcept {
   return text;
 }
 
-/// " _" at the end, behind a blank.
+/// " _" at the end, after a blank.
 bool EndsInContinuation(std::string_view text) noexcept {
   return text.ends_with('_') && (text.size() == 1 || IsBlank(text[text.size() - 2]));
 }
@@ -48,7 +48,7 @@ std::size_t CommentStart(std::string_view text) noexcept {
   return text.size();
 }
 
-/// Blanks beside these change nothing. "." and "!" are none of them: behind a blank they begin a member of With.
+/// Blanks beside these change nothing. "." and "!" are none of them: after a blank they begin a member of With.
 constexpr std::string_view kTight = ",;=<>*/\\^+-():";
 
 bool IsTight(char c) noexcept { return kTight.find(c) != std::string_view::npos; }

@@ -9,7 +9,7 @@ namespace {
 
 using Kind = ChangeNode::Kind;
 
-/// "verschoben nach Modul2": only what the text of a fact says behind its name.
+/// "verschoben nach Modul2": only what the text of a fact says after its name.
 std::string Behind(std::string text, std::string_view head) {
   if (text.starts_with(head)) text.erase(0, head.size());
   const std::size_t start = text.find_first_not_of(": ");

@@ -58,7 +58,7 @@ void PairProjects(ComparisonWork& work);
 /// Fills result.modules but for their contents.
 void PairModules(ComparisonWork& work);
 void PairRoutines(ComparisonWork& work);
-/// Fills in the routines and what lies outside of them.
+/// Fills in the routines and what is outside of them.
 void CompareTexts(ComparisonWork& work);
 void CompareDeclarations(ComparisonWork& work);
 void CompareFacts(ComparisonWork& work);

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::uint8_t kAllTrivial = trivial::kLayout | trivial::kComment | trivial::kCase;
 
-/// A path in the form in which those of two states are compared, without what stands before them.
+/// A path in the form in which those of two states are compared, without what is before them.
 std::string PathWithin(std::string_view root, std::string_view file) {
   if (!root.empty() && file.starts_with(root)) file.remove_prefix(root.size());
   std::string path = Folded(file);

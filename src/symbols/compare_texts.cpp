@@ -17,7 +17,7 @@ bool IsHidden(const Module& module, std::uint32_t line) noexcept {
   return lineClass == LineClass::kAttribute || lineClass == LineClass::kHeader;
 }
 
-/// The first line of a routine's piece, hidden ones included; behind the last one of the routine before it.
+/// The first line of a routine's piece, hidden ones included; after the last one of the routine before it.
 std::uint32_t FirstLineOf(const Module& module, Index number) noexcept {
   const language::Routine& routine = module.routines[number];
   const std::uint32_t free = number == 0 ? 1 : module.routines[number - 1].lastLine + 1;
@@ -71,7 +71,7 @@ class TextComparer {
   const Module& NewCode() const { return work_.newState.index.Code(change_.newModule); }
   std::uint8_t Ignored() const noexcept { return work_.result.options.ignore; }
 
-  /// Routines that this module has no more, behind the one that stood before them.
+  /// Routines that this module has no more, after the one that stood before them.
   void PlaceOldRoutines() {
     oldBehind_.resize(NewCode().routines.size() + 1);
     if (change_.oldModule == kNone) return;

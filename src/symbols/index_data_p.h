@@ -134,7 +134,7 @@ class RowsBuilder {
   std::vector<Index> next_;
 };
 
-/// The steps of Build behind the binding of the modules.
+/// The steps of Build after the binding of the modules.
 void NumberSymbols(ReferenceIndex::Data& data);
 void JoinReferences(ReferenceIndex::Data& data, unsigned workers);
 void JoinHandlers(ReferenceIndex::Data& data);
@@ -142,7 +142,7 @@ void JoinBindings(ReferenceIndex::Data& data, const std::vector<ExternalBinding>
 
 void JoinRecords(ReferenceIndex::Data& data);
 
-/// The name of a routine cut behind its handler's prefix: "cmdOk" and "Click".
+/// The name of a routine cut after its handler's prefix: "cmdOk" and "Click".
 std::pair<std::string_view, std::string_view> HandlerParts(const ReferenceIndex& index,
                                                            const ReferenceIndex::Data::Handled& handler);
 /// "Ereignis Click von cmdOk": who calls a handler that the host or a library calls.

@@ -286,7 +286,7 @@ inline constexpr std::string_view kEventNames =
     "SheetSelectionChange SpinDown SpinUp Startup Terminate Timer Undo Unload Validate WindowActivate "
     "WindowDeactivate WriteProperties";
 
-/// Types of the first parameter of routines that a host calls by names which stand in its documents.
+/// Types of the first parameter of routines that a host calls by names which are in its documents.
 inline constexpr std::string_view kCallbackTypes = "IRibbonControl IRibbonUI MailItem MeetingItem SlideShowWindow";
 
 /// Words in the comment above a routine that a runner of tests calls.

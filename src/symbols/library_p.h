@@ -34,7 +34,7 @@ Global FindGlobal(NameHash name) noexcept;
 /// A constant by the look of its name: "vbCrLf", "xlUp". As written in the code.
 bool LooksLikeConstant(std::string_view spelling) noexcept;
 
-/// A class behind As.
+/// A class after As.
 struct Class {
   bool known = false;
   Result result = Result::kPlain;

@@ -24,7 +24,7 @@ struct Reduced {
   std::vector<std::uint32_t> places;
 };
 
-/// How often each number stands on either side; the numbers are small where lines were numbered, so an array does.
+/// How often each number is on either side; the numbers are small where lines were numbered, so an array does.
 struct Counts {
   std::vector<std::uint32_t> oldCount, newCount;
 };
@@ -78,7 +78,7 @@ class Comparer {
     }
   }
 
-  /// Elements that stand once on each side, in the longest row that keeps the order of both.
+  /// Elements that are once on each side, in the longest row that keeps the order of both.
   std::vector<Place> Anchors() const {
     std::vector<std::uint32_t> newAt(counts_.newCount.size());
     for (std::uint32_t at = 0; at < new_.ids.size(); ++at) newAt[new_.ids[at]] = at;

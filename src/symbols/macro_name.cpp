@@ -24,7 +24,7 @@ bool IsName(std::string_view text) {
   return !text.empty() && !(text[0] >= '0' && text[0] <= '9') && std::all_of(text.begin(), text.end(), IsNameCharacter);
 }
 
-/// The stretch of `text` that names project, module and routine: behind "=" and "!", before blanks and "(".
+/// The stretch of `text` that names project, module and routine: after "=" and "!", before blanks and "(".
 std::string_view QualifiedName(std::string_view text, std::string_view* book = nullptr) {
   text = Trim(text);
   if (!text.empty() && text.front() == '=') text = Trim(text.substr(1));

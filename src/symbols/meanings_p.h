@@ -47,7 +47,7 @@ Meaning ExportedType(const Tables& tables, Index project, NameHash name, Index e
 /// A type from what its name means.
 TypeRef TypeOfMeaning(const Tables& tables, const Meaning& meaning);
 
-/// One step of a qualified type: what `name` means behind `before` (its type), or alone where it is the first.
+/// One step of a qualified type: what `name` means after `before` (its type), or alone where it is the first.
 Meaning TypeStep(const Tables& tables, Index module, NameHash name, bool first, bool qualifier, const TypeRef& before);
 
 /// How a use picks one of several things of one name in a module.

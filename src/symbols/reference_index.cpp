@@ -33,7 +33,7 @@ std::uint32_t CharactersIn(std::string_view text) noexcept {
   return count;
 }
 
-/// Byte offset of a column in a text, or its length behind the end.
+/// Byte offset of a column in a text, or its length after the end.
 std::size_t OffsetOfColumn(std::string_view line, std::uint32_t column) noexcept {
   std::size_t offset = 0;
   for (std::uint32_t at = 1; at < column && offset < line.size(); ++at) {
@@ -300,7 +300,7 @@ std::optional<Occurrence> ReferenceIndex::NameAt(Index module, std::uint32_t lin
   const auto offset =
       static_cast<std::uint32_t>(code.lines[line - 1].offset + OffsetOfColumn(code.LineText(line), column));
   std::optional<Occurrence> best;
-  // A caret right behind a name still means it, unless another one begins there.
+  // A caret right after a name still means it, unless another one begins there.
   const auto offer = [&](Occurrence occurrence) {
     if (occurrence.offset > offset || offset > occurrence.offset + occurrence.length) return;
     if (!best || occurrence.offset > best->offset) {

@@ -107,7 +107,7 @@ struct WholeRecord {
 struct ModuleReferences {
   std::vector<StoredReference> references;
   std::vector<Index>
-      routineEnds;  ///< by routine: behind its last reference; those between two routines go with the later
+      routineEnds;  ///< by routine: after its last reference; those between two routines go with the later
   std::vector<SetRequest> sets;
   std::vector<ImplicitVariable> implicits;
   std::vector<Index> implicitSymbols;  ///< their symbols, once these have numbers

@@ -62,7 +62,7 @@ struct ModuleTable {
   NameTable names;                   ///< to the first local number
   Local defaultMember = language::kNone;
   Local enumerator = language::kNone;
-  std::vector<Index> interfaceUses;  ///< uses behind Implements, last names
+  std::vector<Index> interfaceUses;  ///< uses after Implements, last names
   std::vector<Index> interfaces;     ///< ... the modules that they mean, kNone for others
   NameTable interfaceNames;          ///< to the numbers of both
 

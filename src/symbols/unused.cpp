@@ -257,7 +257,7 @@ const Mention* Grader::MentionOf(SymbolId id) const {
   return nullptr;
 }
 
-/// A name in dead code that may mean the symbol: what lies in a routine only there, what is private in its module.
+/// A name in dead code that may mean the symbol: what is in a routine only there, what is private in its module.
 const DeadMention* Grader::DeadMentionOf(SymbolId id) const {
   const Symbol& symbol = data_.symbols[id];
   if (symbol.declaration == kNone || data_.deadMentions.empty()) return nullptr;

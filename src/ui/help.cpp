@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kHelpName = "Quillmate";
 
-/// The forms of the manual, the one that suits the system first. It lies beside the template.
+/// The forms of the manual, the one that suits the system first. It is beside the template.
 #ifdef Q_OS_WIN
 constexpr std::array kEndings = {".chm", ".html"};
 #else
@@ -45,7 +45,7 @@ struct HelpPage {
   const char* page;
 };
 
-/// Page of the manual for a part of the window; what lies in such a part has the same page.
+/// Page of the manual for a part of the window; what is in such a part has the same page.
 constexpr std::array kHelpPages = {
     HelpPage{"treApp", "quellen.html"},
     HelpPage{"fraStart", "erste-schritte.html"},

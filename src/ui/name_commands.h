@@ -29,18 +29,18 @@ class NameCommands : public QObject {
 
   void ShowDeclaration();
   void ShowUses();
-  /// Of the routine whose name stands at the caret, else of the one around it.
+  /// Of the routine whose name is at the caret, else of the one around it.
   void ShowHierarchy();
   /// That routine, or a word to the user and kNone.
   symbols::SymbolId RoutineAtCaret();
-  /// The use behind the current one of the list, or before it; once around.
+  /// The use after the current one of the list, or before it; once around.
   void StepThroughUses(int steps);
   /// Asks for a line of the visible module.
   void GoToLine();
 
-  /// The caret has been moved: what stands there is lit when it has come to rest.
+  /// The caret has been moved: what is there is lit when it has come to rest.
   void CaretRests() { rest_.start(); }
-  /// Shows a declaration; one that stands nowhere (a control) by its module.
+  /// Shows a declaration; one that is nowhere (a control) by its module.
   void GoToSymbol(symbols::SymbolId symbol);
   void GoToStretch(const project::TextStretch& stretch);
   /// Shows the list of uses of a declaration, or of what one module declares in another.

@@ -95,7 +95,7 @@ std::vector<NoteCommands::Placed> NoteCommands::PlacedIn(codedb::ViewIndex view)
   std::vector<Note> own;
   std::vector<Placed> placed;
   for (std::size_t i = 0; i < notes_.size(); ++i) {
-    // A project that stands alone may have been renamed.
+    // A project that is alone may have been renamed.
     if (notes_[i].module != module || (several && notes_[i].project != project)) continue;
     own.push_back(notes_[i]);
     placed.push_back({i, view, {}});

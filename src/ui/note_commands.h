@@ -30,7 +30,7 @@ class NoteCommands : public QObject {
                CodeKnowledge& knowledge, NotePanel& panel);
 
   void ToggleBookmark();
-  /// The next bookmark of the project behind the caret, or the one before it: `steps` 1 or -1.
+  /// The next bookmark of the project after the caret, or the one before it: `steps` 1 or -1.
   void StepThroughBookmarks(int steps);
   /// Asks for the note beside the line of the caret.
   void EditNote();
@@ -39,7 +39,7 @@ class NoteCommands : public QObject {
   const std::vector<codedb::Note>& Notes() const noexcept { return notes_; }
   /// Those with a text, by module and line; a note whose module is gone is left out.
   std::vector<output::SiteNote> NotesOfSite();
-  /// What stands beside the lines of a view, by line.
+  /// What is beside the lines of a view, by line.
   std::vector<LineMark> MarksOf(codedb::ViewIndex view);
 
  private:

@@ -55,7 +55,7 @@ PrintedPart PrintCommands::ModulePart(codedb::ViewIndex view, const QString& tit
   navigation::CodeViews& views = desk_.session.Views();
   const navigation::CodeView& code = views.View(view);
   std::size_t end = code.LineCount();
-  // The empty lines behind the code are not worth paper.
+  // The empty lines after the code are not worth paper.
   while (end > 1 && code.LineStart(end - 1) + 2 >= (end < code.LineCount() ? code.LineStart(end) : code.Length()))
     --end;
   return {title, &code, &views.Runs(view), 0, end, notes_ ? notes_(view) : std::vector<LineMark>()};

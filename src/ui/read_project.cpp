@@ -71,7 +71,7 @@ void ProjectCommands::TellFailure(const host::ReadReport& report) {
 }
 
 /// Reads the ticked modules and shows the project. A project on screen gives way first: the read empties the scratch
-/// folder that its modules may lie in.
+/// folder that its modules may be in.
 void ProjectCommands::ReadProject(const Reader& read) {
   if (sources_.Projects().CheckedModules() > globals_.MostViews) {
     interaction_.Show(TooManyModulesText(globals_.MostViews), MessageIcon::kExclamation);

@@ -19,7 +19,7 @@ static void UseIcons() { Q_INIT_RESOURCE(icons); }
 namespace quillmate::ui {
 namespace {
 
-/// What the user wrote behind the program's name, without the toolkit's own options.
+/// What the user wrote after the program's name, without the toolkit's own options.
 std::string CommandLine() { return ToUtf8(QApplication::arguments().mid(1).join(QLatin1Char(' '))); }
 
 }  // namespace

@@ -134,7 +134,7 @@ class Shell : public QObject {
   ProjectPanel* project_;
   CallerPanel* callers_;
   QToolBar* tobSuche_;
-  /// The start page, which stands in the place of the code while no project is loaded, and the code below its place.
+  /// The start page, which is in the place of the code while no project is loaded, and the code below its place.
   QStackedWidget* area_;
   QWidget* codePane_;
   StartPage* startPage_;

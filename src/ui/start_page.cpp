@@ -134,7 +134,7 @@ StartPage::StartPage(const QString& host) {
 void StartPage::ShowRecent(const std::vector<std::string>& folders) {
   QString list;
   for (std::size_t i = 0; i < folders.size(); ++i) {
-    // A project that was opened again stands in the stored list twice.
+    // A project that was opened again is in the stored list twice.
     if (std::find(folders.begin(), folders.begin() + static_cast<std::ptrdiff_t>(i), folders[i]) !=
         folders.begin() + static_cast<std::ptrdiff_t>(i)) {
       continue;

@@ -8,7 +8,7 @@
 
 #include "command_table.h"
 
-/// What stands in the place of the code while no project is loaded: what to do next, the projects opened last, and a
+/// What is in the place of the code while no project is loaded: what to do next, the projects opened last, and a
 /// place to drop files on.
 namespace quillmate::ui {
 

@@ -26,7 +26,7 @@ class ViewSettings {
 
   /// Line numbers beside the code; on unless the user has switched them off.
   void SwitchLineNumbers();
-  /// Routines in the tree as they stand in the code instead of by name.
+  /// Routines in the tree as they are in the code instead of by name.
   void SwitchSourceOrder();
   /// The routines of the code in the tree instead of those of the index.
   void SwitchExactOutline();

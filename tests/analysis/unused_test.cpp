@@ -195,7 +195,7 @@ TEST(UnusedRoutines, WhatIsAReference) {
       {"M.Name(1)", {"Name", "M"}, ""},
       // A public name that exists twice is no candidate.
       {"", {"Name", "NAME"}, ""},
-      // The order of the names decides: "Foo3" is found behind "Name" had it come later.
+      // The order of the names decides: "Foo3" is found after "Name" had it come later.
       {"Foo3Name", {"Foo3", "Name"}, "1 Foo3\n"},
       {"Foo3Aname", {"Foo3", "Aname"}, ""},
       {"xZName", {"xZName", "Name"}, "1 xZName\n"},

@@ -20,7 +20,7 @@ inline constexpr std::string_view kGreeting =
     "End Function\n"
     "Friend Sub Offen(): End Sub\n";
 
-/// Class module "Karte" with a property, behind a file header.
+/// Class module "Karte" with a property, after a file header.
 inline constexpr std::string_view kCard =
     "VERSION 1.0 CLASS\r\n"
     "BEGIN\r\n"

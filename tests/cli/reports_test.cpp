@@ -7,7 +7,7 @@
 namespace quillmate::cli {
 namespace {
 
-/// The reports of a project are the same from its sources and from its saved folder. What stands in them is checked
+/// The reports of a project are the same from its sources and from its saved folder. What is in them is checked
 /// with the sample.
 TEST_F(CliTest, ReportsOfSourcesAndOfTheSavedProject) {
   Write("a.bas", kGreeting);

@@ -13,7 +13,7 @@ class UnderstandingTest : public CliTest {
   }
 };
 
-/// One routine on its line, modules of one line, the file's own lines behind a header.
+/// One routine on its line, modules of one line, the file's own lines after a header.
 TEST_F(UnderstandingTest, ExactLists) {
   const std::string json = Run("modules --exact --json q").out;
   for (const char* const part :

@@ -45,7 +45,7 @@ std::string ReplaceInTurn(std::string html, const text::CodeLook& look) {
          "pt\"; >" + html + "</span></pre>";
 }
 
-/// What stands between the frame's tags with the default look.
+/// What is between the frame's tags with the default look.
 std::string Body(std::string_view marked, bool bold) {
   text::CodeLook look = settings::LookOf({});
   look.boldRoutines = bold;

@@ -3,7 +3,7 @@
 #include <string>
 
 /// Lets a chosen call to the operating system fail, or the process be killed in front of it. Linked into a program, or
-/// preloaded as a library, it stands in front of the system's own functions that change files: each such call on a
+/// preloaded as a library, it is in front of the system's own functions that change files: each such call on a
 /// path below a folder is a fault point, numbered from 1.
 namespace quillmate::faults {
 

@@ -10,7 +10,7 @@
 namespace quillmate::symbols {
 namespace {
 
-/// Modules between lines of a form feed; the character behind it chooses the kind.
+/// Modules between lines of a form feed; the character after it chooses the kind.
 Sources SourcesOf(std::string_view bytes) {
   constexpr language::ModuleKind kKinds[] = {language::ModuleKind::kStandard, language::ModuleKind::kClass,
                                              language::ModuleKind::kForm, language::ModuleKind::kDocument};

@@ -47,7 +47,7 @@ WrittenProject SeedProject(int codePage, bool locked) {
   return project;
 }
 
-/// The stream of a presentation with the place of its last edit behind it.
+/// The stream of a presentation with the place of its last edit after it.
 std::string PresentationStream(const PresentationWriter& writer) {
   const std::string bytes = writer.File();
   MemorySource source(bytes);
@@ -139,7 +139,7 @@ void AddModules(Corpus& corpus, const WrittenProject& project) {
   }
 }
 
-/// Each text behind its length, lowest byte first.
+/// Each text after its length, lowest byte first.
 std::string Parts(const std::vector<std::string>& texts) {
   std::string parts;
   for (const std::string& text : texts) {

@@ -186,7 +186,7 @@ TEST_F(RunningHost, FailedReadsSayWhatHappened) {
 }
 
 TEST_F(RunningHost, ClosedProjectsLeadToNoOtherOnes) {
-  // Both projects behind the closed one move up; its modules' place holds another module then.
+  // Both projects after the closed one move up; its modules' place holds another module then.
   const StandInHost standIn("--many 2 --unsaved --vanish Tabelle1 --close Großprojekt");
   ComHost host("Excel", kPatient);
   EXPECT_TRUE(List(host).attached);

@@ -12,7 +12,7 @@ StandInHost::StandInHost(const std::string& arguments) {
   child::Pipe answers = child::PipeFromChild();
   input_ = std::move(orders.write);
   output_ = std::move(answers.read);
-  // It lies beside the test program.
+  // It is beside the test program.
   process_ = child::Spawn(child::OwnProgram().parent_path() / "stand_in_host.exe", text::WideFromUtf8(arguments),
                           {std::move(orders.read), std::move(answers.write), child::OwnErrors()});
   if (ReadLine() != "bereit") throw std::runtime_error("stand_in_host.exe does not register");

@@ -8,7 +8,7 @@
 namespace quillmate::language {
 namespace {
 
-/// Whatever stands before it, a routine is found; and a million characters are read in no time.
+/// Whatever is before it, a routine is found; and a million characters are read in no time.
 TEST(Limits, OneUnitOverAndOver) {
   constexpr const char* kUnits[] = {
       "(",

@@ -12,10 +12,10 @@ constexpr std::string_view kMembers[] = {"Name", "Type", "End",   "Next",     "P
                                          "Item", "To",   "[x y]", "Property", "If",     "Ä"};
 constexpr std::string_view kLabels[] = {"Fehler", "Ende_1", "Err", "Beep", "Weiter"};
 
-/// "$" and a letter stand for a name: v value, c called, l and s targets, f and e loop variables, n behind Next, t
+/// "$" and a letter stand for a name: v value, c called, l and s targets, f and e loop variables, n after Next, t
 /// type, w created, k type asked for, a address, i read into, z erased, g label, r member, p target member, q called
 /// member, h member of the With object, y key, b named argument, d and D declared variable and constant, L label, u
-/// value of a constant expression. "%" and a letter begin a name that stands there itself; "~" is a blank that is never
+/// value of a constant expression. "%" and a letter begin a name that is there itself; "~" is a blank that is never
 /// continued.
 constexpr std::string_view kStatements[] = {
     "$l = $v + 1",

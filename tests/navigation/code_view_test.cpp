@@ -121,7 +121,7 @@ TEST(CodeView, LinesAndSelection) {
 }
 
 /// Go to line as the view's control does it: probe, walk, select. Answers start and length of the selection. A line
-/// break is one step for the caret, which never stands inside one.
+/// break is one step for the caret, which never is inside one.
 std::pair<std::size_t, std::size_t> GoByBisection(const std::string& text, long n) {
   const auto lineOf = [&](std::size_t pos) {
     long line = 0;

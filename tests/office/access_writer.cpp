@@ -56,7 +56,7 @@ std::size_t WidthOf(const WrittenColumn& column) {
   }
 }
 
-/// The file while it is being written; page n lies at n times the page size.
+/// The file while it is being written; page n is at n times the page size.
 class Database {
  public:
   explicit Database(const AccessWriter& writer) : writer_(writer), size_(writer.IsOld() ? 2048 : 4096) {
@@ -295,7 +295,7 @@ void Database::WriteTable(const WrittenTable& table, std::uint32_t definition) {
   Finish(page);
   Finish(elsewhere);
   std::string bytes = Definition(table, Map(numbers));
-  // What does not fit goes on in further pages behind their heads.
+  // What does not fit goes on in further pages after their heads.
   std::uint32_t at = definition;
   while (bytes.size() > size_) {
     const std::uint32_t next = NewPage();

@@ -18,7 +18,7 @@ struct PackageWriter {
   std::vector<ZipFile> parts;
 
   PackageWriter& Add(std::string_view part, std::string bytes);
-  /// `type` is what stands behind the last "/"; a target with ":" in it leads out of the document.
+  /// `type` is what is after the last "/"; a target with ":" in it leads out of the document.
   PackageWriter& Relate(std::string_view from, std::string_view type, std::string_view target);
   std::string File() const;
 
@@ -42,7 +42,7 @@ class DesignerBlock {
 
   /// Properties come in the order of their bits.
   DesignerBlock& Number(unsigned bit, std::size_t bytes, std::uint64_t value);
-  /// Its length stands among the numbers.
+  /// Its length is among the numbers.
   DesignerBlock& Text(unsigned bit, std::string_view latin1);
   DesignerBlock& WideText(unsigned bit, std::u16string_view text);
   DesignerBlock& Point(unsigned bit, std::int32_t x, std::int32_t y);
@@ -67,7 +67,7 @@ std::string DesignerForm(const std::string& caption, const std::vector<DesignerS
 std::string DesignerObjects(const std::vector<DesignerSite>& sites);
 
 enum class WrittenCipher { kXor, kRc4, kRc4Api };
-/// A workbook's stream, of records with a first one that FilePass is put behind, encrypted.
+/// A workbook's stream, of records with a first one that FilePass is put after, encrypted.
 std::string EncryptedWorkbook(std::string_view records, WrittenCipher cipher, std::string_view password);
 /// The compound file of a zip that is encrypted; `agile` in the newer way.
 std::string EncryptedPackageOf(std::string_view zip, bool agile, std::string_view password);

@@ -175,7 +175,7 @@ std::string OldWorkbook() {
            XlsRecord(0x1AE, Bytes<2>(1) + Bytes<2>(0x0401)) + XlsRecord(0x17, Bytes<2>(1) + Bytes<6>(0)) +
            name(0, "Bereich") + name(0xC, "Start") + name(0xE, "Steuer") + XlsRecord(0x0A, "");
   };
-  // A record FilePass may be put behind the first one: 4 bytes and what the ciphers need.
+  // A record FilePass may be put after the first one: 4 bytes and what the ciphers need.
   const std::string common = Bytes<2>(0x15) + Bytes<2>(4) + Bytes<2>(7) + Bytes<2>(1);
   const std::string macro = Bytes<2>(4) + Bytes<2>(13) + Bytes<2>(7) + Bytes<4>(0) + "\x39" + Bytes<2>(0) + Bytes<4>(2);
   const std::string formula = Bytes<2>(2) + Bytes<2>(1) + std::string(16, '\0') + Bytes<2>(5) + "\x43" + Bytes<4>(3);

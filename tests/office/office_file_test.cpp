@@ -228,7 +228,7 @@ TEST(OfficeFile, MutatedFiles) {
       for (std::size_t change = below(5) + 1; change > 0; --change) {
         const std::string number = Bytes<4>(below(2) == 0 ? below(40) : random()).substr(0, below(4) + 1);
         const std::size_t at = below(bytes.size() - number.size());
-        // Most changes keep their length, so that what lies behind stays in its place.
+        // Most changes keep their length, so that what is after stays in its place.
         bytes.replace(at, below(30) == 0 ? below(4) : number.size(), number);
       }
       if (below(20) == 0) bytes.resize(below(bytes.size()) + 1);

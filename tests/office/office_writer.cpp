@@ -98,7 +98,7 @@ class Directory {
   std::map<std::uint32_t, std::vector<std::uint32_t>> children_;
 };
 
-/// The FAT with its own sectors, and the DIFAT's, behind all others.
+/// The FAT with its own sectors, and the DIFAT's, after all others.
 std::vector<std::uint32_t> AppendTables(Pieces& sectors, std::uint32_t& firstDifat, std::uint32_t& difatCount) {
   const std::size_t perSector = sectors.size / 4;
   const std::size_t data = sectors.next.size();

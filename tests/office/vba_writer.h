@@ -10,7 +10,7 @@
 /// Writes macro projects as the host's editor stores them.
 namespace quillmate::office {
 
-/// The container of a text, with copies of what stands before in the same chunk, as far as that makes it shorter.
+/// The container of a text, with copies of what is before in the same chunk, as far as that makes it shorter.
 std::string PackVba(std::string_view text);
 /// A container of chunks that are not packed.
 std::string StoreVba(std::string_view text);
@@ -49,7 +49,7 @@ struct WrittenProject {
   std::string ProjectStream() const;
   /// Adds the streams to a file, below a storage ("" for the root, otherwise with "/").
   void AddTo(CompoundWriter& file, const std::string& storage) const;
-  /// A file of its own, as it lies in a zip.
+  /// A file of its own, as it is in a zip.
   std::string Bin() const;
 };
 

@@ -44,7 +44,7 @@ const Item& Find(const std::vector<Item>& items, const Arguments& key) {
   return items[static_cast<std::size_t>(number) - 1];
 }
 
-/// Where a line starts, 1-based; the end of the code for the line behind the last, behind which the last break stands.
+/// Where a line starts, 1-based; the end of the code for the line after the last, after which the last break stands.
 std::size_t StartOfLine(const std::string& code, int line) {
   std::size_t at = 0;
   for (int passed = 1; passed < line; ++passed) {

@@ -23,7 +23,7 @@ struct JunctionHead {
 };
 
 /// The system's form of a junction: the head, then the target as the system names it and as people do, each with a null
-/// character behind it.
+/// character after it.
 std::vector<char> JunctionData(const std::wstring& target) {
   const std::wstring substitute = L"\\??\\" + target;
   const auto bytes = [](const std::wstring& text) { return static_cast<WORD>(text.size() * sizeof(wchar_t)); };

@@ -48,7 +48,7 @@ class Generator {
   int Below(int limit) { return static_cast<int>(random_() % static_cast<std::uint32_t>(limit)); }
   std::string NewName(const char* prefix) { return prefix + std::to_string(++names_) + "Ä"; }
 
-  /// Some lines stand in many routines, all others in one.
+  /// Some lines are in many routines, all others in one.
   std::string Statement(const Routine& routine) {
     const std::string number = std::to_string(Below(100000000));
     switch (Below(7)) {

@@ -22,7 +22,7 @@ ComparedState StateOf(Sources sources) {
   return state;
 }
 
-/// Every line that the editor shows stands in exactly one row of its side, with its own text, and is found there.
+/// Every line that the editor shows is in exactly one row of its side, with its own text, and is found there.
 TEST(CompareRows, EveryLineStandsInOneRow) {
   for (unsigned seed = 0; seed < 12; ++seed) {
     const testing::ChangedProject pair = testing::ChangeProject(seed);

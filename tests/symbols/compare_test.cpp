@@ -314,7 +314,7 @@ TEST(LineDifference, ScriptsAreRightAndShortest) {
     }
     made.insert(made.end(), olds.begin() + at, olds.end());
     ASSERT_EQ(made, news);
-    // What stands once on each side, behind what both begin with, is held in place, which may cost a step.
+    // What is once on each side, after what both begin with, is held in place, which may cost a step.
     const auto rests = std::mismatch(olds.begin(), olds.end(), news.begin(), news.end());
     const bool anchored = std::any_of(rests.first, olds.end(), [&](std::uint32_t id) {
       return std::count(rests.first, olds.end(), id) == 1 && std::count(rests.second, news.end(), id) == 1;

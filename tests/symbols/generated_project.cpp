@@ -374,7 +374,7 @@ class Generator {
     return true;
   }
 
-  /// A variable of the type, and the member behind it.
+  /// A variable of the type, and the member after it.
   bool WriteThroughObject(int entity, int type, Use use, int depth) {
     std::vector<int> objects;
     for (int other = 0; other < static_cast<int>(project_.entities.size()); ++other) {
@@ -451,7 +451,7 @@ class Generator {
     Write("  End If\r\n");
   }
 
-  /// With an object of a class or a type; inside it one member behind a dot.
+  /// With an object of a class or a type; inside it one member after a dot.
   void WriteWith() {
     std::vector<int> members;
     for (int entity = 0; entity < static_cast<int>(project_.entities.size()); ++entity) {

@@ -147,7 +147,7 @@ TEST(Generated, ChangedProjectsGiveSoundAnswersOnAnyNumberOfThreads) {
     }
     for (SymbolId symbol = 0; symbol < index.SymbolCount(); ++symbol) {
       for (const Reference& reference : index.ReferencesTo(symbol)) {
-        // What stands there is the name, but for handlers, default members and names in strings.
+        // What is there is the name, but for handlers, default members and names in strings.
         if (reference.implicit || reference.use == Use::kImplements || reference.use == Use::kWithEvents) continue;
         const std::string_view spelled = index.Code(reference.module).text.substr(reference.offset, reference.length);
         const std::string name = language::FoldName(index.Name(symbol));

@@ -20,7 +20,7 @@ Host HostNamed(std::string_view word) {
   return found == kHosts.end() ? Host::kUnknown : found->second;
 }
 
-/// The settings of "== project" behind the project's name.
+/// The settings of "== project" after the project's name.
 void ReadProject(std::istringstream& words, Sources& sources) {
   ProjectSource project;
   words >> project.name;

@@ -122,7 +122,7 @@ QStringList Nameless(QAccessibleInterface* top) {
     // A separator of a menu is an item without a text.
     const auto* action = qobject_cast<QAction*>(node->object());
     const bool isSeparator = action != nullptr && action->isSeparator();
-    // A cell behind the first one may have nothing to say.
+    // A cell after the first one may have nothing to say.
     const QAccessibleTableCellInterface* cell = node->tableCellInterface();
     if (cell != nullptr && cell->columnIndex() > 0) continue;
     const QString own = node->object() == nullptr ? QString() : node->object()->objectName();

@@ -16,7 +16,7 @@
 namespace quillmate::testing {
 namespace {
 
-/// Two modules, a class and a form; in the tree they stand as "Maske", "Lager", "Suche" and the class "Artikel".
+/// Two modules, a class and a form; in the tree they are as "Maske", "Lager", "Suche" and the class "Artikel".
 class NamesTest : public WindowTest {
  protected:
   void SetUp() override {

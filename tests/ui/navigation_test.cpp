@@ -18,7 +18,7 @@ namespace {
 
 using ui::MessageIcon;
 
-/// Three modules whose routines call each other; in the tree they stand as "Lager", "Suche" and the class "Artikel".
+/// Three modules whose routines call each other; in the tree they are as "Lager", "Suche" and the class "Artikel".
 class NavigationTest : public WindowTest {
  protected:
   void SetUp() override {

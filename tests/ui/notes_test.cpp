@@ -44,7 +44,7 @@ class NotesTest : public WindowTest {
     dialog->findChild<QPushButton*>("cmdOk")->click();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
-  /// What stands beside the lines of the module on screen.
+  /// What is beside the lines of the module on screen.
   QString Marks() {
     QStringList marks;
     for (int line = 0; line < Code().blockCount(); ++line) {

@@ -95,7 +95,7 @@ TEST_F(ReadingTest, MarginFoldsAndScrollsWithWhatIsHidden) {
   EXPECT_EQ(Lines(), "1 2 3 4 13 14");
   Editor().FoldAll(true);
   EXPECT_LT(Code().verticalScrollBar()->maximum(), 120);
-  // A jump far down stands where it should, although the lines above are folded.
+  // A jump far down is where it should, although the lines above are folded.
   platform.typed = {QStringLiteral("216")};
   Trigger("mnuBearbeiten_GeheZuZeile");
   EXPECT_EQ(CaretLine(), 216);

@@ -63,7 +63,7 @@ TEST_F(SavedProjectTest, WhatIsNoProjectOrBrokenLeavesEverythingAsItWas) {
       {Sources(), "Kein Gültiges Projekt"},
       {Folder("kaputt"), codedb::BrokenProjectMessage(Folder("kaputt"))},
   };
-  // Behind the question whether to save what is on screen, where that gets as far.
+  // After the question whether to save what is on screen, where that gets as far.
   const auto told = [this] {
     const ui::Message message = platform.messages.back();
     platform.TakeText();

@@ -19,7 +19,7 @@ using ui::MessageIcon;
 class StartTest : public WindowTest {
  protected:
   std::vector<std::string> Remembered() { return settings::LoadSources(*settings); }
-  /// The path of a copy beside the folder of the sources: what lies in that counts once.
+  /// The path of a copy beside the folder of the sources: what is in that counts once.
   std::string Beside(const char* name) const {
     std::filesystem::create_directories(Folder("daneben"));
     std::filesystem::copy_file(Sources() / name, Folder("daneben") / name,

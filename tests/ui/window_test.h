@@ -149,7 +149,7 @@ class WindowTest : public ::testing::Test {
     return nullptr;
   }
 
-  /// What a tree shows, one node a line, children behind their parent with a blank in front.
+  /// What a tree shows, one node a line, children after their parent with a blank in front.
   static QString TextOf(const QAbstractItemModel& model, const QModelIndex& parent = {}, const QString& indent = {}) {
     QString text;
     for (int row = 0; row < model.rowCount(parent); ++row) {

@@ -44,7 +44,7 @@ struct Streams {
   Handle err;
 };
 
-/// `arguments` is the command line behind the program's name. The streams are the child's alone afterwards.
+/// `arguments` is the command line after the program's name. The streams are the child's alone afterwards.
 Handle Spawn(const std::filesystem::path& program, const std::wstring& arguments, Streams streams,
              const std::filesystem::path& folder = std::filesystem::current_path(), DWORD flags = 0);
 

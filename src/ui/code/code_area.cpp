@@ -79,7 +79,7 @@ void CodeArea::BuildZoom() {
   zoom_->ShowView(0, zoomed_.view, zoomed_.runs);
 }
 
-/// In the zoom view the stretch lies as far behind the first character as it does in the module.
+/// In the zoom view the stretch is as far after the first character as it does in the module.
 void CodeArea::SelectInZoom(std::size_t position, std::size_t length) {
   if (position < zoomed_.start) return;
   zoomed_.view.Select(position - zoomed_.start, length);

@@ -43,7 +43,7 @@ class CodeArea : public QStackedWidget {
 
   /// The offset in the visible module's text of one in the view that is seen.
   std::size_t InModule(std::size_t offset) const { return IsZoomed() ? offset + zoomed_.start : offset; }
-  /// The caret's place in the visible module's text, behind a word that is selected up to its end.
+  /// The caret's place in the visible module's text, after a word that is selected up to its end.
   std::size_t Caret() const;
   /// Answers for both views; offsets are those of the module's text.
   void SetAnswers(const NameAnswers& answers);

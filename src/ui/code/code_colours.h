@@ -15,7 +15,7 @@ struct CodeColours {
   /// What is selected, and its text.
   QColor selection;
   QColor selectedInk;
-  /// Behind the occurrences of a name.
+  /// After the occurrences of a name.
   QColor occurrence;
   QColor link;
   /// Beside the code: the ground of the column with the line numbers, a number, that of the caret's line, and signs.
@@ -23,7 +23,7 @@ struct CodeColours {
   QColor number;
   QColor caretNumber;
   QColor sign;
-  /// A note of the user behind a line.
+  /// A note of the user after a line.
   QColor note;
 };
 

@@ -36,7 +36,7 @@ class Formats {
   std::array<QTextCharFormat, 8> formats_;
 };
 
-/// A line break is one character in Qt. A break character that stands alone must not make a line of its own, or the
+/// A line break is one character in Qt. A break character that is alone must not make a line of its own, or the
 /// lines of screen and index would part.
 QString DocumentText(const std::string& code) {
   QString text = FromCode(code);

@@ -81,7 +81,7 @@ class CodeEditor : public QPlainTextEdit {
   /// Folds or unfolds everything.
   void FoldAll(bool on);
 
-  /// What stands beside the lines on screen, by line, until another module is shown.
+  /// What is beside the lines on screen, by line, until another module is shown.
   void SetMarks(std::vector<LineMark> marks);
   /// Null for none.
   const LineMark* MarkAt(int line) const;

@@ -88,7 +88,7 @@ bool CodeEditor::ToggleFoldAtCaret() {
     return true;
   }
   if (view_ == nullptr) return false;
-  // Inner ones stand behind outer ones.
+  // Inner ones stand after outer ones.
   const std::vector<project::Fold>& folds = pages_.front().folds;
   auto fold = std::lower_bound(folds.begin(), folds.end(), line + 1, StartsBefore);
   while (fold != folds.begin()) {
@@ -169,7 +169,7 @@ const LineMark* CodeEditor::MarkAt(int line) const {
   return mark == marks_.end() || mark->line != line ? nullptr : &*mark;
 }
 
-/// What is folded away behind a line, and what the user has noted there.
+/// What is folded away after a line, and what the user has noted there.
 void CodeEditor::PaintBehindLines(const QRect& area) {
   if (view_ == nullptr || (marks_.empty() && pages_.front().folded.empty())) return;
   QPainter painter(viewport());

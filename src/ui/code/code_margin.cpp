@@ -79,7 +79,7 @@ void CodeMargin::paintEvent(QPaintEvent* event) {
     if (top + height < event->rect().top() || top > event->rect().bottom()) return;
     const double y = top + (height - side) / 2.0;
     if (const LineMark* mark = editor_.MarkAt(line)) {
-      // Of a line with both the note is to be read behind it.
+      // Of a line with both the note is to be read after it.
       painter.setBrush(mark->isBookmark ? colours.sign : colours.note);
       const QRectF box(0, y, side, side);
       if (mark->isBookmark) {

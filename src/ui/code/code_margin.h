@@ -18,7 +18,7 @@ struct LineMark {
   QString note;
 };
 
-/// The column between line numbers and code: bookmarks and notes, and behind them the signs that fold routines and
+/// The column between line numbers and code: bookmarks and notes, and after them the signs that fold routines and
 /// blocks.
 class CodeMargin : public QWidget {
   Q_OBJECT
@@ -48,7 +48,7 @@ class CodeMargin : public QWidget {
   CodeEditor& editor_;
 };
 
-/// The line above the code with the header of the routine whose inside stands at the top of it.
+/// The line above the code with the header of the routine whose inside is at the top of it.
 class StickyHeader : public QWidget {
   Q_OBJECT
 

@@ -19,7 +19,7 @@ struct PrintedPart {
   QString title;
   const navigation::CodeView* view = nullptr;
   const std::vector<navigation::StyleRun>* runs = nullptr;
-  /// 0-based lines of the view; behind the last one.
+  /// 0-based lines of the view; after the last one.
   std::size_t firstLine = 0;
   std::size_t endLine = 0;
   /// Printed below their lines; by line.

@@ -21,7 +21,7 @@ class CompareView : public QWidget {
   explicit CompareView(QWidget* parent = nullptr);
 
   void SetCodeFont(const QFont& font, double tabStop);
-  /// What stands above the sides: whose code it is.
+  /// What is above the sides: whose code it is.
   void SetTitles(const QString& oldTitle, const QString& newTitle);
   /// `compared` is what the rows speak of.
   void Show(std::shared_ptr<const project::ComparedProjects> compared, symbols::CompareRows rows);
@@ -40,7 +40,7 @@ class CompareView : public QWidget {
   CompareSide& FocusSide() { return *sides_[static_cast<std::size_t>(focus_)]; }
 
  signals:
-  /// The caret stands in another row.
+  /// The caret is in another row.
   void RowChanged();
 
  private:

@@ -86,7 +86,7 @@ QString ExistingFolder(const QString& start) {
   return !start.isEmpty() && QDir(start).exists() ? start : QDir::homePath();
 }
 
-/// The 1 of "Lager 2.1" is no extension, though a dot stands before it.
+/// The 1 of "Lager 2.1" is no extension, though a dot is before it.
 bool HasExtension(const QString& file) {
   const QString suffix = QFileInfo(file).suffix();
   return suffix.size() >= 2 && suffix.size() <= 4 &&

@@ -4,7 +4,7 @@
 
 namespace quillmate::ui {
 
-/// True when the bar may stand at `left`. All lengths in twips. A container that is very narrow keeps its bar where it
+/// True when the bar may be at `left`. All lengths in twips. A container that is very narrow keeps its bar where it
 /// is, and neither side is ever squeezed to nothing.
 constexpr bool MayStandAt(double left, double containerWidth, double barWidth) noexcept {
   return containerWidth >= 1000 && left >= 200 && left <= containerWidth - barWidth - 100;

@@ -27,7 +27,7 @@ struct ListSource {
   /// Name of the window: "frmKennzahlen".
   QString name;
   QString title;
-  /// What stands in place of an empty list.
+  /// What is in place of an empty list.
   QString nothing;
   std::vector<ListColumn> columns;
   std::size_t rows = 0;

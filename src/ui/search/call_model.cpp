@@ -53,7 +53,7 @@ bool CallModel::StandsAbove(int node, SymbolId routine) const {
   return false;
 }
 
-/// `caller`: the routine whose module the calling lines stand in, when callees are asked for.
+/// `caller`: the routine whose module the calling lines are in, when callees are asked for.
 void CallModel::AddCall(int parent, SymbolId caller, const CallEdge& edge) {
   Node node;
   node.parent = parent;

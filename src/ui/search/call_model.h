@@ -23,7 +23,7 @@ class CallModel : public QAbstractItemModel {
   /// Null for nothing.
   void Show(std::shared_ptr<const project::Understanding> known, symbols::SymbolId routine,
             symbols::CallDirection direction);
-  /// Where a node leads: to the calling line, the declaration for the root. Nothing for what stands outside the code.
+  /// Where a node leads: to the calling line, the declaration for the root. Nothing for what is outside the code.
   std::optional<project::TextStretch> PlaceOf(const QModelIndex& index) const;
 
   /// The routine of a node; kNone for what is none.
@@ -49,7 +49,7 @@ class CallModel : public QAbstractItemModel {
     int row = 0;
     symbols::SymbolId routine = symbols::kNone;
     symbols::Certainty certainty = symbols::Certainty::kSure;
-    /// The calling lines, which stand in `module`; of a line that one.
+    /// The calling lines, which are in `module`; of a line that one.
     std::vector<std::uint32_t> lines;
     symbols::Index module = symbols::kNone;
     std::string host;

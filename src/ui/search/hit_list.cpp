@@ -22,7 +22,7 @@ constexpr std::size_t kSortedCharacters = 40;
 
 constexpr const char* kHeaders[] = {"Modul", "Routine", "Zeile", "Text"};
 
-/// Blanks drawn together, none at the beginning unless something stands in front.
+/// Blanks drawn together, none at the beginning unless something is in front.
 QString Simplified(const QString& text, bool keepsFirst) {
   QString simple = text.simplified();
   if (simple.isEmpty()) return keepsFirst && !text.isEmpty() ? QStringLiteral(" ") : QString();

@@ -21,7 +21,7 @@ class HitPanel : public Panel {
   Q_OBJECT
 
  public:
-  /// Whole words are a switch of the window, which stands in the panel, too.
+  /// Whole words are a switch of the window, which is in the panel, too.
   HitPanel(Interaction& interaction, project::Session& session, const SearchSwitches& switches);
 
   /// Shows the panel and, when there is a text to look for, its hits.

@@ -17,7 +17,7 @@ constexpr int kPart = 900;
 constexpr int kLetters = 500;
 /// Among equals the shorter name is meant.
 constexpr std::size_t kLongName = 100;
-/// What only one routine sees stands behind the rest.
+/// What only one routine sees is after the rest.
 constexpr int kLocal = 150;
 
 std::string Fold(std::string_view name) {
@@ -40,7 +40,7 @@ bool HasInOrder(std::string_view text, std::string_view letters) {
 
 bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
 
-/// A word of a name begins with a capital behind a small letter, or behind "_".
+/// A word of a name begins with a capital after a small letter, or after "_".
 bool BeginsWord(std::string_view name, std::size_t at) {
   if (at == 0) return true;
   if (at >= name.size()) return false;

@@ -29,7 +29,7 @@ class NameMatcher {
   bool FitsModule(symbols::SymbolId symbol, std::string_view module) const;
 
   std::shared_ptr<const project::Understanding> known_;
-  /// The names in lower case one behind the other, and where each begins.
+  /// The names in lower case one after the other, and where each begins.
   std::string folded_;
   std::vector<std::uint32_t> starts_;
   /// What was typed last and what fits it: more letters fit nothing else.

@@ -26,7 +26,7 @@ class UsePanel : public Panel {
                 std::vector<symbols::Reference> uses);
   /// Drops the uses of a project that is no longer on screen.
   void Clear();
-  /// Makes the use `steps` behind the current one, once around, the current one. Null when there is none.
+  /// Makes the use `steps` after the current one, once around, the current one. Null when there is none.
   const symbols::Reference* Step(int steps);
   /// What the filter leaves, a line or row each: module, routine, line, kind, certainty, text. UTF-8.
   std::string AsText() const;

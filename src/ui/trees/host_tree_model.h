@@ -17,7 +17,7 @@ struct UnreadSource {
   std::string reason;
 };
 
-/// The host tree as a model with check boxes, and behind the projects, grey and without a box, what could not be read.
+/// The host tree as a model with check boxes, and after the projects, grey and without a box, what could not be read.
 /// Ticking a project ticks all its modules; a project with a ticked module counts as ticked, so that the reader looks
 /// into it.
 class HostTreeModel : public QAbstractItemModel {

@@ -13,10 +13,10 @@ class ProjectTreeFilter : public QSortFilterProxyModel {
  public:
   explicit ProjectTreeFilter(ProjectTreeModel& tree);
 
-  /// Leaves only the nodes whose text contains another one, in any case of letters, what they lie in, and all that lies
+  /// Leaves only the nodes whose text contains another one, regardless of case, what they are in, and all that lies
   /// in them. An empty text leaves everything.
   void SetFilter(const QString& text);
-  /// Routines by their first lines (one for each node) as they stand in the code; as they come in the tree, by name,
+  /// Routines by their first lines (one for each node) as they are in the code; as they come in the tree, by name,
   /// without lines.
   void SetLines(std::vector<codedb::Line> lines);
 
@@ -25,7 +25,7 @@ class ProjectTreeFilter : public QSortFilterProxyModel {
   /// Invalid for a node that the filter takes away.
   QModelIndex IndexOf(int node) const { return mapFromSource(tree_.IndexOf(node)); }
 
-  /// Nodes that are left only for the sake of what lies in them.
+  /// Nodes that are left only for the sake of what is in them.
   std::vector<int> NodesToUnfold() const;
   /// The node that the user means with the filter, the one with just that name rather than one that begins with it or
   /// contains it; kNoNode when nothing is left.

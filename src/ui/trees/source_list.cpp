@@ -113,7 +113,7 @@ Paths Usable(const Paths& added, const std::vector<host::SourceProblem>& problem
   return usable;
 }
 
-/// `file` is the source or lies in it.
+/// `file` is the source or is in it.
 bool IsIn(const std::string& file, const std::string& source) {
   const QString path = FromUtf8(file);
   const QString root = FromUtf8(source);
@@ -136,7 +136,7 @@ Paths Joined(Paths first, const Paths& second) {
   return first;
 }
 
-/// Without files and folders that lie in a folder of the list, and would be read with it.
+/// Without files and folders that are in a folder of the list, and would be read with it.
 Paths WithoutInner(const Paths& paths) {
   Paths folders;
   std::ranges::copy_if(paths, std::back_inserter(folders),
@@ -161,7 +161,7 @@ SourceList::SourceList(Interaction& interaction, SourceServices services)
   connect(panel_, &SourcePanel::MenuWanted, this, &SourceList::MenuWanted);
 }
 
-/// What the last listing could not read, in the order of the sources; locked projects behind it.
+/// What the last listing could not read, in the order of the sources; locked projects after it.
 std::vector<UnreadSource> SourceList::Unread() const {
   std::vector<UnreadSource> unread;
   for (const host::SourceProblem& problem : services_.documents.Problems()) {

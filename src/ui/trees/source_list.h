@@ -57,7 +57,7 @@ class SourceList : public QObject {
   void AddSources(const QStringList& paths);
   /// Ticks everything, or nothing.
   void TickAll(bool ticked);
-  /// Ticks what lies in a source; false when there is nothing.
+  /// Ticks what is in a source; false when there is nothing.
   bool TickSource(const QString& path);
   /// Lists a source until the next time that the sources change, without remembering it, and ticks it and nothing
   /// else. False when there is nothing to read.
@@ -95,7 +95,7 @@ class SourceList : public QObject {
   QStringList ProjectsIn(const std::string& source) const;
   /// The index within the documents of a project of the tree; nothing for the running host's.
   std::optional<int> DocumentIndex(int project) const;
-  /// The first project at or behind `project` that lies in one of the sources; -1 for none.
+  /// The first project at or after `project` that is in one of the sources; -1 for none.
   int FindProject(const Paths& sources, int project) const;
 
   Interaction& interaction_;

@@ -96,7 +96,7 @@ struct Check {
 /// By number.
 std::span<const Check> AllChecks();
 const Check& InfoOf(CheckId check);
-/// The check with that id, in any case of ASCII letters.
+/// The check with that id, regardless of the case of ASCII letters.
 std::optional<CheckId> FindCheck(std::string_view id);
 
 /// "fehler", "warnung", "hinweis"

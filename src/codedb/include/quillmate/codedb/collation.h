@@ -5,7 +5,7 @@
 /// How the index compares text: one order for equality, grouping and sorting.
 ///
 /// German order at secondary strength: the case of letters is ignored; umlauts are letters of their own that sort right
-/// behind their base letter, "ß" likewise right behind "ss" ("Apfel" < "Äpfel" = "äpfel" < "Apfelmus" < "Ast"). "_"
+/// after their base letter, "ß" likewise right after "ss" ("Apfel" < "Äpfel" = "äpfel" < "Apfelmus" < "Ast"). "_"
 /// sorts before digits, digits before letters. Control characters don't count at all, except tab and line breaks. The
 /// order is a table of the program's own for the characters of Windows-1252, so that an index sorts alike on every
 /// system; whatever else turns up in a foreign file sorts after them by code point.

@@ -15,7 +15,7 @@ namespace quillmate::output {
 inline constexpr std::size_t kMostSheetRows = 1048576;
 
 /// Tables as the sheets of one .xlsx file. Each sheet has a head in bold, which stays in sight and bears a filter, and
-/// columns as wide as what stands in them. Rows are written as they come and not kept, so that memory does not grow
+/// columns as wide as what is in them. Rows are written as they come and not kept, so that memory does not grow
 /// with them; what a sheet does not hold goes on in the next one, "Dateien (2)", under the same head.
 ///
 ///     Spreadsheet book;
@@ -44,7 +44,7 @@ class Spreadsheet {
 
   /// Puts the file in place, through the one way to write (files/replacement.h): until it returns without a reason the
   /// target is what it was. The reason is one German line that begins with the target's path, without a full stop.
-  /// Ends the book: nothing may be added behind it.
+  /// Ends the book: nothing may be added after it.
   [[nodiscard]] std::optional<std::string> Write(const std::filesystem::path& target);
 
  private:

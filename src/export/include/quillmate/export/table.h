@@ -28,7 +28,7 @@ struct Table {
   std::function<void(TableSink& sink)> rows;
 };
 
-/// As in csv.h, behind a row of heads.
+/// As in csv.h, after a row of heads.
 std::string TableCsv(const Table& table);
 /// A line for each row, tabs between the cells, LF, without the heads.
 std::string TableText(const Table& table);

@@ -124,7 +124,7 @@ NameHint HintOf(const std::filesystem::path& file);
 bool MayHoldMacros(std::string_view head, const NameHint& hint) noexcept;
 
 /// Reads a content: an Office file by what its bytes say, else a module file by its extension. `bytes` is the whole
-/// file where it lies in memory, else empty, and `file` is opened. Never throws for what lies in it but std::bad_alloc.
+/// file where it is in memory, else empty, and `file` is opened. Never throws for what is in it but std::bad_alloc.
 Content ReadContent(std::string_view bytes, const std::filesystem::path& file, const NameHint& hint);
 
 }  // namespace quillmate::inventory

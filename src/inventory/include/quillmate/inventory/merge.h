@@ -16,7 +16,7 @@ namespace quillmate::inventory {
 /// Of a file that several parts know the one counts whose run began last (of two at once the one with the greater id).
 /// Of a content the one that could be read, else the one by the newer program.
 ///
-/// Each part is one step: a failure leaves the ones before it in. `done` is called behind each. Throws StoreError.
+/// Each part is one step: a failure leaves the ones before it in. `done` is called after each. Throws StoreError.
 void Merge(const std::filesystem::path& database, const std::vector<std::filesystem::path>& parts,
            const std::function<void(const std::filesystem::path&)>& done = {});
 

@@ -83,8 +83,8 @@ struct Module {
   std::string_view NameText(NameId name) const noexcept;
   /// The same value for the same folded name in every module.
   std::uint64_t NameHash(NameId name) const noexcept;
-  /// The id of a name in any case, kNone when the module does not hold it. Looks at every name: for questions, not for
-  /// loops.
+  /// The id of a name, regardless of case, kNone when the module does not hold it. Looks at every name: for questions,
+  /// not for loops.
   NameId FindName(std::string_view name) const;
 
   /// The text as written, suffix and brackets included.

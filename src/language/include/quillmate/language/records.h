@@ -22,14 +22,14 @@ using NameId = std::uint32_t;
 enum class LineClass : std::uint8_t {
   kBlank,
   kComment,    ///< nothing but a comment, continued ones included
-  kCode,       ///< at least one token of code; a comment behind it changes nothing
+  kCode,       ///< at least one token of code; a comment after it changes nothing
   kDirective,  ///< "#If" and its kin
   kAttribute,  ///< "Attribute ...": the editor hides it
   kHeader,     ///< of the file, before its code: VERSION, Begin ... End, form descriptions; the editor hides it
 };
 
 /// What conditional compilation makes of a line. Inactive code is read like any other and its records are marked; dead
-/// code stands in a branch whose own condition is a literal that is never true ("#If False", "#If 0"): its routines are
+/// code is in a branch whose own condition is a literal that is never true ("#If False", "#If 0"): its routines are
 /// listed, nothing else in it declares or uses anything; its names are only kept as names.
 enum class Activity : std::uint8_t { kActive, kInactive, kDead };
 
@@ -37,7 +37,7 @@ struct PhysicalLine {
   std::uint32_t offset;  ///< of its first byte; the line reaches to the next one's, line break included
   LineClass lineClass;
   Activity activity;
-  bool trailingComment;  ///< code with a comment behind it
+  bool trailingComment;  ///< code with a comment after it
   bool continues;        ///< ends in " _": the next line goes on with it
 };
 
@@ -124,14 +124,14 @@ enum class Role : std::uint8_t {
   kValue,            ///< in an expression: read, or called as a function; left part of a chain
   kCall,             ///< the statement calls it: `Foo a`, `Call o.Foo(a)`
   kLetTarget,        ///< left of `=`; LSet and RSet; first argument of the statement Mid (then with use_flag::kReadToo)
-  kSetTarget,        ///< left of `=` behind Set
+  kSetTarget,        ///< left of `=` after Set
   kForVariable,      ///< For i =
   kForEachVariable,  ///< For Each v
   kNextVariable,     ///< Next i
   kInputTarget,      ///< Input #1, v; Line Input #1, v; Get #1, , v
   kReDim,            ///< declares an array when nothing else has the name: see DeclarationKind::kReDim
   kErase,
-  kType,             ///< behind As; every part of a qualified one
+  kType,             ///< after As; every part of a qualified one
   kNew,              ///< New T, also in As New T (then with owner)
   kTypeOf,           ///< TypeOf x Is T
   kImplements,       ///< Implements I
@@ -143,14 +143,14 @@ enum class Role : std::uint8_t {
   kUnload,           ///< Unload f
   kConditional,      ///< in the condition of #If or the value of #Const: binds to conditional constants only
   kAttributeMember,  ///< the member that an Attribute line speaks of
-  kDictionaryKey,    ///< behind "!": the text of a key; a member only where the object has one of that name
+  kDictionaryKey,    ///< after "!": the text of a key; a member only where the object has one of that name
 };
 
-/// How a name hangs on what stands before it.
+/// How a name hangs on what is before it.
 enum class Access : std::uint8_t {
   kSimple,   ///< nothing before it
-  kMember,   ///< behind "."
-  kKey,      ///< behind "!"
+  kMember,   ///< after "."
+  kKey,      ///< after "!"
   kWith,     ///< ".x": member of the innermost With block
   kWithKey,  ///< "!x": key of it
 };
@@ -163,7 +163,7 @@ inline constexpr std::uint32_t kParenthesised = 4;  ///< "(" follows: `argumentC
 inline constexpr std::uint32_t kMoreArguments = 8;  ///< a second list follows: `f(1)(2)`, `x.y(1) 2`
 inline constexpr std::uint32_t kBareArgument = 16;  ///< last name of a chain that is an argument of `owner` as a whole:
                                                     ///< passed ByRef unless the parameter says otherwise
-inline constexpr std::uint32_t kByValArgument = 32;  ///< the word ByVal stands before the argument
+inline constexpr std::uint32_t kByValArgument = 32;  ///< the word ByVal is before the argument
 inline constexpr std::uint32_t kOfResult = 64;       ///< the argument goes to what `owner` returns: second list of it
 inline constexpr std::uint32_t kConstant = 128;      ///< constant expression: bounds, Const, Enum and default values,
                                                  ///< length of a string; binds from the module on (in a local Const or
@@ -171,10 +171,10 @@ inline constexpr std::uint32_t kConstant = 128;      ///< constant expression: b
 inline constexpr std::uint32_t kBracketed = 256;       ///< written in brackets
 inline constexpr std::uint32_t kSuffixed = 512;        ///< written with a type suffix
 inline constexpr std::uint32_t kWithObject = 1024;     ///< last name of the expression of a With statement
-inline constexpr std::uint32_t kForEachSource = 2048;  ///< last name of the expression behind In of For Each
+inline constexpr std::uint32_t kForEachSource = 2048;  ///< last name of the expression after In of For Each
 inline constexpr std::uint32_t kReadToo = 4096;        ///< a target that is also read
 inline constexpr std::uint32_t kPreserve = 8192;       ///< ReDim Preserve
-inline constexpr std::uint32_t kCallWord = 16384;      ///< behind Call
+inline constexpr std::uint32_t kCallWord = 16384;      ///< after Call
 inline constexpr std::uint32_t kWithEvents = 32768;    ///< type of a WithEvents variable
 inline constexpr std::uint32_t kCreates = 65536;       ///< New T, As New T: an object is made
 inline constexpr std::uint32_t kOutputList = 131072;   ///< called with an output list (Print and the graphics methods):
@@ -196,12 +196,12 @@ struct NameUse {
                    ///< (`(a & b).x`). kWith, kWithKey: last name of the With statement's expression, kNone when that
                    ///< ends in none or no With is open. A second list does not count: `a(1)(2).b` hangs on `a`, which
                    ///< has use_flag::kMoreArguments.
-  Index owner;     ///< kBareArgument, kNamedArgument: the use that is called with it; of a value behind a name
+  Index owner;     ///< kBareArgument, kNamedArgument: the use that is called with it; of a value after a name
                 ///< (`p:=x`) the use of that name. kType, kNew, kWithEvents: the declaration whose As clause it stands
                 ///< in. Else kNone.
   Index routine;                ///< the routine around it, its header included
   std::uint16_t length;         ///< of the whole token, suffix and brackets included; 65535 for more
-  std::uint16_t position;       ///< kBareArgument: 1-based place among the arguments, 0 for the value behind a name
+  std::uint16_t position;       ///< kBareArgument: 1-based place among the arguments, 0 for the value after a name
   std::uint16_t argumentCount;  ///< arguments handed to it, omitted ones between commas included
   Role role;
   Access access;
@@ -221,9 +221,9 @@ struct StringUse {
   std::uint32_t line;
   std::uint32_t column;
   std::uint32_t length;  ///< with the quotes
-  Index owner;           ///< the use whose argument it stands in, or that it is assigned to; else kNone
+  Index owner;           ///< the use whose argument it is in, or that it is assigned to; else kNone
   Index routine;
-  std::uint16_t position;  ///< place of that argument, 1-based; 0 behind a name or when it is assigned
+  std::uint16_t position;  ///< place of that argument, 1-based; 0 after a name or when it is assigned
   bool whole;              ///< the literal alone is the argument or the assigned value
   bool assigned;           ///< `owner` is the target of an assignment
   bool inactive;
@@ -279,7 +279,7 @@ enum class BuiltinType : std::uint8_t {
 /// Bits of Declaration::flags.
 namespace declaration_flag {
 inline constexpr std::uint32_t kInactive = 1;
-inline constexpr std::uint32_t kArray = 2;  ///< "(...)" behind the name, or As T() behind a function
+inline constexpr std::uint32_t kArray = 2;  ///< "(...)" after the name, or As T() after a function
 inline constexpr std::uint32_t kAsNew = 4;
 inline constexpr std::uint32_t kWithEvents = 8;
 inline constexpr std::uint32_t kOptional = 16;
@@ -291,7 +291,7 @@ inline constexpr std::uint32_t kStatic = 512;   ///< Static variable or routine
 inline constexpr std::uint32_t kFixedLength = 1024;   ///< String * n
 inline constexpr std::uint32_t kSuffixed = 2048;      ///< the type is that of the name's suffix
 inline constexpr std::uint32_t kFromDefType = 4096;   ///< the type is that of a DefInt, DefStr ... line
-inline constexpr std::uint32_t kScopeWritten = 8192;  ///< a word for the visibility stands before it
+inline constexpr std::uint32_t kScopeWritten = 8192;  ///< a word for the visibility is before it
 inline constexpr std::uint32_t kPtrSafe = 16384;
 inline constexpr std::uint32_t kBracketed = 32768;
 inline constexpr std::uint32_t kVariant = 65536;          ///< a header of a routine that is not the one that counts
@@ -313,7 +313,7 @@ struct Declaration {
   BuiltinType type;
   std::uint32_t flags;       ///< declaration_flag
   Index parent;              ///< the declaration that it belongs to: routine, Declare, event, type, enum
-  Index routine;             ///< routines: its own; what stands in a routine: that one
+  Index routine;             ///< routines: its own; what is in a routine: that one
   Index typeUse;             ///< kNamed: last name of the As clause; also Object, LongPtr and LongLong, which an own
                              ///< type may be called
   std::uint32_t typeOffset;  ///< the type as written, `String * 8` and `Long()` as a whole, New left out;
@@ -343,7 +343,7 @@ struct Routine {
   std::uint32_t lastLine;          ///< of the End, else the last line before what closed it
   std::uint32_t headerLastLine;    ///< last line of the last of its headers
   std::uint32_t firstOffset;       ///< of the header's first token
-  std::uint32_t endOffset;         ///< behind its last token (End Sub), comments left out
+  std::uint32_t endOffset;         ///< after its last token (End Sub), comments left out
   std::uint32_t descriptionFirst;  ///< comment lines right above the header: first and last, 0 if none
   std::uint32_t descriptionLast;
   Index firstVariant;  ///< into Module::variants; one at least
@@ -351,7 +351,7 @@ struct Routine {
   Index firstUse, endUse;                  ///< uses in it, headers included
   Index firstDeclaration, endDeclaration;  ///< declarations in it, its own headers and parameters included
   DeclarationKind kind;
-  DeclarationKind endKind;  ///< kSub, kFunction or kPropertyGet: the word behind End, which need not fit
+  DeclarationKind endKind;  ///< kSub, kFunction or kPropertyGet: the word after End, which need not fit
   bool hasEnd;              ///< false: the next header or the end of the module closed it
   bool oneLine;
   Activity activity;

@@ -5,7 +5,7 @@
 #include <quillmate/language/records.h>
 
 /// The words that mean something at some place of the language. Few of them are reserved: `Name`, `Line` or `Property`
-/// are names wherever their place does not make them more, and behind "." every word is a name.
+/// are names wherever their place does not make them more, and after "." every word is a name.
 namespace quillmate::language {
 
 // clang-format off

@@ -31,7 +31,7 @@ std::string_view ScopeMessage(CallerScope scope) noexcept;
 /// line counts, so a routine is among its callers. Modules that name it among their declarations alone stay without
 /// routines. `tree.moduleCount` is the number of modules found.
 ///
-/// A routine comes again when its mentions are interrupted by those of another one that lies within it, as it happens
+/// A routine comes again when its mentions are interrupted by those of another one that is within it, as it happens
 /// around routines written on one line; `tree.Find` then leads to the first of the nodes.
 ///
 /// Throws codedb::DatabaseError, and std::runtime_error when a module's file can't be read.

@@ -16,7 +16,7 @@ class CaretTracker {
   /// of routines; nothing when the panel keeps what it shows, so also in an empty view. Not to be called before a
   /// project is loaded.
   std::optional<std::string> Track(codedb::CodeDatabase& database, const CodeView& view, codedb::ViewIndex index);
-  /// After the caret was moved by the program: the text for the panel in any case.
+  /// After the caret was moved by the program: the text for the panel, moved or not.
   std::string Refresh(codedb::CodeDatabase& database, const CodeView& view, codedb::ViewIndex index);
   /// After the caret was moved by the program and the panel was filled otherwise: the next call of Track asks the
   /// database in any case.

@@ -35,7 +35,7 @@ struct ProjectTree {
   int Find(const TreeNode& other) const { return other.parent < 0 ? Find(other.module) : Find(other.routine); }
   bool IsProject(int node) const { return nodes[static_cast<std::size_t>(node)].module.value == 0; }
   bool IsModule(int node) const;
-  /// The module that a node is or lies in; -1 for a project.
+  /// The module that a node is or is in; -1 for a project.
   int ModuleOf(int node) const;
   /// Adds the node of a module or routine and returns its index.
   int Add(TreeNode node);

@@ -15,7 +15,7 @@ struct Fold {
   int last = 0;
 };
 
-/// Routines, types, enums and the blocks in routines, by place, outer ones before inner ones. Those that stand on one
+/// Routines, types, enums and the blocks in routines, by place, outer ones before inner ones. Those that are on one
 /// line are none.
 std::vector<Fold> FoldsOf(const Understanding& understanding, symbols::Index module);
 

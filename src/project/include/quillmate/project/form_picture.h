@@ -10,7 +10,7 @@
 #include <quillmate/project/understanding.h>
 #include <quillmate/symbols/reference_index.h>
 
-/// A form as its module's source tells it: what lies where on it, and what its code does about the events. Lengths are
+/// A form as its module's source tells it: what is where on it, and what its code does about the events. Lengths are
 /// twips. All texts are UTF-8.
 namespace quillmate::project {
 

@@ -14,7 +14,7 @@ namespace quillmate::project {
 codedb::Note NoteAt(const std::string& project, const std::string& module, const navigation::CodeView& view,
                     const std::vector<RoutineLines>& routines, int line);
 
-/// The lines of the notes of one module. A note whose line is gone stands beside the header of its routine, without
+/// The lines of the notes of one module. A note whose line is gone is beside the header of its routine, without
 /// that at the module's first line; `found` tells whether the line itself is there.
 struct NotePlace {
   int line = 0;

@@ -22,7 +22,7 @@ inline constexpr std::size_t kRecentCount = 10;
 
 /// The stored list, at most ten.
 std::vector<std::string> LoadRecent(const settings::SettingsStore& store);
-/// Puts a folder first and stores the list. A folder that is in it already stands there twice; older ones that are gone
+/// Puts a folder first and stores the list. A folder that is in it already is there twice; older ones that are gone
 /// drop out, and the tenth old one does. Returns the list.
 std::vector<std::string> AddRecent(settings::SettingsStore& store, const std::filesystem::path& folder);
 

@@ -49,16 +49,16 @@ class Understanding {
 
   /// The place of a character of a view's text. Nothing for lines that were inserted when the text was laid out.
   std::optional<TextPlace> PlaceAt(codedb::ViewIndex index, const navigation::CodeView& view, std::size_t offset) const;
-  /// The name that stands at a character of a view's text, or ends in front of it.
+  /// The name that is at a character of a view's text, or ends in front of it.
   std::optional<symbols::Occurrence> NameAt(codedb::ViewIndex index, const navigation::CodeView& view,
                                             std::size_t offset) const;
-  /// Where a stretch stands in the view of its module; nothing for lines that aren't shown. The view must be that of
+  /// Where a stretch is in the view of its module; nothing for lines that aren't shown. The view must be that of
   /// the module.
   std::optional<navigation::TextMatch> Shown(const navigation::CodeView& view, const TextStretch& stretch) const;
   /// 1-based line of the view; 0 for a line that isn't shown.
   std::uint32_t ShownLine(symbols::Index module, std::uint32_t line) const noexcept;
 
-  /// The name of a declaration; length 0 for modules and controls, which stand nowhere.
+  /// The name of a declaration; length 0 for modules and controls, which are nowhere.
   TextStretch NameOf(symbols::SymbolId symbol) const;
   TextStretch StretchOf(const symbols::Reference& use) const;
   TextStretch StretchOf(symbols::Index module, const symbols::Occurrence& occurrence) const;

@@ -68,7 +68,7 @@ double EstimateTextWidth(std::string_view utf8, bool bold);
 /// How far the line from one node's right side to the other's left side swings out, to the right and to the left.
 double PictureBend(const PictureNode& from, const PictureNode& to);
 
-/// On each side every routine stands once, on the level where it is met first. No node lies upon another.
+/// On each side every routine is once, on the level where it is met first. No node is upon another.
 CallPicture DrawCalls(const ReferenceIndex& index, const PictureRequest& request,
                       const MeasureText& measure = EstimateTextWidth);
 

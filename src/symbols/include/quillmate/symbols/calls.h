@@ -27,7 +27,7 @@ struct CallNode {
   CallEdge edge;            ///< how it hangs on its parent; the root: itself, without lines
   Index parent = kNone;     ///< into the hierarchy
   std::uint32_t depth = 0;  ///< the root has 0
-  bool cycle = false;       ///< stands above itself already: nothing below
+  bool cycle = false;       ///< is above itself already: nothing below
   bool repeated = false;    ///< unfolded elsewhere in the hierarchy: nothing below
 };
 
@@ -35,7 +35,7 @@ enum class CallDirection : std::uint8_t { kCallers, kCallees };
 
 inline constexpr std::size_t kFullHierarchy = 10'000;
 
-/// The hierarchy below a routine, depth first, to `depth` levels. Behind the first kFullHierarchy nodes each routine is
+/// The hierarchy below a routine, depth first, to `depth` levels. After the first kFullHierarchy nodes each routine is
 /// unfolded once, and marked where it stands again, so that the size stays bounded by the number of edges.
 std::vector<CallNode> CallHierarchy(const ReferenceIndex& index, SymbolId routine, CallDirection direction,
                                     std::uint32_t depth);

@@ -15,7 +15,7 @@
 /// What changed between two states of a project, module by module and routine by routine.
 ///
 /// Every line of a module that the host's editor shows belongs to exactly one piece: a routine, with the comment right
-/// above it and the blank lines before that, or what lies outside of all routines. Pieces are compared, not files, so
+/// above it and the blank lines before that, or what is outside of all routines. Pieces are compared, not files, so
 /// that a routine that was put elsewhere is no change of its text. Hidden lines (headers, Attribute lines) are compared
 /// by what they say: attributes and controls.
 ///
@@ -23,7 +23,7 @@
 /// sides is told by likeness: the share of common lines of the bodies, weighed by their length (kHeaviestLine at most),
 /// without blanks, comments, case and the routine's own name. From kMovedLikeness on routines of one name in two
 /// modules count as moved, from kRenamedLikeness on those of different names as renamed (in another module: moved, with
-/// an old name). Lines that stand in more than kCommonLine of the routines left over tell nothing; routines with
+/// an old name). Lines that are in more than kCommonLine of the routines left over tell nothing; routines with
 /// nothing but such lines belong together only when their bodies are the same. Modules that are left over are told by
 /// the same measure from kRenamedLikeness on. The cost grows with the lines of what is left over alone.
 namespace quillmate::symbols {
@@ -135,8 +135,8 @@ struct ModuleChange {
   ChangeState state = ChangeState::kSame;
   Index oldModule = kNone, newModule = kNone;
   std::uint8_t trivial = 0;  ///< state "layout": all kinds of its differences
-  PieceChange outside;       ///< what lies outside of routines
-  /// In the order of the new text; gone ones behind what stood before them. All of them, the same ones too.
+  PieceChange outside;       ///< what is outside of routines
+  /// In the order of the new text; gone ones after what stood before them. All of them, the same ones too.
   std::vector<RoutineChange> routines;
   std::vector<DeclarationChange> declarations;  ///< those that differ
   std::vector<FactChange> facts;                ///< controls and attributes that differ
@@ -164,7 +164,7 @@ struct NotCompared {
 
 struct Comparison {
   std::vector<ProjectChange> projects;
-  /// In the order of the new state; gone ones behind what stood before them. All of them, the same ones too.
+  /// In the order of the new state; gone ones after what stood before them. All of them, the same ones too.
   std::vector<ModuleChange> modules;
   std::vector<UnusedChange> unused;
   NotCompared notCompared;
@@ -176,7 +176,7 @@ struct Comparison {
 /// The two states are looked at for as long as the call lasts; the answer speaks of them by numbers.
 Comparison Compare(const ComparedState& oldState, const ComparedState& newState, const CompareOptions& options = {});
 
-/// Lines of a routine's piece, and of what lies outside of routines; hidden lines are in neither.
+/// Lines of a routine's piece, and of what is outside of routines; hidden lines are in neither.
 PieceLines RoutineLines(const language::Module& module, Index routine);
 PieceLines OutsideLines(const language::Module& module);
 /// Their texts, without line breaks.

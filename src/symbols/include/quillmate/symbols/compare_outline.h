@@ -26,7 +26,7 @@ struct ChangeNode {
     kModule,   ///< everything that differs in it is below
     kOutside,  ///< the lines outside of all routines
     kRoutine,
-    kDeparture,  ///< a routine that stands in another module now
+    kDeparture,  ///< a routine that is in another module now
     kDeclaration,
     kFact,
     kGroup,        ///< holds the next two

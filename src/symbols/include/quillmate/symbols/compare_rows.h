@@ -35,7 +35,7 @@ struct ChangeStretch {
   CompareRow::Kind kind;  ///< kChanged where they are not all new or all gone
 };
 
-/// The rows of a module: what is told of it, what lies outside of its routines, then its routines in the order of the
+/// The rows of a module: what is told of it, what is outside of its routines, then its routines in the order of the
 /// change. The states must outlive it.
 class CompareRows {
  public:

@@ -71,7 +71,7 @@ enum class Certainty : std::uint8_t {
   kSure,
   kAmbiguous,  ///< one of several with that name
   kByName,     ///< member of an object whose type the code does not tell
-  kString,     ///< the name stands in a string that a host may run
+  kString,     ///< the name is in a string that a host may run
   kHost,       ///< told by something outside the code: a button, a ribbon, a property of a form
   kInactive,   ///< conditional compilation leaves the use, or all that it can mean, out
 };
@@ -81,7 +81,7 @@ inline constexpr std::size_t kCertaintyCount = 6;
 enum class Grade : std::uint8_t {
   kCertain,
   kHost,      ///< the host or something outside the code calls it; the reason says what
-  kText,      ///< its name stands in a string
+  kText,      ///< its name is in a string
   kPossible,  ///< by name, ambiguous, or visible to callers that are not read
   kSelf,      ///< used by itself only
   kInactive,  ///< used in inactive code only, or inactive itself
@@ -111,7 +111,7 @@ std::string_view GermanWord(Use use) noexcept;
 /// "sicher", "mehrdeutig", "dem Namen nach", "Text", "Host", "inaktiv"; UTF-8.
 std::string_view GermanWord(Certainty certainty) noexcept;
 
-/// The grade with that English or German word, in any case of ASCII letters.
+/// The grade with that English or German word, regardless of the case of ASCII letters.
 std::optional<Grade> GradeFromWord(std::string_view word) noexcept;
 
 }  // namespace quillmate::symbols

@@ -7,7 +7,7 @@
 
 /// What differs between two sequences: lines of code, words of a line.
 ///
-/// Lines that stand once on each side hold the rest in place; between them the shortest script of deletions and
+/// Lines that are once on each side hold the rest in place; between them the shortest script of deletions and
 /// insertions is looked for in linear space. The search gives up on a stretch after kMostSteps steps and cuts it at the
 /// furthest place it came to: the answer stays right, only perhaps longer than it had to be, and the time grows with
 /// the input alone.

@@ -6,7 +6,7 @@
 
 #include <quillmate/symbols/reference_index.h>
 
-/// Where code and what stands outside of it have lost each other. Told only where the sources know the outside whole:
+/// Where code and what is outside of it have lost each other. Told only where the sources know the outside whole:
 /// all controls of the module, or everything that the document says of its macros (ProjectSource::outsideKnown).
 namespace quillmate::symbols {
 

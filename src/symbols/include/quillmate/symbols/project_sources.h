@@ -39,7 +39,7 @@ class ModulePlaces {
   std::vector<codedb::LineRun> runs_;
 };
 
-/// The column in `to` of what stands in `column` of `from`, the same line before or after it was laid out: the blanks
+/// The column in `to` of what is in `column` of `from`, the same line before or after it was laid out: the blanks
 /// at its beginning may differ, and one of them may lack TABs. UTF-8, columns in characters, 1-based.
 std::uint32_t MapColumn(std::string_view from, std::string_view to, std::uint32_t column) noexcept;
 

@@ -72,7 +72,7 @@ struct Symbol {
   Index module;
   SymbolId parent;    ///< enclosing routine, Declare, event, type or enum, else kNone
   Index declaration;  ///< into Module::declarations; kNone for modules, controls and implicit variables
-  Index routine;      ///< routines: into Module::routines; what stands in one: that one
+  Index routine;      ///< routines: into Module::routines; what is in one: that one
   std::uint32_t offset, line, column, length;  ///< of the name as written
 };
 

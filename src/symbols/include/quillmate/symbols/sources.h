@@ -29,7 +29,7 @@ struct ModuleSource {
   std::string name;
   /// Path of the file it came from, for people; may be empty.
   std::string file;
-  /// What stands outside for it: the tab of a sheet, the caption of a form. May be empty.
+  /// What is outside for it: the tab of a sheet, the caption of a form. May be empty.
   std::string outsideName;
   /// True when the lines of `text` are those of `file`: places then have a source line.
   bool linesOfFile = false;
@@ -94,7 +94,7 @@ struct ExternalBinding {
   Index project = 0;
   /// A module's name where the place itself decides it (the form of an event property); else empty.
   std::string module;
-  /// As it stands there: "Makro", "Modul.Makro", "[0]!Modul.Makro", "=Rechne(1)", "'Mappe.xlsm'!Makro".
+  /// As it is there: "Makro", "Modul.Makro", "[0]!Modul.Makro", "=Rechne(1)", "'Mappe.xlsm'!Makro".
   std::string text;
   /// In German words for the user: "Schaltfläche auf Blatt Kunden".
   std::string place;

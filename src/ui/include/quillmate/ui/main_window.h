@@ -24,7 +24,7 @@ class MainWindow : public QMainWindow {
   void Load(bool mini);
   /// End of the run, once: closes the index, removes the scratch folder, and says so with `Ended`.
   void Unload();
-  /// Runs the command behind a toolbar key, in any case of letters. Unknown keys are ignored.
+  /// Runs the command behind a toolbar key, regardless of case. Unknown keys are ignored.
   void PressToolButton(std::string_view key);
 
  signals:
