@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <memory>
 #include <tuple>
 
@@ -132,13 +133,17 @@ bool SamePlace(const Finding& a, const Finding& b) {
 
 }  // namespace
 
-std::vector<Finding> RunChecks(const ReferenceIndex& index, const Selection& selection, unsigned threads) {
+std::vector<Finding> RunChecks(const ReferenceIndex& index, const Selection& selection, unsigned threads,
+                               const std::atomic<bool>* cancelled) {
+  const auto isCancelled = [cancelled] { return cancelled != nullptr && *cancelled; };
   const std::size_t count = index.Modules().size();
   const unsigned workers = symbols::WorkerCount(threads, count);
   std::vector<std::unique_ptr<Worker>> all;
   for (unsigned worker = 0; worker < workers; ++worker) all.push_back(std::make_unique<Worker>(index, selection));
-  symbols::ForEachPiece(workers, count,
-                        [&](unsigned worker, std::size_t module) { all[worker]->Run(static_cast<Index>(module)); });
+  symbols::ForEachPiece(workers, count, [&](unsigned worker, std::size_t module) {
+    if (!isCancelled()) all[worker]->Run(static_cast<Index>(module));
+  });
+  if (isCancelled()) return {};
   std::vector<Finding> findings;
   std::vector<BodyPrint> prints;
   for (const auto& worker : all) {

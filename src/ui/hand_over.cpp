@@ -183,7 +183,10 @@ void HandOver::Make(const HandOverChoice& choice, const fs::path& folder, Steps&
 
 void HandOver::WriteLists(const fs::path& file) {
   output::Spreadsheet book;
-  for (const auto make : {&FindingList, &UnusedList, &MetricList}) output::AddTable(book, TableOf(make(known_)));
+  for (const auto make : {&FindingList, &UnusedList, &MetricList}) {
+    const ListSource list = make(known_);
+    output::AddTable(book, TableOf(list, list.find(nullptr)));
+  }
   output::AddTable(book, ModuleMatrix(known_, nullptr).AsTable());
   if (const auto problem = book.Write(file)) throw std::runtime_error(*problem);
 }

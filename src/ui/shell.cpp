@@ -557,14 +557,16 @@ void Shell::ShowList(MakeList& make) {
     interaction_.ShowProgress(ToUtf8(knowledge_.MissingText()));
     return;
   }
-  ListWindow* list = nullptr;
-  {
-    const Working working(interaction_);
-    list = new ListWindow(&window_, Desk(), make(known));
+  ListSource source = make(known);
+  for (ListWindow* shown : window_.findChildren<ListWindow*>(source.name)) {
+    if (shown->isVisible()) {
+      shown->raise();
+      shown->activateWindow();
+      return;
+    }
+    delete shown;
   }
-  for (ListWindow* other : window_.findChildren<ListWindow*>(list->objectName())) {
-    if (other != list) delete other;
-  }
+  auto* list = new ListWindow(&window_, Desk(), std::move(source));
   connect(list, &ListWindow::PlaceChosen, this, [this](const project::TextStretch& place) {
     interaction_.Guarded([this, place] { names_.GoToStretch(place); });
   });

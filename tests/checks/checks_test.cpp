@@ -240,6 +240,8 @@ TEST(Checks, TogetherAndInThreads) {
   const std::vector<Finding> again = RunChecks(index, selection, 3);
   EXPECT_GT(findings.size(), 100U);
   ASSERT_EQ(findings.size(), again.size());
+  const std::atomic<bool> cancelled = true;
+  EXPECT_TRUE(RunChecks(index, selection, 3, &cancelled).empty());
   for (std::size_t i = 0; i < findings.size(); ++i) {
     const Finding& finding = findings[i];
     EXPECT_EQ(std::tie(finding.module, finding.line, finding.column, finding.check, finding.text),

@@ -6,10 +6,12 @@
 #include <QHelpEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPointer>
 #include <QTextBlock>
 #include <QToolTip>
 
 #include "code_editor.h"
+#include "list_job.h"
 #include "name_matcher.h"
 #include "window_test.h"
 
@@ -66,6 +68,13 @@ class NamesTest : public WindowTest {
         .arg(start.blockNumber() + 1)
         .arg(start.positionInBlock() + 1)
         .arg(cursor.selectedText());
+  }
+  /// Waits for the rows of a list, which are found in the background.
+  QWidget& AwaitList(const char* name) {
+    QWidget& window = *Window().findChild<QWidget*>(QString::fromLatin1(name));
+    const QLabel& count = *window.findChild<QLabel*>("lblListe");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !count.text().endsWith("..."); }, 60'000));
+    return window;
   }
   QLineEdit& Field(const char* name) { return *Window().findChild<QLineEdit*>(QString::fromLatin1(name)); }
 };
@@ -251,7 +260,7 @@ TEST_F(NamesTest, HierarchyUnfoldsCallersAndCallees) {
 
 TEST_F(NamesTest, ListsAreSortedFilteredAndLead) {
   Trigger("mnuAnalyse_Kennzahlen");
-  QWidget& window = *Window().findChild<QWidget*>("frmKennzahlen");
+  QWidget& window = AwaitList("frmKennzahlen");
   QTreeView& list = *window.findChild<QTreeView*>("lstListe");
   const QAbstractItemModelTester tester(list.model());
   const auto rows = [&list] {
@@ -276,14 +285,46 @@ TEST_F(NamesTest, ListsAreSortedFilteredAndLead) {
   EXPECT_TRUE(csv.find("\r\nArtikel;Preis;Property Get;3;3;0;") != std::string::npos) << csv;
 
   Trigger("mnuAnalyse_Befunde");
-  QTreeView& findings = *Window().findChild<QWidget*>("frmBefunde")->findChild<QTreeView*>("lstListe");
+  QTreeView& findings = *AwaitList("frmBefunde").findChild<QTreeView*>("lstListe");
   ASSERT_GT(findings.model()->rowCount(), 0);
   EXPECT_EQ(findings.model()->index(0, 7).data(), "option-explicit-fehlt") << "the module Suche has none";
   Trigger("mnuAnalyse_Unbenutztes");
-  QWidget& unused = *Window().findChild<QWidget*>("frmUnbenutztes");
+  QWidget& unused = AwaitList("frmUnbenutztes");
   QTreeView& all = *unused.findChild<QTreeView*>("lstListe");
   EXPECT_EQ(all.model()->index(0, 5).data(), "möglich") << "one of two of that name";
   LeaveProject();
+  EXPECT_EQ(Window().findChild<QWidget*>("frmUnbenutztes"), nullptr);
+}
+
+TEST_F(NamesTest, ListsAreFoundInTheBackground) {
+  Trigger("mnuAnalyse_Kennzahlen");
+  QPointer<QWidget> window = Window().findChild<QWidget*>("frmKennzahlen");
+  QTreeView& list = *window->findChild<QTreeView*>("lstListe");
+  QAbstractButton& save = *window->findChild<QAbstractButton*>("cmdSpeichern");
+  // What is found arrives with the next events, however fast it was.
+  EXPECT_EQ(window->findChild<QLabel*>("lblListe")->text(), "Kennzahlen werden ermittelt ...");
+  EXPECT_EQ(list.model()->rowCount(), 0);
+  EXPECT_FALSE(save.isEnabled());
+  Trigger("mnuAnalyse_Kennzahlen");
+  EXPECT_EQ(Window().findChildren<QWidget*>("frmKennzahlen"), QList<QWidget*>{window}) << "the same";
+  const auto jobs = [this] { return Window().findChildren<ui::ListJob*>().size(); };
+  EXPECT_EQ(jobs(), 1);
+  list.sortByColumn(3, Qt::DescendingOrder);
+  window->findChild<QLineEdit*>("txtListe")->setText("lager");
+  EXPECT_EQ(window->findChild<QLabel*>("lblListe")->text(), "Kennzahlen werden ermittelt ...");
+  AwaitList("frmKennzahlen");
+  EXPECT_EQ(TextOf(*list.model()), "Lager\nLager\n") << "as it was filtered meanwhile";
+  EXPECT_EQ(list.model()->index(0, 1).data(), "Zugang") << "as it was sorted meanwhile";
+  EXPECT_TRUE(save.isEnabled());
+
+  Trigger("mnuAnalyse_Befunde");
+  Window().findChild<QWidget*>("frmBefunde")->close();
+  Trigger("mnuAnalyse_Befunde");
+  AwaitList("frmBefunde");
+  Trigger("mnuAnalyse_Unbenutztes");
+  LeaveProject();
+  EXPECT_TRUE(window.isNull());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return jobs() == 0; }, 60'000)) << "what nobody wants any more ends";
   EXPECT_EQ(Window().findChild<QWidget*>("frmUnbenutztes"), nullptr);
 }
 

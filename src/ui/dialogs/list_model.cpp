@@ -22,19 +22,26 @@ void SortBy(std::vector<std::uint32_t>& order, const std::vector<Key>& keys, Qt:
 
 }  // namespace
 
-ListModel::ListModel(ListSource source, QObject* parent) : QAbstractTableModel(parent), source_(std::move(source)) {
-  order_.resize(source_.rows);
+ListModel::ListModel(ListSource source, QObject* parent) : QAbstractTableModel(parent), source_(std::move(source)) {}
+
+void ListModel::SetRows(ListRows rows) {
+  beginResetModel();
+  rows_ = std::move(rows);
+  order_.resize(rows_.count);
   std::iota(order_.begin(), order_.end(), 0U);
-  shown_ = order_;
+  folded_.clear();
+  if (!filter_.isEmpty()) ReadRows();
+  Show();
+  endResetModel();
 }
 
 void ListModel::ReadRows() {
   if (!folded_.empty()) return;
-  folded_.reserve(source_.rows);
-  for (std::size_t row = 0; row < source_.rows; ++row) {
+  folded_.reserve(rows_.count);
+  for (std::size_t row = 0; row < rows_.count; ++row) {
     QString text;
     for (int column = 0; column < columnCount(); ++column) {
-      text += source_.cell(row, column).toString() + QLatin1Char('\n');
+      text += rows_.cell(row, column).toString() + QLatin1Char('\n');
     }
     folded_.push_back(text.toCaseFolded());
   }
@@ -67,7 +74,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const ListColumn& column = source_.columns[static_cast<std::size_t>(index.column())];
   if (role == Qt::TextAlignmentRole && column.isNumber) return QVariant(Qt::AlignRight | Qt::AlignVCenter);
-  return role == Qt::DisplayRole ? source_.cell(SourceRow(index.row()), index.column()) : QVariant();
+  return role == Qt::DisplayRole ? rows_.cell(SourceRow(index.row()), index.column()) : QVariant();
 }
 
 QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -82,11 +89,11 @@ void ListModel::sort(int column, Qt::SortOrder direction) {
   std::iota(order_.begin(), order_.end(), 0U);
   if (column >= 0 && source_.columns[static_cast<std::size_t>(column)].isNumber) {
     std::vector<qlonglong> keys;
-    for (std::size_t row = 0; row < source_.rows; ++row) keys.push_back(source_.cell(row, column).toLongLong());
+    for (std::size_t row = 0; row < rows_.count; ++row) keys.push_back(rows_.cell(row, column).toLongLong());
     SortBy(order_, keys, direction, std::less<>());
   } else if (column >= 0) {
     std::vector<std::string> keys;
-    for (std::size_t row = 0; row < source_.rows; ++row) keys.push_back(ToUtf8(source_.cell(row, column).toString()));
+    for (std::size_t row = 0; row < rows_.count; ++row) keys.push_back(ToUtf8(rows_.cell(row, column).toString()));
     SortBy(order_, keys, direction,
            [](const std::string& a, const std::string& b) { return codedb::CompareText(a, b) < 0; });
   }

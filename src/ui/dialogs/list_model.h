@@ -11,9 +11,13 @@ namespace quillmate::ui {
 /// A list as a model that sorts and filters by itself: what is not seen is no row.
 class ListModel : public QAbstractTableModel {
  public:
+  /// Empty until it gets its rows.
   ListModel(ListSource source, QObject* parent);
 
+  void SetRows(ListRows rows);
+
   const ListSource& Source() const noexcept { return source_; }
+  const ListRows& Rows() const noexcept { return rows_; }
   /// The row of the source behind one of the model.
   std::size_t SourceRow(int row) const { return shown_[static_cast<std::size_t>(row)]; }
 
@@ -31,6 +35,7 @@ class ListModel : public QAbstractTableModel {
   void Show();
 
   ListSource source_;
+  ListRows rows_;
   /// Rows of the source in the order that is wanted, and those of them that the filter leaves.
   std::vector<std::uint32_t> order_;
   std::vector<std::uint32_t> shown_;

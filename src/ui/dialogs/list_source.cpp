@@ -95,11 +95,47 @@ QVariant FindingCell(const project::Understanding& known, const checks::Finding&
   }
 }
 
+ListRows FindFindings(const std::shared_ptr<const project::Understanding>& known, const std::atomic<bool>* cancelled) {
+  auto found =
+      std::make_shared<const std::vector<checks::Finding>>(checks::RunChecks(known->Index(), {}, 0, cancelled));
+  ListRows rows;
+  rows.count = found->size();
+  rows.cell = [known, found](std::size_t row, int column) { return FindingCell(*known, (*found)[row], column); };
+  rows.place = [found](std::size_t row) {
+    const checks::Finding& finding = (*found)[row];
+    return project::TextStretch{{finding.module, finding.line, finding.column > 0 ? finding.column : 1}, 0};
+  };
+  return rows;
+}
+
+ListRows FindAllUnused(const std::shared_ptr<const project::Understanding>& known) {
+  auto found = std::make_shared<const std::vector<symbols::UnusedSymbol>>(symbols::FindUnused(known->Index()));
+  ListRows rows;
+  rows.count = found->size();
+  rows.cell = [known, found](std::size_t row, int column) { return UnusedCell(*known, (*found)[row], column); };
+  rows.place = [known, found](std::size_t row) { return known->NameOf((*found)[row].symbol); };
+  return rows;
+}
+
+ListRows FindMetrics(const std::shared_ptr<const project::Understanding>& known) {
+  auto found = std::make_shared<const checks::Metrics>(checks::Measure(known->Index()));
+  ListRows rows;
+  rows.count = found->routines.size();
+  rows.cell = [known, found](std::size_t row, int column) { return MetricCell(*known, found->routines[row], column); };
+  rows.place = [known, found](std::size_t row) {
+    const checks::RoutineNumbers& numbers = found->routines[row];
+    const SymbolId symbol = known->Index().RoutineSymbol(numbers.module, numbers.routine);
+    const std::uint32_t first = known->Index().Code(numbers.module).routines[numbers.routine].firstLine;
+    return symbol == symbols::kNone ? project::TextStretch{{numbers.module, first, 1}, 0} : known->NameOf(symbol);
+  };
+  return rows;
+}
+
 }  // namespace
 
-void WriteRow(const ListSource& list, std::size_t row, output::TableSink& sink) {
+void WriteRow(const ListSource& list, const ListRows& rows, std::size_t row, output::TableSink& sink) {
   for (std::size_t column = 0; column < list.columns.size(); ++column) {
-    const QVariant cell = list.cell(row, static_cast<int>(column));
+    const QVariant cell = rows.cell(row, static_cast<int>(column));
     if (list.columns[column].isNumber) {
       sink.Number(cell.toLongLong());
     } else {
@@ -109,65 +145,51 @@ void WriteRow(const ListSource& list, std::size_t row, output::TableSink& sink) 
   sink.EndRow();
 }
 
-output::Table TableOf(const ListSource& list) {
+output::Table TableOf(const ListSource& list, const ListRows& rows) {
   output::Table table;
   table.name = ToUtf8(list.title);
   for (const ListColumn& column : list.columns) table.heads.push_back(ToUtf8(column.title));
-  table.rows = [list](output::TableSink& sink) {
-    for (std::size_t row = 0; row < list.rows; ++row) WriteRow(list, row, sink);
+  table.rows = [list, rows](output::TableSink& sink) {
+    for (std::size_t row = 0; row < rows.count; ++row) WriteRow(list, rows, row, sink);
   };
   return table;
 }
 
 ListSource FindingList(const std::shared_ptr<const project::Understanding>& known) {
-  auto found = std::make_shared<const std::vector<checks::Finding>>(checks::RunChecks(known->Index()));
   ListSource list;
   list.name = QStringLiteral("frmBefunde");
   list.title = QStringLiteral("Befunde");
   list.nothing = QStringLiteral("Es gibt keine Befunde.");
+  list.waiting = QStringLiteral("Befunde werden ermittelt ...");
   list.columns = {Text("Schwere", 10), Text("Modul", 18), Text("Routine", 22), Number("Zeile"),
                   Text("Befund", 56),  Text("Rat", 44),   Text("Gruppe", 12),  Text("Kennung", 18)};
-  list.rows = found->size();
-  list.cell = [known, found](std::size_t row, int column) { return FindingCell(*known, (*found)[row], column); };
-  list.place = [found](std::size_t row) {
-    const checks::Finding& finding = (*found)[row];
-    return project::TextStretch{{finding.module, finding.line, finding.column > 0 ? finding.column : 1}, 0};
-  };
+  list.find = [known](const std::atomic<bool>* cancelled) { return FindFindings(known, cancelled); };
   return list;
 }
 
 ListSource UnusedList(const std::shared_ptr<const project::Understanding>& known) {
-  auto found = std::make_shared<const std::vector<symbols::UnusedSymbol>>(symbols::FindUnused(known->Index()));
   ListSource list;
   list.name = QStringLiteral("frmUnbenutztes");
   list.title = QStringLiteral("Unbenutztes");
   list.nothing = QStringLiteral("Alles, was das Projekt deklariert, wird benutzt.");
+  list.waiting = QStringLiteral("Unbenutztes wird gesucht ...");
   list.columns = {Text("Modul", 20), Text("Name", 26),   Text("Art", 14),   Text("In", 20),
                   Number("Zeile"),   Text("Klasse", 12), Text("Grund", 34), Text("Stelle", 24)};
-  list.rows = found->size();
-  list.cell = [known, found](std::size_t row, int column) { return UnusedCell(*known, (*found)[row], column); };
-  list.place = [known, found](std::size_t row) { return known->NameOf((*found)[row].symbol); };
+  list.find = [known](const std::atomic<bool>*) { return FindAllUnused(known); };
   return list;
 }
 
 ListSource MetricList(const std::shared_ptr<const project::Understanding>& known) {
-  auto found = std::make_shared<const checks::Metrics>(checks::Measure(known->Index()));
   ListSource list;
   list.name = QStringLiteral("frmKennzahlen");
   list.title = QStringLiteral("Kennzahlen");
   list.nothing = QStringLiteral("Das Projekt hat keine Routinen.");
+  list.waiting = QStringLiteral("Kennzahlen werden ermittelt ...");
   list.columns = {Text("Modul", 20), Text("Routine", 30), Text("Art", 14)};
   for (const checks::MetricDefinition& metric : checks::kRoutineDefinitions) {
     list.columns.push_back(Number(metric.name, metric.definition));
   }
-  list.rows = found->routines.size();
-  list.cell = [known, found](std::size_t row, int column) { return MetricCell(*known, found->routines[row], column); };
-  list.place = [known, found](std::size_t row) {
-    const checks::RoutineNumbers& numbers = found->routines[row];
-    const SymbolId symbol = known->Index().RoutineSymbol(numbers.module, numbers.routine);
-    const std::uint32_t first = known->Index().Code(numbers.module).routines[numbers.routine].firstLine;
-    return symbol == symbols::kNone ? project::TextStretch{{numbers.module, first, 1}, 0} : known->NameOf(symbol);
-  };
+  list.find = [known](const std::atomic<bool>*) { return FindMetrics(known); };
   return list;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QVariant>
+#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -23,23 +24,33 @@ struct ListColumn {
   QString explanation{};
 };
 
-struct ListSource {
-  /// Name of the window: "frmKennzahlen".
-  QString name;
-  QString title;
-  /// What is in place of an empty list.
-  QString nothing;
-  std::vector<ListColumn> columns;
-  std::size_t rows = 0;
+struct ListRows {
+  std::size_t count = 0;
   /// A text, or a number in the columns of numbers.
   std::function<QVariant(std::size_t row, int column)> cell;
   /// Where a row leads.
   std::function<project::TextStretch(std::size_t row)> place;
 };
 
+/// Finds the rows, which may take seconds in a large project; in any thread. Ends early, with whatever it has, when
+/// `cancelled`, which may be null, becomes true.
+using FindRows = std::function<ListRows(const std::atomic<bool>* cancelled)>;
+
+struct ListSource {
+  /// Name of the window: "frmKennzahlen".
+  QString name;
+  QString title;
+  /// What is in place of an empty list.
+  QString nothing;
+  /// What is there until the rows are found.
+  QString waiting;
+  std::vector<ListColumn> columns;
+  FindRows find;
+};
+
 /// All rows of a list in their order, and one of them.
-output::Table TableOf(const ListSource& list);
-void WriteRow(const ListSource& list, std::size_t row, output::TableSink& sink);
+output::Table TableOf(const ListSource& list, const ListRows& rows);
+void WriteRow(const ListSource& list, const ListRows& rows, std::size_t row, output::TableSink& sink);
 
 /// Everything that nothing uses, of every kind, with the reason.
 ListSource UnusedList(const std::shared_ptr<const project::Understanding>& known);

@@ -3,12 +3,12 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLocale>
-#include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "button_row.h"
+#include "list_job.h"
 
 namespace quillmate::ui {
 namespace {
@@ -61,39 +61,63 @@ ListWindow::ListWindow(QWidget* parent, const ListDesk& desk, ListSource source)
   connect(list_, &QTreeView::activated, this, &ListWindow::Choose);
   ShowCount();
   filter_->setFocus();
+  Search();
+}
+
+void ListWindow::Search() {
+  // Not the window's: when that is closed, nobody waits for the end of the thread.
+  auto* job = new ListJob(model_->Source().find, parent());
+  connect(this, &QObject::destroyed, job, [job] { job->Cancel(); });
+  connect(job, &ListJob::Finished, this, [this](const ListRows& rows, const QString& error) {
+    isFound_ = true;
+    error_ = error;
+    model_->SetRows(rows);
+    const QHeaderView& header = *list_->header();
+    if (header.sortIndicatorSection() >= 0) {
+      list_->sortByColumn(header.sortIndicatorSection(), header.sortIndicatorOrder());
+    }
+    copy_->setDisabled(rows.count == 0);
+    save_->setDisabled(rows.count == 0);
+    ShowCount();
+  });
+  job->Start();
 }
 
 QWidget* ListWindow::MakeButtons() {
   auto* row = new ButtonRow;
-  QPushButton* copy =
+  copy_ =
       row->Add("cmdKopieren", "&Kopieren", [this] { desk_.interaction.Guarded([this] { CopyList(desk_, Texts()); }); });
-  QPushButton* save = row->Add("cmdSpeichern", "S&peichern ...",
-                               [this] { desk_.interaction.Guarded([this] { SaveList(desk_, Texts()); }); });
+  save_ = row->Add("cmdSpeichern", "S&peichern ...",
+                   [this] { desk_.interaction.Guarded([this] { SaveList(desk_, Texts()); }); });
   row->Add("cmdSchliessen", "S&chließen", [this] { close(); });
-  copy->setDisabled(model_->Source().rows == 0);
-  save->setDisabled(model_->Source().rows == 0);
+  copy_->setDisabled(true);
+  save_->setDisabled(true);
   return row;
 }
 
 void ListWindow::ShowCount() {
-  const std::size_t all = model_->Source().rows;
+  const std::size_t all = model_->Rows().count;
   const auto shown = static_cast<std::size_t>(model_->rowCount());
   const QLocale numbers;
-  count_->setText(all == 0       ? model_->Source().nothing
-                  : shown == all ? QStringLiteral("Zeilen: ") + numbers.toString(all)
+  count_->setText(!isFound_           ? model_->Source().waiting
+                  : !error_.isEmpty() ? error_
+                  : all == 0          ? model_->Source().nothing
+                  : shown == all      ? QStringLiteral("Zeilen: ") + numbers.toString(all)
                   : shown == 0
                       ? QStringLiteral("Keine Zeile enthält diesen Text.")
                       : QStringLiteral("Zeilen: %1 von %2").arg(numbers.toString(shown), numbers.toString(all)));
 }
 
 void ListWindow::Choose(const QModelIndex& index) {
-  if (index.isValid()) emit PlaceChosen(model_->Source().place(model_->SourceRow(index.row())));
+  if (index.isValid()) emit PlaceChosen(model_->Rows().place(model_->SourceRow(index.row())));
 }
 
 ListTexts ListWindow::Texts() const {
-  output::Table table = TableOf(model_->Source());
+  output::Table table = TableOf(model_->Source(), model_->Rows());
   table.rows = [this](output::TableSink& sink) {
-    for (int row = 0; row < model_->rowCount(); ++row) WriteRow(model_->Source(), model_->SourceRow(row), sink);
+    for (int row = 0; row < model_->rowCount(); ++row) {
+      WriteRow(model_->Source(), model_->Rows(), model_->SourceRow(row), sink);
+    };
   };
   return {table};
 }

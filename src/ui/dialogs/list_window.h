@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTreeView>
 
 #include "list_model.h"
@@ -11,7 +12,8 @@
 namespace quillmate::ui {
 
 /// A list of the menu "Analyse" in a window of its own: sorted by a click on a column, filtered by what is typed above
-/// it. A click on a row shows its place in the main window. Deletes itself when it is closed.
+/// it. Its rows are found in the background until it is closed. A click on a row shows its place in the main window.
+/// Deletes itself when it is closed.
 class ListWindow : public QDialog {
   Q_OBJECT
 
@@ -26,6 +28,7 @@ class ListWindow : public QDialog {
 
  private:
   QWidget* MakeButtons();
+  void Search();
   void ShowCount();
   void Choose(const QModelIndex& index);
   ListTexts Texts() const;
@@ -35,6 +38,11 @@ class ListWindow : public QDialog {
   QLineEdit* filter_;
   QLabel* count_;
   QTreeView* list_;
+  QPushButton* copy_ = nullptr;
+  QPushButton* save_ = nullptr;
+  bool isFound_ = false;
+  /// Why there are no rows.
+  QString error_;
 };
 
 }  // namespace quillmate::ui

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -135,8 +136,8 @@ static_assert(kCheckCount <= 64);
 
 /// Runs the checks over everything. By module, line, column, check; the same for every number of threads (0: as many
 /// as the machine has cores). Left out is what a comment silences: `' quillmate: ignore ID, ID` at the end of a line or
-/// on a line of its own above it.
+/// on a line of its own above it. Once `cancelled`, which may be null, is true, it ends soon and returns nothing.
 std::vector<Finding> RunChecks(const symbols::ReferenceIndex& index, const Selection& selection = {},
-                               unsigned threads = 0);
+                               unsigned threads = 0, const std::atomic<bool>* cancelled = nullptr);
 
 }  // namespace quillmate::checks
