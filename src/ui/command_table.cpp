@@ -137,6 +137,7 @@ constexpr Command kCommands[] = {
     {kCopyOutline, "mnuExtras_Struktur", MenuId::kExtras, "&Struktur nach Zwischenablage", "", "", kAlways, false},
     {kShowUnusedRoutines, "mnuTest", MenuId::kExtras, "Tests", "", "", kWithProject, false},
     {kCompareStates, "mnuExtras_Vergleichen", MenuId::kExtras, "Ver&gleichen mit ...", "", "", kAlways, false},
+    {kShowInventory, "mnuExtras_Bestand", MenuId::kExtras, "B&estand ...", "", "", kAlways, false},
     {kShowOptions, "mnuExtras_Optionen", MenuId::kExtras, "&Optionen", "", "", kAlways, true},
     {kStoreDisplaySize, "mnuExtras_Screen_define", MenuId::kExtras, "Benutzer Bildschirm &Festlegen", "", "", kAlways,
      true},

@@ -104,6 +104,7 @@ enum class CommandId {
   kCopyOutline,
   kShowUnusedRoutines,
   kCompareStates,
+  kShowInventory,
   kShowOptions,
   kStoreDisplaySize,
   kApplyStoredDisplaySize,

@@ -116,6 +116,15 @@ void ProjectCommands::ReadSample() {
   if (LeaveProject() && sources_.TakeForNow(FromPath(sample))) ReadCode();
 }
 
+void ProjectCommands::ReadFile(const QString& file) {
+  std::error_code ignored;
+  if (!fs::is_regular_file(ToPath(file), ignored)) {
+    interaction_.Show("Die Datei ist nicht mehr da:\r\n" + ToUtf8(file), MessageIcon::kExclamation);
+    return;
+  }
+  if (LeaveProject() && sources_.TakeAlone(file)) ReadCode();
+}
+
 void ProjectCommands::StartAnew() {
   // Without a project it is the button that looks again.
   const bool looksAgain = !session_.IsLoaded();

@@ -38,6 +38,8 @@ class ProjectCommands : public QObject {
   void AddFolder();
   /// Reads the project that comes with the program, without adding it to the sources.
   void ReadSample();
+  /// Reads a single file, without adding it to the sources.
+  void ReadFile(const QString& file);
   /// A folder that holds a saved project is opened, everything else becomes a source.
   void TakeDropped(const QStringList& files);
   /// Shows the stored list of recent projects.

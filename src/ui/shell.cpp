@@ -133,6 +133,7 @@ Shell::Shell(MainWindow& window, const Services& services)
       notes_(window, interaction_, session_, *code_, knowledge_, *notePanel_),
       printing_(window, Desk(), *code_),
       comparing_(window, Desk(), AssumedHost(services.globals.hostSelector)),
+      inventories_(window, Desk()),
       handOver_(window, Desk(), services.globals.CodeDb, exports_, printing_),
       quickOpen_(new QuickOpen(&window)),
       container_(new Splitter),
@@ -314,6 +315,10 @@ void Shell::ConnectNames() {
     knowledge_.FinishReading();
     comparing_.FinishReading();
   });
+  connect(&inventories_, &InventoryCommands::FileChosen, this, [this](const QString& path) {
+    interaction_.Guarded([this, path] { projects_.ReadFile(path); });
+    window_.activateWindow();
+  });
   connect(&comparing_, &CompareCommands::PlaceWanted, this, [this](symbols::Index module, std::uint32_t line) {
     interaction_.Guarded([this, module, line] { names_.GoToStretch({{module, line, 1}, 0}); });
     window_.activateWindow();
@@ -368,6 +373,7 @@ void Shell::Unload() {
   // The run's folder is about to go.
   knowledge_.Drop();
   comparing_.CloseAll();
+  inventories_.CloseAll();
   view_.SaveSplitterPlace(*container_);
 }
 
@@ -386,7 +392,7 @@ bool Shell::MayClose() {
 
 void Shell::TakeDropped(const QStringList& files) {
   interaction_.GuardedInTurn([this, files] {
-    if (!comparing_.TakeDropped(files)) projects_.TakeDropped(files);
+    if (!inventories_.TakeDropped(files) && !comparing_.TakeDropped(files)) projects_.TakeDropped(files);
   });
 }
 
@@ -853,6 +859,9 @@ void Shell::Carry(CommandId command) {
       return projects_.ReadVbFiles();
     case kCompareStates:
       return comparing_.Choose();
+    case kShowInventory:
+      inventories_.Show();
+      return;
     case kCopyOutline:
       return exports_.CopyOutline();
     case kShowUnusedRoutines:

@@ -21,6 +21,7 @@
 #include "hand_over.h"
 #include "hit_panel.h"
 #include "interaction.h"
+#include "inventory_commands.h"
 #include "list_source.h"
 #include "mini_window.h"
 #include "name_commands.h"
@@ -147,6 +148,7 @@ class Shell : public QObject {
   NoteCommands notes_;
   PrintCommands printing_;
   CompareCommands comparing_;
+  InventoryCommands inventories_;
   HandOver handOver_;
   QuickOpen* quickOpen_;
   QSplitter* container_;

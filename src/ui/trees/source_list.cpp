@@ -284,6 +284,18 @@ bool SourceList::TakeForNow(const QString& path) {
   return TickSource(path);
 }
 
+bool SourceList::TakeAlone(const QString& path) {
+  UseSources({Normalized(path)});
+  List(false);
+  if (TickSource(path)) return true;
+  const std::string problem = ProblemText({}, services_.documents.Problems());
+  LoadUserSources();
+  List(false);
+  interaction_.Show(problem.empty() ? "In dieser Datei ist kein Code:\r\n" + Normalized(path) : problem,
+                    MessageIcon::kExclamation);
+  return false;
+}
+
 bool SourceList::TickSource(const QString& path) {
   const Paths source = {Normalized(path)};
   bool found = false;

@@ -62,6 +62,8 @@ class SourceList : public QObject {
   /// Lists a source until the next time that the sources change, without remembering it, and ticks it and nothing
   /// else. False when there is nothing to read.
   bool TakeForNow(const QString& path);
+  /// The same with the source in place of the user's. When there is nothing to read it says why and lists those again.
+  bool TakeAlone(const QString& path);
   /// True when the current node of the tree comes from the user's sources, not from the running host.
   bool IsCurrentFromSource() const { return !CurrentFile().empty(); }
   /// Takes the source of the current node out of the sources, after naming all that goes with it; nothing happens to a
