@@ -117,7 +117,7 @@ ListTexts ListWindow::Texts() const {
   table.rows = [this](output::TableSink& sink) {
     for (int row = 0; row < model_->rowCount(); ++row) {
       WriteRow(model_->Source(), model_->Rows(), model_->SourceRow(row), sink);
-    };
+    }
   };
   return {table};
 }
