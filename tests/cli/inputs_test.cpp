@@ -98,8 +98,8 @@ TEST_F(CliTest, OmissionsAreListed) {
   Write("kaputt.xlsm", "PK\3\4" + std::string(100, 'x'));
   const auto row = [this](const std::string& file, const std::string& project, const std::string& module,
                           const std::string& reason) {
-    return "{\"file\":\"" + Full(file) + "\",\"project\":" + project + ",\"module\":" + module + ",\"reason\":\"" +
-           reason + "\"}";
+    return "{\"file\":\"" + text::ReplaceAll(Full(file), "\\", "\\\\") + "\",\"project\":" + project +
+           ",\"module\":" + module + ",\"reason\":\"" + reason + "\"}";
   };
   const std::string unread =
       row("q/leer.bas", "null", "null", "Datei ist leer") + ",\n" +

@@ -25,7 +25,7 @@ TEST_F(CliTest, WildcardsInTheLastPartOfAPath) {
   };
   for (const auto& c : cases) EXPECT_EQ(Run("outline " + std::string(c.inputs)).out, c.outline) << c.inputs;
   const Result everything = Run("outline *.*");
-  EXPECT_EQ(everything.out, "A1\nb\ncä\nc\n");
+  EXPECT_EQ(everything.out, "A1\nb\ncä\nunter (" + Full("unter") + ")\n\tc\n");
   EXPECT_NE(everything.err.find("ohne"), std::string::npos) << "it stands for names without a point too";
   EXPECT_EQ(Run("search '\\'?' b.bas"), Success()) << "the text is none of the inputs";
   for (const char* const nothing : {"*.frm", "fehlt\\*", "???.bas"}) {

@@ -61,7 +61,9 @@ class Report : public testing::Test {
   std::string Names(Inventory& inventory, FileFilter filter) {
     std::string names;
     for (const FileLine& line : inventory.Files(filter)) {
-      names += files::PathText(fs::path(line.path).lexically_relative(scratch / "r")) + " ";
+      const fs::path path(std::u8string(line.path.begin(), line.path.end()));
+      for (const char8_t c : path.lexically_relative(scratch / "r").generic_u8string()) names += static_cast<char>(c);
+      names += ' ';
     }
     EXPECT_EQ(inventory.Count(filter), std::ranges::count(names, ' '));
     return names;
