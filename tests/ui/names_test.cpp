@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QTextBlock>
 #include <QToolTip>
+#include <algorithm>
 
 #include "code_editor.h"
 #include "list_job.h"
@@ -28,7 +29,7 @@ class NamesTest : public WindowTest {
               "Attribute VB_Name = \"Lager\"\r\nOption Explicit\r\n' H\366chster Bestand\r\n"
               "Public Const Grenze As Long = 40\r\nPublic Bestand As Long\r\n\r\n"
               "Public Sub Zugang(ByVal n As Long)\r\n  Bestand = Bestand + n\r\n  If Bestand > Grenze Then Stop\r\n"
-              "End Sub\r\n\r\nPublic Sub Doppelt()\r\nEnd Sub\r\n");
+              "End Sub\r\n\r\nPublic Sub Doppelt(): Dim leer As Long\r\nEnd Sub\r\n");
     AddModule("b_Suche.bas",
               "Attribute VB_Name = \"Suche\"\r\nPublic Sub Suchen()\r\n  Dim a As Artikel\r\n  Set a = New Artikel\r\n"
               "  a.Preis = Grenze: Zugang 5\r\n  MsgBox a.Preis\r\n  Call Doppelt\r\nEnd Sub\r\n");
@@ -288,6 +289,12 @@ TEST_F(NamesTest, ListsAreSortedFilteredAndLead) {
   QTreeView& findings = *AwaitList("frmBefunde").findChild<QTreeView*>("lstListe");
   ASSERT_GT(findings.model()->rowCount(), 0);
   EXPECT_EQ(findings.model()->index(0, 7).data(), "option-explicit-fehlt") << "the module Suche has none";
+  QStringList severities;
+  for (int row = 0; row < findings.model()->rowCount(); ++row) {
+    severities << findings.model()->index(row, 0).data().toString();
+  }
+  severities.erase(std::unique(severities.begin(), severities.end()), severities.end());
+  EXPECT_EQ(severities.join(' '), "warnung hinweis") << "the most severe come first";
   Trigger("mnuAnalyse_Unbenutztes");
   QWidget& unused = AwaitList("frmUnbenutztes");
   QTreeView& all = *unused.findChild<QTreeView*>("lstListe");

@@ -32,7 +32,7 @@ CompareUseList::CompareUseList(QWidget* parent) : QWidget(parent), title_(new QL
   list_->setHeaderLabels({QStringLiteral("Stelle"), QStringLiteral("Zeile"), QStringLiteral("Code"),
                           QStringLiteral("Routine dort"), QStringLiteral("Gewissheit")});
   const int character = list_->fontMetrics().averageCharWidth();
-  for (const auto& [column, width] : {std::pair(0, 30), std::pair(1, 8), std::pair(2, 60), std::pair(3, 14)}) {
+  for (const auto& [column, width] : {std::pair(0, 30), std::pair(1, 8), std::pair(2, 50), std::pair(3, 14)}) {
     list_->header()->resizeSection(column, width * character);
   }
   auto* layout = new QVBoxLayout(this);

@@ -1,5 +1,6 @@
 #include "list_source.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <quillmate/checks/checks.h>
@@ -96,8 +97,8 @@ QVariant FindingCell(const project::Understanding& known, const checks::Finding&
 }
 
 ListRows FindFindings(const std::shared_ptr<const project::Understanding>& known, const std::atomic<bool>* cancelled) {
-  auto found =
-      std::make_shared<const std::vector<checks::Finding>>(checks::RunChecks(known->Index(), {}, 0, cancelled));
+  auto found = std::make_shared<std::vector<checks::Finding>>(checks::RunChecks(known->Index(), {}, 0, cancelled));
+  std::ranges::stable_sort(*found, {}, [](const checks::Finding& one) { return checks::InfoOf(one.check).severity; });
   ListRows rows;
   rows.count = found->size();
   rows.cell = [known, found](std::size_t row, int column) { return FindingCell(*known, (*found)[row], column); };
@@ -161,7 +162,7 @@ ListSource FindingList(const std::shared_ptr<const project::Understanding>& know
   list.title = QStringLiteral("Befunde");
   list.nothing = QStringLiteral("Es gibt keine Befunde.");
   list.waiting = QStringLiteral("Befunde werden ermittelt ...");
-  list.columns = {Text("Schwere", 10), Text("Modul", 18), Text("Routine", 22), Number("Zeile"),
+  list.columns = {Text("Schwere", 12), Text("Modul", 22), Text("Routine", 30), Number("Zeile"),
                   Text("Befund", 56),  Text("Rat", 44),   Text("Gruppe", 12),  Text("Kennung", 18)};
   list.find = [known](const std::atomic<bool>* cancelled) { return FindFindings(known, cancelled); };
   return list;

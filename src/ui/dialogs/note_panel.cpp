@@ -8,7 +8,7 @@ namespace quillmate::ui {
 namespace {
 
 /// Widths of the columns in characters; the last one takes what is left.
-constexpr int kColumnWidths[] = {36, 8, 20};
+constexpr int kColumnWidths[] = {44, 8, 20};
 
 }  // namespace
 

@@ -85,7 +85,7 @@ QuickOpen::QuickOpen(QWidget* parent)
   list_->header()->setStretchLastSection(true);
   const int character = list_->fontMetrics().averageCharWidth();
   list_->header()->resizeSection(0, 40 * character);
-  list_->header()->resizeSection(1, 16 * character);
+  list_->header()->resizeSection(1, 20 * character);
   list_->installEventFilter(this);
   message_->setObjectName(QStringLiteral("lblGeheZu"));
   auto* layout = new QVBoxLayout(this);

@@ -12,8 +12,8 @@
 namespace quillmate::ui {
 namespace {
 
-/// Widths of the columns in characters; the text takes what is left.
-constexpr int kPlaceWidth = 34;
+/// Widths of the columns in characters; the last one takes what is left.
+constexpr int kPlaceWidth = 46;
 constexpr int kTextWidth = 70;
 constexpr int kUseWidth = 18;
 /// So many rows are unfolded at once; nobody looks at more before he folds or filters them.
