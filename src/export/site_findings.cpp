@@ -137,7 +137,8 @@ std::vector<SitePage> FindingPages(const SiteContents& site) {
 void AppendFindings(std::string& html, const SiteContents& site, int module) {
   const symbols::Index number = site.model.Module(module).number;
   if (number == symbols::kNone) return;
-  const auto [first, last] = std::ranges::equal_range(site.findings, number, {}, &Finding::module);
+  const auto first = std::ranges::lower_bound(site.findings, number, {}, &Finding::module);
+  const auto last = std::ranges::upper_bound(site.findings, number, {}, &Finding::module);
   if (first == last) return;
   html +=
       "<h2 id=\"befunde\">Befunde</h2>\n<table class=\"declared\">\n<thead>\n<tr><th scope=\"col\">Zeile</th>"

@@ -36,7 +36,9 @@ std::vector<Handler> HandlersOf(const symbols::ReferenceIndex& known, const symb
 void AppendHandlers(std::string& html, const SiteModel& model, int module, const std::vector<Handler>& handlers,
                     const std::string& object) {
   std::string_view between;
-  for (const Handler& handler : std::ranges::equal_range(handlers, object, {}, &Handler::object)) {
+  const auto last = std::ranges::upper_bound(handlers, object, {}, &Handler::object);
+  for (auto at = std::ranges::lower_bound(handlers, object, {}, &Handler::object); at != last; ++at) {
+    const Handler& handler = *at;
     html += std::exchange(between, ", ");
     const int routine = model.RoutineOf(handler.routine);
     const std::string event = EscapeUtf8(handler.event);

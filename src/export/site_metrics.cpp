@@ -165,7 +165,8 @@ void AppendMetrics(std::string& html, const SiteContents& site, int module) {
   const symbols::Index number = site.model.Module(module).number;
   if (number == symbols::kNone) return;
   std::vector<const RoutineNumbers*> routines;
-  const auto [first, last] = std::ranges::equal_range(site.metrics.routines, number, {}, &RoutineNumbers::module);
+  const auto first = std::ranges::lower_bound(site.metrics.routines, number, {}, &RoutineNumbers::module);
+  const auto last = std::ranges::upper_bound(site.metrics.routines, number, {}, &RoutineNumbers::module);
   for (auto routine = first; routine != last; ++routine) routines.push_back(&*routine);
   if (routines.empty()) return;
   html += "<h2 id=\"kennzahlen\">Kennzahlen</h2>\n";

@@ -9,7 +9,8 @@ namespace quillmate::output {
 
 void AppendNotes(std::string& html, const SiteModel& model, int module) {
   const codedb::ModuleNumber number = model.Module(module).record->number;
-  const auto [first, last] = std::ranges::equal_range(model.project.notes, number, {}, &SiteNote::module);
+  const auto first = std::ranges::lower_bound(model.project.notes, number, {}, &SiteNote::module);
+  const auto last = std::ranges::upper_bound(model.project.notes, number, {}, &SiteNote::module);
   if (first == last) return;
   html +=
       "<h2 id=\"notizen\">Notizen</h2>\n<table class=\"declared\">\n<thead>\n<tr><th scope=\"col\">Zeile</th>"

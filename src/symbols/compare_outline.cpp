@@ -218,7 +218,8 @@ class Outliner {
 /// Upper and lower case of ASCII count alike, as in names that are typed.
 bool Contains(std::string_view text, std::string_view part) {
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-  return !std::ranges::search(text, part, {}, lower, lower).empty() || part.empty();
+  const auto alike = [lower](char a, char b) { return lower(a) == lower(b); };
+  return part.empty() || std::search(text.begin(), text.end(), part.begin(), part.end(), alike) != text.end();
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include <regex>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -8,9 +7,10 @@
 namespace quillmate::output {
 namespace {
 
-std::ptrdiff_t Count(const std::string& text, const char* pattern) {
-  const std::regex searched(pattern);
-  return std::distance(std::sregex_iterator(text.begin(), text.end(), searched), {});
+std::ptrdiff_t Count(const std::string& text, const std::string& part) {
+  std::ptrdiff_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+  return count;
 }
 
 TEST(CallPictureSvg, DrawsEveryNodeAndEveryCall) {
@@ -31,11 +31,11 @@ TEST(CallPictureSvg, DrawsEveryNodeAndEveryCall) {
 
   const std::string file = CallPictureSvg(picture, {"Aufrufe von <X>", {}, true});
   EXPECT_EQ(Count(file, "<g class="), 5);
-  EXPECT_EQ(Count(file, "<path class=.edge"), static_cast<std::ptrdiff_t>(picture.edges.size()));
+  EXPECT_EQ(Count(file, "<path class=\"edge"), static_cast<std::ptrdiff_t>(picture.edges.size()));
   EXPECT_EQ(Count(file, ">X ↻</text>"), 1);
   EXPECT_EQ(Count(file, ">Y</text>"), 1) << "the title of a node is text";
   EXPECT_EQ(Count(file, "<title>Aufrufe von &lt;X&gt;</title>"), 1);
-  EXPECT_EQ(Count(file, "W{60}"), 0) << "cut";
+  EXPECT_EQ(Count(file, std::string(60, 'W')), 0) << "cut";
   EXPECT_TRUE(file.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg "));
   EXPECT_EQ(Count(file, "<style>"), 1);
 
