@@ -138,10 +138,12 @@ std::unique_ptr<Pipes> ReaderPipes() {
 #endif
   const rlimit noCore = {0, 0};
   setrlimit(RLIMIT_CORE, &noCore);
+#ifndef __SANITIZE_ADDRESS__  // which takes terabytes of addresses for itself
   if (const std::uint64_t memory = NumberIn(kMemoryVariable); memory != 0) {
     const rlimit limit = {memory, memory};
     setrlimit(RLIMIT_AS, &limit);
   }
+#endif
   const int in = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);
   const int out = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
   // What somebody prints by mistake must not get between the messages.
