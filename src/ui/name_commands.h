@@ -27,6 +27,9 @@ class NameCommands : public QObject {
   /// Everything must outlive it.
   NameCommands(const ListDesk& desk, CodeArea& code, CodeKnowledge& knowledge, UsePanel& uses, CallPanel& hierarchy);
 
+  /// The understanding, or null and a word to the user.
+  std::shared_ptr<const project::Understanding> Known();
+
   void ShowDeclaration();
   void ShowUses();
   /// Of the routine whose name is at the caret, else of the one around it.
@@ -54,9 +57,6 @@ class NameCommands : public QObject {
     /// Where the name stands.
     std::optional<symbols::Occurrence> name;
   };
-
-  /// The understanding, or a word to the user.
-  std::shared_ptr<const project::Understanding> Known();
   /// What the name at an offset of the visible module's text means.
   Meant MeantAt(std::size_t offset);
   QString NameAtCaret() const;

@@ -3,13 +3,13 @@
 #include <QPointer>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include <quillmate/ui/main_window.h>
 
+#include "analysis_commands.h"
 #include "call_panel.h"
 #include "caller_panel.h"
 #include "code_area.h"
@@ -22,7 +22,6 @@
 #include "hit_panel.h"
 #include "interaction.h"
 #include "inventory_commands.h"
-#include "list_source.h"
 #include "mini_window.h"
 #include "name_commands.h"
 #include "note_commands.h"
@@ -31,7 +30,6 @@
 #include "project_commands.h"
 #include "project_panel.h"
 #include "project_session.h"
-#include "quick_open.h"
 #include "read_files.h"
 #include "reading_commands.h"
 #include "search_field.h"
@@ -93,18 +91,9 @@ class Shell : public QObject {
   void SetCallersShown(bool shown);
   void EnterSearchText();
   void ListHits();
-  void OpenName();
   void Toggle(CommandId command, bool& on);
   void TakeKnowledge();
-  /// Does it now, or as soon as it is known what the code means.
-  void WhenKnown(std::function<void()> work);
-  void ShowUnusedRoutines();
-  using MakeList = ListSource(const std::shared_ptr<const project::Understanding>&);
-  void ShowList(MakeList& make);
   ListDesk Desk() { return {interaction_, services_.globals, session_, readFiles_}; }
-  void ShowCallPicture(symbols::SymbolId routine);
-  void ShowDependencies();
-  void ShowForm();
   void HandProjectOver();
   void ShowOptions();
   void ShowAbout();
@@ -143,6 +132,7 @@ class Shell : public QObject {
   UsePanel* uses_;
   CallPanel* hierarchy_;
   NameCommands names_;
+  AnalysisCommands analysis_;
   ReadingCommands reading_;
   NotePanel* notePanel_;
   NoteCommands notes_;
@@ -150,11 +140,8 @@ class Shell : public QObject {
   CompareCommands comparing_;
   InventoryCommands inventories_;
   HandOver handOver_;
-  QuickOpen* quickOpen_;
   QSplitter* container_;
   ViewSettings view_;
-  /// The list that the user waits for while the code is being looked through.
-  std::function<void()> waiting_;
   std::unique_ptr<MiniWindow> mini_;
   /// What had the focus before the mini window.
   QPointer<QWidget> focused_;
