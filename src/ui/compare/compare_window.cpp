@@ -1,21 +1,13 @@
 #include "compare_window.h"
 
-#include <QApplication>
-#include <QGridLayout>
 #include <QHBoxLayout>
-#include <QHeaderView>
-#include <QLocale>
 #include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QVBoxLayout>
-#include <algorithm>
-#include <stdexcept>
 #include <utility>
 
 #include <quillmate/export/compare_html.h>
-#include <quillmate/files/identity.h>
-#include <quillmate/files/paths.h>
 #include <quillmate/files/replacement.h>
 
 #include "code_style.h"
@@ -31,28 +23,6 @@ using symbols::kNone;
 using symbols::Side;
 
 constexpr QSize kStartSize(1280, 820);
-constexpr int kTellEvery = 150;
-/// A tree of more nodes is shown with its modules closed.
-constexpr int kMostOpen = 3000;
-/// The states in the order of the filter, with their names there.
-struct StateBox {
-  ChangeState state;
-  const char* name;
-  const char* caption;
-};
-constexpr std::array kBoxes = {
-    StateBox{ChangeState::kNew, "chkNeu", "neu"},
-    StateBox{ChangeState::kGone, "chkEntfallen", "entfallen"},
-    StateBox{ChangeState::kChanged, "chkGeaendert", "geändert"},
-    StateBox{ChangeState::kLayout, "chkNurForm", "nur Form"},
-    StateBox{ChangeState::kMoved, "chkVerschoben", "verschoben"},
-    StateBox{ChangeState::kRenamed, "chkUmbenannt", "umbenannt"},
-};
-
-bool HasChildren(const std::vector<ChangeNode>& outline, std::size_t node) {
-  return node + 1 < outline.size() && outline[node + 1].parent == node;
-}
-
 QPushButton* MakeButton(const char* name, const char* caption) {
   auto* button = new QPushButton(QString::fromUtf8(caption));
   button->setObjectName(QString::fromLatin1(name));
@@ -67,13 +37,10 @@ CompareWindow::CompareWindow(QWidget* parent, const ListDesk& desk, CompareSetup
       desk_(desk),
       setup_(std::move(setup)),
       pages_(new QStackedWidget),
-      status_(new QLabel),
-      bar_(new QProgressBar),
+      progress_(new CompareProgress),
       summary_(new QLabel),
       problems_(MakeButton("cmdUnlesbar", "Nicht alles ist lesbar ...")),
-      filter_(new QLineEdit),
-      model_(new CompareTreeModel(this)),
-      tree_(new QTreeView),
+      tree_(new CompareTree),
       view_(new CompareView),
       uses_(new CompareUseList),
       whole_(new QCheckBox(QStringLiteral("&Gleiches zeigen"))),
@@ -89,13 +56,11 @@ CompareWindow::CompareWindow(QWidget* parent, const ListDesk& desk, CompareSetup
   setWindowFlag(Qt::WindowMaximizeButtonHint);
   setWindowTitle(QStringLiteral("Vergleich: %1 mit %2").arg(setup_.newTitle, setup_.oldTitle));
   resize(kStartSize.boundedTo(screen()->availableSize() * 9 / 10));
-  pages_->addWidget(MakeProgress());
+  pages_->addWidget(progress_);
   pages_->addWidget(MakeResult());
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(pages_, 1);
   layout->addWidget(MakeButtons());
-  clock_.setInterval(kTellEvery);
-  connect(&clock_, &QTimer::timeout, this, [this] { status_->setText(job_->StatusText()); });
   AddKey(Qt::Key_F8, &CompareWindow::NextChange);
   AddKey(Qt::ALT | Qt::Key_Down, &CompareWindow::NextChange);
   AddKey(Qt::SHIFT | Qt::Key_F8, &CompareWindow::PreviousChange);
@@ -110,40 +75,10 @@ void CompareWindow::AddKey(const QKeySequence& key, void (CompareWindow::*run)()
   connect(new QShortcut(key, this), &QShortcut::activated, this, run);
 }
 
-QWidget* CompareWindow::MakeProgress() {
-  auto* page = new QWidget;
-  auto* layout = new QVBoxLayout(page);
-  status_->setObjectName(QStringLiteral("lblVergleichStand"));
-  status_->setTextFormat(Qt::PlainText);
-  status_->setWordWrap(true);
-  status_->setAlignment(Qt::AlignCenter);
-  status_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  bar_->setRange(0, 0);
-  bar_->setAccessibleName(QStringLiteral("Der Vergleich läuft"));
-  bar_->setMaximumWidth(fontMetrics().averageCharWidth() * 60);
-  layout->addStretch();
-  layout->addWidget(status_);
-  layout->addWidget(bar_, 0, Qt::AlignHCenter);
-  layout->addStretch();
-  return page;
-}
-
 QWidget* CompareWindow::MakeResult() {
-  tree_->setObjectName(QStringLiteral("treAenderungen"));
-  tree_->setAccessibleName(QStringLiteral("Was sich geändert hat"));
-  tree_->setUniformRowHeights(true);
-  tree_->setAllColumnsShowFocus(true);
-  tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  tree_->setModel(model_);
-  tree_->header()->resizeSection(0, fontMetrics().averageCharWidth() * 38);
-  connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this,
-          [this](const QModelIndex& current) { ShowNode(current); });
-  connect(tree_, &QTreeView::activated, this, [this] { view_->FocusSide().setFocus(); });
-  auto* left = new QWidget;
-  auto* leftLayout = new QVBoxLayout(left);
-  leftLayout->setContentsMargins(0, 0, 0, 0);
-  leftLayout->addWidget(MakeFilters());
-  leftLayout->addWidget(tree_, 1);
+  connect(tree_, &CompareTree::NodeReached, this, &CompareWindow::ShowNode);
+  connect(tree_, &CompareTree::Activated, this, [this] { view_->FocusSide().setFocus(); });
+  connect(tree_, &CompareTree::Filtered, this, &CompareWindow::TellPlace);
   auto* right = new QWidget;
   auto* rightLayout = new QVBoxLayout(right);
   rightLayout->setContentsMargins(0, 0, 0, 0);
@@ -157,7 +92,7 @@ QWidget* CompareWindow::MakeResult() {
   below->setChildrenCollapsible(false);
   rightLayout->addWidget(below, 1);
   auto* sides = new QSplitter(Qt::Horizontal);
-  sides->addWidget(left);
+  sides->addWidget(tree_);
   sides->addWidget(right);
   sides->setStretchFactor(1, 1);
   sides->setSizes({420, 860});
@@ -182,30 +117,6 @@ QWidget* CompareWindow::MakeResult() {
   });
   connect(uses_, &CompareUseList::LineChosen, this, &CompareWindow::ShowLine);
   return page;
-}
-
-QWidget* CompareWindow::MakeFilters() {
-  auto* box = new QWidget;
-  auto* grid = new QGridLayout(box);
-  grid->setContentsMargins(0, 0, 0, 0);
-  int place = 0;
-  for (const StateBox& each : kBoxes) {
-    auto* check = new QCheckBox(QString::fromUtf8(each.caption));
-    check->setObjectName(QString::fromLatin1(each.name));
-    check->setChecked(true);
-    states_[static_cast<std::size_t>(each.state)] = check;
-    grid->addWidget(check, place / 2, place % 2);
-    ++place;
-    connect(check, &QCheckBox::toggled, this, &CompareWindow::ApplyFilter);
-  }
-  filter_->setObjectName(QStringLiteral("txtVergleichFilter"));
-  filter_->setAccessibleName(QStringLiteral("Filter der Änderungen"));
-  filter_->setPlaceholderText(QStringLiteral("Nur Namen mit diesem Text"));
-  filter_->setClearButtonEnabled(true);
-  grid->addWidget(filter_, (place + 1) / 2, 0, 1, 2);
-  connect(filter_, &QLineEdit::textChanged, this, &CompareWindow::ApplyFilter);
-  connect(filter_, &QLineEdit::returnPressed, this, [this] { tree_->setFocus(); });
-  return box;
 }
 
 QWidget* CompareWindow::MakeSteps() {
@@ -251,27 +162,25 @@ void CompareWindow::Begin() {
   compared_ = nullptr;
   view_->Clear();
   uses_->Clear();
-  model_->SetOutline({});
+  tree_->Clear();
   places_ = nullptr;
   module_ = project_ = kNone;
   pages_->setCurrentIndex(0);
-  bar_->show();
   for (QPushButton* button : {again_, swap_, report_, toMain_}) button->setEnabled(false);
   toMain_->setVisible(setup_.loaded.has_value());
   job_ = std::make_unique<CompareJob>(setup_.request);
   connect(job_.get(), &CompareJob::Finished, this, &CompareWindow::TakeResult);
   job_->Start();
-  status_->setText(job_->StatusText());
-  clock_.start();
+  progress_->Follow(*job_);
 }
 
 void CompareWindow::TakeResult() {
-  clock_.stop();
   again_->setEnabled(true);
   swap_->setEnabled(true);
+  progress_->Stop();
   compared_ = job_->Result();
   if (compared_ == nullptr) {
-    ShowFailure(job_->Error().empty() ? QStringLiteral("Abgebrochen.") : FromUtf8(job_->Error()));
+    progress_->ShowFailure(job_->Error().empty() ? QStringLiteral("Abgebrochen.") : FromUtf8(job_->Error()));
     return;
   }
   const symbols::ComparedStates states = compared_->States();
@@ -282,64 +191,16 @@ void CompareWindow::TakeResult() {
                             : FromUtf8(symbols::SummaryText(states.comparison)));
   const bool isWhole = compared_->oldSide.isWhole && compared_->newSide.isWhole;
   problems_->setVisible(!isWhole);
-  model_->SetOutline(symbols::OutlineOf(states));
-  ShowFilters();
   pages_->setCurrentIndex(1);
   report_->setEnabled(true);
-  ApplyFilter();
+  tree_->SetOutline(symbols::OutlineOf(states));
   tree_->setFocus();
-}
-
-void CompareWindow::ShowFailure(const QString& reason) {
-  bar_->hide();
-  status_->setText(reason.trimmed());
-}
-
-void CompareWindow::ShowFilters() {
-  std::array<std::size_t, symbols::kChangeStateCount> counts{};
-  const auto& outline = model_->Outline();
-  for (std::size_t node = 0; node < outline.size(); ++node) {
-    if (!HasChildren(outline, node)) ++counts[static_cast<std::size_t>(outline[node].state)];
-  }
-  for (const StateBox& box : kBoxes) {
-    const auto state = static_cast<std::size_t>(box.state);
-    states_[state]->setText(QStringLiteral("%1 (%2)").arg(QString::fromUtf8(box.caption)).arg(counts[state]));
-    states_[state]->setEnabled(counts[state] > 0);
-    states_[state]->setIcon(StateIcon(box.state, QApplication::palette()));
-  }
-}
-
-void CompareWindow::ApplyFilter() {
-  if (compared_ == nullptr) return;
-  const std::size_t before = tree_->currentIndex().isValid() ? model_->NumberOf(tree_->currentIndex()) : 0;
-  symbols::OutlineFilter filter{.text = ToUtf8(filter_->text().trimmed())};
-  for (const StateBox& box : kBoxes) {
-    if (!states_[static_cast<std::size_t>(box.state)]->isChecked()) {
-      filter.states = static_cast<std::uint8_t>(filter.states & ~symbols::Bit(box.state));
-    }
-  }
-  model_->SetFilter(filter);
-  ExpandTree();
-  QModelIndex index = model_->IndexOf(before);
-  // The first thing that has something to show.
-  for (std::size_t node = 0; !index.isValid() && node < model_->Outline().size(); ++node) index = model_->IndexOf(node);
-  if (index.isValid()) tree_->setCurrentIndex(index);
-  TellPlace();
-}
-
-void CompareWindow::ExpandTree() {
-  if (model_->Outline().size() <= kMostOpen) {
-    tree_->expandAll();
-  } else if (model_->rowCount() == 1) {
-    tree_->expand(model_->index(0, 0));
-  }
 }
 
 // --------------------------------------------------------------------------------------------------- what is looked at
 
-void CompareWindow::ShowNode(const QModelIndex& index) {
-  if (following_ || !index.isValid() || compared_ == nullptr) return;
-  const ChangeNode& node = model_->NodeOf(index);
+void CompareWindow::ShowNode(const ChangeNode& node) {
+  if (following_ || compared_ == nullptr) return;
   ShowRows(node.module, node.project);
   ShowUses(node);
   if (node.module == kNone) return;
@@ -411,21 +272,8 @@ void CompareWindow::Step(int direction) {
   if (compared_ == nullptr) return;
   if (view_->StepChange(direction)) return;
   // On to the next module, or project, that the tree shows.
-  const auto& outline = model_->Outline();
-  std::vector<std::size_t> heads;
-  std::size_t here = outline.size();
-  for (std::size_t node = 0; node < outline.size(); ++node) {
-    const bool isHead =
-        outline[node].kind == ChangeNode::Kind::kModule || outline[node].kind == ChangeNode::Kind::kProject;
-    if (!isHead || !model_->IsShown(node)) continue;
-    if (outline[node].module == module_ && outline[node].project == project_) here = heads.size();
-    heads.push_back(node);
-  }
-  if (here == outline.size()) here = direction > 0 ? static_cast<std::size_t>(-1) : heads.size();
-  for (std::size_t at = here + static_cast<std::size_t>(direction); at < heads.size();
-       at += static_cast<std::size_t>(direction)) {
-    const ChangeNode& node = outline[heads[at]];
-    ShowRows(node.module, node.project);
+  for (const ChangeNode& head : tree_->HeadsFrom(module_, project_, direction)) {
+    ShowRows(head.module, head.project);
     if (!view_->StepChange(direction, true)) continue;
     SelectNodeAtCaret();
     return;
@@ -444,7 +292,7 @@ void CompareWindow::TellPlace() {
     text = QStringLiteral("Änderungen hier: %1").arg(changes.size());
   }
   place_->setText(text);
-  const bool canStep = compared_ != nullptr && !model_->Outline().empty();
+  const bool canStep = compared_ != nullptr && !tree_->IsEmpty();
   previous_->setEnabled(canStep);
   next_->setEnabled(canStep);
   toMain_->setEnabled(LoadedLineAtCaret().has_value());
@@ -452,26 +300,10 @@ void CompareWindow::TellPlace() {
 
 void CompareWindow::SelectNodeAtCaret() {
   if (following_ || compared_ == nullptr) return;
-  const symbols::Index routine = view_->Rows().RoutineAt(view_->CurrentRow());
-  const auto& outline = model_->Outline();
-  using Kind = ChangeNode::Kind;
-  std::size_t best = outline.size();
-  for (std::size_t node = 0; node < outline.size(); ++node) {
-    if (outline[node].module != module_ || outline[node].project != project_ || !model_->IsShown(node)) continue;
-    const Kind kind = outline[node].kind;
-    const bool isHead = kind == Kind::kModule || kind == Kind::kProject;
-    const bool isPiece =
-        routine == kNone ? kind == Kind::kOutside : kind == Kind::kRoutine && outline[node].routine == routine;
-    if (isPiece) best = node;
-    if (isHead && best == outline.size()) best = node;
-  }
-  if (best == outline.size()) return;
-  const QModelIndex index = model_->IndexOf(best);
-  if (index == tree_->currentIndex()) return;
   following_ = true;
-  tree_->setCurrentIndex(index);
+  const ChangeNode* reached = tree_->Select(module_, project_, view_->Rows().RoutineAt(view_->CurrentRow()));
   following_ = false;
-  ShowUses(outline[best]);
+  if (reached != nullptr) ShowUses(*reached);
 }
 
 // ------------------------------------------------------------------------------------------------------------ commands
@@ -493,20 +325,13 @@ void CompareWindow::WriteReport() {
   const QString file = SaveFileDialog(desk_.interaction, QStringLiteral("html"), "HTML-Bericht:html,htm;",
                                       FromUtf8(desk_.globals.LastProjectFolder), QStringLiteral("Vergleich"));
   if (file.isEmpty()) return;
-  const std::filesystem::path path = ToPath(file);
-  files::IdentitySet read;
-  for (const std::filesystem::path& each : compared_->files) read.Add(each);
-  if (read.Contains(path)) {
-    throw std::runtime_error("Aus dieser Datei wird gelesen, sie wird nicht überschrieben:\r\n" +
-                             files::PathText(path));
-  }
-  desk_.readFiles.Check({path});
+  desk_.readFiles.Check({ToPath(file)}, compared_->files);
   {
     const Working working(desk_.interaction);
     std::string html;
     output::WriteCompareHtml(compared_->States(), {ToUtf8(setup_.oldTitle), ToUtf8(setup_.newTitle)},
                              [&html](std::string_view piece) { html += piece; });
-    files::ReplaceFile(path, html);
+    files::ReplaceFile(ToPath(file), html);
   }
   desk_.interaction.Desktop().OpenInBrowser(file);
 }
@@ -567,11 +392,6 @@ void CompareWindow::ForgetLoaded() {
   // Its files may hold something else the next time.
   again_->hide();
   swap_->hide();
-}
-
-void CompareWindow::changeEvent(QEvent* event) {
-  QDialog::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && compared_ != nullptr) ShowFilters();
 }
 
 }  // namespace quillmate::ui

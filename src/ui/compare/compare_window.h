@@ -3,18 +3,14 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QLabel>
-#include <QLineEdit>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QStackedWidget>
-#include <QTimer>
-#include <QTreeView>
-#include <array>
 #include <memory>
 #include <optional>
 
 #include "compare_job.h"
-#include "compare_tree_model.h"
+#include "compare_progress.h"
+#include "compare_tree.h"
 #include "compare_use_list.h"
 #include "compare_view.h"
 #include "table_file.h"
@@ -49,26 +45,16 @@ class CompareWindow : public QDialog {
   /// A place of the project on screen is to be shown there: module and line of its understanding.
   void PlaceWanted(symbols::Index module, std::uint32_t line);
 
- protected:
-  void changeEvent(QEvent* event) override;
-
  private:
-  QWidget* MakeProgress();
   QWidget* MakeResult();
-  QWidget* MakeFilters();
   QWidget* MakeSteps();
   QWidget* MakeButtons();
   void AddKey(const QKeySequence& key, void (CompareWindow::*run)());
 
   void Begin();
   void TakeResult();
-  void ShowFailure(const QString& reason);
-  void ShowFilters();
-  void ApplyFilter();
-  void ExpandTree();
-  QString GapText() const;
 
-  void ShowNode(const QModelIndex& index);
+  void ShowNode(const symbols::ChangeNode& node);
   /// Shows a module change, or the facts of a project.
   void ShowRows(symbols::Index module, symbols::Index project);
   void ShowLine(const symbols::ComparedLine& line);
@@ -95,16 +81,11 @@ class CompareWindow : public QDialog {
   symbols::Index module_ = symbols::kNone, project_ = symbols::kNone;
   bool following_ = false;
 
-  QTimer clock_;
   QStackedWidget* pages_;
-  QLabel* status_;
-  QProgressBar* bar_;
+  CompareProgress* progress_;
   QLabel* summary_;
   QPushButton* problems_;
-  std::array<QCheckBox*, symbols::kChangeStateCount> states_{};
-  QLineEdit* filter_;
-  CompareTreeModel* model_;
-  QTreeView* tree_;
+  CompareTree* tree_;
   CompareView* view_;
   CompareUseList* uses_;
   QCheckBox* whole_;

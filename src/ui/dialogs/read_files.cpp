@@ -8,8 +8,10 @@
 
 namespace quillmate::ui {
 
-void ReadFiles::Check(const std::vector<std::filesystem::path>& written) const {
+void ReadFiles::Check(const std::vector<std::filesystem::path>& written,
+                      const std::vector<std::filesystem::path>& alsoRead) const {
   files::IdentitySet read;
+  for (const auto& file : alsoRead) read.Add(file);
   for (const auto& file : documents_.Files()) read.Add(file);
   if (session_.IsLoaded()) {
     for (const auto& name : codedb::ProjectFiles(session_.Folder())) read.Add(session_.Folder() / name);

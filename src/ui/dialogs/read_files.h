@@ -16,8 +16,10 @@ class ReadFiles {
   ReadFiles(const host::DocumentHost& documents, const project::Session& session)
       : documents_(documents), session_(session) {}
 
-  /// Throws std::runtime_error (German) when one of these paths, which are to be written, leads to such a file.
-  void Check(const std::vector<std::filesystem::path>& written) const;
+  /// Throws std::runtime_error (German) when one of the paths `written`, which are to be written, leads to such a file
+  /// or to one of `alsoRead`.
+  void Check(const std::vector<std::filesystem::path>& written,
+             const std::vector<std::filesystem::path>& alsoRead = {}) const;
 
  private:
   const host::DocumentHost& documents_;

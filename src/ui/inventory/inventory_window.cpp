@@ -10,7 +10,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include <quillmate/files/identity.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/replacement.h>
 #include <quillmate/inventory/report.h>
@@ -337,14 +336,7 @@ QString InventoryWindow::AskReport(const QString& extension, const char* filter)
   const QString file = SaveFileDialog(desk_.interaction, extension, filter, FromUtf8(desk_.globals.LastProjectFolder),
                                       QStringLiteral("Bestand"));
   if (file.isEmpty()) return file;
-  files::IdentitySet read;
-  read.Add(database_);
-  const std::filesystem::path path = ToPath(file);
-  if (read.Contains(path)) {
-    throw std::runtime_error("Aus dieser Datei wird gelesen, sie wird nicht überschrieben:\r\n" +
-                             files::PathText(path));
-  }
-  desk_.readFiles.Check({path});
+  desk_.readFiles.Check({ToPath(file)}, {database_});
   return file;
 }
 
