@@ -47,13 +47,36 @@ bool IsFolder(const fs::path& path) noexcept {
 /// The old state is gone already, and a power cut leaves one of the two whole either way.
 void KeepName(const fs::path& path) { static_cast<void>(FlushFolder(path.parent_path())); }
 
-std::error_code FlushNewFolder(const fs::path& folder, const std::vector<fs::path>& names) {
+/// The folder itself and all that is in it.
+struct FolderContent {
+  std::vector<fs::path> folders;
+  std::vector<fs::path> files;
+};
+
+std::error_code ListContent(const fs::path& top, FolderContent& content) {
   std::error_code error;
-  if (names.size() >= kManyFiles && FlushFileSystem(folder, error)) return error;
-  for (const fs::path& name : names) {
-    if ((error = FlushFile(folder / name))) return error;
+  content.folders = {top};
+  for (std::size_t next = 0; next < content.folders.size() && !error; ++next) {
+    const fs::path folder = content.folders[next];
+    for (FolderEntry& entry : FolderEntries(folder, error)) {
+      (entry.isFolder && !entry.isLink ? content.folders : content.files).push_back(std::move(entry.path));
+    }
   }
-  return FlushFolder(folder);
+  return error;
+}
+
+std::error_code FlushNewFolder(const fs::path& folder) {
+  FolderContent content;
+  if (const std::error_code error = ListContent(folder, content)) return error;
+  std::error_code error;
+  if (content.files.size() >= kManyFiles && FlushFileSystem(folder, error)) return error;
+  for (const fs::path& file : content.files) {
+    if ((error = FlushFile(file))) return error;
+  }
+  for (const fs::path& each : content.folders) {
+    if ((error = FlushFolder(each))) return error;
+  }
+  return error;
 }
 
 }  // namespace
@@ -178,7 +201,7 @@ struct FolderReplacement::State {
   void CheckNames(const std::vector<fs::path>& names, const std::vector<fs::path>& own) const {
     for (const fs::path& name : names) {
       if (!Exists(target / name)) continue;
-      if (IsFolder(target / name) || std::find(own.begin(), own.end(), name) == own.end()) {
+      if (IsFolder(target / name) || IsFolder(fresh / name) || std::find(own.begin(), own.end(), name) == own.end()) {
         throw FileError(FileAction::kWrite, target / name, std::make_error_code(std::errc::file_exists));
       }
     }
@@ -242,7 +265,7 @@ void FolderReplacement::Commit(const std::vector<fs::path>& own) {
     state_->CheckNames(names, own);
     state_->HandRightsOn(names, state_->InTarget(own));
   }
-  state_->Check(FlushNewFolder(state_->fresh, names));
+  state_->Check(FlushNewFolder(state_->fresh));
   if (state_->existed) {
     state_->ExchangeFiles(names, own);
   } else {

@@ -38,9 +38,8 @@ class Exports {
   /// Where the notes for the documentation come from, by module and line.
   void TakeNotes(std::function<std::vector<output::SiteNote>()> notes) { notes_ = std::move(notes); }
 
-  /// All pages into an existing folder.
-  void WriteSiteInto(const project::Understanding& known, const std::filesystem::path& folder,
-                     const output::SiteProgress& progress);
+  /// What the documentation says, as long as `known` lives; its pages are made from the files of the loaded project.
+  output::SiteProject SiteOf(const project::Understanding& known) { return ReadSite(known.Index(), known.Places()); }
 
   // RTF
   void ExportModuleRtf();

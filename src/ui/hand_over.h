@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QPointer>
+#include <QProgressDialog>
 #include <QString>
+#include <QTimer>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -8,11 +11,11 @@
 #include <vector>
 
 #include <quillmate/codedb/notes.h>
-#include <quillmate/export/cover_page.h>
 #include <quillmate/project/understanding.h>
 
 #include "exports.h"
 #include "hand_over_choice.h"
+#include "hand_over_job.h"
 #include "print_commands.h"
 #include "table_file.h"
 
@@ -21,7 +24,8 @@ class QWidget;
 namespace quillmate::ui {
 
 /// "Übergabe ...": everything about the loaded project for whoever takes it over, as one folder or zip file: the cover
-/// page, and as chosen the documentation, the code as PDF, the lists and the saved project.
+/// page, and as chosen the documentation, the code as PDF, the lists and the saved project. Made in the background; the
+/// user may go on, and leave the project.
 class HandOver : public QObject {
   Q_OBJECT
 
@@ -32,7 +36,7 @@ class HandOver : public QObject {
 
   /// Where the user's notes come from.
   void TakeNotes(std::function<std::vector<codedb::Note>()> notes) { notes_ = std::move(notes); }
-  /// Asks what, then where, and makes it.
+  /// Asks what, then where, and begins. While one is being made, that one is shown.
   void Ask(std::shared_ptr<const project::Understanding> known);
 
  signals:
@@ -40,14 +44,12 @@ class HandOver : public QObject {
   void AboutToCopy();
 
  private:
-  class Steps;
-
   void Run(const HandOverChoice& choice);
   std::filesystem::path ChooseTarget(bool zipped);
-  void Make(const HandOverChoice& choice, const std::filesystem::path& folder, Steps& steps);
-  void WriteLists(const std::filesystem::path& file);
   void CopyProject(const std::filesystem::path& folder);
-  void WriteCover(const std::filesystem::path& folder, std::vector<output::CoverPart> parts);
+  HandOverOrder OrderFor(const HandOverChoice& choice);
+  void ShowProgress();
+  void TakeResult();
 
   QWidget& window_;
   ListDesk desk_;
@@ -58,6 +60,9 @@ class HandOver : public QObject {
   std::shared_ptr<const project::Understanding> known_;
   /// As chosen last.
   HandOverChoice choice_;
+  QPointer<HandOverJob> job_;
+  QPointer<QProgressDialog> progress_;
+  QTimer clock_;
 };
 
 }  // namespace quillmate::ui

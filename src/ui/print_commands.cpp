@@ -1,34 +1,17 @@
 #include "print_commands.h"
 
 #include <QBuffer>
-#include <QFile>
-#include <QPageLayout>
 #include <QPdfWriter>
-#include <memory>
-#include <stdexcept>
 #include <utility>
 #include <vector>
 
 #include <quillmate/files/replacement.h>
 
+#include "project_pdf.h"
 #include "qt_text.h"
 #include "save_dialog.h"
 
 namespace quillmate::ui {
-namespace {
-
-constexpr int kPdfResolution = 600;
-constexpr QMarginsF kMargins(20, 15, 15, 15);
-
-void SetUp(QPdfWriter& writer, const QString& title) {
-  writer.setResolution(kPdfResolution);
-  writer.setPageSize(QPageSize(QPageSize::A4));
-  writer.setPageMargins(kMargins, QPageLayout::Millimeter);
-  writer.setTitle(title);
-  writer.setCreator(QStringLiteral("Quillmate"));
-}
-
-}  // namespace
 
 PrintCommands::PrintCommands(QWidget& window, const ListDesk& desk, const CodeArea& code)
     : window_(window), desk_(desk), code_(code) {}
@@ -52,13 +35,7 @@ void PrintCommands::Ask(const char* title, const char* action, Work work) {
 }
 
 PrintedPart PrintCommands::ModulePart(codedb::ViewIndex view, const QString& title) {
-  navigation::CodeViews& views = desk_.session.Views();
-  const navigation::CodeView& code = views.View(view);
-  std::size_t end = code.LineCount();
-  // The empty lines after the code are not worth paper.
-  while (end > 1 && code.LineStart(end - 1) + 2 >= (end < code.LineCount() ? code.LineStart(end) : code.Length()))
-    --end;
-  return {title, &code, &views.Runs(view), 0, end, notes_ ? notes_(view) : std::vector<LineMark>()};
+  return PartOfModule(desk_.session.Views(), view, title, notes_ ? notes_(view) : std::vector<LineMark>());
 }
 
 PrintedPart PrintCommands::VisiblePart(PrintedWhat what) {
@@ -130,29 +107,26 @@ void PrintCommands::RunPdf(const PrintChoice& choice) {
   bytes.open(QIODevice::WriteOnly);
   {
     QPdfWriter writer(&bytes);
-    SetUp(writer, name);
+    SetUpPdf(writer, name);
     PrintCode(writer, job);
   }
   desk_.readFiles.Check({ToPath(file)});
   files::ReplaceFile(ToPath(file), bytes.data().toStdString());
 }
 
-bool PrintCommands::WriteProjectPdf(const std::filesystem::path& file, std::function<bool(int, int)> progress) {
+ProjectPdf PrintCommands::WholeProject() {
   PrintChoice choice;
   choice.what = PrintedWhat::kProject;
-  PrintJob job = JobOf(choice);
-  job.progress = std::move(progress);
-  QFile pdf(FromPath(file));
-  if (!pdf.open(QIODevice::WriteOnly)) {
-    throw std::runtime_error(ToUtf8(FromPath(file) + QStringLiteral(": ") + pdf.errorString()));
+  ProjectPdf project;
+  project.job = JobOf(choice);
+  project.job.part = nullptr;
+  project.job.progress = nullptr;
+  for (std::size_t i = 0; i < project.job.parts; ++i) {
+    const navigation::TreeNode& node = desk_.session.Tree()->nodes[i];
+    const codedb::ViewIndex view = codedb::ViewOf(node.module);
+    project.modules.push_back({view, FromCode(node.text), notes_ ? notes_(view) : std::vector<LineMark>()});
   }
-  QPdfWriter writer(&pdf);
-  SetUp(writer, job.project);
-  const bool isWhole = PrintCode(writer, job);
-  if (pdf.error() != QFileDevice::NoError) {
-    throw std::runtime_error(ToUtf8(FromPath(file) + QStringLiteral(": ") + pdf.errorString()));
-  }
-  return isWhole;
+  return project;
 }
 
 }  // namespace quillmate::ui

@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <QPagedPaintDevice>
-#include <filesystem>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "code_area.h"
 #include "code_printing.h"
 #include "print_choice.h"
+#include "project_pdf.h"
 #include "table_file.h"
 
 class QWidget;
@@ -30,8 +30,8 @@ class PrintCommands : public QObject {
   void Print();
   void Preview();
   void SavePdf();
-  /// The whole project as a new file; false when `progress` ended it. What that throws goes on to the caller.
-  bool WriteProjectPdf(const std::filesystem::path& file, std::function<bool(int page, int pages)> progress);
+  /// The loaded project for a PDF that is made elsewhere.
+  ProjectPdf WholeProject();
 
  private:
   using Work = void (PrintCommands::*)(const PrintChoice& choice);

@@ -38,11 +38,6 @@ output::SiteProject Exports::ReadSite(const symbols::ReferenceIndex& understandi
   return project;
 }
 
-void Exports::WriteSiteInto(const project::Understanding& known, const fs::path& folder,
-                            const output::SiteProgress& progress) {
-  output::WriteSite(ReadSite(known.Index(), known.Places()), settings::LookOf(globals_.Options), folder, progress);
-}
-
 void Exports::WriteDocumentation(const project::Understanding* known) {
   const QString chosen = interaction_.Desktop().ChooseFolder(
       QStringLiteral("Bitte Ordner für die HTML-Dokumentation auswählen"), FromUtf8(globals_.LastProjectFolder));
@@ -58,8 +53,7 @@ void Exports::WriteDocumentation(const project::Understanding* known) {
       loaded = symbols::LoadSources(session_.Index(), session_.Files(), symbols::HostOfProgram(globals_.HostName));
       made = symbols::ReferenceIndex::Build(std::move(loaded.sources));
     }
-    const output::SiteProject project =
-        known == nullptr ? ReadSite(made, loaded.places) : ReadSite(known->Index(), known->Places());
+    const output::SiteProject project = known == nullptr ? ReadSite(made, loaded.places) : SiteOf(*known);
     output::WriteSite(project, settings::LookOf(globals_.Options), folder.Path(),
                       [this](std::size_t done, std::size_t total) {
                         interaction_.ShowProgress("HTML-Dokumentation: Modul " + std::to_string(done) + " von " +

@@ -56,6 +56,23 @@ TEST(FolderReplacement, OwnFilesAndNoOthers) {
   EXPECT_EQ(Names(folder.Path()), "Projekt");
 }
 
+TEST(FolderReplacement, FoldersComeInANewFolderOnly) {
+  const ScratchFolder folder;
+  const fs::path target = folder / "neu";
+  for (const bool isNew : {true, false}) {
+    FolderReplacement made(target);
+    Fill(made.Path() / "tief" / "tiefer", {{"a", "1"}, {"b", "2"}});
+    Fill(made.Path(), {{"oben", "3"}});
+    if (isNew) {
+      made.Commit();
+    } else {
+      EXPECT_THROW(made.Commit({"oben", "tief"}), FileError);
+    }
+  }
+  EXPECT_EQ(FilesIn(target / "tief" / "tiefer"), (Files{{"a", "1"}, {"b", "2"}}));
+  EXPECT_EQ(Names(target), "oben tief");
+}
+
 TEST(FolderReplacement, TheCurrentFolderStaysTheCurrentOne) {
   const ScratchFolder folder;
   const fs::path target = folder / "hier";

@@ -27,6 +27,10 @@ class HandOverTest : public WindowTest {
     if (zipped) dialog.findChild<QRadioButton*>("optUebergabeZip")->setChecked(true);
     dialog.findChild<QAbstractButton*>("cmdUebergabe")->click();
   }
+  /// It is made in the background.
+  void Await() {
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Window().findChild<QProgressDialog*>() == nullptr; }, 60'000));
+  }
   std::vector<std::string> Names(const char* folder) {
     std::vector<std::string> names;
     for (const auto& entry : fs::directory_iterator(Folder("Ziel") / files::PathFromText(folder))) {
@@ -42,6 +46,7 @@ TEST_F(HandOverTest, FolderHoldsEverythingAndOpensAgain) {
   Click(Tree("treProjekt"), ProjectNode(0));
   Trigger("mnuLesen_Lesezeichen");
   HandOver(false);
+  Await();
   const std::vector<std::string> folders = Names("");
   ASSERT_EQ(folders.size(), 1U);
   EXPECT_TRUE(platform.TakeText().startsWith("Die Übergabe steht in"));
@@ -58,6 +63,7 @@ TEST_F(HandOverTest, FolderHoldsEverythingAndOpensAgain) {
   Trigger("mnuBearbeiten_Suchen_Alle");
 
   HandOver(false, {"chkUebergabeSeiten", "chkUebergabePdf", "chkUebergabeProjekt"});
+  Await();
   EXPECT_EQ(Names("").size(), 2U) << "an earlier one stays";
   EXPECT_EQ(Names((folders[0] + " (2)").c_str()), (std::vector<std::string>{"Listen.xlsx", "Übersicht.html"}));
   LeaveProject();
@@ -71,19 +77,44 @@ TEST_F(HandOverTest, FolderHoldsEverythingAndOpensAgain) {
 TEST_F(HandOverTest, ZipIsWholeOrNotThere) {
   const fs::path zip = Folder("Ziel") / "Alles.zip";
   platform.saveFiles = {Text(zip), Text(zip)};
-  platform.onClock = [this] {
-    if (auto* progress = Window().findChild<QProgressDialog*>()) progress->cancel();
-  };
   HandOver(true);
+  Window().findChild<QProgressDialog*>()->findChild<QAbstractButton*>()->click();
+  Trigger("mnuDatei_Uebergabe");
+  EXPECT_EQ(Window().findChild<QDialog*>("frmUebergabe"), nullptr) << "one at a time";
+  Await();
   EXPECT_EQ(Names(""), std::vector<std::string>());
   EXPECT_EQ(platform.TakeText(), "") << "who cancels needs no message";
-  platform.onClock = nullptr;
   HandOver(true);
+  Await();
   EXPECT_EQ(Names(""), std::vector<std::string>{"Alles.zip"});
   const std::string bytes = files::ReadWholeFile(zip);
   for (const char* name : {"Alles/Code.pdf", "Alles/Dokumentation/index.html", "Alles/Projekt/Quillmate.mdb"}) {
     EXPECT_NE(bytes.find(name), std::string::npos) << name;
   }
+}
+
+TEST_F(HandOverTest, TheProjectMayBeLeftMeanwhile) {
+  platform.folders = {Text(Folder("Ziel"))};
+  HandOver(false);
+  LeaveProject();
+  EXPECT_EQ(Tree("treProjekt").model()->rowCount(), 0);
+  platform.messages.clear();
+  Await();
+  EXPECT_TRUE(platform.TakeText().startsWith("Die Übergabe steht in"));
+  const fs::path made = Folder("Ziel") / files::PathFromText(Names("").at(0));
+  platform.folders = {Text(made / "Projekt")};
+  Trigger("mnuÖffnen");
+  EXPECT_EQ(Tree("treProjekt").model()->rowCount(), 2);
+  EXPECT_TRUE(fs::exists(made / "Dokumentation" / "index.html"));
+}
+
+TEST_F(HandOverTest, WhatCantBeMadeLeavesNothing) {
+  platform.folders = {Text(Folder("Ziel"))};
+  fs::remove(globals.TempFolder / codedb::ModuleTextPath({}, {1}));
+  HandOver(false);
+  EXPECT_EQ(platform.messages.size(), 1U);
+  EXPECT_EQ(Names(""), std::vector<std::string>());
+  EXPECT_EQ(Window().findChild<QProgressDialog*>(), nullptr);
 }
 
 }  // namespace

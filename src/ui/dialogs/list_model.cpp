@@ -87,11 +87,16 @@ QVariant ListModel::headerData(int section, Qt::Orientation orientation, int rol
 void ListModel::sort(int column, Qt::SortOrder direction) {
   emit layoutAboutToBeChanged();
   std::iota(order_.begin(), order_.end(), 0U);
-  if (column >= 0 && source_.columns[static_cast<std::size_t>(column)].isNumber) {
+  const ListColumn* by = column < 0 ? nullptr : &source_.columns[static_cast<std::size_t>(column)];
+  if (by != nullptr && by->isRanked && rows_.rank) {
+    std::vector<int> keys;
+    for (std::size_t row = 0; row < rows_.count; ++row) keys.push_back(rows_.rank(row));
+    SortBy(order_, keys, direction, std::less<>());
+  } else if (by != nullptr && by->isNumber) {
     std::vector<qlonglong> keys;
     for (std::size_t row = 0; row < rows_.count; ++row) keys.push_back(rows_.cell(row, column).toLongLong());
     SortBy(order_, keys, direction, std::less<>());
-  } else if (column >= 0) {
+  } else if (by != nullptr) {
     std::vector<std::string> keys;
     for (std::size_t row = 0; row < rows_.count; ++row) keys.push_back(ToUtf8(rows_.cell(row, column).toString()));
     SortBy(order_, keys, direction,

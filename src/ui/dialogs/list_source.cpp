@@ -1,10 +1,9 @@
 #include "list_source.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
-#include <quillmate/checks/checks.h>
-#include <quillmate/checks/metrics.h>
 #include <quillmate/symbols/unused.h>
 
 #include "qt_text.h"
@@ -19,6 +18,7 @@ using symbols::SymbolId;
 constexpr int kSortSign = 5;
 
 ListColumn Text(const char* title, int width) { return {FromUtf8(title), width, false, {}}; }
+ListColumn Ranked(const char* title, int width) { return {FromUtf8(title), width, false, {}, true}; }
 ListColumn Number(std::string_view title, std::string_view explanation = {}) {
   const QString text = FromUtf8(title);
   return {text, static_cast<int>(text.size()) + kSortSign, true, FromUtf8(explanation)};
@@ -27,6 +27,13 @@ ListColumn Number(std::string_view title, std::string_view explanation = {}) {
 qlonglong ShownLine(const project::Understanding& known, symbols::Index module, std::uint32_t line) {
   const std::uint32_t shown = known.ShownLine(module, line);
   return shown > 0 ? shown : known.Index().EditorLine(module, line);
+}
+
+/// How surely it can go: what somebody outside the code may use comes last.
+int CertaintyRank(symbols::Grade grade) {
+  using enum symbols::Grade;
+  constexpr symbols::Grade kOrder[] = {kCertain, kSelf, kWritten, kInactive, kPossible, kText, kHost};
+  return static_cast<int>(std::ranges::find(kOrder, grade) - std::begin(kOrder));
 }
 
 QVariant UnusedCell(const project::Understanding& known, const symbols::UnusedSymbol& unused, int column) {
@@ -96,12 +103,25 @@ QVariant FindingCell(const project::Understanding& known, const checks::Finding&
   }
 }
 
-ListRows FindFindings(const std::shared_ptr<const project::Understanding>& known, const std::atomic<bool>* cancelled) {
-  auto found = std::make_shared<std::vector<checks::Finding>>(checks::RunChecks(known->Index(), {}, 0, cancelled));
-  std::ranges::stable_sort(*found, {}, [](const checks::Finding& one) { return checks::InfoOf(one.check).severity; });
+ListRows FindAllUnused(const std::shared_ptr<const project::Understanding>& known) {
+  auto found = std::make_shared<const std::vector<symbols::UnusedSymbol>>(symbols::FindUnused(known->Index()));
+  ListRows rows;
+  rows.count = found->size();
+  rows.cell = [known, found](std::size_t row, int column) { return UnusedCell(*known, (*found)[row], column); };
+  rows.rank = [found](std::size_t row) { return CertaintyRank((*found)[row].grade); };
+  rows.place = [known, found](std::size_t row) { return known->NameOf((*found)[row].symbol); };
+  return rows;
+}
+
+}  // namespace
+
+ListRows RowsOf(const std::shared_ptr<const project::Understanding>& known, std::vector<checks::Finding> findings) {
+  std::ranges::stable_sort(findings, {}, [](const checks::Finding& one) { return checks::InfoOf(one.check).severity; });
+  const auto found = std::make_shared<const std::vector<checks::Finding>>(std::move(findings));
   ListRows rows;
   rows.count = found->size();
   rows.cell = [known, found](std::size_t row, int column) { return FindingCell(*known, (*found)[row], column); };
+  rows.rank = [found](std::size_t row) { return static_cast<int>(checks::InfoOf((*found)[row].check).severity); };
   rows.place = [found](std::size_t row) {
     const checks::Finding& finding = (*found)[row];
     return project::TextStretch{{finding.module, finding.line, finding.column > 0 ? finding.column : 1}, 0};
@@ -109,30 +129,21 @@ ListRows FindFindings(const std::shared_ptr<const project::Understanding>& known
   return rows;
 }
 
-ListRows FindAllUnused(const std::shared_ptr<const project::Understanding>& known) {
-  auto found = std::make_shared<const std::vector<symbols::UnusedSymbol>>(symbols::FindUnused(known->Index()));
+ListRows RowsOf(const std::shared_ptr<const project::Understanding>& known,
+                std::shared_ptr<const checks::Metrics> metrics) {
   ListRows rows;
-  rows.count = found->size();
-  rows.cell = [known, found](std::size_t row, int column) { return UnusedCell(*known, (*found)[row], column); };
-  rows.place = [known, found](std::size_t row) { return known->NameOf((*found)[row].symbol); };
-  return rows;
-}
-
-ListRows FindMetrics(const std::shared_ptr<const project::Understanding>& known) {
-  auto found = std::make_shared<const checks::Metrics>(checks::Measure(known->Index()));
-  ListRows rows;
-  rows.count = found->routines.size();
-  rows.cell = [known, found](std::size_t row, int column) { return MetricCell(*known, found->routines[row], column); };
-  rows.place = [known, found](std::size_t row) {
-    const checks::RoutineNumbers& numbers = found->routines[row];
+  rows.count = metrics->routines.size();
+  rows.cell = [known, metrics](std::size_t row, int column) {
+    return MetricCell(*known, metrics->routines[row], column);
+  };
+  rows.place = [known, metrics](std::size_t row) {
+    const checks::RoutineNumbers& numbers = metrics->routines[row];
     const SymbolId symbol = known->Index().RoutineSymbol(numbers.module, numbers.routine);
     const std::uint32_t first = known->Index().Code(numbers.module).routines[numbers.routine].firstLine;
     return symbol == symbols::kNone ? project::TextStretch{{numbers.module, first, 1}, 0} : known->NameOf(symbol);
   };
   return rows;
 }
-
-}  // namespace
 
 void WriteRow(const ListSource& list, const ListRows& rows, std::size_t row, output::TableSink& sink) {
   for (std::size_t column = 0; column < list.columns.size(); ++column) {
@@ -162,9 +173,11 @@ ListSource FindingList(const std::shared_ptr<const project::Understanding>& know
   list.title = QStringLiteral("Befunde");
   list.nothing = QStringLiteral("Es gibt keine Befunde.");
   list.waiting = QStringLiteral("Befunde werden ermittelt ...");
-  list.columns = {Text("Schwere", 12), Text("Modul", 22), Text("Routine", 30), Number("Zeile"),
-                  Text("Befund", 56),  Text("Rat", 44),   Text("Gruppe", 12),  Text("Kennung", 18)};
-  list.find = [known](const std::atomic<bool>* cancelled) { return FindFindings(known, cancelled); };
+  list.columns = {Ranked("Schwere", 12), Text("Modul", 22), Text("Routine", 30), Number("Zeile"),
+                  Text("Befund", 56),    Text("Rat", 44),   Text("Gruppe", 12),  Text("Kennung", 18)};
+  list.find = [known](const std::atomic<bool>* cancelled) {
+    return RowsOf(known, checks::RunChecks(known->Index(), {}, 0, cancelled));
+  };
   return list;
 }
 
@@ -174,8 +187,8 @@ ListSource UnusedList(const std::shared_ptr<const project::Understanding>& known
   list.title = QStringLiteral("Unbenutztes");
   list.nothing = QStringLiteral("Alles, was das Projekt deklariert, wird benutzt.");
   list.waiting = QStringLiteral("Unbenutztes wird gesucht ...");
-  list.columns = {Text("Modul", 20), Text("Name", 26),   Text("Art", 14),   Text("In", 20),
-                  Number("Zeile"),   Text("Klasse", 12), Text("Grund", 34), Text("Stelle", 24)};
+  list.columns = {Text("Modul", 20), Text("Name", 26),     Text("Art", 14),   Text("In", 20),
+                  Number("Zeile"),   Ranked("Klasse", 12), Text("Grund", 34), Text("Stelle", 24)};
   list.find = [known](const std::atomic<bool>*) { return FindAllUnused(known); };
   return list;
 }
@@ -190,7 +203,9 @@ ListSource MetricList(const std::shared_ptr<const project::Understanding>& known
   for (const checks::MetricDefinition& metric : checks::kRoutineDefinitions) {
     list.columns.push_back(Number(metric.name, metric.definition));
   }
-  list.find = [known](const std::atomic<bool>*) { return FindMetrics(known); };
+  list.find = [known](const std::atomic<bool>*) {
+    return RowsOf(known, std::make_shared<const checks::Metrics>(checks::Measure(known->Index())));
+  };
   return list;
 }
 

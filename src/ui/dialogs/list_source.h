@@ -9,6 +9,8 @@
 #include <optional>
 #include <vector>
 
+#include <quillmate/checks/checks.h>
+#include <quillmate/checks/metrics.h>
 #include <quillmate/export/table.h>
 #include <quillmate/project/understanding.h>
 
@@ -22,12 +24,16 @@ struct ListColumn {
   bool isNumber = false;
   /// What the column says, for its tooltip; may be empty.
   QString explanation{};
+  /// Sorted by rank: most severe, most certain first.
+  bool isRanked = false;
 };
 
 struct ListRows {
   std::size_t count = 0;
   /// A text, or a number in the columns of numbers.
   std::function<QVariant(std::size_t row, int column)> cell;
+  /// In the column that has ranks; the first is the least.
+  std::function<int(std::size_t row)> rank{};
   /// Where a row leads.
   std::function<project::TextStretch(std::size_t row)> place;
 };
@@ -51,6 +57,12 @@ struct ListSource {
 /// All rows of a list in their order, and one of them.
 output::Table TableOf(const ListSource& list, const ListRows& rows);
 void WriteRow(const ListSource& list, const ListRows& rows, std::size_t row, output::TableSink& sink);
+
+/// Findings as rows, the most severe first.
+ListRows RowsOf(const std::shared_ptr<const project::Understanding>& known, std::vector<checks::Finding> findings);
+/// The routines of a measurement as rows.
+ListRows RowsOf(const std::shared_ptr<const project::Understanding>& known,
+                std::shared_ptr<const checks::Metrics> metrics);
 
 /// Everything that nothing uses, of every kind, with the reason.
 ListSource UnusedList(const std::shared_ptr<const project::Understanding>& known);

@@ -66,7 +66,7 @@ class FolderReplacement {
 
   /// The target with all links followed.
   const std::filesystem::path& Target() const noexcept;
-  /// Where the new files are to be made; no folders.
+  /// Where the new files are to be made; folders only where the target does not exist yet.
   const std::filesystem::path& Path() const noexcept;
   /// The names of the new files.
   std::vector<std::filesystem::path> Names() const;
