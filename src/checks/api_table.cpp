@@ -99,10 +99,24 @@ constexpr std::array kCallbacks{Callback{"SetTimer", "PLPL-"},           Callbac
                                 Callback{"SetWindowLongPtr", "PLPPP"},   Callback{"EnumFontFamilies", "PPLPL"},
                                 Callback{"EnumFontFamiliesEx", "PPLPL"}, Callback{"EnumDisplayMonitors", "PPPPL"}};
 
-constexpr std::array<std::string_view, 27> kPointerNames{
-    "hwnd",  "hdc",     "hinst",     "hmod",  "hprocess", "hthread", "hmenu",   "hbitmap", "hbmp",
-    "hicon", "hcursor", "hkey",      "hfile", "hmem",     "hhook",   "hhk",     "hfont",   "hbrush",
-    "lpfn",  "pfn",     "lpprevwnd", "pidl",  "lpthread", "howner",  "hgdiobj", "hrgn",    "hwindow"};
+constexpr std::array kPointerNames = std::to_array<std::string_view>(
+    {"hwnd",    "hwindow",   "howner",   "hparent", "hchild",   "hdlg",     "hdesktop", "hdc",      "hsrcdc",
+     "hdestdc", "hmemdc",    "hinst",    "hmod",    "hlib",     "hdll",     "hprocess", "hthread",  "htoken",
+     "hsnap",   "hevent",    "hmutex",   "hpipe",   "hstd",     "hfile",    "hfind",    "hmem",     "hglobal",
+     "hlocal",  "hheap",     "hrsrc",    "hmenu",   "hsub",     "hbit",     "hbmp",     "hdib",     "hpic",
+     "himage",  "himl",      "hicon",    "hcurs",   "hfont",    "hbrush",   "hpen",     "hpal",     "hrgn",
+     "hgdiobj", "hobj",      "hmonitor", "htheme",  "hkey",     "hhook",    "hhk",      "hprinter", "hdev",
+     "hdrop",   "hinternet", "hinet",    "hopen",   "hconnect", "hsession", "hrequest", "hftp",     "hcrypt",
+     "hprov",   "hconv",     "hwave",    "hmidi",   "hitem",    "lparam",   "wparam",   "pfn",      "pidl"});
+
+/// "lpParameters", "lpszName", never "lPixel".
+bool IsLongPointer(std::string_view name) {
+  if (!name.starts_with("lp") || name.size() < 3) return false;
+  const std::string_view rest = name.substr(2);
+  if (rest[0] >= 'A' && rest[0] <= 'Z') return true;
+  return std::ranges::any_of(std::to_array<std::string_view>({"sz", "str", "dw", "fn", "sec", "v"}),
+                             [=](std::string_view start) { return rest.starts_with(start); });
+}
 
 }  // namespace
 
@@ -132,7 +146,8 @@ std::optional<std::string_view> CallbackOf(std::string_view api) {
 
 bool SoundsLikePointer(std::string_view name) {
   const std::string lower = Lower(name);
-  return std::ranges::any_of(kPointerNames, [&](std::string_view start) { return lower.starts_with(start); });
+  return IsLongPointer(name) ||
+         std::ranges::any_of(kPointerNames, [&](std::string_view start) { return lower.starts_with(start); });
 }
 
 }  // namespace quillmate::checks

@@ -15,6 +15,11 @@ struct ApiParameter {
   language::BuiltinType type;
   bool byVal;
   bool pointer;  ///< LongPtr
+
+  /// Whether Windows gets an address: of a text, of anything handed over by reference.
+  bool IsAddress() const {
+    return pointer || !byVal || type == language::BuiltinType::kString || type == language::BuiltinType::kAny;
+  }
 };
 
 struct ApiFunction {

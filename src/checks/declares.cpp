@@ -35,17 +35,20 @@ std::string_view ExportedName(const language::Module& code, const Declaration& d
 
 bool IsNarrow(BuiltinType type) { return type == BuiltinType::kLong || type == BuiltinType::kInteger; }
 
+/// Whether a parameter has too few bytes: for an address that is handed over by its value (`ByVal lpRect As Long`), or
+/// for a pointer that Windows writes. A pointer to a Long may be where a pointer is handed over by its value.
+bool IsTooNarrow(const Declaration& parameter, const ApiParameter& known) {
+  if (!IsNarrow(parameter.type)) return false;
+  const bool byVal = (parameter.flags & declaration_flag::kByVal) != 0;
+  return byVal ? known.IsAddress() : known.pointer && !known.byVal;
+}
+
 /// Parameters that have to be pointers and are not: „hWnd“, „lParam“ und das Ergebnis.
 std::string NarrowParts(const language::Module& code, const Declaration& declared, const ApiFunction& api) {
   std::vector<std::string> parts;
-  if (declared.childCount == api.parameters.size()) {
-    for (std::uint32_t i = 0; i < declared.childCount; ++i) {
-      const Declaration& parameter = code.declarations[declared.firstChild + i];
-      const bool byVal = (parameter.flags & declaration_flag::kByVal) != 0;
-      // A pointer to a Long may be where a pointer is handed over by its value.
-      if (!api.parameters[i].pointer || !IsNarrow(parameter.type) || byVal != api.parameters[i].byVal) continue;
-      parts.push_back(InQuotes(code.Spelling(parameter)));
-    }
+  for (std::uint32_t i = 0; i < declared.childCount; ++i) {
+    const Declaration& parameter = code.declarations[declared.firstChild + i];
+    if (IsTooNarrow(parameter, api.parameters[i])) parts.push_back(InQuotes(code.Spelling(parameter)));
   }
   if (api.result == BuiltinType::kLongPtr && IsNarrow(declared.type)) parts.emplace_back("das Ergebnis");
   std::string text;
@@ -60,6 +63,13 @@ std::string RightDeclaration(const language::Module& code, const Declaration& de
 }
 
 void CheckKnown(ModuleView& view, const Declaration& declared, const ApiFunction& api) {
+  if (declared.childCount != api.parameters.size()) {
+    return view.ReportDeclaration(CheckId::kApiSignature, declared,
+                                  view.Named(declared) + " hat " + std::to_string(declared.childCount) +
+                                      " Parameter, " + InQuotes(api.name) + " von Windows aber " +
+                                      std::to_string(api.parameters.size()) + ".",
+                                  RightDeclaration(view.code, declared, api));
+  }
   const std::string parts = NarrowParts(view.code, declared, api);
   if (parts.empty()) return;
   const bool several = parts.find(" und ") != std::string::npos || parts.find(", ") != std::string::npos;
@@ -73,7 +83,11 @@ void CheckByName(ModuleView& view, const Declaration& declared) {
   for (std::uint32_t i = 0; i < declared.childCount; ++i) {
     const Declaration& parameter = view.code.declarations[declared.firstChild + i];
     const bool byVal = (parameter.flags & declaration_flag::kByVal) != 0;
-    if (!byVal || parameter.type != BuiltinType::kLong || !SoundsLikePointer(view.code.Spelling(parameter))) continue;
+    std::string_view name = view.code.Spelling(parameter);
+    // Handed over by reference, "phToken" is where Windows puts a handle.
+    if (!byVal && !name.starts_with("ph")) continue;
+    if (!byVal) name.remove_prefix(1);
+    if (parameter.type != BuiltinType::kLong || !SoundsLikePointer(name)) continue;
     view.ReportDeclaration(CheckId::kPointerAsLong, parameter,
                            view.Named(parameter) + " in " + view.Named(declared) +
                                " ist dem Namen nach ein Zeiger oder Handle, aber als Long deklariert.");
@@ -148,6 +162,17 @@ std::string NarrowInCallback(const language::Module& code, const Declaration& ro
   return parts;
 }
 
+/// The same by the names of the parameters alone.
+std::string NarrowByName(const language::Module& code, const Declaration& routine) {
+  std::string parts;
+  for (std::uint32_t i = 0; i < routine.childCount; ++i) {
+    const Declaration& parameter = code.declarations[routine.firstChild + i];
+    if (parameter.type != BuiltinType::kLong || !SoundsLikePointer(code.Spelling(parameter))) continue;
+    parts.append(parts.empty() ? "" : ", ").append(InQuotes(code.Spelling(parameter)));
+  }
+  return parts;
+}
+
 }  // namespace
 
 void CheckCallbacks(ModuleView& view) {
@@ -158,9 +183,17 @@ void CheckCallbacks(ModuleView& view) {
     if (routine == nullptr || !IsRoutine(routine->kind)) continue;
     std::string_view api;
     const std::string_view* const signature = SignatureAround(view, use, api);
-    if (signature == nullptr) continue;
-    const std::string parts =
-        NarrowInCallback(view.index.Code(routine->module), *view.DeclarationOf(*routine), *signature);
+    const language::Module& code = view.index.Code(routine->module);
+    const Declaration& declared = *view.DeclarationOf(*routine);
+    if (signature == nullptr) {
+      if (const std::string parts = NarrowByName(code, declared); !parts.empty()) {
+        view.ReportUse(CheckId::kPointerAsLong, use,
+                       view.Named(view.code.uses[use]) + " wird von außen gerufen; dem Namen nach sind Zeiger oder " +
+                           "Handles, aber als Long deklariert: " + parts + ".");
+      }
+      continue;
+    }
+    const std::string parts = NarrowInCallback(code, declared, *signature);
     if (parts.empty()) continue;
     view.ReportUse(CheckId::kCallbackAsLong, use,
                    "Windows ruft " + view.Named(view.code.uses[use]) + " über " + InQuotes(api) +
@@ -172,20 +205,40 @@ void CheckCallbacks(ModuleView& view) {
 
 namespace {
 
+bool IsPointerFunction(const ModuleView& view, Index use) {
+  const Known name = view.GlobalName(use);
+  return name == Known::kVarPtr || name == Known::kStrPtr || name == Known::kObjPtr;
+}
+
 /// What gives a pointer: VarPtr and its kin, a Declare or a routine whose result is LongPtr.
 bool GivesPointer(const ModuleView& view, Index use) {
-  switch (view.GlobalName(use)) {
-    case Known::kVarPtr:
-    case Known::kStrPtr:
-    case Known::kObjPtr:
-      return true;
-    default:
-      break;
-  }
+  if (IsPointerFunction(view, use)) return true;
   const Symbol* const symbol = view.SureSymbol(use);
   if (symbol == nullptr) return false;
   const Declaration* const declared = view.DeclarationOf(*symbol);
   return declared != nullptr && declared->type == BuiltinType::kLongPtr;
+}
+
+/// `VarPtr(a(0)) + 4`: a pointer still, while the difference of two is a number. The use is the first thing behind "=".
+bool IsMovedPointer(const ModuleView& view, Index use) {
+  const std::vector<language::Token>& tokens = view.code.tokens;
+  auto token = std::ranges::lower_bound(tokens, view.code.uses[use].offset, {}, &language::Token::offset);
+  const auto is = [&](language::Operator sign) {
+    return token != tokens.end() && token->kind == language::TokenKind::kOperator &&
+           token->detail == static_cast<std::uint8_t>(sign);
+  };
+  if (token == tokens.begin() || token == tokens.end()) return false;
+  --token;
+  if (!is(language::Operator::kEqual)) return false;
+  token += 2;
+  if (!is(language::Operator::kOpen)) return false;
+  for (std::size_t depth = 0; token != tokens.end(); ++token) {
+    if (is(language::Operator::kOpen)) ++depth;
+    if (is(language::Operator::kClose) && --depth == 0) break;
+  }
+  if (token == tokens.end()) return false;
+  ++token;
+  return is(language::Operator::kPlus);
 }
 
 }  // namespace
@@ -204,7 +257,8 @@ void CheckPointers(ModuleView& view) {
     for (Index value = target + 1; value < code.uses.size() && value < logicalEnd; ++value) {
       if (code.uses[value].routine != code.uses[target].routine || code.uses[value].role == Role::kLetTarget) break;
       if (code.uses[value].line > code.uses[target].line + 1) break;
-      if ((code.uses[value].flags & use_flag::kWholeValue) == 0) continue;
+      const bool whole = (code.uses[value].flags & use_flag::kWholeValue) != 0;
+      if (!whole && !(IsPointerFunction(view, value) && IsMovedPointer(view, value))) continue;
       if (!GivesPointer(view, value)) break;
       view.ReportUse(CheckId::kPointerInLong, target,
                      view.Named(code.uses[target]) + " ist Long, bekommt aber mit " + view.Named(code.uses[value]) +

@@ -37,9 +37,21 @@ language::NameId SecondWord(const language::Module& code, const Statement& state
              : kNone;
 }
 
+/// Whether the condition of a loop is the bare `True` of `Do While True` or `False` of `Do Until False`. `words`: of
+/// the statement before its condition.
+bool IsForever(const language::Module& code, const Statement& statement, Index words, language::NameId bare) {
+  const Index condition = statement.firstToken + words;
+  const std::uint32_t end = statement.offset + statement.length;
+  if (condition >= code.tokens.size() || code.tokens[condition].offset >= end) return false;
+  const bool alone = condition + 1 == code.tokens.size() || code.tokens[condition + 1].offset >= end;
+  return alone && code.tokens[condition].name == bare;
+}
+
+/// Whether a Do or Loop has a condition that can end it.
 bool IsConditional(const language::Module& code, const Statement& statement) {
   const language::NameId word = SecondWord(code, statement);
-  return word == language::kWordWhile || word == language::kWordUntil;
+  if (word == language::kWordWhile) return !IsForever(code, statement, 2, language::kWordTrue);
+  return word == language::kWordUntil && !IsForever(code, statement, 2, language::kWordFalse);
 }
 
 }  // namespace
@@ -212,9 +224,12 @@ void FlowGraph::Link(const language::Module& code) {
       case StatementKind::kSelect:
         node.next = nextClause_[at];
         break;
+      case StatementKind::kWhile:
+        node.next = Following(at);
+        if (!IsForever(code, statement, 1, language::kWordTrue)) node.other = LoopExit(at);
+        break;
       case StatementKind::kFor:
       case StatementKind::kForEach:
-      case StatementKind::kWhile:
         node.next = Following(at);
         node.other = LoopExit(at);
         break;

@@ -22,7 +22,7 @@ struct Step {
 
 constexpr Step<ModuleView&> kModuleSteps[] = {
     {CheckDeclares, CheckId::kPtrSafe, CheckId::kPointerAsLong},
-    {CheckCallbacks, CheckId::kCallbackAsLong, CheckId::kCallbackAsLong},
+    {CheckCallbacks, CheckId::kPointerAsLong, CheckId::kCallbackAsLong},
     {CheckPointers, CheckId::kPointerInLong, CheckId::kPointerInLong},
     {CheckLibraries, CheckId::kLibrary32, CheckId::kLibrary32},
     {CheckNames, CheckId::kOptionExplicit, CheckId::kImplicitByRef},
@@ -127,8 +127,10 @@ bool Before(const Finding& a, const Finding& b) {
   return std::tie(a.module, a.line, a.column, a.check, a.text) < std::tie(b.module, b.line, b.column, b.check, b.text);
 }
 
+/// What has no place in the code (line 0: a reference, a button) is told apart by its words.
 bool SamePlace(const Finding& a, const Finding& b) {
-  return std::tie(a.module, a.line, a.column, a.check) == std::tie(b.module, b.line, b.column, b.check);
+  return std::tie(a.module, a.line, a.column, a.check) == std::tie(b.module, b.line, b.column, b.check) &&
+         (a.line > 0 || a.text == b.text);
 }
 
 }  // namespace

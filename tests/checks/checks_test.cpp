@@ -33,7 +33,61 @@ const FindingCase kCases[] = {
      "Function SetTimer Lib \"user32\" (ByVal h As Long) As LongPtr\n== project Q vb6\n== module N\nDeclare Sub Sleep "
      "Lib "
      "\"kernel32\" (ByVal ms As Long)",
-     "api-signatur@6 api-signatur@7"},
+     "api-signatur@6 api-signatur@7 api-signatur@8"},
+    {"Declares as they are found: values for addresses, parameters too few, 64 bit where 32 would do, texts as "
+     "pointers, "
+     "a handle that is a Long, names that only look like pointers, call-backs that no table knows",
+     "api-signatur zeiger-als-long",
+     "== project P excel\n== module M\nDeclare PtrSafe Function Senden Lib \"user32.dll\" Alias \"SendMessageA\" "
+     "(ByVal "
+     "h As LongPtr, ByVal m As Long, ByVal w As LongPtr, ByVal l As Long) As LongPtr\nDeclare PtrSafe Function Rahmen "
+     "Lib \"user32\" Alias \"GetWindowRect\" (ByVal h As LongPtr, ByVal r As Long) As Long\nDeclare PtrSafe Function "
+     "GetComputerName Lib \"kernel32\" Alias \"GetComputerNameA\" (ByVal b As String, ByVal n As Long) As "
+     "Long\nDeclare PtrSafe Function FindWindow Lib \"user32\" Alias \"FindWindowA\" (ByVal c As String) As "
+     "LongPtr\nDeclare PtrSafe Function GetTickCount Lib \"kernel32\" () As LongPtr\nDeclare PtrSafe Sub Sleep Lib "
+     "\"kernel32\" (ByVal ms As LongPtr)\nDeclare PtrSafe Function FindWindow2 Lib \"user32\" Alias \"FindWindowW\" "
+     "(ByVal c As LongPtr, ByVal t As LongPtr) As LongPtr\nDeclare PtrSafe Function lClose Lib \"kernel32\" Alias "
+     "\"_lclose\" (ByVal hFile As Long) As Long\nDeclare PtrSafe Function Fremd Lib \"x\" (ByVal lPixel As Long, ByVal "
+     "hResult As Long, phase As Long, hWnd As Long) As Long\nDeclare PtrSafe Function Eigen Lib \"x\" (ByVal lpName As "
+     "Long,\nDeclare PtrSafe Function Marke Lib \"x\" (ByVal p As LongPtr, phToken As Long) As Long\nType BROWSEINFO: "
+     "lpfn As LongPtr\npidlRoot As Long\nlParam As Long\niImage As Long\nEnd Type\nSub S(): x = Adr(AddressOf "
+     "Ordner): x = Adr(AddressOf Gut): End Sub\nFunction Ordner(ByVal hwnd As Long, ByVal m As Long) As Long: End "
+     "Function\nFunction Gut(ByVal hwnd As LongPtr, ByVal m As Long) As Long: End Function",
+     "api-signatur@1 api-signatur@2 api-signatur@3 api-signatur@4 zeiger-als-long@10 zeiger-als-long@11 "
+     "zeiger-als-long@13 zeiger-als-long@14 zeiger-als-long@17"},
+    {"pointers kept: moved ones, differences, as numbers of the host, by branch, in a call's argument",
+     "zeiger-in-long",
+     "== project P excel\n== module M\nDeclare PtrSafe Function FindWindow Lib \"user32\" Alias \"FindWindowA\" (ByVal "
+     "c As String, ByVal t As String) As LongPtr\nPrivate hWndXL As Long, hook&\nSub S()\n#If Win64 Then\nDim q As "
+     "LongPtr\n#Else\nDim q As Long\n#End If\nDim p As Long, a() As Byte, s As String\np = VarPtr(a(0)) + 4\np = "
+     "VarPtr(a(1)) - VarPtr(a(0))\nhook = StrPtr(s)\nhWndXL = FindWindow(\"XLMAIN\", Application.Caption)\np = "
+     "Application.Hwnd\nq = VarPtr(s)\np = IIf(FindWindow(\"a\", s) = 0, 1, 2)\np = Len(s) + VarPtr(s)\nIf True Then p "
+     "= ObjPtr(a): q = p\nEnd Sub\nFunction Adresse(x) As Long\nAdresse = VarPtr(x)\nEnd Function",
+     "10 12 13 18 21"},
+    {"32 bit only: providers in any place, drivers by their old names, ProgIDs, messages, other keys", "nur-32-bit",
+     "== project P access\n== module M\nSub S()\nx = \"Data Source=a.mdb; provider = 'Microsoft.Jet.OLEDB.4.0';\"\nx = "
+     "\"OLEDB;Provider=Microsoft.Jet.OLEDB.4.0;User ID=Admin\"\nx = \"Driver={Microsoft Text Driver (*.txt; "
+     "*.csv)};DBQ=c\"\nx = \"Driver={Microsoft Access Driver (*.mdb, *.accdb)};DBQ=c\"\nx = \"Microsoft.Jet.OLEDB.4.0 "
+     "fehlt\"\nSet x = CreateObject(\"MSScriptControl.ScriptControl.1\")\nSet x = CreateObject(\"Scripting.Dictionary\""
+     ")\nx = \"Provider=Microsoft.ACE.OLEDB.12.0;Data Source=Microsoft.Jet.OLEDB\"\nEnd Sub\n== project Q vb6\n== "
+     "module N\nSub T(): x = \"Microsoft.Jet.OLEDB.4.0\": End Sub",
+     "2 3 4 7"},
+    {"ambiguous calls: own routines, qualified, locals, members of classes, private ones, arguments",
+     "aufruf-mehrdeutig",
+     "== project P excel\n== module A\nSub Log(s): End Sub\nFunction Zeile(): End Function\nSub Nur(): End "
+     "Sub\nPrivate "
+     "Sub Weg(): End Sub\n== module B\nSub Log(s): End Sub\nFunction Zeile(): Log 1: Zeile = 2: End Function\nSub "
+     "Weg(): End Sub\n== class K\nSub Nur(): End Sub\n== module C\nSub S()\nLog Zeile\nCall A.Log(1)\nNur: Weg\n"
+     "x = 1 + Zeile()\nApplication.Run \"Log\", 1\nEnd Sub\nSub T(Zeile): x = Zeile: Dim Log: Log = 1: End Sub",
+     "10 10 13"},
+    {"the ribbon and the code: several places without routine, routines without a place",
+     "aufruf-ohne-routine rueckruf-ohne-menueband",
+     "== project P excel\n== module M\nSub Da(c As IRibbonControl): End Sub\nSub Geladen(r As Office.IRibbonUI): End "
+     "Sub\nSub Gerufen(c As IRibbonControl): Da c: Geladen Nothing: End Sub\n== binding Da -> Knopf 'A'\n"
+     "== binding Gerufen -> Knopf 'B'\n== binding Fehlt -> Knopf 'C'\n== binding M.Fehlt -> Knopf "
+     "'D'\n== binding Fehlt -> Knopf 'E'\n== project Q excel\n== module N\nSub Da(c As IRibbonControl): End "
+     "Sub\nSub Ohne(c As IRibbonControl, ByRef an): End Sub\n== binding Da -> Knopf 'F'",
+     "aufruf-ohne-routine@0 aufruf-ohne-routine@0 aufruf-ohne-routine@0 rueckruf-ohne-menueband@5"},
     {"pointers: call-backs through another module, results of own functions", "rueckruf-als-long zeiger-in-long",
      "== project P excel\n== module A\nPublic Declare PtrSafe Function EnumWindows Lib \"user32\" (ByVal f As LongPtr, "
      "ByVal l As LongPtr) As Long\n== module B\nFunction Adr() As LongPtr: Adr = 1: End Function\nSub S()\nDim n As "
@@ -83,6 +137,12 @@ const FindingCase kCases[] = {
      "y "
      "Then Exit Sub Else Kill 5 Else Kill 6\nKill 7\nEnd Sub",
      "9 15 23 26 28"},
+    {"loops that only an Exit, a jump or an error ends", "unerreichbar",
+     "== module M\nSub A()\nDo While True: Kill 1: Loop\nKill 2\nEnd Sub\nSub B()\nWhile True\nIf x Then GoTo "
+     "Raus\nWend\nRaus: Kill 2\nEnd Sub\nSub C()\nDo Until False\nIf x Then Exit Do\nLoop\nKill 2\nDo: Kill 1: Loop "
+     "While True\nKill 3\nEnd Sub\nSub D()\nDo While True And x: Loop\nKill 1: While True = x: Wend\nKill 2\nOn Error "
+     "GoTo H\nDo: Kill 1: Loop Until False\nH: Kill 3\nEnd Sub",
+     "3 17"},
     {"assignments: read between, by reference, branches, errors, own value, static", "zuweisung-ungelesen",
      "== module M\nSub A(): Dim a, b, c, d, e As Object, f$: Static s: a = 1: a = 2: b = 1: b = b + 1: c = 1: Foo c: c "
      "= "
