@@ -124,7 +124,7 @@ host::HostTree Sources::List() {
     host::ListHostProjects(documents_, accessEdition_, tree, withSmall_);
   }
   for (const host::SourceProblem& problem : documents_.Problems()) {
-    complaints.push_back(problem.source + ": " + problem.reason);
+    complaints.push_back(problem.source + ": " + problem.Text());
   }
   const int projects = static_cast<int>(tree.projects.size()) + tree.lockedProjects;
   if (tree.lockedProjects > 0) AddLockedProjects(projects, complaints);
@@ -141,7 +141,7 @@ int Sources::ListAll() {
   }
   const int projects = Host().AttachHost() ? Host().ProjectCount() : 0;
   for (const host::SourceProblem& problem : documents_.Problems()) {
-    complaints.push_back(problem.source + ": " + problem.reason);
+    complaints.push_back(problem.source + ": " + problem.Text());
   }
   AddLockedProjects(projects, complaints);
   NoteFiles(projects);

@@ -141,7 +141,7 @@ struct DocumentHost::State {
       officeFile = OpenOfficeFile{path, std::move(unpacked->project)};
     } else {
       office::OfficeFile file = office::ReadOfficeFile(path, {.facts = excel4, .excel4 = excel4});
-      if (file.state != office::OfficeFile::State::kRead) throw HostError(file.reason);
+      if (file.state != office::OfficeFile::State::kRead) throw HostError(file.ReasonText());
       officeFile = OpenOfficeFile{path, std::move(file.project)};
     }
     return officeFile->project;
@@ -171,6 +171,12 @@ struct DocumentHost::State {
   }
 };
 
+std::string SourceProblem::Text() const {
+  if (reason == office::Reason::kNone) return detail;
+  const std::string words = office::ReasonText(reason);
+  return detail.empty() ? words : words + ", sie " + detail;
+}
+
 DocumentHost::DocumentHost() : state_(std::make_unique<State>()) {}
 DocumentHost::~DocumentHost() = default;
 
@@ -187,7 +193,7 @@ const std::vector<fs::path>& DocumentHost::Files() const noexcept { return state
 std::vector<codedb::OmissionFact> DocumentHost::Omissions() const {
   std::vector<codedb::OmissionFact> omissions;
   if (!state_->attached) return omissions;
-  for (const SourceProblem& problem : Problems()) omissions.push_back({problem.source, {}, {}, problem.reason});
+  for (const SourceProblem& problem : Problems()) omissions.push_back({problem.source, {}, {}, problem.Text()});
   for (const ListedProject& listed : state_->listing.projects) {
     if (listed.project.locked) omissions.push_back({listed.facts.file, listed.facts.name, {}, kProjectIsLocked});
   }

@@ -112,13 +112,13 @@ fs::path FullPath(const fs::path& source) {
 }
 
 /// Fills in what the module's file says of it, or says why it can't be read.
-std::string LookAt(ListedModule& module) {
+office::Reason LookAt(ListedModule& module) {
   std::string buffer;
   const SourceBytes content = ReadSourceFile(module.path, buffer, module.codePage);
-  if (!content.problem.empty()) return content.problem;
+  if (content.problem != office::Reason::kNone) return content.problem;
   const office::ModuleFile file = office::SummarizeModuleFile(content.bytes, module.extension);
   module.component = {NameOf(module, file), file.type, file.lineCount, files::PathText(module.path)};
-  return {};
+  return office::Reason::kNone;
 }
 
 class Lister {
@@ -145,7 +145,7 @@ class Lister {
   bool IsNew(const fs::path& file) { return seen_.insert(file.native()).second; }
   void AddModules(std::vector<ListedModule> modules, ListedProject& project);
   void AddProject(ListedProject project);
-  void AddProblem(const fs::path& path, std::string reason);
+  void AddProblem(const fs::path& path, office::Reason reason, std::string detail = {});
 
   const office::ReadOptions options_;
   Listing listing_;
@@ -200,7 +200,7 @@ void Lister::ListFile(const fs::path& file) {
   } else if (MayBeOfficeFile(file)) {
     TakeOfficeFile(file, stamp, std::move(read), false);
   } else {
-    AddProblem(file, "Diese Dateiart kann nicht eingelesen werden");
+    AddProblem(file, office::Reason::kUnknownKind);
   }
 }
 
@@ -235,7 +235,7 @@ void Lister::ListFolder(const fs::path& folder) {
   }
   const std::size_t after = listing_.projects.size() + listing_.problems.size();
   const bool empty = content.files.empty() && content.vbProjects.empty() && after == before;
-  if (empty) AddProblem(folder, "Ordner enthält keine Module");
+  if (empty) AddProblem(folder, office::Reason::kNoModules);
 }
 
 void Lister::ListVbProject(const fs::path& file) {
@@ -245,9 +245,9 @@ void Lister::ListVbProject(const fs::path& file) {
 
 std::optional<ListedProject> Lister::ReadVbProject(const fs::path& file) {
   const SourceBytes content = ReadBytes(file);
-  if (!content.problem.empty()) return AddProblem(file, content.problem), std::nullopt;
+  if (content.problem != office::Reason::kNone) return AddProblem(file, content.problem), std::nullopt;
   const VbProject vbProject = ParseVbProject(content.bytes);
-  if (vbProject.modules.empty()) return AddProblem(file, "Projektdatei nennt keine Module"), std::nullopt;
+  if (vbProject.modules.empty()) return AddProblem(file, office::Reason::kNamesNoModules), std::nullopt;
 
   ListedProject project;
   project.project.name = vbProject.name.empty() ? CodeOfPath(file.stem()) : text::CodeFromUtf8(vbProject.name);
@@ -282,7 +282,9 @@ void Lister::ListOfficeFile(const fs::path& file, bool inFolder) {
 
 void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office::OfficeFile read, bool inFolder) {
   if (read.state != office::OfficeFile::State::kRead) {
-    if (!inFolder || !read.facts.excel4.empty() || !IsOfNoConcern(file, read.state)) AddProblem(file, read.reason);
+    if (!inFolder || !read.facts.excel4.empty() || !IsOfNoConcern(file, read.state)) {
+      AddProblem(file, read.reason, std::move(read.macroSheets));
+    }
     return;
   }
   ListedProject project;
@@ -299,7 +301,7 @@ void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office
     listed.inOfficeFile = project.modules.size();
     project.modules.push_back(std::move(listed));
   }
-  for (const std::string& warning : read.project.warnings) AddProblem(file, warning);
+  for (const std::string& warning : read.project.warnings) AddProblem(file, office::Reason::kNone, warning);
   keptText_ += TextSize(read.project);
   if (stamp.settled && keptText_ <= kMostKeptText) project.unpacked = {stamp, std::move(read.project)};
   AddProject(std::move(project));
@@ -308,7 +310,7 @@ void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office
 /// The files of a folder, then those of its sub-folders.
 void Lister::CollectFolder(const fs::path& folder, FolderContent& all) {
   FolderContent content;
-  if (ReadFolder(folder, content)) AddProblem(folder, "Ordner kann nicht gelesen werden");
+  if (ReadFolder(folder, content)) AddProblem(folder, office::Reason::kFolderUnreadable);
   const auto append = [](std::vector<fs::path>& to, const std::vector<fs::path>& from) {
     to.insert(to.end(), from.begin(), from.end());
   };
@@ -320,7 +322,7 @@ void Lister::CollectFolder(const fs::path& folder, FolderContent& all) {
 
 /// Looks at the files on all cores.
 void Lister::AddModules(std::vector<ListedModule> modules, ListedProject& project) {
-  std::vector<std::string> problems(modules.size());
+  std::vector<office::Reason> problems(modules.size());
   workers::OrderedWork work;
   for (std::size_t i = 0; i < modules.size(); ++i) {
     while (work.IsFull()) work.FinishFirst();
@@ -338,10 +340,10 @@ void Lister::AddModules(std::vector<ListedModule> modules, ListedProject& projec
   }
   work.FinishAll();
   for (std::size_t i = 0; i < modules.size(); ++i) {
-    if (problems[i].empty()) {
+    if (problems[i] == office::Reason::kNone) {
       project.modules.push_back(std::move(modules[i]));
     } else {
-      AddProblem(modules[i].path, std::move(problems[i]));
+      AddProblem(modules[i].path, problems[i]);
     }
   }
 }
@@ -354,8 +356,8 @@ void Lister::AddProject(ListedProject project) {
   listing_.projects.push_back(std::move(project));
 }
 
-void Lister::AddProblem(const fs::path& path, std::string reason) {
-  listing_.problems.push_back({files::PathText(path), std::move(reason), false});
+void Lister::AddProblem(const fs::path& path, office::Reason reason, std::string detail) {
+  listing_.problems.push_back({files::PathText(path), reason, std::move(detail), false});
 }
 
 }  // namespace
@@ -389,7 +391,7 @@ std::string NameOf(const ListedModule& module, const office::ModuleFile& file) {
 office::ModuleFile LoadModule(const ListedModule& module) {
   std::string buffer;
   const SourceBytes content = ReadSourceFile(module.path, buffer, module.codePage);
-  if (!content.problem.empty()) throw HostError(content.problem);
+  if (content.problem != office::Reason::kNone) throw HostError(office::ReasonText(content.problem));
   return office::ParseModuleFile(content.bytes, module.extension);
 }
 

@@ -36,10 +36,10 @@ codedb::Facts TakeOfficeFacts(office::OfficeFile& file, std::string_view fileNam
 }
 
 std::optional<codedb::Facts> ModuleFileFacts(std::string bytes, std::string_view extension, std::string_view stem,
-                                             std::string& problem) {
+                                             office::Reason& problem) {
   const SourceBytes content = DecodeSourceBytes(bytes, 0);
   problem = content.problem;
-  if (!problem.empty()) return std::nullopt;
+  if (problem != office::Reason::kNone) return std::nullopt;
   codedb::Facts facts;
   facts.projects.emplace_back();
   codedb::ModuleFacts& module =

@@ -181,7 +181,7 @@ ReadModule ReadFromFile(const ReadRequest& request, const HostModuleNode& node) 
   const fs::path path = files::PathFromText(node.file);
   std::string buffer;
   const SourceBytes content = ReadSourceFile(path, buffer);
-  if (!content.problem.empty()) throw HostError(content.problem);
+  if (content.problem != office::Reason::kNone) throw HostError(office::ReasonText(content.problem));
   const std::string code = office::DropAttributeLines(files::DecodeSourceText(content.bytes));
   ReadModule module{KindOfImage(node.image), {code, request.options}, {}};
   office::ModuleFile file = office::ParseModuleFile(content.bytes, files::PathText(path.extension()));

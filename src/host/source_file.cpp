@@ -52,16 +52,16 @@ SourceBytes ReadSourceFile(const fs::path& file, std::string& buffer, int codePa
   try {
     buffer = files::ReadWholeFile(file, kLargestSourceFile);
   } catch (const files::FileError& error) {
-    if (error.Code() == std::errc::file_too_large) return {{}, "Datei ist zu groß für ein Modul"};
+    if (error.Code() == std::errc::file_too_large) return {{}, office::Reason::kModuleTooLarge};
     return {{}, office::ProblemOfPath(file)};
   }
   return DecodeSourceBytes(buffer, codePage);
 }
 
 SourceBytes DecodeSourceBytes(std::string& buffer, int codePage) {
-  if (buffer.empty()) return {{}, "Datei ist leer"};
+  if (buffer.empty()) return {{}, office::Reason::kEmpty};
   CutTrailingNuls(buffer);
-  if (buffer.empty() || !HoldsText(buffer)) return {{}, "Datei enthält keinen Text"};
+  if (buffer.empty() || !HoldsText(buffer)) return {{}, office::Reason::kNoText};
   if (!IsUtf16(buffer) && buffer.find('\0') != std::string::npos) std::replace(buffer.begin(), buffer.end(), '\0', ' ');
   buffer = office::DecodeModuleBytes(std::move(buffer), codePage);
   return {buffer, {}};

@@ -4,14 +4,16 @@
 #include <string>
 #include <string_view>
 
+#include <quillmate/office/reason.h>
+
 namespace quillmate::host {
 
 /// A source file's bytes, or why there are none.
 struct SourceBytes {
   /// Points into the buffer of the call.
   std::string_view bytes;
-  /// German, UTF-8, one line; empty when the file could be read.
-  std::string problem;
+  /// kNone when the file could be read.
+  office::Reason problem = office::Reason::kNone;
 };
 
 /// Reads a file that should hold text. Empty files, files of other contents and files far beyond what a module can hold

@@ -38,13 +38,13 @@ std::string_view FormatOf(office::OfficeHost host) {
 }
 
 State StateOf(const OfficeFile& file) {
-  using Cause = OfficeFile::Cause;
+  using office::Cause;
   if (file.state == OfficeFile::State::kRead) {
     return file.project.protection.Locked() ? State::kLocked : State::kMacros;
   }
   if (!file.facts.excel4.empty()) return State::kExcel4;
   if (file.state != OfficeFile::State::kFailed) return State::kNone;
-  switch (file.cause) {
+  switch (office::CauseOf(file.reason)) {
     case Cause::kEncrypted:
       return State::kEncrypted;
     case Cause::kCompiled:
@@ -75,7 +75,7 @@ std::string Joined(const std::vector<std::string>& lines) {
 void TakeDocument(const OfficeFile& file, Content& content) {
   const office::DocumentProperties& properties = file.facts.properties;
   content.format = FormatOf(file.host);
-  content.reason = file.reason.empty() ? Joined(file.project.warnings) : file.reason;
+  content.reason = file.reason == office::Reason::kNone ? Joined(file.project.warnings) : file.ReasonText();
   content.codePage = file.project.codePage;
   content.project = file.project.name;
   content.protection = ProtectionOf(file.project.protection);
@@ -125,7 +125,9 @@ std::string LargeFile(const std::filesystem::path& file) {
 Content ModuleContent(std::string bytes, const std::string& extension) {
   Content content;
   content.format = "modul";
-  std::optional<codedb::Facts> facts = host::ModuleFileFacts(std::move(bytes), extension, {}, content.reason);
+  office::Reason reason;
+  std::optional<codedb::Facts> facts = host::ModuleFileFacts(std::move(bytes), extension, {}, reason);
+  content.reason = office::ReasonText(reason);
   content.state = facts ? State::kMacros : State::kNone;
   if (facts) TakeCode(std::move(*facts), content);
   return content;

@@ -31,12 +31,14 @@ class FileAtHand {
   bool Read() {
     if (!StampOf(path_, stamp_)) return pipes_.Send('V');
     office::FileSource source(path_);
-    if (!source.Problem().empty()) return pipes_.Send('U', source.Problem());
+    if (source.Problem() != office::Reason::kNone) return Unreadable(source);
     const NameHint hint = HintOf(path_);
     bytes_ = office::ReadBytes(source, 0, kHead);
-    if (!MayHoldMacros(bytes_, hint)) return source.Problem().empty() ? pipes_.Send('X') : Unreadable(source);
+    if (!MayHoldMacros(bytes_, hint)) {
+      return source.Problem() == office::Reason::kNone ? pipes_.Send('X') : Unreadable(source);
+    }
     const std::string hash = HashOf(source);
-    if (!source.Problem().empty()) return Unreadable(source);
+    if (source.Problem() != office::Reason::kNone) return Unreadable(source);
     const bool small = bytes_.size() == source.Size();
     if (!small) bytes_.clear();
     std::string head(sizeof(Stamp), '\0');
@@ -48,7 +50,7 @@ class FileAtHand {
   }
 
  private:
-  bool Unreadable(const office::FileSource& source) { return pipes_.Send('U', source.Problem()); }
+  bool Unreadable(const office::FileSource& source) { return pipes_.Send('U', office::ReasonText(source.Problem())); }
 
   /// What is taken for a module file only by its name is a content of its own.
   std::string ReadingOf(const NameHint& hint) const {

@@ -18,8 +18,6 @@ namespace {
 
 using State = OfficeFile::State;
 
-constexpr const char* kBrokenDatabase = "Datei ist beschädigt: das Verzeichnis der Datenbank ist nicht lesbar";
-
 /// Since 2002: the storages of the project are in a table.
 std::optional<Storage::Id> ProjectIn(const Storage& storage) {
   const std::optional<Storage::Id> vba = storage.FindStorage(Storage::kRoot, "VBA");
@@ -64,8 +62,9 @@ class Objects {
 
 OfficeFile ReadProject(const AccessDatabase& database, const Objects& objects, const ReadOptions& options) {
   if (objects.Project()) return ReadProjectIn(*objects.Place(), *objects.Project(), OfficeHost::kAccess, options);
-  if (objects.Damaged() || !database.Whole()) return Without(State::kFailed, kBrokenDatabase, OfficeHost::kAccess);
-  return Without(State::kNoMacros, reasons::kWithoutMacros, OfficeHost::kAccess);
+  if (objects.Damaged() || !database.Whole())
+    return Without(State::kFailed, Reason::kBrokenDatabase, OfficeHost::kAccess);
+  return Without(State::kNoMacros, Reason::kNoMacros, OfficeHost::kAccess);
 }
 
 /// The class modules of forms and reports are called after them.
@@ -85,15 +84,15 @@ void MarkDocuments(const AccessDatabase& database, VbaProject& project) {
 OfficeFile ReadAccessFile(ByteSource& source, const ReadOptions& options) {
   AccessDatabase database(source);
   if (database.Opened() == AccessPages::State::kPassword) {
-    return Without(State::kFailed, reasons::kEncrypted, OfficeHost::kAccess);
+    return Without(State::kFailed, Reason::kEncrypted, OfficeHost::kAccess);
   }
-  if (database.Objects().empty()) return Without(State::kFailed, kBrokenDatabase, OfficeHost::kAccess);
+  if (database.Objects().empty()) return Without(State::kFailed, Reason::kBrokenDatabase, OfficeHost::kAccess);
   const Objects objects(database);
   OfficeFile file = ReadProject(database, objects, options);
   const bool compiled =
       !file.project.modules.empty() && std::none_of(file.project.modules.begin(), file.project.modules.end(),
                                                     [](const VbaModule& module) { return module.hasText; });
-  if (compiled) return Without(State::kFailed, reasons::kCompiled, OfficeHost::kAccess);
+  if (compiled) return Without(State::kFailed, Reason::kCompiled, OfficeHost::kAccess);
   MarkDocuments(database, file.project);
   const int codePage = file.project.codePage;
   return WithFacts(std::move(file), options,

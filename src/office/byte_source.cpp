@@ -10,20 +10,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kUnreadable = "Datei kann nicht gelesen werden";
-
 /// Another program's lock shows in the error of opening or of reading, by system and file server in different ones.
-std::string ProblemOfError(int error) {
+Reason ProblemOfError(int error) {
   switch (error) {
     case EBUSY:
     case ETXTBSY:
     case EAGAIN:
-      return "Datei ist von einem anderen Programm gesperrt";
+      return Reason::kInUse;
     case EACCES:
     case EPERM:
-      return "Kein Zugriff auf die Datei: die Rechte fehlen, oder ein anderes Programm hat sie gesperrt";
+      return Reason::kNoAccess;
     default:
-      return kUnreadable;
+      return Reason::kUnreadable;
   }
 }
 
@@ -33,16 +31,16 @@ std::size_t Available(std::uint64_t size, std::uint64_t offset, std::size_t coun
 
 }  // namespace
 
-std::string ProblemOfPath(const fs::path& path) {
+Reason ProblemOfPath(const fs::path& path) {
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
-  if (fs::is_directory(status)) return "Ist ein Ordner, keine Datei";
+  if (fs::is_directory(status)) return Reason::kIsFolder;
   if (status.type() == fs::file_type::not_found || status.type() == fs::file_type::none) {
     std::error_code ignored;
-    if (fs::is_symlink(fs::symlink_status(path, ignored))) return "Verknüpfung führt ins Leere";
-    if (status.type() == fs::file_type::not_found) return "Datei existiert nicht";
+    if (fs::is_symlink(fs::symlink_status(path, ignored))) return Reason::kDeadLink;
+    if (status.type() == fs::file_type::not_found) return Reason::kMissing;
   }
-  return kUnreadable;
+  return Reason::kUnreadable;
 }
 
 std::string ReadBytes(ByteSource& source, std::uint64_t offset, std::uint64_t count) {
@@ -88,7 +86,7 @@ std::size_t FileSource::Read(std::uint64_t offset, char* to, std::size_t count) 
   } catch (const std::ios_base::failure&) {
     // The standard library reports a failed read so.
   }
-  if (static_cast<std::size_t>(got) < available && problem_.empty()) problem_ = ProblemOfError(errno);
+  if (static_cast<std::size_t>(got) < available && problem_ == Reason::kNone) problem_ = ProblemOfError(errno);
   return static_cast<std::size_t>(got);
 }
 

@@ -14,14 +14,6 @@ namespace quillmate::office {
 namespace {
 
 using State = OfficeFile::State;
-using reasons::kBrokenEntry;
-using reasons::kEncrypted;
-using reasons::kTooLarge;
-using reasons::kWithoutMacros;
-
-constexpr const char* kBrokenCompound = "Datei ist beschädigt: ihr Verzeichnis ist nicht lesbar";
-constexpr const char* kPartOfDirectory = "Datei ist beschädigt: ein Teil ihres Verzeichnisses fehlt";
-constexpr const char* kBrokenPresentation = "Datei ist beschädigt: die Präsentation ist nicht lesbar";
 
 struct MainStream {
   const char* name;
@@ -48,15 +40,15 @@ OfficeFile ReadPresentation(const CompoundFile& file, CompoundId stream, const R
     case PresentationProject::State::kRead:
       return ReadBareProject(project.bytes, OfficeHost::kPowerPoint, options);
     case PresentationProject::State::kEncrypted:
-      return Without(State::kFailed, kEncrypted, OfficeHost::kPowerPoint);
+      return Without(State::kFailed, Reason::kEncrypted, OfficeHost::kPowerPoint);
     case PresentationProject::State::kTooLarge:
-      return Without(State::kFailed, kTooLarge, OfficeHost::kPowerPoint);
+      return Without(State::kFailed, Reason::kProjectTooLarge, OfficeHost::kPowerPoint);
     case PresentationProject::State::kDamaged:
-      return Without(State::kFailed, kBrokenEntry, OfficeHost::kPowerPoint);
+      return Without(State::kFailed, Reason::kBrokenEntry, OfficeHost::kPowerPoint);
     case PresentationProject::State::kUnreadable:
-      return Without(State::kFailed, kBrokenPresentation, OfficeHost::kPowerPoint);
+      return Without(State::kFailed, Reason::kBrokenPresentation, OfficeHost::kPowerPoint);
     default:
-      return Without(State::kNoMacros, kWithoutMacros, OfficeHost::kPowerPoint);
+      return Without(State::kNoMacros, Reason::kNoMacros, OfficeHost::kPowerPoint);
   }
 }
 
@@ -65,22 +57,22 @@ OfficeFile ReadWithoutProject(const CompoundFile& file, OfficeHost host, std::op
                               const ReadOptions& options) {
   constexpr std::uint64_t kStart = 4096;
   // A file that was cut off may have had a project.
-  if (!file.WholeDirectory()) return Without(State::kFailed, kPartOfDirectory, host);
+  if (!file.WholeDirectory()) return Without(State::kFailed, Reason::kPartOfDirectory, host);
   // Before Excel 97 a project was elsewhere and in another form.
-  if (file.FindPath(CompoundFile::kRoot, "_VBA_PROJECT/dir")) return Without(State::kFailed, reasons::kOfExcel95, host);
-  if (host != OfficeHost::kExcel || !mainStream.has_value()) return Without(State::kNoMacros, kWithoutMacros, host);
+  if (file.FindPath(CompoundFile::kRoot, "_VBA_PROJECT/dir")) return Without(State::kFailed, Reason::kOfExcel95, host);
+  if (host != OfficeHost::kExcel || !mainStream.has_value()) return Without(State::kNoMacros, Reason::kNoMacros, host);
   PiecedSource workbook = file.OpenStream(*mainStream, file.Size());
   const bool macroSheets = HoldsMacroSheet(workbook);
   if (!macroSheets && IsClosedWorkbook(ReadBytes(workbook, 0, kStart)))
-    return Without(State::kFailed, kEncrypted, host);
-  if (!macroSheets) return Without(State::kNoMacros, kWithoutMacros, host);
+    return Without(State::kFailed, Reason::kEncrypted, host);
+  if (!macroSheets) return Without(State::kNoMacros, Reason::kNoMacros, host);
   return WithMacroSheetsAlone(options, [&](FactsCollector& collector) { ReadCompoundFacts(file, host, collector); });
 }
 
 /// A document in the open formats that is encrypted in a compound file [MS-OFFCRYPTO] 2.3.4.4.
 OfficeFile ReadEncrypted(const CompoundFile& file, const ReadOptions& options) {
   const std::unique_ptr<PackageSource> package = PackageSource::Open(file);
-  if (package == nullptr) return Without(State::kFailed, kEncrypted);
+  if (package == nullptr) return Without(State::kFailed, Reason::kEncrypted);
   OfficeFile result = ReadZipFile(*package, options);
   result.facts.defaultPassword = true;
   return result;
@@ -91,7 +83,7 @@ OfficeFile ReadEncrypted(const CompoundFile& file, const ReadOptions& options) {
 OfficeFile ReadCompoundFile(ByteSource& source, const ReadOptions& options) {
   constexpr std::uint64_t kStart = 4096;
   const std::optional<CompoundFile> file = CompoundFile::Open(source);
-  if (!file.has_value()) return Without(State::kFailed, kBrokenCompound);
+  if (!file.has_value()) return Without(State::kFailed, Reason::kBrokenCompound);
   if (file->FindStream(CompoundFile::kRoot, "EncryptedPackage")) return ReadEncrypted(*file, options);
   OfficeHost host = OfficeHost::kUnknown;
   std::optional<CompoundId> mainStream;
@@ -102,7 +94,7 @@ OfficeFile ReadCompoundFile(ByteSource& source, const ReadOptions& options) {
     mainStream = stream;
     if (host == OfficeHost::kPowerPoint) break;
     const bool closed = host == OfficeHost::kWord && IsEncryptedDocument(file->ReadStream(*stream, kStart).bytes);
-    if (closed) return Without(State::kFailed, kEncrypted, host);
+    if (closed) return Without(State::kFailed, Reason::kEncrypted, host);
   }
   const auto search = [&](FactsCollector& collector) { ReadCompoundFacts(*file, host, collector); };
   if (host == OfficeHost::kPowerPoint) return WithFacts(ReadPresentation(*file, *mainStream, options), options, search);

@@ -15,8 +15,6 @@ constexpr std::array<std::string_view, 24> kExtensions{
     "xlsm", "xlsb", "xltm", "xlam", "xls", "xla", "xlt", "docm", "dotm",  "doc",   "dot",   "pptm",
     "potm", "ppam", "ppsm", "ppt",  "pps", "pot", "mdb", "mda",  "accdb", "accda", "accde", "mde"};
 
-constexpr const char* kEmpty = "Datei ist leer";
-
 // First bytes --------------------------------------------------------------------------------------------------------
 
 enum class Kind { kUnknown, kZip, kCompound, kAccess };
@@ -38,14 +36,14 @@ OfficeFile ReadKind(Kind kind, ByteSource& source, const ReadOptions& options) {
     case Kind::kAccess:
       return ReadAccessFile(source, options);
     default:
-      return Without(State::kNotOffice, reasons::kNoOffice);
+      return Without(State::kNotOffice, Reason::kNotOffice);
   }
 }
 
 }  // namespace
 
 OfficeFile ReadOfficeFile(ByteSource& source, const ReadOptions& options) {
-  if (source.Size() == 0) return Without(State::kFailed, kEmpty);
+  if (source.Size() == 0) return Without(State::kFailed, Reason::kEmpty);
   const Kind kind = KindOf(ReadBytes(source, 0, kHeadSize));
   OfficeFile file = ReadKind(kind, source, options);
   file.recognized = kind != Kind::kUnknown;
@@ -55,13 +53,12 @@ OfficeFile ReadOfficeFile(ByteSource& source, const ReadOptions& options) {
 OfficeFile ReadOfficeFile(const std::filesystem::path& file, const ReadOptions& options) {
   FileSource source(file);
   OfficeFile result;
-  if (source.Problem().empty()) result = ReadOfficeFile(source, options);
+  if (source.Problem() == Reason::kNone) result = ReadOfficeFile(source, options);
   // What a file that can't be read seems to lack says nothing.
-  if (!source.Problem().empty()) {
+  if (source.Problem() != Reason::kNone) {
     const bool recognized = result.recognized;
     result = Without(State::kFailed, source.Problem());
     result.recognized = recognized;
-    result.cause = OfficeFile::Cause::kUnreadable;
   }
   return result;
 }

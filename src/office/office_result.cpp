@@ -15,14 +15,6 @@ using State = OfficeFile::State;
 
 namespace {
 
-/// Whatever else fails is damage.
-OfficeFile::Cause CauseOf(std::string_view reason) noexcept {
-  using Cause = OfficeFile::Cause;
-  if (reason == reasons::kEncrypted) return Cause::kEncrypted;
-  if (reason == reasons::kCompiled) return Cause::kCompiled;
-  return reason == reasons::kTooLarge || reason == reasons::kOfExcel95 ? Cause::kUnsupported : Cause::kDamaged;
-}
-
 /// The designer data of a form is in a storage of its name.
 void ReadForms(const Storage& file, Storage::Id storage, OfficeFile& result) {
   const CodePage codePage(result.project.codePage);
@@ -51,7 +43,7 @@ void TellExcel4(OfficeFile& file, const ReadOptions& options) {
     if (options.excel4 && !sheet.code.empty()) {
       file.project.modules.push_back(ModuleOf(sheet));
       file.state = State::kRead;
-      file.reason.clear();
+      file.reason = Reason::kNone;
     } else {
       untold += (untold.empty() ? "" : ", ") + sheet.name + " (" + std::to_string(sheet.formulas) +
                 (sheet.formulas == 1 ? " Formel)" : " Formeln)");
@@ -62,17 +54,22 @@ void TellExcel4(OfficeFile& file, const ReadOptions& options) {
   if (file.state == State::kRead) {
     file.project.warnings.push_back("Datei " + text);
   } else {
-    file.reason = "Datei enthält keinen VBA-Code, sie " + text;
+    file.reason = Reason::kNoVba;
+    file.macroSheets = text;
   }
 }
 
 }  // namespace
 
-OfficeFile Without(State state, std::string reason, OfficeHost host) {
+std::string OfficeFile::ReasonText() const {
+  std::string text = office::ReasonText(reason);
+  return macroSheets.empty() ? text : text.append(", sie ").append(macroSheets);
+}
+
+OfficeFile Without(State state, Reason reason, OfficeHost host) {
   OfficeFile file;
   file.state = state;
-  if (state == State::kFailed) file.cause = CauseOf(reason);
-  file.reason = std::move(reason);
+  file.reason = reason;
   file.host = host;
   return file;
 }
@@ -85,8 +82,8 @@ OfficeFile ReadProjectIn(const Storage& file, Storage::Id storage, OfficeHost ho
   const VbaProtection& protection = result.project.protection;
   const bool locked = protection.Locked() && (!protection.unclear || result.project.warnings.empty());
   const bool lost = result.project.modules.empty() && !locked;
-  if (lost && !result.project.warnings.empty()) return Without(State::kFailed, reasons::kBrokenProject, host);
-  if (lost) return Without(State::kNoMacros, reasons::kWithoutMacros, host);
+  if (lost && !result.project.warnings.empty()) return Without(State::kFailed, Reason::kBrokenProject, host);
+  if (lost) return Without(State::kNoMacros, Reason::kNoMacros, host);
   result.state = State::kRead;
   if (options.facts) ReadForms(file, storage, result);
   return result;
@@ -96,7 +93,7 @@ OfficeFile ReadBareProject(const std::string& bytes, OfficeHost host, const Read
   MemorySource source(bytes);
   const std::optional<CompoundFile> file = CompoundFile::Open(source);
   const std::optional<CompoundId> storage = file.has_value() ? FindVbaProject(*file) : std::nullopt;
-  if (!storage.has_value()) return Without(State::kFailed, reasons::kBrokenProject, host);
+  if (!storage.has_value()) return Without(State::kFailed, Reason::kBrokenProject, host);
   return ReadProjectIn(*file, *storage, host, options);
 }
 
@@ -112,7 +109,7 @@ OfficeFile WithFacts(OfficeFile file, const ReadOptions& options, const std::fun
 }
 
 OfficeFile WithMacroSheetsAlone(const ReadOptions& options, const std::function<void(FactsCollector&)>& search) {
-  OfficeFile file = Without(State::kNoMacros, reasons::kWithoutMacros, OfficeHost::kExcel);
+  OfficeFile file = Without(State::kNoMacros, Reason::kNoMacros, OfficeHost::kExcel);
   const ProjectNames names(file.project);
   FactsCollector collector(file.facts, names);
   search(collector);

@@ -10,20 +10,8 @@
 
 namespace quillmate::office {
 
-/// Reasons that several kinds of files share.
-namespace reasons {
-inline constexpr const char* kNoOffice = "Datei ist keine Office-Datei";
-inline constexpr const char* kWithoutMacros = "Datei enthält keine Makros";
-inline constexpr const char* kEncrypted = "Datei ist mit einem Kennwort verschlüsselt";
-inline constexpr const char* kCompiled = "Datei ist kompiliert und enthält keinen Quelltext";
-inline constexpr const char* kOfExcel95 = "Makros im Format von Excel 5.0 und 95 lassen sich nicht lesen";
-inline constexpr const char* kTooLarge = "Makroprojekt ist zu groß (mehr als 128 MB)";
-inline constexpr const char* kBrokenProject = "Datei ist beschädigt: das Makroprojekt ist nicht lesbar";
-inline constexpr const char* kBrokenEntry = "Datei ist beschädigt: das Makroprojekt lässt sich nicht entpacken";
-}  // namespace reasons
-
 /// A file without a project.
-OfficeFile Without(OfficeFile::State state, std::string reason, OfficeHost host = OfficeHost::kUnknown);
+OfficeFile Without(OfficeFile::State state, Reason reason, OfficeHost host = OfficeHost::kUnknown);
 /// The project in a storage, with its forms where facts are wanted; without modules and not locked it is none.
 OfficeFile ReadProjectIn(const Storage& file, Storage::Id storage, OfficeHost host, const ReadOptions& options);
 /// A compound file that is nothing but a project, out of a zip or a presentation.

@@ -12,11 +12,7 @@ namespace quillmate::office {
 namespace {
 
 using State = OfficeFile::State;
-using reasons::kBrokenEntry;
-using reasons::kEncrypted;
-using reasons::kTooLarge;
 
-constexpr const char* kBrokenZip = "Datei ist beschädigt: das Verzeichnis der Zip-Datei ist nicht lesbar";
 constexpr const char* kCutShort = "Das Makroprojekt ist beschädigt und wurde nur zum Teil entpackt";
 
 OfficeHost HostOfEntry(std::string_view name) noexcept {
@@ -27,8 +23,8 @@ OfficeHost HostOfEntry(std::string_view name) noexcept {
 
 /// Without a project of VBA.
 OfficeFile ReadWithoutProject(const ZipArchive& zip, const ReadOptions& options) {
-  if (!zip.Find("[Content_Types].xml").has_value()) return Without(State::kNotOffice, reasons::kNoOffice);
-  if (!zip.HoldsFolder("xl/macrosheets/")) return Without(State::kNoMacros, reasons::kWithoutMacros);
+  if (!zip.Find("[Content_Types].xml").has_value()) return Without(State::kNotOffice, Reason::kNotOffice);
+  if (!zip.HoldsFolder("xl/macrosheets/")) return Without(State::kNoMacros, Reason::kNoMacros);
   return WithMacroSheetsAlone(options, [&](FactsCollector& collector) {
     ReadPackageFacts(OpcPackage(zip), "", OfficeHost::kExcel, options.excel4, collector);
   });
@@ -39,11 +35,11 @@ OfficeFile ReadEntry(const ZipEntry& entry, OfficeHost host, const ReadOptions& 
     case ZipEntry::State::kRead:
       break;
     case ZipEntry::State::kEncrypted:
-      return Without(State::kFailed, kEncrypted, host);
+      return Without(State::kFailed, Reason::kEncrypted, host);
     case ZipEntry::State::kTooLarge:
-      return Without(State::kFailed, kTooLarge, host);
+      return Without(State::kFailed, Reason::kProjectTooLarge, host);
     default:
-      return Without(State::kFailed, kBrokenEntry, host);
+      return Without(State::kFailed, Reason::kBrokenEntry, host);
   }
   OfficeFile file = ReadBareProject(entry.bytes, host, options);
   if (file.state == State::kRead && !entry.complete) {
@@ -56,7 +52,7 @@ OfficeFile ReadEntry(const ZipEntry& entry, OfficeHost host, const ReadOptions& 
 
 OfficeFile ReadZipFile(ByteSource& source, const ReadOptions& options) {
   const ZipArchive zip(source);
-  if (!zip.Opened()) return Without(State::kFailed, kBrokenZip);
+  if (!zip.Opened()) return Without(State::kFailed, Reason::kBrokenZip);
   const auto index = zip.FindEnding("vbaProject.bin");
   if (!index.has_value()) return ReadWithoutProject(zip, options);
   const std::string part = zip.Name(*index);

@@ -52,7 +52,7 @@ class Gaps {
   Gaps(host::DocumentHost& documents, const codedb::Facts& facts, int projects, const StateRequest& request)
       : facts_(facts), partial_(facts.projects.size()) {
     for (const host::SourceProblem& problem : documents.Problems()) {
-      Complain(request, problem.source + ": " + problem.reason);
+      Complain(request, problem.source + ": " + problem.Text());
       Note(problem.source);
     }
     std::size_t number = 0;
@@ -104,7 +104,7 @@ ReadState ReadSource(const StateRequest& request) {
   if (projects == 0) {
     const auto& problems = documents.Problems();
     throw std::runtime_error(problems.empty() ? input + kNothing
-                                              : Shown(request, problems.back().source + ": " + problems.back().reason));
+                                              : Shown(request, problems.back().source + ": " + problems.back().Text()));
   }
   std::vector<std::string> problems;
   codedb::Facts facts = host::CollectFacts(documents, projects, problems, request.step);

@@ -30,7 +30,7 @@ inline Lines Listed(DocumentHost& host, const std::filesystem::path& root) {
                       (component.file.empty() ? "" : " " + below(component.file)));
     }
   }
-  for (const SourceProblem& problem : host.Problems()) lines.push_back(below(problem.source) + ": " + problem.reason);
+  for (const SourceProblem& problem : host.Problems()) lines.push_back(below(problem.source) + ": " + problem.Text());
   return lines;
 }
 

@@ -131,7 +131,7 @@ TEST(OfficeSource, DocumentsTellWhoStartsTheirMacros) {
     const codedb::Facts facts = CollectFacts(host, host.ProjectCount(), problems);
     EXPECT_EQ(problems, Lines{});
     std::string told;
-    for (const SourceProblem& problem : host.Problems()) told += problem.reason;
+    for (const SourceProblem& problem : host.Problems()) told += problem.Text();
     EXPECT_EQ(told, excel4 ? "" : "Datei enthält Excel-4-Makros: Alt (2 Formeln)");
     ASSERT_EQ(facts.modules.size(), excel4 ? 4U : 3U);
     EXPECT_EQ(facts.modules[1].outsideName + " " + facts.modules[1].controls.at(0).name, "Kunden cmd");

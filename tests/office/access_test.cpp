@@ -34,7 +34,7 @@ AccessWriter Database(AccessFormat format) {
 std::string Shown(const std::string& bytes) {
   MemorySource source(bytes);
   const OfficeFile file = ReadOfficeFile(source);
-  if (file.state != State::kRead) return std::to_string(static_cast<int>(file.state)) + " " + file.reason;
+  if (file.state != State::kRead) return std::to_string(static_cast<int>(file.state)) + " " + file.ReasonText();
   std::string shown = file.project.name;
   for (const VbaModule& module : file.project.modules) {
     shown += " " + module.name + " " + std::to_string(module.type) + " " + std::to_string(module.lineCount);

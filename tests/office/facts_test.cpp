@@ -129,7 +129,7 @@ TEST(Facts, Excel4Sheets) {
       .Relate("xl/workbook.xml", "xlMacrosheet", "macrosheets/sheet1.xml");
   const OfficeFile told = Read(writer.File());
   EXPECT_EQ(told.state, State::kNoMacros);
-  EXPECT_EQ(told.reason, "Datei enthält keinen VBA-Code, sie enthält Excel-4-Makros: Makro1 (3 Formeln)");
+  EXPECT_EQ(told.ReasonText(), "Datei enthält keinen VBA-Code, sie enthält Excel-4-Makros: Makro1 (3 Formeln)");
   EXPECT_EQ(told.facts.excel4.at(0).entry, "A1");
   const OfficeFile read = Read(writer.File(), true);
   ASSERT_EQ(read.state, State::kRead);
@@ -279,10 +279,11 @@ TEST(Facts, EncryptedPackages) {
   const std::string zip = Workbook("<worksheet/>").File();
   for (const bool agile : {false, true}) {
     const OfficeFile open = Read(EncryptedPackageOf(zip, agile, "VelvetSweatshop"));
-    EXPECT_EQ(open.state, State::kRead) << open.reason;
+    EXPECT_EQ(open.state, State::kRead) << open.ReasonText();
     EXPECT_EQ(open.project.modules.size(), 2U);
     EXPECT_TRUE(open.facts.defaultPassword);
-    EXPECT_EQ(Read(EncryptedPackageOf(zip, agile, "geheim")).reason, "Datei ist mit einem Kennwort verschlüsselt");
+    EXPECT_EQ(Read(EncryptedPackageOf(zip, agile, "geheim")).ReasonText(),
+              "Datei ist mit einem Kennwort verschlüsselt");
   }
 }
 

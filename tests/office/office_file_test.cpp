@@ -38,7 +38,7 @@ OfficeFile Read(const std::string& bytes) {
 /// "host: module lines, ..." of a file that could be read, else its state and the reason.
 std::string Shown(const std::string& bytes) {
   const OfficeFile file = Read(bytes);
-  if (file.state != State::kRead) return std::to_string(static_cast<int>(file.state)) + " " + file.reason;
+  if (file.state != State::kRead) return std::to_string(static_cast<int>(file.state)) + " " + file.ReasonText();
   std::string shown = std::to_string(static_cast<int>(file.host)) + ":";
   for (const VbaModule& module : file.project.modules) {
     shown += " " + module.name + " " + std::to_string(module.lineCount);
@@ -173,7 +173,7 @@ TEST(OfficeFile, DamagedProjectsAreReadAsFarAsTheyGo) {
 
 TEST(OfficeFile, FilesThatCannotBeRead) {
   const files::ScratchFolder temp;
-  const auto reason = [](const std::filesystem::path& file) { return ReadOfficeFile(file).reason; };
+  const auto reason = [](const std::filesystem::path& file) { return ReadOfficeFile(file).ReasonText(); };
   EXPECT_EQ(reason(temp / "fehlt.xlsm"), "Datei existiert nicht");
   EXPECT_EQ(reason(temp.Path()), "Ist ein Ordner, keine Datei");
   const std::filesystem::path good = temp.Write("gut.xlsm", ZipOf({{"xl/vbaProject.bin", SmallProject().Bin()}}));
@@ -196,10 +196,10 @@ TEST(OfficeFile, FileThatShrinks) {
   const std::filesystem::path path = temp.Write("a.bin", std::string(5000, 'x'));
   FileSource source(path);
   EXPECT_EQ(ReadBytes(source, 4990, 100).size(), 10U);
-  EXPECT_EQ(source.Problem(), "");
+  EXPECT_EQ(source.Problem(), Reason::kNone);
   std::filesystem::resize_file(path, 100);
   EXPECT_EQ(ReadBytes(source, 90, 100).size(), 10U);
-  EXPECT_EQ(source.Problem(), "Datei kann nicht gelesen werden");
+  EXPECT_EQ(source.Problem(), Reason::kUnreadable);
 }
 
 /// Whatever happens to a file: it is read or it is not, in good time and in little memory.
@@ -236,7 +236,7 @@ TEST(OfficeFile, MutatedFiles) {
       std::size_t text = 0;
       for (const VbaModule& module : file.project.modules) text += module.code.size();
       ASSERT_LT(text, std::size_t{1} << 20U);
-      ASSERT_EQ(file.reason.empty(), file.state == State::kRead);
+      ASSERT_EQ(file.reason == Reason::kNone, file.state == State::kRead);
       read += file.state == State::kRead ? 1 : 0;
     }
   }

@@ -79,7 +79,7 @@ std::string StatusText(const host::ListResult& result, int locked) {
 
 std::string Lines(std::span<const host::SourceProblem> problems) {
   std::string lines;
-  for (const host::SourceProblem& problem : problems) lines += "\r\n" + problem.source + ": " + problem.reason;
+  for (const host::SourceProblem& problem : problems) lines += "\r\n" + problem.source + ": " + problem.Text();
   return lines;
 }
 
@@ -165,7 +165,7 @@ SourceList::SourceList(Interaction& interaction, SourceServices services)
 std::vector<UnreadSource> SourceList::Unread() const {
   std::vector<UnreadSource> unread;
   for (const host::SourceProblem& problem : services_.documents.Problems()) {
-    unread.push_back({problem.source, problem.reason});
+    unread.push_back({problem.source, problem.Text()});
   }
   return unread;
 }

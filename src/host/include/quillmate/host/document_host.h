@@ -13,9 +13,15 @@ namespace quillmate::host {
 /// A source, or a file of one, that could not be read when it was listed, or not whole.
 struct SourceProblem {
   std::string source;  // full path of the source or of a file in it, UTF-8
-  std::string reason;  // German, UTF-8, one line
+  /// kNone when it was read, but not whole.
+  office::Reason reason = office::Reason::kNone;
+  /// What the words of the reason leave open, or what is missing from what was read: German, UTF-8, one line.
+  std::string detail;
   /// The source gave nothing at all that can be read.
   bool isWholeSource = false;
+
+  /// The reason, German, UTF-8, one line.
+  std::string Text() const;
 };
 
 /// Office files, module files, folders of both and VB project files as the open projects of a running host. It attaches

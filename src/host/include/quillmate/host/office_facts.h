@@ -15,8 +15,8 @@ namespace quillmate::host {
 codedb::Facts TakeOfficeFacts(office::OfficeFile& file, std::string_view fileName);
 
 /// The same for the bytes of a module file of that extension (with or without its dot). `stem` names a module that does
-/// not say its name. Nothing when the bytes are no text, with the reason in `problem`: German, one line.
+/// not say its name. Nothing when the bytes are no text, with the reason in `problem`.
 std::optional<codedb::Facts> ModuleFileFacts(std::string bytes, std::string_view extension, std::string_view stem,
-                                             std::string& problem);
+                                             office::Reason& problem);
 
 }  // namespace quillmate::host

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include <quillmate/office/reason.h>
+
 /// Bytes that can be read at any place, so that a large file need not be in memory to reach a few of them.
 namespace quillmate::office {
 
@@ -34,8 +36,8 @@ class MemorySource final : public ByteSource {
   std::string_view bytes_;
 };
 
-/// Why a path is of no use: missing, dead or circular link, not readable. German, UTF-8, one line.
-std::string ProblemOfPath(const std::filesystem::path& path);
+/// Why a path is of no use: missing, dead or circular link, not readable.
+Reason ProblemOfPath(const std::filesystem::path& path);
 
 /// A regular file, opened for reading only and without locking it for anybody else.
 class FileSource final : public ByteSource {
@@ -44,14 +46,13 @@ class FileSource final : public ByteSource {
   std::uint64_t Size() const noexcept override { return size_; }
   std::size_t Read(std::uint64_t offset, char* to, std::size_t count) override;
 
-  /// Why the file can't be read, at all or at one of the places asked for so far: German, UTF-8, one line. Empty while
-  /// all is well.
-  const std::string& Problem() const noexcept { return problem_; }
+  /// Why the file can't be read, at all or at one of the places asked for so far; kNone while all is well.
+  Reason Problem() const noexcept { return problem_; }
 
  private:
   std::filebuf file_;
   std::uint64_t size_ = 0;
-  std::string problem_;
+  Reason problem_ = Reason::kNone;
 };
 
 /// Runs of bytes of another source, which may consist of pieces itself and has to outlive this one.

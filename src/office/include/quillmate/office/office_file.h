@@ -8,6 +8,7 @@
 
 #include <quillmate/office/byte_source.h>
 #include <quillmate/office/document_facts.h>
+#include <quillmate/office/reason.h>
 #include <quillmate/office/vba_project.h>
 
 /// Macro projects of Office files, read without Office, and what the documents around them say. No macro can run.
@@ -45,20 +46,20 @@ struct OfficeFile {
     kFailed      // empty, not readable, encrypted, compiled, damaged, or too large
   };
 
-  /// What kept a failed file from being read.
-  enum class Cause { kNone, kDamaged, kEncrypted, kCompiled, kUnsupported, kUnreadable };
-
   State state = State::kFailed;
-  /// kNone unless the state is kFailed.
-  Cause cause = Cause::kNone;
   /// True when its first bytes are those of a kind of file that this room reads: whatever its name, it is no text.
   bool recognized = false;
-  /// Why there is no project: German, UTF-8, one line, without the file's name. Empty when there is one.
-  std::string reason;
+  /// Why there is no project; kNone when there is one.
+  Reason reason = Reason::kNone;
+  /// The macro sheets of Excel 4 that a file without VBA holds, German: "enthält Excel-4-Makros: Makro1 (3 Formeln)".
+  std::string macroSheets;
   OfficeHost host = OfficeHost::kUnknown;
   VbaProject project;
   /// But for `excel4` and the password empty when facts were not asked for.
   DocumentFacts facts;
+
+  /// Why there is no project: German, UTF-8, one line, without the file's name. Empty when there is one.
+  std::string ReasonText() const;
 };
 
 /// Reads the project and the facts of a file, or of bytes from anywhere. Never throws for what is in it.
