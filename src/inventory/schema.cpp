@@ -28,11 +28,9 @@ CREATE TABLE datei(nr INTEGER PRIMARY KEY, ordner INTEGER NOT NULL REFERENCES or
   groesse INTEGER NOT NULL, zeit INTEGER NOT NULL, inhalt INTEGER REFERENCES inhalt, zustand TEXT NOT NULL,
   grund TEXT NOT NULL, erstmals INTEGER NOT NULL REFERENCES lauf, geaendert INTEGER NOT NULL REFERENCES lauf,
   verschwunden INTEGER REFERENCES lauf, UNIQUE(ordner, name));
-CREATE INDEX datei_inhalt ON datei(inhalt) WHERE inhalt IS NOT NULL;
 CREATE TABLE modul(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL, name TEXT NOT NULL,
   art TEXT NOT NULL, zeilen INTEGER NOT NULL, codezeilen INTEGER NOT NULL, kommentarzeilen INTEGER NOT NULL,
   pruefsumme INTEGER, PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
-CREATE INDEX modul_pruefsumme ON modul(pruefsumme) WHERE pruefsumme IS NOT NULL;
 CREATE TABLE routine(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL, modul INTEGER NOT NULL,
   name TEXT NOT NULL, art TEXT NOT NULL, sichtbarkeit TEXT NOT NULL, signatur TEXT NOT NULL, zeile INTEGER NOT NULL,
   zeilen INTEGER NOT NULL, anweisungen INTEGER NOT NULL, komplexitaet INTEGER NOT NULL, tiefe INTEGER NOT NULL,
@@ -54,6 +52,12 @@ CREATE TABLE api(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NU
   PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
 CREATE TABLE pruefung(kennung TEXT PRIMARY KEY, gruppe TEXT NOT NULL, stufe TEXT NOT NULL, titel TEXT NOT NULL)
   WITHOUT ROWID;
+)sql";
+
+/// Those that no statement needs to be right.
+constexpr const char* kIndexes = R"sql(
+CREATE INDEX IF NOT EXISTS datei_inhalt ON datei(inhalt) WHERE inhalt IS NOT NULL;
+CREATE INDEX IF NOT EXISTS modul_pruefsumme ON modul(pruefsumme) WHERE pruefsumme IS NOT NULL;
 )sql";
 
 constexpr const char* kViews = R"sql(
@@ -146,6 +150,8 @@ const char* const kContentColumns =
 
 void PrepareSchema(Database& database) {
   const bool exists = IsInventory(database);
+  // Fewer, larger pages: most rows are added at the end.
+  if (!exists) database.Run("PRAGMA page_size=16384");
   database.Run("BEGIN IMMEDIATE");
   if (!exists) {
     database.Run(kTables);
@@ -154,8 +160,15 @@ void PrepareSchema(Database& database) {
                   "; PRAGMA user_version=" + std::to_string(kSchemaVersion))
                      .c_str());
   }
+  database.Run(kIndexes);
   WriteChecks(database);
   database.Run("COMMIT");
+}
+
+void MakeIndexes(Database& database) { database.Run(kIndexes); }
+
+void DropIndexes(Database& database) {
+  database.Run("DROP INDEX IF EXISTS datei_inhalt; DROP INDEX IF EXISTS modul_pruefsumme");
 }
 
 void CheckSchema(Database& database) {

@@ -12,6 +12,10 @@ void PrepareSchema(Database& database);
 /// The same for a database that is only read, or merged from: it must be an inventory.
 void CheckSchema(Database& database);
 
+/// Takes away the indexes that only make answers fast, and makes those that are missing; PrepareSchema does that too.
+void DropIndexes(Database& database);
+void MakeIndexes(Database& database);
+
 /// The tables whose rows belong to a content, by `inhalt` and `folge`, and their columns after these two.
 struct ContentTable {
   const char* name;

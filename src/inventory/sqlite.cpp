@@ -1,3 +1,4 @@
+#include <mutex>
 #include <utility>
 
 #include <sqlite3.h>
@@ -52,6 +53,10 @@ constexpr int FlagsOf(Database::Mode mode) {
 }  // namespace
 
 Database::Database(const std::filesystem::path& file, Mode mode) : name_(files::PathText(file)) {
+  // Nobody asks how much memory is in use, and counting it takes a lock for each value that is copied. Too late, and
+  // without effect, where the program has used the library before.
+  static std::once_flag once;
+  std::call_once(once, [] { sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); });
   const std::string path = files::PathText(files::AbsolutePath(file));
   if (sqlite3_open_v2(path.c_str(), &handle_, FlagsOf(mode) | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK) {
     const int code = handle_ == nullptr ? SQLITE_NOMEM : sqlite3_errcode(handle_);

@@ -92,6 +92,33 @@ TEST(Merge, GivesTheRowsOfOneScanInAnyOrder) {
   EXPECT_EQ(Rows(scratch / "b"), newer);
 }
 
+TEST(Merge, TakesWhatWasReadInAnotherPart) {
+  const files::ScratchFolder scratch;
+  const std::string code = "Sub A()\r\nEnd Sub\r\n";
+  scratch.Write("a/eins.bas", code);
+  scratch.Write("b/zwei.bas", code);
+  scratch.Write("b/drei.bas", code + "' anders");
+  const fs::path lost = scratch / "verloren", read = scratch / "gelesen";
+  Scan(lost, Options(scratch / "a"));
+  Scan(read, Options(scratch / "b"));
+  Ask(lost,
+      "UPDATE inhalt SET zustand = 'zeitlimit', module = 0; UPDATE datei SET zustand = 'zeitlimit';"
+      "DELETE FROM modul; DELETE FROM routine");
+  const std::vector<fs::path> orders[] = {{lost, read}, {read, lost}, {lost, lost, read}, {read, lost, read}};
+  for (const std::vector<fs::path>& order : orders) {
+    const fs::path whole = scratch / "ganz";
+    fs::remove(whole);
+    Merge(whole, order);
+    EXPECT_EQ(Ask(whole, "SELECT name, zustand FROM datei ORDER BY name"),
+              "drei.bas|makros\neins.bas|makros\nzwei.bas|makros\n");
+    EXPECT_EQ(Ask(whole, "SELECT count(*) FROM modul"), "2\n");
+    EXPECT_EQ(Ask(whole, "SELECT name FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL ORDER BY name"),
+              "datei_inhalt\nmodul_pruefsumme\n");
+    EXPECT_EQ(Ask(whole, "PRAGMA foreign_key_check"), "");
+    EXPECT_EQ(Ask(whole, "PRAGMA integrity_check"), "ok\n");
+  }
+}
+
 TEST(Merge, RefusesWhatIsNoInventory) {
   const files::ScratchFolder scratch;
   Ask(scratch / "andere", "CREATE TABLE x(y)");
