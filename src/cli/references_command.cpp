@@ -1,6 +1,9 @@
 #include <algorithm>
+#include <limits>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <quillmate/symbols/calls.h>
@@ -65,13 +68,20 @@ std::string PlaceText(const ReferenceIndex& index, symbols::Index module, std::u
                          index.Code(module).LineText(line));
 }
 
-/// One place on each line, the declarations' own included: the usual form and the one of editors alike. Written one by
-/// one, since each brings its whole line.
+/// All uses of a few declarations; of many, those that may mean any of them are not repeated for each.
+std::size_t CandidatesFor(const std::vector<SymbolId>& declarations) {
+  return declarations.size() > kListedCandidates ? kListedCandidates : std::numeric_limits<std::size_t>::max();
+}
+
+/// One place on each line, the declarations' own included: the usual form and the one of editors alike. A place that
+/// may mean several of them comes once. Written one by one, since each brings its whole line.
 void WriteReferences(const ReferenceIndex& index, const std::vector<SymbolId>& declarations, Output& output) {
+  std::set<std::pair<symbols::Index, std::uint32_t>> written;
   for (const SymbolId id : declarations) {
     const symbols::Symbol& symbol = index.SymbolAt(id);
     if (symbol.line > 0) output.Write(PlaceText(index, symbol.module, symbol.line, symbol.column));
-    for (const symbols::Reference& reference : index.ReferencesTo(id)) {
+    for (const symbols::Reference& reference : index.ListReferences(id, CandidatesFor(declarations)).references) {
+      if (!written.emplace(reference.module, reference.offset).second) continue;
       output.Write(PlaceText(index, reference.module, reference.line, reference.column));
     }
   }
@@ -82,7 +92,7 @@ std::string ReferencesJson(const ReferenceIndex& index, const std::vector<Symbol
   JsonLines lines(json);
   for (const SymbolId symbol : declarations) {
     lines.Next();
-    AppendSymbolJson(json, index, symbol);
+    AppendSymbolJson(json, index, symbol, CandidatesFor(declarations));
   }
   lines.End();
   return json += "}\n";

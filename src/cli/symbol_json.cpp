@@ -21,7 +21,9 @@ void AppendReference(std::string& json, const ReferenceIndex& index, const symbo
   AppendMember(json, "source_line", index.SourceLine(reference.module, reference.line));
   AppendMember(json, "use", symbols::Word(reference.use));
   AppendMember(json, "certainty", symbols::Word(reference.certainty));
-  json.append(",\"implicit\":").append(reference.implicit ? "true}" : "false}");
+  json.append(",\"implicit\":").append(reference.implicit ? "true" : "false");
+  if (reference.candidates > kListedCandidates) AppendMember(json, "candidates", reference.candidates);
+  json += '}';
 }
 
 }  // namespace
@@ -44,7 +46,7 @@ void AppendModuleJson(std::string& json, const ReferenceIndex& index, symbols::I
   AppendMember(json, "module", info.name);
 }
 
-void AppendSymbolJson(std::string& json, const ReferenceIndex& index, symbols::SymbolId id) {
+void AppendSymbolJson(std::string& json, const ReferenceIndex& index, symbols::SymbolId id, std::size_t candidates) {
   const symbols::Symbol& symbol = index.SymbolAt(id);
   const auto line = [&](std::uint32_t textLine) { return index.EditorLine(symbol.module, textLine); };
   json += "{\"name\":";
@@ -64,12 +66,15 @@ void AppendSymbolJson(std::string& json, const ReferenceIndex& index, symbols::S
   const bool implicit = (symbol.flags & symbols::symbol_flag::kImplicit) != 0;
   json.append(",\"implicit\":").append(implicit ? "true" : "false").append(",\"references\":[");
   bool next = false;
-  for (const symbols::Reference& reference : index.ReferencesTo(id)) {
+  const symbols::ReferenceList list = index.ListReferences(id, candidates);
+  for (const symbols::Reference& reference : list.references) {
     if (next) json += ',';
     next = true;
     AppendReference(json, index, reference);
   }
-  json += "]}";
+  json += ']';
+  if (list.omitted > 0) json.append(",\"omitted\":").append(std::to_string(list.omitted));
+  json += '}';
 }
 
 }  // namespace quillmate::cli

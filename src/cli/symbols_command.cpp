@@ -51,7 +51,13 @@ void WriteText(const ReferenceIndex& index, Output& output) {
     text.append(index.Name(id));
     if (symbol.line > 0) text.append(", Zeile ").append(std::to_string(index.EditorLine(symbol.module, symbol.line)));
     text += "\n";
-    for (const symbols::Reference& reference : index.ReferencesTo(id)) AppendReference(text, index, reference);
+    const symbols::ReferenceList list = index.ListReferences(id, kListedCandidates);
+    for (const symbols::Reference& reference : list.references) AppendReference(text, index, reference);
+    if (list.omitted > 0) {
+      text.append("    ")
+          .append(std::to_string(list.omitted))
+          .append(" weitere, die auch viele andere meinen können\n");
+    }
     if (text.size() < kPiece) continue;
     output.Write(text);
     text.clear();

@@ -174,7 +174,7 @@ bool Parser::ParseDeclaration() {
     ParseConstants(modifiers);
   } else if (word == kWordDeclare && nameFollows) {
     ParseDeclare(modifiers);
-  } else if (word == kWordEvent && nameFollows) {
+  } else if (word == kWordEvent && nameFollows && !IsWord(at + 1, kWordAs)) {
     ParseEvent(modifiers);
   } else if (word == kWordEnum && nameFollows) {
     ParseBlockStart(DeclarationKind::kEnum, modifiers);

@@ -195,7 +195,7 @@ bool Binder::BindLocal(Index number) {
   const bool inactive = (declared.flags & declaration_flag::kInactive) != 0;
   if (inactive && !IsInactive(use)) {
     const Meaning& meaning = ValueOf(use.name);
-    if (meaning.kind == MeaningKind::kGroup && !tables_.modules[meaning.module].IsInactive(meaning.local)) return false;
+    if (meaning.kind == MeaningKind::kGroup && HasActive(tables_.modules[meaning.module], meaning.local)) return false;
   }
   if (declared.kind == DeclarationKind::kReDim && declared.offset == use.offset) {
     scratch_.bound[number] = {table_.types[declaration + 1], module_, declaration + 1, Bound::State::kOwn};

@@ -170,18 +170,9 @@ void Binder::BindString(Index number) {
       return;
     }
     case library::StringTarget::kControl: {
-      const NameUse& use = Use(callee);
-      TypeRef type;
-      if (use.access == language::Access::kSimple) type = TypeRef::Class(module_);
-      if (use.previous != kNone) type = scratch_.bound[use.previous].type;
-      if (type.kind != TypeKind::kClass || type.array) return;
-      const ModuleTable& table = tables_.modules[type.module];
-      const Local first = table.Find(language::HashName(language::FoldName(text)));
-      for (Local local = first; local != kNone; local = table.next[local]) {
-        if (!table.IsControl(local)) continue;
-        return Emit(number, Raw(type.module, local), Form::kRead, certainty, reference_flag::kString);
-      }
-      return;
+      const auto [module, control] = FindControl(callee, language::HashName(language::FoldName(text)));
+      if (control == kNone) return;
+      return Emit(number, Raw(module, control), Form::kRead, certainty, reference_flag::kString);
     }
   }
 }

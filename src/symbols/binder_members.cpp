@@ -127,6 +127,23 @@ Index Binder::EmitLate(Index number, SetKind kind) {
   return set;
 }
 
+/// The control of a name that the collection `Controls` at `collection` has, of the form in front of it or of the own
+/// one: its module and local number, kNone for none.
+std::pair<Index, Local> Binder::FindControl(Index collection, NameHash name) const {
+  static const NameHash kControls = language::HashName("controls");
+  const NameUse& use = Use(collection);
+  if (HashOf(use.name) != kControls) return {kNone, kNone};
+  TypeRef type;
+  if (use.access == language::Access::kSimple) type = TypeRef::Class(module_);
+  if (use.previous != kNone) type = scratch_.bound[use.previous].type;
+  if (type.kind != TypeKind::kClass || type.array) return {kNone, kNone};
+  const ModuleTable& table = tables_.modules[type.module];
+  for (Local local = table.Find(name); local != kNone; local = table.next[local]) {
+    if (table.IsControl(local)) return {type.module, local};
+  }
+  return {kNone, kNone};
+}
+
 /// A name after "!": the text of a key for the object's default member, but a control where the object has it.
 void Binder::BindKey(Index number) {
   const NameUse& use = Use(number);
@@ -149,6 +166,9 @@ void Binder::BindKey(Index number) {
   }
   bound.state = Bound::State::kLibrary;
   if (before.state != Bound::State::kLibrary) return;
+  if (const auto [module, control] = FindControl(use.previous, HashOf(use.name)); control != kNone) {
+    return BindTo(number, module, control, false);
+  }
   // Forms!Kunden of Access: the module is called after it.
   static const NameHash kForms = language::HashName("forms"), kReports = language::HashName("reports");
   const NameHash collection = HashOf(Use(use.previous).name);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "references_p.h"
@@ -94,6 +95,7 @@ class Binder {
 
   // members (binder_members.cpp)
   void BindMember(Index number);
+  std::pair<Index, Local> FindControl(Index collection, NameHash name) const;
   void BindKey(Index number);
   void BindClassMember(Index number, Index module);
   void BindProjectMember(Index number, Index project);

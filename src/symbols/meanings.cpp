@@ -5,13 +5,6 @@
 namespace quillmate::symbols {
 namespace {
 
-bool HasActive(const ModuleTable& table, Local first) {
-  for (Local local = first; local != kNone; local = table.next[local]) {
-    if (!table.IsInactive(local)) return true;
-  }
-  return false;
-}
-
 bool HasRoutine(const ModuleTable& table, Local first, bool outside) {
   for (Local local = first; local != kNone; local = table.next[local]) {
     if (!IsCallable(KindOf(table, local))) continue;
@@ -47,6 +40,13 @@ Meaning LibraryMeaning(library::Global global, bool known) {
 }
 
 }  // namespace
+
+bool HasActive(const ModuleTable& table, Local first) {
+  for (Local local = first; local != kNone; local = table.next[local]) {
+    if (!table.IsInactive(local)) return true;
+  }
+  return false;
+}
 
 Meaning ProjectMeaning(const Tables& tables, Index project, NameHash name) {
   const Index module = tables.FindModule(project, name);
@@ -225,8 +225,10 @@ void Pick(const ModuleTable& table, Local first, Form form, bool outside, bool o
     const Visibility visibility = VisibilityOf(table, local);
     if (outside && visibility == Visibility::kPrivate) continue;
     if (otherProject && visibility == Visibility::kFriend) continue;
-    active = active || !table.IsInactive(local);
-    enumeration = enumeration || kind == SymbolKind::kEnum;
+    const bool counts = !table.IsInactive(local);
+    if (kind == SymbolKind::kEnum && (counts || !active)) enumeration = true;
+    if (counts && !active) enumeration = kind == SymbolKind::kEnum;
+    active = active || counts;
     picked.push_back(local);
   }
   const auto keep = [&](auto wanted) {

@@ -44,6 +44,9 @@ Meaning ExportedMeaning(const Tables& tables, Index project, NameHash name, Inde
 /// The same for types.
 Meaning ExportedType(const Tables& tables, Index project, NameHash name, Index except);
 
+/// Whether conditional compilation leaves anything of the group at `first` in the code.
+bool HasActive(const ModuleTable& table, Local first);
+
 /// A type from what its name means.
 TypeRef TypeOfMeaning(const Tables& tables, const Meaning& meaning);
 

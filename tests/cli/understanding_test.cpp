@@ -1,3 +1,6 @@
+#include <string>
+#include <string_view>
+
 #include "modules.h"
 #include "process.h"
 
@@ -46,6 +49,27 @@ TEST_F(UnderstandingTest, Tags) {
                        "7,\n"),
             std::string::npos)
       << emacs;
+}
+
+/// A name that many modules have is listed with the first of them; the others count what they lack. Nothing is listed
+/// once for each of many meanings.
+TEST_F(UnderstandingTest, UsesThatMayMeanMany) {
+  constexpr int kModules = 40;
+  for (int module = 0; module < kModules; ++module) {
+    Write("v/M" + std::to_string(10 + module) + ".bas", "Public Sub R(): R: M10.R: End Sub\n");
+  }
+  Write("v/N.bas", "Sub A(): R: Call R: End Sub\n");
+  const auto count = [](std::string_view text, std::string_view part) {
+    int found = 0;
+    for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++found;
+    return found;
+  };
+  const std::string json = Run("symbols --json v").out;
+  EXPECT_EQ(count(json, "\"candidates\":40"), 2 * 16) << json;
+  EXPECT_EQ(count(json, "],\"omitted\":2}"), kModules - 16) << json;
+  EXPECT_EQ(count(Run("symbols v").out, "    2 weitere, die auch viele andere meinen können\n"), kModules - 16);
+  EXPECT_EQ(count(Run("references --json --module M49 --name R v").out, "\"ambiguous\""), 2);
+  EXPECT_EQ(count(Run("references --module N --name R v").out, "N.bas:1:"), 2);
 }
 
 /// A list of what is known lets later runs fail on new things only, wherever they moved to.

@@ -179,9 +179,10 @@ const Case kCases[] = {
     {"controls by name, by Me, by the form, by a key, in a string",
      "== project P access\n== document Form_Kunden control txtName\nSub S(): txtName = 1: Me!txtName = 2: x = "
      "Me.Controls(\"txtName\"): Me.Gibtsnicht = 1: End Sub\n== module M\nSub T(): Forms!Kunden!txtName = 1: x = "
-     "Form_Kunden.txtName: End Sub",
+     "Form_Kunden.txtName: Forms!Kunden.Controls!txtName = 2: End Sub",
      {"txtName@1 = control write", "txtName@1#2 = control write", "txtName@1#3 = control read string",
-      "Gibtsnicht@1 = none", "Kunden@2 = Form_Kunden read", "txtName@2 = control write", "txtName@2#2 = control read"}},
+      "Gibtsnicht@1 = none", "Kunden@2 = Form_Kunden read", "txtName@2 = control write", "txtName@2#2 = control read",
+      "txtName@2#3 = control write"}},
     {"named arguments mean parameters of what is called",
      "== module M\nSub P(ByVal Breite As Long): End Sub\nSub A(): Dim Breite: P Breite:=Breite: MsgBox Prompt:=1: End "
      "Sub\n== class C\nPublic Sub Los(Tempo): End Sub\n== module N\nSub B(o As Object): o.Los Tempo:=1: End Sub",
@@ -198,6 +199,11 @@ const Case kCases[] = {
      "== module M\n#If Mac Then\nSub Alt(): End Sub\n#End If\nSub A()\n#If Mac Then\nCall Alt: A\n#End If\nCall Alt: "
      "End Sub",
      {"Alt@6 = 2 call inactive", "A@6 = 4 call inactive", "Alt@8 = 2 call inactive"}},
+    {"what is left out hides nothing that counts",
+     "== module M\n#If Mac Then\nEnum E: m: End Enum\nPrivate Sub v(): End Sub\n#Else\nProperty Get E(): End "
+     "Property\nConst v = 1\n#End If\nSub A(): x = E + v: End Sub\nSub B()\n#If Mac Then\nDim v\n#End If\nx = v\n"
+     "End Sub",
+     {"E@8 = 5 call", "v@8 = 6 read", "v@13 = 6 read"}},
     {"dead branches declare nothing",
      "== module M\nEnum E: eA: End Enum\n#If False Then\nPrivate Const eA = 0\n#End If\nSub A(): x = eA: End Sub",
      {"eA@5 = 1 read"}},

@@ -83,8 +83,15 @@ struct Reference {
   std::uint32_t offset, line, column, length;
   Use use;
   Certainty certainty;
-  bool implicit;  ///< a default member, used without its name
-  bool mayWrite;  ///< handed over by reference: perhaps written too
+  bool implicit;         ///< a default member, used without its name
+  bool mayWrite;         ///< handed over by reference: perhaps written too
+  Index candidates = 1;  ///< so many symbols may be meant, this one included
+};
+
+/// References to a symbol in the order of their places.
+struct ReferenceList {
+  std::vector<Reference> references;
+  std::size_t omitted = 0;  ///< so many uses were left out
 };
 
 /// A name in the code and what it means.
@@ -169,6 +176,9 @@ class ReferenceIndex {
 
   /// Every use, by module, then place. The declaration itself is none.
   std::vector<Reference> ReferencesTo(SymbolId symbol) const;
+  /// The same, so that the lists of all symbols together stay linear in the code: a use that may mean more than `most`
+  /// symbols is listed with the first `most` of them only.
+  ReferenceList ListReferences(SymbolId symbol, std::size_t most) const;
   /// The name that covers a place: a declaration's or a use. Nothing where no name of the project stands.
   std::optional<Occurrence> NameAt(Index module, std::uint32_t line, std::uint32_t column) const;
   /// Every name of a module that means something, by place; declarations included.
