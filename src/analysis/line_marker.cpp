@@ -47,6 +47,8 @@ const char* FindByte(const char* from, const char* end, char byte) noexcept {
 /// The CR of the line break that ends the statement line at `from`; `end` when the code ends first. A line break after
 /// "_" continues the line.
 const char* FindStatementEnd(const char* from, const char* end) noexcept {
+  // Empty lines: nothing has to be searched for.
+  if (end - from >= 2 && from[0] == '\r' && from[1] == '\n') return from;
   for (const char* p = from; (p = FindByte(p, end, '\n')) != end; ++p) {
     const bool isBreak = p > from && p[-1] == '\r';
     if (isBreak && !(p - 1 > from && p[-2] == '_')) return p - 1;

@@ -47,7 +47,8 @@ class RoutineWalks {
   /// `before`.
   RoutineWalks(bool guarded, const WalkSettings& settings, const WalkNumbers& before);
 
-  /// The candidates in their order; `marked` is the line marked up.
+  /// The candidates in their order; `marked` is the line marked up. Throws ModuleError at the first routine that is one
+  /// too many.
   WrappedLine Visit(const RoutineCandidate& candidate, std::string_view marked);
 
   /// The routines of a walk in the order of their numbers, which go on from its number in `before`.
@@ -80,6 +81,7 @@ class RoutineWalks {
   bool guarded_;
   WalkSettings settings_;
   bool numbersInText_ = false;
+  std::int32_t described_ = 0;
   std::array<Walk, kRoutineWalks> walks_;
 };
 

@@ -46,6 +46,12 @@ bool HoldsText(std::string_view bytes) noexcept {
   return static_cast<std::size_t>(strange) * kOneIn <= bytes.size();
 }
 
+bool HasTooManyLines(std::string_view bytes) noexcept {
+  if (bytes.size() <= kMostSourceLines) return false;
+  return std::max(std::ranges::count(bytes, '\n'), std::ranges::count(bytes, '\r')) >
+         static_cast<std::ptrdiff_t>(kMostSourceLines);
+}
+
 }  // namespace
 
 SourceBytes ReadSourceFile(const fs::path& file, std::string& buffer, int codePage) {
@@ -62,6 +68,7 @@ SourceBytes DecodeSourceBytes(std::string& buffer, int codePage) {
   if (buffer.empty()) return {{}, office::Reason::kEmpty};
   CutTrailingNuls(buffer);
   if (buffer.empty() || !HoldsText(buffer)) return {{}, office::Reason::kNoText};
+  if (HasTooManyLines(buffer)) return {{}, office::Reason::kModuleTooLarge};
   if (!IsUtf16(buffer) && buffer.find('\0') != std::string::npos) std::replace(buffer.begin(), buffer.end(), '\0', ' ');
   buffer = office::DecodeModuleBytes(std::move(buffer), codePage);
   return {buffer, {}};

@@ -25,5 +25,6 @@ SourceBytes DecodeSourceBytes(std::string& buffer, int codePage);
 
 /// The editor takes 65,534 lines of 1,023 characters.
 inline constexpr std::size_t kLargestSourceFile = std::size_t{128} << 20U;
+inline constexpr std::size_t kMostSourceLines = 5'000'000;
 
 }  // namespace quillmate::host

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -45,7 +46,9 @@ OfficeFile ReadKind(Kind kind, ByteSource& source, const ReadOptions& options) {
 OfficeFile ReadOfficeFile(ByteSource& source, const ReadOptions& options) {
   if (source.Size() == 0) return Without(State::kFailed, Reason::kEmpty);
   const Kind kind = KindOf(ReadBytes(source, 0, kHeadSize));
-  OfficeFile file = ReadKind(kind, source, options);
+  ReadOptions bounded = options;
+  bounded.mostText = std::min(options.mostText, MostVbaText(source.Size()));
+  OfficeFile file = ReadKind(kind, source, bounded);
   file.recognized = kind != Kind::kUnknown;
   return file;
 }

@@ -77,7 +77,7 @@ OfficeFile Without(State state, Reason reason, OfficeHost host) {
 OfficeFile ReadProjectIn(const Storage& file, Storage::Id storage, OfficeHost host, const ReadOptions& options) {
   OfficeFile result;
   result.host = host;
-  result.project = ReadVbaProject(file, storage);
+  result.project = ReadVbaProject(file, storage, options.mostText);
   // A protection that breaks off with the rest of the description is damage; the texts stay unread all the same.
   const VbaProtection& protection = result.project.protection;
   const bool locked = protection.Locked() && (!protection.unclear || result.project.warnings.empty());

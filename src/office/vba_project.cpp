@@ -106,8 +106,12 @@ EditorText EditorTextOf(std::string bytes, const CodePage& codePage) {
 
 class ProjectReader {
  public:
-  ProjectReader(const Storage& file, Storage::Id storage)
-      : file_(file), storage_(storage), vba_(file.FindStorage(storage, "VBA")), streamBytesLeft_(file.Size()) {}
+  ProjectReader(const Storage& file, Storage::Id storage, std::size_t mostText)
+      : file_(file),
+        storage_(storage),
+        vba_(file.FindStorage(storage, "VBA")),
+        streamBytesLeft_(file.Size()),
+        textBytesLeft_(mostText) {}
 
   VbaProject Read();
 
@@ -128,7 +132,7 @@ class ProjectReader {
   Storage::Id storage_;
   std::optional<Storage::Id> vba_;
   std::uint64_t streamBytesLeft_;
-  std::size_t textBytesLeft_ = kLargestVbaText;
+  std::size_t textBytesLeft_;
   VbaProject project_;
 };
 
@@ -207,6 +211,10 @@ std::optional<Storage::Id> ProjectReader::StreamOf(const ModulePlan& plan, const
 VbaUnpacked ProjectReader::UnpackText(const ModulePlan& plan, const CodePage& codePage) {
   const std::optional<Storage::Id> id = StreamOf(plan, codePage);
   if (!id.has_value()) return Warn(plan, "Quelltext fehlt"), VbaUnpacked{};
+  if (textBytesLeft_ == 0) {
+    Warn(plan, "Quelltext wurde ausgelassen, weil die Texte der Datei zusammen zu groß sind");
+    return {};
+  }
   const Storage::Stream stream = file_.ReadStream(*id, streamBytesLeft_);
   streamBytesLeft_ -= stream.bytes.size();
 
@@ -289,6 +297,8 @@ std::optional<CompoundId> FindVbaProject(const CompoundFile& file) {
   return found.has_value() ? found : FindStorageWhere(file, NamesProject);
 }
 
-VbaProject ReadVbaProject(const Storage& file, Storage::Id storage) { return ProjectReader(file, storage).Read(); }
+VbaProject ReadVbaProject(const Storage& file, Storage::Id storage, std::size_t mostText) {
+  return ProjectReader(file, storage, mostText).Read();
+}
 
 }  // namespace quillmate::office

@@ -165,6 +165,19 @@ TEST(Scanner, NumbersSubsThenFunctionsThenProperties) {
   EXPECT_EQ(scan.lineCount, 8);
 }
 
+/// Nobody wrote so many, and each takes a row. The three kinds count together.
+TEST(Scanner, TakesSoManyRoutinesAndNoMore) {
+  std::string code;
+  const auto add = [&](std::int32_t count, const char* routine) {
+    while (--count >= 0) code += routine;
+  };
+  add(kMostRoutines / 2, "Sub\r\nSub\r\n");
+  add(kMostRoutines / 2, "Declare Function\r\n");
+  EXPECT_EQ(ScanForIndex(code, {}, {}).routines.size(), std::size_t{kMostRoutines});
+  EXPECT_THROW(ScanForIndex(code + "Sub A()", {}, {}), ModuleError);
+  EXPECT_NO_THROW(ScanForDisplay(code + "Sub A()", {}));
+}
+
 TEST(Reflow, IndentsAsExpected) {
   const struct {
     std::string code, expected;

@@ -1,8 +1,12 @@
+#include <array>
+#include <random>
+
 #include <gtest/gtest.h>
 
 #include <quillmate/files/sha256.h>
 
 #include "scratch.h"
+#include "sha256_p.h"
 
 namespace quillmate::files {
 namespace {
@@ -26,6 +30,22 @@ TEST(Sha256, KnownSums) {
     Sha256 sum;
     for (std::size_t i = 0; i < length; ++i) sum.Add("q");
     EXPECT_EQ(sum.Digits(), expected) << length;
+  }
+}
+
+/// What the processor adds by itself is what everybody adds.
+TEST(Sha256, ProcessorAgreesWithAnyOther) {
+  AddSha256Block* const own = ProcessorsSha256();
+  if (own == nullptr) GTEST_SKIP() << "the processor has no instructions for it";
+  std::array<unsigned char, 64> block{};
+  Sha256State expected{0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a, 0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
+  Sha256State found = expected;
+  std::mt19937 random(5);
+  for (int i = 0; i < 1000; ++i) {
+    for (unsigned char& byte : block) byte = static_cast<unsigned char>(random());
+    AddSha256BlockAnywhere(expected, block.data());
+    own(found, block.data());
+    ASSERT_EQ(found, expected) << i;
   }
 }
 

@@ -109,16 +109,20 @@ TEST(DocumentHost, WhatCannotBeReadIsAProblem) {
   temp.Write("nichts.vbp", "Name=N\r\n");
   temp.Write("ins Leere.vbp", "Module=A; weg\\a.bas\r\n");
   fs::resize_file(temp.Write("gross.frm", "x"), (128U << 20U) + 1);
+  temp.Write("lang/viele.bas", std::string(5'000'000, '\n'));
+  temp.Write("lang/zu viele.bas", std::string(5'000'001, '\r'));
   DocumentHost host;
   host.SetSources({temp / "fehlt.bas", temp / "gut", temp / "nur leer", temp / "ohne", temp / "ohne/x.bas",
-                   temp / "text.xyz", temp / "nichts.vbp", temp / "ins Leere.vbp", temp / "gross.frm"});
-  EXPECT_EQ(Listed(host, temp.Path()),
-            (Lines{"gut [gut]", "  a 1 3 gut/a.bas", "fehlt.bas: Datei existiert nicht", "gut/leer.bas: Datei ist leer",
-                   "gut/muell.bas: Datei enthält keinen Text", "gut/muell16.bas: Datei enthält keinen Text",
-                   "nur leer/leer.cls: Datei ist leer", "ohne: Ordner enthält keine Module",
-                   "ohne/x.bas: Ordner enthält keine Module", "text.xyz: Diese Dateiart kann nicht eingelesen werden",
-                   "nichts.vbp: Projektdatei nennt keine Module", "weg/a.bas: Datei existiert nicht",
-                   "gross.frm: Datei ist zu groß für ein Modul"}));
+                   temp / "text.xyz", temp / "nichts.vbp", temp / "ins Leere.vbp", temp / "gross.frm", temp / "lang"});
+  EXPECT_EQ(
+      Listed(host, temp.Path()),
+      (Lines{"gut [gut]", "  a 1 3 gut/a.bas", "lang [lang]", "  viele 1 5000000 lang/viele.bas",
+             "fehlt.bas: Datei existiert nicht", "gut/leer.bas: Datei ist leer",
+             "gut/muell.bas: Datei enthält keinen Text", "gut/muell16.bas: Datei enthält keinen Text",
+             "nur leer/leer.cls: Datei ist leer", "ohne: Ordner enthält keine Module",
+             "ohne/x.bas: Ordner enthält keine Module", "text.xyz: Diese Dateiart kann nicht eingelesen werden",
+             "nichts.vbp: Projektdatei nennt keine Module", "weg/a.bas: Datei existiert nicht",
+             "gross.frm: Datei ist zu groß für ein Modul", "lang/zu viele.bas: Datei ist zu groß für ein Modul"}));
 }
 
 #ifndef _WIN32

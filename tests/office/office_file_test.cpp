@@ -190,6 +190,39 @@ TEST(OfficeFile, FilesThatCannotBeRead) {
 #endif
 }
 
+/// A small file must not burst into more text than anybody writes; code in a file that is large is read to its end.
+TEST(OfficeFile, TextsAreBoundByTheFile) {
+  const struct {
+    std::uint64_t fileSize;
+    std::size_t mostText;
+  } bounds[] = {{0, 8U << 20U},          {131072, 8U << 20U},          {131073, (8U << 20U) + 64},
+                {1U << 20U, 64U << 20U}, {2U << 20U, kLargestVbaText}, {~std::uint64_t{0}, kLargestVbaText}};
+  for (const auto& [fileSize, mostText] : bounds) EXPECT_EQ(MostVbaText(fileSize), mostText) << fileSize;
+
+  WrittenProject project;
+  for (const char* const name : {"M1", "M2", "M3"}) {
+    project.modules.push_back({"Module", name, StandardModule(name, std::string(5U << 20U, '\n'))});
+  }
+  const std::string document = ZipOf({{"word/vbaProject.bin", project.Bin(), true}});
+  ASSERT_LT(document.size(), 131072U);
+  const OfficeFile small = Read(document);
+  ASSERT_EQ(small.project.modules.size(), 3U);
+  EXPECT_EQ(small.project.modules[0].lineCount, 5 << 20);
+  EXPECT_TRUE(small.project.modules[1].hasText);
+  EXPECT_FALSE(small.project.modules[2].hasText);
+  EXPECT_EQ(small.project.warnings,
+            (std::vector<std::string>{
+                "Modul M2: Quelltext ist beschädigt oder zu groß und wurde nur zum Teil gelesen",
+                "Modul M3: Quelltext wurde ausgelassen, weil die Texte der Datei zusammen zu groß sind"}));
+  std::string picture(1U << 20U, ' ');
+  std::mt19937 random(3);
+  for (char& byte : picture) byte = static_cast<char>(random());
+  const OfficeFile large =
+      Read(ZipOf({{"word/vbaProject.bin", project.Bin(), true}, {"word/media/bild.png", picture, false}}));
+  EXPECT_EQ(large.project.warnings, std::vector<std::string>());
+  EXPECT_EQ(large.project.modules[2].lineCount, 5 << 20);
+}
+
 /// A file that shrinks while it is read is not damaged, it can't be read.
 TEST(OfficeFile, FileThatShrinks) {
   const files::ScratchFolder temp;

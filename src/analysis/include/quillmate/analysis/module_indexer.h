@@ -1,6 +1,5 @@
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -17,16 +16,11 @@ struct ReadState {
   codedb::RoutineNumber lastRoutine;
 };
 
-/// A module that the index can't hold. what() is German, UTF-8.
-class ModuleError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
 /// A module scanned for the index, on any thread and before it is known which numbers its routines get.
 class ScannedModule {
  public:
-  /// Throws ModuleError when a routine's header has more lines than the index can count.
+  /// Throws ModuleError when a routine's header has more lines than the index can count, or the module too many
+  /// routines.
   ScannedModule(std::string_view code, const ScanOptions& options);
 
   /// Numbers the routines on from those of the modules before it and writes its rows into the open database. Once.

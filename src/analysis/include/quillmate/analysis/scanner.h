@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,15 @@
 namespace quillmate::analysis {
 
 using ScanOptions = text::CodeLayout;
+
+/// A module of more routines is none that somebody wrote: an editor takes 65,534 lines.
+inline constexpr std::int32_t kMostRoutines = 1'000'000;
+
+/// A module that the index can't hold. what() is German, UTF-8.
+class ModuleError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
 
 /// First or last line of a routine, in the order of the lines of the stored text.
 struct RoutineLine {
@@ -37,7 +47,8 @@ struct ScanResult {
 };
 
 /// Marks up a module and numbers its routines on from `last`, the last number given so far (0 before a project's first
-/// module). The marked-up text ends with one CR LF more than the input.
+/// module). The marked-up text ends with one CR LF more than the input. Throws ModuleError at the first routine beyond
+/// kMostRoutines.
 ScanResult ScanForIndex(std::string_view code, const ScanOptions& options, codedb::RoutineNumber last);
 
 /// Marks up a piece of code for showing: no numbers, no line break added.

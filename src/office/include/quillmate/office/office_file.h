@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <span>
 #include <string>
@@ -24,10 +26,20 @@
 /// Files may be damaged or made to do harm. Bounds: a packed project of more than kLargestVbaProject bytes is not read;
 /// of the file itself only what leads to the project is read (see compound_file.h and vba_project.h); a zip's table of
 /// contents must not be longer than 8 MB. Facts are searched in documents with macros only, part by part as a stream,
-/// at most 2 GB of unpacked parts. Files are opened for reading and never kept open.
+/// at most 2 GB of unpacked parts. All texts together have at most kLargestVbaText bytes, and of a file that is made to
+/// burst, MostVbaText. Files are opened for reading and never kept open.
 namespace quillmate::office {
 
 inline constexpr std::size_t kLargestVbaProject = std::size_t{128} << 20U;
+
+/// Bytes of all texts of a document of that many bytes: 64 times as many, and at least 8 MB. What people write packs to
+/// a tenth at best, and a document full of code has compiled code beside it.
+constexpr std::size_t MostVbaText(std::uint64_t fileSize) noexcept {
+  constexpr std::uint64_t kAlways = std::uint64_t{8} << 20U;
+  constexpr std::uint64_t kMostPacked = 64;
+  if (fileSize >= kLargestVbaText / kMostPacked) return kLargestVbaText;
+  return static_cast<std::size_t>(std::max(kAlways, fileSize * kMostPacked));
+}
 
 enum class OfficeHost { kUnknown, kExcel, kWord, kPowerPoint, kAccess };
 
@@ -36,6 +48,8 @@ struct ReadOptions {
   bool facts = false;
   /// Take the formulas of Excel 4 macro sheets for modules (kOtherComponent), where the file has them as text.
   bool excel4 = false;
+  /// Bytes of all texts of a project together; those behind are left out. ReadOfficeFile takes it down to MostVbaText.
+  std::size_t mostText = kLargestVbaText;
 };
 
 struct OfficeFile {
