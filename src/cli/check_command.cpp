@@ -5,12 +5,14 @@
 #include <vector>
 
 #include <quillmate/checks/checks.h>
+#include <quillmate/files/paths.h>
 
 #include "baseline.h"
 #include "commands.h"
 #include "findings_output.h"
 #include "messages.h"
 #include "output.h"
+#include "read_files.h"
 #include "understanding.h"
 
 namespace quillmate::cli {
@@ -70,6 +72,7 @@ void RunCheck(const Invocation& invocation) {
   }
   if (invocation.baseline) {
     std::erase_if(findings, [&](const Finding& finding) { return TakeKnown(known, FindingKey(index, finding)); });
+    NoteRead(files::PathFromText(*invocation.baseline));
   }
   WriteWhole(invocation.output, Listed(invocation, index, findings));
   if (const std::size_t failures = Failures(invocation, findings); failures > 0) {

@@ -17,6 +17,7 @@
 #include "commands.h"
 #include "messages.h"
 #include "project_input.h"
+#include "read_files.h"
 
 namespace quillmate::cli {
 namespace {
@@ -65,6 +66,7 @@ void AddListedInputs(Invocation& invocation) {
   const std::string& list = *invocation.filesFrom;
   const std::string bytes = list == "-" ? ReadStandardInput() : files::ReadWholeFile(files::PathFromText(list));
   std::string_view rest = bytes;
+  if (list != "-") NoteRead(files::PathFromText(list));
   if (rest.starts_with(kMark)) rest.remove_prefix(kMark.size());
   const std::size_t before = invocation.inputs.size();
   while (!rest.empty()) {

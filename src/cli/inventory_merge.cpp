@@ -8,6 +8,7 @@
 #include "messages.h"
 #include "output.h"
 #include "progress_line.h"
+#include "read_files.h"
 
 namespace quillmate::cli {
 
@@ -16,8 +17,9 @@ void RunInventoryMerge(const Invocation& invocation) {
   std::vector<std::filesystem::path> parts;
   for (std::size_t i = 1; i < invocation.inputs.size(); ++i) {
     parts.push_back(files::PathFromText(invocation.inputs[i]));
-    if (invocation.inputs[i] == *invocation.output) throw UsageError("Ein Teil ist der Bestand selbst");
+    NoteRead(parts.back());
   }
+  CheckNotRead(*invocation.output, {files::PathFromText(*invocation.output)});
   std::size_t done = 0;
   {
     ProgressLine line;

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <string>
 
 #include <quillmate/export/csv.h>
@@ -8,6 +9,7 @@
 #include "json.h"
 #include "messages.h"
 #include "output.h"
+#include "read_files.h"
 
 namespace quillmate::cli {
 namespace {
@@ -109,11 +111,14 @@ void CheckRun(Inventory& stock, std::int64_t since) {
 void RunInventoryReport(const Invocation& invocation) {
   if (invocation.inputs.size() != 2) throw UsageError("report nimmt einen Bestand");
   if (invocation.json && invocation.csv) throw UsageError("--json und --csv schließen sich aus");
+  NoteRead(files::PathFromText(invocation.inputs[1]));
   Inventory stock(files::PathFromText(invocation.inputs[1]));
   const std::int64_t since = invocation.since;
   CheckRun(stock, since);
   if (invocation.xlsxFile) {
-    const auto problem = inventory::WriteReportWorkbook(stock, since, files::PathFromText(*invocation.xlsxFile));
+    const std::filesystem::path workbook = files::PathFromText(*invocation.xlsxFile);
+    CheckNotRead(*invocation.xlsxFile, {workbook});
+    const auto problem = inventory::WriteReportWorkbook(stock, since, workbook);
     if (problem) throw CommandFailure(*problem);
   }
   if (invocation.htmlFile) {

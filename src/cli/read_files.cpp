@@ -6,6 +6,7 @@
 
 #include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/codedb/notes.h>
 #include <quillmate/files/identity.h>
 #include <quillmate/files/paths.h>
 
@@ -34,7 +35,8 @@ void NoteProjectRead(const std::filesystem::path& folder) {
   std::error_code ignored;
   for (const files::FolderEntry& entry : files::FolderEntries(folder, ignored)) {
     const std::string name = files::PathText(entry.path.filename());
-    if (name == codedb::kDatabaseFile || name == codedb::kFactsFile || IsModuleText(name)) NoteRead(entry.path);
+    const bool own = name == codedb::kDatabaseFile || name == codedb::kFactsFile || name == codedb::kNotesFile;
+    if (own || IsModuleText(name)) NoteRead(entry.path);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include <quillmate/files/paths.h>
 #include <quillmate/symbols/unused.h>
 
 #include "baseline.h"
@@ -12,6 +13,7 @@
 #include "json.h"
 #include "messages.h"
 #include "output.h"
+#include "read_files.h"
 #include "symbol_json.h"
 #include "understanding.h"
 
@@ -93,6 +95,7 @@ void RunUnusedExact(const Invocation& invocation) {
   if (invocation.writeBaseline) WriteKeys(*invocation.writeBaseline, index, unused);
   if (invocation.baseline) {
     std::erase_if(unused, [&](const UnusedSymbol& one) { return TakeKnown(known, KeyOf(index, one)); });
+    NoteRead(files::PathFromText(*invocation.baseline));
   }
   const bool anyFails = invocation.baseline && invocation.failOn.empty() && invocation.only.empty();
   const std::vector<std::string>& failing =

@@ -168,7 +168,7 @@ std::uintmax_t BytesOf(const std::vector<std::filesystem::path>& files) {
 
 void Merge(const std::filesystem::path& database, const std::vector<std::filesystem::path>& parts,
            const std::function<void(const std::filesystem::path&)>& done) {
-  Database whole(database, Database::Mode::kCreate);
+  Database whole(NoSource(database), Database::Mode::kCreate);
   whole.Run(
       "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=TRUNCATE; PRAGMA synchronous=NORMAL;"
       "PRAGMA cache_size=-65536; PRAGMA temp_store=MEMORY");
@@ -180,6 +180,8 @@ void Merge(const std::filesystem::path& database, const std::vector<std::filesys
     if (done) done(part);
   }
   MakeIndexes(whole);
+  // Takes the emptied journal away.
+  whole.Run("PRAGMA journal_mode=DELETE");
 }
 
 }  // namespace quillmate::inventory

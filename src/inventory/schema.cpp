@@ -1,6 +1,14 @@
+#include <algorithm>
+#include <string_view>
+#include <system_error>
+
 #include <quillmate/checks/checks.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/inventory/schema.h>
 #include <quillmate/inventory/store_error.h>
+#include <quillmate/office/module_file.h>
+#include <quillmate/office/office_file.h>
+#include <quillmate/text/operations.h>
 
 #include "schema_p.h"
 
@@ -147,6 +155,19 @@ const char* const kContentColumns =
     "pruefsumme, art, fassung, groesse, zustand, grund, format, codepage, projekt, schutz, signiert, titel, autor, "
     "zuletzt_von, firma, programm, erstellt, gespeichert, excel4, ersetzt, module, routinen, zeilen, codezeilen, "
     "befunde";
+
+const std::filesystem::path& NoSource(const std::filesystem::path& file) {
+  std::error_code error;
+  if (std::filesystem::file_size(file, error) != 0 || error) return file;
+  const std::string extension = files::PathText(file.extension());
+  const auto isOffice = [&](std::string_view known) {
+    return !extension.empty() && text::EqualsIgnoreCase(known, std::string_view(extension).substr(1));
+  };
+  if (office::IsModuleFileExtension(extension) || std::ranges::any_of(office::OfficeFileExtensions(), isOffice)) {
+    throw StoreError(files::PathText(file) + ": Die Datei ist kein Bestand");
+  }
+  return file;
+}
 
 void PrepareSchema(Database& database) {
   const bool exists = IsInventory(database);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 #include "sqlite_p.h"
@@ -11,6 +12,10 @@ namespace quillmate::inventory {
 void PrepareSchema(Database& database);
 /// The same for a database that is only read, or merged from: it must be an inventory.
 void CheckSchema(Database& database);
+
+/// The file itself. Throws StoreError where an empty file stands that bears the name of a module or document: it is
+/// somebody's, and could not be told from a database that nothing was written to yet.
+const std::filesystem::path& NoSource(const std::filesystem::path& file);
 
 /// Takes away the indexes that only make answers fast, and makes those that are missing; PrepareSchema does that too.
 void DropIndexes(Database& database);

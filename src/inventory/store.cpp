@@ -128,7 +128,8 @@ struct Store::Statements {
   std::vector<Statement> clear, insert;
 };
 
-Store::Store(const std::filesystem::path& file, bool retry) : database_(file, Database::Mode::kCreate), retry_(retry) {
+Store::Store(const std::filesystem::path& file, bool retry)
+    : database_(NoSource(file), Database::Mode::kCreate), retry_(retry) {
   database_.Run(
       "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=TRUNCATE; PRAGMA synchronous=NORMAL;"
       "PRAGMA cache_size=-32768; PRAGMA temp_store=MEMORY");
@@ -159,6 +160,8 @@ void Store::EndRun(const RunCounts& counts, std::string_view state) {
   update.Add(now).Add(state).Add(counts.files).Add(counts.read).Add(counts.unchanged).Add(counts.vanished);
   update.Add(run_).Run();
   Commit();
+  // Takes the emptied journal away.
+  database_.Run("COMMIT; PRAGMA journal_mode=DELETE; BEGIN IMMEDIATE");
 }
 
 std::int64_t Store::LastCount() {

@@ -136,6 +136,13 @@ TEST(Scan, RefusesWhatIsNotItsToWrite) {
     return files::MessageOf<StoreError>([&] { Scan(database, Options({root})); });
   };
   Scan(scratch / "neuer", Options({root}));
+  EXPECT_FALSE(fs::exists(scratch / "neuer-journal"));
+  // An empty module is no database that waits for its first row.
+  for (const char* const name : {"r/leer.bas", "r/leer.XLSM"}) {
+    EXPECT_NE(failure(scratch.Write(name, "")).find("kein Bestand"), std::string::npos) << name;
+    EXPECT_EQ(fs::file_size(scratch / name), 0U);
+  }
+  EXPECT_EQ(Scan(scratch.Write("leer", ""), Options({root})).found, 3);
   Ask(scratch / "neuer", "PRAGMA user_version = 99");
   EXPECT_NE(failure(scratch / "neuer").find("neueren Fassung"), std::string::npos);
   Ask(scratch / "andere", "CREATE TABLE x(y)");
