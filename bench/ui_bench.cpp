@@ -3,17 +3,19 @@
 //     scripts/blow-up /tmp/gross && bench_ui /tmp/gross [LAST.bas]
 //
 // prints the times from each command to the next state that the user can work with, and the memory of the process. The
-// module that is last in the tree is looked at first.
+// module that is last in the tree is looked at first. QUILLMATE_NAME=Zaehler lists the uses of that name, too.
 
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTest>
 #include <QTreeView>
 #include <cstdio>
@@ -235,6 +237,41 @@ void MeasureNames(ui::MainWindow& window) {
   PrintMemory("after names and lists");
 }
 
+/// The uses of one name, which may be a million: QUILLMATE_NAME.
+void MeasureUses(ui::MainWindow& window, const QString& name) {
+  Trigger(window, "mnuBearbeiten_GeheZuName");
+  auto& field = *window.findChild<QLineEdit*>("txtGeheZu");
+  QTest::keyClicks(&field, name);
+  Press(field, Qt::Key_Return);
+  auto& list = *window.findChild<QTreeView*>("lstVerwendungen");
+  auto& kinds = *window.findChild<QComboBox*>("cboArt");
+  Stopwatch watch;
+  Trigger(window, "mnuBearbeiten_Verwendungen");
+  QApplication::processEvents();
+  watch.Print(qPrintable(window.findChild<QLabel*>("lblVerwendungen")->text()));
+  kinds.setCurrentIndex(1);
+  emit kinds.activated(1);
+  QApplication::processEvents();
+  watch.Print(qPrintable(QStringLiteral("only ") + kinds.currentText()));
+  kinds.setCurrentIndex(0);
+  emit kinds.activated(0);
+  QApplication::processEvents();
+  watch.Print("all of them again");
+  list.expandAll();
+  QApplication::processEvents();
+  watch.Print("all unfolded");
+  list.scrollToBottom();
+  QApplication::processEvents();
+  watch.Print("scrolled to the end");
+  list.verticalScrollBar()->setValue(list.verticalScrollBar()->maximum() / 2);
+  QApplication::processEvents();
+  watch.Print("scrolled to the middle");
+  for (int step = 0; step < 10; ++step) Trigger(window, "mnuBearbeiten_Verwendung_Vor");
+  QApplication::processEvents();
+  watch.Print("ten uses on");
+  PrintMemory("with the uses");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -264,5 +301,6 @@ int main(int argc, char** argv) {
   MeasureNavigation(window);
   MeasureHits(window);
   MeasureNames(window);
+  if (qEnvironmentVariableIsSet("QUILLMATE_NAME")) MeasureUses(window, qEnvironmentVariable("QUILLMATE_NAME"));
   window.Unload();
 }

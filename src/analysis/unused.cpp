@@ -34,10 +34,13 @@ class UnusedReport {
     for (std::size_t i = 0; i < modules_.size(); ++i) ReadPrivates(modules_[i], privates_[i]);
   }
 
-  std::vector<UnusedRoutine> Run() {
+  std::vector<UnusedRoutine> Run(const std::atomic<bool>* cancelled) {
     NameScan scan(names_);
     SearchOrder turns(names_, publics_.turns);
-    for (std::size_t i = 0; i < modules_.size(); ++i) ScanModule(i, scan, turns);
+    for (std::size_t i = 0; i < modules_.size(); ++i) {
+      if (cancelled != nullptr && *cancelled) return {};
+      ScanModule(i, scan, turns);
+    }
     return List();
   }
 
@@ -108,8 +111,9 @@ class UnusedReport {
 
 }  // namespace
 
-std::vector<UnusedRoutine> FindUnusedRoutines(codedb::CodeDatabase& database, const std::filesystem::path& folder) {
-  return UnusedReport(database, folder).Run();
+std::vector<UnusedRoutine> FindUnusedRoutines(codedb::CodeDatabase& database, const std::filesystem::path& folder,
+                                              const std::atomic<bool>* cancelled) {
+  return UnusedReport(database, folder).Run(cancelled);
 }
 
 }  // namespace quillmate::analysis

@@ -8,6 +8,7 @@
 
 #include <quillmate/export/cover_page.h>
 #include <quillmate/files/paths.h>
+#include <quillmate/files/sha256.h>
 
 #include "site_text_p.h"
 
@@ -52,6 +53,7 @@ class Writer {
             "</h1>\n<p>Übergabe vom " + EscapeUtf8(page_.time) + "</p>\n";
     Parts();
     Files();
+    ModuleFiles();
     Omissions();
     Counts();
     Findings();
@@ -107,6 +109,22 @@ class Writer {
       Row().Cell(project.name).Cell(project.file.empty() ? "(nie gespeichert)" : project.file);
       Cell(project.file.empty() ? std::string() : DateOf(project.file));
       html_ += "<td><code>" + EscapeUtf8(project.hash) + "</code></td>";
+      EndRow();
+    }
+    EndTable();
+  }
+
+  /// Where each module is a file of its own: what they are now.
+  void ModuleFiles() {
+    if (page_.facts == nullptr) return;
+    const auto hasFile = [](const codedb::ModuleFacts& module) { return !module.file.empty(); };
+    if (std::ranges::none_of(page_.facts->modules, hasFile)) return;
+    Head("Moduldateien");
+    Table({"Modul", "Datei", "Geändert", "SHA-256"});
+    for (const codedb::ModuleFacts& module : page_.facts->modules) {
+      if (!hasFile(module)) continue;
+      Row().Cell(module.name).Cell(module.file).Cell(DateOf(module.file));
+      html_ += "<td><code>" + files::FileHash(files::PathFromText(module.file)) + "</code></td>";
       EndRow();
     }
     EndTable();

@@ -1,5 +1,6 @@
 #include "analysis_commands.h"
 
+#include <unordered_map>
 #include <utility>
 
 #include <quillmate/analysis/unused.h>
@@ -26,7 +27,9 @@ AnalysisCommands::AnalysisCommands(QWidget& window, const ListDesk& desk, CodeKn
 }
 
 void AnalysisCommands::CloseAll() {
+  // Gives its search up.
   delete window_.findChild<UnusedWindow*>();
+  FinishReading();
   qDeleteAll(window_.findChildren<ListWindow*>());
   delete window_.findChild<CallPictureWindow*>();
   delete window_.findChild<MatrixWindow*>();
@@ -53,21 +56,36 @@ void AnalysisCommands::OpenName() {
   if (known != nullptr) quickOpen_->Open(std::move(known));
 }
 
+void AnalysisCommands::FinishReading() { UnusedWindow::FinishReading(window_); }
+
 void AnalysisCommands::ShowUnusedRoutines() {
-  std::vector<JudgedRoutine> judged;
-  {
-    const Working working(interaction_);
-    interaction_.ShowProgress("Suche Routinen ohne Aufruf");
-    std::vector<analysis::UnusedRoutine> routines = analysis::FindUnusedRoutines(session_.Index(), session_.Files());
-    std::vector<codedb::Line> starts;
-    for (const analysis::UnusedRoutine& routine : routines) {
-      const int node = session_.Tree()->Find(routine.routineNumber);
-      starts.push_back(node < 0 ? codedb::Line{} : session_.StartLines()[static_cast<std::size_t>(node)]);
-    }
-    judged = Judge(std::move(routines), starts, knowledge_.Get().get());
+  if (auto* shown = window_.findChild<UnusedWindow*>(); shown != nullptr && shown->isVisible()) {
+    shown->raise();
+    shown->activateWindow();
+    return;
   }
-  delete window_.findChild<UnusedWindow*>();
-  (new UnusedWindow(&window_, desk_, std::move(judged)))->show();
+  interaction_.ShowProgress("Suche Routinen ohne Aufruf");
+  std::unordered_map<int, codedb::Line> starts;
+  const std::vector<navigation::TreeNode>& nodes = session_.Tree()->nodes;
+  for (std::size_t node = 0; node < nodes.size(); ++node) {
+    if (nodes[node].routine.value > 0) starts.emplace(nodes[node].routine.value, session_.StartLines()[node]);
+  }
+  auto* window = new UnusedWindow(&window_, desk_,
+                                  [folder = session_.Files(), known = knowledge_.Get(),
+                                   starts = std::move(starts)](const std::atomic<bool>& cancelled) {
+                                    // A connection of its own: that of the session belongs to the window's thread.
+                                    codedb::CodeDatabase index;
+                                    index.OpenCodeDatabase(folder);
+                                    auto routines = analysis::FindUnusedRoutines(index, folder, &cancelled);
+                                    std::vector<codedb::Line> lines;
+                                    for (const analysis::UnusedRoutine& routine : routines) {
+                                      const auto start = starts.find(routine.routineNumber.value);
+                                      lines.push_back(start == starts.end() ? codedb::Line{} : start->second);
+                                    }
+                                    return Judge(std::move(routines), lines, known.get());
+                                  });
+  window->show();
+  interaction_.ShowProgress({});
 }
 
 void AnalysisCommands::ShowList(MakeList& make) {

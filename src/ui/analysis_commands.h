@@ -25,6 +25,9 @@ class AnalysisCommands : public QObject {
   /// The project leaves: closes its windows, and forgets what waits.
   void CloseAll();
 
+  /// The project's files are about to be copied: returns when none of the windows reads them any more.
+  void FinishReading();
+
   /// Does it now, or as soon as it is known what the code means; the last wish counts.
   void WhenKnown(std::function<void()> work);
   /// It is known now, or never will be: does what waits.

@@ -6,11 +6,13 @@
 #include <QMimeData>
 #include <QScreen>
 #include <QUrl>
+#include <cstdio>
 
 #include <quillmate/ui/main_window.h>
 
 #include "command_table.h"
 #include "icons.h"
+#include "qt_text.h"
 #include "shell.h"
 
 namespace quillmate::ui {
@@ -49,6 +51,13 @@ void MainWindow::Load(bool mini) {
   setWindowIcon(LoadIcon(QStringLiteral("4A")));
   startup::MakeRunFolder(services_.globals, services_.mark, services_.settings);
   shell_->Load(mini);
+}
+
+void MainWindow::RefuseCommandLine(const QString& text) {
+  const QString what =
+      QStringLiteral("Dateien werden auf der Befehlszeile nicht gelesen; ziehen Sie sie auf das Fenster: ");
+  std::fputs((ToUtf8(what + text) + "\n").c_str(), stderr);
+  shell_->Say(what + text);
 }
 
 void MainWindow::Unload() {

@@ -49,7 +49,12 @@ int RunProgram(int selector, int argc, char** argv) {
   QObject::connect(&app, &QCoreApplication::aboutToQuit, &window, &MainWindow::Unload);
   QuitWithSignals();
   // Whatever asks the program to end is heard from the event loop on, also by a message at the start.
-  QTimer::singleShot(0, &window, [&window] { window.Load(startup::IsMiniWindowCommand(CommandLine())); });
+  QTimer::singleShot(0, &window, [&window] {
+    const std::string command = CommandLine();
+    const bool mini = startup::IsMiniWindowCommand(command);
+    window.Load(mini);
+    if (!mini && !command.empty()) window.RefuseCommandLine(FromUtf8(command));
+  });
   const int status = QApplication::exec();
   window.Unload();
   return status;

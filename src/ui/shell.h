@@ -30,6 +30,7 @@
 #include "project_commands.h"
 #include "project_panel.h"
 #include "project_session.h"
+#include "qt_text.h"
 #include "read_files.h"
 #include "reading_commands.h"
 #include "search_field.h"
@@ -56,6 +57,8 @@ class Shell : public QObject {
   void Run(CommandId command);
   /// Asks about a project that is not saved; false when the program is to stay.
   bool MayClose();
+  /// For the status bar, until something else is to be told.
+  void Say(const QString& text) { interaction_.ShowProgress(ToUtf8(text)); }
   /// What was dropped on the window is taken as soon as nothing else runs.
   void TakeDropped(const QStringList& files);
   /// The user has come back to the window.

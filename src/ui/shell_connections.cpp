@@ -107,6 +107,7 @@ void Shell::ConnectNames() {
   printing_.TakeNotes([this](codedb::ViewIndex view) { return notes_.MarksOf(view); });
   connect(&projects_, &ProjectCommands::AboutToCopy, this, [this] {
     knowledge_.FinishReading();
+    analysis_.FinishReading();
     comparing_.FinishReading();
   });
   connect(&inventories_, &InventoryCommands::FileChosen, this, [this](const QString& path) {
@@ -118,7 +119,10 @@ void Shell::ConnectNames() {
     window_.activateWindow();
   });
   handOver_.TakeNotes([this] { return notes_.Notes(); });
-  connect(&handOver_, &HandOver::AboutToCopy, this, [this] { knowledge_.FinishReading(); });
+  connect(&handOver_, &HandOver::AboutToCopy, this, [this] {
+    knowledge_.FinishReading();
+    analysis_.FinishReading();
+  });
 }
 
 void Shell::ConnectStatusBar() {

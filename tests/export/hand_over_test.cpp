@@ -67,14 +67,22 @@ TEST(CoverPage, TellsWhatIsKnown) {
   facts.projects[0].name = "Lager";
   facts.projects[0].file = "/gibt/es/<nicht>.xlsm";
   facts.projects[0].hash = "abc123";
+  const files::ScratchFolder folder;
+  files::WriteWholeFile(folder / "M.bas", "abc");
+  facts.modules.resize(2);
+  facts.modules[0].name = "Innen";
+  facts.modules[1].name = "Außen";
+  facts.modules[1].file = files::PathText(folder / "M.bas");
   facts.omissions.push_back({"x.xls", "", "", "verschlüsselt"});
   const std::string html = CoverHtml(
       {"A & B", "1.2.2026", &facts, index, metrics, findings, {{"Code.pdf", "Der Code"}}, {{"M.A", "eins\nzwei"}}});
   for (const char* part : {"<h1>A &amp; B</h1>", "<a href=\"Code.pdf\">Der Code</a>", "/gibt/es/&lt;nicht&gt;.xlsm",
                            "abc123", "verschlüsselt", "<td>Routinen</td><td class=\"n\">1</td>",
-                           "<td>davon Kommentar</td><td class=\"n\">1</td>", "<td>eins<br>zwei</td>"}) {
+                           "<td>davon Kommentar</td><td class=\"n\">1</td>", "<td>eins<br>zwei</td>", "<td>Außen</td>",
+                           "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"}) {
     EXPECT_NE(html.find(part), std::string::npos) << part;
   }
+  EXPECT_EQ(html.find("Innen"), std::string::npos) << "it is no file of its own";
   const std::string unknown = CoverHtml({"A", "1.2.2026", nullptr, index, metrics, {}, {}, {}});
   EXPECT_NE(unknown.find("Woher der Code kommt, ist nicht bekannt"), std::string::npos);
   EXPECT_NE(unknown.find("Es gibt keine Befunde"), std::string::npos);

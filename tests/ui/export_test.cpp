@@ -242,7 +242,6 @@ TEST_F(ExportTest, ExportsSayWhatTheyDoUnderTheHourglass) {
       {"mnuHtml_Clipboard", "Erzeuge Html Code"}, {"mnuHtml_Modul", "Erzeuge Html Code"},
       {"mnuHtml_projekt", "Erzeuge Html Code"},   {"mnuRtf_Modul", "Erzeuge RTF-Modul"},
       {"mnuRtf_Projekt", "Erzeuge RTF-Projekt"},  {"mnuHtml_Dokumentation", "HTML-Dokumentation: Modul 2 von 2"},
-      {"mnuTest", "Suche Routinen ohne Aufruf"},
   };
   AwaitKnowledge();
   for (const auto& c : kCases) {

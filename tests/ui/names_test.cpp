@@ -10,9 +10,12 @@
 #include <QTextBlock>
 #include <QToolTip>
 #include <algorithm>
+#include <array>
+#include <tuple>
 
 #include "code_editor.h"
 #include "list_job.h"
+#include "list_model.h"
 #include "name_matcher.h"
 #include "window_test.h"
 
@@ -333,6 +336,73 @@ TEST_F(NamesTest, ListsAreFoundInTheBackground) {
   EXPECT_TRUE(window.isNull());
   EXPECT_TRUE(QTest::qWaitFor([&] { return jobs() == 0; }, 60'000)) << "what nobody wants any more ends";
   EXPECT_EQ(Window().findChild<QWidget*>("frmUnbenutztes"), nullptr);
+}
+
+TEST(ListModel, EachColumnHasItsOrder) {
+  ui::ListSource source;
+  source.columns = {{"Schwere", 10, false, {}, true}, {"Name"}, {"Zeile", 5, true}};
+  ui::ListModel model(source, nullptr);
+  const QAbstractItemModelTester tester(&model);
+  const std::vector<std::tuple<int, const char*, qlonglong>> cells = {
+      {2, "Zebra", 9}, {0, "Öl", 100}, {1, "ofen", 20}, {0, "Ofen", 9}, {2, "äpfel", 1000}};
+  const std::array words = {"fehler", "warnung", "hinweis"};
+  ui::ListRows rows;
+  rows.count = cells.size();
+  rows.cell = [&](std::size_t row, int column) -> QVariant {
+    const auto& [rank, name, line] = cells[row];
+    if (column == 2) return line;
+    return QString::fromUtf8(column == 0 ? words[static_cast<std::size_t>(rank)] : name);
+  };
+  rows.rank = [&](std::size_t row) { return std::get<0>(cells[row]); };
+  model.SetRows(rows);
+  const struct {
+    int column;
+    Qt::SortOrder order;
+    const char* lines;
+  } kOrders[] = {{0, Qt::AscendingOrder, "100 9 20 9 1000"},
+                 {0, Qt::DescendingOrder, "9 1000 20 100 9"},
+                 {1, Qt::AscendingOrder, "1000 20 9 100 9"},
+                 {2, Qt::AscendingOrder, "9 9 20 100 1000"},
+                 {-1, Qt::AscendingOrder, "9 100 20 9 1000"}};
+  for (const auto& order : kOrders) {
+    model.sort(order.column, order.order);
+    QStringList lines;
+    for (int row = 0; row < model.rowCount(); ++row) lines << model.index(row, 2).data().toString();
+    EXPECT_EQ(lines.join(u' '), order.lines) << order.column << ' ' << order.order;
+  }
+}
+
+/// Whatever is typed before, and however often a name is declared.
+TEST_F(NamesTest, NamesAreFoundAsIfEachWereLookedAt) {
+  const auto known = Window().findChild<ui::CodeKnowledge*>()->Get();
+  const symbols::ReferenceIndex& index = known->Index();
+  const auto isLocal = [&index](symbols::SymbolId id) {
+    const symbols::Symbol& symbol = index.SymbolAt(id);
+    return symbol.kind == symbols::SymbolKind::kParameter || symbol.kind == symbols::SymbolKind::kLabel ||
+           (symbol.parent != symbols::kNone && symbol.kind == symbols::SymbolKind::kVariable);
+  };
+  const auto expected = [&](const std::string& typed, const QString& module, std::size_t most) {
+    std::vector<std::pair<int, symbols::SymbolId>> fits;
+    for (symbols::SymbolId id = 0; id < index.SymbolCount(); ++id) {
+      const QString name = QString::fromUtf8(index.Name(id).data(), static_cast<qsizetype>(index.Name(id).size()));
+      const QString in = QString::fromStdString(index.Modules()[index.SymbolAt(id).module].name);
+      if (!in.contains(module, Qt::CaseInsensitive)) continue;
+      const int fit = typed.empty() ? 1 : ui::FitOf(index.Name(id), name.toLower().toStdString(), typed);
+      if (fit > 0) fits.emplace_back(-fit + (isLocal(id) ? 150 : 0), id);
+    }
+    std::ranges::sort(fits);
+    std::vector<symbols::SymbolId> ids;
+    for (std::size_t i = 0; i < std::min(most, fits.size()); ++i) ids.push_back(fits[i].second);
+    return ids;
+  };
+  ui::NameMatcher matcher(known);
+  for (const std::size_t most : {std::size_t{1}, std::size_t{3}, std::size_t{1000}}) {
+    for (const char* typed : {"p", "pr", "pre", "e", "m", "d", "do", "dop", "x", "a", "ar", "a"}) {
+      EXPECT_EQ(matcher.Find(typed, most), expected(typed, {}, most)) << typed << ' ' << most;
+    }
+    EXPECT_EQ(matcher.Find("ART.", most), expected("", "Art", most));
+    EXPECT_EQ(matcher.Find("art.p", most), expected("p", "Art", most));
+  }
 }
 
 TEST(NameMatcher, BetterFitsComeFirst) {

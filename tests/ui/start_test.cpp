@@ -318,6 +318,12 @@ TEST_F(StartTest, StoresTheDisplaySizeInTwips) {
   EXPECT_EQ(settings->ReadSetting("optionen", "bis"), "max");
 }
 
+TEST_F(StartTest, FilesOnTheCommandLineAreRefusedAloud) {
+  Start().RefuseCommandLine(QStringLiteral("/tmp/Mappe.xlsm"));
+  EXPECT_EQ(Panel("Vorgang"),
+            "Dateien werden auf der Befehlszeile nicht gelesen; ziehen Sie sie auf das Fenster: /tmp/Mappe.xlsm");
+}
+
 TEST_F(StartTest, EndsTheRunOnce) {
   Start();
   int ended = 0;

@@ -1,10 +1,11 @@
+#include <QAbstractItemModelTester>
 #include <QCheckBox>
 #include <QDialog>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QSplitter>
 #include <QToolButton>
-#include <QTreeWidget>
+#include <QTreeView>
 
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
@@ -175,14 +176,17 @@ TEST_F(PartsTest, UnusedRoutinesAreListedShownCopiedAndSaved) {
   ASSERT_TRUE(QTest::qWaitFor([this] { return Dialog("frmUnbenutzt") != nullptr; }, 60'000));
   QDialog* list = Dialog("frmUnbenutzt");
   ASSERT_NE(list, nullptr);
-  auto& tree = *list->findChild<QTreeWidget*>("treUnbenutzt");
+  auto& tree = *list->findChild<QTreeView*>("treUnbenutzt");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return tree.model()->rowCount() > 0; }, 60'000)) << "found in the background";
+  QAbstractItemModelTester tester(tree.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
   const QString all = TextOf(*tree.model());
   EXPECT_EQ(all, "Form\n Laden\n Ziel\n Form_Load\nZebra\n Zahl\n");
-  EXPECT_EQ(tree.topLevelItem(0)->child(1)->text(1), "per Text");
+  EXPECT_EQ(tree.model()->index(1, 1, tree.model()->index(0, 0)).data().toString(), "per Text");
   EXPECT_EQ(list->findChild<QLabel*>("lblErgebnis")->text(),
             "Routinen ohne Aufruf: 4 (2 sicher, 1 vom Host, 1 per Text)");
 
-  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualItemRect(tree.topLevelItem(1)->child(0)).center());
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
+                    tree.visualRect(tree.model()->index(0, 0, tree.model()->index(1, 0))).center());
   EXPECT_EQ(Panel("Modul"), "Zebra");
   EXPECT_EQ(Panel("Routine"), "Zahl");
 

@@ -16,6 +16,8 @@ using navigation::Span;
 using navigation::StyleRun;
 
 constexpr double kGap = 1.6;
+/// A line as thin as that part of a row.
+constexpr double kHairLine = 24;
 
 /// One job on one device. The device's pages are what they are when it begins.
 class Printing {
@@ -164,7 +166,9 @@ bool Printing::BeginPage(const QString& title) {
   painter_.drawText(head, Qt::AlignLeft, name);
   painter_.drawText(head, Qt::AlignRight,
                     QLocale(QLocale::German).toString(job_.time.date(), QStringLiteral("dd.MM.yyyy")));
+  painter_.setPen(QPen(Qt::gray, height_ / kHairLine));
   painter_.drawLine(QPointF(0, kGap * height_ * 0.8), QPointF(page_.width(), kGap * height_ * 0.8));
+  painter_.setPen(Qt::black);
   painter_.drawText(QRectF(0, page_.height() - height_, page_.width(), height_), Qt::AlignHCenter,
                     QStringLiteral("Seite %1 von %2").arg(printed_).arg(pages_));
   return true;

@@ -46,7 +46,6 @@ CompareChoice::CompareChoice(QWidget* parent, Platform& platform, std::vector<St
   layout->addWidget(problem_);
   auto* buttons = new QDialogButtonBox;
   ok_->setObjectName(QStringLiteral("cmdVergleichen"));
-  ok_->setDefault(true);
   auto* swap = new QPushButton(QStringLiteral("&Tauschen"));
   swap->setObjectName(QStringLiteral("cmdTauschen"));
   swap->setAutoDefault(false);
@@ -55,6 +54,7 @@ CompareChoice::CompareChoice(QWidget* parent, Platform& platform, std::vector<St
   buttons->addButton(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdAbbrechen"));
   layout->addStretch();
   layout->addWidget(buttons);
+  ok_->setDefault(true);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   connect(swap, &QPushButton::clicked, this, [this] {

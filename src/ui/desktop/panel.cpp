@@ -37,6 +37,12 @@ void Panel::EnableListButtons(bool on) {
 
 bool Panel::TakeKey(QObject&, int) { return false; }
 
+void Panel::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Escape) return QDockWidget::keyPressEvent(event);
+  hide();
+  emit Left();
+}
+
 bool Panel::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QDockWidget::eventFilter(watched, event);
   const int key = static_cast<QKeyEvent*>(event)->key();

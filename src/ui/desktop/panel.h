@@ -30,6 +30,8 @@ class Panel : public QDockWidget {
   void Watch(QWidget& control) { control.installEventFilter(this); }
   /// A key in a watched control; false leaves it to the control.
   virtual bool TakeKey(QObject& control, int key);
+  /// What nothing in it takes: Esc closes it from wherever the keys are.
+  void keyPressEvent(QKeyEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

@@ -37,14 +37,16 @@ HandOverDialog::HandOverDialog(QWidget* parent, const HandOverChoice& preset)
   auto* forms = new QVBoxLayout(form);
   forms->addWidget(asFolder_);
   forms->addWidget(asZip_);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+  auto* buttons = new QDialogButtonBox;
   QPushButton* go = buttons->addButton(QStringLiteral("&Weiter ..."), QDialogButtonBox::AcceptRole);
+  buttons->addButton(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdAbbrechen"));
   go->setObjectName(QStringLiteral("cmdUebergabe"));
-  go->setDefault(true);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(what);
   layout->addWidget(form);
   layout->addWidget(buttons);
+  // Of this dialog: before, the button is in none.
+  go->setDefault(true);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   connect(buttons, &QDialogButtonBox::accepted, this, [this] {
     const HandOverChoice choice{parts_[0]->isChecked(), parts_[1]->isChecked(), parts_[2]->isChecked(),

@@ -9,10 +9,14 @@
 
 namespace quillmate::ui {
 
-ListJob::ListJob(FindRows find, QObject* parent) : QObject(parent), find_(std::move(find)) {}
+ListJob::ListJob(Work work, QObject* parent) : QObject(parent), work_(std::move(work)) {}
 
 ListJob::~ListJob() {
   Cancel();
+  Wait();
+}
+
+void ListJob::Wait() {
   if (thread_.joinable()) thread_.join();
 }
 
@@ -30,7 +34,7 @@ void ListJob::Start() {
 
 void ListJob::Run() noexcept {
   try {
-    rows_ = find_(&cancelled_);
+    work_(cancelled_);
   } catch (const std::exception& error) {
     error_ = FromUtf8(ErrorText(error));
   } catch (...) {
@@ -39,8 +43,8 @@ void ListJob::Run() noexcept {
 }
 
 void ListJob::TakeOver() {
-  if (thread_.joinable()) thread_.join();
-  emit Finished(rows_, error_);
+  Wait();
+  emit Finished(error_);
   deleteLater();
 }
 

@@ -3,37 +3,40 @@
 #include <QObject>
 #include <QString>
 #include <atomic>
+#include <functional>
 #include <thread>
-
-#include "list_source.h"
 
 namespace quillmate::ui {
 
-/// The rows of a list, found in a thread of its own. Deletes itself after it has finished.
+/// What a list shows, found in a thread of its own. Deletes itself after it has finished.
 class ListJob : public QObject {
   Q_OBJECT
 
  public:
-  ListJob(FindRows find, QObject* parent);
+  /// Ends early, with whatever it has, when `cancelled` becomes true.
+  using Work = std::function<void(const std::atomic<bool>& cancelled)>;
+
+  ListJob(Work work, QObject* parent);
   /// Gives it up, and waits until the thread has ended.
   ~ListJob() override;
 
-  /// Finds them now where no thread can be started; Finished comes later in any case.
+  /// Does the work now where no thread can be started; Finished comes later in any case.
   void Start();
   /// Ends it early; Finished still comes.
   void Cancel() noexcept { cancelled_ = true; }
+  /// Returns when the thread has ended; Finished comes later.
+  void Wait();
 
  signals:
-  /// `error`: why there are no rows, for the user; empty when they were found.
-  void Finished(const ListRows& rows, const QString& error);
+  /// `error`: why there is nothing, for the user; empty when it was found.
+  void Finished(const QString& error);
 
  private:
   void Run() noexcept;
   void TakeOver();
 
-  const FindRows find_;
+  const Work work_;
   std::atomic<bool> cancelled_ = false;
-  ListRows rows_;
   QString error_;
   std::thread thread_;
 };

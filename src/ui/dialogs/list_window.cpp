@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <memory>
 #include <utility>
 
 #include "button_row.h"
@@ -66,18 +67,20 @@ ListWindow::ListWindow(QWidget* parent, const ListDesk& desk, ListSource source)
 
 void ListWindow::Search() {
   // Not the window's: when that is closed, nobody waits for the end of the thread.
-  auto* job = new ListJob(model_->Source().find, parent());
+  const auto rows = std::make_shared<ListRows>();
+  auto* job = new ListJob(
+      [rows, find = model_->Source().find](const std::atomic<bool>& cancelled) { *rows = find(&cancelled); }, parent());
   connect(this, &QObject::destroyed, job, [job] { job->Cancel(); });
-  connect(job, &ListJob::Finished, this, [this](const ListRows& rows, const QString& error) {
+  connect(job, &ListJob::Finished, this, [this, rows](const QString& error) {
     isFound_ = true;
     error_ = error;
-    model_->SetRows(rows);
+    model_->SetRows(std::move(*rows));
     const QHeaderView& header = *list_->header();
     if (header.sortIndicatorSection() >= 0) {
       list_->sortByColumn(header.sortIndicatorSection(), header.sortIndicatorOrder());
     }
-    copy_->setDisabled(rows.count == 0);
-    save_->setDisabled(rows.count == 0);
+    copy_->setDisabled(model_->Rows().count == 0);
+    save_->setDisabled(model_->Rows().count == 0);
     ShowCount();
   });
   job->Start();

@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace quillmate::ui {
@@ -42,6 +43,12 @@ NoteDialog::NoteDialog(QWidget* parent, const QString& place, const QString& cod
   auto* cancel = buttons->addButton(QStringLiteral("&Abbrechen"), QDialogButtonBox::RejectRole);
   cancel->setObjectName(QStringLiteral("cmdAbbrechen"));
   layout->addWidget(buttons);
+  keep->setDefault(true);
+  keep->setToolTip(QStringLiteral("Strg+Eingabe"));
+  // Enter is a new line of the text.
+  for (const Qt::Key enter : {Qt::Key_Return, Qt::Key_Enter}) {
+    connect(new QShortcut(Qt::CTRL | enter, this), &QShortcut::activated, keep, &QPushButton::click);
+  }
   connect(keep, &QPushButton::clicked, this, [this] {
     emit Written(text_->toPlainText().trimmed());
     accept();
@@ -52,6 +59,7 @@ NoteDialog::NoteDialog(QWidget* parent, const QString& place, const QString& cod
   });
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
   resize(kSize);
+  text_->moveCursor(QTextCursor::End);
   text_->setFocus();
 }
 

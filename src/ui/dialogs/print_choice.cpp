@@ -35,15 +35,17 @@ PrintChoiceDialog::PrintChoiceDialog(QWidget* parent, const QString& title, cons
   lineNumbers_->setChecked(preset.lineNumbers);
   colours_->setObjectName(QStringLiteral("chkDruckFarben"));
   colours_->setChecked(preset.colours);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+  auto* buttons = new QDialogButtonBox;
   QPushButton* go = buttons->addButton(action, QDialogButtonBox::AcceptRole);
+  buttons->addButton(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdAbbrechen"));
   go->setObjectName(QStringLiteral("cmdDrucken"));
-  go->setDefault(true);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(group);
   layout->addWidget(lineNumbers_);
   layout->addWidget(colours_);
   layout->addWidget(buttons);
+  // Of this dialog: before, the button is in none.
+  go->setDefault(true);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   connect(buttons, &QDialogButtonBox::accepted, this, [this] {
     const PrintChoice choice{static_cast<PrintedWhat>(what_->checkedId()), lineNumbers_->isChecked(),

@@ -1,17 +1,17 @@
 #include "unused_window.h"
 
 #include <QHeaderView>
-#include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <iterator>
+#include <memory>
 #include <utility>
 
 #include <quillmate/codedb/codes.h>
 #include <quillmate/text/windows1252.h>
 
 #include "button_row.h"
+#include "list_job.h"
 #include "qt_text.h"
 
 namespace quillmate::ui {
@@ -19,8 +19,8 @@ namespace {
 
 using symbols::Grade;
 
-/// Routine number of an item; modules have none.
-constexpr int kRoutineRole = Qt::UserRole;
+/// Of the jobs that read the project's files.
+constexpr const char* kJobName = "SucheUnbenutzt";
 
 constexpr QSize kStartSize(560, 520);
 
@@ -41,85 +41,85 @@ QString Summary(const std::vector<JudgedRoutine>& routines) {
   return text + QLatin1Char(')');
 }
 
-QTreeWidgetItem* MakeItem(const JudgedRoutine& judged) {
-  auto* item = new QTreeWidgetItem({FromCode(judged.routine.routineName), GradeCaption(judged.grade)});
-  item->setData(0, kRoutineRole, judged.routine.routineNumber.value);
-  item->setToolTip(1, judged.reason);
-  return item;
-}
-
 }  // namespace
 
-UnusedWindow::UnusedWindow(QWidget* parent, const ListDesk& desk, std::vector<JudgedRoutine> routines)
+UnusedWindow::UnusedWindow(QWidget* parent, const ListDesk& desk, FindUnused find)
     : QDialog(parent, Qt::Window),
       desk_(desk),
-      routines_(std::move(routines)),
-      lblErgebnis_(new QLabel(Summary(routines_))),
+      model_(new UnusedModel(this)),
+      lblErgebnis_(new QLabel(QStringLiteral("Routinen ohne Aufruf werden gesucht ..."))),
       chkNurSicher_(new QCheckBox(QStringLiteral("Nur &sichere zeigen"))),
-      treUnbenutzt_(new QTreeWidget) {
+      treUnbenutzt_(new QTreeView) {
   setObjectName(QStringLiteral("frmUnbenutzt"));
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(QStringLiteral("Routinen ohne Aufruf"));
   resize(kStartSize.boundedTo(screen()->availableSize() * 9 / 10));
   lblErgebnis_->setObjectName(QStringLiteral("lblErgebnis"));
+  lblErgebnis_->setTextFormat(Qt::PlainText);
+  lblErgebnis_->setWordWrap(true);
   chkNurSicher_->setObjectName(QStringLiteral("chkNurSicher"));
   treUnbenutzt_->setObjectName(QStringLiteral("treUnbenutzt"));
   treUnbenutzt_->setAccessibleName(windowTitle());
-  treUnbenutzt_->setHeaderLabels({QStringLiteral("Routine"), QStringLiteral("Klasse")});
+  treUnbenutzt_->setUniformRowHeights(true);
+  treUnbenutzt_->setAllColumnsShowFocus(true);
+  treUnbenutzt_->setModel(model_);
   treUnbenutzt_->header()->setStretchLastSection(false);
   treUnbenutzt_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-  treUnbenutzt_->setUniformRowHeights(true);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(lblErgebnis_);
   layout->addWidget(chkNurSicher_);
   layout->addWidget(treUnbenutzt_, 1);
   layout->addWidget(MakeButtons());
-  connect(chkNurSicher_, &QCheckBox::toggled, this, [this] { Fill(); });
-  connect(treUnbenutzt_, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) { ShowRoutine(*item); });
-  connect(treUnbenutzt_, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) { ShowRoutine(*item); });
-  Fill();
+  connect(chkNurSicher_, &QCheckBox::toggled, this, [this](bool on) {
+    model_->ShowCertainOnly(on);
+    treUnbenutzt_->expandAll();
+  });
+  connect(treUnbenutzt_, &QTreeView::clicked, this, &UnusedWindow::ShowRoutine);
+  connect(treUnbenutzt_, &QTreeView::activated, this, &UnusedWindow::ShowRoutine);
+  treUnbenutzt_->setFocus();
+  Search(std::move(find));
 }
 
 QWidget* UnusedWindow::MakeButtons() {
   auto* row = new ButtonRow;
-  QPushButton* copy =
+  copy_ =
       row->Add("cmdKopieren", "&Kopieren", [this] { desk_.interaction.Guarded([this] { CopyList(desk_, Texts()); }); });
-  QPushButton* save = row->Add("cmdSpeichern", "S&peichern ...",
-                               [this] { desk_.interaction.Guarded([this] { SaveList(desk_, Texts()); }); });
+  save_ = row->Add("cmdSpeichern", "S&peichern ...",
+                   [this] { desk_.interaction.Guarded([this] { SaveList(desk_, Texts()); }); });
   row->Add("cmdSchliessen", "S&chliessen", [this] { close(); });
-  copy->setDisabled(routines_.empty());
-  save->setDisabled(routines_.empty());
+  copy_->setDisabled(true);
+  save_->setDisabled(true);
   return row;
 }
 
-std::vector<JudgedRoutine> UnusedWindow::Shown() const {
-  std::vector<JudgedRoutine> shown;
-  std::copy_if(routines_.begin(), routines_.end(), std::back_inserter(shown), [this](const JudgedRoutine& judged) {
-    return !chkNurSicher_->isChecked() || judged.grade == Grade::kCertain;
+void UnusedWindow::Search(FindUnused find) {
+  const auto found = std::make_shared<std::vector<JudgedRoutine>>();
+  // Not the window's: when that is closed, nobody waits for the end of the thread.
+  auto* job = new ListJob(
+      [found, find = std::move(find)](const std::atomic<bool>& cancelled) { *found = find(cancelled); }, parent());
+  job->setObjectName(QString::fromLatin1(kJobName));
+  connect(this, &QObject::destroyed, job, [job] { job->Cancel(); });
+  connect(job, &ListJob::Finished, this, [this, found](const QString& error) {
+    lblErgebnis_->setText(error.isEmpty() ? Summary(*found) : error);
+    copy_->setDisabled(found->empty());
+    save_->setDisabled(found->empty());
+    model_->SetRoutines(std::move(*found));
+    treUnbenutzt_->expandAll();
+    if (!treUnbenutzt_->currentIndex().isValid()) treUnbenutzt_->setCurrentIndex(model_->index(0, 0));
   });
-  return shown;
+  job->Start();
 }
 
-void UnusedWindow::Fill() {
-  QList<QTreeWidgetItem*> modules;
-  codedb::ModuleNumber module;
-  for (const JudgedRoutine& judged : Shown()) {
-    const analysis::UnusedRoutine& routine = judged.routine;
-    if (modules.isEmpty() || routine.moduleNumber != module) {
-      modules.append(new QTreeWidgetItem(QStringList(FromCode(routine.moduleName))));
-      module = routine.moduleNumber;
-    }
-    modules.back()->addChild(MakeItem(judged));
+void UnusedWindow::FinishReading(QWidget& parent) {
+  for (ListJob* job : parent.findChildren<ListJob*>(QString::fromLatin1(kJobName), Qt::FindDirectChildrenOnly)) {
+    job->Wait();
   }
-  treUnbenutzt_->clear();
-  treUnbenutzt_->addTopLevelItems(modules);
-  treUnbenutzt_->expandAll();
 }
 
-void UnusedWindow::ShowRoutine(const QTreeWidgetItem& item) {
-  const codedb::RoutineNumber routine{item.data(0, kRoutineRole).toInt()};
-  if (routine.value == 0) return;
-  desk_.interaction.Guarded([this, routine] {
+void UnusedWindow::ShowRoutine(const QModelIndex& index) {
+  const JudgedRoutine* judged = model_->RoutineAt(index);
+  if (judged == nullptr) return;
+  desk_.interaction.Guarded([this, routine = judged->routine.routineNumber] {
     const int node = desk_.session.Tree()->Find(routine);
     if (node >= 0) desk_.session.GoToNode(node);
   });
@@ -127,10 +127,11 @@ void UnusedWindow::ShowRoutine(const QTreeWidgetItem& item) {
 
 ListTexts UnusedWindow::Texts() const {
   return {{"ohne Aufruf", {"Modul", "Routine", "Klasse"}, [this](output::TableSink& sink) {
-             for (const auto& [routine, grade, reason] : Shown()) {
-               sink.Text(text::Utf8FromCode(routine.moduleName))
-                   .Text(text::Utf8FromCode(routine.routineName))
-                   .Text(ToUtf8(GradeCaption(grade)))
+             for (std::size_t i = 0; i < model_->ShownCount(); ++i) {
+               const JudgedRoutine& judged = model_->Shown(i);
+               sink.Text(text::Utf8FromCode(judged.routine.moduleName))
+                   .Text(text::Utf8FromCode(judged.routine.routineName))
+                   .Text(ToUtf8(GradeCaption(judged.grade)))
                    .EndRow();
              }
            }}};

@@ -3,34 +3,44 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QLabel>
-#include <QTreeWidget>
+#include <QPushButton>
+#include <QTreeView>
+#include <atomic>
+#include <functional>
 #include <vector>
 
 #include "table_file.h"
-#include "unused_classes.h"
+#include "unused_model.h"
 
 namespace quillmate::ui {
 
-/// The window `frmUnbenutzt`: the routines of the loaded project that nothing calls, by module. A click shows a routine
-/// in the main window. Deletes itself when it is closed.
+/// Finds the routines, which may take seconds in a large project; in any thread.
+using FindUnused = std::function<std::vector<JudgedRoutine>(const std::atomic<bool>& cancelled)>;
+
+/// The window `frmUnbenutzt`: the routines of the loaded project that nothing calls, by module. They are found in the
+/// background until it is closed. A click shows a routine in the main window. Deletes itself when it is closed.
 class UnusedWindow : public QDialog {
   Q_OBJECT
 
  public:
-  UnusedWindow(QWidget* parent, const ListDesk& desk, std::vector<JudgedRoutine> routines);
+  UnusedWindow(QWidget* parent, const ListDesk& desk, FindUnused find);
+
+  /// The project's files may be replaced: returns when they are not read any more.
+  static void FinishReading(QWidget& parent);
 
  private:
   QWidget* MakeButtons();
-  std::vector<JudgedRoutine> Shown() const;
-  void Fill();
-  void ShowRoutine(const QTreeWidgetItem& item);
+  void Search(FindUnused find);
+  void ShowRoutine(const QModelIndex& index);
   ListTexts Texts() const;
 
   ListDesk desk_;
-  std::vector<JudgedRoutine> routines_;
+  UnusedModel* model_;
   QLabel* lblErgebnis_;
   QCheckBox* chkNurSicher_;
-  QTreeWidget* treUnbenutzt_;
+  QTreeView* treUnbenutzt_;
+  QPushButton* copy_ = nullptr;
+  QPushButton* save_ = nullptr;
 };
 
 }  // namespace quillmate::ui

@@ -40,11 +40,12 @@ InventoryChoice::InventoryChoice(QWidget* parent, Platform& platform, const QStr
   layout->addWidget(excluded);
   layout->addWidget(exclude_);
   layout->addWidget(MakeDatabase(database));
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+  auto* buttons = new QDialogButtonBox;
   ok_->setObjectName(QStringLiteral("cmdDurchsuchen"));
-  ok_->setDefault(true);
   buttons->addButton(ok_, QDialogButtonBox::AcceptRole);
+  buttons->addButton(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdAbbrechen"));
   layout->addWidget(buttons);
+  ok_->setDefault(true);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   resize(fontMetrics().averageCharWidth() * 80, sizeHint().height());

@@ -3,6 +3,7 @@
 #include <QString>
 #include <algorithm>
 #include <numeric>
+#include <unordered_map>
 #include <utility>
 
 namespace quillmate::ui {
@@ -28,6 +29,13 @@ std::string Fold(std::string_view name) {
     ascii = ascii && (c & 0x80) == 0;
   }
   return ascii ? folded : QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())).toLower().toStdString();
+}
+
+/// A bit for each letter; letters may share theirs.
+std::uint64_t LettersOf(std::string_view folded) {
+  std::uint64_t letters = 0;
+  for (const char c : folded) letters |= std::uint64_t{1} << (static_cast<unsigned char>(c) & 63U);
+  return letters;
 }
 
 bool HasInOrder(std::string_view text, std::string_view letters) {
@@ -79,23 +87,71 @@ int FitOf(std::string_view name, std::string_view folded, std::string_view typed
   return kLetters - length;
 }
 
+/// A declaration and how well it fits.
+struct NameMatcher::Fit {
+  int fit;
+  SymbolId symbol;
+  /// The better one first; of equals the one that is declared first.
+  bool operator<(const Fit& other) const noexcept { return fit != other.fit ? fit > other.fit : symbol < other.symbol; }
+};
+
 NameMatcher::NameMatcher(std::shared_ptr<const project::Understanding> known) : known_(std::move(known)) {
   const symbols::ReferenceIndex& index = known_->Index();
-  starts_.reserve(index.SymbolCount() + 1);
+  std::unordered_map<std::string_view, std::uint32_t> numbers;
+  std::vector<std::uint32_t> groups;
+  groups.reserve(index.SymbolCount());
   for (SymbolId symbol = 0; symbol < index.SymbolCount(); ++symbol) {
+    const auto [found, isNew] = numbers.try_emplace(index.Name(symbol), static_cast<std::uint32_t>(names_.size()));
+    if (isNew) names_.push_back(found->first);
+    groups.push_back(2 * found->second + (IsLocal(index.SymbolAt(symbol)) ? 1U : 0U));
+  }
+  for (const std::string_view name : names_) {
     starts_.push_back(static_cast<std::uint32_t>(folded_.size()));
-    folded_ += Fold(index.Name(symbol));
+    const std::string folded = Fold(name);
+    letters_.push_back(LettersOf(folded));
+    folded_ += folded;
   }
   starts_.push_back(static_cast<std::uint32_t>(folded_.size()));
+  first_.resize(2 * names_.size() + 1);
+  for (const std::uint32_t group : groups) ++first_[group + 1];
+  std::partial_sum(first_.begin(), first_.end(), first_.begin());
+  symbols_.resize(groups.size());
+  std::vector<std::uint32_t> next(first_.begin(), first_.end() - 1);
+  for (SymbolId symbol = 0; symbol < groups.size(); ++symbol) symbols_[next[groups[symbol]]++] = symbol;
 }
 
-std::string_view NameMatcher::Folded(SymbolId symbol) const {
-  return std::string_view(folded_).substr(starts_[symbol], starts_[symbol + 1] - starts_[symbol]);
+std::string_view NameMatcher::Folded(std::size_t name) const {
+  return std::string_view(folded_).substr(starts_[name], starts_[name + 1] - starts_[name]);
 }
 
-bool NameMatcher::FitsModule(SymbolId symbol, std::string_view module) const {
-  const symbols::Index of = known_->Index().SymbolAt(symbol).module;
-  return module.empty() || Folded(known_->Index().Modules()[of].symbol).find(module) != std::string_view::npos;
+/// By module; empty when all fit.
+std::vector<char> NameMatcher::FittingModules(std::string_view module) const {
+  std::vector<char> fitting;
+  if (module.empty()) return fitting;
+  for (const symbols::ModuleInfo& info : known_->Index().Modules()) {
+    fitting.push_back(Fold(info.name).find(module) != std::string::npos ? 1 : 0);
+  }
+  return fitting;
+}
+
+/// Adds what has the name to the heap of the best ones, whose front is the least of them.
+void NameMatcher::Take(std::size_t name, int fit, const std::vector<char>& modules, std::size_t most,
+                       std::vector<Fit>& best) const {
+  for (const std::size_t group : {2 * name, 2 * name + 1}) {
+    const int grade = fit - (group % 2 == 0 ? 0 : kLocal);
+    for (std::uint32_t at = first_[group]; at < first_[group + 1]; ++at) {
+      const Fit one{grade, symbols_[at]};
+      // The others of the group come later.
+      if (best.size() == most && !(one < best.front())) break;
+      if (!modules.empty() && modules[known_->Index().SymbolAt(one.symbol).module] == 0) continue;
+      if (best.size() == most) {
+        std::pop_heap(best.begin(), best.end());
+        best.pop_back();
+      }
+      best.push_back(one);
+      std::push_heap(best.begin(), best.end());
+    }
+  }
 }
 
 std::vector<SymbolId> NameMatcher::Find(const std::string& typed, std::size_t most) {
@@ -103,30 +159,28 @@ std::vector<SymbolId> NameMatcher::Find(const std::string& typed, std::size_t mo
   const std::size_t dot = folded.rfind('.');
   const std::string module = dot == std::string::npos ? std::string() : folded.substr(0, dot);
   const std::string name = dot == std::string::npos ? folded : folded.substr(dot + 1);
-  const symbols::ReferenceIndex& index = known_->Index();
   const bool narrows = dot == std::string::npos && !last_.empty() && name.starts_with(last_);
   if (!narrows) {
-    candidates_.resize(index.SymbolCount());
-    std::iota(candidates_.begin(), candidates_.end(), SymbolId{0});
+    candidates_.resize(names_.size());
+    std::iota(candidates_.begin(), candidates_.end(), 0U);
   }
   last_ = dot == std::string::npos ? name : std::string();
 
-  std::vector<std::pair<int, SymbolId>> fits;
-  std::vector<SymbolId> left;
-  for (const SymbolId symbol : candidates_) {
-    const int fit = name.empty() && !module.empty() ? 1 : FitOf(index.Name(symbol), Folded(symbol), name);
+  const std::uint64_t letters = LettersOf(name);
+  const std::vector<char> modules = FittingModules(module);
+  std::vector<Fit> best;
+  std::vector<std::uint32_t> left;
+  for (const std::uint32_t candidate : candidates_) {
+    if ((letters_[candidate] & letters) != letters) continue;
+    const int fit = name.empty() && !module.empty() ? 1 : FitOf(names_[candidate], Folded(candidate), name);
     if (fit == 0) continue;
-    left.push_back(symbol);
-    if (FitsModule(symbol, module)) fits.emplace_back(fit - (IsLocal(index.SymbolAt(symbol)) ? kLocal : 0), symbol);
+    left.push_back(candidate);
+    Take(candidate, fit, modules, most, best);
   }
   candidates_ = std::move(left);
-  const auto better = [](const auto& a, const auto& b) {
-    return a.first != b.first ? a.first > b.first : a.second < b.second;
-  };
-  const auto end = fits.begin() + static_cast<std::ptrdiff_t>(std::min(most, fits.size()));
-  std::partial_sort(fits.begin(), end, fits.end(), better);
+  std::sort_heap(best.begin(), best.end());
   std::vector<SymbolId> found;
-  for (auto fit = fits.begin(); fit != end; ++fit) found.push_back(fit->second);
+  for (const Fit& fit : best) found.push_back(fit.symbol);
   return found;
 }
 

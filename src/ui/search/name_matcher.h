@@ -25,16 +25,26 @@ class NameMatcher {
   std::vector<symbols::SymbolId> Find(const std::string& typed, std::size_t most);
 
  private:
-  std::string_view Folded(symbols::SymbolId symbol) const;
-  bool FitsModule(symbols::SymbolId symbol, std::string_view module) const;
+  struct Fit;
+
+  std::string_view Folded(std::size_t name) const;
+  std::vector<char> FittingModules(std::string_view module) const;
+  void Take(std::size_t name, int fit, const std::vector<char>& modules, std::size_t most,
+            std::vector<Fit>& best) const;
 
   std::shared_ptr<const project::Understanding> known_;
-  /// The names in lower case one after the other, and where each begins.
+  /// Each spelling once: most of what a large project declares has names that others have, too.
+  std::vector<std::string_view> names_;
+  /// Them in lower case one after the other, where each begins, and which letters are in it.
   std::string folded_;
   std::vector<std::uint32_t> starts_;
+  std::vector<std::uint64_t> letters_;
+  /// What has a name: symbols_[first_[2 * name]] on, and from first_[2 * name + 1] on what only one routine sees.
+  std::vector<std::uint32_t> first_;
+  std::vector<symbols::SymbolId> symbols_;
   /// What was typed last and what fits it: more letters fit nothing else.
   std::string last_;
-  std::vector<symbols::SymbolId> candidates_;
+  std::vector<std::uint32_t> candidates_;
 };
 
 }  // namespace quillmate::ui

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -31,7 +32,8 @@ struct UnusedRoutine {
 /// The candidates without a reference by module; within a module first the public ones by name, then the others in the
 /// order of their routine numbers. `folder` holds the index's module texts. The time it takes grows with the size of
 /// the project, not with the number of names. Throws codedb::DatabaseError, and std::runtime_error (UTF-8) when a
-/// module's text can't be read.
-std::vector<UnusedRoutine> FindUnusedRoutines(codedb::CodeDatabase& database, const std::filesystem::path& folder);
+/// module's text can't be read. Once `cancelled`, which may be null, is true, it ends soon and returns nothing.
+std::vector<UnusedRoutine> FindUnusedRoutines(codedb::CodeDatabase& database, const std::filesystem::path& folder,
+                                              const std::atomic<bool>* cancelled = nullptr);
 
 }  // namespace quillmate::analysis

@@ -37,7 +37,8 @@ struct CoverPage {
 };
 
 /// HTML5 in German, LF, a file of its own, without anything from a network: the parts, the files that were read with
-/// their dates and hashes, what could not be read, counts, findings by check, and the notes.
+/// their dates and hashes (those of modules that are files: as they are now), what could not be read, counts, findings
+/// by check, and the notes.
 std::string CoverHtml(const CoverPage& page);
 
 }  // namespace quillmate::output

@@ -22,6 +22,8 @@ class MainWindow : public QMainWindow {
   /// Second half of the start: scratch folder, options, list of projects; then shows the window, or the mini window
   /// `frmMin` in its place.
   void Load(bool mini);
+  /// What was written after the program's name and says nothing to it: tells the user, and standard error.
+  void RefuseCommandLine(const QString& text);
   /// End of the run, once: closes the index, removes the scratch folder, and says so with `Ended`.
   void Unload();
   /// Runs the command behind a toolbar key, regardless of case. Unknown keys are ignored.
