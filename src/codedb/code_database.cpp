@@ -24,16 +24,17 @@ struct Recordset::State {
   }
 
   sqlite3_stmt* Statement() const {
-    if (!connection->IsOpen()) throw DatabaseError("Die Datenbank dieser Abfrage ist geschlossen");
+    if (!connection->IsOpen())
+      throw DatabaseError(DatabaseReason::kMisuse, "Die Datenbank dieser Abfrage ist geschlossen");
     return statement;
   }
 
   /// The column's value in the current record.
   sqlite3_stmt* StatementOnRecord(int column) const {
     sqlite3_stmt* const opened = Statement();
-    if (!onRecord) throw DatabaseError("Die Abfrage steht auf keinem Datensatz");
+    if (!onRecord) throw DatabaseError(DatabaseReason::kMisuse, "Die Abfrage steht auf keinem Datensatz");
     if (column < 0 || column >= sqlite3_column_count(opened)) {
-      throw DatabaseError("Die Abfrage hat kein Feld Nummer " + std::to_string(column));
+      throw DatabaseError(DatabaseReason::kMisuse, "Die Abfrage hat kein Feld Nummer " + std::to_string(column));
     }
     return opened;
   }
@@ -44,7 +45,7 @@ struct Recordset::State {
     for (int i = 0; i < sqlite3_column_count(opened); ++i) {
       if (text::EqualsIgnoreCase(sqlite3_column_name(opened, i), name)) return i;
     }
-    throw DatabaseError("Die Abfrage hat kein Feld \"" + name + "\"");
+    throw DatabaseError(DatabaseReason::kMisuse, "Die Abfrage hat kein Feld \"" + name + "\"");
   }
 };
 
@@ -99,10 +100,12 @@ void CodeDatabase::ExecuteSql(std::string_view statement) {
   sqlite3_stmt* const prepared = connection.Prepare(statement);
   const bool isAction = sqlite3_column_count(prepared) == 0;
   const bool done = isAction && sqlite3_step(prepared) == SQLITE_DONE;
-  const std::string reason = done ? std::string() : ErrorText(sqlite3_db_handle(prepared), statement);
+  sqlite3* const database = sqlite3_db_handle(prepared);
+  const DatabaseReason reason = EngineReason(database);
+  const std::string text = done ? std::string() : StatementText(database, statement);
   sqlite3_finalize(prepared);
-  if (!isAction) throw DatabaseError("Eine Abfrage lässt sich nicht als Anweisung ausführen");
-  if (!done) throw DatabaseError(reason);
+  if (!isAction) throw DatabaseError(DatabaseReason::kMisuse, "Eine Abfrage lässt sich nicht als Anweisung ausführen");
+  if (!done) throw DatabaseError(reason, text);
 }
 
 Recordset CodeDatabase::OpenRecordset(std::string_view statement) {
@@ -110,19 +113,21 @@ Recordset CodeDatabase::OpenRecordset(std::string_view statement) {
   state_->Opened();
   state->connection = state_->connection;
   state->statement = state->connection->Prepare(statement);
-  if (sqlite3_column_count(state->statement) == 0) throw DatabaseError("Die Anweisung ist keine Abfrage");
+  if (sqlite3_column_count(state->statement) == 0)
+    throw DatabaseError(DatabaseReason::kMisuse, "Die Anweisung ist keine Abfrage");
   return Recordset(std::move(state));
 }
 
 void CodeDatabase::Begin() {
   Connection& connection = state_->Opened();
-  if (connection.InTransaction()) throw DatabaseError("Es wird schon ein Projekt gelesen");
+  if (connection.InTransaction()) throw DatabaseError(DatabaseReason::kMisuse, "Es wird schon ein Projekt gelesen");
   connection.Run("BEGIN IMMEDIATE");
 }
 
 void CodeDatabase::Commit() {
   Connection& connection = state_->Opened();
-  if (!connection.InTransaction()) throw DatabaseError("Es gibt keine Änderungen zu übernehmen");
+  if (!connection.InTransaction())
+    throw DatabaseError(DatabaseReason::kMisuse, "Es gibt keine Änderungen zu übernehmen");
   connection.Run("COMMIT");
 }
 

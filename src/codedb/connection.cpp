@@ -73,7 +73,7 @@ int BindText(sqlite3_stmt* prepared, int index, std::string_view utf8, Binding b
 Connection::Connection(const std::filesystem::path& file) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) {
-    throw DatabaseError("Die Datenbank " + files::PathText(file) + " existiert nicht");
+    throw DatabaseError(DatabaseReason::kMissing, "Die Datenbank " + files::PathText(file) + " existiert nicht", file);
   }
   // An absolute path: SQLite would take a name that begins with "file:" for an address.
   const std::string name = files::PathText(files::AbsolutePath(file));
@@ -86,10 +86,12 @@ Connection::Connection(const std::filesystem::path& file) {
     CheckTables();
     CheckPages();
     CheckNumbers();
-  } catch (const DatabaseError& reason) {
+  } catch (const DatabaseError& refused) {
     // The destructor of an object that never came to be does not run.
     Close();
-    throw DatabaseError("Die Datenbank " + files::PathText(file) + " lässt sich nicht öffnen.\r\n" + reason.what());
+    throw DatabaseError(refused.Reason(),
+                        "Die Datenbank " + files::PathText(file) + " lässt sich nicht öffnen.\r\n" + refused.what(),
+                        file);
   }
 }
 
@@ -106,14 +108,16 @@ void Connection::Close() noexcept {
 void Connection::SetUp() {
   sqlite3_busy_timeout(db_, kBusyTimeout);
   for (const int option : kSwitchedOff) sqlite3_db_config(db_, option, 0, nullptr);
-  if (!RegisterCollation(db_)) throw DatabaseError("Die Sprachdaten für die deutsche Sortierung fehlen");
+  if (!RegisterCollation(db_))
+    throw DatabaseError(DatabaseReason::kOther, "Die Sprachdaten für die deutsche Sortierung fehlen");
   Run(kSettings);
 }
 
 void Connection::CheckTables() {
   for (const ExpectedTable& table : kExpectedTables) {
     const int result = sqlite3_exec(db_, table.query, nullptr, nullptr, nullptr);
-    if (result == SQLITE_ERROR) throw DatabaseError(std::string("Die Tabelle ") + table.name + " fehlt darin");
+    if (result == SQLITE_ERROR)
+      throw DatabaseError(DatabaseReason::kDamaged, std::string("Die Tabelle ") + table.name + " fehlt darin");
     if (result != SQLITE_OK) Fail({});
   }
 }
@@ -124,7 +128,8 @@ void Connection::CheckNumbers() {
     sqlite3_stmt* const check = PrepareSqlite(query, {}, 0);
     const int step = sqlite3_step(check);
     sqlite3_finalize(check);
-    if (step != SQLITE_DONE) throw DatabaseError("Die Datenbank ist beschädigt: sie enthält unmögliche Nummern");
+    if (step != SQLITE_DONE)
+      throw DatabaseError(DatabaseReason::kDamaged, "Die Datenbank ist beschädigt: sie enthält unmögliche Nummern");
   }
 }
 
@@ -134,9 +139,10 @@ void Connection::CheckPages() {
   const int step = sqlite3_step(check);
   const auto* const verdict = step == SQLITE_ROW ? sqlite3_column_text(check, 0) : nullptr;
   const bool whole = verdict != nullptr && std::strcmp(reinterpret_cast<const char*>(verdict), "ok") == 0;
-  const std::string reason = step == SQLITE_ROW ? "Die Datenbank ist beschädigt" : ErrorText(db_, {});
+  const DatabaseReason reason = step == SQLITE_ROW ? DatabaseReason::kDamaged : EngineReason(db_);
+  const std::string text = step == SQLITE_ROW ? "Die Datenbank ist beschädigt" : EngineText(db_);
   sqlite3_finalize(check);
-  if (!whole) throw DatabaseError(reason);
+  if (!whole) throw DatabaseError(reason, text);
 }
 
 void Connection::Run(const char* sql) {
@@ -145,7 +151,7 @@ void Connection::Run(const char* sql) {
 
 bool Connection::InTransaction() const noexcept { return db_ != nullptr && sqlite3_get_autocommit(db_) == 0; }
 
-void Connection::Fail(std::string_view statement) const { throw DatabaseError(ErrorText(db_, statement)); }
+void Connection::Fail(std::string_view statement) const { FailStatement(db_, statement); }
 
 sqlite3_stmt* Connection::PrepareSqlite(const std::string& sql, std::string_view statement, unsigned flags) {
   sqlite3_stmt* prepared = nullptr;
@@ -154,10 +160,8 @@ sqlite3_stmt* Connection::PrepareSqlite(const std::string& sql, std::string_view
   return prepared;
 }
 
-sqlite3_stmt* Connection::Prepare(std::string_view statement) try {
+sqlite3_stmt* Connection::Prepare(std::string_view statement) {
   return PrepareSqlite(TranslateJet(statement), statement, 0);
-} catch (const JetSyntaxError& error) {
-  throw DatabaseError(error.what());
 }
 
 sqlite3_stmt* Connection::PrepareForm(std::string_view form) {

@@ -1,8 +1,12 @@
 #include <array>
+#include <cerrno>
+#include <new>
+#include <utility>
 
 #include <sqlite3.h>
 
 #include <quillmate/files/file_error.h>
+#include <quillmate/files/paths.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
@@ -11,51 +15,69 @@
 namespace quillmate::codedb {
 namespace {
 
-/// What follows the reason: nothing, the field that the engine names last, or the engine's own words.
-enum class Detail { None, Field, Words };
+/// What follows the text: nothing, the field that the engine names last, or the engine's own words; or the system's
+/// words are in its place.
+enum class Detail { None, Field, Words, System };
 
-struct Reason {
+struct Meaning {
   int code;
+  DatabaseReason reason;
   Detail detail;
   const char* text;
 };
 
 /// Extended codes first: the first entry that fits the extended or the plain code is taken.
-constexpr std::array<Reason, 16> kReasons = {{
-    {SQLITE_CONSTRAINT_CHECK, Detail::Field, "Der Wert ist zu groß oder zu klein für das Feld "},
-    {SQLITE_CONSTRAINT_DATATYPE, Detail::Field, "Der Wert ist keine ganze Zahl für das Feld "},
-    {SQLITE_CONSTRAINT_PRIMARYKEY, Detail::Field, "Es gibt schon einen Datensatz mit dieser Nummer im Feld "},
-    {SQLITE_CONSTRAINT_ROWID, Detail::Field, "Es gibt schon einen Datensatz mit dieser Nummer im Feld "},
-    {SQLITE_MISMATCH, Detail::None, "Der Schlüssel eines Datensatzes muss eine ganze Zahl sein"},
-    {SQLITE_BUSY, Detail::None, "Die Datenbank ist gesperrt: ein anderes Programm schreibt gerade in sie"},
-    {SQLITE_LOCKED, Detail::None, "Die Datenbank ist gesperrt: eine Abfrage wird noch gelesen"},
-    {SQLITE_READONLY, Detail::None, "Die Datenbank ist schreibgeschützt"},
-    {SQLITE_CORRUPT, Detail::None, "Die Datenbank ist beschädigt"},
-    {SQLITE_NOTADB, Detail::None, "Die Datei ist keine Datenbank"},
-    {SQLITE_FULL, Detail::None, "Auf dem Datenträger ist kein Platz mehr"},
-    {SQLITE_CANTOPEN, Detail::None, "Die Datei lässt sich nicht öffnen"},
-    {SQLITE_PERM, Detail::None, "Der Zugriff auf die Datei ist nicht erlaubt"},
-    {SQLITE_IOERR, Detail::Words, "Die Datei lässt sich nicht lesen oder schreiben"},
-    {SQLITE_NOMEM, Detail::None, "Der Arbeitsspeicher reicht nicht aus"},
-    {SQLITE_ERROR, Detail::Words, "Die Datenbank versteht die Anweisung nicht: "},
-}};
+constexpr std::array kMeanings{
+    Meaning{SQLITE_CONSTRAINT_CHECK, DatabaseReason::kBadValue, Detail::Field,
+            "Der Wert ist zu groß oder zu klein für das Feld "},
+    Meaning{SQLITE_CONSTRAINT_DATATYPE, DatabaseReason::kBadValue, Detail::Field,
+            "Der Wert ist keine ganze Zahl für das Feld "},
+    Meaning{SQLITE_CONSTRAINT_PRIMARYKEY, DatabaseReason::kTaken, Detail::Field,
+            "Es gibt schon einen Datensatz mit dieser Nummer im Feld "},
+    Meaning{SQLITE_CONSTRAINT_ROWID, DatabaseReason::kTaken, Detail::Field,
+            "Es gibt schon einen Datensatz mit dieser Nummer im Feld "},
+    Meaning{SQLITE_MISMATCH, DatabaseReason::kBadValue, Detail::None,
+            "Der Schlüssel eines Datensatzes muss eine ganze Zahl sein"},
+    Meaning{SQLITE_BUSY, DatabaseReason::kBusy, Detail::None,
+            "Die Datenbank ist gesperrt: ein anderes Programm schreibt gerade in sie"},
+    Meaning{SQLITE_LOCKED, DatabaseReason::kBusy, Detail::None,
+            "Die Datenbank ist gesperrt: eine Abfrage wird noch gelesen"},
+    Meaning{SQLITE_READONLY, DatabaseReason::kReadOnly, Detail::None, "Die Datenbank ist schreibgeschützt"},
+    Meaning{SQLITE_CORRUPT, DatabaseReason::kDamaged, Detail::None, "Die Datenbank ist beschädigt"},
+    Meaning{SQLITE_NOTADB, DatabaseReason::kNoDatabase, Detail::None, "Die Datei ist keine Datenbank"},
+    Meaning{SQLITE_FULL, DatabaseReason::kFull, Detail::System, nullptr},
+    Meaning{SQLITE_CANTOPEN, DatabaseReason::kCannotOpen, Detail::None, "Die Datei lässt sich nicht öffnen"},
+    Meaning{SQLITE_PERM, DatabaseReason::kNoAccess, Detail::System, nullptr},
+    Meaning{SQLITE_AUTH, DatabaseReason::kNoAccess, Detail::System, nullptr},
+    Meaning{SQLITE_IOERR, DatabaseReason::kInputOutput, Detail::Words,
+            "Die Datei lässt sich nicht lesen oder schreiben"},
+    Meaning{SQLITE_NOMEM, DatabaseReason::kOutOfMemory, Detail::System, nullptr},
+    Meaning{SQLITE_ERROR, DatabaseReason::kBadStatement, Detail::Words, "Die Datenbank versteht die Anweisung nicht: "},
+};
 
-const Reason* FindReason(int extendedCode) {
-  for (const Reason& reason : kReasons) {
-    if (reason.code == extendedCode || reason.code == (extendedCode & 0xFF)) return &reason;
+const Meaning* FindMeaning(int extendedCode) {
+  for (const Meaning& meaning : kMeanings) {
+    if (meaning.code == extendedCode || meaning.code == (extendedCode & 0xFF)) return &meaning;
   }
   return nullptr;
+}
+
+/// What is not the engine's matter has the system's words.
+std::string SystemText(DatabaseReason reason) {
+  if (reason == DatabaseReason::kOutOfMemory) return files::FailureText(std::bad_alloc());
+  return files::ReasonText(reason == DatabaseReason::kFull ? ENOSPC : EACCES);
 }
 
 /// "CHECK constraint failed: mod_typ", "... failed: td_mod.mod_num", "... INTEGER column td_mod.mod_typ".
 std::string_view LastName(std::string_view words) { return text::TextAfterLast(text::TextAfterLast(words, " "), "."); }
 
-std::string DescribeReason(int code, std::string_view words) {
-  const Reason* const reason = FindReason(code);
-  if (reason == nullptr) return "Die Datenbank meldet: " + std::string(words);
-  std::string out = reason->text;
-  if (reason->detail == Detail::Field) out.append("\"").append(LastName(words)).append("\"");
-  if (reason->detail == Detail::Words) out.append(words);
+std::string Describe(int code, std::string_view words) {
+  const Meaning* const meaning = FindMeaning(code);
+  if (meaning == nullptr) return "Die Datenbank meldet: " + std::string(words);
+  if (meaning->detail == Detail::System) return SystemText(meaning->reason);
+  std::string out = meaning->text;
+  if (meaning->detail == Detail::Field) out.append("\"").append(LastName(words)).append("\"");
+  if (meaning->detail == Detail::Words) out.append(words);
   return out;
 }
 
@@ -66,15 +88,35 @@ std::string SystemReason(int code) {
 
 }  // namespace
 
-std::string ErrorText(sqlite3* db, std::string_view statement) {
+DatabaseError::DatabaseError(DatabaseReason reason, const std::string& text, std::filesystem::path file)
+    : std::runtime_error(text), reason_(reason), file_(std::move(file)) {}
+
+DatabaseReason EngineReason(sqlite3* database) {
+  const Meaning* const meaning = FindMeaning(sqlite3_extended_errcode(database));
+  return meaning == nullptr ? DatabaseReason::kOther : meaning->reason;
+}
+
+std::string EngineText(sqlite3* database) {
+  const int code = sqlite3_extended_errcode(database);
+  std::string words = sqlite3_errmsg(database);
+  if ((code & 0xFF) == SQLITE_IOERR) words = SystemReason(sqlite3_system_errno(database));
+  return Describe(code, words);
+}
+
+std::string StatementText(sqlite3* database, std::string_view statement) {
   constexpr std::size_t kQuoted = 200;
-  const int code = sqlite3_extended_errcode(db);
-  std::string words = sqlite3_errmsg(db);
-  if ((code & 0xFF) == SQLITE_IOERR) words = SystemReason(sqlite3_system_errno(db));
-  std::string out = DescribeReason(code, words);
+  std::string out = EngineText(database);
   if (statement.empty()) return out;
   out += "\r\n" + text::Utf8FromCode(statement.substr(0, kQuoted));
   return statement.size() > kQuoted ? out + " ..." : out;
+}
+
+void FailStatement(sqlite3* database, std::string_view statement) {
+  throw DatabaseError(EngineReason(database), StatementText(database, statement));
+}
+
+void FailFile(sqlite3* database, const std::filesystem::path& file) {
+  throw DatabaseError(EngineReason(database), files::PathText(file) + ": " + EngineText(database), file);
 }
 
 }  // namespace quillmate::codedb

@@ -3,11 +3,15 @@
 #include <string>
 #include <string_view>
 
-struct sqlite3;
+#include <quillmate/codedb/database_error.h>
 
 namespace quillmate::codedb {
 
-/// The German text for what the database said last, UTF-8. `statement` (Windows-1252) is quoted in it unless empty.
-std::string ErrorText(sqlite3* db, std::string_view statement);
+/// EngineText; `statement` (Windows-1252) is quoted in it unless empty.
+std::string StatementText(sqlite3* database, std::string_view statement);
+/// Throws DatabaseError with what the engine said last.
+[[noreturn]] void FailStatement(sqlite3* database, std::string_view statement);
+/// The same for a file that holds something else than the index: its path comes first.
+[[noreturn]] void FailFile(sqlite3* database, const std::filesystem::path& file);
 
 }  // namespace quillmate::codedb

@@ -12,7 +12,7 @@ struct CodeDatabase::State {
   std::shared_ptr<Connection> connection;
 
   Connection& Opened() const {
-    if (!connection) throw DatabaseError("Es ist keine Datenbank geöffnet");
+    if (!connection) throw DatabaseError(DatabaseReason::kMisuse, "Es ist keine Datenbank geöffnet");
     return *connection;
   }
 };

@@ -49,16 +49,12 @@ struct FinalizeStatement {
 };
 using Database = std::unique_ptr<sqlite3, CloseDatabase>;
 
-[[noreturn]] void Fail(sqlite3* database, const fs::path& file) {
-  throw DatabaseError(files::PathText(file) + ": " + ErrorText(database, {}));
-}
-
 Database OpenFile(const fs::path& file, int flags) {
   sqlite3* opened = nullptr;
   const int result = sqlite3_open_v2(files::PathText(files::AbsolutePath(file)).c_str(), &opened,
                                      flags | SQLITE_OPEN_NOMUTEX, nullptr);
   Database database(opened);
-  if (result != SQLITE_OK) Fail(opened, file);
+  if (result != SQLITE_OK) FailFile(opened, file);
   // A project may come from anywhere: what else the file holds is never run.
   for (const int option :
        {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_TRUSTED_SCHEMA}) {
@@ -73,7 +69,7 @@ class Statement {
  public:
   Statement(sqlite3* database, const fs::path& file, const char* sql) : database_(database), file_(file) {
     sqlite3_stmt* prepared = nullptr;
-    if (sqlite3_prepare_v2(database, sql, -1, &prepared, nullptr) != SQLITE_OK) Fail(database, file);
+    if (sqlite3_prepare_v2(database, sql, -1, &prepared, nullptr) != SQLITE_OK) FailFile(database, file);
     statement_.reset(prepared);
   }
 
@@ -97,14 +93,14 @@ class Statement {
   }
   /// Runs it with what was added and makes it ready for the next row.
   void Run() {
-    if (sqlite3_step(statement_.get()) != SQLITE_DONE) Fail(database_, file_);
+    if (sqlite3_step(statement_.get()) != SQLITE_DONE) FailFile(database_, file_);
     sqlite3_reset(statement_.get());
     column_ = 0;
   }
 
   bool Next() {
     const int result = sqlite3_step(statement_.get());
-    if (result != SQLITE_ROW && result != SQLITE_DONE) Fail(database_, file_);
+    if (result != SQLITE_ROW && result != SQLITE_DONE) FailFile(database_, file_);
     column_ = 0;
     return result == SQLITE_ROW;
   }
@@ -130,7 +126,7 @@ class Statement {
 
  private:
   void Check(int result) {
-    if (result != SQLITE_OK) Fail(database_, file_);
+    if (result != SQLITE_OK) FailFile(database_, file_);
   }
 
   sqlite3* database_;
@@ -140,7 +136,7 @@ class Statement {
 };
 
 void RunAll(sqlite3* database, const fs::path& file, const char* sql) {
-  if (sqlite3_exec(database, sql, nullptr, nullptr, nullptr) != SQLITE_OK) Fail(database, file);
+  if (sqlite3_exec(database, sql, nullptr, nullptr, nullptr) != SQLITE_OK) FailFile(database, file);
 }
 
 /// "1:1+3*20 22:21*5": shown, original, shift, count.
@@ -275,14 +271,14 @@ class Reader {
  private:
   Statement Select(const char* sql) { return {database_, file_, sql}; }
 
-  [[noreturn]] void Refuse(const char* why) const {
-    throw DatabaseError("Die Datei " + files::PathText(file_) + " " + why);
+  [[noreturn]] void Refuse(const char* why, DatabaseReason reason = DatabaseReason::kDamaged) const {
+    throw DatabaseError(reason, "Die Datei " + files::PathText(file_) + " " + why, file_);
   }
 
   void CheckVersion() {
     Statement version = Select("PRAGMA user_version");
     if (version.Next() && version.Number() > kFactsVersion) {
-      Refuse("stammt von einer neueren Fassung des Programms");
+      Refuse("stammt von einer neueren Fassung des Programms", DatabaseReason::kNewer);
     }
   }
 

@@ -1,5 +1,6 @@
 #include <array>
 
+#include <quillmate/codedb/database_error.h>
 #include <quillmate/codedb/jet_sql.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
@@ -57,7 +58,8 @@ std::size_t SkipNumber(std::string_view statement, std::size_t start) noexcept {
 }
 
 [[noreturn]] void Fail(std::string_view reason, std::string_view at) {
-  throw JetSyntaxError(std::string(reason) + " bei: " + text::Utf8FromCode(at.substr(0, 40)));
+  throw DatabaseError(DatabaseReason::kBadStatement,
+                      std::string(reason) + " bei: " + text::Utf8FromCode(at.substr(0, 40)));
 }
 
 Token ScanText(std::string_view statement, std::size_t start) {

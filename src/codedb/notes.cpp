@@ -33,15 +33,11 @@ struct FinalizeStatement {
 using Database = std::unique_ptr<sqlite3, CloseDatabase>;
 using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
-[[noreturn]] void Fail(sqlite3* database, const fs::path& file) {
-  throw DatabaseError(files::PathText(file) + ": " + ErrorText(database, {}));
-}
-
 Database Open(const fs::path& file, const std::string& name, int flags) {
   sqlite3* opened = nullptr;
   const int result = sqlite3_open_v2(name.c_str(), &opened, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   Database database(opened);
-  if (result != SQLITE_OK) Fail(opened, file);
+  if (result != SQLITE_OK) FailFile(opened, file);
   // A project may come from anywhere: what else the file holds is never run.
   for (const int option :
        {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_TRUSTED_SCHEMA}) {
@@ -53,7 +49,7 @@ Database Open(const fs::path& file, const std::string& name, int flags) {
 
 Statement Prepare(sqlite3* database, const fs::path& file, const char* sql) {
   sqlite3_stmt* prepared = nullptr;
-  if (sqlite3_prepare_v2(database, sql, -1, &prepared, nullptr) != SQLITE_OK) Fail(database, file);
+  if (sqlite3_prepare_v2(database, sql, -1, &prepared, nullptr) != SQLITE_OK) FailFile(database, file);
   return Statement(prepared);
 }
 
@@ -68,7 +64,7 @@ void Bind(sqlite3_stmt* statement, int column, const std::string& text) {
 }
 
 void Fill(sqlite3* database, const fs::path& file, const std::vector<Note>& notes) {
-  if (sqlite3_exec(database, kSchema, nullptr, nullptr, nullptr) != SQLITE_OK) Fail(database, file);
+  if (sqlite3_exec(database, kSchema, nullptr, nullptr, nullptr) != SQLITE_OK) FailFile(database, file);
   const Statement insert = Prepare(database, file, kInsert);
   for (const Note& note : notes) {
     sqlite3_reset(insert.get());
@@ -79,7 +75,7 @@ void Fill(sqlite3* database, const fs::path& file, const std::vector<Note>& note
     sqlite3_bind_int(insert.get(), ++column, note.occurrence);
     Bind(insert.get(), ++column, note.text);
     sqlite3_bind_int(insert.get(), ++column, note.isBookmark ? 1 : 0);
-    if (sqlite3_step(insert.get()) != SQLITE_DONE) Fail(database, file);
+    if (sqlite3_step(insert.get()) != SQLITE_DONE) FailFile(database, file);
   }
 }
 
@@ -107,7 +103,7 @@ std::vector<Note> LoadNotes(const fs::path& folder) {
     notes.push_back({TextAt(at, 0), TextAt(at, 1), TextAt(at, 2), TextAt(at, 3), sqlite3_column_int(at, 4),
                      TextAt(at, 5), sqlite3_column_int(at, 6) != 0});
   }
-  if (result != SQLITE_DONE) Fail(database.get(), file);
+  if (result != SQLITE_DONE) FailFile(database.get(), file);
   return notes;
 }
 
@@ -121,7 +117,7 @@ void SaveNotes(const fs::path& folder, const std::vector<Note>& notes) {
   Fill(database.get(), file, notes);
   sqlite3_int64 size = 0;
   const std::unique_ptr<unsigned char, FreeBytes> bytes(sqlite3_serialize(database.get(), "main", &size, 0));
-  if (bytes == nullptr) Fail(database.get(), file);
+  if (bytes == nullptr) FailFile(database.get(), file);
   files::ReplaceFile(file, {reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size)});
 }
 

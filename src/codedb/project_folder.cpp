@@ -84,7 +84,7 @@ void CopyAllFiles(const fs::path& from, const fs::path& to) {
   try {
     names = ModuleTexts(from);
   } catch (const DatabaseError& error) {
-    throw DatabaseError(BrokenProjectMessage(from) + ": " + error.what());
+    throw DatabaseError(error.Reason(), BrokenProjectMessage(from) + ": " + error.what(), from);
   }
   names.emplace_back(kDatabaseFile);
   if (IsFile(from / kFactsFile)) names.emplace_back(kFactsFile);

@@ -1,14 +1,16 @@
 #include <algorithm>
+#include <cerrno>
 #include <exception>
 #include <fstream>
 #include <memory>
-#include <stdexcept>
+#include <new>
 #include <string>
 #include <vector>
 
 #include <zip.h>
 
 #include <quillmate/export/zip_folder.h>
+#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/replacement.h>
 #include <quillmate/files/work_folder.h>
@@ -38,8 +40,13 @@ struct Reporter {
   }
 };
 
-[[noreturn]] void Fail(const fs::path& target, const char* reason) {
-  throw std::runtime_error(files::PathText(target) + ": Die Zip-Datei kann nicht geschrieben werden: " + reason);
+[[noreturn]] void Fail(const fs::path& target, int systemCode) {
+  throw files::FileError(files::FileAction::kWrite, target, systemCode == 0 ? EIO : systemCode);
+}
+
+[[noreturn]] void Fail(const fs::path& target, zip_error_t* error) {
+  if (zip_error_code_zip(error) == ZIP_ER_MEMORY) throw std::bad_alloc();
+  Fail(target, zip_error_system_type(error) == ZIP_ET_SYS ? zip_error_code_system(error) : 0);
 }
 
 /// In the order of their names, so that the same folder gives the same order.
@@ -57,10 +64,10 @@ void Add(zip_t* zip, const fs::path& folder, const fs::path& file, const fs::pat
   const fs::path inside = folder.filename() / file.lexically_relative(folder);
   const auto name = inside.generic_u8string();
   zip_source_t* source = zip_source_file(zip, path.c_str(), 0, -1);
-  if (source == nullptr) Fail(target, zip_strerror(zip));
+  if (source == nullptr) Fail(target, zip_get_error(zip));
   if (zip_file_add(zip, reinterpret_cast<const char*>(name.c_str()), source, ZIP_FL_ENC_UTF_8) < 0) {
     zip_source_free(source);
-    Fail(target, zip_strerror(zip));
+    Fail(target, zip_get_error(zip));
   }
 }
 
@@ -81,7 +88,7 @@ void ZipFolder(const fs::path& folder, const fs::path& target, const std::functi
   const fs::path made = work.Path() / "gepackt.zip";
   int code = 0;
   Zip zip(zip_open(files::PathText(made).c_str(), ZIP_CREATE | ZIP_EXCL, &code));
-  if (zip == nullptr) Fail(target, "Die Arbeitsdatei lässt sich nicht anlegen");
+  if (zip == nullptr) Fail(target, errno);
   for (const fs::path& file : FilesIn(folder)) Add(zip.get(), folder, file, target);
   Reporter reporter{progress, {}};
   zip_register_progress_callback_with_state(
@@ -92,10 +99,9 @@ void ZipFolder(const fs::path& folder, const fs::path& target, const std::functi
       &reporter);
   zip_t* finished = zip.release();
   if (zip_close(finished) != 0) {
-    const std::string reason = zip_strerror(finished);
-    zip_discard(finished);
+    zip.reset(finished);
     if (reporter.failure) std::rethrow_exception(reporter.failure);
-    Fail(target, reason.c_str());
+    Fail(target, zip_get_error(finished));
   }
   if (reporter.failure) std::rethrow_exception(reporter.failure);
   CopyInto(made, replacement);

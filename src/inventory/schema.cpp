@@ -5,7 +5,6 @@
 #include <quillmate/checks/checks.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/inventory/schema.h>
-#include <quillmate/inventory/store_error.h>
 #include <quillmate/office/module_file.h>
 #include <quillmate/office/office_file.h>
 #include <quillmate/text/operations.h>
@@ -123,15 +122,20 @@ void WriteChecks(Database& database) {
   }
 }
 
+[[noreturn]] void RefuseFile(const std::string& name) {
+  throw codedb::DatabaseError(codedb::DatabaseReason::kNoDatabase, name + ": Die Datei ist kein Bestand");
+}
+
 /// False for an empty file.
 bool IsInventory(Database& database) {
   const std::int64_t application = Ask(database, "PRAGMA application_id");
   const std::int64_t version = Ask(database, "PRAGMA user_version");
   if (application == 0 && version == 0 && Ask(database, "SELECT count(*) FROM sqlite_master") == 0) return false;
-  if (application != kApplication) throw StoreError(database.Name() + ": Die Datei ist kein Bestand");
+  if (application != kApplication) RefuseFile(database.Name());
   if (version > kSchemaVersion) {
-    throw StoreError(database.Name() +
-                     ": Der Bestand stammt von einer neueren Fassung des Programms und wird nicht angefasst");
+    throw codedb::DatabaseError(
+        codedb::DatabaseReason::kNewer,
+        database.Name() + ": Der Bestand stammt von einer neueren Fassung des Programms und wird nicht angefasst");
   }
   return true;
 }
@@ -164,7 +168,7 @@ const std::filesystem::path& NoSource(const std::filesystem::path& file) {
     return !extension.empty() && text::EqualsIgnoreCase(known, std::string_view(extension).substr(1));
   };
   if (office::IsModuleFileExtension(extension) || std::ranges::any_of(office::OfficeFileExtensions(), isOffice)) {
-    throw StoreError(files::PathText(file) + ": Die Datei ist kein Bestand");
+    RefuseFile(files::PathText(file));
   }
   return file;
 }
@@ -193,7 +197,7 @@ void DropIndexes(Database& database) {
 }
 
 void CheckSchema(Database& database) {
-  if (!IsInventory(database)) throw StoreError(database.Name() + ": Die Datei ist kein Bestand");
+  if (!IsInventory(database)) RefuseFile(database.Name());
 }
 
 }  // namespace quillmate::inventory

@@ -7,14 +7,14 @@
 
 namespace quillmate::inventory {
 
-/// Makes the tables and views of an empty database, or sees that they are there. Throws StoreError for a file of
-/// another kind or of a newer version.
+/// Makes the tables and views of an empty database, or sees that they are there. Throws codedb::DatabaseError for a
+/// file of another kind or of a newer version.
 void PrepareSchema(Database& database);
 /// The same for a database that is only read, or merged from: it must be an inventory.
 void CheckSchema(Database& database);
 
-/// The file itself. Throws StoreError where an empty file stands that bears the name of a module or document: it is
-/// somebody's, and could not be told from a database that nothing was written to yet.
+/// The file itself. Throws codedb::DatabaseError where an empty file stands that bears the name of a module or
+/// document: it is somebody's, and could not be told from a database that nothing was written to yet.
 const std::filesystem::path& NoSource(const std::filesystem::path& file);
 
 /// Takes away the indexes that only make answers fast, and makes those that are missing; PrepareSchema does that too.

@@ -4,38 +4,34 @@
 #include <sqlite3.h>
 
 #include <quillmate/files/paths.h>
-#include <quillmate/inventory/store_error.h>
 
 #include "sqlite_p.h"
 
 namespace quillmate::inventory {
 namespace {
 
-std::string ReasonOf(int code, const char* message) {
-  switch (code & 0xFF) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
+using codedb::DatabaseReason;
+
+/// What happens to an inventory has words of its own; what is the system's has the system's.
+std::string Words(sqlite3* database) {
+  switch (codedb::EngineReason(database)) {
+    case DatabaseReason::kBusy:
       return "Ein anderes Programm schreibt gerade in diesen Bestand";
-    case SQLITE_FULL:
-      return "Der Datenträger ist voll; was bis hierher gelesen wurde, ist gesichert, und der nächste Lauf macht "
-             "weiter";
-    case SQLITE_NOTADB:
+    case DatabaseReason::kFull:
+      return codedb::EngineText(database) +
+             "; was bis hierher gelesen wurde, ist gesichert, und der nächste Lauf macht weiter";
+    case DatabaseReason::kNoDatabase:
       return "Die Datei ist kein Bestand";
-    case SQLITE_CORRUPT:
+    case DatabaseReason::kDamaged:
       return "Der Bestand ist beschädigt";
-    case SQLITE_CANTOPEN:
+    case DatabaseReason::kCannotOpen:
       return "Die Datei kann nicht geöffnet werden";
-    case SQLITE_READONLY:
+    case DatabaseReason::kReadOnly:
       return "Die Datei ist schreibgeschützt";
-    case SQLITE_PERM:
-    case SQLITE_AUTH:
-      return "Der Zugriff wurde verweigert";
-    case SQLITE_IOERR:
+    case DatabaseReason::kInputOutput:
       return "Der Datenträger lässt sich nicht lesen oder beschreiben";
-    case SQLITE_NOMEM:
-      return "Der Arbeitsspeicher reicht nicht";
     default:
-      return message == nullptr ? "Unbekannter Fehler" : message;
+      return codedb::EngineText(database);
   }
 }
 
@@ -59,10 +55,10 @@ Database::Database(const std::filesystem::path& file, Mode mode) : name_(files::
   std::call_once(once, [] { sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); });
   const std::string path = files::PathText(files::AbsolutePath(file));
   if (sqlite3_open_v2(path.c_str(), &handle_, FlagsOf(mode) | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK) {
-    const int code = handle_ == nullptr ? SQLITE_NOMEM : sqlite3_errcode(handle_);
-    const std::string reason = ReasonOf(code, nullptr);
+    reason_ = codedb::EngineReason(handle_);
+    failure_ = name_ + ": " + Words(handle_);
     sqlite3_close(handle_);
-    throw StoreError(name_ + ": " + reason);
+    CheckUsable();
   }
   sqlite3_extended_result_codes(handle_, 1);
   // An inventory may come from anywhere: nothing that it holds is run but its tables and our own views.
@@ -83,12 +79,13 @@ std::int64_t Database::LastRow() const noexcept { return sqlite3_last_insert_row
 bool Database::InTransaction() const noexcept { return sqlite3_get_autocommit(handle_) == 0; }
 
 void Database::Fail() {
-  failure_ = name_ + ": " + ReasonOf(sqlite3_extended_errcode(handle_), sqlite3_errmsg(handle_));
-  throw StoreError(failure_);
+  reason_ = codedb::EngineReason(handle_);
+  failure_ = name_ + ": " + Words(handle_);
+  throw codedb::DatabaseError(reason_, failure_, files::PathFromText(name_));
 }
 
 void Database::CheckUsable() const {
-  if (!failure_.empty()) throw StoreError(failure_);
+  if (!failure_.empty()) throw codedb::DatabaseError(reason_, failure_, files::PathFromText(name_));
 }
 
 Statement::Statement(Database& database, std::string_view sql) : database_(&database) {

@@ -7,13 +7,15 @@
 #include <string>
 #include <string_view>
 
+#include <quillmate/codedb/database_error.h>
+
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace quillmate::inventory {
 
-/// An open database file. Failures are StoreError. After the first failure every further step fails too, so that what
-/// has gone wrong halfway is never made lasting. Used by one thread at a time.
+/// An open database file. Failures are codedb::DatabaseError. After the first failure every further step fails too, so
+/// that what has gone wrong halfway is never made lasting. Used by one thread at a time.
 class Database {
  public:
   enum class Mode { kRead, kWrite, kCreate };
@@ -33,7 +35,9 @@ class Database {
 
  private:
   std::string name_;
+  /// What failed first.
   std::string failure_;
+  codedb::DatabaseReason reason_ = codedb::DatabaseReason::kOther;
   sqlite3* handle_ = nullptr;
 };
 

@@ -10,8 +10,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include <quillmate/codedb/database_error.h>
 #include <quillmate/inventory/content.h>
-#include <quillmate/inventory/store_error.h>
 
 #include "folder_walk_p.h"
 #include "sqlite_p.h"

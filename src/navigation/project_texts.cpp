@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include <quillmate/codedb/database_error.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/navigation/project_texts.h>
@@ -21,8 +22,10 @@ void ProjectTexts::MoveTo(const std::filesystem::path& folder) {
 void ProjectTexts::CheckFolder() const {
   const auto now = TimeOfIndex(folder_);
   if (now == time_ || now == std::filesystem::file_time_type::min()) return;
-  throw std::runtime_error("Das Projekt in " + files::PathText(folder_) +
-                           " wurde inzwischen von einem anderen Programm neu geschrieben.");
+  throw codedb::DatabaseError(
+      codedb::DatabaseReason::kReplaced,
+      "Das Projekt in " + files::PathText(folder_) + " wurde inzwischen von einem anderen Programm neu geschrieben.",
+      folder_);
 }
 
 void ProjectTexts::Load(const std::filesystem::path& folder, int moduleCount) {

@@ -57,7 +57,8 @@ void FillRoutineNodes(codedb::CodeDatabase& database, ProjectTree& tree) {
   database.TreeRoutines([&](codedb::RoutineRecord&& routine) {
     const int parent = tree.Find(routine.module);
     if (parent == kNone) {
-      throw codedb::DatabaseError("Das Modul " + codedb::ModuleKey(routine.module) + " fehlt im Projekt.");
+      throw codedb::DatabaseError(codedb::DatabaseReason::kDamaged,
+                                  "Das Modul " + codedb::ModuleKey(routine.module) + " fehlt im Projekt.");
     }
     tree.Add({routine.module, routine.number, std::move(routine.name),
               codedb::RoutineImageKey(routine.kind, routine.visibility), parent});

@@ -177,7 +177,7 @@ ReadState ReadSaved(const StateRequest& request) {
   try {
     database.OpenCodeDatabase(folder);
   } catch (const codedb::DatabaseError& error) {
-    throw std::runtime_error(codedb::BrokenProjectMessage(folder) + ": " + error.what());
+    throw codedb::DatabaseError(error.Reason(), codedb::BrokenProjectMessage(folder) + ": " + error.what(), folder);
   }
   symbols::ProjectSources loaded = symbols::LoadSources(database, folder, request.assumed);
   ReadState read;

@@ -105,7 +105,8 @@ void Session::SetPlace(std::string module, std::string routine) {
 }
 
 void Session::ShowModule(codedb::ViewIndex view) {
-  if (view.value < 0 || view.value >= Views().Count()) throw std::runtime_error(codedb::BrokenProjectMessage(folder_));
+  if (view.value < 0 || view.value >= Views().Count())
+    throw codedb::DatabaseError(codedb::DatabaseReason::kDamaged, codedb::BrokenProjectMessage(folder_), folder_);
   Views().View(view);
   Views().SetCurrent(view);
 }

@@ -2,8 +2,10 @@
 
 #include <QFile>
 #include <QPageLayout>
-#include <stdexcept>
+#include <system_error>
 #include <utility>
+
+#include <quillmate/files/file_error.h>
 
 #include "qt_text.h"
 
@@ -14,7 +16,10 @@ constexpr int kPdfResolution = 600;
 constexpr QMarginsF kMargins(20, 15, 15, 15);
 
 [[noreturn]] void Fail(const QFile& file) {
-  throw std::runtime_error(ToUtf8(file.fileName() + QStringLiteral(": ") + file.errorString()));
+  const std::errc code = file.error() == QFileDevice::ResourceError      ? std::errc::no_space_on_device
+                         : file.error() == QFileDevice::PermissionsError ? std::errc::permission_denied
+                                                                         : std::errc::io_error;
+  throw files::FileError(files::FileAction::kWrite, ToPath(file.fileName()), std::make_error_code(code));
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <quillmate/codedb/code_database.h>
 #include <quillmate/codedb/codes.h>
 #include <quillmate/files/file_bytes.h>
+#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 
 #include "scratch.h"
@@ -316,6 +317,32 @@ Raw OpenRaw(const fs::path& file, const char* statements) {
   sqlite3_open(files::PathText(file).c_str(), &opened);
   EXPECT_EQ(sqlite3_exec(opened, statements, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(opened);
   return {opened, sqlite3_close};
+}
+
+TEST(EngineText, SaysTheSameThingInTheSameWordsEverywhere) {
+  const Raw raw =
+      OpenRaw(":memory:", "PRAGMA max_page_count = 4; CREATE TABLE t (zahl INTEGER PRIMARY KEY CHECK (zahl < 9))");
+  const struct {
+    const char* before;
+    const char* statement;
+    DatabaseReason reason;
+    std::string text;
+  } cases[] = {
+      {"", "CREATE TABLE u AS SELECT zeroblob(99999)", DatabaseReason::kFull, files::ReasonText(ENOSPC)},
+      {"", "INSERT INTO t VALUES(10)", DatabaseReason::kBadValue,
+       "Der Wert ist zu groß oder zu klein für das Feld \"9\""},
+      {"INSERT INTO t VALUES(1)", "INSERT INTO t VALUES(1)", DatabaseReason::kTaken,
+       "Es gibt schon einen Datensatz mit dieser Nummer im Feld \"zahl\""},
+      {"", "SELECT", DatabaseReason::kBadStatement, "Die Datenbank versteht die Anweisung nicht: incomplete input"},
+      {"PRAGMA query_only = 1", "DELETE FROM t", DatabaseReason::kReadOnly, "Die Datenbank ist schreibgeschützt"},
+  };
+  for (const auto& c : cases) {
+    sqlite3_exec(raw.get(), c.before, nullptr, nullptr, nullptr);
+    EXPECT_NE(sqlite3_exec(raw.get(), c.statement, nullptr, nullptr, nullptr), SQLITE_OK) << c.statement;
+    EXPECT_EQ(EngineReason(raw.get()), c.reason) << c.statement;
+    EXPECT_EQ(EngineText(raw.get()), c.text) << c.statement;
+  }
+  EXPECT_EQ(EngineReason(nullptr), DatabaseReason::kOutOfMemory);
 }
 
 TEST(OpenDatabase, MissingTablesAndLocksAreNamed) {

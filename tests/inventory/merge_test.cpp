@@ -124,7 +124,7 @@ TEST(Merge, RefusesWhatIsNoInventory) {
   Ask(scratch / "andere", "CREATE TABLE x(y)");
   for (const fs::path& part :
        {scratch / "andere", scratch / "gibt es nicht", scratch.Write("text", std::string(600, 'x'))}) {
-    EXPECT_THROW(Merge(scratch / "ganz", {part}), StoreError) << part;
+    EXPECT_THROW(Merge(scratch / "ganz", {part}), codedb::DatabaseError) << part;
   }
   EXPECT_FALSE(fs::exists(scratch / "gibt es nicht"));
   EXPECT_EQ(Ask(scratch / "ganz", "SELECT count(*) FROM lauf"), "0\n");

@@ -133,7 +133,7 @@ TEST(Scan, RefusesWhatIsNotItsToWrite) {
   const files::ScratchFolder scratch;
   const fs::path root = scratch.Write("r/a.bas", "x").parent_path();
   const auto failure = [&](const fs::path& database) {
-    return files::MessageOf<StoreError>([&] { Scan(database, Options({root})); });
+    return files::MessageOf<codedb::DatabaseError>([&] { Scan(database, Options({root})); });
   };
   Scan(scratch / "neuer", Options({root}));
   EXPECT_FALSE(fs::exists(scratch / "neuer-journal"));

@@ -6,11 +6,11 @@
 #include <initializer_list>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include <quillmate/codedb/database_error.h>
 #include <quillmate/codedb/jet_sql.h>
 #include <quillmate/codedb/records.h>
 
@@ -23,12 +23,6 @@
 /// Text compares and sorts as collation.h says. Values may be given as text; what is no whole number or does not fit
 /// its column is refused. Where a query leaves the order open, rows come in the order of their numbers.
 namespace quillmate::codedb {
-
-/// A statement or a file that the database refused. what() is German, UTF-8, and may hold several lines (CR LF).
-class DatabaseError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 
 /// Version of the database engine, for instance "3.40.1".
 std::string EngineVersion();

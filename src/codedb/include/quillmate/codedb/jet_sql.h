@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,12 +21,6 @@
 /// its values are bound. With the values filled in it is the statement that it stands for.
 namespace quillmate::codedb {
 
-/// A statement that is no statement of the dialect. what() is German, UTF-8.
-class JetSyntaxError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
 struct JetNull {};
 inline constexpr JetNull kNull;
 
@@ -44,7 +37,8 @@ struct JetValue {
   bool isNull = false;
 };
 
-/// A statement (Windows-1252) as SQLite takes it (UTF-8). Throws JetSyntaxError.
+/// A statement (Windows-1252) as SQLite takes it (UTF-8). Throws DatabaseError (kBadStatement) for what is no
+/// statement of the dialect.
 std::string TranslateJet(std::string_view statement);
 /// The same for a form; each hole becomes a parameter, in their order.
 std::string TranslateJetForm(std::string_view form);

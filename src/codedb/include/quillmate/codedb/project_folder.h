@@ -30,7 +30,8 @@ std::vector<std::filesystem::path> ProjectFiles(const std::filesystem::path& fol
 /// Copies a project's files into an existing folder. Throws files::FileError, DatabaseError for a damaged index.
 void CopyAllFiles(const std::filesystem::path& from, const std::filesystem::path& to);
 
-/// A project that is being written. Failures are std::runtime_error, German, UTF-8; they name what is in the way.
+/// A project that is being written. Failures are files::FileError, and std::runtime_error (German, UTF-8, led by the
+/// path) for what is in the way and not to be overwritten.
 class ProjectReplacement {
  public:
   /// The target must be missing, empty or a project.

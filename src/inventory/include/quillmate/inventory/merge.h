@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include <quillmate/inventory/store_error.h>
+#include <quillmate/codedb/database_error.h>
 
 namespace quillmate::inventory {
 
@@ -16,7 +16,8 @@ namespace quillmate::inventory {
 /// Of a file that several parts know the one counts whose run began last (of two at once the one with the greater id).
 /// Of a content the one that could be read, else the one by the newer program.
 ///
-/// Each part is one step: a failure leaves the ones before it in. `done` is called after each. Throws StoreError.
+/// Each part is one step: a failure leaves the ones before it in. `done` is called after each. Throws
+/// codedb::DatabaseError.
 void Merge(const std::filesystem::path& database, const std::vector<std::filesystem::path>& parts,
            const std::function<void(const std::filesystem::path&)>& done = {});
 

@@ -14,7 +14,7 @@
 namespace quillmate::inventory {
 
 /// A workbook: an overview, then a sheet for each table. The reason when it can't be written, as Spreadsheet gives it;
-/// the target is untouched then. Throws StoreError.
+/// the target is untouched then. Throws codedb::DatabaseError.
 [[nodiscard]] std::optional<std::string> WriteReportWorkbook(Inventory& inventory, std::int64_t since,
                                                              const std::filesystem::path& target);
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include <quillmate/inventory/store_error.h>
+#include <quillmate/codedb/database_error.h>
 
 /// Brings an inventory up to date with the files below some roots.
 ///
@@ -71,7 +71,8 @@ class ScanError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Makes the database where there is none. Throws StoreError and ScanError; what was read up to then is kept.
+/// Makes the database where there is none. Throws codedb::DatabaseError and ScanError; what was read up to then is
+/// kept.
 ScanResult Scan(const std::filesystem::path& database, const ScanOptions& options);
 
 /// Ends all scans of this process and waits until their databases are in order, ten seconds at most: for a thread that
