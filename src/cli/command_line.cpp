@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <numeric>
 #include <system_error>
+#include <utility>
 
 #include <quillmate/checks/checks.h>
 #include <quillmate/office/code_pages.h>
@@ -61,11 +63,58 @@ void TakeClass(std::vector<std::string>& classes, std::string_view value) {
   classes.emplace_back(symbols::GermanWord(*grade));
 }
 
-void TakeCheck(std::vector<std::string>& ids, std::string_view value) {
-  if (!checks::FindCheck(value)) {
-    throw UsageError("Unbekannte Prüfung " + Quoted(value) + "; check --list zeigt alle");
+/// So many letters have to be put in, left out or changed to make one text of the other.
+std::size_t LettersBetween(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    std::size_t corner = std::exchange(row[0], i);
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      const std::size_t changed = corner + (a[i - 1] == b[j - 1] ? 0 : 1);
+      corner = row[j];
+      row[j] = std::min({changed, row[j] + 1, row[j - 1] + 1});
+    }
   }
-  ids.emplace_back(value);
+  return row.back();
+}
+
+/// The id that may have been meant; nothing where none is near.
+std::string_view NearestCheck(std::string_view given) {
+  constexpr std::size_t kLongest = 64;
+  if (given.size() > kLongest) return {};
+  std::string lower(given);
+  for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+  std::string_view nearest;
+  std::size_t least = std::max<std::size_t>(lower.size() / 3, 2) + 1;
+  for (const checks::Check& check : checks::AllChecks()) {
+    const bool within = lower.size() > 3 && check.id.find(lower) != std::string_view::npos;
+    const std::size_t letters = within ? 1 : LettersBetween(lower, check.id);
+    if (letters >= least) continue;
+    least = letters;
+    nearest = check.id;
+  }
+  return nearest;
+}
+
+void TakeCheck(std::vector<std::string>& ids, std::string_view id) {
+  if (!checks::FindCheck(id)) {
+    const std::string_view nearest = NearestCheck(id);
+    throw UsageError("Unbekannte Prüfung " + Quoted(id) +
+                     (nearest.empty() ? "" : ", gemeint ist vielleicht " + std::string(nearest)) +
+                     "; check --list zeigt alle");
+  }
+  ids.emplace_back(id);
+}
+
+/// "zeiger-als-long,api-signatur", blanks around them are allowed.
+void TakeChecks(std::vector<std::string>& ids, std::string_view value) {
+  for (std::string_view rest = value;;) {
+    const std::string_view part = text::TextBefore(rest, ",");
+    const std::size_t first = std::min(part.find_first_not_of(' '), part.size());
+    TakeCheck(ids, part.substr(first, part.find_last_not_of(' ') + 1 - first));
+    if (part.size() == rest.size()) return;
+    rest.remove_prefix(part.size() + 1);
+  }
 }
 
 void TakeSeverity(Invocation& invocation, std::string_view value) {
@@ -152,10 +201,10 @@ constexpr std::array kOptions{
                [](Invocation& i, std::string_view value) { TakeClass(i.only, value); }, kClassWords},
     OptionSpec{"--fail-on", "KLASSE", "Rückgabewert 1, wenn es eine Routine dieser Klasse gibt; mehrfach möglich",
                kTakesClasses, [](Invocation& i, std::string_view value) { TakeClass(i.failOn, value); }, kClassWords},
-    OptionSpec{"--only", "ID", "nur diese Prüfung; mehrfach möglich", kTakesChecks,
-               [](Invocation& i, std::string_view value) { TakeCheck(i.only, value); }},
-    OptionSpec{"--except", "ID", "ohne diese Prüfung; mehrfach möglich", kTakesChecks,
-               [](Invocation& i, std::string_view value) { TakeCheck(i.except, value); }},
+    OptionSpec{"--only", "ID", "nur diese Prüfung; mehrere mit Komma, auch mehrfach", kTakesChecks,
+               [](Invocation& i, std::string_view value) { TakeChecks(i.only, value); }},
+    OptionSpec{"--except", "ID", "ohne diese Prüfung; mehrere mit Komma, auch mehrfach", kTakesChecks,
+               [](Invocation& i, std::string_view value) { TakeChecks(i.except, value); }},
     OptionSpec{"--fail-on", "STUFE", "Rückgabewert 1, wenn es einen Befund dieser oder einer schwereren Stufe gibt",
                kTakesChecks, TakeSeverity, "fehler warnung hinweis"},
     OptionSpec{"--list", "", "zeigt alle Prüfungen, ohne etwas zu lesen", kTakesChecks,

@@ -11,6 +11,7 @@
 #include "project_input.h"
 #include "read_files.h"
 #include "run_options.h"
+#include "site_notes.h"
 #include "understanding.h"
 
 namespace quillmate::cli {
@@ -24,6 +25,7 @@ output::SiteProject ReadSiteProject(const Invocation& invocation, ProjectInput& 
   project.modules = input.Database().ReadIndex();
   project.understanding = &understanding.index;
   project.places = understanding.places;
+  project.notes = ReadSiteNotes(input.Folder(), project.modules, understanding);
   return project;
 }
 

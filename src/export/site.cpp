@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <exception>
+#include <optional>
 #include <utility>
 
 #include <quillmate/codedb/index_files.h>
@@ -31,7 +32,12 @@ std::string_view WithoutAddedBreaks(std::string_view stored) noexcept {
 class SiteWriter {
  public:
   SiteWriter(const SiteProject& project, const text::CodeLook& look, const std::filesystem::path& folder)
-      : project_(project), look_(look), folder_(folder), site_(project), comments_(site_.model.routines.size()) {}
+      : project_(project),
+        look_(look),
+        folder_(folder),
+        site_(project),
+        comments_{std::vector<std::string>(site_.model.routines.size()),
+                  std::vector<std::vector<std::pair<symbols::SymbolId, std::string>>>(site_.model.modules.size())} {}
 
   void Run(const SiteProgress& progress) {
     ReadModules();
@@ -44,8 +50,7 @@ class SiteWriter {
     Write(TreePages(site_));
     Write(FindingPages(site_));
     Write(MetricPages(site_));
-    Write(kSearchFile, [&] { return SearchPage(model); });
-    Write(kSearchScript, [&] { return SearchScript(model, comments_); });
+    Write(search_.emplace(site_, comments_).Pages());
     for (std::size_t page = 0; page < site_.declarations.PageCount(); ++page) {
       Write(site_.declarations.File(page), [this, page] { return site_.declarations.Page(page); });
     }
@@ -96,13 +101,31 @@ class SiteWriter {
     for (int i = module.first; i < module.last; ++i) {
       const codedb::RoutineRecord& record = *model.Routine(i).record;
       if (record.start)
-        comments_[static_cast<std::size_t>(i)] = lines.OfRoutine(*record.start, record.headerLines).text;
+        comments_.routines[static_cast<std::size_t>(i)] = lines.OfRoutine(*record.start, record.headerLines).text;
     }
     module.description = lines.OfModule([&](codedb::Line line) {
       const auto* const first = model.routines.data() + module.first;
       const auto* const last = model.routines.data() + module.last;
       return std::any_of(first, last, [&](const SiteRoutine& routine) { return routine.record->start == line; });
     });
+    ReadDeclarations(position, lines);
+  }
+
+  void ReadDeclarations(int position, const CommentLines& lines) {
+    const SiteModel& model = site_.model;
+    const symbols::Index number = model.Module(position).number;
+    if (number == symbols::kNone) return;
+    const symbols::ModuleInfo& info = model.known.Modules()[number];
+    for (symbols::SymbolId symbol = info.symbol; symbol < info.endSymbol; ++symbol) {
+      const symbols::Symbol& found = model.known.SymbolAt(symbol);
+      const bool has = site_.declarations.Has(symbol) && !symbols::IsRoutine(found.kind) && found.line != 0;
+      const std::uint32_t line = has ? model.ShownLine(number, found.line) : 0;
+      if (line == 0) continue;
+      std::string comment =
+          lines.OfDeclaration({static_cast<std::int32_t>(line)}, found.visibility != symbols::Visibility::kLocal);
+      if (comment.empty()) continue;
+      comments_.declarations[static_cast<std::size_t>(position)].emplace_back(symbol, std::move(comment));
+    }
   }
 
   void Write(std::vector<SitePage> pages) {
@@ -129,8 +152,9 @@ class SiteWriter {
   const std::filesystem::path& folder_;
   SiteContents site_;
   std::vector<std::string> files_;
-  std::vector<std::string> comments_;  ///< by routine
-  workers::OrderedWork work_;          ///< goes first: what it still does needs the rest
+  SearchComments comments_;
+  std::optional<SiteSearch> search_;  ///< once the comments are read
+  workers::OrderedWork work_;         ///< goes first: what it still does needs the rest
 };
 
 }  // namespace

@@ -77,6 +77,21 @@ TaggedComment CommentLines::OfModule(const std::function<bool(codedb::Line)>& is
   return isRoutineStart({static_cast<std::int32_t>(end) + 1}) ? TaggedComment() : Read(first, end);
 }
 
+std::string CommentLines::OfDeclaration(codedb::Line line, bool above) const {
+  const auto at = static_cast<std::size_t>(std::max(line.value, 1) - 1);
+  if (at >= lines_.size() || isComment_[at]) return {};
+  if (const std::size_t behind = lines_[at].find(text::CommentOpen); behind != std::string_view::npos) {
+    return WordsOf(lines_[at].substr(behind));
+  }
+  if (!above) return {};
+  std::size_t first = at;
+  while (first > 0 && isComment_[first - 1]) --first;
+  // What is at the top is the module's.
+  std::size_t top = 0;
+  while (top < first && !isComment_[top] && MayStandAboveModuleComment(lines_[top])) ++top;
+  return top == first ? std::string() : Read(first, at).text;
+}
+
 std::string_view CommentLines::Lines(codedb::Line start, int count) const {
   const auto first = static_cast<std::size_t>(std::max(start.value, 1) - 1);
   if (first >= lines_.size()) return {};

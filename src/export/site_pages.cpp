@@ -213,6 +213,11 @@ void AppendUnused(std::string& html, const SiteModel& model, const ListPage& pag
   html += "</tbody>\n</table>\n";
 }
 
+/// Leads to the page of the search with what was typed.
+constexpr std::string_view kSearchForm =
+    "<form action=\"suche.html\" role=\"search\"><label><span>Suche</span> <input type=\"search\" name=\"q\"></label> "
+    "<button type=\"submit\">Suchen</button></form>\n";
+
 }  // namespace
 
 std::string PageHead(const SiteModel& model, std::string_view title, std::string_view file, bool isPart) {
@@ -225,6 +230,7 @@ std::string PageHead(const SiteModel& model, std::string_view title, std::string
   html.append("</title>\n<link rel=\"stylesheet\" href=\"").append(kStyleFile).append("\">\n</head>\n<body>\n");
   html += "<a class=\"skip\" href=\"#inhalt\">Zum Inhalt</a>\n";
   html.append("<header>\n<p>").append(project).append("</p>\n");
+  if (file != kSearchFile) html += kSearchForm;
   AppendNavigation(html, file, isPart);
   return html.append("</header>\n<main id=\"inhalt\">\n<h1>").append(title).append("</h1>\n");
 }

@@ -23,9 +23,14 @@ constexpr std::string_view kRules[] = {
     "header{background:var(--soft);border-bottom:1px solid var(--line)}",
     ".skip{position:absolute;left:-100vw}",
     ".skip:focus{left:0;z-index:1;padding:.5rem 1rem;background:var(--ground)}",
-    "header p{margin:0;font-weight:600}",
+    "header p{flex:1;margin:0;font-weight:600}",
+    "header nav{flex-basis:100%}",
     "nav ul{display:flex;flex-wrap:wrap;gap:.25rem 1.25rem;margin:0;padding:0;list-style:none}",
     "nav [aria-current]{color:inherit;font-weight:600;text-decoration:none}",
+    "form label span{position:absolute;left:-100vw}",
+    "input,button{padding:.15rem .5rem;border:1px solid var(--dim);border-radius:3px}",
+    "input,button{background:var(--ground);color:inherit;font:inherit}",
+    "header input{width:11rem}",
     "main{padding:1rem 2rem 3rem}",
     "h1{margin:.5rem 0 .25rem;font-size:1.75rem;line-height:1.25;overflow-wrap:anywhere}",
     "h2{margin:2.5rem 0 .75rem;padding-bottom:.25rem;border-bottom:1px solid var(--line);font-size:1.3rem}",
@@ -43,6 +48,9 @@ constexpr std::string_view kRules[] = {
     ".names{columns:20rem auto;column-gap:2rem;margin:.5rem 0;padding:0;list-style:none}",
     ".names li{break-inside:avoid;padding:.1rem 0;overflow-wrap:anywhere}",
     ".names small,.routine small,th small{color:var(--dim);font-size:.875rem;font-weight:400}",
+    ".found{max-width:60rem;margin:.5rem 0;padding:0;list-style:none}",
+    ".found li{padding:.15rem 0;overflow-wrap:anywhere}",
+    ".found small{color:var(--dim)}",
     ".letters{display:flex;flex-wrap:wrap;gap:.25rem .9rem;margin:1rem 0;padding:0;list-style:none}",
     ".routine{margin:1.75rem 0 0;padding:.1rem 0 .1rem 1rem;border-left:3px solid var(--line)}",
     ".routine:has(:target){border-left-color:var(--link)}",
@@ -88,6 +96,8 @@ constexpr std::string_view kRules[] = {
     ".matrix td,.matrix thead th{text-align:right;white-space:nowrap}",
     ".matrix abbr{text-decoration:none}",
     ".cycle{background:var(--mark)}",
+    "@media (max-width:40rem){header{padding:.75rem 1rem}main{padding:1rem 1rem 2rem}}",
+    "@media (max-width:40rem){table{display:block;overflow-x:auto}}",
 };
 
 constexpr std::string_view kLight =
@@ -100,7 +110,7 @@ constexpr std::string_view kDark =
 /// On paper the code needs no frame, but all of it has to be there.
 constexpr std::string_view kPrintRules[] = {
     "body{font-size:10pt}",
-    "nav,.letters,.skip{display:none}",
+    "nav,form,.letters,.skip{display:none}",
     "header{padding:0;background:none;border:0}",
     "main{padding:0}",
     "pre{font-size:7.5pt;white-space:pre-wrap;overflow-wrap:anywhere}",

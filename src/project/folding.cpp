@@ -118,16 +118,21 @@ std::vector<Fold> FoldsOf(const Understanding& understanding, symbols::Index mod
   return Finder(understanding, module).Find();
 }
 
-std::vector<RoutineLines> RoutinesOf(const Understanding& understanding, symbols::Index module) {
-  const language::Module& code = understanding.Index().Code(module);
+std::vector<RoutineLines> RoutinesOf(const language::Module& code, const symbols::ModulePlaces& places) {
   std::vector<RoutineLines> routines;
-  const auto shown = [&](std::uint32_t line) { return static_cast<int>(understanding.ShownLine(module, line)) - 1; };
+  const auto shown = [&](std::uint32_t line) { return static_cast<int>(places.ShownLine(line)) - 1; };
   for (const symbols::ExactRoutine& routine : symbols::ExactRoutines(code)) {
     const RoutineLines lines = {shown(routine.first), shown(routine.headerLast), shown(routine.last),
                                 symbols::ExactName(code, routine)};
     if (lines.first >= 0) routines.push_back(lines);
   }
   return routines;
+}
+
+std::vector<RoutineLines> RoutinesOf(const Understanding& understanding, symbols::Index module) {
+  const std::vector<symbols::ModulePlaces>& places = understanding.Places();
+  if (module >= places.size()) return {};
+  return RoutinesOf(understanding.Index().Code(module), places[module]);
 }
 
 }  // namespace quillmate::project

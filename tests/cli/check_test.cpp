@@ -31,7 +31,29 @@ TEST_F(CheckTest, TextSelectionAndGates) {
   EXPECT_EQ(Run("check --only end-anweisung --fail-on hinweis q"),
             (Result{1, file + ":4:3: " + kEnd, Messages({"Befunde, die es nicht geben soll: 1"})}));
   EXPECT_EQ(Run("check --only typ-fehlt q"), Success());
-  EXPECT_EQ(Run("check --only gibt-es-nicht q").status, 2);
+  EXPECT_EQ(Run("check --only code-nach-end,END-Anweisung q").out.size(),
+            Run("check --only end-anweisung --only code-nach-end q").out.size());
+  EXPECT_EQ(Run("check --only=end-anweisung,code-nach-end --except=code-nach-end,pfad-fest q"),
+            Success(file + ":4:3: " + kEnd));
+  // An id that is not there, and the one that may be meant.
+  const struct {
+    const char* option;
+    const char* id;
+    const char* nearest;
+  } unknown[] = {{"--only end-anweisun", "end-anweisun", "end-anweisung"},
+                 {"--except pfad-fest,Zeiger-in-Logn", "Zeiger-in-Logn", "zeiger-in-long"},
+                 {"--only unbekannt-und-fern", "unbekannt-und-fern", ""},
+                 {"--only registrierung", "registrierung", "aussen-registrierung"},
+                 {"--only=", "", ""},
+                 {"--only pfad-fest,,set-fehlt", "", ""}};
+  for (const auto& test : unknown) {
+    const Result result = Run(std::string("check ") + test.option + " q");
+    const std::string nearest = *test.nearest == '\0' ? "" : std::string(", gemeint ist vielleicht ") + test.nearest;
+    EXPECT_EQ(result.status, 2) << test.option;
+    EXPECT_NE(result.err.find("Unbekannte Prüfung \"" + std::string(test.id) + "\"" + nearest + "; "),
+              std::string::npos)
+        << result.err;
+  }
   EXPECT_EQ(Run("check --fail-on schlimm q").status, 2);
   EXPECT_EQ(Run("check --json --sarif q").status, 2);
   EXPECT_EQ(Run("check").status, 2);

@@ -1,3 +1,9 @@
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <quillmate/codedb/notes.h>
+
 #include "modules.h"
 #include "process.h"
 
@@ -9,7 +15,7 @@ constexpr const char* kSite =
     "modul-Karte.html "
     "quillmate-site.txt "
     "routinen.html stil.css "
-    "suche.html suche.js unbenutzt.html";
+    "suche-e1.js suche.html suche.js unbenutzt.html";
 
 TEST_F(CliTest, SiteOfSourcesAndOfTheSavedProject) {
   Write("q/a.bas", kGreeting);
@@ -40,6 +46,44 @@ TEST_F(CliTest, SiteOfSourcesAndOfTheSavedProject) {
   EXPECT_NE(Read("doku/unbenutzt.html").find("</a></td><td>möglich: öffentliche Funktion, die eine Zelle"),
             std::string::npos);
   EXPECT_EQ(Names("."), "doku p q");
+}
+
+/// What the user has noted in a saved project stands on the pages of its modules, beside the line wherever that went.
+TEST_F(CliTest, SiteHasTheNotesOfTheSavedProject) {
+  Write("q/a.bas", kGreeting);
+  Write("q/b.cls", kCard);
+  ASSERT_EQ(Run("index -o p q").status, 0);
+  std::vector<codedb::Note> notes(4);
+  for (codedb::Note& note : notes) note.project = "q", note.module = "Gruß";
+  notes[0].line = "MsgBox \"Hallo {Welt}\" ' Grüße";
+  notes[0].routine = "Anfang";
+  notes[0].text = "Erste <Notiz>\nzweite Zeile";
+  notes[1].line = "End Sub";
+  notes[1].isBookmark = true;
+  notes[2].module = "Weg";
+  notes[2].text = "Von einem Modul, das es nicht mehr gibt";
+  notes[3].module = "Karte";
+  notes[3].line = "gibt es nicht mehr";
+  notes[3].text = "Zur Klasse";
+  codedb::SaveNotes(Folder() / "p", notes);
+  ASSERT_EQ(Run("site -o doku p"), Success());
+  const std::string page = Read("doku/modul-Gruss.html");
+  const std::size_t at = page.find("<h2 id=\"notizen\">");
+  ASSERT_NE(at, std::string::npos);
+  const std::string part = page.substr(at, page.find("</table>", at) - at);
+  EXPECT_NE(part.find("<a href=\"#z3\">Zeile 3</a></td><td>Erste &lt;Notiz&gt;<br>zweite Zeile</td>"),
+            std::string::npos)
+      << part;
+  EXPECT_EQ(part.find("</td></tr>"), part.rfind("</td></tr>")) << "a bookmark alone is none: " << part;
+  EXPECT_NE(Read("doku/modul-Karte.html").find("<a href=\"#z1\">Zeile 1</a></td><td>Zur Klasse</td>"),
+            std::string::npos);
+  EXPECT_EQ(Read("doku/modul-Gruss.html").find("Von einem Modul"), std::string::npos);
+  // Sources have none, and a file that is none is told.
+  ASSERT_EQ(Run("site -o doku q"), Success());
+  EXPECT_EQ(Read("doku/modul-Gruss.html").find("id=\"notizen\""), std::string::npos);
+  Write("p/Notizen.db", "keine Datenbank");
+  EXPECT_EQ(Run("site -o neu p").status, 1);
+  EXPECT_FALSE(std::filesystem::exists(Folder() / "neu"));
 }
 
 TEST_F(CliTest, SiteIsRefusedOrWhole) {

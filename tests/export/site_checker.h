@@ -55,6 +55,68 @@ inline PageLinks ReadPage(const std::string& file, const std::string& page) {
   return links;
 }
 
+/// The string that begins behind `at` in a script, without its quotes and escapes.
+inline std::string ScriptString(std::string_view script, std::string_view at) {
+  std::string text;
+  const std::size_t found = script.find(at);
+  EXPECT_NE(found, std::string_view::npos) << at;
+  if (found == std::string_view::npos) return text;
+  for (std::size_t i = found + at.size(); i < script.size() && script[i] != '"'; ++i) {
+    if (script[i] != '\\') {
+      text += script[i];
+    } else if (script[++i] == 'u') {
+      text += static_cast<char>(std::stoi(std::string(script.substr(i + 1, 4)), nullptr, 16));
+      i += 4;
+    } else {
+      text += script[i] == 'n' ? '\n' : script[i] == 't' ? '\t' : script[i];
+    }
+  }
+  return text;
+}
+
+/// What the search knows, an entry a line: "name: kind place address comment", in the order of its files.
+inline std::vector<std::string> SearchEntries(const std::map<std::string, std::string>& files) {
+  const std::string& script = files.at("suche.js");
+  const auto list = [&](std::string_view name) {
+    std::vector<std::string> texts;
+    const std::string lines = ScriptString(script, std::string(name) + ":\"");
+    for (const std::string_view line : text::Split(lines, "\n")) {
+      texts.emplace_back(line);
+    }
+    return texts;
+  };
+  const std::vector<std::string> names = list("names"), kinds = list("kinds"), modules = list("modules");
+  const std::vector<std::string> lists = list("lists");
+  std::vector<std::string> ofEntry;
+  const std::string counts = ScriptString(script, "counts:\"");
+  std::size_t name = 0;
+  for (const std::string_view count : text::Split(counts, " ")) {
+    ofEntry.insert(ofEntry.end(), std::stoul("0" + std::string(count), nullptr, 36), names[name++]);
+  }
+  std::vector<std::string> entries;
+  for (int part = 1; files.contains("suche-e" + std::to_string(part) + ".js"); ++part) {
+    const std::string stem = "suche-e" + std::to_string(part);
+    const std::string text = ScriptString(files.at(stem + ".js"), "sucheTeil(\"" + stem + "\",\"");
+    for (const std::string_view line : text::Split(text, "\n")) {
+      const std::vector<std::string_view> cells = text::Split(line, "\t");
+      const std::string module = cells[1].empty() ? "\t" : modules[std::stoul(std::string(cells[1]))];
+      std::string address(cells[3]);
+      const std::size_t cut = address.find('#');
+      const bool inList = cut != std::string::npos && cut > 0;
+      address = inList ? lists[std::stoul(address.substr(0, cut))] + address.substr(cut)
+                       : std::string(text::TextAfterLast(module, "\t")) + address;
+      EXPECT_LT(entries.size(), ofEntry.size());
+      if (entries.size() >= ofEntry.size()) return entries;
+      std::string entry = ofEntry[entries.size()] + ": " + kinds[std::stoul(std::string(cells[0]))];
+      entry.append(" ").append(text::TextBefore(module, "\t"));
+      entry.append(cells[2].empty() ? "" : ".").append(cells[2]).append(" ").append(address).append(" ");
+      entries.push_back(entry.append(cells[4]));
+    }
+  }
+  EXPECT_EQ(entries.size(), ofEntry.size());
+  return entries;
+}
+
 /// Every link of every page leads to a file and an anchor that are there; names are unique regardless of case.
 inline void CheckSite(const std::map<std::string, std::string>& files) {
   std::map<std::string, PageLinks> pages;
@@ -67,6 +129,13 @@ inline void CheckSite(const std::map<std::string, std::string>& files) {
               std::string::npos)
         << file;
     if (file.ends_with(".html")) pages[file] = ReadPage(file, bytes);
+  }
+  // What the search finds is a link too.
+  if (files.contains("suche.js")) {
+    for (const std::string& entry : SearchEntries(files)) {
+      const std::size_t html = entry.find(".html"), begin = entry.rfind(' ', html);
+      pages["suche.html"].targets.push_back(entry.substr(begin + 1, entry.find(' ', html) - begin - 1));
+    }
   }
   for (const auto& [file, page] : pages) {
     for (const std::string& target : page.targets) {

@@ -33,7 +33,7 @@ constexpr const char* kSite =
     "abhaengigkeiten.html aufrufe.html befunde.html deklarationen.html index.html kennzahlen.html modul-a.html "
     "quillmate-site.txt "
     "routinen.html stil.css "
-    "suche.html suche.js "
+    "suche-e1.js suche.html suche.js "
     "unbenutzt.html";
 
 TEST_F(SiteFolderTest, NewEmptyAndEarlierFolders) {
@@ -59,7 +59,7 @@ TEST_F(SiteFolderTest, NewEmptyAndEarlierFolders) {
             "kennzahlen.html "
             "modul-b.html quillmate-site.txt "
             "routinen.html "
-            "stil.css suche.html suche.js unbenutzt.html verweis");
+            "stil.css suche-e1.js suche.html suche.js unbenutzt.html verweis");
   EXPECT_EQ(Read("bilder/a.png"), "bleibt");
   EXPECT_EQ(Read("verweis"), "bleibt");
 #ifndef _WIN32

@@ -169,7 +169,7 @@ TEST_F(SiteTest, NamesOfFilesAreSafeAndUnique) {
   const std::string list = Write().at(kSiteListFile);
   EXPECT_EQ(list,
             "Quillmate HTML-Dokumentation\nstil.css\nindex.html\nroutinen.html\nunbenutzt.html\nabhaengigkeiten.html\n"
-            "aufrufe.html\nbefunde.html\nkennzahlen.html\nsuche.html\nsuche.js\ndeklarationen.html\n"
+            "aufrufe.html\nbefunde.html\nkennzahlen.html\nsuche.html\nsuche.js\nsuche-e1.js\ndeklarationen.html\n"
             "modul-Mass.html\nmodul-MASS-2.html\nmodul-mass-2-2.html\nmodul-mass-3.html\nmodul-ete-.html\n"
             "modul-ohne-Namen.html\nmodul-ohne-Namen-2.html\nmodul-aux.html\n");
 }

@@ -63,13 +63,59 @@ TEST_F(SiteReportsTest, ManyModules) {
   EXPECT_NE(page.find("<h2>Nach Modulen"), std::string::npos);
 }
 
+/// Everything that is declared, with what is said of it, in the order of the names; each is found at its place.
 TEST_F(SiteReportsTest, SearchEntries) {
+  project_.modules.clear();
+  AddModule(
+      "m1", codedb::kStandard,
+      Marked(
+          "{' Kopf}\n[Public Const] GRENZE = 5 {' oberste \"Zahl\" | x}\n{' Arten|von allem}\n[Public Enum] eArt\n  "
+          "eKauf "
+          "{'kauft}\n[End Enum]\n<[Sub] Los(Wert)>\n[Dim] z, grenze {' innen\tdrin}\n{' nichts}\nWeiter:\n[End Sub]"));
+  AddRoutine("Los", {7, 11});
+  AddModule("c2", codedb::kClass, Marked("{' Ruft \"alles\"}\n<[Sub] Los()>\n[End Sub]"));
+  AddRoutine("Los", {2, 3});
   const auto files = Write();
+  std::string found;
+  for (const std::string& entry : SearchEntries(files)) found += entry + "\n";
+  EXPECT_EQ(found,
+            "c2: Klassenmodul c2 modul-c2.html \n"
+            "eArt: Aufzählung m1 deklarationen.html#d-m1.eArt Arten|von allem\n"
+            "eKauf: Aufzählungswert m1.eArt deklarationen.html#d-m1.eArt-eKauf kauft\n"
+            "GRENZE: Konstante m1 deklarationen.html#d-m1.GRENZE oberste \"Zahl\" | x\n"
+            "grenze: Variable m1.Los deklarationen.html#d-m1.Los-grenze innen drin\n"
+            "Los: Sub m1 modul-m1.html#r-Los \n"
+            "Los: Sub c2 modul-c2.html#r-Los Ruft \"alles\"\n"
+            "m1: Allgemeines Modul m1 modul-m1.html Kopf\n"
+            "Weiter: Sprungmarke m1.Los deklarationen.html#d-m1.Los-Weiter \n"
+            "Wert: Parameter m1.Los deklarationen.html#d-m1.Los-Wert \n"
+            "z: Variable m1.Los deklarationen.html#d-m1.Los-z innen drin\n");
+  // Words of comments, each with the entries that have them, by their distance from the one before.
   const std::string& script = files.at("suche.js");
-  EXPECT_NE(script.find("var entries = [\n[\"A\",\"Allgemeines Modul\",\"modul-A.html\",\"\"],\n"), std::string::npos);
-  EXPECT_NE(script.find("[\"Zwei\",\"Sub in B\",\"modul-B.html#r-Zwei\",\"Ruft \\\"alles\\\"\"],\n"), std::string::npos)
-      << script.substr(0, 2000);
+  EXPECT_EQ(ScriptString(script, "words:\""),
+            "allem\nalles\narten\ndrin\ninnen\nkauft\nkopf\noberste\nruft\nvon\nzahl");
+  EXPECT_EQ(ScriptString(script, "wordCounts:\""), "1 1 1 2 2 1 1 1 1 1 1");
+  EXPECT_EQ(ScriptString(files.at("suche-w1.js"), "\"suche-w1\",\""), "1\n6\n1\n4 6\n4 6\n2\n7\n3\n6\n1\n3");
   EXPECT_NE(files.at("suche.html").find("<label for=\"suchfeld\">"), std::string::npos);
+  EXPECT_NE(files.at("modul-c2.html").find("<form action=\"suche.html\" role=\"search\">"), std::string::npos);
+}
+
+/// More entries and words than one file of each holds.
+TEST_F(SiteReportsTest, SearchInParts) {
+  std::string code;
+  for (int i = 0; i < 5000; ++i) {
+    const std::string number = std::to_string(i);
+    code += "[Dim] v" + number + " {' wort" + number + " a b c ab cd ef gh}\n";
+  }
+  AddModule("viele", codedb::kStandard, Marked(code));
+  const auto files = Write();
+  const std::vector<std::string> entries = SearchEntries(files);
+  EXPECT_GT(entries.size(), 5000U);
+  EXPECT_TRUE(files.contains("suche-e3.js") && files.contains("suche-w2.js"));
+  const std::string parts = Part(files.at("suche.js"), "wordParts:[", "]");
+  EXPECT_EQ(std::count(parts.begin(), parts.end(), ','), std::count_if(files.begin(), files.end(), [](const auto& f) {
+                                                           return f.first.starts_with("suche-w");
+                                                         }) - 1);
 }
 
 /// Kinds of declarations with their texts, places and uses.
