@@ -88,4 +88,14 @@ inline bool MayBeDeclared(BuiltinType type) noexcept {
   return type == BuiltinType::kObject || type == BuiltinType::kLongPtr || type == BuiltinType::kLongLong;
 }
 
+/// The class of a name: in brackets every word is one.
+inline WordClass ClassOfName(const Token& token) noexcept {
+  return (token.flags & token_flag::kBracketed) != 0 ? WordClass::kName : ClassOfWord(token.name);
+}
+
+/// With a blank, but no line break, before it.
+inline bool StandsApart(const Token& token) noexcept {
+  return (token.flags & (token_flag::kBlankBefore | token_flag::kContinuedBefore)) == token_flag::kBlankBefore;
+}
+
 }  // namespace quillmate::language

@@ -255,8 +255,30 @@ void Binder::BindMeaning(Index number, const Meaning& meaning) {
       if (meaning.doubtful) BindUnknown(number, meaning);
       return BindLibrary(number, static_cast<library::Result>(meaning.local));
     default:
+      if (BindAssumedProject(number)) return;
       return BindUnknown(number, meaning);
   }
+}
+
+/// A project whose name nobody knows: what stands in front of one of its modules, or its assumed name in front of
+/// something public.
+bool Binder::BindAssumedProject(Index number) {
+  const ProjectTable& project = tables_.projects[project_];
+  const NameUse& use = Use(number);
+  constexpr std::uint32_t kLooked = use_flag::kQualifier | use_flag::kParenthesised;
+  if (!project.nameAssumed || (use.flags & kLooked) != use_flag::kQualifier) return false;
+  if (number + 1 >= code_.uses.size()) return false;
+  const NameUse& next = Use(number + 1);
+  if (next.previous != number || next.access != Access::kMember) return false;
+  const bool called = project.nameHash == HashOf(use.name);
+  const Index module = tables_.FindModule(project_, HashOf(next.name));
+  // Without Option Explicit it may be a variable, of a library's book with a sheet of that name.
+  const bool sure = called || code_.facts.optionExplicit;
+  const bool named = module != kNone && (sure || !tables_.modules[module].classLike);
+  if (!named && !(called && project.exportNames.Find(HashOf(next.name)) != kNone)) return false;
+  scratch_.bound[number].type = {project_, kNone, TypeKind::kProjectScope, false};
+  scratch_.bound[number].state = Bound::State::kLibrary;
+  return true;
 }
 
 void Binder::BindModuleName(Index number, Index module) {

@@ -86,6 +86,7 @@ class Binder {
   void BindMeaning(Index number, const Meaning& meaning);
   void BindModuleName(Index number, Index module);
   void BindLibrary(Index number, library::Result result);
+  bool BindAssumedProject(Index number);
   void BindUnknown(Index number, const Meaning& meaning);
   void BindType(Index number);
   void BindAddress(Index number);

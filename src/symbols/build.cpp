@@ -82,7 +82,8 @@ void ParseOne(ReferenceIndex::Data& data, const Sources& sources, Index number, 
   table.project = source.project;
   table.kind = KindOfModule(info.kind);
   table.classLike = IsClassLike(info.kind);
-  table.predeclared = info.predeclared;
+  // What may be a sheet or a form may be an object of its own name.
+  table.predeclared = info.predeclared || (table.classLike && !info.kindKnown);
   table.exported = table.classLike ? info.exposed : !code.facts.optionPrivateModule;
   table.nameHash = language::HashName(language::FoldName(info.name));
   DeclareModule(table, source, code, data.tables.projects[source.project].hostKnown ? project.host : Host::kUnknown);
@@ -98,6 +99,7 @@ void TakeProjects(ReferenceIndex::Data& data, const Sources& sources) {
                              source.constants, source.libraries, source.properties});
     ProjectTable& table = data.tables.projects.emplace_back();
     table.nameHash = language::HashName(language::FoldName(source.name));
+    table.nameAssumed = source.nameAssumed;
     table.host = source.host;
     table.outsideKnown = source.outsideKnown;
     table.hostKnown = source.host != Host::kUnknown && !source.hostAssumed;

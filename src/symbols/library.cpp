@@ -142,9 +142,12 @@ Global FindGlobal(NameHash name) noexcept {
 }
 
 bool LooksLikeConstant(std::string_view spelling) noexcept {
+  const auto isUpper = [](char c) { return c >= 'A' && c <= 'Z'; };
+  // VbMethod, VbGet: some are written with a capital.
+  if (spelling.size() > 2 && spelling.starts_with("Vb") && isUpper(spelling[2])) return true;
   std::size_t lower = 0;
   while (lower < spelling.size() && spelling[lower] >= 'a' && spelling[lower] <= 'z') ++lower;
-  if (lower == 0 || lower == spelling.size() || spelling[lower] < 'A' || spelling[lower] > 'Z') return false;
+  if (lower == 0 || lower == spelling.size() || !isUpper(spelling[lower])) return false;
   for (const std::string_view prefix : All().prefixes) {
     if (spelling.substr(0, lower) == prefix) return true;
   }

@@ -52,7 +52,7 @@ Meaning ProjectMeaning(const Tables& tables, Index project, NameHash name) {
   const Index module = tables.FindModule(project, name);
   if (module != kNone) return {module, kNone, MeaningKind::kModule};
   const ProjectTable& own = tables.projects[project];
-  if (own.nameHash == name) return {project, kNone, MeaningKind::kProject};
+  if (own.nameHash == name && !own.nameAssumed) return {project, kNone, MeaningKind::kProject};
   for (const Index reference : own.references) {
     if (tables.projects[reference].nameHash == name) return {reference, kNone, MeaningKind::kProject};
   }
@@ -206,6 +206,10 @@ Meaning TypeStep(const Tables& tables, Index module, NameHash name, bool first, 
       return {before.module, local, MeaningKind::kType};
     }
     case TypeKind::kLibraryScope: {
+      // Where nobody knows what the project is called, an unknown library with a module of it is the project.
+      const Index project = tables.modules[module].project;
+      const Index named = qualifier && tables.projects[project].nameAssumed ? tables.FindModule(project, name) : kNone;
+      if (named != kNone) return {named, kNone, MeaningKind::kModule};
       const library::Class known = library::FindClass(name);
       const library::Result result = known.known ? known.result : library::Result::kPlain;
       return {kNone, static_cast<Index>(result), MeaningKind::kLibrary};

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <span>
+
 #include <quillmate/language/parse.h>
 
 #include "index_data_p.h"
@@ -28,6 +31,9 @@ class Outside {
     if (symbol_.kind == SymbolKind::kTypeMember && symbol_.parent != kNone && data_.wholeTypes[symbol_.parent]) {
       return "Teil eines Typs, der als Ganzes weitergegeben wird";
     }
+    if (symbol_.kind == SymbolKind::kTypeMember && symbol_.parent != kNone && IsOneOfSeveral(symbol_.parent)) {
+      return "Teil eines Typs, dessen Name mehrere meinen kann";
+    }
     if (!IsRoutine(symbol_.kind)) return {};
     if ((symbol_.flags & symbol_flag::kDefaultMember) != 0) return "Standardelement, das ohne Namen verwendet wird";
     if ((symbol_.flags & symbol_flag::kEnumerator) != 0) return "Element, das For Each ohne Namen verwendet";
@@ -42,6 +48,14 @@ class Outside {
                         symbol_.kind == SymbolKind::kEvent || symbol_.kind == SymbolKind::kEnum ||
                         symbol_.kind == SymbolKind::kEnumMember || symbol_.kind == SymbolKind::kConstant;
     return table_.classLike && module_.exposed && member && !hidden_ && symbol_.visibility != Visibility::kFriend;
+  }
+
+  /// Whether a use may mean the type or another of its name: nobody knows whose members are used then.
+  bool IsOneOfSeveral(SymbolId type) const {
+    const std::span<const Index> sets = data_.memberships.Row(type);
+    return std::any_of(sets.begin(), sets.end(), [&](Index set) {
+      return !data_.uses.Row(static_cast<Index>(data_.symbols.size()) + set).empty();
+    });
   }
 
   std::string OfProperty() const {
@@ -67,6 +81,10 @@ class Outside {
     if (!table_.classLike && !project_.hostKnown && library::EntryPointHosts(NameOf()) != 0) {
       return "Name, den ein Host von selbst aufruft";
     }
+    return MayHandle();
+  }
+
+  std::string MayHandle() const {
     const std::string_view name = index_.Name(id_);
     const std::size_t cut = name.rfind('_');
     if (cut == std::string_view::npos || cut == 0 || data_.HandlerOf(id_) != nullptr) return {};
@@ -86,7 +104,9 @@ class Outside {
     if (!index_.ImplementationsOf(routine).empty()) return "Parameter eines Elements einer Schnittstelle";
     if (data_.addressTaken[routine]) return "Parameter eines Rückrufs (AddressOf)";
     const Outside whole(index_, routine);
-    return whole.symbol_.kind == SymbolKind::kSub && whole.IsCallback() ? "Parameter eines Rückrufs" : std::string();
+    if (whole.symbol_.kind != SymbolKind::kSub) return {};
+    if (whole.IsCallback()) return "Parameter eines Rückrufs";
+    return whole.MayHandle().empty() ? std::string() : "Parameter einer Routine, die vielleicht ein Ereignis behandelt";
   }
 
   bool IsCallback() const {

@@ -82,6 +82,7 @@ ProjectSource ProjectFrom(const codedb::Facts& facts, std::size_t number, Host a
   const codedb::ProjectFacts& project = facts.projects[number];
   ProjectSource source;
   source.name = project.name;
+  source.nameAssumed = project.host.empty();
   source.file = project.file;
   source.host = HostOf(facts, number);
   source.hostAssumed = source.host == Host::kUnknown;

@@ -47,13 +47,30 @@ TypeRef TypeOfControl(const Tables& tables, Index module, const ControlTable& co
     const NameHash hash = language::HashName(language::FoldName(name));
     const Index project = tables.modules[module].project;
     const std::string_view library = std::string_view(control.type).substr(0, dot == std::string::npos ? 0 : dot);
-    const bool own =
-        library.empty() || language::HashName(language::FoldName(library)) == tables.projects[project].nameHash;
-    const Index named = own ? tables.FindModule(project, hash) : kNone;
+    const ProjectTable& owner = tables.projects[project];
+    const bool own = library.empty() || language::HashName(language::FoldName(library)) == owner.nameHash;
+    Index named = own || owner.nameAssumed ? tables.FindModule(project, hash) : kNone;
+    if (named != kNone && !own && tables.modules[named].code->facts.kind != language::ModuleKind::kUserControl) {
+      named = kNone;
+    }
     if (named != kNone && named != module && tables.modules[named].classLike) type = TypeRef::Class(named);
   }
   type.array = control.array;
   return type;
+}
+
+/// `Unknown.CKunde` where nobody knows what the project is called and it has a class of that name.
+bool MayBeOwnClass(const Tables& tables, Index module, Index last) {
+  const ModuleTable& table = tables.modules[module];
+  const ProjectTable& project = tables.projects[table.project];
+  const language::NameUse& use = table.code->uses[last];
+  if (!project.nameAssumed || use.access == language::Access::kSimple) return false;
+  const language::NameUse& before = table.code->uses[last - 1];
+  const NameHash qualifier = table.code->NameHash(before.name);
+  if (before.access != language::Access::kSimple || library::IsScope(qualifier)) return false;
+  if (qualifier == project.nameHash || tables.FindModule(table.project, qualifier) != kNone) return false;
+  const Index named = tables.FindModule(table.project, table.code->NameHash(use.name));
+  return named != kNone && tables.modules[named].classLike;
 }
 
 }  // namespace
@@ -74,6 +91,7 @@ void ResolveTypes(Tables& tables, Index module) {
           type.kind != TypeKind::kScalar && type.kind != TypeKind::kObject) {
         type = TypeRef::Of(TypeKind::kObject);
       }
+      if (MayBeOwnClass(tables, module, declared.typeUse)) type = TypeRef::Of(TypeKind::kObject);
     } else {
       type = OfBuiltin(declared.type);
       if (declared.typeUse != kNone) {

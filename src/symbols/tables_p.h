@@ -105,7 +105,8 @@ struct Exported {
 
 struct ProjectTable {
   NameHash nameHash = 0;
-  std::uint8_t hosts = 0;  ///< library bits
+  bool nameAssumed = false;  ///< see ProjectSource
+  std::uint8_t hosts = 0;    ///< library bits
   Host host = Host::kUnknown;
   bool hostKnown = false;  ///< and no mere assumption
   bool outsideKnown = false;

@@ -74,6 +74,13 @@ const GradeCase kGrades[] = {
      "O\nPublic Sub Doppelt(): End Sub",
      {"A@1 = text Name in einer Zeichenfolge M:3", "B@2 = text", "D@4 = text", "E@5 = certain",
       "Los@6 = possible Element eines Objekts", "Lass@7 = certain", "Doppelt@8 = possible Name, der mehreres"}},
+    {"members of a type that two modules have",
+     "== module A\nPublic Type T: x As Long: End Type\n== module B\nPublic Type T: x As Long: End Type\n== module "
+     "C\nSub S(): Dim v As T: v.x = 1: End Sub\n== module D\nPrivate Type U: x As Long: End Type\nDim u1 As U",
+     {"x@1 = possible Teil eines Typs, dessen Name", "x@2 = possible", "x@4 = certain"}},
+    {"parameters of what may be a handler",
+     "== class C assumed\nPrivate Sub alt_Click(p): End Sub\nPrivate Sub Neu(p): End Sub\nSub S(): Neu 1: End Sub",
+     {"p@1 = possible Parameter einer Routine, die vielleicht", "p@2 = certain"}},
     {"what hosts call: controls, objects, variables, forms, shortcuts, buttons",
      "== project P excel\n== form F control cmd_OK, control cmd[]\nSub cmd_OK_Click(): End Sub\nSub cmd_Click(Index): "
      "End "

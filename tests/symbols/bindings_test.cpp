@@ -71,6 +71,9 @@ const Case kCases[] = {
      "New frmA: f.Init: End Sub",
      {"frmA@2 = frmA read", "Init@2 = 1 call", "frmA@2#2 = frmA read", "txtB@2 = control write", "frmA@2#3 = frmA type",
       "f@2#2 = 2 read", "Init@2#2 = 1 call"}},
+    {"a class of unknown kind may be a sheet: its name an object",
+     "== class C assumed\nPublic Sub Init(): End Sub\n== module M\nSub S(): C.Init: Dim o As C: o.Init: End Sub",
+     {"C@2 = C read", "Init@2 = 1 call", "C@2#2 = C type", "Init@2#2 = 1 call"}},
     {"a class that is no object is a type",
      "== class C\nPublic Sub Init(): End Sub\n== module M\nSub S(): C.Init: Dim o As New C: End Sub",
      {"C@2 = C type", "Init@2 = none", "C@2#2 = C type"}},
@@ -123,11 +126,11 @@ const Case kCases[] = {
      "== form F\nPublic Left As Long\nSub A(): x = Left(s, 2): y = Left: End Sub",
      {"Left@2 = none", "Left@2#2 = 1 read"}},
     {"an unknown name is declared by its first use, unless a library has it or Option Explicit stands",
-     "== module M\nSub A()\ni = 1\nDebug.Print I, vbCrLf, Left(\"a\", 1), j\nEnd Sub\n== module N\nOption "
+     "== module M\nSub A()\ni = 1\nDebug.Print I, vbCrLf, Left(\"a\", 1), j, VbMethod\nEnd Sub\n== module N\nOption "
      "Explicit\nSub "
      "B(): i = 1: End Sub",
-     {"i@2 = declares implicit", "I@3 = 2 read", "vbCrLf@3 = none", "Left@3 = none", "j@3 = declares implicit",
-      "i@6 = none"}},
+     {"i@2 = declares implicit", "I@3 = 2 read", "vbCrLf@3 = none", "VbMethod@3 = none", "Left@3 = none",
+      "j@3 = declares implicit", "i@6 = none"}},
     {"the beginning of a chain that nothing assigns is no variable",
      "== module M\nSub A(): Ding.Los: Set o = X(1): o.Los: o.Rest: End Sub",
      {"Ding@1 = none", "o@1 = declares implicit", "X@1 = none", "o@1#2 = 1 read"}},
@@ -229,6 +232,16 @@ const Case kCases[] = {
      "module MR\nSub A(): NurQ: End Sub",
      {"Gemeinsam@4 = 3 call", "NurQ@4 = 2 call", "Gemeinsam@4#2 = 1 call", "MQ@4 = MQ type", "NurQ@4#2 = 2 call",
       "NurQ@5 = none"}},
+    {"the name of a folder hides nothing; what stands in front of a module is the project",
+     "== project Daten assumed\n== module M\nPublic Daten As Long\nPublic Sub Los(): End Sub\nPublic Type T: z As "
+     "Long: End Type\n== usercontrol Liste\nPublic Sub Leeren(): End Sub\n== module N\nSub A(): Daten = 1: x = "
+     "Daten: Kasse.M.Los: End Sub\nDim t As Kasse.M.T, k As Kasse.K, r As ADODB.K\nSub B(): "
+     "t.z = 1: k.Tu: r.Tu: End Sub\n== class K\nPublic Sub Tu(): End Sub\n== form F control l Kasse.Liste\nSub C(): "
+     "l.Leeren: End Sub\n== project Kram assumed\n== module MK\nPublic Sub Los(): End Sub\n== module NK\nSub D(): "
+     "Kram.MK.Los: Kram.Los: Anders.Los: End Sub",
+     {"Daten@5 = 1 write", "Daten@5#2 = 1 read", "Los@5 = 2 call", "M@5 = M type", "T@6#2 = 3 type", "z@7 = 3 write",
+      "Tu@7 = 8 call by-name", "Tu@7#2 = none", "Leeren@9 = 4 call", "Los@11 = 10 call", "Los@11#2 = 10 call",
+      "Los@11#3 = none"}},
     {"a routine without parentheses, with a continuation, in a one-line If",
      "== module M\nSub A(): If x Then B Else C\nEnd Sub\nSub B(): End Sub\nSub C()\nB _\n\nC\nEnd Sub",
      {"B@1 = 3 call", "C@1 = 4 call", "B@5 = 3 call", "C@7 = 4 call"}},

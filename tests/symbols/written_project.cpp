@@ -31,6 +31,8 @@ void ReadProject(std::istringstream& words, Sources& sources) {
           if (sources.projects[other].name == word) project.references.push_back(other);
         }
       }
+    } else if (word == "assumed") {
+      project.nameAssumed = true;
     } else {
       project.host = HostNamed(word);
       if (project.host == Host::kVb6) project.dialect = language::Dialect::kVb6;

@@ -16,6 +16,7 @@ namespace quillmate::symbols::testing {
 ///     == module M assumed           a kind that only the name of its file suggests
 ///     == form F control txt, control cmd[] VB.CommandButton
 ///     == project Q excel uses P     what follows belongs to another project; the first is P
+///     == project Daten assumed      a folder: nobody knows what the code calls the project
 ///     == binding Modul.Makro -> Schaltfläche auf Blatt 1
 struct WrittenProject {
   explicit WrittenProject(std::string_view text);

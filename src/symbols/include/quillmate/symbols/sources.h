@@ -60,6 +60,8 @@ struct Omission {
 struct ProjectSource {
   /// As code would write it before a "."; may be empty.
   std::string name;
+  /// The name is only that of a folder or file of modules: what the code calls the project nobody knows.
+  bool nameAssumed = false;
   /// Path of the file it came from, for people; may be empty.
   std::string file;
   Host host = Host::kUnknown;
