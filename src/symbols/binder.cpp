@@ -287,6 +287,7 @@ void Binder::BindModuleName(Index number, Index module) {
   Bound& bound = scratch_.bound[number];
   if (tables_.nextModule[module] != kNone) {
     bound.state = Bound::State::kSeveral;
+    if (!table.classLike) bound.type = {table.project, kNone, TypeKind::kProjectScope, false};
     Emit(number, SetNumber({SetKind::kModules, Form::kRead, false, table.project, kNone, table.nameHash, 0}),
          Form::kRead, IsInactive(use) ? Certainty::kInactive : Certainty::kAmbiguous, reference_flag::kSet);
     return;

@@ -171,6 +171,10 @@ Meaning AddressMeaning(const Tables& tables, Index module, NameHash name) {
 TypeRef TypeOfMeaning(const Tables& tables, const Meaning& meaning) {
   switch (meaning.kind) {
     case MeaningKind::kModule:
+      // Of several classes of one name nobody knows which is meant.
+      if (tables.modules[meaning.module].classLike && tables.nextModule[meaning.module] != kNone) {
+        return TypeRef::Of(TypeKind::kObject);
+      }
       return tables.modules[meaning.module].classLike ? TypeRef::Class(meaning.module)
                                                       : TypeRef{meaning.module, kNone, TypeKind::kModuleScope, false};
     case MeaningKind::kProject:

@@ -112,7 +112,8 @@ void ResolveTypes(Tables& tables, Index module) {
     Index& number = table.interfaceNames[code.NameHash(code.uses[use].name)];
     if (number == kNone) number = static_cast<Index>(table.interfaces.size());
     const Meaning meaning = MeaningOfChain(tables, module, use, parts);
-    table.interfaces.push_back(meaning.kind == MeaningKind::kModule ? meaning.module : kNone);
+    const bool known = meaning.kind == MeaningKind::kModule && tables.nextModule[meaning.module] == kNone;
+    table.interfaces.push_back(known ? meaning.module : kNone);
   }
 }
 

@@ -242,6 +242,13 @@ const Case kCases[] = {
      {"Daten@5 = 1 write", "Daten@5#2 = 1 read", "Los@5 = 2 call", "M@5 = M type", "T@6#2 = 3 type", "z@7 = 3 write",
       "Tu@7 = 8 call by-name", "Tu@7#2 = none", "Leeren@9 = 4 call", "Los@11 = 10 call", "Los@11#2 = 10 call",
       "Los@11#3 = none"}},
+    {"modules of one name: folders hold what never was one project",
+     "== class C\nPublic Sub Tu(): End Sub\n== class C\nPublic Sub Tu(): End Sub\nPublic Sub Zwei(): Me.Tu: End "
+     "Sub\n== module M\nPublic Sub R(): End Sub\n== module M\nPublic Sub R(): End Sub\nPublic Sub Q(): End Sub\n"
+     "== module N\nSub A(): Dim o As New C: o.Tu: o.Zwei: M.R: M.Q: Set p = New C: End Sub\n== form F\nPublic Sub "
+     "Los(): End Sub\n== form F\nPublic Sub Los(): End Sub\nSub X(): F.Los: End Sub",
+     {"C@7 = C type ambiguous", "Tu@3 = 2 call", "Tu@7 = 1|2 call by-name", "Zwei@7 = 3 call by-name",
+      "R@7 = 4|5 call ambiguous", "Q@7 = 6 call", "Los@10 = 8|9 call by-name"}},
     {"a routine without parentheses, with a continuation, in a one-line If",
      "== module M\nSub A(): If x Then B Else C\nEnd Sub\nSub B(): End Sub\nSub C()\nB _\n\nC\nEnd Sub",
      {"B@1 = 3 call", "C@1 = 4 call", "B@5 = 3 call", "C@7 = 4 call"}},
