@@ -284,7 +284,9 @@ void PieceMarker::MarkPiece(MarkedPiece& piece) {
   LineMarker<Guarded> marker(piece.text);
   const char* p = rest_.data();
   const char* const end = p + rest_.size();
-  const char* const enough = p + std::min(rest_.size(), kPieceSize);
+  const std::size_t size = std::min(rest_.size(), kPieceSize);
+  piece.text.Ensure(size + size / 2);
+  const char* const enough = p + size;
   do {
     const char* const lineEnd = FindStatementEnd(p, end);
     const bool closed = lineEnd != end || closed_;

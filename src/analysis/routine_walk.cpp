@@ -48,9 +48,17 @@ int VisibilityOf(std::uint16_t flags) noexcept {
 
 /// What follows the last "|" of the line in front of the given end mark, blanks, TABs and continuations taken out.
 std::string NameIn(std::string_view line, std::string_view endMark) {
-  const std::string_view head = text::TextBefore(line, endMark);
-  std::string joined = text::ReplaceAll(head, kContinuationGuard, "");
-  std::erase_if(joined, [](char c) { return c == ' ' || c == '\t'; });
+  std::string_view head = text::TextBefore(line, endMark);
+  const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
+  std::string joined;
+  if (head.find(kContinuationGuard) == std::string_view::npos) {
+    head.remove_prefix(head.rfind('|') + 1);
+    joined = head;
+    std::erase_if(joined, isBlank);
+    return joined;
+  }
+  joined = text::ReplaceAll(head, kContinuationGuard, "");
+  std::erase_if(joined, isBlank);
   return std::string(text::TextAfterLast(joined, "|"));
 }
 

@@ -1,8 +1,10 @@
 #include "read_files.h"
 
 #include <algorithm>
+#include <set>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
@@ -15,8 +17,23 @@
 namespace quillmate::cli {
 namespace {
 
-files::IdentitySet& TheFiles() {
-  static files::IdentitySet files;
+/// What was read; which files the paths stand for is found out when it matters.
+struct FilesRead {
+  std::vector<std::filesystem::path> paths;
+  std::set<files::FileIdentity> known;
+
+  bool Contain(const std::filesystem::path& path) {
+    const auto identity = files::IdentityOf(path);
+    if (!identity) return false;
+    for (const std::filesystem::path& read : std::exchange(paths, {})) {
+      if (const auto readIdentity = files::IdentityOf(read)) known.insert(*readIdentity);
+    }
+    return known.contains(*identity);
+  }
+};
+
+FilesRead& TheFiles() {
+  static FilesRead files;
   return files;
 }
 
@@ -29,7 +46,7 @@ bool IsModuleText(std::string_view name) {
 
 }  // namespace
 
-void NoteRead(const std::filesystem::path& path) { TheFiles().Add(path); }
+void NoteRead(const std::filesystem::path& path) { TheFiles().paths.push_back(path); }
 
 void NoteProjectRead(const std::filesystem::path& folder) {
   std::error_code ignored;
@@ -41,7 +58,7 @@ void NoteProjectRead(const std::filesystem::path& folder) {
 }
 
 void CheckNotRead(const std::string& output, const std::vector<std::filesystem::path>& replaced) {
-  if (std::ranges::none_of(replaced, [](const auto& path) { return TheFiles().Contains(path); })) return;
+  if (std::ranges::none_of(replaced, [](const auto& path) { return TheFiles().Contain(path); })) return;
   throw UsageError("Die Ausgabe " + output + " gehört zur Eingabe");
 }
 

@@ -102,11 +102,12 @@ const std::vector<fs::path>& ProjectReplacement::OldNames() {
 }
 
 std::vector<fs::path> ProjectReplacement::Replaced() {
-  std::vector<fs::path> paths;
-  for (const auto& names : {OldNames(), folder_->Names()}) {
-    for (const fs::path& name : names) paths.push_back(folder_->Target() / name);
-  }
-  return paths;
+  std::vector<fs::path> names = folder_->Names();
+  names.insert(names.end(), OldNames().begin(), OldNames().end());
+  std::ranges::sort(names);
+  names.erase(std::ranges::unique(names).begin(), names.end());
+  for (fs::path& name : names) name = folder_->Target() / name;
+  return names;
 }
 
 void ProjectReplacement::Commit() try { folder_->Commit(OldNames()); } catch (const files::FileError& error) {

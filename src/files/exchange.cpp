@@ -126,6 +126,22 @@ class Steps {
  public:
   Steps(const fs::path& work, const fs::path& place, const Plan& plan) : work_(work), place_(place), plan_(plan) {}
 
+  /// Forward, right after the record was made: nothing has to be looked for.
+  std::error_code Begin() const {
+    if (!plan_.file.empty()) return Forward();
+    for (const fs::path& name : plan_.old) {
+      std::error_code error = MoveAside(name);
+      if (error == std::errc::no_such_file_or_directory) error.clear();
+      if (!error && plan_.fresh.contains(name)) error = MoveIn(name);
+      if (error) return error;
+    }
+    for (const fs::path& name : plan_.fresh) {
+      if (plan_.old.contains(name)) continue;
+      if (const std::error_code error = MoveIn(name)) return error;
+    }
+    return FlushFolder(place_);
+  }
+
   std::error_code Forward() const {
     if (!plan_.file.empty()) return CopyOver(work_ / kFresh, plan_.file, WriteMode::kKeep);
     for (const fs::path& name : plan_.old) {
@@ -165,14 +181,21 @@ class Steps {
   bool IsInPlace(const fs::path& name) const { return plan_.fresh.contains(name) && !Exists(work_ / kFresh / name); }
 
   std::error_code SetAside(const fs::path& name) const {
+    if (IsInPlace(name) || Exists(work_ / kOld / name) || !Exists(place_ / name)) return {};
+    return MoveAside(name);
+  }
+
+  std::error_code MoveAside(const fs::path& name) const {
     const fs::path kept = work_ / kOld / name;
-    if (IsInPlace(name) || Exists(kept) || !Exists(place_ / name)) return {};
     if (plan_.fresh.contains(name) && !AddName(place_ / name, kept)) return {};
     return Rename(place_ / name, kept, NewName::kFree);
   }
 
   std::error_code PutInPlace(const fs::path& name) const {
-    if (!plan_.fresh.contains(name) || IsInPlace(name)) return {};
+    return !plan_.fresh.contains(name) || IsInPlace(name) ? std::error_code() : MoveIn(name);
+  }
+
+  std::error_code MoveIn(const fs::path& name) const {
     return Rename(work_ / kFresh / name, place_ / name, plan_.old.contains(name) ? NewName::kReplaced : NewName::kFree);
   }
 
@@ -195,7 +218,7 @@ std::error_code CarryOutPlan(const fs::path& work, const fs::path& place, const 
     return error;
   }
   const Steps steps(work, place, plan);
-  const std::error_code error = steps.Forward();
+  const std::error_code error = steps.Begin();
   if (!error || !steps.Back()) steps.Close();
   return error;
 }

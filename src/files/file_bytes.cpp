@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/file_error.h>
@@ -27,16 +28,17 @@ std::string ReadWholeFile(const fs::path& file, std::size_t most) {
   std::error_code error;
   OpenFile in = OpenToRead(file, error);
   if (error) Fail(FileAction::kRead, file, error);
-  if (!in.IsPlain()) Fail(FileAction::kRead, file, std::make_error_code(std::errc::not_supported));
-  const std::size_t size = in.Size();
-  if (size > most) throw FileError(FileAction::kRead, file, EFBIG);
+  const std::optional<std::size_t> size = in.PlainSize();
+  if (!size) Fail(FileAction::kRead, file, std::make_error_code(std::errc::not_supported));
+  if (*size > most) throw FileError(FileAction::kRead, file, EFBIG);
   // The size is a first guess: a file may grow meanwhile, and some that hold bytes have none. One byte more tells the
   // end.
-  std::string bytes(std::min(std::max(size + 1, kFirstGuess), most + 1), '\0');
+  std::string bytes(std::min(std::max(*size + 1, kFirstGuess), most + 1), '\0');
   std::size_t used = 0;
   while (const std::size_t got = in.Read(bytes.data() + used, bytes.size() - used, error)) {
     used += got;
     if (used > most) throw FileError(FileAction::kRead, file, EFBIG);
+    if (used == *size && used < bytes.size()) break;
     if (used == bytes.size()) bytes.resize(std::min(2 * used, most + 1));
   }
   if (error) Fail(FileAction::kRead, file, error);
@@ -48,7 +50,6 @@ void WriteWholeFile(const fs::path& file, std::initializer_list<std::string_view
   std::error_code error;
   OpenFile out = OpenToWrite(file, WriteMode::kReplace, error);
   if (error) Fail(FileAction::kWrite, file, error);
-  const bool isPlain = out.IsPlain();
   for (const std::string_view piece : pieces) {
     if (!error) error = out.Write(piece);
   }
@@ -56,7 +57,7 @@ void WriteWholeFile(const fs::path& file, std::initializer_list<std::string_view
   if (!error) error = closing;
   if (!error) return;
   std::error_code ignored;
-  if (isPlain) RemovePath(file, ignored);
+  if (fs::is_regular_file(file, ignored)) RemovePath(file, ignored);
   Fail(FileAction::kWrite, file, error);
 }
 

@@ -1,4 +1,5 @@
 #include <quillmate/files/paths.h>
+#include <quillmate/files/stamp.h>
 
 namespace quillmate::files {
 
@@ -9,6 +10,12 @@ std::string CleanName(std::string_view name) {
   std::string clean(name);
   std::erase_if(clean, [=](char c) { return kForbidden.find(c) != std::string_view::npos; });
   return clean.find_first_not_of(". ") == std::string::npos ? std::string() : clean;
+}
+
+bool IsUnchanged(const fs::path& file, const FileStamp& stamp) noexcept {
+  if (!stamp.settled) return false;
+  const FileStamp now = StampOf(file);
+  return now.settled && now.size == stamp.size && now.changed == stamp.changed;
 }
 
 std::string PathText(const fs::path& path) {

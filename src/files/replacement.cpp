@@ -101,7 +101,7 @@ struct FileReplacement::State {
     std::error_code error;
     OpenFile opened = OpenToWrite(target, WriteMode::kKeep, error);
     Check(error);
-    if (!opened.IsPlain()) file = std::move(opened);
+    if (!opened.PlainSize()) file = std::move(opened);
   }
 
   void MakeWorkFolder() {
@@ -192,26 +192,28 @@ struct FolderReplacement::State {
   /// Those of the names that a file or link in the target has.
   std::vector<fs::path> InTarget(const std::vector<fs::path>& names) const {
     std::vector<fs::path> found;
+    std::error_code ignored;
     for (const fs::path& name : names) {
-      if (Exists(target / name) && !IsFolder(target / name)) found.push_back(name);
+      const fs::file_status status = fs::symlink_status(target / name, ignored);
+      if (fs::exists(status) && !fs::is_directory(status)) found.push_back(name);
     }
     return found;
   }
 
-  void CheckNames(const std::vector<fs::path>& names, const std::vector<fs::path>& own) const {
+  /// `replaced` are the own names that a file or link in the target has.
+  void CheckNames(const std::vector<fs::path>& names, const std::set<fs::path>& replaced) const {
     for (const fs::path& name : names) {
-      if (!Exists(target / name)) continue;
-      if (IsFolder(target / name) || IsFolder(fresh / name) || std::find(own.begin(), own.end(), name) == own.end()) {
+      if (replaced.contains(name) ? IsFolder(fresh / name) : Exists(target / name)) {
         throw FileError(FileAction::kWrite, target / name, std::make_error_code(std::errc::file_exists));
       }
     }
   }
 
-  void HandRightsOn(const std::vector<fs::path>& names, const std::vector<fs::path>& old) const {
+  void HandRightsOn(const std::vector<fs::path>& names, const std::set<fs::path>& replaced) const {
     CommonRights rights;
-    for (const fs::path& name : old) rights.Add(target / name);
+    for (const fs::path& name : replaced) rights.Add(target / name);
     for (const fs::path& name : names) {
-      if (Exists(target / name)) {
+      if (replaced.contains(name)) {
         Check(TakeRights(target / name, fresh / name));
       } else {
         Check(rights.Limit(fresh / name));
@@ -225,8 +227,7 @@ struct FolderReplacement::State {
     KeepName(target);
   }
 
-  void ExchangeFiles(const std::vector<fs::path>& names, const std::vector<fs::path>& own) const {
-    const std::vector<fs::path> old = InTarget(own);
+  void ExchangeFiles(const std::vector<fs::path>& names, const std::vector<fs::path>& old) const {
     const EndGuard guard;
     Check(CarryOut({.work = work->Path(), .place = target, .fresh = names, .old = old}));
   }
@@ -261,13 +262,16 @@ std::vector<fs::path> FolderReplacement::Names() const {
 
 void FolderReplacement::Commit(const std::vector<fs::path>& own) {
   const std::vector<fs::path> names = Names();
+  std::vector<fs::path> old;
   if (state_->existed) {
-    state_->CheckNames(names, own);
-    state_->HandRightsOn(names, state_->InTarget(own));
+    old = state_->InTarget(own);
+    const std::set<fs::path> replaced(old.begin(), old.end());
+    state_->CheckNames(names, replaced);
+    state_->HandRightsOn(names, replaced);
   }
   state_->Check(FlushNewFolder(state_->fresh));
   if (state_->existed) {
-    state_->ExchangeFiles(names, own);
+    state_->ExchangeFiles(names, old);
   } else {
     state_->PutInPlace();
   }

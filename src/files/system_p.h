@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <set>
 #include <string_view>
 #include <system_error>
@@ -23,10 +26,9 @@ class OpenFile {
   ~OpenFile() { Close(); }
 
   bool IsOpen() const noexcept { return descriptor_ >= 0; }
-  /// A plain file; false for a pipe, a device, a folder.
-  bool IsPlain() const noexcept;
-  /// The number of bytes; what the system says, which is 0 for some files that hold bytes.
-  std::size_t Size() const noexcept;
+  /// The number of bytes of a plain file: what the system says, which is 0 for some files that hold bytes. Nothing for
+  /// a pipe, a device, a folder.
+  std::optional<std::size_t> PlainSize() const noexcept;
   /// Up to `count` bytes; 0 at the end and on failure.
   std::size_t Read(char* to, std::size_t count, std::error_code& error) noexcept;
   /// EPIPE where the reader has gone.
@@ -88,6 +90,9 @@ class CommonRights {
 /// Where an open file can't be removed (Windows): closes this process's files at or below a path, under whoever is
 /// still writing to them. For the end of the process only.
 void CloseFilesIn(const std::filesystem::path& path) noexcept;
+
+/// Some file systems note the time of a change no finer than this; in nanoseconds.
+inline constexpr std::int64_t kStampStep = 2'000'000'000;
 
 /// True for a file, folder or link of that name; a link is not followed.
 inline bool Exists(const std::filesystem::path& path) noexcept {

@@ -1,7 +1,9 @@
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <string>
 #include <tuple>
 
@@ -12,6 +14,7 @@
 
 #include <quillmate/files/identity.h>
 #include <quillmate/files/paths.h>
+#include <quillmate/files/stamp.h>
 
 #include "system_p.h"
 
@@ -35,6 +38,10 @@ std::error_code FlushAt(const fs::path& path, int flags) noexcept {
   // A folder that can be entered but not listed can't be flushed either; the names in it are then up to the system.
   if (!file.IsOpen()) return errno == EACCES && (flags & O_DIRECTORY) != 0 ? std::error_code() : Error(errno);
   return file.Flush();
+}
+
+std::int64_t Nanoseconds(const struct timespec& time) noexcept {
+  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
 /// The rights that a list grants beyond owner, group and others show as the group's and would become the group's.
@@ -67,14 +74,10 @@ std::error_code SetMode(const fs::path& file, mode_t mode) noexcept {
 
 }  // namespace
 
-bool OpenFile::IsPlain() const noexcept {
+std::optional<std::size_t> OpenFile::PlainSize() const noexcept {
   struct stat status {};
-  return fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
-}
-
-std::size_t OpenFile::Size() const noexcept {
-  struct stat status {};
-  return fstat(descriptor_, &status) == 0 && status.st_size > 0 ? static_cast<std::size_t>(status.st_size) : 0;
+  if (fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  return static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
 }
 
 std::size_t OpenFile::Read(char* to, std::size_t count, std::error_code& error) noexcept {
@@ -176,7 +179,8 @@ std::error_code TakeRights(const fs::path& from, const fs::path& to) noexcept {
   if (!LooksAt(from, wanted) || !S_ISREG(wanted.st_mode) || !LooksAt(to, now)) return {};
   mode_t mode = wanted.st_mode & kModeBits;
   if (!GiveToOwnerAndGroup(to, wanted, now)) mode = WithoutGroup(mode);
-  if (LooksAt(to, now) && now.st_uid != wanted.st_uid) mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
+  const bool isOwners = now.st_uid == wanted.st_uid && now.st_gid == wanted.st_gid;
+  if (!isOwners && LooksAt(to, now) && now.st_uid != wanted.st_uid) mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
   TakeAccessList(from, to);
   return SetMode(to, mode);
 }
@@ -202,6 +206,15 @@ std::optional<FileIdentity> IdentityOf(const fs::path& path) noexcept {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) return std::nullopt;
   return FileIdentity{status.st_dev, {status.st_ino, 0}};
+}
+
+FileStamp StampOf(const fs::path& file) noexcept {
+  struct stat status {};
+  if (stat(file.c_str(), &status) != 0) return {};
+  struct timespec now {};
+  clock_gettime(CLOCK_REALTIME, &now);
+  return {static_cast<std::uintmax_t>(status.st_size), Nanoseconds(status.st_mtim),
+          Nanoseconds(status.st_mtim) + kStampStep < Nanoseconds(now)};
 }
 
 bool IsDevice(const fs::path& path) noexcept {

@@ -17,6 +17,7 @@
 
 #include <quillmate/files/identity.h>
 #include <quillmate/files/paths.h>
+#include <quillmate/files/stamp.h>
 
 #include "errors_windows_p.h"
 #include "system_p.h"
@@ -47,6 +48,13 @@ std::error_code Outcome(BOOL done) noexcept { return done != 0 ? std::error_code
 std::error_code LibraryError() noexcept {
   if (_doserrno == ERROR_NO_DATA || _doserrno == ERROR_BROKEN_PIPE) return {EPIPE, std::generic_category()};
   return _doserrno != 0 ? ErrorOf(_doserrno) : std::error_code(errno, std::generic_category());
+}
+
+/// Since the year 1970, so that they fit.
+std::int64_t Nanoseconds(const FILETIME& time) noexcept {
+  constexpr std::int64_t kStepsTo1970 = 116'444'736'000'000'000;
+  const std::int64_t high = time.dwHighDateTime;
+  return ((high << 32U | time.dwLowDateTime) - kStepsTo1970) * 100;
 }
 
 OpenFile Opened(const fs::path& file, int flags, std::error_code& error) noexcept {
@@ -90,14 +98,10 @@ std::wstring FinalPath(const fs::path& path) {
 
 }  // namespace
 
-bool OpenFile::IsPlain() const noexcept {
+std::optional<std::size_t> OpenFile::PlainSize() const noexcept {
   struct _stat64 status {};
-  return _fstat64(descriptor_, &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFREG;
-}
-
-std::size_t OpenFile::Size() const noexcept {
-  const std::int64_t size = _filelengthi64(descriptor_);
-  return size > 0 ? static_cast<std::size_t>(size) : 0;
+  if (_fstat64(descriptor_, &status) != 0 || (status.st_mode & _S_IFMT) != _S_IFREG) return std::nullopt;
+  return static_cast<std::size_t>(std::max<std::int64_t>(_filelengthi64(descriptor_), 0));
 }
 
 std::size_t OpenFile::Read(char* to, std::size_t count, std::error_code& error) noexcept {
@@ -221,6 +225,16 @@ std::optional<FileIdentity> IdentityOf(const fs::path& path) noexcept {
   }
   CloseHandle(handle);
   return identity;
+}
+
+FileStamp StampOf(const fs::path& file) noexcept {
+  WIN32_FILE_ATTRIBUTE_DATA found{};
+  if (GetFileAttributesExW(file.c_str(), GetFileExInfoStandard, &found) == 0) return {};
+  FILETIME now{};
+  GetSystemTimeAsFileTime(&now);
+  const std::uint64_t sizeHigh = found.nFileSizeHigh;
+  const std::int64_t changed = Nanoseconds(found.ftLastWriteTime);
+  return {sizeHigh << 32U | found.nFileSizeLow, changed, changed + kStampStep < Nanoseconds(now)};
 }
 
 bool IsDevice(const fs::path& path) noexcept try {

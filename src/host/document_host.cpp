@@ -27,12 +27,12 @@ auto& At(Items& items, int position, const char* missing) {
   return items[static_cast<std::size_t>(position) - 1];
 }
 
-const ListedModule& FindModule(const ListedProject& project, const std::string& name, int position) {
+ListedModule& FindModule(ListedProject& project, const std::string& name, int position) {
   if (position >= 1 && static_cast<std::size_t>(position) <= project.modules.size()) {
-    const ListedModule& listed = At(project.modules, position, kModuleGone);
+    ListedModule& listed = At(project.modules, position, kModuleGone);
     if (listed.component.name == name) return listed;
   }
-  for (const ListedModule& module : project.modules) {
+  for (ListedModule& module : project.modules) {
     if (module.component.name == name) return module;
   }
   throw HostError(kModuleGone);
@@ -43,8 +43,8 @@ std::string WithFile(const ListedModule& module, const HostError& error) {
 }
 
 /// A file that turned into another module is not the one that was ticked.
-office::ModuleFile LoadOwnFile(const ListedModule& module) {
-  office::ModuleFile file = LoadModule(module);
+office::ModuleFile LoadOwnFile(const ListedModule& module, std::optional<KeptModule> kept) {
+  office::ModuleFile file = LoadModule(module, std::move(kept));
   if (NameOf(module, file) != module.component.name) throw HostError("Datei enthält jetzt ein anderes Modul");
   return file;
 }
@@ -122,7 +122,7 @@ struct DocumentHost::State {
   bool codeTaken = false;
   std::optional<OpenOfficeFile> officeFile;
   bool listed = false;
-  /// True once the listing's unpacked texts have been asked for: after that read nothing needs the others.
+  /// True once texts that the listing has kept have been asked for: after that read nothing needs the others.
   bool readSinceListing = false;
   bool attached = false;
 
@@ -137,7 +137,7 @@ struct DocumentHost::State {
     officeFile.reset();
     std::optional<UnpackedProject> unpacked = std::exchange(project.unpacked, std::nullopt);
     readSinceListing = true;
-    if (unpacked.has_value() && IsUnchanged(path, unpacked->stamp)) {
+    if (unpacked.has_value() && files::IsUnchanged(path, unpacked->stamp)) {
       officeFile = OpenOfficeFile{path, std::move(unpacked->project)};
     } else {
       office::OfficeFile file = office::ReadOfficeFile(path, {.facts = excel4, .excel4 = excel4});
@@ -147,23 +147,30 @@ struct DocumentHost::State {
     return officeFile->project;
   }
   /// The module as its file holds it now.
-  void Load(ListedProject& project, const ListedModule& module) {
+  void Load(ListedProject& project, ListedModule& module) {
     loaded.reset();
     codeTaken = false;
     try {
       loaded =
           Loaded{&module, module.inOfficeFile.has_value() ? FindInProject(module, OfficeProject(project, module.path))
-                                                          : LoadOwnFile(module)};
+                                                          : LoadOwnFile(module, TakeKept(module))};
     } catch (const HostError& error) {
       throw HostError(WithFile(module, error));
     }
+  }
+  std::optional<KeptModule> TakeKept(ListedModule& module) noexcept {
+    readSinceListing = true;
+    return std::exchange(module.kept, std::nullopt);
   }
   ListedProject& Project(int project) {
     if (!listed) List();
     return At(listing.projects, project, kProjectGone);
   }
   void ForgetUnpacked() noexcept {
-    for (ListedProject& project : listing.projects) project.unpacked.reset();
+    for (ListedProject& project : listing.projects) {
+      project.unpacked.reset();
+      for (ListedModule& module : project.modules) module.kept.reset();
+    }
   }
   void Forget() noexcept {
     loaded.reset();
@@ -229,14 +236,14 @@ HostComponent DocumentHost::Component(int project, int component) {
 
 HostComponent DocumentHost::ComponentByName(int project, const std::string& name, int position) {
   ListedProject& listed = state_->Project(project);
-  const ListedModule& module = FindModule(listed, name, position);
+  ListedModule& module = FindModule(listed, name, position);
   state_->Load(listed, module);
   return ComponentNow(module, state_->loaded->file);
 }
 
 std::string DocumentHost::Lines(int project, const std::string& name, int position, int count) {
   ListedProject& listed = state_->Project(project);
-  const ListedModule& module = FindModule(listed, name, position);
+  ListedModule& module = FindModule(listed, name, position);
   if (!state_->loaded.has_value() || state_->loaded->module != &module || state_->codeTaken) {
     state_->Load(listed, module);
   }
@@ -254,7 +261,7 @@ codedb::ProjectFacts DocumentHost::FactsOfProject(int project) {
 
 codedb::ModuleFacts DocumentHost::FactsOfComponent(int project, const std::string& name, int position) {
   ListedProject& listed = state_->Project(project);
-  const ListedModule& module = FindModule(listed, name, position);
+  ListedModule& module = FindModule(listed, name, position);
   if (!state_->loaded.has_value() || state_->loaded->module != &module) state_->Load(listed, module);
   codedb::ModuleFacts facts = FactsNow(listed, module, std::move(state_->loaded->file));
   state_->loaded.reset();
@@ -263,16 +270,17 @@ codedb::ModuleFacts DocumentHost::FactsOfComponent(int project, const std::strin
 
 std::function<WholeComponent()> DocumentHost::StartReading(int project, const std::string& name, int position) {
   ListedProject& listed = state_->Project(project);
-  const ListedModule& module = FindModule(listed, name, position);
+  ListedModule& module = FindModule(listed, name, position);
   if (module.inOfficeFile.has_value()) {
     state_->Load(listed, module);
     auto file = std::make_shared<office::ModuleFile>(std::move(state_->loaded->file));
     state_->loaded.reset();
     return [&listed, &module, file] { return TakeWhole(listed, module, std::move(*file)); };
   }
-  return [&listed, &module] {
+  auto kept = std::make_shared<std::optional<KeptModule>>(state_->TakeKept(module));
+  return [&listed, &module, kept] {
     try {
-      return TakeWhole(listed, module, LoadOwnFile(module));
+      return TakeWhole(listed, module, LoadOwnFile(module, std::move(*kept)));
     } catch (const HostError& error) {
       throw HostError(WithFile(module, error));
     }

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <chrono>
+#include <atomic>
 #include <optional>
 #include <system_error>
 #include <unordered_set>
@@ -23,10 +23,22 @@ namespace fs = std::filesystem;
 std::string CodeOfPath(const fs::path& path) { return text::CodeFromUtf8(files::PathText(path)); }
 std::string ExtensionOf(const fs::path& file) { return files::PathText(file.extension()); }
 
-/// Unpacked texts of all Office files of a listing that are kept for the read that mostly follows.
+/// How much text of a listing is kept for the read that mostly follows.
 constexpr std::size_t kMostKeptText = std::size_t{32} << 20U;
-/// Some file systems note the time of a change no finer than this.
-constexpr std::chrono::seconds kStampStep{2};
+
+/// Counts the texts that are kept; on all threads.
+class KeptText {
+ public:
+  /// False when there is no room for them.
+  bool Keep(std::size_t size) noexcept {
+    if (size_.fetch_add(size) + size <= kMostKeptText) return true;
+    size_ -= size;
+    return false;
+  }
+
+ private:
+  std::atomic<std::size_t> size_ = 0;
+};
 
 std::size_t TextSize(const office::VbaProject& project) {
   std::size_t size = 0;
@@ -112,12 +124,16 @@ fs::path FullPath(const fs::path& source) {
 }
 
 /// Fills in what the module's file says of it, or says why it can't be read.
-office::Reason LookAt(ListedModule& module) {
+office::Reason LookAt(ListedModule& module, KeptText& keptText) {
+  const files::FileStamp stamp = files::StampOf(module.path);
   std::string buffer;
   const SourceBytes content = ReadSourceFile(module.path, buffer, module.codePage);
   if (content.problem != office::Reason::kNone) return content.problem;
-  const office::ModuleFile file = office::SummarizeModuleFile(content.bytes, module.extension);
+  const bool keep = stamp.settled && keptText.Keep(content.bytes.size());
+  office::ModuleFile file = keep ? office::ParseModuleFile(content.bytes, module.extension)
+                                 : office::SummarizeModuleFile(content.bytes, module.extension);
   module.component = {NameOf(module, file), file.type, file.lineCount, files::PathText(module.path)};
+  if (keep) module.kept = {stamp, std::move(file)};
   return office::Reason::kNone;
 }
 
@@ -134,7 +150,7 @@ class Lister {
   void ListVbProject(const fs::path& file);
   void ListModuleFile(const fs::path& file);
   void ListOfficeFile(const fs::path& file, bool inFolder);
-  void TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office::OfficeFile read, bool inFolder);
+  void TakeOfficeFile(const fs::path& file, const files::FileStamp& stamp, office::OfficeFile read, bool inFolder);
 
   void CollectFolder(const fs::path& folder, FolderContent& all);
   /// Whatever is opened goes through these two, or AddModules.
@@ -151,7 +167,7 @@ class Lister {
   Listing listing_;
   const int codePage_;
   std::string buffer_;
-  std::size_t keptText_ = 0;
+  KeptText keptText_;
   std::unordered_set<fs::path::string_type> seen_;
 };
 
@@ -188,7 +204,7 @@ office::OfficeFile Lister::ReadOffice(const fs::path& file) {
 
 /// Content decides before the name does.
 void Lister::ListFile(const fs::path& file) {
-  const FileStamp stamp = StampOf(file);
+  const files::FileStamp stamp = files::StampOf(file);
   office::OfficeFile read = ReadOffice(file);
   const std::string extension = ExtensionOf(file);
   if (read.recognized) {
@@ -225,7 +241,7 @@ void Lister::ListFolder(const fs::path& folder) {
   }
   std::vector<ListedModule> modules;
   for (const fs::path& file : content.files) {
-    if (!taken.contains(file.native()) && IsNew(file)) modules.push_back({{}, file, ExtensionOf(file), {}, {}});
+    if (!taken.contains(file.native()) && IsNew(file)) modules.push_back({{}, file, ExtensionOf(file), {}, {}, 0, {}});
   }
   AddModules(std::move(modules), project);
   AddProject(std::move(project));
@@ -271,16 +287,17 @@ void Lister::ListModuleFile(const fs::path& file) {
   ListedProject project;
   project.project.name = CodeOfPath(file.stem());
   project.project.fileName = files::PathText(file);
-  AddModules({{{}, file, ExtensionOf(file), {}, {}}}, project);
+  AddModules({{{}, file, ExtensionOf(file), {}, {}, 0, {}}}, project);
   AddProject(std::move(project));
 }
 
 void Lister::ListOfficeFile(const fs::path& file, bool inFolder) {
-  const FileStamp stamp = StampOf(file);
+  const files::FileStamp stamp = files::StampOf(file);
   TakeOfficeFile(file, stamp, ReadOffice(file), inFolder);
 }
 
-void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office::OfficeFile read, bool inFolder) {
+void Lister::TakeOfficeFile(const fs::path& file, const files::FileStamp& stamp, office::OfficeFile read,
+                            bool inFolder) {
   if (read.state != office::OfficeFile::State::kRead) {
     if (!inFolder || !read.facts.excel4.empty() || !IsOfNoConcern(file, read.state)) {
       AddProblem(file, read.reason, std::move(read.macroSheets));
@@ -302,8 +319,7 @@ void Lister::TakeOfficeFile(const fs::path& file, const FileStamp& stamp, office
     project.modules.push_back(std::move(listed));
   }
   for (const std::string& warning : read.project.warnings) AddProblem(file, office::Reason::kNone, warning);
-  keptText_ += TextSize(read.project);
-  if (stamp.settled && keptText_ <= kMostKeptText) project.unpacked = {stamp, std::move(read.project)};
+  if (stamp.settled && keptText_.Keep(TextSize(read.project))) project.unpacked = {stamp, std::move(read.project)};
   AddProject(std::move(project));
 }
 
@@ -330,8 +346,8 @@ void Lister::AddModules(std::vector<ListedModule> modules, ListedProject& projec
     listing_.files.push_back(module.path);
     module.codePage = codePage_;
     work.Add(
-        [&module, &problem = problems[i]] {
-          problem = LookAt(module);
+        [this, &module, &problem = problems[i]] {
+          problem = LookAt(module, keptText_);
           return std::size_t{0};
         },
         [&](const std::exception_ptr& failure) {
@@ -362,21 +378,6 @@ void Lister::AddProblem(const fs::path& path, office::Reason reason, std::string
 
 }  // namespace
 
-FileStamp StampOf(const fs::path& file) {
-  FileStamp stamp;
-  std::error_code error;
-  stamp.changed = fs::last_write_time(file, error);
-  if (error) return stamp;
-  stamp.size = fs::file_size(file, error);
-  stamp.settled = !error && stamp.changed + kStampStep < fs::file_time_type::clock::now();
-  return stamp;
-}
-
-bool IsUnchanged(const fs::path& file, const FileStamp& stamp) {
-  const FileStamp now = StampOf(file);
-  return stamp.settled && now.settled && now.size == stamp.size && now.changed == stamp.changed;
-}
-
 Listing ListSources(const std::vector<fs::path>& sources, bool excel4, int codePage) {
   Lister lister(excel4, codePage);
   for (const fs::path& source : sources) lister.ListSource(source);
@@ -388,7 +389,8 @@ std::string NameOf(const ListedModule& module, const office::ModuleFile& file) {
   return file.name.empty() ? CodeOfPath(module.path.stem()) : file.name;
 }
 
-office::ModuleFile LoadModule(const ListedModule& module) {
+office::ModuleFile LoadModule(const ListedModule& module, std::optional<KeptModule> kept) {
+  if (kept && files::IsUnchanged(module.path, kept->stamp)) return std::move(kept->file);
   std::string buffer;
   const SourceBytes content = ReadSourceFile(module.path, buffer, module.codePage);
   if (content.problem != office::Reason::kNone) throw HostError(office::ReasonText(content.problem));

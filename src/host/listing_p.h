@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include <quillmate/files/stamp.h>
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/host_automation.h>
 #include <quillmate/office/module_file.h>
@@ -16,6 +17,12 @@
 #include "document_facts_p.h"
 
 namespace quillmate::host {
+
+/// A module file as it was taken apart for the listing.
+struct KeptModule {
+  files::FileStamp stamp;
+  office::ModuleFile file;
+};
 
 /// A module of a source as it was listed.
 struct ListedModule {
@@ -29,23 +36,13 @@ struct ListedModule {
   std::optional<std::size_t> inOfficeFile;
   /// See DocumentHost::SetCodePage.
   int codePage = 0;
+  /// What was read for the listing, until it is read in earnest; nothing where the texts of a listing grow too many.
+  std::optional<KeptModule> kept{};
 };
-
-/// What tells one state of a file from the next: its size and when it was last changed.
-struct FileStamp {
-  std::uintmax_t size = 0;
-  std::filesystem::file_time_type changed;
-  /// False when it was changed so shortly before that another change would not show.
-  bool settled = false;
-};
-
-FileStamp StampOf(const std::filesystem::path& file);
-/// True when the file is as it was when `stamp` was taken.
-bool IsUnchanged(const std::filesystem::path& file, const FileStamp& stamp);
 
 /// The macro project of an Office file as it was unpacked for the listing.
 struct UnpackedProject {
-  FileStamp stamp;
+  files::FileStamp stamp;
   office::VbaProject project;
 };
 
@@ -75,7 +72,8 @@ Listing ListSources(const std::vector<std::filesystem::path>& sources, bool exce
 /// A module's name, Windows-1252: as the project file gives it, as the file says itself, or the file name's stem.
 std::string NameOf(const ListedModule& module, const office::ModuleFile& file);
 
-/// The text of a file that holds a module. Throws HostError (the reason alone).
-office::ModuleFile LoadModule(const ListedModule& module);
+/// The text of a file that holds a module, from the file again when it has changed since `kept`. Throws HostError (the
+/// reason alone).
+office::ModuleFile LoadModule(const ListedModule& module, std::optional<KeptModule> kept);
 
 }  // namespace quillmate::host

@@ -1,3 +1,5 @@
+#include <chrono>
+
 #include <gtest/gtest.h>
 
 #ifndef _WIN32
@@ -8,6 +10,7 @@
 #include <quillmate/files/file_error.h>
 #include <quillmate/files/identity.h>
 #include <quillmate/files/replacement.h>
+#include <quillmate/files/stamp.h>
 #include <quillmate/files/work_folder.h>
 #include <quillmate/text/operations.h>
 
@@ -173,6 +176,30 @@ TEST(Identity, OneFileBehindManyNames) {
 
 #ifndef _WIN32
 fs::perms Rights(const fs::path& path) { return fs::status(path).permissions(); }
+
+TEST(Stamp, TellsChangesApart) {
+  const files::ScratchFolder temp;
+  const fs::path file = temp.Write("a", "eins");
+  const auto then = fs::file_time_type::clock::now() - std::chrono::hours(1);
+  const auto write = [&](const char* bytes, std::chrono::seconds later) {
+    temp.Write("a", bytes);
+    fs::last_write_time(file, then + later);
+  };
+  write("eins", std::chrono::seconds(0));
+  const FileStamp stamp = StampOf(file);
+  EXPECT_TRUE(stamp.settled);
+  EXPECT_EQ(stamp.size, 4U);
+  EXPECT_TRUE(IsUnchanged(file, stamp));
+  write("zwei", std::chrono::seconds(1));
+  EXPECT_FALSE(IsUnchanged(file, stamp));
+  write("drei!", std::chrono::seconds(0));
+  EXPECT_FALSE(IsUnchanged(file, stamp));
+  // Just written: the next change may bear the same time.
+  temp.Write("a", "eins");
+  EXPECT_FALSE(StampOf(file).settled);
+  EXPECT_FALSE(IsUnchanged(file, StampOf(file)));
+  EXPECT_FALSE(StampOf(temp.Path() / "fehlt").settled);
+}
 
 TEST(Replacement, RightsAreNeverLoosened) {
   const ScratchFolder folder;

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -174,6 +175,30 @@ TEST(DocumentHost, ReadsTheFileAsItIsThen) {
   // A few NUL bytes are blanks, those at the end nothing.
   temp.Write("a.bas", "Attribute VB_Name = \"A\"\nx\0= 1 ' as long as it takes for one to be one of many\n2\0\0\0"sv);
   EXPECT_EQ(host.Lines(1, "A", 1, 1).substr(0, 5), "x = 1");
+}
+
+TEST(DocumentHost, OpensAFileOnceForTheListingAndTheRead) {
+  const files::ScratchFolder temp;
+  const fs::path file = temp.Write("a.bas", "Attribute VB_Name = \"M\"\r\nSub Alt()\r\nEnd Sub\r\n");
+  // Long enough ago for another change to show.
+  const auto then = fs::file_time_type::clock::now() - std::chrono::hours(1);
+  fs::last_write_time(file, then);
+  DocumentHost host;
+  host.SetSources({file});
+  ASSERT_EQ(host.ProjectCount(), 1);
+  temp.Write("a.bas", "Attribute VB_Name = \"M\"\r\nSub Neu()\r\nEnd Sub\r\n");
+  fs::last_write_time(file, then);
+  ASSERT_TRUE(host.AttachHost());
+  EXPECT_EQ(host.StartReading(1, "M", 1)().code, "Sub Alt()\r\nEnd Sub");
+  // What was kept is gone once it was read.
+  EXPECT_EQ(host.StartReading(1, "M", 1)().code, "Sub Neu()\r\nEnd Sub");
+  host.Release();
+  // A change that shows is not passed by.
+  ASSERT_EQ(host.ProjectCount(), 1);
+  temp.Write("a.bas", "Attribute VB_Name = \"M\"\r\nSub Drei()\r\nEnd Sub\r\n");
+  fs::last_write_time(file, then);
+  ASSERT_TRUE(host.AttachHost());
+  EXPECT_EQ(host.StartReading(1, "M", 1)().code, "Sub Drei()\r\nEnd Sub");
 }
 
 TEST(DocumentHost, LinesGivesTheFirstOnes) {

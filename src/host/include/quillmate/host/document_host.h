@@ -47,9 +47,9 @@ struct SourceProblem {
 /// With its modules an Office file gives what its document says of them: controls, sheets, who starts a macro. A file
 /// with macro sheets of Excel 4 is told even where it holds nothing else.
 ///
-/// An Office file is opened and unpacked once for a listing and the read that follows it: up to 32 MB of texts are kept
-/// from the listing until they are read, and at the latest until the read's Release or the next listing. A file that
-/// has changed since, or whose texts were too many, is opened again, once for all its modules.
+/// A file is opened, and unpacked, once for a listing and the read that follows it: up to 32 MB of texts are kept from
+/// the listing until they are read, and at the latest until the read's Release or the next listing. A file that has
+/// changed since, or whose texts were too many, is opened again; an Office file once for all its modules.
 ///
 /// ProjectCount looks through the sources anew, as the first step of a listing; all positions belong to that listing,
 /// also those of a later read. What is read is the file as it is then; a file that is gone, or that holds a module of
