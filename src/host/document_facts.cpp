@@ -76,6 +76,8 @@ codedb::ControlFact FactOf(const office::Control& control) {
   fact.parent = control.parent;
   fact.left = Twips(control.left);
   fact.top = Twips(control.top);
+  fact.width = Twips(control.width);
+  fact.height = Twips(control.height);
   if (control.tabIndex.has_value()) fact.tabIndex = static_cast<std::int32_t>(*control.tabIndex);
   return fact;
 }

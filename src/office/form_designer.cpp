@@ -70,6 +70,17 @@ constexpr std::array kMorphFields{Field{0, 4},  Field{1, 4},  Field{2, 4},  Fiel
 constexpr std::array kMorphExtras{Extra{8, false}, Extra{22, true}, Extra{23, true}, Extra{32, true}};
 constexpr BlockLayout kMorph{8, kMorphFields, kMorphExtras};
 
+constexpr std::array kImageFields{Field{3, 4}, Field{4, 4},  Field{5, 1},  Field{6, 1},  Field{7, 1},
+                                  Field{8, 1}, Field{10, 2}, Field{11, 1}, Field{13, 4}, Field{14, 2}};
+constexpr std::array kImageExtras{Extra{9, false}};
+constexpr BlockLayout kImage{4, kImageFields, kImageExtras};
+
+constexpr std::array kSpinFields{Field{0, 4},  Field{1, 4},  Field{2, 4}, Field{5, 4},  Field{6, 4},
+                                 Field{7, 4},  Field{8, 4},  Field{9, 4}, Field{10, 4}, Field{11, 4},
+                                 Field{12, 4}, Field{13, 2}, Field{14, 1}};
+constexpr std::array kSpinExtras{Extra{3, false}};
+constexpr BlockLayout kSpin{4, kSpinFields, kSpinExtras};
+
 /// A block taken apart.
 class Block {
  public:
@@ -146,7 +157,14 @@ class Block {
 };
 
 // Bits of the form and of a site.
-enum FormBit : unsigned { kFormFlags = 6, kIcon = 15, kFormCaption = 19, kFont = 20, kPicture = 21 };
+enum FormBit : unsigned {
+  kFormFlags = 6,
+  kDisplayedSize = 10,
+  kIcon = 15,
+  kFormCaption = 19,
+  kFont = 20,
+  kPicture = 21
+};
 enum SiteBit : unsigned {
   kName = 0,
   kId = 2,
@@ -168,28 +186,30 @@ constexpr std::uint32_t kForeignClass = 0x8000;
 struct ControlClass {
   std::uint32_t number;
   std::string_view name;
-  /// Nothing for those whose caption is not in the stream o.
+  /// Nothing for those of which nothing is read from the stream o.
   const BlockLayout* layout;
   unsigned captionBit;
+  unsigned sizeBit;
 };
+constexpr unsigned kNoBit = 63;
 constexpr std::uint32_t kTabStrip = 18;
 constexpr std::uint32_t kMultiPage = 57;
-constexpr std::array kClasses{ControlClass{7, "Page", nullptr, 0},
-                              ControlClass{12, "Image", nullptr, 0},
-                              ControlClass{14, "Frame", nullptr, 0},
-                              ControlClass{15, "MorphData", &kMorph, 23},
-                              ControlClass{16, "SpinButton", nullptr, 0},
-                              ControlClass{17, "CommandButton", &kButton, 3},
-                              ControlClass{kTabStrip, "TabStrip", nullptr, 0},
-                              ControlClass{21, "Label", &kLabel, 3},
-                              ControlClass{23, "TextBox", &kMorph, 23},
-                              ControlClass{24, "ListBox", &kMorph, 23},
-                              ControlClass{25, "ComboBox", &kMorph, 23},
-                              ControlClass{26, "CheckBox", &kMorph, 23},
-                              ControlClass{27, "OptionButton", &kMorph, 23},
-                              ControlClass{28, "ToggleButton", &kMorph, 23},
-                              ControlClass{47, "ScrollBar", nullptr, 0},
-                              ControlClass{kMultiPage, "MultiPage", nullptr, 0}};
+constexpr std::array kClasses{ControlClass{7, "Page", nullptr, 0, 0},
+                              ControlClass{12, "Image", &kImage, kNoBit, 9},
+                              ControlClass{14, "Frame", nullptr, 0, 0},
+                              ControlClass{15, "MorphData", &kMorph, 23, 8},
+                              ControlClass{16, "SpinButton", &kSpin, kNoBit, 3},
+                              ControlClass{17, "CommandButton", &kButton, 3, 5},
+                              ControlClass{kTabStrip, "TabStrip", nullptr, 0, 0},
+                              ControlClass{21, "Label", &kLabel, 3, 5},
+                              ControlClass{23, "TextBox", &kMorph, 23, 8},
+                              ControlClass{24, "ListBox", &kMorph, 23, 8},
+                              ControlClass{25, "ComboBox", &kMorph, 23, 8},
+                              ControlClass{26, "CheckBox", &kMorph, 23, 8},
+                              ControlClass{27, "OptionButton", &kMorph, 23, 8},
+                              ControlClass{28, "ToggleButton", &kMorph, 23, 8},
+                              ControlClass{47, "ScrollBar", nullptr, 0, 0},
+                              ControlClass{kMultiPage, "MultiPage", nullptr, 0, 0}};
 
 /// Foreign classes that forms often hold, by their default interface: the part that differs, and the common end.
 struct ForeignClass {
@@ -223,6 +243,7 @@ class FormStream {
     const std::optional<Block> block = Block::Read(rest_, kForm);
     if (!block.has_value()) return false;
     caption_ = block->Text(kFormCaption);
+    size_ = block->Point(kDisplayedSize);
     rest_.remove_prefix(block->Size());
     if (block->Has(kIcon) && !SkipPicture()) return false;
     if (block->Has(kFont) && !SkipFont()) return false;
@@ -232,6 +253,7 @@ class FormStream {
   }
 
   const std::string& Caption() const noexcept { return caption_; }
+  const std::optional<std::pair<std::int32_t, std::int32_t>>& Size() const noexcept { return size_; }
   const std::vector<Block>& Sites() const noexcept { return sites_; }
   const std::vector<std::string_view>& Classes() const noexcept { return classes_; }
 
@@ -292,6 +314,7 @@ class FormStream {
 
   std::string_view rest_;
   std::string caption_;
+  std::optional<std::pair<std::int32_t, std::int32_t>> size_;
   std::vector<Block> sites_;
   std::vector<std::string_view> classes_;
 };
@@ -335,7 +358,10 @@ class FormReader {
     const std::string objects = StreamIn(level.storage, "o");
     FormStream form(bytes);
     const bool whole = form.Read();
-    if (level.control != kNoControl) facts_.controls[level.control].caption = form.Caption();
+    if (level.control != kNoControl) {
+      facts_.controls[level.control].caption = form.Caption();
+      TakeSize(form.Size(), facts_.controls[level.control]);
+    }
     std::size_t at = 0;
     std::vector<Level> inner;
     for (const Block& site : form.Sites()) {
@@ -396,7 +422,14 @@ class FormReader {
     if (found->layout == nullptr) return;
     if (const std::optional<Block> block = Block::Read(object, *found->layout)) {
       control.caption = block->Text(found->captionBit);
+      TakeSize(block->Point(found->sizeBit), control);
     }
+  }
+
+  static void TakeSize(const std::optional<std::pair<std::int32_t, std::int32_t>>& size, Control& control) {
+    if (!size || size->first < 0 || size->second < 0) return;
+    control.width = size->first * kPointsPerUnit;
+    control.height = size->second * kPointsPerUnit;
   }
 
   const Storage& storage_;

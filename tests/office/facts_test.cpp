@@ -294,10 +294,15 @@ TEST(Facts, FormsWithTheirControls) {
     if (objectSize == 0) block.Number(4, 4, 0x23);
     return block.Number(5, 4, objectSize).Number(6, 2, tab).Number(7, 2, type).Point(8, left, 254).Bytes();
   };
-  const std::string button = DesignerBlock(2).Number(0, 4, 1).WideText(3, u"Übernehmen").Point(5, 100, 50).Bytes();
-  const std::string box = DesignerBlock(2, 8).Number(0, 4, 1).Point(8, 9, 9).Text(22, "1").Text(23, "Haken").Bytes();
+  const std::string button = DesignerBlock(2).Number(0, 4, 1).WideText(3, u"Übernehmen").Point(5, 2540, 1270).Bytes();
+  const std::string spin = DesignerBlock(2).Number(5, 4, 0).Point(3, 1270, 2540).Bytes();
+  const std::string image = DesignerBlock(2).Number(5, 1, 0).Point(9, 5080, 5080).Bytes();
+  const std::string box =
+      DesignerBlock(2, 8).Number(0, 4, 1).Point(8, 2540, 254).Text(22, "1").Text(23, "Haken").Bytes();
   const std::vector<DesignerSite> inner{{site("chkDrin", 5, 26, static_cast<unsigned>(box.size()), 0, 0), box}};
   const std::vector<DesignerSite> sites{{site("cmdOk", 1, 17, static_cast<unsigned>(button.size()), 1, 2540), button},
+                                        {site("spnZahl", 3, 16, static_cast<unsigned>(spin.size()), 2, 0), spin},
+                                        {site("imgLogo", 4, 12, static_cast<unsigned>(image.size()), 3, 0), image},
                                         {site("fraTeil", 2, 14, 0, 0, 0)}};
   WrittenProject project = Project();
   project.modules.push_back({"BaseClass", "frmKunde", StandardModule("frmKunde", "Sub cmdOk_Click()\r\nEnd Sub\r\n")});
@@ -316,10 +321,14 @@ TEST(Facts, FormsWithTheirControls) {
   for (const Control& control : read.facts.controls) {
     if (control.module != "frmKunde") continue;
     lines.push_back(control.parent + "/" + control.name + " " + control.type + " '" + control.caption + "' " +
-                    std::to_string(*control.tabIndex) + " " + std::to_string(static_cast<int>(*control.left)));
+                    std::to_string(*control.tabIndex) + " " + std::to_string(static_cast<int>(*control.left)) + " " +
+                    (control.width ? std::to_string(static_cast<int>(*control.width + 0.5)) + "x" +
+                                         std::to_string(static_cast<int>(*control.height + 0.5))
+                                   : "-"));
   }
-  EXPECT_EQ(lines, (Lines{"/cmdOk CommandButton 'Übernehmen' 1 72", "/fraTeil Frame 'Teil' 0 0",
-                          "fraTeil/chkDrin CheckBox 'Haken' 0 0"}));
+  EXPECT_EQ(lines, (Lines{"/cmdOk CommandButton 'Übernehmen' 1 72 72x36", "/spnZahl SpinButton '' 2 0 36x72",
+                          "/imgLogo Image '' 3 0 144x144", "/fraTeil Frame 'Teil' 0 0 -",
+                          "fraTeil/chkDrin CheckBox 'Haken' 0 0 72x7"}));
   EXPECT_EQ(read.facts.forms.at(0).caption, "Der \"Kunde\"");
   EXPECT_EQ(read.facts.notices, Lines{});
 }

@@ -52,6 +52,9 @@ struct Control {
   /// From the top left corner of what it is in, in points.
   std::optional<double> left;
   std::optional<double> top;
+  /// In points.
+  std::optional<double> width;
+  std::optional<double> height;
   /// Among its neighbours, from 0.
   std::optional<int> tabIndex;
 };
