@@ -82,6 +82,14 @@ codedb::ControlFact FactOf(const office::Control& control) {
   return fact;
 }
 
+std::string SignatureText(const office::MacroSignature& signature) {
+  if (signature.signer.empty()) return "vorhanden, nicht geprüft";
+  std::string text = "von " + signature.signer;
+  text += signature.issuer == signature.signer ? ", selbst ausgestellt" : ", ausgestellt von " + signature.issuer;
+  if (!signature.until.empty()) text += ", gültig " + signature.from + " bis " + signature.until;
+  return text + "; nicht geprüft";
+}
+
 }  // namespace
 
 void TakeReferences(const std::vector<office::VbaReference>& references, std::string_view constants,
@@ -118,7 +126,7 @@ void TakeDocumentFacts(const office::DocumentFacts& document, codedb::ProjectFac
     if (!value.empty()) facts.document.push_back({property, std::move(value)});
   };
   for (const TextRow& row : kTexts) add(row.property, document.properties.*row.field);
-  if (document.isSigned) add("Signatur", *document.isSigned ? "vorhanden, nicht geprüft" : "keine");
+  if (document.isSigned) add("Signatur", *document.isSigned ? SignatureText(document.signature) : "keine");
   if (document.defaultPassword) add("Verschlüsselung", "mit dem Kennwort, das jedes Office von selbst versucht");
   for (const office::Sheet& sheet : document.sheets) {
     if (sheet.visibility == office::Sheet::Visibility::kHidden) add("Ausgeblendetes Blatt", sheet.name);

@@ -71,15 +71,33 @@ class PropertySet {
   std::string_view bytes_;
 };
 
+/// The first set of the stream; nothing when there is none.
+std::optional<PropertySet> FirstSet(std::string_view bytes) {
+  constexpr std::size_t kSetOffsetAt = 44;
+  const std::size_t at = LittleEndian<std::uint32_t>(bytes, kSetOffsetAt);
+  if (at == 0 || at >= bytes.size()) return std::nullopt;
+  return PropertySet(bytes.substr(at));
+}
+
 }  // namespace
 
+std::optional<std::string_view> SignatureInSummary(std::string_view bytes) {
+  constexpr std::uint32_t kSignature = 24;
+  constexpr std::uint16_t kBlob = 0x41;
+  constexpr std::size_t kHead = 8;
+  const std::optional<PropertySet> set = FirstSet(bytes);
+  const auto value = set ? set->Find(kSignature) : std::nullopt;
+  if (!value || value->size() < kHead || LittleEndian<std::uint16_t>(*value, 0) != kBlob) return std::nullopt;
+  const std::string_view blob = value->substr(kHead, LittleEndian<std::uint32_t>(*value, 4));
+  return blob.empty() ? std::nullopt : std::optional(blob);
+}
+
 void ReadSummary(std::string_view bytes, DocumentProperties& properties) {
-  constexpr std::size_t kSetOffsetAt = 44;
   constexpr std::uint16_t kText = 0x1E;
   constexpr std::uint16_t kTime = 0x40;
-  const std::size_t at = LittleEndian<std::uint32_t>(bytes, kSetOffsetAt);
-  if (at == 0 || at >= bytes.size()) return;
-  const PropertySet set(bytes.substr(at));
+  const std::optional<PropertySet> found = FirstSet(bytes);
+  if (!found) return;
+  const PropertySet& set = *found;
   const CodePage codePage(set.CodePage());
   for (const TextProperty& text : kTexts) {
     const auto value = set.Find(text.id);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include <quillmate/office/macro_signature.h>
 #include <quillmate/text/operations.h>
 
 #include "excel_facts_p.h"
@@ -69,10 +70,16 @@ void ReadRibbons(const OpcPackage& package, const std::vector<Relation>& relatio
   }
 }
 
-bool IsSigned(const OpcPackage& package, std::string_view project) {
-  const std::vector<Relation> relations = package.RelationsOf(project);
-  return std::any_of(relations.begin(), relations.end(),
-                     [](const Relation& relation) { return relation.type.starts_with("vbaProjectSignature"); });
+/// Newer programs write up to three signatures beside the project; all are of one signer.
+void ReadSignature(const OpcPackage& package, std::string_view project, DocumentFacts& facts) {
+  constexpr std::size_t kLargestSignature = std::size_t{4} << 20U;
+  facts.isSigned = false;
+  for (const Relation& relation : package.RelationsOf(project)) {
+    if (!relation.type.starts_with("vbaProjectSignature") || relation.external) continue;
+    facts.isSigned = true;
+    if (!facts.signature.signer.empty()) return;
+    facts.signature = ReadMacroSignature(package.Read(relation.target, kLargestSignature));
+  }
 }
 
 std::string StreamNamed(const CompoundFile& file, std::string_view name, std::uint64_t limit) {
@@ -86,7 +93,7 @@ void ReadPackageFacts(const OpcPackage& package, std::string_view project, Offic
                       FactsCollector& collector) {
   const std::vector<Relation> relations = package.RelationsOf("");
   DocumentFacts& facts = collector.Facts();
-  if (!project.empty()) facts.isSigned = IsSigned(package, project);
+  if (!project.empty()) ReadSignature(package, project, facts);
   for (const Relation& relation : relations) {
     if (relation.external) continue;
     if (relation.type == "core-properties" || relation.type == "extended-properties") {
@@ -107,7 +114,16 @@ void ReadPackageFacts(const OpcPackage& package, std::string_view project, Offic
 
 void ReadCompoundFacts(const CompoundFile& file, OfficeHost host, FactsCollector& collector) {
   constexpr std::uint64_t kLargestSummary = std::uint64_t{1} << 20U;
-  ReadSummary(StreamNamed(file, "\5SummaryInformation", kLargestSummary), collector.Facts().properties);
+  constexpr std::uint64_t kLargestSignature = std::uint64_t{4} << 20U;
+  DocumentFacts& facts = collector.Facts();
+  ReadSummary(StreamNamed(file, "\5SummaryInformation", kLargestSummary), facts.properties);
+  const std::string more = StreamNamed(file, "\5DocumentSummaryInformation", kLargestSignature);
+  if (const auto signature = SignatureInSummary(more)) {
+    facts.isSigned = true;
+    facts.signature = ReadMacroSignature(*signature);
+  } else {
+    facts.isSigned = false;
+  }
   const auto open = [&](std::string_view name) {
     const auto stream = file.FindStream(CompoundFile::kRoot, name);
     return stream.has_value() ? std::optional(file.OpenStream(*stream, file.Size())) : std::nullopt;

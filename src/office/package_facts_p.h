@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include <quillmate/office/byte_source.h>
@@ -46,5 +47,8 @@ void ReadToolbars(std::string_view bytes, FactsCollector& collector);
 void TakeFieldInstruction(std::string_view instruction, std::string_view where, FactsCollector& collector);
 /// The property set of a compound file [MS-OLEPS].
 void ReadSummary(std::string_view bytes, DocumentProperties& properties);
+/// The value of the second property set [MS-OSHARED] 2.3.3.2.1 that holds the signature of the macros; nothing when
+/// there is none. A part of `bytes`.
+std::optional<std::string_view> SignatureInSummary(std::string_view bytes);
 
 }  // namespace quillmate::office

@@ -12,6 +12,7 @@
 
 #include "office/access_writer.h"
 #include "office/document_writer.h"
+#include "office/signature_writer.h"
 #include "office/vba_writer.h"
 #include "places.h"
 #include "scratch.h"
@@ -65,6 +66,14 @@ void AddContainers(Corpus& corpus) {
   const std::string text = LargeProject(1, 9000).modules[0].text;
   corpus.Add("unpack", PackVba(text));
   corpus.Add("unpack", "xyz" + StoreVba(text));
+}
+
+void AddSignatures(Corpus& corpus) {
+  const WrittenCertificate root{{"Wurzel", "Amt"}, {"Wurzel", "Amt"}, "\x02",
+                                "490101000000Z",   "20510101000000Z", "key 1"};
+  const WrittenCertificate own{{"Ada", "", true}, {"Wurzel", "Amt"}, "\x03"};
+  corpus.Add("signature", WrittenSignature{{root, own}, 1}.Blob());
+  corpus.Add("signature", WrittenSignature{{own, root}, 1, true}.Message());
 }
 
 void AddDatabases(Corpus& corpus, const WrittenProject& project) {
@@ -224,6 +233,7 @@ int main(int argc, char** argv) {
   }
   Corpus corpus(argv[1]);
   AddContainers(corpus);
+  AddSignatures(corpus);
   AddProject(corpus, SeedProject(1252, false));
   AddDatabases(corpus, SeedProject(1252, false));
   AddProject(corpus, SeedProject(1251, true));

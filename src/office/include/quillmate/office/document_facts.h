@@ -123,10 +123,21 @@ struct DocumentProperties {
   std::string modified;
 };
 
+/// Who has signed a macro project, as the signature's certificate says. Nothing of it is verified.
+struct MacroSignature {
+  /// Common name and organisation: "Ada Beispiel, Muster GmbH". Empty when it can't be read.
+  std::string signer;
+  /// Who has issued the certificate; the signer itself, where it is one's own.
+  std::string issuer;
+  /// The days on which the certificate begins and ends, "2024-05-31".
+  std::string from, until;
+};
+
 struct DocumentFacts {
   DocumentProperties properties;
   /// Whether the macro project carries a signature, where the file says; it is not verified.
   std::optional<bool> isSigned;
+  MacroSignature signature;
   /// True when the file was encrypted with the password that every host tries by itself.
   bool defaultPassword = false;
   std::vector<Sheet> sheets;
