@@ -1,7 +1,9 @@
 #include <filesystem>
 #include <string>
+#include <system_error>
 
 #include <quillmate/export/csv.h>
+#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/inventory/report.h>
 
@@ -25,19 +27,39 @@ void WritePieces(Output& output, std::string& text, bool last = false) {
   text.clear();
 }
 
-/// The first table: one row for each file, or for each change.
-void WriteCsv(Inventory& stock, std::int64_t since, Output& output) {
+void WriteCsv(Inventory& stock, std::size_t table, std::int64_t since, Output& output) {
   std::string csv(output::kCsvStart);
   output::CsvRow head(csv);
-  for (const std::string& each : stock.TableAt(0, since).heads) head.Text(each);
+  for (const std::string& each : stock.TableAt(table, since).heads) head.Text(each);
   head.End();
-  stock.ForEachRow(0, since, [&](std::span<const Cell> cells) {
+  stock.ForEachRow(table, since, [&](std::span<const Cell> cells) {
     output::CsvRow row(csv);
     for (const Cell& cell : cells) cell.isNumber ? row.Number(cell.number) : row.Text(cell.text);
     row.End();
     WritePieces(output, csv);
   });
   WritePieces(output, csv, true);
+}
+
+/// A folder that is there, or a name that ends like one.
+bool IsFolder(const std::string& target) {
+  std::error_code error;
+  return target.ends_with('/') || target.ends_with(static_cast<char>(std::filesystem::path::preferred_separator)) ||
+         std::filesystem::is_directory(files::PathFromText(target), error);
+}
+
+/// Every table in a file of its own, by its key.
+void WriteCsvFolder(Inventory& stock, std::int64_t since, const std::string& folder) {
+  const std::filesystem::path path = files::PathFromText(folder);
+  std::error_code error;
+  std::filesystem::create_directories(path, error);
+  if (error) throw CommandFailure(folder + ": Ordner kann nicht angelegt werden: " + files::ReasonText(error));
+  for (std::size_t table = 0; table < Inventory::TableCount(since); ++table) {
+    const std::string name = std::string(stock.TableAt(table, since).key) + ".csv";
+    Output output(files::PathText(path / name));
+    WriteCsv(stock, table, since, output);
+    output.Finish();
+  }
 }
 
 void AppendLines(std::string& json, std::string_view key, const std::vector<inventory::Overview::Line>& lines) {
@@ -129,11 +151,14 @@ void RunInventoryReport(const Invocation& invocation) {
   const bool form = invocation.json || invocation.csv;
   // A report in a file needs nothing beside it.
   if ((invocation.xlsxFile || invocation.htmlFile) && !form && !invocation.output) return;
+  if (invocation.csv && invocation.output && *invocation.output != "-" && IsFolder(*invocation.output)) {
+    return WriteCsvFolder(stock, since, *invocation.output);
+  }
   Output output(invocation.output);
   if (invocation.json) {
     WriteJson(stock, since, output);
   } else if (invocation.csv) {
-    WriteCsv(stock, since, output);
+    WriteCsv(stock, 0, since, output);
   } else {
     output.Write(inventory::ReportText(stock, since));
   }

@@ -7,13 +7,13 @@
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/files/paths.h>
+#include <quillmate/host/vb_project.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 #include <quillmate/workers/ordered_work.h>
 
 #include "listing_p.h"
 #include "source_file_p.h"
-#include "vb_project_p.h"
 
 namespace quillmate::host {
 namespace {

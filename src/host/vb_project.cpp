@@ -5,12 +5,11 @@
 
 #include <quillmate/files/paths.h>
 #include <quillmate/files/source_text.h>
+#include <quillmate/host/vb_project.h>
 #include <quillmate/text/characters.h>
 #include <quillmate/text/lines.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
-
-#include "vb_project_p.h"
 
 namespace quillmate::host {
 namespace {

@@ -145,6 +145,17 @@ void TakeFindings(const ReferenceIndex& index, Content& content) {
   }
 }
 
+/// What the project refers to is told at no line of code.
+void MarkBrokenReferences(Content& content) {
+  for (const FindingRow& finding : content.findings) {
+    if (finding.line != 0 || finding.check != checks::InfoOf(checks::CheckId::kLibrary32).id) continue;
+    for (ReferenceRow& reference : content.references) {
+      const bool named = !reference.name.empty() && finding.text.find("„" + reference.name + "“") != std::string::npos;
+      if (named) reference.broken = "nur 32 Bit";
+    }
+  }
+}
+
 }  // namespace
 
 void TakeCode(codedb::Facts facts, Content& content) {
@@ -157,6 +168,7 @@ void TakeCode(codedb::Facts facts, Content& content) {
   TakeModules(index, metrics, content);
   TakeRoutines(index, metrics, content);
   TakeFindings(index, content);
+  MarkBrokenReferences(content);
 }
 
 }  // namespace quillmate::inventory

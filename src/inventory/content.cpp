@@ -5,6 +5,7 @@
 #include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/host/office_facts.h>
+#include <quillmate/host/vb_project.h>
 #include <quillmate/inventory/content.h>
 #include <quillmate/office/byte_source.h>
 #include <quillmate/office/module_file.h>
@@ -17,6 +18,8 @@ namespace quillmate::inventory {
 namespace {
 
 using office::OfficeFile;
+
+constexpr std::string_view kProjectExtension = "vbp";
 
 constexpr std::array<std::string_view, kStateCount> kWords{"makros",        "keine",      "excel4",     "gesperrt",
                                                            "verschlüsselt", "kompiliert", "beschädigt", "zeitlimit",
@@ -80,6 +83,10 @@ void TakeDocument(const OfficeFile& file, Content& content) {
   content.project = file.project.name;
   content.protection = ProtectionOf(file.project.protection);
   content.isSigned = file.facts.isSigned;
+  content.signer = file.facts.signature.signer;
+  content.signerIssuer = file.facts.signature.issuer;
+  content.signedFrom = file.facts.signature.from;
+  content.signedUntil = file.facts.signature.until;
   content.title = properties.title;
   content.author = properties.author;
   content.lastAuthor = properties.lastAuthor;
@@ -122,6 +129,20 @@ std::string LargeFile(const std::filesystem::path& file) {
   }
 }
 
+/// The project alone: the files with its modules are contents of their own.
+Content ProjectContent(std::string_view bytes) {
+  const host::VbProject project = host::ParseVbProject(bytes);
+  Content content;
+  content.format = "projekt";
+  content.state = project.modules.empty() ? State::kNone : State::kMacros;
+  content.project = project.name;
+  for (const office::VbaReference& reference : project.references) {
+    content.references.push_back({reference.name, reference.version, reference.path, reference.toProject});
+  }
+  for (const host::VbProjectModule& module : project.modules) content.links.push_back({"modul", module.file});
+  return content;
+}
+
 Content ModuleContent(std::string bytes, const std::string& extension) {
   Content content;
   content.format = "modul";
@@ -154,7 +175,7 @@ NameHint HintOf(const std::filesystem::path& file) {
   const auto known = office::OfficeFileExtensions();
   hint.office = std::any_of(known.begin(), known.end(),
                             [&](std::string_view each) { return text::EqualsIgnoreCase(each, extension); });
-  if (office::IsModuleFileExtension(extension)) {
+  if (office::IsModuleFileExtension(extension) || text::EqualsIgnoreCase(extension, kProjectExtension)) {
     for (char& c : extension) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
     hint.module = extension;
   }
@@ -178,6 +199,7 @@ Content ReadContent(std::string_view bytes, const std::filesystem::path& file, c
   if (read.recognized && read.state == OfficeFile::State::kNotOffice) return {};
   if (read.recognized || hint.office) return OfficeContent(std::move(read));
   if (hint.module.empty()) return {};
+  if (hint.module == kProjectExtension) return ProjectContent(bytes.empty() ? LargeFile(file) : std::string(bytes));
   return ModuleContent(bytes.empty() ? LargeFile(file) : std::string(bytes), hint.module);
 }
 

@@ -33,7 +33,10 @@ constexpr std::array<QuestionRow, kQuestionCount> kQuestions{{
     {"Starten oder steuern andere Programme",
      "d.inhalt IN (SELECT inhalt FROM befundzahl WHERE pruefung IN ('aussen-programm', 'aussen-office', "
      "'aussen-tasten'))"},
-    {"Verweisen auf Dateien, die es nicht gibt", "d.pfad IN (SELECT datei FROM v_tote_verknuepfung)"},
+    {"Verweisen auf Dateien, die es nicht gibt",
+     "d.nr IN (SELECT datei FROM zieldatei WHERE befund IN ('nicht da', 'nicht im Bestand'))"},
+    {"Haben kaputte Verweise", "d.nr IN (SELECT nr FROM v_kaputter_verweis)"},
+    {"Sind signiert", "d.signiert <> 0"},
     {"Konnten nicht gelesen werden",
      "d.zustand IN ('gesperrt', 'verschlüsselt', 'kompiliert', 'beschädigt', 'zeitlimit', 'abgestürzt', 'unlesbar')"},
 }};
@@ -64,21 +67,46 @@ struct DetailTable {
 };
 constexpr DetailTable kDetails[] = {
     {"Module", "Modul,Art,Zeilen,Codezeilen",
-     "SELECT name, art, zeilen, codezeilen FROM modul WHERE inhalt = ? ORDER BY folge"},
+     "SELECT name, art, zeilen, codezeilen FROM modul WHERE inhalt = ?1 AND ?2 ORDER BY folge"},
     {"Befunde", "Stufe,Prüfung,Modul,Routine,Zeile,Befund",
      "SELECT p.stufe, b.pruefung, m.name, b.routine, b.zeile, b.text FROM befund b JOIN pruefung p ON p.kennung = "
-     "b.pruefung LEFT JOIN modul m ON m.inhalt = b.inhalt AND m.folge = b.modul WHERE b.inhalt = ? ORDER BY b.folge"},
-    {"Verweise", "Name,Version,Pfad", "SELECT name, version, pfad FROM verweis WHERE inhalt = ? ORDER BY folge"},
-    {"Verknüpfungen", "Art,Ziel", "SELECT art, ziel FROM verknuepfung WHERE inhalt = ? ORDER BY folge"},
-    {"Aufrufe von außen", "Art,Makro,Ort", "SELECT art, ziel, ort FROM bindung WHERE inhalt = ? ORDER BY folge"},
+     "b.pruefung LEFT JOIN modul m ON m.inhalt = b.inhalt AND m.folge = b.modul WHERE b.inhalt = ?1 AND ?2 ORDER BY "
+     "b.folge"},
+    {"Verweise", "Name,Version,Pfad,Befund",
+     "SELECT r.name, r.version, r.pfad, CASE WHEN r.bruch <> '' THEN r.bruch ELSE coalesce((SELECT z.befund FROM "
+     "zieldatei z WHERE z.datei = ?2 AND z.ziel = r.pfad AND z.art IN ('verweis', 'bibliothek')), '') END FROM verweis "
+     "r WHERE r.inhalt = ?1 ORDER BY r.folge"},
+    {"Verknüpfungen", "Art,Ziel,Befund",
+     "SELECT k.art, k.ziel, coalesce(z.befund, '') FROM verknuepfung k LEFT JOIN zieldatei z ON z.datei = ?2 AND "
+     "z.folge = k.folge WHERE k.inhalt = ?1 ORDER BY k.folge"},
+    {"Aufrufe von außen", "Art,Makro,Ort",
+     "SELECT art, ziel, ort FROM bindung WHERE inhalt = ?1 AND ?2 ORDER BY folge"},
     {"Deklarationen von Bibliotheken", "Name,Bibliothek,PtrSafe,Zeile",
-     "SELECT name, bibliothek, CASE ptrsafe WHEN 0 THEN 'nein' ELSE 'ja' END, zeile FROM api WHERE inhalt = ? ORDER BY "
+     "SELECT name, bibliothek, CASE ptrsafe WHEN 0 THEN 'nein' ELSE 'ja' END, zeile FROM api WHERE inhalt = ?1 AND ?2 "
+     "ORDER BY "
      "folge"},
 };
 
-constexpr const char* kPropertyNames[] = {"Datei",       "Zustand", "Grund", "Art",         "Projekt", "Schutz",
-                                          "Signatur",    "Titel",   "Autor", "Zuletzt von", "Firma",   "Erstellt",
-                                          "Gespeichert", "Größe",   "Zeit",  "SHA-256"};
+constexpr const char* kPropertyNames[] = {"Datei",
+                                          "Zustand",
+                                          "Grund",
+                                          "Art",
+                                          "Projekt",
+                                          "Schutz",
+                                          "Signatur",
+                                          "Signiert von",
+                                          "Zertifikat ausgestellt von",
+                                          "Zertifikat gültig von",
+                                          "Zertifikat gültig bis",
+                                          "Titel",
+                                          "Autor",
+                                          "Zuletzt von",
+                                          "Firma",
+                                          "Erstellt",
+                                          "Gespeichert",
+                                          "Größe",
+                                          "Zeit",
+                                          "SHA-256"};
 
 }  // namespace
 
@@ -138,7 +166,8 @@ FileDetails Inventory::DetailsOf(std::int64_t file) {
   FileDetails details;
   Statement ask(state_->database,
                 "SELECT inhalt, pfad, zustand, grund, format, projekt, schutz, CASE signiert WHEN 1 THEN 'vorhanden, "
-                "nicht geprüft' WHEN 0 THEN 'keine' END, titel, autor, zuletzt_von, firma, erstellt, gespeichert, "
+                "nicht geprüft' WHEN 0 THEN 'keine' END, unterzeichner, aussteller, gueltig_von, gueltig_bis, titel, "
+                "autor, zuletzt_von, firma, erstellt, gespeichert, "
                 "groesse, zeit, pruefsumme FROM v_datei WHERE nr = ?");
   ask.Add(file);
   if (!ask.Next()) return details;
@@ -154,7 +183,7 @@ FileDetails Inventory::DetailsOf(std::int64_t file) {
     FileDetails::Table table{each.title, {}, {}};
     for (const std::string_view head : text::Split(each.heads, ",")) table.heads.emplace_back(head);
     Statement rows(state_->database, each.sql);
-    rows.Add(content);
+    rows.Add(content).Add(file);
     while (rows.Next()) {
       auto& row = table.rows.emplace_back();
       for (std::size_t i = 0; i < table.heads.size(); ++i) row.push_back(rows.Text());

@@ -3,6 +3,7 @@
 #include <quillmate/files/paths.h>
 #include <quillmate/inventory/merge.h>
 
+#include "link_targets_p.h"
 #include "schema_p.h"
 #include "sqlite_p.h"
 
@@ -38,8 +39,8 @@ std::string WithColumns(std::string_view columns, std::string_view prefix) {
 void TakeRuns(Database& database) {
   database.Run(R"sql(
 INSERT OR IGNORE INTO main.lauf(kennung, begonnen, beendet, zustand, programm, quellen, anteil, dateien, gelesen,
-  unveraendert, verschwunden) SELECT kennung, begonnen, beendet, zustand, programm, quellen, anteil, dateien, gelesen,
-  unveraendert, verschwunden FROM teil.lauf ORDER BY begonnen, kennung;
+  unveraendert, verschwunden, ausgelassen) SELECT kennung, begonnen, beendet, zustand, programm, quellen, anteil, dateien, gelesen,
+  unveraendert, verschwunden, ausgelassen FROM teil.lauf ORDER BY begonnen, kennung;
 INSERT INTO mlauf SELECT t.nr, l.nr FROM teil.lauf t JOIN main.lauf l ON l.kennung = t.kennung;
 UPDATE main.lauf SET (beendet, zustand, dateien, gelesen, unveraendert, verschwunden) =
   (SELECT t.beendet, t.zustand, t.dateien, t.gelesen, t.unveraendert, t.verschwunden FROM teil.lauf t
@@ -168,6 +169,13 @@ std::uintmax_t BytesOf(const std::vector<std::filesystem::path>& files) {
 
 void Merge(const std::filesystem::path& database, const std::vector<std::filesystem::path>& parts,
            const std::function<void(const std::filesystem::path&)>& done) {
+  for (const std::filesystem::path& part : parts) {
+    std::error_code error;
+    if (std::filesystem::equivalent(database, part, error)) {
+      throw codedb::DatabaseError(codedb::DatabaseReason::kOther,
+                                  files::PathText(part) + ": Dieser Teil ist der Bestand selbst");
+    }
+  }
   Database whole(NoSource(database), Database::Mode::kCreate);
   whole.Run(
       "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=TRUNCATE; PRAGMA synchronous=NORMAL;"
@@ -180,6 +188,9 @@ void Merge(const std::filesystem::path& database, const std::vector<std::filesys
     if (done) done(part);
   }
   MakeIndexes(whole);
+  whole.Run("BEGIN IMMEDIATE");
+  FindTargets(whole);
+  whole.Run("COMMIT");
   // Takes the emptied journal away.
   whole.Run("PRAGMA journal_mode=DELETE");
 }

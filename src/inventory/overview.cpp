@@ -117,7 +117,12 @@ Overview Inventory::Summarize() {
   questions[static_cast<std::size_t>(Question::kCopies)] = AskNumber(database, "SELECT count(*) FROM v_kopie");
   questions[static_cast<std::size_t>(Question::kOnlyCopies)] = AskNumber(database, "SELECT count(*) FROM v_nur_kopien");
   questions[static_cast<std::size_t>(Question::kDeadLinks)] =
-      AskNumber(database, "SELECT count(DISTINCT datei) FROM v_tote_verknuepfung");
+      AskNumber(database, "SELECT count(DISTINCT nr) FROM v_tote_verknuepfung");
+  questions[static_cast<std::size_t>(Question::kBroken)] =
+      AskNumber(database, "SELECT count(DISTINCT nr) FROM v_kaputter_verweis");
+  questions[static_cast<std::size_t>(Question::kSigned)] = AskNumber(
+      database,
+      "SELECT count(*) FROM datei d JOIN inhalt i ON i.nr = d.inhalt WHERE i.signiert <> 0 AND d.verschwunden IS NULL");
   for (std::size_t i = 1; i < kQuestionCount; ++i) {
     overview.questions.push_back({std::string(TitleOf(static_cast<Question>(i))), questions[i], 0});
   }

@@ -27,7 +27,7 @@ void Fields(Way& way, RoutineRow& row) {
 }
 template <typename Way>
 void Fields(Way& way, ReferenceRow& row) {
-  way(row.name, row.version, row.path, row.toProject);
+  way(row.name, row.version, row.path, row.toProject, row.broken);
 }
 template <typename Way>
 void Fields(Way& way, LinkRow& row) {
@@ -48,9 +48,10 @@ void Fields(Way& way, ApiRow& row) {
 template <typename Way>
 void Fields(Way& way, Content& content) {
   way(content.state, content.reason, content.format, content.codePage, content.project, content.protection,
-      content.isSigned, content.title, content.author, content.lastAuthor, content.company, content.application,
-      content.created, content.modified, content.excel4Sheets, content.replaced, content.modules, content.routines,
-      content.references, content.links, content.bindings, content.findings, content.apis);
+      content.isSigned, content.signer, content.signerIssuer, content.signedFrom, content.signedUntil, content.title,
+      content.author, content.lastAuthor, content.company, content.application, content.created, content.modified,
+      content.excel4Sheets, content.replaced, content.modules, content.routines, content.references, content.links,
+      content.bindings, content.findings, content.apis);
 }
 
 class Packer {

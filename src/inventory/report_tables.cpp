@@ -15,10 +15,12 @@ struct Table {
 
 constexpr Table kTables[] = {
     {"files", "Dateien",
-     "Datei,Zustand,Grund,Art,Projekt,Schutz,Signiert,Module,Routinen,Codezeilen,Befunde,Gleiche Dateien,Autor,Zuletzt "
+     "Datei,Zustand,Grund,Art,Projekt,Schutz,Signiert,Signiert von,Module,Routinen,Codezeilen,Befunde,Gleiche "
+     "Dateien,Autor,Zuletzt "
      "von,Firma,Erstellt,Gespeichert,Größe,Zeit",
      "SELECT pfad AS path, zustand AS state, grund AS reason, format, projekt AS project, schutz AS protection, "
-     "signiert AS signed, module AS modules, routinen AS routines, codezeilen AS code_lines, befunde AS findings, "
+     "signiert AS signed, unterzeichner AS signer, module AS modules, routinen AS routines, codezeilen AS code_lines, "
+     "befunde AS findings, "
      "(SELECT count(*) FROM datei k WHERE k.inhalt = v.inhalt AND k.verschwunden IS NULL) AS copies, autor AS author, "
      "zuletzt_von AS last_author, firma AS company, erstellt AS created, gespeichert AS saved, groesse AS size, zeit "
      "AS time FROM v_datei v ORDER BY pfad"},
@@ -38,8 +40,19 @@ constexpr Table kTables[] = {
      "SELECT pfad AS path, routine, zeile AS line, text FROM v_selbststart ORDER BY pfad"},
     {"outside", "Außen", "Datei,Prüfung,Titel,Anzahl",
      "SELECT pfad AS path, pruefung AS id, titel AS title, anzahl AS count FROM v_aussen ORDER BY pfad, pruefung"},
-    {"dead_links", "Tote Verknüpfungen", "Datei,Art,Ziel",
-     "SELECT datei AS path, art AS kind, ziel AS target FROM v_tote_verknuepfung ORDER BY datei, ziel"},
+    {"dead_links", "Tote Verknüpfungen", "Datei,Art,Ziel,Befund",
+     "SELECT datei AS path, art AS kind, ziel AS target, befund AS state FROM v_tote_verknuepfung ORDER BY datei, "
+     "ziel"},
+    {"broken_references", "Kaputte Verweise", "Datei,Verweis,Version,Pfad,Befund",
+     "SELECT datei AS path, name, version, pfad AS target, grund AS state FROM v_kaputter_verweis ORDER BY datei, "
+     "name"},
+    {"signatures", "Signaturen", "Datei,Signiert von,Ausgestellt von,Gültig von,Gültig bis",
+     "SELECT pfad AS path, unterzeichner AS signer, aussteller AS issuer, gueltig_von AS valid_from, gueltig_bis AS "
+     "valid_until FROM v_signatur ORDER BY pfad"},
+    {"runs", "Läufe", "Lauf,Begonnen,Beendet,Zustand,Programm,Quellen,Anteil,Dateien,Gelesen,Unverändert,Verschwunden",
+     "SELECT nr AS run, begonnen AS began, coalesce(beendet, '') AS ended, zustand AS state, programm AS program, "
+     "quellen AS roots, anteil AS shard, dateien AS files, gelesen AS read, unveraendert AS unchanged, verschwunden AS "
+     "vanished FROM lauf ORDER BY nr"},
 };
 
 constexpr Table kChanges[] = {

@@ -67,7 +67,7 @@ class Scanner {
   ScanResult Run() {
     {
       const auto lock = pool_.StoreLock();
-      store_.BeginRun(RootsText(), ShardText(), options_.program);
+      store_.BeginRun(RootsText(), ShardText(), Lines(options_.exclude), options_.program);
     }
     for (const fs::path& root : options_.roots) TakeRoot(root);
     progress_.listed = true;
@@ -88,6 +88,11 @@ class Scanner {
       if (text.size() > kMost) return text + "\n...";
       text.append(text.empty() ? "" : "\n").append(StoredText(root));
     }
+    return text;
+  }
+  static std::string Lines(const std::vector<std::string>& patterns) {
+    std::string text;
+    for (const std::string& each : patterns) text.append(text.empty() ? "" : "\n").append(each);
     return text;
   }
   std::string ShardText() const {
@@ -200,10 +205,18 @@ class Scanner {
         fs::path path = folder / entry.name;
         const std::string name = StoredText(entry.name);
         if (entry.isFolder) {
-          if (!patterns_.Match(name, stored)) open.push_back(std::move(path));
+          // What is left out is not gone.
+          if (patterns_.Match(name, stored)) {
+            failed.push_back(StoredText(path));
+          } else {
+            open.push_back(std::move(path));
+          }
           continue;
         }
-        if (!IsWanted(stored, name, path)) continue;
+        if (!IsWanted(stored, name, path)) {
+          known.erase(name);
+          continue;
+        }
         Job job{number, name, std::move(path), std::nullopt, entry.stamp.size};
         if (const auto found = known.find(name); found != known.end()) {
           job.known = found->second;

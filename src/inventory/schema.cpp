@@ -1,6 +1,9 @@
 #include <algorithm>
+#include <iterator>
+#include <string>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 #include <quillmate/checks/checks.h>
 #include <quillmate/files/paths.h>
@@ -21,7 +24,7 @@ constexpr const char* kTables = R"sql(
 CREATE TABLE lauf(nr INTEGER PRIMARY KEY, kennung TEXT NOT NULL UNIQUE, begonnen TEXT NOT NULL, beendet TEXT,
   zustand TEXT NOT NULL, programm TEXT NOT NULL, quellen TEXT NOT NULL, anteil TEXT NOT NULL,
   dateien INTEGER NOT NULL DEFAULT 0, gelesen INTEGER NOT NULL DEFAULT 0, unveraendert INTEGER NOT NULL DEFAULT 0,
-  verschwunden INTEGER NOT NULL DEFAULT 0);
+  verschwunden INTEGER NOT NULL DEFAULT 0, ausgelassen TEXT NOT NULL DEFAULT '');
 CREATE TABLE ordner(nr INTEGER PRIMARY KEY, pfad TEXT NOT NULL UNIQUE, lauf INTEGER REFERENCES lauf,
   grund TEXT NOT NULL DEFAULT '');
 CREATE TABLE inhalt(nr INTEGER PRIMARY KEY, pruefsumme TEXT NOT NULL, art TEXT NOT NULL, fassung INTEGER NOT NULL,
@@ -30,7 +33,8 @@ CREATE TABLE inhalt(nr INTEGER PRIMARY KEY, pruefsumme TEXT NOT NULL, art TEXT N
   autor TEXT NOT NULL, zuletzt_von TEXT NOT NULL, firma TEXT NOT NULL, programm TEXT NOT NULL, erstellt TEXT NOT NULL,
   gespeichert TEXT NOT NULL, excel4 INTEGER NOT NULL, ersetzt INTEGER NOT NULL, module INTEGER NOT NULL,
   routinen INTEGER NOT NULL, zeilen INTEGER NOT NULL, codezeilen INTEGER NOT NULL, befunde INTEGER NOT NULL,
-  UNIQUE(pruefsumme, art));
+  unterzeichner TEXT NOT NULL DEFAULT '', aussteller TEXT NOT NULL DEFAULT '', gueltig_von TEXT NOT NULL DEFAULT '',
+  gueltig_bis TEXT NOT NULL DEFAULT '', UNIQUE(pruefsumme, art));
 CREATE TABLE datei(nr INTEGER PRIMARY KEY, ordner INTEGER NOT NULL REFERENCES ordner, name TEXT NOT NULL,
   groesse INTEGER NOT NULL, zeit INTEGER NOT NULL, inhalt INTEGER REFERENCES inhalt, zustand TEXT NOT NULL,
   grund TEXT NOT NULL, erstmals INTEGER NOT NULL REFERENCES lauf, geaendert INTEGER NOT NULL REFERENCES lauf,
@@ -44,7 +48,7 @@ CREATE TABLE routine(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NO
   parameter INTEGER NOT NULL, pruefsumme INTEGER, PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
 CREATE TABLE verweis(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL, name TEXT NOT NULL,
   version TEXT NOT NULL, pfad TEXT NOT NULL, projekt INTEGER NOT NULL, dateiname TEXT NOT NULL,
-  PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
+  bruch TEXT NOT NULL DEFAULT '', PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
 CREATE TABLE verknuepfung(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL, art TEXT NOT NULL,
   ziel TEXT NOT NULL, dateiname TEXT NOT NULL, PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
 CREATE TABLE bindung(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL, art TEXT NOT NULL,
@@ -57,6 +61,9 @@ CREATE TABLE befundzahl(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER
 CREATE TABLE api(inhalt INTEGER NOT NULL REFERENCES inhalt, folge INTEGER NOT NULL, modul INTEGER NOT NULL,
   name TEXT NOT NULL, bibliothek TEXT NOT NULL, alias TEXT NOT NULL, ptrsafe INTEGER NOT NULL, zeile INTEGER NOT NULL,
   PRIMARY KEY(inhalt, folge)) WITHOUT ROWID;
+CREATE TABLE zieldatei(datei INTEGER NOT NULL REFERENCES datei, folge INTEGER NOT NULL, art TEXT NOT NULL,
+  ziel TEXT NOT NULL, pfad TEXT NOT NULL, befund TEXT NOT NULL, ist INTEGER REFERENCES datei,
+  PRIMARY KEY(datei, folge)) WITHOUT ROWID;
 CREATE TABLE pruefung(kennung TEXT PRIMARY KEY, gruppe TEXT NOT NULL, stufe TEXT NOT NULL, titel TEXT NOT NULL)
   WITHOUT ROWID;
 )sql";
@@ -65,6 +72,7 @@ CREATE TABLE pruefung(kennung TEXT PRIMARY KEY, gruppe TEXT NOT NULL, stufe TEXT
 constexpr const char* kIndexes = R"sql(
 CREATE INDEX IF NOT EXISTS datei_inhalt ON datei(inhalt) WHERE inhalt IS NOT NULL;
 CREATE INDEX IF NOT EXISTS modul_pruefsumme ON modul(pruefsumme) WHERE pruefsumme IS NOT NULL;
+CREATE INDEX IF NOT EXISTS zieldatei_ist ON zieldatei(ist) WHERE ist IS NOT NULL;
 )sql";
 
 constexpr const char* kViews = R"sql(
@@ -72,7 +80,9 @@ CREATE VIEW v_datei AS SELECT d.nr, rtrim(o.pfad, '/\') ||
   CASE WHEN instr(o.pfad, '/') > 0 THEN '/' ELSE '\' END || d.name AS pfad,
   d.groesse, datetime(d.zeit / 1000000000, 'unixepoch') AS zeit, d.zustand,
   CASE WHEN d.grund <> '' THEN d.grund ELSE coalesce(i.grund, '') END AS grund, i.nr AS inhalt, i.pruefsumme, i.format,
-  i.projekt, i.schutz, i.signiert, i.module, i.routinen, i.zeilen, i.codezeilen, i.befunde, i.titel, i.autor,
+  CASE WHEN i.format = 'modul' THEN coalesce((SELECT p.projekt FROM zieldatei z JOIN datei e ON e.nr = z.datei JOIN
+  inhalt p ON p.nr = e.inhalt WHERE z.ist = d.nr AND z.art = 'modul' LIMIT 1), '') ELSE i.projekt END AS projekt,
+  i.schutz, i.signiert, i.unterzeichner, i.aussteller, i.gueltig_von, i.gueltig_bis, i.module, i.routinen, i.zeilen, i.codezeilen, i.befunde, i.titel, i.autor,
   i.zuletzt_von, i.firma, i.erstellt, i.gespeichert, i.excel4, i.codepage, d.erstmals, d.geaendert
   FROM datei d JOIN ordner o ON o.nr = d.ordner LEFT JOIN inhalt i ON i.nr = d.inhalt
   WHERE d.verschwunden IS NULL AND d.zustand <> 'fremd';
@@ -97,18 +107,39 @@ CREATE VIEW v_kopie AS SELECT v.pfad, v.inhalt, k.anzahl FROM v_datei v JOIN (SE
 CREATE VIEW v_nur_kopien AS SELECT v.pfad, v.inhalt FROM v_datei v WHERE v.zustand = 'makros' AND v.codezeilen > 0
   AND v.inhalt NOT IN (SELECT m.inhalt FROM modul m WHERE m.pruefsumme IN (SELECT pruefsumme FROM modul
   WHERE pruefsumme IS NOT NULL GROUP BY pruefsumme HAVING min(inhalt) = max(inhalt)));
+CREATE VIEW v_signatur AS SELECT pfad, unterzeichner, aussteller, gueltig_von, gueltig_bis FROM v_datei
+  WHERE signiert <> 0;
 CREATE VIEW v_verweis AS SELECT v.pfad AS datei, r.* FROM verweis r JOIN v_datei v ON v.inhalt = r.inhalt;
-CREATE VIEW v_verknuepfung AS SELECT v.pfad AS datei, k.art, k.ziel, k.dateiname FROM verknuepfung k JOIN v_datei v
-  ON v.inhalt = k.inhalt
-  UNION ALL SELECT v.pfad, 'verweis', r.pfad, r.dateiname FROM verweis r JOIN v_datei v ON v.inhalt = r.inhalt
-  WHERE r.projekt <> 0;
-CREATE VIEW v_tote_verknuepfung AS SELECT * FROM v_verknuepfung WHERE dateiname <> '' AND dateiname NOT IN
-  (SELECT lower(name) FROM datei WHERE verschwunden IS NULL);
+CREATE VIEW v_verknuepfung AS SELECT v.pfad AS datei, z.art, z.ziel, z.pfad, z.befund, z.datei AS nr FROM zieldatei z
+  JOIN v_datei v ON v.nr = z.datei;
+CREATE VIEW v_tote_verknuepfung AS SELECT * FROM v_verknuepfung WHERE befund IN ('nicht da', 'nicht im Bestand');
+CREATE VIEW v_projektmodul AS SELECT v.pfad AS projektdatei, v.projekt, z.ziel, m.pfad AS modul, z.befund FROM
+  zieldatei z JOIN v_datei v ON v.nr = z.datei LEFT JOIN v_datei m ON m.nr = z.ist WHERE z.art = 'modul';
+CREATE VIEW v_kaputter_verweis AS SELECT v.pfad AS datei, r.name, r.version, r.pfad, r.bruch AS grund, v.nr FROM
+  verweis r JOIN v_datei v ON v.inhalt = r.inhalt WHERE r.bruch <> ''
+  UNION ALL SELECT v.pfad, r.name, r.version, r.pfad, z.befund, v.nr FROM zieldatei z JOIN v_datei v ON v.nr = z.datei
+  JOIN verweis r ON r.inhalt = v.inhalt AND r.pfad = z.ziel WHERE z.art IN ('verweis', 'bibliothek') AND z.befund IN
+  ('nicht da', 'nicht im Bestand');
 CREATE VIEW v_api AS SELECT v.pfad, m.name AS modulname, a.name, a.bibliothek, a.alias, a.ptrsafe, a.zeile FROM api a
   JOIN v_datei v ON v.inhalt = a.inhalt LEFT JOIN modul m ON m.inhalt = a.inhalt AND m.folge = a.modul;
 CREATE VIEW v_autor AS SELECT autor, count(*) AS dateien, sum(codezeilen) AS codezeilen FROM v_datei
   WHERE zustand = 'makros' GROUP BY autor ORDER BY dateien DESC, autor;
 )sql";
+
+/// From each version to the next one.
+constexpr const char* kSteps[] = {R"sql(
+ALTER TABLE lauf ADD COLUMN ausgelassen TEXT NOT NULL DEFAULT '';
+ALTER TABLE inhalt ADD COLUMN unterzeichner TEXT NOT NULL DEFAULT '';
+ALTER TABLE inhalt ADD COLUMN aussteller TEXT NOT NULL DEFAULT '';
+ALTER TABLE inhalt ADD COLUMN gueltig_von TEXT NOT NULL DEFAULT '';
+ALTER TABLE inhalt ADD COLUMN gueltig_bis TEXT NOT NULL DEFAULT '';
+ALTER TABLE verweis ADD COLUMN bruch TEXT NOT NULL DEFAULT '';
+UPDATE datei SET zeit = 0 WHERE zustand = 'fremd' AND lower(name) LIKE '%.vbp';
+CREATE TABLE zieldatei(datei INTEGER NOT NULL REFERENCES datei, folge INTEGER NOT NULL, art TEXT NOT NULL,
+  ziel TEXT NOT NULL, pfad TEXT NOT NULL, befund TEXT NOT NULL, ist INTEGER REFERENCES datei,
+  PRIMARY KEY(datei, folge)) WITHOUT ROWID;
+)sql"};
+static_assert(std::size(kSteps) == kSchemaVersion - 1);
 
 std::int64_t Ask(Database& database, const char* sql) {
   Statement statement(database, sql);
@@ -126,18 +157,29 @@ void WriteChecks(Database& database) {
   throw codedb::DatabaseError(codedb::DatabaseReason::kNoDatabase, name + ": Die Datei ist kein Bestand");
 }
 
-/// False for an empty file.
-bool IsInventory(Database& database) {
+/// The version of the tables; 0 for an empty file.
+std::int64_t VersionOf(Database& database) {
   const std::int64_t application = Ask(database, "PRAGMA application_id");
   const std::int64_t version = Ask(database, "PRAGMA user_version");
-  if (application == 0 && version == 0 && Ask(database, "SELECT count(*) FROM sqlite_master") == 0) return false;
+  if (application == 0 && version == 0 && Ask(database, "SELECT count(*) FROM sqlite_master") == 0) return 0;
   if (application != kApplication) RefuseFile(database.Name());
-  if (version > kSchemaVersion) {
+  if (version < 1 || version > kSchemaVersion) {
     throw codedb::DatabaseError(
         codedb::DatabaseReason::kNewer,
         database.Name() + ": Der Bestand stammt von einer neueren Fassung des Programms und wird nicht angefasst");
   }
-  return true;
+  return version;
+}
+
+void DropViews(Database& database) {
+  std::vector<std::string> names;
+  Statement ask(database, "SELECT name FROM sqlite_master WHERE type = 'view' AND name GLOB 'v_[a-z0-9]*'");
+  while (ask.Next()) names.push_back(ask.Text());
+  for (const std::string& name : names) {
+    // Names of ours need no quotes; others are not ours.
+    if (name.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789_") != std::string::npos) continue;
+    database.Run(("DROP VIEW " + name).c_str());
+  }
 }
 
 }  // namespace
@@ -147,7 +189,7 @@ const ContentTable kContentTables[8] = {
     {"routine",
      "modul, name, art, sichtbarkeit, signatur, zeile, zeilen, anweisungen, komplexitaet, tiefe, parameter, "
      "pruefsumme"},
-    {"verweis", "name, version, pfad, projekt, dateiname"},
+    {"verweis", "name, version, pfad, projekt, dateiname, bruch"},
     {"verknuepfung", "art, ziel, dateiname"},
     {"bindung", "art, modul, ziel, ort"},
     {"befund", "pruefung, modul, routine, zeile, spalte, text"},
@@ -158,7 +200,7 @@ const ContentTable kContentTables[8] = {
 const char* const kContentColumns =
     "pruefsumme, art, fassung, groesse, zustand, grund, format, codepage, projekt, schutz, signiert, titel, autor, "
     "zuletzt_von, firma, programm, erstellt, gespeichert, excel4, ersetzt, module, routinen, zeilen, codezeilen, "
-    "befunde";
+    "befunde, unterzeichner, aussteller, gueltig_von, gueltig_bis";
 
 const std::filesystem::path& NoSource(const std::filesystem::path& file) {
   std::error_code error;
@@ -174,12 +216,18 @@ const std::filesystem::path& NoSource(const std::filesystem::path& file) {
 }
 
 void PrepareSchema(Database& database) {
-  const bool exists = IsInventory(database);
+  const std::int64_t version = VersionOf(database);
   // Fewer, larger pages: most rows are added at the end.
-  if (!exists) database.Run("PRAGMA page_size=16384");
+  if (version == 0) database.Run("PRAGMA page_size=16384");
   database.Run("BEGIN IMMEDIATE");
-  if (!exists) {
-    database.Run(kTables);
+  if (version == 0) database.Run(kTables);
+  if (version < kSchemaVersion) {
+    if (version > 0) {
+      DropViews(database);
+      for (std::size_t step = static_cast<std::size_t>(version); step < kSchemaVersion; ++step) {
+        database.Run(kSteps[step - 1]);
+      }
+    }
     database.Run(kViews);
     database.Run(("PRAGMA application_id=" + std::to_string(kApplication) +
                   "; PRAGMA user_version=" + std::to_string(kSchemaVersion))
@@ -193,11 +241,20 @@ void PrepareSchema(Database& database) {
 void MakeIndexes(Database& database) { database.Run(kIndexes); }
 
 void DropIndexes(Database& database) {
-  database.Run("DROP INDEX IF EXISTS datei_inhalt; DROP INDEX IF EXISTS modul_pruefsumme");
+  database.Run(
+      "DROP INDEX IF EXISTS datei_inhalt; DROP INDEX IF EXISTS modul_pruefsumme; DROP INDEX IF EXISTS zieldatei_ist");
 }
 
 void CheckSchema(Database& database) {
-  if (!IsInventory(database)) RefuseFile(database.Name());
+  const std::int64_t version = VersionOf(database);
+  if (version == 0) RefuseFile(database.Name());
+  if (version < kSchemaVersion) {
+    throw codedb::DatabaseError(
+        codedb::DatabaseReason::kOther,
+        database.Name() +
+            ": Der Bestand stammt von einer älteren Fassung des Programms; ein Lauf von inventory scan bringt "
+            "ihn auf den neuen Stand");
+  }
 }
 
 }  // namespace quillmate::inventory

@@ -4,6 +4,7 @@
 
 #include <quillmate/text/operations.h>
 
+#include "link_targets_p.h"
 #include "schema_p.h"
 #include "store_p.h"
 
@@ -34,25 +35,6 @@ std::string RandomId() {
     for (auto bits = device(), digits = 8U; digits > 0; --digits, bits >>= 4U) id += kDigits[bits & 0xFU];
   }
   return id;
-}
-
-/// The name after the last separator of a path of any system, in lower case of ASCII, by which links are looked up; of
-/// an address in the net none.
-std::string TargetName(std::string_view target) {
-  if (target.starts_with("file:///")) target.remove_prefix(8);
-  if (target.find("://") != std::string_view::npos || target.starts_with("mailto:")) return {};
-  const std::size_t separator = target.find_last_of("/\\");
-  std::string name;
-  if (separator != std::string_view::npos) target.remove_prefix(separator + 1);
-  for (std::size_t i = 0; i < target.size(); ++i) {
-    char c = target[i];
-    if (c == '%' && target.substr(i, 3) == "%20") {
-      c = ' ';
-      i += 2;
-    }
-    name += static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-  }
-  return name;
 }
 
 std::string InsertInto(const ContentTable& table) {
@@ -142,23 +124,33 @@ Store::~Store() = default;
 
 void Store::Touched() { ++pending_; }
 
-void Store::BeginRun(const std::string& roots, const std::string& shard, const std::string& program) {
+void Store::BeginRun(const std::string& roots, const std::string& shard, const std::string& exclude,
+                     const std::string& program) {
+  Statement last(database_, "SELECT zustand <> 'fertig' OR ausgelassen <> ? FROM lauf ORDER BY nr DESC LIMIT 1");
+  last.Add(exclude);
+  changed_ = !last.Next() || last.Number() != 0;
+  last.Reset();
   // One that was killed can't have said so.
   database_.Run("UPDATE lauf SET zustand='abgebrochen' WHERE zustand='läuft'");
   const std::string id = RandomId(), now = Now();
   Statement insert(database_,
-                   "INSERT INTO lauf(kennung,begonnen,zustand,programm,quellen,anteil) VALUES(?,?,'läuft',?,?,?)");
-  insert.Add(id).Add(now).Add(program).Add(roots).Add(shard).Run();
+                   "INSERT INTO lauf(kennung,begonnen,zustand,programm,quellen,anteil,ausgelassen) "
+                   "VALUES(?,?,'läuft',?,?,?,?)");
+  insert.Add(id).Add(now).Add(program).Add(roots).Add(shard).Add(exclude).Run();
   run_ = database_.LastRow();
   Commit();
 }
 
 void Store::EndRun(const RunCounts& counts, std::string_view state) {
+  // One that was cancelled leaves it to the next one.
   const std::string now = Now();
   Statement update(database_,
                    "UPDATE lauf SET beendet=?,zustand=?,dateien=?,gelesen=?,unveraendert=?,verschwunden=? WHERE nr=?");
   update.Add(now).Add(state).Add(counts.files).Add(counts.read).Add(counts.unchanged).Add(counts.vanished);
   update.Add(run_).Run();
+  // One that was cancelled leaves it to the next one.
+  const bool changed = changed_ || counts.read > 0 || counts.vanished > 0;
+  if (changed && state == "fertig") FindTargets(database_);
   Commit();
   // Takes the emptied journal away.
   database_.Run("COMMIT; PRAGMA journal_mode=DELETE; BEGIN IMMEDIATE");
@@ -230,6 +222,7 @@ void Store::MarkVanished(std::int64_t file) {
 }
 
 void Store::MarkBack(std::int64_t file) {
+  changed_ = true;
   statements_->back.Add(run_).Add(file).Run();
   Touched();
 }
@@ -262,6 +255,7 @@ std::int64_t Store::PutContent(std::string_view hash, std::string_view reading, 
   put.Add(content.modified).Add(std::int64_t{content.excel4Sheets}).Add(std::int64_t{content.replaced});
   put.Add(static_cast<std::int64_t>(content.modules.size())).Add(static_cast<std::int64_t>(content.routines.size()));
   put.Add(lines).Add(codeLines).Add(static_cast<std::int64_t>(content.findings.size()));
+  put.Add(content.signer).Add(content.signerIssuer).Add(content.signedFrom).Add(content.signedUntil);
   const std::int64_t number = put.Next() ? put.Number() : 0;
   put.Reset();
   // Rows that an older program has left.
@@ -291,8 +285,8 @@ void Store::PutRows(std::int64_t number, const Content& content) {
   });
   std::string target;
   each(insert[2], content.references, [&](Statement& s, const ReferenceRow& r) {
-    target = r.toProject ? TargetName(r.path) : std::string();
-    s.Add(r.name).Add(r.version).Add(r.path).Add(n(r.toProject)).Add(target);
+    target = IsLookedFor(r) ? TargetName(r.path) : std::string();
+    s.Add(r.name).Add(r.version).Add(r.path).Add(n(r.toProject)).Add(target).Add(r.broken);
   });
   each(insert[3], content.links, [&](Statement& s, const LinkRow& l) {
     target = TargetName(l.target);

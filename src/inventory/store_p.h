@@ -50,7 +50,9 @@ class Store {
   Store(const Store&) = delete;
   Store& operator=(const Store&) = delete;
 
-  void BeginRun(const std::string& roots, const std::string& shard, const std::string& program);
+  /// `exclude`: its patterns, one on each line.
+  void BeginRun(const std::string& roots, const std::string& shard, const std::string& exclude,
+                const std::string& program);
   /// "fertig", "abgebrochen"
   void EndRun(const RunCounts& counts, std::string_view state);
 
@@ -88,6 +90,8 @@ class Store {
   std::unique_ptr<Statements> statements_;
   bool retry_;
   std::int64_t run_ = 0;
+  /// What is known of the targets of links may not be true any more.
+  bool changed_ = false;
   std::int64_t pending_ = 0;
 };
 

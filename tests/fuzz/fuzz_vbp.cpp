@@ -1,7 +1,8 @@
 #include <algorithm>
 
+#include <quillmate/host/vb_project.h>
+
 #include "fuzz.h"
-#include "vb_project_p.h"
 
 namespace quillmate::fuzz {
 

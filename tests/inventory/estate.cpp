@@ -11,6 +11,7 @@
 
 #include "office/access_writer.h"
 #include "office/document_writer.h"
+#include "office/signature_writer.h"
 #include "office/vba_writer.h"
 
 namespace quillmate::inventory {
@@ -100,6 +101,11 @@ class Maker {
       writer.Relate("xl/workbook.xml", "externalLink", "externalLinks/externalLink1.xml")
           .Add("xl/externalLinks/externalLink1.xml", "<externalLink/>")
           .Relate("xl/externalLinks/externalLink1.xml", "externalLinkPath", "file:///Z:/Preise/Liste.xlsx");
+    }
+    if (Draw(10) == 0) {
+      const WrittenName signer{kAuthors[Draw(std::size(kAuthors))], "Muster GmbH"};
+      writer.Relate("xl/vbaProject.bin", "vbaProjectSignature", "vbaProjectSignature.bin")
+          .Add("xl/vbaProjectSignature.bin", WrittenSignature{{{signer, signer}}}.Blob());
     }
     return {".xlsm", "makros", writer.File()};
   }

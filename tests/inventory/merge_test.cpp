@@ -32,10 +32,16 @@ std::string Rows(const fs::path& database) {
   std::string rows = Ask(database, "SELECT pfad, grund FROM ordner ORDER BY pfad");
   rows += Ask(database, "SELECT o.pfad, t.name, t.groesse, t.zeit, t.zustand, t.grund, t.verschwunden IS NULL, " +
                             std::string(kKey) + " FROM datei t JOIN ordner o ON o.nr = t.ordner ORDER BY 1, 2");
-  rows += Ask(database,
-              "SELECT pruefsumme, art, fassung, groesse, zustand, grund, format, codepage, projekt, schutz, signiert, "
-              "titel, autor, zuletzt_von, firma, programm, erstellt, gespeichert, excel4, ersetzt, module, routinen, "
-              "zeilen, codezeilen, befunde FROM inhalt ORDER BY 1, 2");
+  rows +=
+      Ask(database,
+          "SELECT pruefsumme, art, fassung, groesse, zustand, grund, format, codepage, projekt, schutz, signiert, "
+          "titel, autor, zuletzt_von, firma, programm, erstellt, gespeichert, excel4, ersetzt, module, routinen, "
+          "zeilen, codezeilen, befunde, unterzeichner, aussteller, gueltig_von, gueltig_bis FROM inhalt ORDER BY 1, "
+          "2");
+  rows +=
+      Ask(database,
+          "SELECT o.pfad, d.name, z.folge, z.art, z.ziel, z.pfad, z.befund, t.name FROM zieldatei z JOIN datei d ON "
+          "d.nr = z.datei JOIN ordner o ON o.nr = d.ordner LEFT JOIN datei t ON t.nr = z.ist ORDER BY 1, 2, 3");
   for (const char* const table :
        {"modul", "routine", "verweis", "verknuepfung", "bindung", "befund", "befundzahl", "api"}) {
     const std::string columns =
@@ -113,7 +119,7 @@ TEST(Merge, TakesWhatWasReadInAnotherPart) {
               "drei.bas|makros\neins.bas|makros\nzwei.bas|makros\n");
     EXPECT_EQ(Ask(whole, "SELECT count(*) FROM modul"), "2\n");
     EXPECT_EQ(Ask(whole, "SELECT name FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL ORDER BY name"),
-              "datei_inhalt\nmodul_pruefsumme\n");
+              "datei_inhalt\nmodul_pruefsumme\nzieldatei_ist\n");
     EXPECT_EQ(Ask(whole, "PRAGMA foreign_key_check"), "");
     EXPECT_EQ(Ask(whole, "PRAGMA integrity_check"), "ok\n");
   }
@@ -127,6 +133,10 @@ TEST(Merge, RefusesWhatIsNoInventory) {
     EXPECT_THROW(Merge(scratch / "ganz", {part}), codedb::DatabaseError) << part;
   }
   EXPECT_FALSE(fs::exists(scratch / "gibt es nicht"));
+  EXPECT_NE(files::MessageOf<codedb::DatabaseError>([&] {
+              Merge(scratch / "ganz", {scratch / "x" / ".." / "ganz", scratch / "ganz"});
+            }).find("der Bestand selbst"),
+            std::string::npos);
   EXPECT_EQ(Ask(scratch / "ganz", "SELECT count(*) FROM lauf"), "0\n");
 }
 

@@ -12,7 +12,7 @@
 namespace quillmate::inventory {
 
 /// Version of what is read of a content: contents that an older program has read are read again.
-inline constexpr int kContentVersion = 1;
+inline constexpr int kContentVersion = 2;
 
 enum class State : std::uint8_t {
   kMacros,
@@ -57,11 +57,13 @@ struct RoutineRow {
 struct ReferenceRow {
   std::string name, version, path;
   bool toProject = false;
+  /// Why it is known to break, wherever the file lies: "nur 32 Bit"; empty as a rule.
+  std::string broken = {};
 };
 
 /// Another file that the document refers to.
 struct LinkRow {
-  std::string kind;  ///< "verknüpfung", "tabelle"
+  std::string kind;  ///< "verknüpfung", "tabelle"; of a VB project "modul", each of its files
   std::string target;
 };
 
@@ -90,13 +92,16 @@ struct Content {
   State state = State::kForeign;
   /// Why nothing, or not all, could be read: German, one line. Empty when all is well.
   std::string reason;
-  /// "excel", "word", "powerpoint", "access", "office", "modul"
+  /// "excel", "word", "powerpoint", "access", "office", "modul"; "projekt" of a VB project file, whose modules are
+  /// files of their own
   std::string format;
   std::int32_t codePage = 0;
   std::string project;
   /// "Kennwort", "gesperrt" ...; empty when there is none.
   std::string protection;
   std::optional<bool> isSigned;
+  /// As the certificate says, which is not verified: signer, issuer, first and last day ("2024-05-31").
+  std::string signer, signerIssuer, signedFrom, signedUntil;
   std::string title, author, lastAuthor, company, application, created, modified;
   std::uint32_t excel4Sheets = 0;
   std::uint32_t replaced = 0;  ///< characters that Windows-1252 lacks
@@ -115,7 +120,7 @@ enum class Reading : std::uint8_t { kOffice, kModule };
 /// What the name of a file promises.
 struct NameHint {
   bool office = false;  ///< its extension is one of those that hold macros
-  /// "bas", "cls" ... of a module file, else empty.
+  /// "bas", "cls" ... of a module file, "vbp" of a VB project file, else empty.
   std::string module;
 };
 NameHint HintOf(const std::filesystem::path& file);

@@ -30,10 +30,12 @@ enum class Question : std::uint8_t {
   kNetwork,
   kRegistry,
   kPrograms,   ///< which start or drive other programs
-  kDeadLinks,  ///< which refer to files whose names are nowhere in the inventory
+  kDeadLinks,  ///< which refer to files that are not there, or nowhere in the inventory
+  kBroken,     ///< which have references that are known to break
+  kSigned,     ///< whose macros are signed
   kUnread,     ///< what could not be read
 };
-inline constexpr std::size_t kQuestionCount = 12;
+inline constexpr std::size_t kQuestionCount = 14;
 /// "Dateien mit Makros", "Läuft nicht unter 64 Bit" ...
 std::string_view TitleOf(Question question) noexcept;
 
@@ -128,8 +130,8 @@ class Inventory {
   std::vector<RunLine> Runs();
   Overview Summarize();
 
-  /// The tables of a report: files, findings, 64 bit, duplicates, unread, starts, outside, dead links; with `since` the
-  /// one of what is new, changed or gone since that run.
+  /// The tables of a report: files, findings, 64 bit, duplicates, unread, starts, outside, dead links, broken
+  /// references, signatures, runs; with `since` the one of what is new, changed or gone since that run.
   static std::size_t TableCount(std::int64_t since) noexcept;
   ReportTable TableAt(std::size_t table, std::int64_t since);
   void ForEachRow(std::size_t table, std::int64_t since, const std::function<void(std::span<const Cell>)>& take);
