@@ -46,7 +46,7 @@ const WrittenName kRoot{"Wurzel", "Amt"};
 
 TEST(MacroSignature, NamesTheSigner) {
   const WrittenCertificate ada{kAda, kRoot, "\x07", "240531120000Z", "20510101000000Z", "12345678901234567890"};
-  const WrittenCertificate root{kRoot, kRoot, "\x07", "490101000000Z", "500101000000Z", "09876543210987654321"};
+  const WrittenCertificate root{kRoot, kRoot, "\x06", "490101000000Z", "500101000000Z", "09876543210987654321"};
   const std::string told = "Ada Beispiel, Muster GmbH|Wurzel, Amt|2024-05-31|2051-01-01";
   const struct {
     const char* what;
