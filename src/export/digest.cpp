@@ -22,20 +22,30 @@ constexpr std::size_t kDocumentsShare = 4, kOmissionsShare = 7, kModulesShare = 
 /// So many callers, callees and places of one finding are named.
 constexpr std::size_t kNamed = 12;
 
-/// Text that Markdown shows as it is.
+/// Text that Markdown shows as it is, on one line; of blanks in a row one.
 std::string Escaped(std::string_view text) {
   std::string escaped;
   for (const char c : text) {
-    if (std::string_view("\\`*_{}[]<>#|").find(c) != std::string_view::npos) escaped += '\\';
-    escaped += c == '\n' || c == '\r' || c == '\t' ? ' ' : c;
+    const bool blank = c == ' ' || c == '\n' || c == '\r' || c == '\t';
+    if (blank && escaped.ends_with(' ')) continue;
+    if (std::string_view("\\`*_{}[]<>#|&~").find(c) != std::string_view::npos) escaped += '\\';
+    escaped += blank ? ' ' : c;
   }
   return escaped;
 }
 
+/// So many backticks that there are no more of them in a row in a text.
+std::string Ticks(std::string_view text, std::size_t least) {
+  std::size_t longest = least - 1, run = 0;
+  for (const char c : text) longest = std::max(longest, run = c == '`' ? run + 1 : 0);
+  return std::string(longest + 1, '`');
+}
+
 /// Code within a line.
 std::string Code(std::string_view text) {
-  const bool ticks = text.find('`') != std::string_view::npos;
-  return (ticks ? "`` " : "`") + std::string(text) + (ticks ? " ``" : "`");
+  const std::string ticks = Ticks(text, 1);
+  const std::string_view blank = ticks.size() > 1 ? " " : "";
+  return ticks + std::string(blank).append(text).append(blank) + ticks;
 }
 
 /// A comment's text without its mark.
@@ -288,23 +298,17 @@ class Digest {
     return shown;
   }
 
-  /// A fence longer than any in the code.
-  static std::string FenceFor(std::string_view code) {
-    std::size_t longest = 2, run = 0;
-    for (const char c : code) longest = std::max(longest, run = c == '`' ? run + 1 : 0);
-    return std::string(longest + 1, '`');
-  }
-
   void CodeOfModules() {
     text_ += "## Code\n\n";
     std::vector<Index> left;
     for (Index module = 0; module < index_.Modules().size(); ++module) {
       const language::Module& code = index_.Code(module);
+      if (metrics_.modules[module].lines == 0) continue;
       // Looked at before the text is made: what is too long need not be.
       constexpr std::size_t kAround = 200;
       const bool fits = text_.size() + code.text.size() + kAround <= options_.limit;
       const std::string shown = fits ? ShownCode(code) : std::string();
-      const std::string fence = FenceFor(shown);
+      const std::string fence = Ticks(shown, 3);
       if (!fits || text_.size() + shown.size() + 2 * fence.size() + kAround > options_.limit) {
         left.push_back(module);
         continue;

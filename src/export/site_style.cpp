@@ -94,6 +94,8 @@ constexpr std::string_view kRules[] = {
     ".tree small{color:var(--dim)}",
     ".wide{overflow-x:auto}",
     ".matrix td,.matrix thead th{text-align:right;white-space:nowrap}",
+    ".matrix tbody th{white-space:nowrap}",
+    ".matrix thead th:first-child{text-align:left}",
     ".matrix abbr{text-decoration:none}",
     ".cycle{background:var(--mark)}",
     "@media (max-width:40rem){header{padding:.75rem 1rem}main{padding:1rem 1rem 2rem}}",

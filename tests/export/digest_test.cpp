@@ -49,6 +49,19 @@ TEST(Digest, Parts) {
   EXPECT_EQ(digest.find("Attribute"), std::string::npos);
 }
 
+/// What Markdown would take for its own, in comments, names and texts; modules without code have none to show.
+TEST(Digest, SignsOfMarkdown) {
+  const symbols::ReferenceIndex index =
+      Understand({{"M", "' A   `b`\t~~c~~ &lt; | # [d](e)\nSub S(Optional x = \"`a``b|\")\nEnd Sub\n"}, {"Leer", ""}});
+  const std::string digest = DigestOf(index, 100'000);
+  for (const std::string_view part :
+       {"A \\`b\\` \\~\\~c\\~\\~ \\&lt; \\| \\# \\[d\\](e)", "- ``` Public Sub S(Optional x = \"`a``b|\") ```, Zeile 2",
+        "| `Leer` | Modul | 0 |"}) {
+    EXPECT_NE(digest.find(part), std::string::npos) << part << "\n" << digest;
+  }
+  EXPECT_EQ(digest.find("### Leer"), std::string::npos);
+}
+
 /// Whatever the limit leaves out is named or counted, and the limit holds as soon as it leaves room for the overview.
 TEST(Digest, Limits) {
   std::string body = "Option Explicit\n";

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -82,6 +83,7 @@ class SiteTest : public testing::Test {
     sources.omissions = omissions_;
     if (hasSecondProject_) sources.projects.emplace_back().name = "Zweites";
     std::vector<symbols::ModulePlaces> places;
+    codedb::Facts kept;
     for (const codedb::ModuleRecord& module : project_.modules) {
       const std::string shown =
           text::Utf8FromCode(PlainText(codedb::ReadModuleText(project_.indexFolder, module.number)));
@@ -93,8 +95,19 @@ class SiteTest : public testing::Test {
       if (original != originals_.end()) facts.lines = codedb::MatchLines(original->second, shown);
       source.name = text::Utf8FromCode(module.name);
       if (module.kind == codedb::kClass) source.kind = language::ModuleKind::kClass;
+      if (module.kind == codedb::kForm) source.kind = language::ModuleKind::kForm;
+      if (inSecondProject_.contains(module.name)) source.project = 1;
+      if (const auto controls = controls_.find(module.name); controls != controls_.end()) {
+        source.controlsKnown = true;
+        for (const codedb::ControlFact& control : controls->second)
+          source.controls.push_back({control.name, control.type});
+        facts.controls = controls->second;
+        kept.modules.push_back(facts);
+      }
       places.emplace_back(facts);
     }
+    kept.projects.emplace_back().name = "Lager";
+    if (!kept.modules.empty()) codedb::WriteFacts(project_.indexFolder, kept);
     const auto understanding = symbols::ReferenceIndex::Build(std::move(sources));
     project_.understanding = &understanding;
     project_.places = places;
@@ -119,6 +132,9 @@ class SiteTest : public testing::Test {
   SiteProject project_;
   /// Code by module, UTF-8.
   std::map<std::string, std::string> originals_;
+  /// By module; those of the second project.
+  std::map<std::string, std::vector<codedb::ControlFact>> controls_;
+  std::set<std::string> inSecondProject_;
   std::vector<symbols::DocumentProperty> properties_;
   std::vector<symbols::Omission> omissions_;
   bool hasSecondProject_ = false;

@@ -242,5 +242,53 @@ TEST_F(SiteTest, SourcesAndOmissions) {
   }
 }
 
+/// A form tells its controls with their captions and the events that its code handles; events of what is no control are
+/// none.
+TEST_F(SiteTest, ControlsOfAForm) {
+  AddModule("frmEingabe", codedb::kForm,
+            "Sub cmdOk_Click()\r\ntxtName.Text = \"\"\r\nEnd Sub\r\nSub CMDOK_Enter()\r\nEnd Sub\r\nSub "
+            "weg_Click()\r\nEnd Sub");
+  AddRoutine("cmdOk_Click", {1, 3});
+  AddRoutine("CMDOK_Enter", {4, 5});
+  AddRoutine("weg_Click", {6, 7});
+  AddModule("ohne", codedb::kForm, "Sub a_Click()\r\nEnd Sub");
+  controls_["frmEingabe"] = {{"cmdOk", "CommandButton", "&Über <nehmen>\nnun", {}, false, {}, {}, {}, {}, {}},
+                             {"txtName", "TextBox", {}, {}, false, {}, {}, {}, {}, {}}};
+  const auto files = Write();
+  const std::string part = Part(files.at("modul-frmEingabe.html"), "<h2 id=\"steuerelemente\">", "</table>");
+  for (const std::string_view row :
+       {"<th scope=\"row\">cmdOk</th><td>CommandButton</td><td>&amp;Über &lt;nehmen&gt;\nnun</td><td>"
+        "<a href=\"#r-cmdOk_Click\">Click</a>, <a href=\"#r-CMDOK_Enter\">Enter</a></td><td><a "
+        "href=\"deklarationen.html#d-frmEingabe.cmdOk\">",
+        "<th scope=\"row\">txtName</th><td>TextBox</td><td></td><td>keine</td><td><a "
+        "href=\"deklarationen.html#d-frmEingabe.txtName\">1 Verwendung</a></td>"}) {
+    EXPECT_NE(part.find(row), std::string::npos) << row << "\n" << part;
+  }
+  EXPECT_EQ(files.at("modul-ohne.html").find("steuerelemente"), std::string::npos);
+}
+
+/// Each project has lists of its own, though modules and names are the same.
+TEST_F(SiteTest, DeclarationsOfSeveralProjects) {
+  hasSecondProject_ = true;
+  AddModule("m1", codedb::kStandard, "Public Const GRENZE = 1\r\nSub Los()\r\nx = GRENZE\r\nEnd Sub");
+  AddRoutine("Los", {2, 4});
+  AddModule("m2", codedb::kStandard, "Public Const GRENZE = 2\r\nSub Los()\r\nx = GRENZE\r\nEnd Sub");
+  AddRoutine("Los", {2, 4});
+  inSecondProject_ = {"m2"};
+  const auto files = Write();
+  const std::string& page = files.at("deklarationen.html");
+  EXPECT_NE(page.find("<td>Zweites</td><th scope=\"row\"><a href=\"deklarationen.html#Zweites.konstanten\">"),
+            std::string::npos);
+  const std::string own = Part(page, "<h2 id=\"Lager.konstanten\">Lager: Konstanten</h2>", "</table>");
+  const std::string second = Part(page, "<h2 id=\"Zweites.konstanten\">Zweites: Konstanten</h2>", "</table>");
+  EXPECT_NE(own.find("<tr id=\"d-m1.GRENZE\">"), std::string::npos);
+  EXPECT_EQ(own.find("modul-m2"), std::string::npos) << own;
+  EXPECT_NE(second.find("<tr id=\"d-m2.GRENZE\">"), std::string::npos);
+  EXPECT_EQ(second.find("modul-m1"), std::string::npos) << second;
+  // The search tells the projects apart.
+  const std::string entries = ScriptString(files.at("suche.js"), "modules:\"");
+  EXPECT_EQ(entries, "Lager.m1\tmodul-m1.html\nZweites.m2\tmodul-m2.html");
+}
+
 }  // namespace
 }  // namespace quillmate::output
