@@ -136,12 +136,13 @@ ProjectInput::ProjectInput(const Invocation& invocation, const settings::Options
   CheckOutput(invocation);
   if (IsSavedProject(invocation)) {
     folder_ = files::PathFromText(invocation.inputs.front());
+    OpenIndex(database_, folder_);
   } else {
     scratch_ = MakeScratchFolder();
     folder_ = scratch_->Path();
     ReadSources(invocation, options, folder_, database_);
+    database_.OpenOwnCodeDatabase(folder_);
   }
-  OpenIndex(database_, folder_);
 }
 
 }  // namespace quillmate::cli

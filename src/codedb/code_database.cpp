@@ -84,7 +84,12 @@ CodeDatabase::~CodeDatabase() { CloseCodeDatabase(); }
 
 void CodeDatabase::OpenCodeDatabase(const std::filesystem::path& folder) {
   CloseCodeDatabase();
-  state_->connection = std::make_shared<Connection>(CodeDbPath(folder));
+  state_->connection = std::make_shared<Connection>(CodeDbPath(folder), Connection::Origin::kAnywhere);
+}
+
+void CodeDatabase::OpenOwnCodeDatabase(const std::filesystem::path& folder) {
+  CloseCodeDatabase();
+  state_->connection = std::make_shared<Connection>(CodeDbPath(folder), Connection::Origin::kOwn);
 }
 
 void CodeDatabase::CloseCodeDatabase() noexcept {

@@ -70,7 +70,7 @@ int BindText(sqlite3_stmt* prepared, int index, std::string_view utf8, Binding b
 
 }  // namespace
 
-Connection::Connection(const std::filesystem::path& file) {
+Connection::Connection(const std::filesystem::path& file, Origin origin) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) {
     throw DatabaseError(DatabaseReason::kMissing, "Die Datenbank " + files::PathText(file) + " existiert nicht", file);
@@ -84,8 +84,10 @@ Connection::Connection(const std::filesystem::path& file) {
     if (!opened) Fail({});
     SetUp();
     CheckTables();
-    CheckPages();
-    CheckNumbers();
+    if (origin == Origin::kAnywhere) {
+      CheckPages();
+      CheckNumbers();
+    }
   } catch (const DatabaseError& refused) {
     // The destructor of an object that never came to be does not run.
     Close();

@@ -22,7 +22,9 @@ enum class Binding { Borrowed, Copied };
 class Connection {
  public:
   /// Opens the file and checks that it is a whole index. Throws DatabaseError.
-  explicit Connection(const std::filesystem::path& file);
+  /// What is in a file of `kOwn` is known.
+  enum class Origin { kAnywhere, kOwn };
+  Connection(const std::filesystem::path& file, Origin origin);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;

@@ -67,6 +67,8 @@ class CodeDatabase {
   /// it. Throws DatabaseError when the file is missing, damaged, locked, or lacks one of the two tables; it is never
   /// created. An earlier database is closed first. A mere reader writes nothing, neither into the file nor beside it.
   void OpenCodeDatabase(const std::filesystem::path& folder);
+  /// The same for a file that this process has just written: only its tables are looked for.
+  void OpenOwnCodeDatabase(const std::filesystem::path& folder);
   /// Never fails; also when nothing is open.
   void CloseCodeDatabase() noexcept;
   bool IsOpen() const noexcept;
