@@ -24,6 +24,8 @@ struct Candidate {
   /// Of the project.
   std::string file;
   std::string name;
+  /// Its own one; may be empty.
+  std::string source;
 };
 
 std::vector<Candidate> Candidates(const std::filesystem::path& folder) {
@@ -33,7 +35,8 @@ std::vector<Candidate> Candidates(const std::filesystem::path& folder) {
     if (!facts) return candidates;
     for (const codedb::ModuleFacts& module : facts->modules) {
       const codedb::ProjectFacts& project = facts->projects[static_cast<std::size_t>(module.project)];
-      if (module.number > 0) candidates.push_back({module.number, project.name, project.file, module.name});
+      if (module.number > 0)
+        candidates.push_back({module.number, project.name, project.file, module.name, module.file});
     }
   } catch (const codedb::DatabaseError&) {
     candidates.clear();
@@ -47,21 +50,31 @@ std::vector<std::string> Qualifiers(const Candidate& module) {
   return {module.project, files::PathText(file.filename()), files::PathText(file.stem())};
 }
 
-bool IsMeant(const Candidate& module, const std::string& qualifiedName) {
-  const std::string asked = language::FoldName(qualifiedName);
+/// Whether `asked` ends the path of the module's file: "Sub/Modul.bas".
+bool IsFile(const Candidate& module, std::string asked) {
+  if (asked.empty() || module.source.empty()) return false;
+  std::string source = '/' + language::FoldName(module.source);
+  std::ranges::replace(source, '\\', '/');
+  std::ranges::replace(asked, '\\', '/');
+  return source.ends_with(asked.starts_with('/') ? asked : '/' + asked);
+}
+
+bool IsMeant(const Candidate& module, const std::string& name) {
+  const std::string asked = language::FoldName(name);
+  if (IsFile(module, asked)) return true;
   return std::ranges::any_of(Qualifiers(module), [&](const std::string& qualifier) {
     return !qualifier.empty() && language::FoldName(qualifier + "." + module.name) == asked;
   });
 }
 
-/// "Projekt.Modul", or where that is not enough "Datei.Modul".
+/// "Projekt.Modul", or where that is not enough "Datei.Modul", or the module's own file.
 std::string Label(const Candidate& module, const std::vector<Candidate>& modules) {
   for (const std::string& qualifier : Qualifiers(module)) {
     std::string label = qualifier + "." + module.name;
     const auto fits = std::ranges::count_if(modules, [&](const Candidate& other) { return IsMeant(other, label); });
     if (!qualifier.empty() && fits == 1) return label;
   }
-  return module.project + "." + module.name + " (" + module.file + ")";
+  return module.source.empty() ? module.project + "." + module.name + " (" + module.file + ")" : module.source;
 }
 
 const Candidate& TheOnly(const std::vector<Candidate>& asked, const std::string& name,
@@ -105,7 +118,7 @@ symbols::Index FindModule(const symbols::ReferenceIndex& index, const std::strin
   for (std::size_t i = 0; i < index.Modules().size(); ++i) {
     const symbols::ModuleInfo& info = index.Modules()[i];
     const symbols::ProjectInfo& project = index.Projects()[info.project];
-    modules.push_back({static_cast<std::int64_t>(i), project.name, project.file, info.name});
+    modules.push_back({static_cast<std::int64_t>(i), project.name, project.file, info.name, info.file});
   }
   std::vector<Candidate> asked;
   const std::string folded = language::FoldName(name);

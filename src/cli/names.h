@@ -14,8 +14,9 @@ namespace quillmate::cli {
 /// A text from the command line as Windows-1252; nothing when no code can hold it.
 std::optional<std::string> CodeName(const std::string& name);
 
-/// `mod_num` of the module of a name, "Modul" or "Projekt.Modul" ("Datei.Modul" where projects have one name), compared
-/// as the database does; one in just that spelling comes first. Throws CommandFailure when there is none, or several.
+/// `mod_num` of the module of a name, "Modul" or "Projekt.Modul" ("Datei.Modul" where projects have one name, the end
+/// of its file's path where one project has both), compared as the database does; one in just that spelling comes
+/// first. Throws CommandFailure when there is none, or several.
 codedb::ModuleNumber FindModule(ProjectInput& input, const std::string& name);
 /// The same in the understanding.
 symbols::Index FindModule(const symbols::ReferenceIndex& index, const std::string& name);

@@ -138,6 +138,14 @@ TEST_F(CliTest, ModulesOfSeveralProjects) {
     EXPECT_EQ(Run(command + "c.m a b"), Refusal(1, {"Es gibt kein Modul \"c.m\""})) << command;
   }
   EXPECT_EQ(Run("text --module b.M saved").out.substr(0, 2), "'b");
+  Write("c/x/M.bas", "'x\n'\nSub S(): End Sub\n");
+  Write("c/y/M.bas", "'y\n'\nSub S(): End Sub\n");
+  for (const std::string command : {"text --module ", "references --name S --module ", "calls --routine S --module "}) {
+    EXPECT_EQ(Run(command + "m c"), several(Full("c/x/M.bas") + ", " + Full("c/y/M.bas"))) << command;
+    EXPECT_EQ(Run(command + "Y/m.bas c").status, 0) << command;
+    EXPECT_EQ(Run(command + "z/m.bas c").status, 1) << command;
+  }
+  EXPECT_EQ(Run("text --module y/M.bas c").out.substr(0, 2), "'y");
 }
 
 TEST_F(CliTest, DamagedAndLockedProjects) {
