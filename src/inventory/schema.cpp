@@ -70,7 +70,9 @@ CREATE TABLE pruefung(kennung TEXT PRIMARY KEY, gruppe TEXT NOT NULL, stufe TEXT
 
 /// Those that no statement needs to be right.
 constexpr const char* kIndexes = R"sql(
-CREATE INDEX IF NOT EXISTS datei_inhalt ON datei(inhalt) WHERE inhalt IS NOT NULL;
+DROP INDEX IF EXISTS datei_inhalt;
+CREATE INDEX IF NOT EXISTS datei_da ON datei(inhalt) WHERE inhalt IS NOT NULL AND verschwunden IS NULL;
+CREATE INDEX IF NOT EXISTS verweis_bruch ON verweis(inhalt) WHERE bruch <> '';
 CREATE INDEX IF NOT EXISTS modul_pruefsumme ON modul(pruefsumme) WHERE pruefsumme IS NOT NULL;
 CREATE INDEX IF NOT EXISTS zieldatei_ist ON zieldatei(ist) WHERE ist IS NOT NULL;
 )sql";
@@ -242,7 +244,8 @@ void MakeIndexes(Database& database) { database.Run(kIndexes); }
 
 void DropIndexes(Database& database) {
   database.Run(
-      "DROP INDEX IF EXISTS datei_inhalt; DROP INDEX IF EXISTS modul_pruefsumme; DROP INDEX IF EXISTS zieldatei_ist");
+      "DROP INDEX IF EXISTS datei_da; DROP INDEX IF EXISTS verweis_bruch; DROP INDEX IF EXISTS modul_pruefsumme; DROP "
+      "INDEX IF EXISTS zieldatei_ist");
 }
 
 void CheckSchema(Database& database) {

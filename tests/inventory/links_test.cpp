@@ -96,6 +96,10 @@ TEST_F(Links, OfProjectsLeadToTheirModules) {
   Inventory inventory(scratch / "b");
   EXPECT_EQ(inventory.Count({.question = Question::kBroken}), 1);
   EXPECT_EQ(inventory.Count({.question = Question::kDeadLinks}), 1);
+  const Overview overview = inventory.Summarize();
+  for (const Question question : {Question::kBroken, Question::kDeadLinks}) {
+    EXPECT_EQ(overview.questions.at(static_cast<std::size_t>(question) - 1).files, 1) << TitleOf(question);
+  }
   const FileLine project = inventory.Files({.text = "Lager.vbp"}).at(0);
   const FileDetails details = inventory.DetailsOf(project.number);
   EXPECT_EQ(details.tables.at(0).rows.at(2),
@@ -158,6 +162,7 @@ TEST_F(Links, SignersAreTold) {
             "Ada, Muster|Wurzel|2024-01-01|2027-12-31\n");
   Inventory inventory(scratch / "b");
   EXPECT_EQ(inventory.Count({.question = Question::kSigned}), 1);
+  EXPECT_EQ(inventory.Summarize().questions.at(static_cast<std::size_t>(Question::kSigned) - 1).files, 1);
 }
 
 /// The tables of the version before.
@@ -166,7 +171,8 @@ constexpr const char* kOlder =
     "v_befund; DROP VIEW v_64bit; DROP VIEW v_selbststart; DROP VIEW v_aussen; DROP VIEW v_kopie; DROP VIEW "
     "v_nur_kopien; DROP VIEW v_verweis; DROP VIEW v_verknuepfung; DROP VIEW v_tote_verknuepfung; DROP VIEW v_api; DROP "
     "VIEW v_autor; DROP VIEW v_signatur; DROP VIEW v_projektmodul; DROP VIEW v_kaputter_verweis; DROP INDEX "
-    "zieldatei_ist; DROP TABLE zieldatei; ALTER TABLE lauf DROP COLUMN ausgelassen; ALTER TABLE inhalt DROP COLUMN "
+    "zieldatei_ist; DROP INDEX verweis_bruch; DROP INDEX datei_da; CREATE INDEX datei_inhalt ON datei(inhalt); DROP "
+    "TABLE zieldatei; ALTER TABLE lauf DROP COLUMN ausgelassen; ALTER TABLE inhalt DROP COLUMN "
     "unterzeichner; ALTER TABLE inhalt DROP COLUMN aussteller; ALTER TABLE inhalt DROP COLUMN gueltig_von; ALTER TABLE "
     "inhalt DROP COLUMN gueltig_bis; ALTER TABLE verweis DROP COLUMN bruch; CREATE VIEW v_datei AS SELECT 1; CREATE "
     "VIEW eigene AS SELECT 2; PRAGMA user_version = 1; UPDATE inhalt SET fassung = 1; UPDATE datei SET zustand = "

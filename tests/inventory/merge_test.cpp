@@ -119,7 +119,7 @@ TEST(Merge, TakesWhatWasReadInAnotherPart) {
               "drei.bas|makros\neins.bas|makros\nzwei.bas|makros\n");
     EXPECT_EQ(Ask(whole, "SELECT count(*) FROM modul"), "2\n");
     EXPECT_EQ(Ask(whole, "SELECT name FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL ORDER BY name"),
-              "datei_inhalt\nmodul_pruefsumme\nzieldatei_ist\n");
+              "datei_da\nmodul_pruefsumme\nverweis_bruch\nzieldatei_ist\n");
     EXPECT_EQ(Ask(whole, "PRAGMA foreign_key_check"), "");
     EXPECT_EQ(Ask(whole, "PRAGMA integrity_check"), "ok\n");
   }

@@ -85,6 +85,8 @@ TEST_F(Report, AnswersTheQuestions) {
       {Question::kRegistry, ""},
       {Question::kPrograms, "eins.xlsm k/zwei.xlsm zwei.xlsm "},
       {Question::kDeadLinks, "k/zwei.xlsm zwei.xlsm "},
+      {Question::kBroken, ""},
+      {Question::kSigned, ""},
       {Question::kUnread, "leer.xlsm "},
   };
   const Overview overview = inventory.Summarize();
