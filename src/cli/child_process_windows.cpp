@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <quillmate/files/command_word.h>
 #include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/text/wide.h>
@@ -51,23 +52,6 @@ Handle OpenInput(const std::filesystem::path& input, const std::filesystem::path
   Handle handle(CreateFileW(name, GENERIC_READ, FILE_SHARE_READ, &inherited, OPEN_EXISTING, 0, nullptr));
   if (handle.get() == INVALID_HANDLE_VALUE) FailStart(program);
   return handle;
-}
-
-/// A word of the command line as the child's runtime takes it apart again: backslashes before a quote are doubled.
-void AppendWord(std::wstring& line, const std::wstring& word) {
-  if (!line.empty()) line += L' ';
-  line += L'"';
-  std::size_t backslashes = 0;
-  for (const wchar_t c : word) {
-    if (c == L'\\') {
-      ++backslashes;
-      continue;
-    }
-    line.append(c == L'"' ? backslashes * 2 + 1 : backslashes, L'\\');
-    backslashes = 0;
-    line += c;
-  }
-  line.append(backslashes * 2, L'\\').append(1, L'"');
 }
 
 /// Hands the child these handles and no others.
@@ -131,8 +115,8 @@ ChildEnd RunChild(const std::filesystem::path& program, const std::vector<std::s
   const Handle in = OpenInput(input, program);
   Pipe out = MakePipe(program), err = MakePipe(program);
   std::wstring line;
-  AppendWord(line, program.native());
-  for (const std::string& argument : arguments) AppendWord(line, text::WideFromUtf8(argument));
+  files::AppendCommandWord(line, program.native());
+  for (const std::string& argument : arguments) files::AppendCommandWord(line, text::WideFromUtf8(argument));
   StartInfo start(in.get(), out.writer.get(), err.writer.get());
   PROCESS_INFORMATION started{};
   if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,

@@ -15,6 +15,7 @@
 #include "collation_p.h"
 #include "connection_p.h"
 #include "database_error_p.h"
+#include "foreign_file_p.h"
 
 namespace quillmate::codedb {
 namespace {
@@ -31,10 +32,8 @@ constexpr const char* kSettings =
     "PRAGMA cache_size = -16384;"
     "PRAGMA secure_delete = OFF;";
 
-/// A project may come from anywhere: what its file holds beside the two tables is never run. Names in double quotes
-/// that no column bears are errors, not texts.
-constexpr std::array kSwitchedOff = {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW,
-                                     SQLITE_DBCONFIG_TRUSTED_SCHEMA, SQLITE_DBCONFIG_DQS_DML, SQLITE_DBCONFIG_DQS_DDL};
+/// Names in double quotes that no column bears are errors, not texts.
+constexpr std::array kQuotedTexts = {SQLITE_DBCONFIG_DQS_DML, SQLITE_DBCONFIG_DQS_DDL};
 
 struct ExpectedTable {
   const char* name;
@@ -109,7 +108,8 @@ void Connection::Close() noexcept {
 
 void Connection::SetUp() {
   sqlite3_busy_timeout(db_, kBusyTimeout);
-  for (const int option : kSwitchedOff) sqlite3_db_config(db_, option, 0, nullptr);
+  SwitchOffForeign(db_);
+  for (const int option : kQuotedTexts) sqlite3_db_config(db_, option, 0, nullptr);
   if (!RegisterCollation(db_))
     throw DatabaseError(DatabaseReason::kOther, "Die Sprachdaten für die deutsche Sortierung fehlen");
   Run(kSettings);

@@ -12,6 +12,7 @@
 #include <quillmate/files/paths.h>
 
 #include "database_error_p.h"
+#include "foreign_file_p.h"
 
 namespace quillmate::codedb {
 namespace {
@@ -41,29 +42,9 @@ CREATE TABLE bindung(projekt INTEGER NOT NULL REFERENCES projekt, modul TEXT NOT
 CREATE TABLE ausgelassen(datei TEXT NOT NULL, projekt TEXT NOT NULL, modul TEXT NOT NULL, grund TEXT NOT NULL);
 )sql";
 
-struct CloseDatabase {
-  void operator()(sqlite3* database) const noexcept { sqlite3_close(database); }
-};
 struct FinalizeStatement {
   void operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
 };
-using Database = std::unique_ptr<sqlite3, CloseDatabase>;
-
-Database OpenFile(const fs::path& file, int flags) {
-  sqlite3* opened = nullptr;
-  const int result = sqlite3_open_v2(files::PathText(files::AbsolutePath(file)).c_str(), &opened,
-                                     flags | SQLITE_OPEN_NOMUTEX, nullptr);
-  Database database(opened);
-  if (result != SQLITE_OK) FailFile(opened, file);
-  // A project may come from anywhere: what else the file holds is never run.
-  for (const int option :
-       {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_TRUSTED_SCHEMA}) {
-    sqlite3_db_config(opened, option, 0, nullptr);
-  }
-  sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-  return database;
-}
-
 /// A statement whose values are bound or read from left to right.
 class Statement {
  public:
@@ -403,7 +384,7 @@ void WriteFacts(const fs::path& folder, const Facts& facts) {
   // With the rights of all new files, which the database engine would narrow.
   files::WriteWholeFile(file, "");
   try {
-    const Database database = OpenFile(file, SQLITE_OPEN_READWRITE);
+    const Database database = OpenForeign(file, SQLITE_OPEN_READWRITE);
     Writer(database.get(), file).Write(facts);
   } catch (...) {
     fs::remove(file, ignored);
@@ -415,7 +396,7 @@ std::optional<Facts> ReadFacts(const fs::path& folder) {
   const fs::path file = FactsPath(folder);
   std::error_code ignored;
   if (!fs::is_regular_file(file, ignored)) return std::nullopt;
-  const Database database = OpenFile(file, SQLITE_OPEN_READONLY);
+  const Database database = OpenForeign(file, SQLITE_OPEN_READONLY);
   return Reader(database.get(), file).Read();
 }
 

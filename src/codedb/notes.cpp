@@ -7,11 +7,12 @@
 
 #include <quillmate/codedb/code_database.h>
 #include <quillmate/codedb/notes.h>
-#include <quillmate/files/file_bytes.h>
+#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/replacement.h>
 
 #include "database_error_p.h"
+#include "foreign_file_p.h"
 
 namespace quillmate::codedb {
 namespace {
@@ -24,28 +25,10 @@ constexpr const char* kSchema =
 constexpr const char* kInsert = "INSERT INTO notiz VALUES(?, ?, ?, ?, ?, ?, ?)";
 constexpr const char* kSelect = "SELECT projekt, modul, routine, zeile, folge, text, lesezeichen FROM notiz";
 
-struct CloseDatabase {
-  void operator()(sqlite3* database) const noexcept { sqlite3_close(database); }
-};
 struct FinalizeStatement {
   void operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
 };
-using Database = std::unique_ptr<sqlite3, CloseDatabase>;
 using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
-
-Database Open(const fs::path& file, const std::string& name, int flags) {
-  sqlite3* opened = nullptr;
-  const int result = sqlite3_open_v2(name.c_str(), &opened, flags | SQLITE_OPEN_NOMUTEX, nullptr);
-  Database database(opened);
-  if (result != SQLITE_OK) FailFile(opened, file);
-  // A project may come from anywhere: what else the file holds is never run.
-  for (const int option :
-       {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_TRUSTED_SCHEMA}) {
-    sqlite3_db_config(opened, option, 0, nullptr);
-  }
-  sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-  return database;
-}
 
 Statement Prepare(sqlite3* database, const fs::path& file, const char* sql) {
   sqlite3_stmt* prepared = nullptr;
@@ -79,6 +62,14 @@ void Fill(sqlite3* database, const fs::path& file, const std::vector<Note>& note
   }
 }
 
+/// Throws DatabaseError for what is there and no file: a pipe would be written into, a link lead out of the project.
+bool IsThere(const fs::path& file) {
+  std::error_code error;
+  if (fs::is_regular_file(file, error)) return true;
+  if (fs::symlink_status(file, error).type() == fs::file_type::not_found) return false;
+  throw DatabaseError(DatabaseReason::kNoDatabase, files::PathText(file) + ": Das ist keine gewöhnliche Datei", file);
+}
+
 struct FreeBytes {
   void operator()(unsigned char* bytes) const noexcept { sqlite3_free(bytes); }
 };
@@ -92,9 +83,8 @@ bool Note::SamePlace(const Note& other) const {
 
 std::vector<Note> LoadNotes(const fs::path& folder) {
   const fs::path file = folder / kNotesFile;
-  std::error_code ignored;
-  if (!fs::is_regular_file(file, ignored)) return {};
-  const Database database = Open(file, files::PathText(files::AbsolutePath(file)), SQLITE_OPEN_READONLY);
+  if (!IsThere(file)) return {};
+  const Database database = OpenForeign(file, SQLITE_OPEN_READONLY);
   const Statement row = Prepare(database.get(), file, kSelect);
   std::vector<Note> notes;
   int result = 0;
@@ -109,11 +99,13 @@ std::vector<Note> LoadNotes(const fs::path& folder) {
 
 void SaveNotes(const fs::path& folder, const std::vector<Note>& notes) {
   const fs::path file = folder / kNotesFile;
+  if (!IsThere(file) && notes.empty()) return;
   if (notes.empty()) {
-    fs::remove(file);
+    std::error_code error;
+    if (!fs::remove(file, error) && error) throw files::FileError(files::FileAction::kRemove, file, error);
     return;
   }
-  const Database database = Open(file, ":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  const Database database = OpenInMemory(file);
   Fill(database.get(), file, notes);
   sqlite3_int64 size = 0;
   const std::unique_ptr<unsigned char, FreeBytes> bytes(sqlite3_serialize(database.get(), "main", &size, 0));

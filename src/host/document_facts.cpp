@@ -52,21 +52,6 @@ std::string_view WordOf(Kind kind) {
   return found == kKinds.end() ? "sonstiges" : found->word;
 }
 
-std::string_view WordOf(office::OfficeHost host) {
-  switch (host) {
-    case office::OfficeHost::kExcel:
-      return "excel";
-    case office::OfficeHost::kWord:
-      return "word";
-    case office::OfficeHost::kPowerPoint:
-      return "powerpoint";
-    case office::OfficeHost::kAccess:
-      return "access";
-    default:
-      return {};
-  }
-}
-
 codedb::ControlFact FactOf(const office::Control& control) {
   constexpr std::string_view kUnknown = "unbekannt";
   codedb::ControlFact fact;

@@ -26,18 +26,8 @@ constexpr std::array<std::string_view, kStateCount> kWords{"makros",        "kei
                                                            "abgestürzt",    "unlesbar",   "fremd"};
 
 std::string_view FormatOf(office::OfficeHost host) {
-  switch (host) {
-    case office::OfficeHost::kExcel:
-      return "excel";
-    case office::OfficeHost::kWord:
-      return "word";
-    case office::OfficeHost::kPowerPoint:
-      return "powerpoint";
-    case office::OfficeHost::kAccess:
-      return "access";
-    default:
-      return "office";
-  }
+  const std::string_view word = office::WordOf(host);
+  return word.empty() ? "office" : word;
 }
 
 State StateOf(const OfficeFile& file) {

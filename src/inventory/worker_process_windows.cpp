@@ -3,29 +3,13 @@
 
 #include <windows.h>
 
+#include <quillmate/files/command_word.h>
 #include <quillmate/files/paths.h>
 
 #include "worker_process_p.h"
 
 namespace quillmate::inventory {
 namespace {
-
-/// A word of the command line as the child's runtime takes it apart again: backslashes before a quote are doubled.
-void AppendWord(std::wstring& line, const std::wstring& word) {
-  if (!line.empty()) line += L' ';
-  line += L'"';
-  std::size_t backslashes = 0;
-  for (const wchar_t c : word) {
-    if (c == L'\\') {
-      ++backslashes;
-      continue;
-    }
-    line.append(c == L'"' ? backslashes * 2 + 1 : backslashes, L'\\');
-    backslashes = 0;
-    line += c;
-  }
-  line.append(backslashes * 2, L'\\').append(1, L'"');
-}
 
 struct Ends {
   HANDLE reader = nullptr, writer = nullptr;
@@ -122,7 +106,7 @@ std::unique_ptr<WorkerProcess> WorkerProcess::Start(const std::vector<std::strin
     return nullptr;
   }
   std::wstring line;
-  for (const std::string& word : command) AppendWord(line, files::PathFromText(word).native());
+  for (const std::string& word : command) files::AppendCommandWord(line, files::PathFromText(word).native());
   HANDLE job = MakeJob(memory);
   PROCESS_INFORMATION started = {};
   BOOL done = FALSE;

@@ -43,6 +43,11 @@ OfficeFile ReadKind(Kind kind, ByteSource& source, const ReadOptions& options) {
 
 }  // namespace
 
+std::string_view WordOf(OfficeHost host) noexcept {
+  constexpr std::array<std::string_view, 5> kWords{"", "excel", "word", "powerpoint", "access"};
+  return kWords[static_cast<std::size_t>(host)];
+}
+
 OfficeFile ReadOfficeFile(ByteSource& source, const ReadOptions& options) {
   if (source.Size() == 0) return Without(State::kFailed, Reason::kEmpty);
   const Kind kind = KindOf(ReadBytes(source, 0, kHeadSize));

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <quillmate/files/command_word.h>
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
 
@@ -23,6 +24,24 @@ std::string Content(const fs::path& folder) {
     content += PathText(entry.path.filename()) + (entry.isFolder ? "/ " : "=" + ReadWholeFile(entry.path) + " ");
   }
   return content;
+}
+
+/// What the runtime of a program takes apart again: a backslash counts in front of a quote only.
+TEST(CommandWords, AreQuotedSoThatTheyComeBack) {
+  const struct {
+    const wchar_t *word, *quoted;
+  } cases[] = {
+      {L"", LR"("")"},          {L"a b", LR"("a b")"},          {LR"(C:\a\)", LR"("C:\a\\")"}, {LR"(")", LR"("\"")"},
+      {LR"(\")", LR"("\\\"")"}, {LR"(\\x\\)", LR"("\\x\\\\")"}, {L"%A% & ^", L"\"%A% & ^\""}};
+  std::wstring all, together;
+  for (const auto& [word, quoted] : cases) {
+    std::wstring line;
+    AppendCommandWord(line, word);
+    EXPECT_TRUE(line == quoted) << PathText(fs::path(line));
+    AppendCommandWord(all, word);
+    together += (together.empty() ? L"" : L" ") + line;
+  }
+  EXPECT_TRUE(all == together);
 }
 
 TEST(Paths, NamesInAllScripts) {

@@ -27,7 +27,7 @@ struct Note {
   bool SamePlace(const Note& other) const;
 };
 
-/// Empty where the folder has no such file. Throws DatabaseError when it can't be read.
+/// Empty where the folder has no such file. Throws DatabaseError when it can't be read, or is no regular file.
 std::vector<Note> LoadNotes(const std::filesystem::path& folder);
 
 /// Replaces the file as a whole; without notes it goes. Throws files::FileError or DatabaseError, and the file is what

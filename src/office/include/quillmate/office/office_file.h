@@ -43,6 +43,9 @@ constexpr std::size_t MostVbaText(std::uint64_t fileSize) noexcept {
 
 enum class OfficeHost { kUnknown, kExcel, kWord, kPowerPoint, kAccess };
 
+/// "excel", "word", "powerpoint", "access"; empty for kUnknown.
+std::string_view WordOf(OfficeHost host) noexcept;
+
 struct ReadOptions {
   /// Search the document for what it says of its macros.
   bool facts = false;
