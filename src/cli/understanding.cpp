@@ -17,11 +17,16 @@
 namespace quillmate::cli {
 namespace {
 
+symbols::ProjectSources Told(symbols::ProjectSources loaded) {
+  if (!loaded.damage.empty()) Complain(loaded.damage);
+  return loaded;
+}
+
 symbols::Sources SavedSources(const Invocation& invocation) {
   const std::filesystem::path folder = files::PathFromText(invocation.inputs.front());
   codedb::CodeDatabase database;
   OpenIndex(database, folder);
-  return symbols::LoadSources(database, folder, HostOfEdition(invocation.edition)).sources;
+  return Told(symbols::LoadSources(database, folder, HostOfEdition(invocation.edition))).sources;
 }
 
 symbols::Sources ReadSources(const Invocation& invocation) {
@@ -47,7 +52,7 @@ symbols::ReferenceIndex ReadUnderstanding(const Invocation& invocation) {
 }
 
 IndexUnderstanding UnderstandIndex(ProjectInput& input, int edition) {
-  symbols::ProjectSources loaded = symbols::LoadSources(input.Database(), input.Folder(), HostOfEdition(edition));
+  symbols::ProjectSources loaded = Told(symbols::LoadSources(input.Database(), input.Folder(), HostOfEdition(edition)));
   return {symbols::ReferenceIndex::Build(std::move(loaded.sources)), std::move(loaded.places)};
 }
 

@@ -187,8 +187,10 @@ ReadState ReadSaved(const StateRequest& request) {
       read.state.facts = *std::move(facts);
       read.state.hasFacts = true;
     }
-  } catch (const codedb::DatabaseError&) {
-    // The index was asked instead.
+  } catch (const codedb::DatabaseError& error) {
+    // The index was asked instead; what was left out of the project nobody knows then.
+    Complain(request, error.what());
+    read.isWhole = false;
   }
   SavedGaps(request, loaded, read).Find();
   read.state.index = symbols::ReferenceIndex::Build(std::move(loaded.sources), OptionsOf(request));

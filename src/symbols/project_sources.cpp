@@ -206,10 +206,11 @@ ProjectSources FromIndex(codedb::CodeDatabase& database, const std::filesystem::
   return loaded;
 }
 
-std::optional<codedb::Facts> FactsIfReadable(const std::filesystem::path& folder) {
+std::optional<codedb::Facts> FactsIfReadable(const std::filesystem::path& folder, std::string& damage) {
   try {
     return codedb::ReadFacts(folder);
-  } catch (const codedb::DatabaseError&) {
+  } catch (const codedb::DatabaseError& error) {
+    damage = error.what();
     return std::nullopt;
   }
 }
@@ -313,8 +314,11 @@ Sources SourcesFrom(codedb::Facts facts, Host assumed) {
 }
 
 ProjectSources LoadSources(codedb::CodeDatabase& database, const std::filesystem::path& folder, Host assumed) {
-  const std::optional<codedb::Facts> facts = FactsIfReadable(folder);
-  return facts ? FromFacts(*facts, folder, assumed) : FromIndex(database, folder, assumed);
+  std::string damage;
+  const std::optional<codedb::Facts> facts = FactsIfReadable(folder, damage);
+  ProjectSources loaded = facts ? FromFacts(*facts, folder, assumed) : FromIndex(database, folder, assumed);
+  loaded.damage = std::move(damage);
+  return loaded;
 }
 
 }  // namespace quillmate::symbols

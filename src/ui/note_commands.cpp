@@ -55,7 +55,9 @@ void NoteCommands::TakeFolder() {
   if (!session_.IsLoaded() || !session_.IsSaved() || folder_ == session_.Folder()) return;
   folder_ = session_.Folder();
   interaction_.Attempt([this] {
-    notes_ = codedb::JoinNotes(std::move(notes_), codedb::LoadNotes(folder_));
+    // Those that are not saved yet must outlast a file that can't be read.
+    const std::vector<Note> there = codedb::LoadNotes(folder_);
+    notes_ = codedb::JoinNotes(std::move(notes_), there);
     if (!notes_.empty()) codedb::SaveNotes(folder_, notes_);
     ShowMarks();
   });

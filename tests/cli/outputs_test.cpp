@@ -76,6 +76,21 @@ TEST_F(CliTest, TheOutputIsNeverPartOfTheInput) {
   EXPECT_EQ(Run("text -o p/neu.txt p").status, 0);
 }
 
+/// What a project knows beyond its index is missing then, and nobody could tell by the result.
+TEST_F(CliTest, DamagedFactsAreTold) {
+  Write("a.bas", kGreeting);
+  ASSERT_EQ(Run("index -o p a.bas").status, 0);
+  ASSERT_EQ(Run("index -o q a.bas").status, 0);
+  EXPECT_EQ(Run("compare p q").status, 0);
+  Write("q/Fakten.db", "no database at all, but long enough to look like one to a hasty reader");
+  for (const char* const line : {"symbols --count q", "site -o s q", "check q"}) {
+    const Result result = Run(line);
+    EXPECT_EQ(result.status, 0) << line;
+    EXPECT_NE(result.err.find("Fakten.db: "), std::string::npos) << line << result.err;
+  }
+  EXPECT_EQ(Run("compare p q").status, 3);
+}
+
 TEST_F(CliTest, AReaderThatGoesAwayIsNoError) {
   Write("lang.bas", LongModule());
   for (const char* const line : {"text lang.bas", "rtf -o - lang.bas", "--help"}) {

@@ -137,6 +137,10 @@ TEST_F(CodeEditorTest, CopyKeepsTheColours) {
   EXPECT_TRUE(rtf.contains("\\cf2 \304rger\\cf0 "));
   EXPECT_TRUE(data.html().contains("<span style=\"color:#800000;\">&quot;&lt;x&gt;&quot;</span>"));
   EXPECT_TRUE(data.html().contains("<span style=\"color:#000080;font-weight:bold;\">End Sub</span>"));
+  // In all forms LF; lines of RTF end in a word of its own.
+  EXPECT_FALSE(data.html().contains('\r'));
+  EXPECT_TRUE(data.html().contains("</span>\n<span"));
+  EXPECT_EQ(rtf.count("\\par"), 3 + 1);
 }
 
 TEST_F(CodeEditorTest, AnyStretchMarksUpToItself) {

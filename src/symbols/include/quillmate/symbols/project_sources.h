@@ -49,6 +49,8 @@ struct ProjectSources {
   std::vector<ModulePlaces> places;
   /// Modules whose text can't be read; it is empty then.
   std::vector<Index> unreadable;
+  /// Why the facts could not be read, with their file: German, UTF-8. Empty where they could, or where there are none.
+  std::string damage;
 };
 
 /// The host of a program by its name, in any case: "Excel", "VisualBasic"; kUnknown for any other.
