@@ -275,8 +275,10 @@ void NameCommands::LightOccurrences() {
     for (const SymbolId target : targets) {
       if (index.SymbolAt(target).module == module && index.SymbolAt(target).line > 0) add(meant.known->NameOf(target));
     }
-    for (const symbols::Reference& use : UsesOf(index, targets)) {
-      if (use.module == module && !use.implicit) add(meant.known->StretchOf(use));
+    // Those of the module on screen, not all that the project has: there may be a million.
+    const auto isMeant = [&targets](SymbolId target) { return std::ranges::binary_search(targets, target); };
+    for (const symbols::Occurrence& one : index.Occurrences(module)) {
+      if (!one.declares && std::ranges::any_of(one.targets, isMeant)) add(meant.known->StretchOf(module, one));
     }
     std::ranges::sort(matches, {}, &navigation::TextMatch::position);
   }

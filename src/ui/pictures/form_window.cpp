@@ -112,6 +112,8 @@ void FormWindow::BuildList() {
       {QStringLiteral("Name"), QStringLiteral("Typ"), QStringLiteral("Beschriftung"), QStringLiteral("Ereignisse")});
   list_->setUniformRowHeights(true);
   list_->setAllColumnsShowFocus(true);
+  // Beside the sketch little of the list is seen: what the code does about a control comes before its caption.
+  list_->header()->moveSection(kEvents, kType);
   auto* own = new QTreeWidgetItem(list_, {QStringLiteral("(Formular)"), {}, FromUtf8(form_.title), {}});
   own->setData(0, kControlRole, -1);
   own->setData(0, kHandlerRole, symbols::kNone);
@@ -147,7 +149,7 @@ void FormWindow::BuildList() {
     }
   }
   list_->expandAll();
-  for (const Column column : {kName, kType, kCaption}) list_->resizeColumnToContents(column);
+  for (const Column column : {kName, kType, kCaption, kEvents}) list_->resizeColumnToContents(column);
   list_->setCurrentItem(list_->topLevelItem(0));
 }
 
