@@ -8,9 +8,9 @@
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/navigation/callers.h>
-#include <quillmate/navigation/caret_tracking.h>
 #include <quillmate/navigation/code_view.h>
 #include <quillmate/navigation/definition.h>
+#include <quillmate/navigation/routine_lines.h>
 #include <quillmate/navigation/search.h>
 
 #include "marked_code.h"

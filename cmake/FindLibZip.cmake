@@ -1,13 +1,4 @@
 # The zip library, as the target LibZip::LibZip. The configuration file that some distributions install beside the
 # library also asks for its command line tools, which nobody needs here.
-find_path(LibZip_INCLUDE_DIR zip.h)
-find_library(LibZip_LIBRARY zip)
-mark_as_advanced(LibZip_INCLUDE_DIR LibZip_LIBRARY)
-
-include(FindPackageHandleStandardArgs)
-find_package_handle_standard_args(LibZip REQUIRED_VARS LibZip_LIBRARY LibZip_INCLUDE_DIR)
-if(LibZip_FOUND AND NOT TARGET LibZip::LibZip)
-  add_library(LibZip::LibZip UNKNOWN IMPORTED GLOBAL)
-  set_target_properties(LibZip::LibZip PROPERTIES
-    IMPORTED_LOCATION ${LibZip_LIBRARY} INTERFACE_INCLUDE_DIRECTORIES ${LibZip_INCLUDE_DIR})
-endif()
+include(${CMAKE_CURRENT_LIST_DIR}/QuillmateFindLibrary.cmake)
+quillmate_find_library(LibZip zip.h zip)

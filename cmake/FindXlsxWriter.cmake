@@ -1,16 +1,7 @@
 # The writer of .xlsx files, as the target XlsxWriter::XlsxWriter.
-find_path(XlsxWriter_INCLUDE_DIR xlsxwriter.h)
-find_library(XlsxWriter_LIBRARY xlsxwriter)
-mark_as_advanced(XlsxWriter_INCLUDE_DIR XlsxWriter_LIBRARY)
-
-include(FindPackageHandleStandardArgs)
-find_package_handle_standard_args(XlsxWriter REQUIRED_VARS XlsxWriter_LIBRARY XlsxWriter_INCLUDE_DIR)
-if(XlsxWriter_FOUND AND NOT TARGET XlsxWriter::XlsxWriter)
-  add_library(XlsxWriter::XlsxWriter UNKNOWN IMPORTED)
-  set_target_properties(XlsxWriter::XlsxWriter PROPERTIES
-    IMPORTED_LOCATION ${XlsxWriter_LIBRARY} INTERFACE_INCLUDE_DIRECTORIES ${XlsxWriter_INCLUDE_DIR})
-  if(WIN32)
-    # Bound in, and so is what it packs with.
-    set_target_properties(XlsxWriter::XlsxWriter PROPERTIES INTERFACE_LINK_LIBRARIES ZLIB::ZLIB)
-  endif()
+include(${CMAKE_CURRENT_LIST_DIR}/QuillmateFindLibrary.cmake)
+quillmate_find_library(XlsxWriter xlsxwriter.h xlsxwriter)
+if(WIN32 AND XlsxWriter_FOUND)
+  # Bound in, and so is what it packs with.
+  set_target_properties(XlsxWriter::XlsxWriter PROPERTIES INTERFACE_LINK_LIBRARIES ZLIB::ZLIB)
 endif()

@@ -9,7 +9,6 @@
 
 #include "connection_p.h"
 #include "database_error_p.h"
-#include "database_state_p.h"
 
 namespace quillmate::codedb {
 

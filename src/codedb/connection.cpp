@@ -7,7 +7,6 @@
 
 #include <sqlite3.h>
 
-#include <quillmate/codedb/code_database.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>

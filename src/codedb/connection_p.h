@@ -2,12 +2,14 @@
 
 #include <filesystem>
 #include <initializer_list>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include <quillmate/codedb/code_database.h>
 #include <quillmate/codedb/jet_sql.h>
 
 struct sqlite3;
@@ -63,5 +65,15 @@ class Connection {
 /// A column of the row that a statement is at: Windows-1252, NULL as empty; nothing for NULL.
 std::string ColumnText(sqlite3_stmt* statement, int column);
 std::optional<std::int64_t> ColumnNumber(sqlite3_stmt* statement, int column);
+
+/// What an index holds as long as it is open.
+struct CodeDatabase::State {
+  std::shared_ptr<Connection> connection;
+
+  Connection& Opened() const {
+    if (!connection) throw DatabaseError(DatabaseReason::kMisuse, "Es ist keine Datenbank geöffnet");
+    return *connection;
+  }
+};
 
 }  // namespace quillmate::codedb

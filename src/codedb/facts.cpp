@@ -6,7 +6,6 @@
 
 #include <sqlite3.h>
 
-#include <quillmate/codedb/code_database.h>
 #include <quillmate/codedb/facts.h>
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>

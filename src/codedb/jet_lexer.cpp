@@ -1,7 +1,6 @@
 #include <array>
 
 #include <quillmate/codedb/database_error.h>
-#include <quillmate/codedb/jet_sql.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 

@@ -9,7 +9,6 @@
 #include <quillmate/codedb/code_database.h>
 
 #include "connection_p.h"
-#include "database_state_p.h"
 
 namespace quillmate::codedb {
 namespace {

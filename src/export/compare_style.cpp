@@ -1,16 +1,15 @@
 #include <string_view>
 
 #include "compare_style_p.h"
+#include "page_colours_p.h"
 
 namespace quillmate::output {
 namespace {
 
 constexpr std::string_view kLight =
-    "color-scheme:light;--ground:#fff;--text:#1b1d21;--soft:#f6f7f9;--line:#d8dbe1;--dim:#5a606b;--link:#0b57c2;"
-    "--del:#ffecec;--delword:#ffb9b9;--ins:#e6f7e8;--insword:#9fe0a8;";
+    QUILLMATE_LIGHT_PAGE "--del:#ffecec;--delword:#ffb9b9;--ins:#e6f7e8;--insword:#9fe0a8;";
 constexpr std::string_view kDark =
-    "color-scheme:dark;--ground:#16181d;--text:#d9dce2;--soft:#1d2026;--line:#363b45;--dim:#9aa1ad;--link:#86b4ff;"
-    "--del:#3b1f22;--delword:#7a2f35;--ins:#18321f;--insword:#2c6b3b;";
+    QUILLMATE_DARK_PAGE "--del:#3b1f22;--delword:#7a2f35;--ins:#18321f;--insword:#2c6b3b;";
 
 constexpr std::string_view kRules[] = {
     ":root{--words:system-ui,\"Segoe UI\",Roboto,\"Noto Sans\",\"DejaVu Sans\",sans-serif}",

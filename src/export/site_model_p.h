@@ -6,7 +6,7 @@
 #include <vector>
 
 #include <quillmate/codedb/records.h>
-#include <quillmate/export/site.h>
+#include <quillmate/export/site_project.h>
 #include <quillmate/symbols/index_symbols.h>
 
 #include "site_names_p.h"

@@ -4,6 +4,7 @@
 
 #include <quillmate/export/html.h>
 
+#include "page_colours_p.h"
 #include "site_style_p.h"
 
 namespace quillmate::output {
@@ -102,12 +103,8 @@ constexpr std::string_view kRules[] = {
     "@media (max-width:40rem){table{display:block;overflow-x:auto}}",
 };
 
-constexpr std::string_view kLight =
-    "color-scheme:light;--ground:#fff;--text:#1b1d21;--soft:#f6f7f9;--line:#d8dbe1;--dim:#5a606b;--link:#0b57c2;"
-    "--mark:#fff0b8;--bad:#b3261e;";
-constexpr std::string_view kDark =
-    "color-scheme:dark;--ground:#16181d;--text:#d9dce2;--soft:#1d2026;--line:#363b45;--dim:#9aa1ad;--link:#86b4ff;"
-    "--mark:#4a4114;--bad:#ffb4ab;";
+constexpr std::string_view kLight = QUILLMATE_LIGHT_PAGE "--mark:#fff0b8;--bad:#b3261e;";
+constexpr std::string_view kDark = QUILLMATE_DARK_PAGE "--mark:#4a4114;--bad:#ffb4ab;";
 
 /// On paper the code needs no frame, but all of it has to be there.
 constexpr std::string_view kPrintRules[] = {

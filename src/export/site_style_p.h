@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include <quillmate/export/site.h>
+#include <quillmate/text/code_options.h>
 
 namespace quillmate::output {
 

@@ -5,6 +5,7 @@
 #include <quillmate/navigation/routine_lines.h>
 
 namespace quillmate::navigation {
+
 LineWalk::LineWalk(const std::vector<codedb::RoutineRecord>& routines)
     : routines_(routines), byStart_(routines.size()) {
   std::iota(byStart_.begin(), byStart_.end(), 0);
@@ -22,6 +23,18 @@ int LineWalk::At(codedb::Line line) {
     begun_.pop_back();
   }
   return begun_.empty() ? -1 : begun_.front();
+}
+
+std::optional<std::string> CaretTracker::Track(codedb::CodeDatabase& database, const CodeView& view,
+                                               codedb::ViewIndex index) {
+  if (view.Length() == 0 || view.LineAt(view.SelStart()) == lastLine_) return std::nullopt;
+  return Refresh(database, view, index);
+}
+
+std::string CaretTracker::Refresh(codedb::CodeDatabase& database, const CodeView& view, codedb::ViewIndex index) {
+  lastLine_ = view.LineAt(view.SelStart());
+  const auto routine = database.RoutineAt(lastLine_, codedb::ModuleOf(index));
+  return routine ? routine->name : std::string();
 }
 
 }  // namespace quillmate::navigation

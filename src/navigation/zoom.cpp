@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <string>
 
-#include <quillmate/navigation/caret_tracking.h>
+#include <quillmate/navigation/routine_lines.h>
 #include <quillmate/navigation/zoom.h>
 #include <quillmate/text/markers.h>
 

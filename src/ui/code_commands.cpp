@@ -5,7 +5,6 @@
 
 #include <quillmate/navigation/callers.h>
 #include <quillmate/navigation/definition.h>
-#include <quillmate/navigation/identifier.h>
 #include <quillmate/navigation/zoom.h>
 
 #include "qt_text.h"

@@ -10,6 +10,7 @@
 #include <quillmate/checks/metrics.h>
 #include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/project_folder.h>
+#include <quillmate/export/site.h>
 #include <quillmate/export/table.h>
 #include <quillmate/export/zip_folder.h>
 #include <quillmate/files/paths.h>

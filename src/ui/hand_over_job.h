@@ -12,7 +12,7 @@
 
 #include <quillmate/codedb/notes.h>
 #include <quillmate/export/cover_page.h>
-#include <quillmate/export/site.h>
+#include <quillmate/export/site_project.h>
 #include <quillmate/files/replacement.h>
 #include <quillmate/files/work_folder.h>
 #include <quillmate/project/understanding.h>

@@ -41,6 +41,7 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
   setAcceptDrops(true);
   resize(StartSize());
   shell_ = std::make_unique<Shell>(*this, services);
+  connect(shell_.get(), &Shell::EndWanted, this, &MainWindow::Unload);
   // A file dropped on a text field is for the window, too.
   for (QLineEdit* field : findChildren<QLineEdit*>()) field->setAcceptDrops(false);
 }

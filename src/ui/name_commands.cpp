@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include <quillmate/navigation/identifier.h>
+#include <quillmate/navigation/definition.h>
 #include <quillmate/symbols/module_uses.h>
 
 #include "qt_text.h"

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include <quillmate/codedb/notes.h>
-#include <quillmate/export/site.h>
+#include <quillmate/export/site_project.h>
 #include <quillmate/project/note_places.h>
 
 #include "code_area.h"

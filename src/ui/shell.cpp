@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QVBoxLayout>
 
-#include <quillmate/navigation/identifier.h>
+#include <quillmate/navigation/definition.h>
 #include <quillmate/project/saved_projects.h>
 #include <quillmate/startup/edition.h>
 
@@ -64,7 +64,7 @@ void SetName(const CommandSet& commands, const NamedEntry& entry, QString name) 
 
 }  // namespace
 
-Shell::Shell(MainWindow& window, const Services& services)
+Shell::Shell(QMainWindow& window, const Services& services)
     : window_(window),
       services_(services),
       interaction_(services.platform, FromUtf8(services.globals.AppTitle)),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMainWindow>
 #include <QPointer>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -7,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include <quillmate/ui/main_window.h>
+#include <quillmate/ui/services.h>
 
 #include "analysis_commands.h"
 #include "call_panel.h"
@@ -45,8 +46,10 @@ namespace quillmate::ui {
 /// The inside of the main window: puts its parts together, and each command to the part that does the work. The parts
 /// do not know it.
 class Shell : public QObject {
+  Q_OBJECT
+
  public:
-  Shell(MainWindow& window, const Services& services);
+  Shell(QMainWindow& window, const Services& services);
 
   /// What is shown before the user does anything.
   void Load(bool mini);
@@ -67,6 +70,10 @@ class Shell : public QObject {
   void ApplyOptions();
 
   CommandSet& Commands() { return *commands_; }
+
+ signals:
+  /// The user has closed the mini window, which is in the place of the main one.
+  void EndWanted();
 
  private:
   void BuildTrees();
@@ -104,7 +111,7 @@ class Shell : public QObject {
   void ShowSpecialView();
   void ReturnFromMini();
 
-  MainWindow& window_;
+  QMainWindow& window_;
   Services services_;
   Interaction interaction_;
   ProjectSession session_;

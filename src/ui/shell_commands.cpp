@@ -92,7 +92,7 @@ void Shell::ShowMini() {
   connect(mini_.get(), &MiniWindow::Returned, this, &Shell::ReturnFromMini);
   connect(mini_.get(), &MiniWindow::Closed, this, [this] {
     if (MayClose()) {
-      window_.Unload();
+      emit EndWanted();
     } else {
       ReturnFromMini();
     }

@@ -1,7 +1,6 @@
-#include <quillmate/navigation/caret_tracking.h>
 #include <quillmate/navigation/definition.h>
 #include <quillmate/navigation/history.h>
-#include <quillmate/navigation/identifier.h>
+#include <quillmate/navigation/routine_lines.h>
 #include <quillmate/navigation/zoom.h>
 
 #include "project_fixture.h"

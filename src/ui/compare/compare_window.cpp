@@ -10,6 +10,7 @@
 #include <quillmate/export/compare_html.h>
 #include <quillmate/files/replacement.h>
 
+#include "button_row.h"
 #include "code_style.h"
 #include "qt_text.h"
 #include "save_dialog.h"
@@ -23,13 +24,6 @@ using symbols::kNone;
 using symbols::Side;
 
 constexpr QSize kStartSize(1280, 820);
-QPushButton* MakeButton(const char* name, const char* caption) {
-  auto* button = new QPushButton(QString::fromUtf8(caption));
-  button->setObjectName(QString::fromLatin1(name));
-  button->setAutoDefault(false);
-  return button;
-}
-
 }  // namespace
 
 CompareWindow::CompareWindow(QWidget* parent, const ListDesk& desk, CompareSetup setup)

@@ -5,6 +5,13 @@
 
 namespace quillmate::ui {
 
+QPushButton* MakeButton(const char* name, const char* caption) {
+  auto* button = new QPushButton(QString::fromUtf8(caption));
+  button->setObjectName(QString::fromUtf8(name));
+  button->setAutoDefault(false);
+  return button;
+}
+
 ButtonRow::ButtonRow() {
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -12,9 +19,7 @@ ButtonRow::ButtonRow() {
 }
 
 QPushButton* ButtonRow::Add(const char* name, const char* caption, std::function<void()> run) {
-  auto* button = new QPushButton(QString::fromUtf8(caption));
-  button->setObjectName(QString::fromLatin1(name));
-  button->setAutoDefault(false);
+  QPushButton* const button = MakeButton(name, caption);
   layout()->addWidget(button);
   QObject::connect(button, &QPushButton::clicked, this, std::move(run));
   return button;

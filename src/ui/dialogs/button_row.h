@@ -6,7 +6,10 @@
 
 namespace quillmate::ui {
 
-/// The buttons at the foot of a window, at its right. None of them is pressed by Enter elsewhere in the window.
+/// A button that Enter elsewhere in its window does not press. `caption`: UTF-8.
+QPushButton* MakeButton(const char* name, const char* caption);
+
+/// The buttons at the foot of a window, at its right.
 class ButtonRow : public QWidget {
  public:
   ButtonRow();

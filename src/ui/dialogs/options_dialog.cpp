@@ -13,9 +13,10 @@
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/files/paths.h>
-#include <quillmate/settings/reading_options.h>
+#include <quillmate/settings/sources.h>
 #include <quillmate/text/operations.h>
 
+#include "button_row.h"
 #include "code_style.h"
 #include "qt_text.h"
 
@@ -52,13 +53,6 @@ constexpr Switch kSwitches[] = {
 
 constexpr int kFontSizes[] = {6, 7, 8, 9, 10, 11, 12, 13, 14, 16, 18, 20, 22, 24, 28, 32, 36, 48, 72};
 constexpr int kLargestTabStop = 20;
-
-QPushButton* MakeButton(const char* name, const char* caption) {
-  auto* button = new QPushButton(QString::fromUtf8(caption));
-  button->setObjectName(QString::fromUtf8(name));
-  button->setAutoDefault(false);
-  return button;
-}
 
 /// By their Windows numbers.
 struct CodePage {

@@ -5,20 +5,10 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "button_row.h"
 #include "qt_text.h"
 
 namespace quillmate::ui {
-namespace {
-
-QPushButton* MakeButton(const char* name, const char* caption) {
-  auto* button = new QPushButton(QString::fromUtf8(caption));
-  button->setObjectName(QString::fromLatin1(name));
-  button->setAutoDefault(false);
-  return button;
-}
-
-}  // namespace
-
 InventoryChoice::InventoryChoice(QWidget* parent, Platform& platform, const QString& database,
                                  const QString& startFolder)
     : QDialog(parent),

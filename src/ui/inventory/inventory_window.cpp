@@ -14,6 +14,7 @@
 #include <quillmate/files/replacement.h>
 #include <quillmate/inventory/report.h>
 
+#include "button_row.h"
 #include "inventory_choice.h"
 #include "qt_text.h"
 #include "save_dialog.h"
@@ -29,13 +30,6 @@ constexpr int kTypingPause = 250;
 constexpr std::size_t kMostDetails = 1000;
 /// In characters; longer texts are told by their tips.
 constexpr int kWidestDetail = 48;
-
-QPushButton* MakeButton(const char* name, const char* caption) {
-  auto* button = new QPushButton(QString::fromUtf8(caption));
-  button->setObjectName(QString::fromLatin1(name));
-  button->setAutoDefault(false);
-  return button;
-}
 
 QTreeWidgetItem* MakeRow(const std::vector<std::string>& cells) {
   QStringList texts;

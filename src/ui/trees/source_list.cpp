@@ -11,7 +11,6 @@
 #include <quillmate/files/paths.h>
 #include <quillmate/office/module_file.h>
 #include <quillmate/office/office_file.h>
-#include <quillmate/settings/sources.h>
 
 #include "qt_text.h"
 

@@ -10,8 +10,8 @@
 #include <quillmate/host/document_host.h>
 #include <quillmate/host/host_tree.h>
 #include <quillmate/host/joined_host.h>
-#include <quillmate/settings/reading_options.h>
 #include <quillmate/settings/settings_store.h>
+#include <quillmate/settings/sources.h>
 
 #include "host_tree_model.h"
 #include "interaction.h"

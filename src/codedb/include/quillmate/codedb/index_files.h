@@ -14,7 +14,7 @@ inline constexpr std::string_view kTemplateFile = "mask_Quillmate.mdb";
 
 struct PrepareResult {
   bool ok = false;
-  /// The German text to show with a critical-error icon when the template is missing (UTF-8, CR LF); else empty.
+  /// What the user is told when the template is missing: German (UTF-8, CR LF); else empty.
   std::string message;
   /// Any other reason, German, UTF-8, one line.
   std::string reason{};

@@ -4,14 +4,10 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <span>
-#include <string>
 #include <vector>
 
-#include <quillmate/codedb/records.h>
+#include <quillmate/export/site_project.h>
 #include <quillmate/files/replacement.h>
-#include <quillmate/symbols/project_sources.h>
-#include <quillmate/symbols/reference_index.h>
 #include <quillmate/text/code_options.h>
 
 /// The documentation of a project as a folder of linked pages: HTML5 in German, UTF-8 with LF, without anything
@@ -39,30 +35,6 @@
 /// Names in the code lead to the declarations that they mean, callers and calls are told with their lines, possible
 /// ones apart: all of it as the understanding of the project binds it.
 namespace quillmate::output {
-
-/// What the user has noted beside a line.
-struct SiteNote {
-  codedb::ModuleNumber module;
-  /// Of the stored text.
-  codedb::Line line;
-  /// UTF-8, lines separated by LF.
-  std::string text;
-};
-
-struct SiteProject {
-  /// UTF-8.
-  std::string title;
-  /// Where the module text files are.
-  std::filesystem::path indexFolder;
-  /// The whole index, by number.
-  std::vector<codedb::ModuleRecord> modules;
-  /// What the code means (null: nothing is known), and where the lines of its modules are in the index
-  /// (symbols::LoadSources). Must outlive the site's making.
-  const symbols::ReferenceIndex* understanding = nullptr;
-  std::span<const symbols::ModulePlaces> places;
-  /// By module, then line.
-  std::vector<SiteNote> notes{};
-};
 
 /// Told about each module page that is written, `done` from 1.
 using SiteProgress = std::function<void(std::size_t done, std::size_t total)>;

@@ -25,7 +25,7 @@ enum class ReadOutcome {
   kDone,            // message: empty, or the error text of a failed read when modules were left out
   kNothingChecked,  // message: "Bitte wählen Sie erst etwas aus"
   kNotAttached,     // no message
-  kNoTemplate,      // message of codedb::PrepareCodeDatabase, critical icon; empty on another error of preparing, the
+  kNoTemplate,      // message of codedb::PrepareCodeDatabase, an error; empty on another error of preparing, the
                     // detail tells it then
   kFailed           // message: the error text of a failed read; no half index is left
 };

@@ -20,8 +20,8 @@ enum class CallerScope {
 /// Settles the scope for a routine name (Windows-1252) in the module of a view. Never throws.
 CallerScope FindCallerScope(codedb::CodeDatabase& database, codedb::ViewIndex view, std::string_view name) noexcept;
 
-/// What the user is told when there is no scope (UTF-8); empty for kModule and kProject. kUnknown and kProperty come
-/// with an exclamation icon, kFailed with none.
+/// What the user is told when there is no scope (UTF-8); empty for kModule and kProject. kUnknown and kProperty are
+/// warnings.
 std::string_view ScopeMessage(CallerScope scope) noexcept;
 
 /// All routines whose code mentions a name, from one module to another (both included), by module and line:

@@ -36,8 +36,8 @@ struct SearchRequest {
 enum class SearchOutcome {
   kNothing,  // no text to look for: nothing happens
   kFound,
-  kNotFound,  // message with an exclamation icon, then the current view gets the focus
-  kZoomMode   // message with an information icon
+  kNotFound,  // the message is a warning
+  kZoomMode   // the message says what to do first
 };
 
 struct SearchResult {

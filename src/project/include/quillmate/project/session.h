@@ -7,11 +7,11 @@
 #include <vector>
 
 #include <quillmate/codedb/code_database.h>
-#include <quillmate/navigation/caret_tracking.h>
 #include <quillmate/navigation/code_views.h>
 #include <quillmate/navigation/history.h>
 #include <quillmate/navigation/project_texts.h>
 #include <quillmate/navigation/project_tree.h>
+#include <quillmate/navigation/routine_lines.h>
 #include <quillmate/navigation/search.h>
 
 /// The project that is loaded: where it lies, whether it is saved, and where in its code the user is.
