@@ -43,8 +43,10 @@ void CheckResults(ModuleView& view) {
     if (routine.activity != language::Activity::kActive || !routine.hasEnd) continue;
     // Empty ones belong to interfaces.
     if (routine.metrics.statements == 0) continue;
-    if (SetsResult(view, number) || OnlyRaises(view, number)) continue;
     const language::Declaration& declared = view.code.declarations[routine.declaration];
+    // A word of the language as a name ("Property Get Currency") is no use where it gets its value.
+    if (declared.name < language::kWordCount) continue;
+    if (SetsResult(view, number) || OnlyRaises(view, number)) continue;
     view.ReportDeclaration(CheckId::kMissingResult, declared,
                            "„" + std::string(view.code.Spelling(declared)) +
                                "“ setzt ihr Ergebnis nie und gibt immer den Anfangswert ihres Typs zurück.");

@@ -165,7 +165,7 @@ const FindingCase kCases[] = {
      "Function\nProperty Get G(): Beep: End Property\n#If Mac Then\nFunction H() As Long\n#Else\nFunction H() As "
      "LongPtr\n#End If\nH = 1\nEnd Function\nFunction I(): Dim v: v = I(): End Function\nType T: x As Long: End "
      "Type\nSub "
-     "Foo(x): x = 1: End Sub",
+     "Foo(x): x = 1: End Sub\nProperty Get Currency() As String: Currency = Foo(1): End Property",
      "7 15"},
     {"jumps: within a loop, out of it, into With", "sprung-in-schleife",
      "== module M\nSub A()\nGoTo a\nFor i = 1 To 2\nGoTo a\na: Next\nWith x\nb: .y = 1\nIf z Then GoTo c\nEnd With\nc: "
