@@ -79,7 +79,7 @@ std::string Text(const ReferenceIndex& index, const std::vector<UnusedSymbol>& u
     if (symbol.parent != symbols::kNone) text.append(" in ").append(index.Name(symbol.parent));
     text.append(", Zeile ").append(std::to_string(index.EditorLine(symbol.module, symbol.line)));
     text.append(" (").append(symbols::GermanWord(one.grade)).append(": ").append(one.reason);
-    if (!one.place.empty() && one.place != one.reason) text.append(", ").append(one.place);
+    if (!one.place.empty() && !one.reason.ends_with(one.place)) text.append(", ").append(one.place);
     text += ")\n";
   }
   return text;

@@ -85,12 +85,22 @@ void EnterEventPrefixes(ModuleTable& table) {
   }
 }
 
+/// "MSForms, CommandButton", as an Attribute line has it, as code would write it.
+std::string ControlType(std::string_view type) {
+  std::string name(type);
+  if (const std::size_t comma = name.find(','); comma != std::string::npos) {
+    const std::size_t next = name.find_first_not_of(", ", comma);
+    name.replace(comma, std::min(next, name.size()) - comma, ".");
+  }
+  return name;
+}
+
 void CollectControls(ModuleTable& table, const ModuleSource& source) {
   NameTable known;
   const language::Module& code = *table.code;
   for (const language::Control& control : code.controls) {
     AddControl(table, known,
-               {std::string(code.Text(control.nameText)), std::string(code.Text(control.type)),
+               {std::string(code.Text(control.nameText)), ControlType(code.Text(control.type)),
                 std::string(code.Text(control.eventPrefix)), 0, control.index >= 0});
   }
   for (const ControlSource& control : source.controls) {

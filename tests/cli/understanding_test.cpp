@@ -51,6 +51,22 @@ TEST_F(UnderstandingTest, Tags) {
       << emacs;
 }
 
+/// The control of a sheet, from an Attribute line; who calls a handler is told once, with its parameter too.
+TEST_F(UnderstandingTest, SheetWithControl) {
+  Write("b/Blatt.cls",
+        "VERSION 1.0 CLASS\nBEGIN\nEND\nAttribute VB_Name = \"Blatt\"\nAttribute VB_PredeclaredId = True\n"
+        "Attribute VB_Base = \"0{00020820-0000-0000-C000-000000000046}\"\n"
+        "Attribute VB_Control = \"cmd, 1, 0, MSForms, CommandButton\"\nPrivate Sub cmd_Click(): End Sub\n"
+        "Private Sub Worksheet_Change(ByVal Target): End Sub\n");
+  EXPECT_NE(Run("symbols --json b").out.find("\"type\":\"MSForms.CommandButton\""), std::string::npos);
+  EXPECT_EQ(
+      Run("unused --exact b").out,
+      "Blatt\n\tSub cmd_Click, Zeile 1 (host: Ereignis Click von cmd)\n"
+      "\tSub Worksheet_Change, Zeile 2 (host: Ereignis Change von Worksheet)\n"
+      "\tParameter Target in Worksheet_Change, Zeile 2 (host: Parameter, den der Aufrufer vorgibt: Ereignis Change "
+      "von Worksheet)\n");
+}
+
 /// A name that many modules have is listed with the first of them; the others count what they lack. Nothing is listed
 /// once for each of many meanings.
 TEST_F(UnderstandingTest, UsesThatMayMeanMany) {
