@@ -67,7 +67,8 @@ void Tell(const std::vector<SourceProblem>& problems, int argc, char** argv) {
   QString text = QStringLiteral("Folgendes konnte nicht gelesen werden:\n");
   const std::size_t named = std::min<std::size_t>(problems.size(), 8);
   for (std::size_t i = 0; i < named; ++i) {
-    text += QLatin1Char('\n') + QString::fromStdString(problems[i].source + ": " + problems[i].reason);
+    text += QLatin1Char('\n') +
+            QString::fromStdString(problems[i].source + ": " + quillmate::office::ReasonText(problems[i].reason));
   }
   if (problems.size() > named) text += QStringLiteral("\n... und %1 weitere").arg(problems.size() - named);
   QApplication app(argc, argv);
