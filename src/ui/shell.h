@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMainWindow>
-#include <QPointer>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <memory>
@@ -153,8 +152,6 @@ class Shell : public QObject {
   QSplitter* container_;
   ViewSettings view_;
   std::unique_ptr<MiniWindow> mini_;
-  /// What had the focus before the mini window.
-  QPointer<QWidget> focused_;
 };
 
 }  // namespace quillmate::ui

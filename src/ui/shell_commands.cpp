@@ -104,15 +104,14 @@ void Shell::ShowSpecialView() {
   // Given as a wish, the place is kept: the window comes back where it was, not where the desktop puts a new one.
   QWindow& main = *window_.windowHandle();
   main.setGeometry(main.geometry());
-  focused_ = window_.focusWidget();
   window_.hide();
   ShowMini();
 }
 
 void Shell::ReturnFromMini() {
   window_.show();
+  // Active again, it gives the focus to the widget that had it.
   window_.activateWindow();
-  if (focused_ != nullptr) focused_->setFocus();
 }
 
 void Shell::Carry(CommandId command) {

@@ -41,6 +41,20 @@ class HandOverTest : public WindowTest {
   }
 };
 
+TEST_F(HandOverTest, DialogIsNeverTooLowForItsText) {
+  Trigger("mnuDatei_Uebergabe");
+  QDialog& dialog = *Window().findChild<QDialog*>("frmUebergabe");
+  // As it is opened where the screen is small.
+  dialog.resize(dialog.width(), dialog.height() - 40);
+  QCoreApplication::processEvents();
+  int wrapped = 0;
+  for (const QLabel* const label : dialog.findChildren<QLabel*>()) {
+    wrapped += label->wordWrap() ? 1 : 0;
+    EXPECT_GE(label->height(), label->heightForWidth(label->width())) << label->text().toStdString();
+  }
+  EXPECT_GT(wrapped, 0);
+}
+
 TEST_F(HandOverTest, FolderHoldsEverythingAndOpensAgain) {
   platform.folders = {Text(Folder("Ziel")), Text(Folder("Ziel"))};
   Click(Tree("treProjekt"), ProjectNode(0));

@@ -149,6 +149,24 @@ TEST_F(PartsTest, SpecialViewConvertsTheClipboardAndLeadsBackOrEnds) {
   }
 }
 
+TEST_F(PartsTest, FocusIsWhereItWasAfterTheMiniWindow) {
+  StartWithProject();
+  // Wide enough for the whole toolbar: a field beyond its end can't take the focus.
+  Window().resize(1600, 700);
+  QCoreApplication::processEvents();
+  for (const char* const name : {"txtSuche", "rtbHaupt", "treProjekt"}) {
+    Window().findChild<QWidget*>(QString::fromLatin1(name))->setFocus();
+    ASSERT_TRUE(QApplication::focusWidget() != nullptr && QApplication::focusWidget()->objectName() == name) << name;
+    Trigger("mnuAnsicht_Spezial");
+    ASSERT_NE(Mini(), nullptr) << name;
+    EXPECT_NE(QApplication::focusWidget(), Window().focusWidget()) << name;
+    QTest::mouseClick(Mini()->findChild<QToolButton*>("cmdClose"), Qt::LeftButton);
+    QCoreApplication::processEvents();
+    ASSERT_NE(QApplication::focusWidget(), nullptr) << name;
+    EXPECT_EQ(QApplication::focusWidget()->objectName().toStdString(), name);
+  }
+}
+
 TEST_F(PartsTest, SplitterStandsWhereItWasLeft) {
   const auto splitter = [this]() -> QSplitter& { return *Window().findChild<QSplitter*>("fraContainer"); };
   Start();

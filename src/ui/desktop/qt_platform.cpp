@@ -12,6 +12,7 @@
 #include <QPrinter>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QStandardPaths>
 #include <algorithm>
 #include <iterator>
@@ -198,7 +199,8 @@ class RealPlatform : public Platform {
     SetUp(printer, title);
     QPrintPreviewDialog dialog(&printer, QApplication::activeWindow());
     dialog.setWindowTitle(QStringLiteral("Druckvorschau"));
-    dialog.resize(QApplication::activeWindow() == nullptr ? QSize(900, 700) : QApplication::activeWindow()->size());
+    const QSize size = QApplication::activeWindow() == nullptr ? QSize(900, 700) : QApplication::activeWindow()->size();
+    dialog.resize(size.boundedTo(dialog.screen()->availableSize() * 9 / 10));
     QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
                      [&print](QPrinter* pages) { print(*pages); });
     const ArrowCursor cursor;

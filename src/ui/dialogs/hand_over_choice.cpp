@@ -42,6 +42,8 @@ HandOverDialog::HandOverDialog(QWidget* parent, const HandOverChoice& preset)
   buttons->addButton(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdAbbrechen"));
   go->setObjectName(QStringLiteral("cmdUebergabe"));
   auto* layout = new QVBoxLayout(this);
+  // On a small screen a dialog is opened lower than its wrapped text needs.
+  layout->setSizeConstraint(QLayout::SetFixedSize);
   layout->addWidget(what);
   layout->addWidget(form);
   layout->addWidget(buttons);
