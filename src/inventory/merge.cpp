@@ -177,9 +177,6 @@ void Merge(const std::filesystem::path& database, const std::vector<std::filesys
     }
   }
   Database whole(NoSource(database), Database::Mode::kCreate);
-  whole.Run(
-      "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=TRUNCATE; PRAGMA synchronous=NORMAL;"
-      "PRAGMA cache_size=-65536; PRAGMA temp_store=MEMORY");
   PrepareSchema(whole);
   // Where the parts bring more than there is, an index is made faster as a whole than row by row.
   if (BytesOf(parts) > BytesOf({database})) DropIndexes(whole);

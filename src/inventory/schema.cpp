@@ -218,9 +218,15 @@ const std::filesystem::path& NoSource(const std::filesystem::path& file) {
 }
 
 void PrepareSchema(Database& database) {
+  // What doesn't fit into the cache while it is sorted goes to temporary files.
+  database.Run(
+      "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=TRUNCATE; PRAGMA synchronous=NORMAL;"
+      "PRAGMA temp_store=FILE");
   const std::int64_t version = VersionOf(database);
   // Fewer, larger pages: most rows are added at the end.
   if (version == 0) database.Run("PRAGMA page_size=16384");
+  // Only now: the limit is kept as a number of pages, which stays when they become larger.
+  database.Run("PRAGMA cache_size=-32768");
   database.Run("BEGIN IMMEDIATE");
   if (version == 0) database.Run(kTables);
   if (version < kSchemaVersion) {

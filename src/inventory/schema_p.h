@@ -7,8 +7,9 @@
 
 namespace quillmate::inventory {
 
-/// Makes the tables and views of an empty database, or sees that they are there. Throws codedb::DatabaseError for a
-/// file of another kind or of a newer version.
+/// Takes the file for this program alone, makes the tables and views of an empty database, or sees that they are there,
+/// and bounds the memory for its pages: 32 MB, however much is written. Throws codedb::DatabaseError for a file of
+/// another kind or of a newer version.
 void PrepareSchema(Database& database);
 /// The same for a database that is only read, or merged from: it must be an inventory.
 void CheckSchema(Database& database);

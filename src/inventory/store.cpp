@@ -112,9 +112,6 @@ struct Store::Statements {
 
 Store::Store(const std::filesystem::path& file, bool retry)
     : database_(NoSource(file), Database::Mode::kCreate), retry_(retry) {
-  database_.Run(
-      "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=TRUNCATE; PRAGMA synchronous=NORMAL;"
-      "PRAGMA cache_size=-32768; PRAGMA temp_store=MEMORY");
   PrepareSchema(database_);
   statements_ = std::make_unique<Statements>(database_);
   database_.Run("BEGIN IMMEDIATE");

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <quillmate/inventory/merge.h>
 #include <quillmate/inventory/scan.h>
@@ -10,6 +11,7 @@
 #include "inventory/own_program.h"
 #include "inventory/table.h"
 #include "places.h"
+#include "schema_p.h"
 
 namespace quillmate::inventory {
 namespace {
@@ -122,6 +124,25 @@ TEST(Merge, TakesWhatWasReadInAnotherPart) {
               "datei_da\nmodul_pruefsumme\nverweis_bruch\nzieldatei_ist\n");
     EXPECT_EQ(Ask(whole, "PRAGMA foreign_key_check"), "");
     EXPECT_EQ(Ask(whole, "PRAGMA integrity_check"), "ok\n");
+  }
+}
+
+TEST(Merge, HoldsABoundedShareOfItsPages) {
+  const files::ScratchFolder scratch;
+  Database database(scratch / "ganz", Database::Mode::kCreate);
+  PrepareSchema(database);
+  database.Run("CREATE TABLE fuellung(nr INTEGER PRIMARY KEY, inhalt BLOB)");
+  const auto pagesInMemory = [&] {
+    int bytes = 0, most = 0;
+    sqlite3_db_status(database.Handle(), SQLITE_DBSTATUS_CACHE_USED, &bytes, &most, 0);
+    return bytes;
+  };
+  constexpr int kLimit = 32 << 20, kRoom = 1 << 20;
+  for (const int times : {1, 2}) {
+    database.Run(
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) INSERT INTO fuellung(inhalt) "
+        "SELECT zeroblob(16000) FROM n");
+    EXPECT_LT(pagesInMemory(), kLimit + kRoom) << times;
   }
 }
 
