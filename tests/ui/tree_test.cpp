@@ -1,6 +1,7 @@
 #include <QAbstractItemModelTester>
 #include <QLineEdit>
 
+#include "compare_colours.h"
 #include "window_test.h"
 
 namespace quillmate::testing {
@@ -24,6 +25,34 @@ class TreeTest : public WindowTest {
   }
   QString Shown() { return TextOf(*Tree("treProjekt").model()); }
 };
+
+TEST_F(TreeTest, IconsKeepTheirColoursInASelectedRow) {
+  // One module has the sign of an outline that differs.
+  AddModule("Neu_Lager.bas",
+            "Attribute VB_Name = \"Lager\"\r\nPrivate menge As Long\r\n#If VBA7 Then\r\nSub Laden()\r\n#Else\r\n"
+            "Sub Laden()\r\n#End If\r\nEnd Sub\r\nFunction Menge2() As Long\r\nEnd Function\r\n");
+  Start();
+  Tick(0);
+  Tick(1);
+  Trigger("mnuBearbeiten_Code");
+  AwaitKnowledge();
+  ASSERT_TRUE(Panel("Vorgang").startsWith("Gliederung abweichend")) << Panel("Vorgang").toStdString();
+  Trigger("mnuAnsicht_Deklarationen");
+  std::vector<std::pair<std::string, QIcon>> icons;
+  const QAbstractItemModel& model = *Tree("treProjekt").model();
+  for (const QModelIndex& node :
+       model.match(model.index(0, 0), Qt::DisplayRole, QString(), -1, Qt::MatchContains | Qt::MatchRecursive)) {
+    icons.emplace_back(node.data().toString().toStdString(), node.data(Qt::DecorationRole).value<QIcon>());
+  }
+  EXPECT_TRUE(std::ranges::any_of(icons, [](const auto& icon) { return icon.first == "menge"; }));
+  using enum symbols::ChangeState;
+  for (const auto state : {kLayout, kChanged, kMoved, kRenamed, kNew, kGone}) {
+    icons.emplace_back("Vergleich", ui::StateIcon(state, QApplication::palette()));
+  }
+  for (const auto& [name, icon] : icons) {
+    EXPECT_EQ(icon.pixmap(16, QIcon::Selected).toImage(), icon.pixmap(16).toImage()) << name;
+  }
+}
 
 TEST_F(TreeTest, DeclarationsStandBelowTheirModules) {
   Start();

@@ -54,7 +54,10 @@ QIcon Draw(const Letter& letter) {
   painter.setFont(font);
   painter.setPen(Qt::white);
   painter.drawText(QRect(0, 0, kSide, kSide), Qt::AlignCenter, QString(QLatin1Char(letter.letter)));
-  return QIcon(picture);
+  QIcon icon(picture);
+  // Not tinted in a selected row.
+  icon.addPixmap(picture, QIcon::Selected);
+  return icon;
 }
 
 int ModuleKindOf(SymbolKind kind) {

@@ -101,6 +101,8 @@ QIcon StateIcon(ChangeState state, const QPalette& palette) {
     painter.setFont(font);
     painter.drawText(QRectF(0, 0, kIcon, kIcon), Qt::AlignCenter, text);
     icon.addPixmap(picture);
+    // Not tinted in a selected row.
+    icon.addPixmap(picture, QIcon::Selected);
   }
   return icon;
 }

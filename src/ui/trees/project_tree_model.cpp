@@ -23,7 +23,10 @@ QIcon WithSign(const QIcon& icon) {
   painter.setPen(QPen(Qt::white, 2));
   painter.setBrush(QColor(0xd0, 0x60, 0x00));
   painter.drawPolygon(QPolygonF({{21, 14}, {31, 31}, {11, 31}}));
-  return QIcon(picture);
+  QIcon marked(picture);
+  // Not tinted in a selected row.
+  marked.addPixmap(picture, QIcon::Selected);
+  return marked;
 }
 
 }  // namespace
