@@ -146,7 +146,9 @@ TEST_F(ExportTest, RtfGoesIntoTheFileWithTheForcedExtension) {
 
 TEST_F(ExportTest, WordProcessorReadsTheRtf) {
   const QString office = QStandardPaths::findExecutable(QStringLiteral("soffice"));
-  if (office.isEmpty()) GTEST_SKIP() << "no word processor installed";
+  // The office programs come one by one; their launcher is the same.
+  const QString writer = QFileInfo(office).canonicalPath() + QStringLiteral("/libswlo.so");
+  if (office.isEmpty() || !QFileInfo::exists(writer)) GTEST_SKIP() << "no word processor installed";
   platform.saveFiles = {Text(Folder("projekt.RTF"))};
   Trigger("mnuRtf_Projekt");
   const QUrl profile = QUrl::fromLocalFile(Text(Folder("profil")));
