@@ -21,7 +21,7 @@ enum class Fit {
   kWholeLine,  // the line is the word
 };
 
-/// What a block word does: the line itself stands `offset` levels to the left of the new level.
+/// What a block word does: the line itself is `offset` levels to the left of the new level.
 struct BlockRule {
   std::string_view word;
   Fit fit = Fit::kBegins;

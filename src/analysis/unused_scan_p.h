@@ -9,11 +9,11 @@
 
 namespace quillmate::analysis {
 
-/// Which letters part a name from its surroundings. Only "Z" is no letter, and digits only after a name.
+/// Which letters part a name from what is around it. Only "Z" is no letter, and digits only after a name.
 bool MayStandBefore(char c) noexcept;
 bool MayStandBehind(char c) noexcept;
 
-/// A place where a name stands, whatever is beside it. Offsets in the module's text.
+/// A place where a name is, whatever is beside it. Offsets in the module's text.
 struct Occurrence {
   int name = -1;
   std::uint32_t start = 0;
@@ -23,7 +23,7 @@ struct Occurrence {
 /// Finds the names of a table in one module after the other, in one pass over the text however many names there are.
 ///
 /// A name that counts begins and ends where a word of identifier characters does or, within one, beside a "Z" or after
-/// a digit: at a joint. Setting a name apart from its surroundings makes no places where others may begin or end that
+/// a digit: at a joint. Setting a name apart from what is around it makes no places where others may begin or end that
 /// were no joints before.
 class NameScan {
  public:

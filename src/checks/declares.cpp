@@ -219,7 +219,7 @@ bool GivesPointer(const ModuleView& view, Index use) {
   return declared != nullptr && declared->type == BuiltinType::kLongPtr;
 }
 
-/// `VarPtr(a(0)) + 4`: a pointer still, while the difference of two is a number. The use is the first thing behind "=".
+/// `VarPtr(a(0)) + 4`: a pointer still, while the difference of two is a number. The use is the first thing after "=".
 bool IsMovedPointer(const ModuleView& view, Index use) {
   const std::vector<language::Token>& tokens = view.code.tokens;
   auto token = std::ranges::lower_bound(tokens, view.code.uses[use].offset, {}, &language::Token::offset);

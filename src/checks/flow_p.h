@@ -45,7 +45,7 @@ class FlowGraph {
   bool HasGoSub() const noexcept { return goSub_; }
   /// The node after a label that a use of role kLabel names; kNone when there is none.
   Index Target(const language::Module& code, Index labelUse) const;
-  /// Marks what can be reached from `from`, `from` included, without passing on behind a node where `stops` is true.
+  /// Marks what can be reached from `from`, `from` included, without passing on after a node where `stops` is true.
   template <typename Stops>
   void Reach(Index from, Stops stops, std::vector<char>& reached);
 

@@ -13,7 +13,7 @@ using language::NameUse;
 using language::Statement;
 using language::StatementKind;
 
-/// Where a name has to stand to mean what it says.
+/// Where a name has to be to mean what it says.
 enum class Place : std::uint8_t {
   kGlobal,  ///< on its own or after its library
   kMember,  ///< after "." of something that the sources don't declare

@@ -11,7 +11,7 @@ namespace {
 
 using symbols::Index;
 
-constexpr std::string_view kMark = "uillmate:";  ///< behind a "q" of any case
+constexpr std::string_view kMark = "uillmate:";  ///< after a "q" of any case
 constexpr std::string_view kIgnore = "ignore";
 
 bool IsIdCharacter(char c) {

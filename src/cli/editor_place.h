@@ -19,7 +19,7 @@ inline constexpr std::size_t kLongLine = 1023;
 
 std::string EditorPlaceLine(std::string_view source, std::uint32_t line, std::uint32_t column, std::string_view text);
 
-/// Finds the source's lines behind the stored ones.
+/// Finds the source's lines of the stored ones.
 class EditorPlaces {
  public:
   EditorPlaces(codedb::CodeDatabase& database, const std::filesystem::path& folder);

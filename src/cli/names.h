@@ -8,7 +8,7 @@
 
 #include "project_input.h"
 
-/// Names from the command line and what they stand for in the index.
+/// Names from the command line and what they mean in the index.
 namespace quillmate::cli {
 
 /// A text from the command line as Windows-1252; nothing when no code can hold it.

@@ -38,7 +38,7 @@ std::filesystem::path ExecutableFolder();
 bool IsTerminal(std::FILE* stream) noexcept;
 /// True when a terminal can be told to show colours; a console is set to.
 bool TakesColours(std::FILE* terminal) noexcept;
-/// Columns of the terminal behind standard error; 80 when it does not tell.
+/// Columns of the terminal of standard error; 80 when it does not tell.
 std::size_t TerminalColumns() noexcept;
 
 /// From now on large blocks of memory go back to the system when they are free, where it would else keep some.

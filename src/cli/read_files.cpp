@@ -17,7 +17,7 @@
 namespace quillmate::cli {
 namespace {
 
-/// What was read; which files the paths stand for is found out when it matters.
+/// What was read; which files the paths name is found out when it matters.
 struct FilesRead {
   std::vector<std::filesystem::path> paths;
   std::set<files::FileIdentity> known;

@@ -17,8 +17,8 @@ void AppendModuleJson(std::string& json, const symbols::ReferenceIndex& index, s
 void AppendMember(std::string& json, std::string_view key, std::string_view utf8);
 void AppendMember(std::string& json, std::string_view key, std::uint32_t number);
 
-/// Where every declaration is listed, a use that may mean more declarations than these stands with so many of them: its
-/// "candidates" tell how many there are, "omitted" of the others counts the uses that they lack.
+/// Where every declaration is listed, a use that may mean more declarations than these is listed with so many of them:
+/// its "candidates" tell how many there are, "omitted" of the others counts the uses that they lack.
 inline constexpr std::size_t kListedCandidates = 16;
 
 /// A declaration with its references; see ReferenceIndex::ListReferences.

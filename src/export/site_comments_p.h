@@ -28,7 +28,7 @@ class CommentLines {
   /// The comment at the module's top: nothing is before it but empty lines and Option statements. One that
   /// `isRoutineStart` says to be above a routine belongs to that.
   TaggedComment OfModule(const std::function<bool(codedb::Line)>& isRoutineStart) const;
-  /// What is said of something that line `line` declares: behind it, else, where `above`, directly above it. Plain
+  /// What is said of something that line `line` declares: after it, else, where `above`, directly above it. Plain
   /// UTF-8.
   std::string OfDeclaration(codedb::Line line, bool above) const;
   /// The marked-up text of some lines, without the last line's end.

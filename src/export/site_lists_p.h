@@ -20,7 +20,7 @@ struct ListKey {
   bool operator==(const ListKey&) const = default;
 };
 
-/// One way to divide a list; items of one key stand together.
+/// One way to divide a list; items of one key are together.
 struct ListLevel {
   std::function<ListKey(std::size_t item)> key;
   /// Says nothing where all items of the list have the same key.

@@ -88,7 +88,7 @@ std::int64_t CountLines(const SiteModel& model) {
   return lines;
 }
 
-/// The letter under which a name stands; umlauts stand with their vowels, all that is no letter under "#".
+/// The letter under which a name is listed; umlauts are listed with their vowels, all that is no letter under "#".
 char LetterOf(const SiteRoutine& routine) {
   const char first = routine.anchor.front();
   const bool spelledOut = routine.record->name.empty() || routine.anchor == kNameless;

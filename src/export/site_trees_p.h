@@ -11,7 +11,7 @@ namespace quillmate::output {
 inline constexpr const char* kTreesFile = "aufrufe.html";
 
 /// Trees to unfold: from each routine that no other calls, what it calls, what that calls and so on, kDeepest levels.
-/// A routine stands unfolded once in each tree; after the first nodes, once in all of them, so that the size stays
+/// A routine is unfolded once in each tree; after the first nodes, once in all of them, so that the size stays
 /// linear.
 inline constexpr int kDeepest = 8;
 std::vector<SitePage> TreePages(const SiteContents& site);

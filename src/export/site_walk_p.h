@@ -11,7 +11,7 @@ namespace quillmate::output {
 /// A sink of the walk over a module's marked-up text that takes the code apart. It tells `handler`, in order:
 ///   Identifier(word)   a run of identifier characters outside of keywords, strings and comments
 ///   Text(bytes)        any other bytes, without line breaks
-///   Mark(marker)       one of the six markers, as it stands
+///   Mark(marker)       one of the six markers, as it is
 ///   LineBreak()
 template <typename Handler>
 class CodeSink {

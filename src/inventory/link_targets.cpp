@@ -239,7 +239,7 @@ class Places {
   std::unordered_map<std::uint64_t, std::int64_t> files_, folders_;
 };
 
-/// Numbers of rows for references begin here, behind those of links.
+/// Numbers of rows for references begin here, after those of links.
 constexpr std::int64_t kFirstReference = 1000000000;
 
 void PutTargets(Database& database, const Places& places, const char* links) {
@@ -256,7 +256,7 @@ void PutTargets(Database& database, const Places& places, const char* links) {
       const std::int64_t file = files.Number();
       const std::string path = TargetPath(target, files.TextView());
       const Places::Finding found = places.Find(path);
-      // Of the system's libraries nobody expects that they lie here.
+      // Of the system's libraries nobody expects that they are here.
       if (kind == "bibliothek" && found.word != "da" && found.word != "nicht da") continue;
       put.Add(file).Add(place).Add(kind).Add(target).Add(path).Add(found.word).Add(found.file).Run();
     }

@@ -7,7 +7,7 @@
 
 namespace quillmate::inventory {
 
-/// Whether a reference leads to a file that could lie in an inventory: projects, and libraries that are not at the
+/// Whether a reference leads to a file that could be in an inventory: projects, and libraries that are not at the
 /// system's usual places.
 bool IsLookedFor(const ReferenceRow& reference);
 

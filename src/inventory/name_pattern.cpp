@@ -14,7 +14,7 @@ char Folded(char c) noexcept {
 
 bool MatchesPattern(std::string_view text, std::string_view pattern) noexcept {
   std::size_t at = 0, in = 0;
-  // Where the last star stands, and what it has taken so far.
+  // Where the last star is, and what it has taken so far.
   std::size_t star = std::string_view::npos, taken = 0;
   while (at < text.size()) {
     if (in < pattern.size() && pattern[in] == '*') {

@@ -57,7 +57,7 @@ class Walk {
   std::int64_t content_ = 0;
 };
 
-/// Looks at each content once, beside it at how often it lies about and at its counted findings, all in the order of
+/// Looks at each content once, beside it at how often it is there and at its counted findings, all in the order of
 /// its number.
 class Counter {
  public:

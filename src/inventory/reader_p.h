@@ -7,7 +7,7 @@
 
 namespace quillmate::inventory {
 
-/// A path as its bytes lie in memory, and the way back.
+/// A path as its bytes are in memory, and the way back.
 std::string MessageOf(const std::filesystem::path& path);
 std::filesystem::path PathFromMessage(std::string_view bytes);
 

@@ -14,7 +14,7 @@ void PrepareSchema(Database& database);
 /// The same for a database that is only read, or merged from: it must be an inventory.
 void CheckSchema(Database& database);
 
-/// The file itself. Throws codedb::DatabaseError where an empty file stands that bears the name of a module or
+/// The file itself. Throws codedb::DatabaseError where there is an empty file that has the name of a module or
 /// document: it is somebody's, and could not be told from a database that nothing was written to yet.
 const std::filesystem::path& NoSource(const std::filesystem::path& file);
 

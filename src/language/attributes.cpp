@@ -9,7 +9,7 @@
 namespace quillmate::language {
 namespace {
 
-/// How far back the declaration stands that an Attribute line speaks of.
+/// How far back the declaration is that an Attribute line speaks of.
 constexpr std::size_t kDeclarationsBack = 64;
 
 std::string_view Unquoted(std::string_view value) {

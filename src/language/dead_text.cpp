@@ -1,7 +1,7 @@
 #include "parser_p.h"
 #include "word_classes_p.h"
 
-/// What is taken out of branches that are never read as code: where routines begin and end, and which names stand
+/// What is taken out of branches that are never read as code: where routines begin and end, and which names are
 /// there.
 namespace quillmate::language {
 

@@ -195,7 +195,7 @@ class Parser {
 
   // ----------------------------------------------------------------------------------------------- routines.cpp
 
-  /// A header's words: where its name stands, 0 if there is none.
+  /// A header's words: where its name is, 0 if there is none.
   struct Header {
     std::uint32_t name = 0;
     DeclarationKind kind = DeclarationKind::kSub;
@@ -231,7 +231,7 @@ class Parser {
     bool closed = true;                  ///< its "#End If" follows
     bool taken = false;                  ///< one branch was active already
     bool deadInRoutine = false;          ///< the branch is dead text in an open routine: no headers in it
-    BlockStack::State blocks = kNone;    ///< open where the #If stands
+    BlockStack::State blocks = kNone;    ///< open where the #If is
     Index routine = kNone;               ///< likewise
     std::size_t routineCount = 0;        ///< there were so many
     std::size_t branchRoutines = 0;      ///< and so many where the branch began

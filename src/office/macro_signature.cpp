@@ -11,7 +11,7 @@
 namespace quillmate::office {
 namespace {
 
-// Tags of the encoding [X.690]; those with 0xA0 belong to the place where they stand.
+// Tags of the encoding [X.690]; those with 0xA0 belong to the place where they are.
 constexpr unsigned char kInteger = 0x02, kObject = 0x06, kSequence = 0x30, kSet = 0x31, kZero = 0xA0;
 constexpr unsigned char kUtf8 = 0x0C, kBmp = 0x1E, kUniversal = 0x1C, kUtcTime = 0x17, kGeneralTime = 0x18;
 constexpr unsigned char kKeyId = 0x80;

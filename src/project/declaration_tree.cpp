@@ -44,7 +44,7 @@ class Maker {
     return known_.ModuleOf(codedb::ViewOf(node.module));
   }
 
-  /// Modules below their projects where there are several; those that nothing is known of stand at the top.
+  /// Modules below their projects where there are several; those that nothing is known of come at the top.
   void AddModules() {
     const bool several = index_.Projects().size() > 1;
     std::map<symbols::Index, int> projects;

@@ -212,7 +212,7 @@ void Session::TrackCaret() {
 bool Session::ReadAhead() { return isLoaded_ && Texts().ReadAhead(kPortion, kMostAhead); }
 
 bool Session::WasReplaced() {
-  // Nobody else writes where a project lies that is not saved.
+  // Nobody else writes where a project is that is not saved.
   if (!isSaved_) return false;
   const fs::file_time_type time = navigation::TimeOfIndex(folder_);
   // An index that is gone is another matter.

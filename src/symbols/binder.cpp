@@ -260,7 +260,7 @@ void Binder::BindMeaning(Index number, const Meaning& meaning) {
   }
 }
 
-/// A project whose name nobody knows: what stands in front of one of its modules, or its assumed name in front of
+/// A project whose name nobody knows: what is in front of one of its modules, or its assumed name in front of
 /// something public.
 bool Binder::BindAssumedProject(Index number) {
   const ProjectTable& project = tables_.projects[project_];

@@ -121,7 +121,7 @@ bool SameLines(std::span<const std::string_view> a, std::span<const std::string_
   return std::equal(a.begin(), a.end(), b.begin(), b.end());
 }
 
-/// The lines as they stand, comments and case left out: what differs in them is layout.
+/// The lines as they are, comments and case left out: what differs in them is layout.
 std::string Layout(std::span<const std::string_view> lines) {
   std::string text;
   Walk(lines).ForEach([&](const LineParts& parts) {

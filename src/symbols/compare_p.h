@@ -66,7 +66,7 @@ void CompareFacts(ComparisonWork& work);
 void JudgeModules(ComparisonWork& work);
 void CompareUnused(ComparisonWork& work);
 
-/// Like a set of names in any case: the folded form.
+/// Like a set of names regardless of case: the folded form.
 std::string Folded(std::string_view name);
 /// Equal but for their line breaks.
 bool SameText(const language::Module& a, const language::Module& b) noexcept;

@@ -88,7 +88,7 @@ struct ReferenceIndex::Data {
   const Handled* HandlerOf(SymbolId routine) const noexcept;
   Index ModuleOfReference(Index number) const noexcept;
   Reference At(Index number, SymbolId target) const;
-  /// Where a reference stands.
+  /// Where a reference is.
   void Place(Index module, const StoredReference& stored, Reference& reference) const;
   Use UseOf(const StoredReference& stored, SymbolId target) const noexcept;
   /// Calls visit(number) for every reference that means the symbol, in no order.

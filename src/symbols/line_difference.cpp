@@ -221,7 +221,7 @@ class Comparer {
   std::vector<Box> boxes_;
 };
 
-/// A stretch that only one side has may often lie a few elements further down as well. There it lies, unless it can be
+/// A stretch that only one side has may often be a few elements further down as well. There it is, unless it can be
 /// joined to the one above: at the end a reader expects it.
 void SlideDown(std::vector<Edit>& edits, std::span<const std::uint32_t> oldIds, std::span<const std::uint32_t> newIds) {
   const auto limit = [&](std::size_t i) {

@@ -12,7 +12,7 @@ namespace {
 
 using Data = ReferenceIndex::Data;
 
-/// A symbol with what stands around it.
+/// A symbol with what is around it.
 class Outside {
  public:
   Outside(const ReferenceIndex& index, SymbolId id)

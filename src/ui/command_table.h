@@ -213,7 +213,7 @@ std::span<const ToolButton> ToolButtons();
 std::span<const Popup> Popups();
 std::span<const ContextItem> ContextItems();
 
-/// The button with that key in any case; null when there is none.
+/// The button with that key, regardless of case; null when there is none.
 const ToolButton* FindToolButton(std::string_view key);
 
 }  // namespace quillmate::ui

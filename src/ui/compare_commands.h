@@ -17,7 +17,7 @@ class CompareCommands : public QObject {
   Q_OBJECT
 
  public:
-  /// `assumed`: where a project runs that does not tell. Windows stand over `window`; everything must outlive it.
+  /// `assumed`: where a project runs that does not tell. Windows appear over `window`; everything must outlive it.
   CompareCommands(QWidget& window, const ListDesk& desk, symbols::Host assumed);
 
   /// Asks which states are meant; the project on screen is the new one.

@@ -30,7 +30,7 @@ class HandOver : public QObject {
   Q_OBJECT
 
  public:
-  /// Everything must outlive it. Dialogs stand over `window`.
+  /// Everything must outlive it. Dialogs appear over `window`.
   HandOver(QWidget& window, const ListDesk& desk, codedb::CodeDatabase& database, Exports& exports,
            PrintCommands& printing);
 

@@ -60,7 +60,7 @@ class HandOverJob : public QObject {
 
   const std::filesystem::path& Target() const noexcept { return target_; }
   bool IsCancelled() const noexcept { return cancelled_; }
-  /// It stands in its place; to be asked after it has finished.
+  /// It is in its place; to be asked after it has finished.
   bool IsMade() const noexcept { return isMade_; }
   /// Why nothing was made, UTF-8; empty when it was, or was given up.
   const std::string& Error() const noexcept { return error_; }

@@ -11,7 +11,7 @@ namespace quillmate::ui {
 InventoryWindow& InventoryCommands::Show() {
   auto* shown = window_.findChild<InventoryWindow*>(QString(), Qt::FindDirectChildrenOnly);
   if (shown == nullptr) {
-    // The program of the command line lies beside that of the window.
+    // The program of the command line is beside that of the window.
     shown = new InventoryWindow(&window_, desk_, ToPath(QCoreApplication::applicationDirPath()));
     connect(shown, &InventoryWindow::FileChosen, this, &InventoryCommands::FileChosen);
   }

@@ -13,7 +13,7 @@ class InventoryCommands : public QObject {
   Q_OBJECT
 
  public:
-  /// The window stands over `window`; everything must outlive it.
+  /// The window appears over `window`; everything must outlive it.
   InventoryCommands(QWidget& window, const ListDesk& desk) : window_(window), desk_(desk) {}
 
   /// Shows the window: the one that is there, or a new one.

@@ -54,7 +54,7 @@ class NameCommands : public QObject {
   struct Meant {
     std::shared_ptr<const project::Understanding> known;
     std::vector<symbols::SymbolId> targets;
-    /// Where the name stands.
+    /// Where the name is.
     std::optional<symbols::Occurrence> name;
   };
   /// What the name at an offset of the visible module's text means.

@@ -25,7 +25,7 @@ class NoteCommands : public QObject {
   Q_OBJECT
 
  public:
-  /// Everything must outlive it. Dialogs stand over `window`.
+  /// Everything must outlive it. Dialogs appear over `window`.
   NoteCommands(QWidget& window, Interaction& interaction, ProjectSession& session, CodeArea& code,
                CodeKnowledge& knowledge, NotePanel& panel);
 

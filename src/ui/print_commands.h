@@ -21,7 +21,7 @@ class PrintCommands : public QObject {
   Q_OBJECT
 
  public:
-  /// Everything must outlive it. Dialogs stand over `window`.
+  /// Everything must outlive it. Dialogs appear over `window`.
   PrintCommands(QWidget& window, const ListDesk& desk, const CodeArea& code);
 
   /// Where the notes of a view come from.

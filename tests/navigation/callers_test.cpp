@@ -173,7 +173,7 @@ TEST_F(LiteralScan, AgreesWithTheScan) {
     AddModule(module, "Mod" + std::to_string(module % 7), std::to_string(module % 3 + 1));
     Write(module, RandomModule(random));
     for (auto left = random() % 6; left > 0; --left) {
-      // Ranges overlap, lie within each other and end before they begin.
+      // Ranges overlap, are within each other and end before they begin.
       const int start = static_cast<int>(random() % 20);
       const int end = start + static_cast<int>(random() % 12) - 2;
       ++routine;

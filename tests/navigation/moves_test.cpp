@@ -14,7 +14,7 @@ TEST(IdentifierAtCaret, WordBeforeTheCaret) {
     std::size_t caret;
     std::string_view identifier;
   } cases[] = {
-      {"Call Foo(1)\r\n", 8, "Foo"},    // behind the word
+      {"Call Foo(1)\r\n", 8, "Foo"},    // after the word
       {"Call Foo(1)\r\n", 6, "Foo"},    // in it
       {"Call Foo(1)\r\n", 5, ""},       // just in front of it
       {"Call Foo(1)\r\n", 13, ""},      // at the end
@@ -175,7 +175,7 @@ TEST_F(Project, ZoomShowsTheRoutineOrTheDeclarations) {
       {0, 2, "Option\r\n'x\r\n", "0+6k 8+2c ", 0},  // the empty line before the routine has no characters
       {0, 7, "Rest\r\n", "", 30},                   // to the end of the text
       {1, 2, "Option\r\n'x", "0+6k 8+2c ", 0},
-      {1, 5, "Option", "0+6k ", 0},  // no line lies before the routine: its first one
+      {1, 5, "Option", "0+6k ", 0},  // no line comes before the routine: its first one
       {2, 3, "Option\r\n'x\r\n\r\nSub A\r\nEnd Sub\r\nRest\r\n", "0+6k 8+2c 14+3k! 17+2p! 21+3k! 24+1p! 25+3k! ", 0},
       {4, 5, "Option\r\n'x\r\n\r\nSub A", "0+6k 8+2c 14+3k! 17+2p! ", 0},  // lines the wrong way round enclose none
   };

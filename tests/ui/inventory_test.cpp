@@ -100,7 +100,7 @@ TEST_F(InventoryTest, FoldersAreChosenAndLookedThrough) {
   ASSERT_TRUE(choice->findChild<QPushButton*>("cmdDurchsuchen")->isEnabled());
   choice->reject();
 
-  // The program that reads lies elsewhere for tests.
+  // The program that reads is elsewhere for tests.
   ui::InventoryWindow window(nullptr, Shown().Desk(), tests::ProgramFolder());
   const ui::InventoryOrder order{
       .database = Folder("neu.sqlite"), .roots = {Sources(), Folder("fehlt")}, .exclude = {"Kurz*"}};

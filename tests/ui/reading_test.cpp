@@ -51,7 +51,7 @@ TEST_F(ReadingTest, RoutinesAndBlocksAreFolded) {
   } kCases[] = {
       {7, "1 2 3 4 5 6 9 10 11 12 13 14"},      // the innermost one: For
       {10, "1 2 3 4 5 11 12 13 14"},            // If, up to its end
-      {11, "1 2 3 4 13 14"},                    // With stands on one line: the routine
+      {11, "1 2 3 4 13 14"},                    // With is on one line: the routine
       {2, "1 4 5 6 7 8 9 10 11 12 13 14"},      // Type
       {14, "1 2 3 4 5 6 7 8 9 10 11 12 13 14"}  // a header of two lines stays whole
   };

@@ -35,7 +35,7 @@ CodeColours DarkColours();
 /// What a widget with code on it takes them from.
 QPalette PaperPalette(QPalette palette, const CodeColours& colours);
 
-/// How far two colours stand apart, from 1 (the same) to 21 (black on white), as the guidelines for readable web pages
+/// How far two colours are apart, from 1 (the same) to 21 (black on white), as the guidelines for readable web pages
 /// compute it.
 double ContrastOf(const QColor& one, const QColor& other);
 

@@ -88,7 +88,7 @@ bool CodeEditor::ToggleFoldAtCaret() {
     return true;
   }
   if (view_ == nullptr) return false;
-  // Inner ones stand after outer ones.
+  // Inner ones come after outer ones.
   const std::vector<project::Fold>& folds = pages_.front().folds;
   auto fold = std::lower_bound(folds.begin(), folds.end(), line + 1, StartsBefore);
   while (fold != folds.begin()) {

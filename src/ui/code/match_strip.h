@@ -5,7 +5,7 @@
 
 namespace quillmate::ui {
 
-/// A narrow column at the right edge of a code view that shows where in the module something stands. A click scrolls
+/// A narrow column at the right edge of a code view that shows where in the module something is. A click scrolls
 /// there.
 class MatchStrip : public QWidget {
   Q_OBJECT

@@ -14,7 +14,7 @@ QString SymbolName(const symbols::ReferenceIndex& index, symbols::SymbolId symbo
 QString ModuleText(const symbols::ReferenceIndex& index, symbols::Index module);
 /// The name of the module's file without its folder; empty when it came from none.
 QString FileText(const symbols::ReferenceIndex& index, symbols::Index module);
-/// "Lager.Zugang", "Lager.Zugang.n": module and what lies around, and the name.
+/// "Lager.Zugang", "Lager.Zugang.n": module and what is around, and the name.
 QString QualifiedName(const symbols::ReferenceIndex& index, symbols::SymbolId symbol);
 /// A line of code, blanks drawn together, as much as anybody reads in a list.
 QString LineText(const symbols::ReferenceIndex& index, symbols::Index module, std::uint32_t line);

@@ -26,7 +26,7 @@ class CompareTree : public QWidget {
   /// The modules and projects shown after one of them, or before it (direction -1), the nearest first; all of them when
   /// it is not shown itself.
   std::vector<symbols::ChangeNode> HeadsFrom(symbols::Index module, symbols::Index project, int direction) const;
-  /// Makes the node of a routine the current one, or of what lies outside of routines (kNone), else that of its module
+  /// Makes the node of a routine the current one, or of what is outside of routines (kNone), else that of its module
   /// or project. The node, valid until the outline changes; null where it was the current one already or none is shown.
   const symbols::ChangeNode* Select(symbols::Index module, symbols::Index project, symbols::Index routine);
 

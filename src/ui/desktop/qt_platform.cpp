@@ -94,7 +94,7 @@ bool HasExtension(const QString& file) {
          std::all_of(suffix.begin(), suffix.end(), [](QChar c) { return c.isLetter(); });
 }
 
-/// What a dialog stands over. Right after a dialog of the system's own no window of the program is active.
+/// What a dialog appears over. Right after a dialog of the system's own no window of the program is active.
 QWidget* Owner() {
   if (QWidget* active = QApplication::activeWindow()) return active;
   if (QWidget* asking = QApplication::activeModalWidget()) return asking;

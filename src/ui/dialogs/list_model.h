@@ -18,10 +18,10 @@ class ListModel : public QAbstractTableModel {
 
   const ListSource& Source() const noexcept { return source_; }
   const ListRows& Rows() const noexcept { return rows_; }
-  /// The row of the source behind one of the model.
+  /// The row of the source for one of the model.
   std::size_t SourceRow(int row) const { return shown_[static_cast<std::size_t>(row)]; }
 
-  /// Leaves the rows that have the text in one of their cells, in any case; an empty text leaves all.
+  /// Leaves the rows that have the text in one of their cells, regardless of case; an empty text leaves all.
   void SetFilter(const QString& text);
 
   int rowCount(const QModelIndex& parent = {}) const override;

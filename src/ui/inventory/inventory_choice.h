@@ -11,7 +11,7 @@
 
 namespace quillmate::ui {
 
-/// Asks which folders are to be looked through, and where the inventory lies.
+/// Asks which folders are to be looked through, and where the inventory is.
 class InventoryChoice : public QDialog {
   Q_OBJECT
 

@@ -25,7 +25,7 @@ class InventoryJob : public QObject {
   Q_OBJECT
 
  public:
-  /// `programFolder`: where the program lies that reads.
+  /// `programFolder`: where the program is that reads.
   InventoryJob(InventoryOrder order, const std::filesystem::path& programFolder, QObject* parent = nullptr);
   /// Ends the scan; what was read is kept.
   ~InventoryJob() override;

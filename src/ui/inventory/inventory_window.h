@@ -23,7 +23,7 @@ class InventoryWindow : public QDialog {
   Q_OBJECT
 
  public:
-  /// `programFolder`: where the program lies that reads for a scan.
+  /// `programFolder`: where the program is that reads for a scan.
   InventoryWindow(QWidget* parent, const ListDesk& desk, std::filesystem::path programFolder);
   ~InventoryWindow() override;
 

@@ -84,7 +84,7 @@ QRectF FormSketch::PlaceOf(int control) const {
   return place.isEmpty() ? QRectF() : QRectF(place.topLeft() * scale + QPointF(kMargin, kMargin), place.size() * scale);
 }
 
-/// The smallest one: containers lie around what they hold.
+/// The smallest one: containers are around what they hold.
 int FormSketch::ControlAt(QPointF place) const {
   int found = -1;
   for (int control = 0; control < static_cast<int>(boxes_.size()); ++control) {

@@ -20,14 +20,15 @@ class ModuleMatrix : public QAbstractTableModel {
   const std::vector<symbols::ModuleUse>& Uses() const noexcept { return uses_; }
   /// How many cycles there are.
   std::size_t Cycles() const noexcept { return cycleCount_; }
-  /// The module behind a row or a column.
+  /// The module of a row or a column.
   symbols::Index ModuleAt(int section) const { return shown_[static_cast<std::size_t>(section)]; }
   /// Null for an empty cell.
   const symbols::ModuleUse* UseAt(const QModelIndex& index) const;
   bool IsInCycle(const symbols::ModuleUse& use) const;
   /// What a cell says, in words.
   QString CellText(const QModelIndex& index) const;
-  /// Leaves the modules that have the text in their names, in any case, and those that belong to a cycle, or all.
+  /// Leaves the modules that have the text in their names, regardless of case, and those that belong to a cycle, or
+  /// all.
   void SetFilter(const QString& text, bool cyclesOnly);
   /// Every use: from, to, how often, the cycle that it belongs to.
   output::Table AsTable() const;

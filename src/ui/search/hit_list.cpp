@@ -88,7 +88,7 @@ HitList::Line HitList::LineOf(const Found& found, std::size_t most) const {
     if (piece.cutBehind) line.text += cut;
     return line;
   } catch (const std::exception&) {
-    // The file behind the view is gone; a click on the row will say so.
+    // The file of the view is gone; a click on the row will say so.
     return {};
   }
 }

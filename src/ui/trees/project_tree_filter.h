@@ -13,7 +13,7 @@ class ProjectTreeFilter : public QSortFilterProxyModel {
  public:
   explicit ProjectTreeFilter(ProjectTreeModel& tree);
 
-  /// Leaves only the nodes whose text contains another one, regardless of case, what they are in, and all that lies
+  /// Leaves only the nodes whose text contains another one, regardless of case, what they are in, and all that is
   /// in them. An empty text leaves everything.
   void SetFilter(const QString& text);
   /// Routines by their first lines (one for each node) as they are in the code; as they come in the tree, by name,

@@ -55,7 +55,7 @@ class ProjectTreeModel : public QAbstractItemModel {
   QString ModuleToolTip(int node) const;
 
   std::shared_ptr<const navigation::ProjectTree> tree_;
-  /// The nodes by parent, in their order: those of node n lie from firstChild_[n + 1] on, the modules from
+  /// The nodes by parent, in their order: those of node n are from firstChild_[n + 1] on, the modules from
   /// firstChild_[0].
   std::vector<int> children_;
   std::vector<int> firstChild_;

@@ -8,7 +8,7 @@
 
 namespace quillmate::analysis {
 
-/// Where a read stands.
+/// How far a read has come.
 struct ReadState {
   /// The module being read: number, name and kind. The reader adds 1 to the number before each module.
   codedb::ModuleRecord module;

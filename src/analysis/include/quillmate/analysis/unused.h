@@ -15,7 +15,7 @@
 /// * Header and end lines of routines, keywords, string literals and comments are left out.
 /// * The name must be in the same spelling. The character before it must not be a letter or "_", the one after it
 ///   not a letter, a digit or "_"; "Z" is no letter here. So "xZName" is a reference to "Name", and so is "3Name".
-/// * The names are looked for one after the other, and each reference found is set apart from its surroundings before
+/// * The names are looked for one after the other, and each reference found is set apart from what is around it before
 ///   the next name's turn. In "Foo3Name" the reference to "Name", when it comes first, makes "Foo3" one; a name that
 ///   holds another one, as "xZName" does, is no longer found after it.
 /// Why nothing calls what is left, the understanding says.

@@ -24,7 +24,7 @@ namespace quillmate::output {
 /// The entities alone; markers pass through.
 std::string EscapeHtml(std::string_view text);
 
-/// "#RRGGBB", upper case. A value above 24 bits has more digits for blue; the parts of a negative value stand as 32-bit
+/// "#RRGGBB", upper case. A value above 24 bits has more digits for blue; the parts of a negative value are 32-bit
 /// two's complement.
 std::string ColourToHex(std::int32_t colour);
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 /// What the inventory knows of one file's content: plain rows, in the order of the file. The same bytes give the same
-/// rows, wherever they lie and whatever the file is called. All texts are UTF-8.
+/// rows, wherever they are and whatever the file is called. All texts are UTF-8.
 namespace quillmate::inventory {
 
 /// Version of what is read of a content: contents that an older program has read are read again.
@@ -57,7 +57,7 @@ struct RoutineRow {
 struct ReferenceRow {
   std::string name, version, path;
   bool toProject = false;
-  /// Why it is known to break, wherever the file lies: "nur 32 Bit"; empty as a rule.
+  /// Why it is known to break, wherever the file is: "nur 32 Bit"; empty as a rule.
   std::string broken = {};
 };
 

@@ -22,7 +22,7 @@ namespace quillmate::inventory {
 enum class Question : std::uint8_t {
   kAll,
   kMacros,      ///< which files have macros
-  kCopies,      ///< which lie about more than once, byte for byte
+  kCopies,      ///< which are there more than once, byte for byte
   kOnlyCopies,  ///< which hold no module that another content does not hold too
   k64Bit,       ///< which break under 64 bit
   kAutoRun,     ///< which start by themselves
@@ -125,7 +125,7 @@ class Inventory {
   std::vector<FileLine> Files(const FileFilter& filter, std::int64_t limit = -1, std::int64_t offset = 0);
   std::int64_t Count(const FileFilter& filter);
   FileDetails DetailsOf(std::int64_t file);
-  /// Where the file lies, on the system that has scanned it.
+  /// Where the file is, on the system that has scanned it.
   std::filesystem::path PathOf(std::int64_t file);
   std::vector<RunLine> Runs();
   Overview Summarize();

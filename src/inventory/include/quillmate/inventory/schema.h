@@ -14,7 +14,7 @@
 ///                 the rows of a content, numbered in the order of the file from 0 (`folge`)
 ///   zieldatei     where the links of each file lead to, brought up to date at the end of each run that has changed
 ///                 anything, and of a merge: `art` as in verknuepfung, "verweis" for references to projects,
-///                 "bibliothek" for libraries that lie, or should lie, in the inventory; `pfad` as far as it can be
+///                 "bibliothek" for libraries that are, or should be, in the inventory; `pfad` as far as it can be
 ///                 told, `ist` the file that it is. `befund` is
 ///                   da                that file is there
 ///                   gleicher Name     nobody has been in that folder, but a file of this name is somewhere

@@ -32,7 +32,7 @@ struct ModuleFacts {
   bool exposed = false;
   bool creatable = false;
   bool globalNameSpace = false;
-  bool accessExport = false;  ///< an Access text export: designer, then the code behind CodeBehindForm
+  bool accessExport = false;  ///< an Access text export: designer, then the code after CodeBehindForm
   bool hasHeader = false;     ///< the text began with a header or Attribute lines
   bool optionExplicit = false;
   bool optionPrivateModule = false;

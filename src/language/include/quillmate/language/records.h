@@ -80,7 +80,7 @@ inline constexpr std::uint32_t kNoWith = 2097152;      ///< kWith, kWithKey: no 
 inline constexpr std::uint32_t kCopied = 4194304;      ///< last names of both sides of LSet: records byte by byte
 }  // namespace use_flag
 
-/// One name at one place. Uses stand in the order of the source.
+/// One name at one place. Uses come in the order of the source.
 struct NameUse {
   std::uint32_t offset;  ///< of the first character; brackets belong to the place
   std::uint32_t line;

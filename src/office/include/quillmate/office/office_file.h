@@ -51,7 +51,8 @@ struct ReadOptions {
   bool facts = false;
   /// Take the formulas of Excel 4 macro sheets for modules (kOtherComponent), where the file has them as text.
   bool excel4 = false;
-  /// Bytes of all texts of a project together; those behind are left out. ReadOfficeFile takes it down to MostVbaText.
+  /// Bytes of all texts of a project together; those after that are left out. ReadOfficeFile takes it down to
+  /// MostVbaText.
   std::size_t mostText = kLargestVbaText;
 };
 

@@ -70,7 +70,7 @@ std::optional<CompoundId> FindVbaProject(const CompoundFile& file);
 
 /// Reads the project in a storage as far as it goes. A module whose text is not where dir says is searched for in
 /// its stream: a text begins with the attribute of its name. A locked project is not read.
-/// `mostText` is the most bytes of all texts together; a text that begins behind them is left out with a warning.
+/// `mostText` is the most bytes of all texts together; a text that begins after them is left out with a warning.
 VbaProject ReadVbaProject(const Storage& file, Storage::Id storage, std::size_t mostText = kLargestVbaText);
 
 }  // namespace quillmate::office

@@ -11,7 +11,7 @@
 #include <quillmate/symbols/compare_words.h>
 #include <quillmate/symbols/sources.h>
 
-/// The states of a project that are compared, read from wherever they lie.
+/// The states of a project that are compared, read from wherever they are.
 namespace quillmate::project {
 
 struct StateRequest {

@@ -8,7 +8,7 @@
 namespace quillmate::project {
 
 /// A project tree in which the modules hold their constants, variables, types, enums, events and controls, too, in this
-/// order after the routines, and types and enums their members. Several projects stand above their modules.
+/// order after the routines, and types and enums their members. Several projects come above their modules.
 struct DeclarationTree {
   navigation::ProjectTree tree;
   /// For each node: its first line in the module's view, 0 for none; its declaration, kNone for modules, routines and

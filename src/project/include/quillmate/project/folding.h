@@ -29,7 +29,7 @@ struct RoutineLines {
 
 /// By place; those whose header is not shown are left out.
 std::vector<RoutineLines> RoutinesOf(const Understanding& understanding, symbols::Index module);
-/// The same of a module that lies at `places`.
+/// The same of a module that is at `places`.
 std::vector<RoutineLines> RoutinesOf(const language::Module& code, const symbols::ModulePlaces& places);
 
 }  // namespace quillmate::project

@@ -7,7 +7,7 @@
 #include <quillmate/navigation/code_view.h>
 #include <quillmate/project/folding.h>
 
-/// Where notes stand in the code that is shown. Lines are 0-based lines of a module's view.
+/// Where notes are in the code that is shown. Lines are 0-based lines of a module's view.
 namespace quillmate::project {
 
 /// The place of a note beside a line: everything of it but text and bookmark. `routines` by place.

@@ -14,7 +14,7 @@
 #include <quillmate/navigation/routine_lines.h>
 #include <quillmate/navigation/search.h>
 
-/// The project that is loaded: where it lies, whether it is saved, and where in its code the user is.
+/// The project that is loaded: where it is, whether it is saved, and where in its code the user is.
 namespace quillmate::project {
 
 /// How the place that a command has led to comes into view.

@@ -22,7 +22,7 @@ struct CallEdge {
 std::vector<CallEdge> CallersOf(const ReferenceIndex& index, SymbolId routine);
 std::vector<CallEdge> CalleesOf(const ReferenceIndex& index, SymbolId routine);
 
-/// A routine in a call hierarchy. Nodes stand before their children.
+/// A routine in a call hierarchy. Nodes come before their children.
 struct CallNode {
   CallEdge edge;            ///< how it hangs on its parent; the root: itself, without lines
   Index parent = kNone;     ///< into the hierarchy
@@ -36,7 +36,7 @@ enum class CallDirection : std::uint8_t { kCallers, kCallees };
 inline constexpr std::size_t kFullHierarchy = 10'000;
 
 /// The hierarchy below a routine, depth first, to `depth` levels. After the first kFullHierarchy nodes each routine is
-/// unfolded once, and marked where it stands again, so that the size stays bounded by the number of edges.
+/// unfolded once, and marked where it comes again, so that the size stays bounded by the number of edges.
 std::vector<CallNode> CallHierarchy(const ReferenceIndex& index, SymbolId routine, CallDirection direction,
                                     std::uint32_t depth);
 

@@ -36,7 +36,7 @@ struct ChangeNode {
 
   Kind kind = Kind::kModule;
   ChangeState state = ChangeState::kSame;
-  /// Into the outline; parents stand before their children.
+  /// Into the outline; parents come before their children.
   Index parent = kNone;
   std::string text{};
   /// What happened to it in words; may be empty.
@@ -59,7 +59,7 @@ std::vector<ChangeNode> OutlineOf(const ComparedStates& states);
 struct OutlineFilter {
   /// One bit for each ChangeState.
   std::uint8_t states = 0xFF;
-  /// Part of the text in any case (ASCII letters), UTF-8; empty: all.
+  /// Part of the text regardless of case (ASCII letters), UTF-8; empty: all.
   std::string text;
 };
 constexpr std::uint8_t Bit(ChangeState state) noexcept {

@@ -29,7 +29,7 @@ struct CompareRow {
   std::string_view oldText{}, newText{};
 };
 
-/// Rows that differ and stand together: 0-based numbers.
+/// Rows that differ and come together: 0-based numbers.
 struct ChangeStretch {
   std::uint32_t first, count;
   CompareRow::Kind kind;  ///< kChanged where they are not all new or all gone

@@ -53,7 +53,7 @@ struct ProjectSources {
   std::string damage;
 };
 
-/// The host of a program by its name, in any case: "Excel", "VisualBasic"; kUnknown for any other.
+/// The host of a program by its name, regardless of case: "Excel", "VisualBasic"; kUnknown for any other.
 Host HostOfProgram(std::string_view name) noexcept;
 
 /// Facts whose modules all have their code. `assumed` is where a project runs that does not tell.

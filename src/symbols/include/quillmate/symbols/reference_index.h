@@ -162,7 +162,7 @@ class ReferenceIndex {
   std::string DeclaredType(SymbolId symbol) const;
   /// Routines, types, enums: first and last line; else 0, 0.
   std::pair<std::uint32_t, std::uint32_t> Extent(SymbolId symbol) const noexcept;
-  /// Symbols of a module with a name, in any case.
+  /// Symbols of a module with a name, regardless of case.
   std::vector<SymbolId> FindSymbols(Index module, std::string_view name) const;
   /// The symbol of a routine, by its number in the module.
   SymbolId RoutineSymbol(Index module, Index routine) const noexcept;
@@ -179,7 +179,7 @@ class ReferenceIndex {
   /// The same, so that the lists of all symbols together stay linear in the code: a use that may mean more than `most`
   /// symbols is listed with the first `most` of them only.
   ReferenceList ListReferences(SymbolId symbol, std::size_t most) const;
-  /// The name that covers a place: a declaration's or a use. Nothing where no name of the project stands.
+  /// The name that covers a place: a declaration's or a use. Nothing where there is no name of the project.
   std::optional<Occurrence> NameAt(Index module, std::uint32_t line, std::uint32_t column) const;
   /// Every name of a module that means something, by place; declarations included.
   std::vector<Occurrence> Occurrences(Index module) const;

@@ -92,7 +92,7 @@ class Platform {
   virtual qint64 Milliseconds() = 0;
 };
 
-/// The real desktop. Dialogs stand over the active window of the program.
+/// The real desktop. Dialogs appear over the active window of the program.
 std::unique_ptr<Platform> QtPlatform();
 
 }  // namespace quillmate::ui
