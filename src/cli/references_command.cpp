@@ -41,8 +41,7 @@ std::vector<SymbolId> MeaningsOf(const ReferenceIndex& index, symbols::Index mod
     }
   }
   std::ranges::sort(found);
-  const auto repeated = std::ranges::unique(found);
-  found.erase(repeated.begin(), repeated.end());
+  found.erase(std::unique(found.begin(), found.end()), found.end());
   return found;
 }
 
@@ -173,8 +172,7 @@ std::string CallsGraph(const ReferenceIndex& index, const std::vector<CallNode>&
     edges.push_back(edge + ";\n");
   }
   std::ranges::sort(edges);
-  const auto repeated = std::ranges::unique(edges);
-  edges.erase(repeated.begin(), repeated.end());
+  edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
   std::string graph = "digraph Aufrufe {\n  rankdir=LR;\n  node [shape=box];\n";
   graph += "  " + DotName(RoutineText(index, nodes.front())) + ";\n";
   for (const std::string& edge : edges) graph += edge;

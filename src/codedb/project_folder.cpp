@@ -105,7 +105,7 @@ std::vector<fs::path> ProjectReplacement::Replaced() {
   std::vector<fs::path> names = folder_->Names();
   names.insert(names.end(), OldNames().begin(), OldNames().end());
   std::ranges::sort(names);
-  names.erase(std::ranges::unique(names).begin(), names.end());
+  names.erase(std::unique(names.begin(), names.end()), names.end());
   for (fs::path& name : names) name = folder_->Target() / name;
   return names;
 }
