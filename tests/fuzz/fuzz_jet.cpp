@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <vector>
 
+#include <quillmate/codedb/database_error.h>
 #include <quillmate/codedb/jet_sql.h>
 
 #include "fuzz.h"
