@@ -20,14 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace office;
 
-ScanOptions Options(const fs::path& root) {
-  ScanOptions options;
-  options.roots = {root};
-  options.jobs = 1;
-  options.readerCommand = OwnReader();
-  return options;
-}
-
 TEST(LinkTargets, AreToldFromTheirFolder) {
   const struct {
     const char *target, *folder, *path, *name;

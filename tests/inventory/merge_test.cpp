@@ -18,16 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-ScanOptions Options(const fs::path& root, unsigned shard = 1, unsigned shards = 1) {
-  ScanOptions options;
-  options.roots = {root};
-  options.jobs = 1;
-  options.shard = shard;
-  options.shards = shards;
-  options.readerCommand = OwnReader();
-  return options;
-}
-
 /// All rows of all tables but for the numbers of rows and runs, and times of runs.
 std::string Rows(const fs::path& database) {
   const char* const kKey = "(SELECT pruefsumme || art FROM inhalt i WHERE i.nr = t.inhalt)";

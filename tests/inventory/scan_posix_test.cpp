@@ -16,14 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-ScanOptions Options(const fs::path& root) {
-  ScanOptions options;
-  options.roots = {root};
-  options.jobs = 1;
-  options.readerCommand = OwnReader();
-  return options;
-}
-
 TEST(ScanPosix, KeepsNamesAndFollowsNoLinks) {
   const files::ScratchFolder scratch;
   const fs::path root = scratch.Path() / "r";
