@@ -6,6 +6,7 @@
 #include <quillmate/files/paths.h>
 #include <quillmate/office/module_file.h>
 #include <quillmate/office/office_file.h>
+#include <quillmate/office/text_export.h>
 #include <quillmate/text/operations.h>
 
 namespace quillmate::cli {
@@ -26,11 +27,20 @@ bool IsOfficeFile(std::string_view path) {
   });
 }
 
+/// Whether it is one, its content decides.
+bool MayBeTextExport(std::string_view path) {
+  const std::string extension = ExtensionOf(path);
+  return !extension.empty() &&
+         text::EqualsIgnoreCase(std::string_view(extension).substr(1), office::kTextExportExtension);
+}
+
 }  // namespace
 
 bool IsModuleFile(std::string_view path) { return office::IsModuleFileExtension(ExtensionOf(path)); }
 bool IsVbProject(std::string_view path) { return text::EqualsIgnoreCase(ExtensionOf(path), kVbProjectExtension); }
-bool IsWanted(std::string_view path) { return IsModuleFile(path) || IsVbProject(path) || IsOfficeFile(path); }
+bool IsWanted(std::string_view path) {
+  return IsModuleFile(path) || IsVbProject(path) || IsOfficeFile(path) || MayBeTextExport(path);
+}
 
 bool IsPlainName(std::string_view name) {
   return !name.empty() && name != "." && name != ".." && files::CleanName(name) == name;

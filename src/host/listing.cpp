@@ -8,6 +8,8 @@
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/host/vb_project.h>
+#include <quillmate/office/byte_source.h>
+#include <quillmate/office/text_export.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 #include <quillmate/workers/ordered_work.h>
@@ -72,11 +74,24 @@ bool IsOfNoConcern(const fs::path& file, office::OfficeFile::State state) {
 
 constexpr std::string_view kVbProjectExtension = ".vbp";
 
+/// What a file ".txt" is, by its beginning.
+office::TextExport TextExportIn(const fs::path& file) {
+  const std::string extension = ExtensionOf(file);
+  if (extension.empty() ||
+      !text::EqualsIgnoreCase(std::string_view(extension).substr(1), office::kTextExportExtension)) {
+    return office::TextExport::kNone;
+  }
+  office::FileSource source(file);
+  return office::TextExportOf(office::ReadBytes(source, 0, office::kTextExportHead));
+}
+
 /// The names of a folder, files apart from sub-folders, each in byte order.
 struct FolderContent {
   std::vector<fs::path> files;
   std::vector<fs::path> officeFiles;
   std::vector<fs::path> vbProjects;
+  /// Queries and macros of Access, saved as text.
+  std::vector<fs::path> queries;
   std::vector<fs::path> folders;
 };
 
@@ -95,6 +110,8 @@ void TakeEntry(const files::FolderEntry& entry, FolderContent& content) {
     content.vbProjects.push_back(entry.path);
   } else if (MayBeOfficeFile(entry.path)) {
     content.officeFiles.push_back(entry.path);
+  } else if (const office::TextExport found = TextExportIn(entry.path); found != office::TextExport::kNone) {
+    (office::HoldsModule(found) ? content.files : content.queries).push_back(entry.path);
   }
 }
 
@@ -104,6 +121,7 @@ std::error_code ReadFolder(const fs::path& folder, FolderContent& content) {
   SortByBytes(content.files);
   SortByBytes(content.officeFiles);
   SortByBytes(content.vbProjects);
+  SortByBytes(content.queries);
   SortByBytes(content.folders);
   return error;
 }
@@ -160,6 +178,8 @@ class Lister {
   /// False for a file that an earlier source has given already.
   bool IsNew(const fs::path& file) { return seen_.insert(file.native()).second; }
   void AddModules(std::vector<ListedModule> modules, ListedProject& project);
+  /// What a query or macro beside the modules calls.
+  void AddQuery(const fs::path& file, ListedProject& project);
   void AddProject(ListedProject project);
   void AddProblem(const fs::path& path, office::Reason reason, std::string detail = {});
 
@@ -211,7 +231,7 @@ void Lister::ListFile(const fs::path& file) {
     TakeOfficeFile(file, stamp, std::move(read), false);
   } else if (text::EqualsIgnoreCase(extension, kVbProjectExtension)) {
     ListVbProject(file);
-  } else if (office::IsModuleFileExtension(extension)) {
+  } else if (office::IsModuleFileExtension(extension) || office::HoldsModule(TextExportIn(file))) {
     ListModuleFile(file);
   } else if (MayBeOfficeFile(file)) {
     TakeOfficeFile(file, stamp, std::move(read), false);
@@ -244,6 +264,9 @@ void Lister::ListFolder(const fs::path& folder) {
     if (!taken.contains(file.native()) && IsNew(file)) modules.push_back({{}, file, ExtensionOf(file), {}, {}, 0, {}});
   }
   AddModules(std::move(modules), project);
+  for (const fs::path& file : content.queries) {
+    if (!project.modules.empty() && IsNew(file)) AddQuery(file, project);
+  }
   AddProject(std::move(project));
   for (ListedProject& vbProject : vbProjects) AddProject(std::move(vbProject));
   for (const fs::path& file : content.officeFiles) {
@@ -333,6 +356,7 @@ void Lister::CollectFolder(const fs::path& folder, FolderContent& all) {
   append(all.files, content.files);
   append(all.officeFiles, content.officeFiles);
   append(all.vbProjects, content.vbProjects);
+  append(all.queries, content.queries);
   for (const fs::path& inner : content.folders) CollectFolder(inner, all);
 }
 
@@ -364,6 +388,18 @@ void Lister::AddModules(std::vector<ListedModule> modules, ListedProject& projec
   }
 }
 
+void Lister::AddQuery(const fs::path& file, ListedProject& project) {
+  const SourceBytes content = ReadBytes(file);
+  if (content.problem != office::Reason::kNone) return AddProblem(file, content.problem);
+  const bool isMacro = office::TextExportOf(content.bytes) == office::TextExport::kMacro;
+  const std::string kind = isMacro ? "Makro" : "Abfrage";
+  const std::string name = files::PathText(file.stem());
+  project.facts.document.push_back({kind, name});
+  for (std::string& called : office::NamesCalledIn(content.bytes)) {
+    project.bindings.push_back({0, {}, std::move(called), kind + " '" + name + "'", "sonstiges"});
+  }
+}
+
 void Lister::AddProject(ListedProject project) {
   if (project.modules.empty() && !project.project.locked) return;
   if (project.facts.name.empty()) project.facts.name = text::Utf8FromCode(project.project.name);
@@ -386,7 +422,9 @@ Listing ListSources(const std::vector<fs::path>& sources, bool excel4, int codeP
 
 std::string NameOf(const ListedModule& module, const office::ModuleFile& file) {
   if (!module.givenName.empty()) return module.givenName;
-  return file.name.empty() ? CodeOfPath(module.path.stem()) : file.name;
+  if (!file.name.empty()) return file.name;
+  const std::string stem = CodeOfPath(module.path.stem());
+  return text::StartsWithIgnoreCase(stem, file.namePrefix) ? stem : std::string(file.namePrefix) + stem;
 }
 
 office::ModuleFile LoadModule(const ListedModule& module, std::optional<KeptModule> kept) {

@@ -5,6 +5,7 @@
 #include <quillmate/files/source_text.h>
 #include <quillmate/office/component_type.h>
 #include <quillmate/office/module_file.h>
+#include <quillmate/office/text_export.h>
 #include <quillmate/text/lines.h>
 #include <quillmate/text/markers.h>
 #include <quillmate/text/operations.h>
@@ -139,6 +140,8 @@ struct Attributes {
   bool exposed = false;
   bool creatable = false;
   bool documentBase = false;
+  /// Some attribute that only classes have.
+  bool ofClass = false;
 
   bool IsDocument() const noexcept { return documentBase || (predeclared && exposed && !creatable); }
 };
@@ -148,6 +151,11 @@ std::string_view Unquote(std::string_view value) noexcept {
   return value;
 }
 
+bool IsClassAttribute(std::string_view key) noexcept {
+  constexpr std::array kKeys{"VB_GlobalNameSpace", "VB_Creatable", "VB_PredeclaredId", "VB_Exposed"};
+  return std::ranges::any_of(kKeys, [&](std::string_view known) { return text::EqualsIgnoreCase(key, known); });
+}
+
 void TakeAttribute(std::string_view line, Attributes& attributes) noexcept {
   line = text::TrimLeft(line).substr(kAttribute.size());
   const std::size_t equals = line.find('=');
@@ -155,6 +163,7 @@ void TakeAttribute(std::string_view line, Attributes& attributes) noexcept {
   const std::string_view key = TrimIndent(line.substr(0, equals));
   const std::string_view value = Unquote(TrimIndent(line.substr(equals + 1)));
   const bool isTrue = text::EqualsIgnoreCase(value, "True");
+  attributes.ofClass = attributes.ofClass || IsClassAttribute(key);
   if (text::EqualsIgnoreCase(key, "VB_Name")) {
     if (attributes.name.empty()) attributes.name = value;
   } else if (text::EqualsIgnoreCase(key, "VB_PredeclaredId")) {
@@ -296,15 +305,29 @@ std::string NameInUtf8(const Parts& original, const Attributes& attributes) {
   return std::string(ofOriginal.name);
 }
 
+/// Of a text export of Access, whose extension says nothing.
+void TakeKindFromContent(std::string_view text, const Parts& parts, const Attributes& attributes, ModuleFile& file) {
+  file.namePrefix = ModuleNamePrefix(TextExportOf(text));
+  if (parts.ofAccess) {
+    file.type = kHostDocument;
+  } else {
+    file.type = attributes.ofClass || !parts.header.empty() ? kClassModule : kStdModule;
+  }
+}
+
 /// `original` is empty when the text holds all of it.
 ModuleFile TakeApart(std::string_view text, std::string_view original, std::string_view extension, bool summary) {
   Attributes attributes;
   ModuleFile file;
   const Parts ofOriginal = TakeHeaderOff(original);
-  static_cast<EditorText&>(file) = TakeLines(TakeHeaderOff(text), summary, attributes);
+  const Parts parts = TakeHeaderOff(text);
+  static_cast<EditorText&>(file) = TakeLines(parts, summary, attributes);
   file.name = attributes.name;
   file.utf8Name = NameInUtf8(ofOriginal, attributes);
   file.type = TypeOfExtension(extension);
+  if (text::EqualsIgnoreCase(WithoutDot(extension), kTextExportExtension)) {
+    TakeKindFromContent(text, parts, attributes, file);
+  }
   if (file.type == kClassModule && attributes.IsDocument()) file.type = kHostDocument;
   if (!summary) AddOriginal(ofOriginal, file);
   return file;

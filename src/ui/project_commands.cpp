@@ -24,7 +24,9 @@ QString FileFilter() {
   }
   const QString modules = QStringLiteral("*.bas *.cls *.frm *.ctl *.pag *.dob *.dsr *.vbp");
   const QString documents = office.join(u' ') + QStringLiteral(" vbaProject.bin");
-  return QStringLiteral("Alle Quellen (%1 %2);;Office-Dateien (%1);;VBA-Module und VB-Projekte (%2);;Alle Dateien (*)")
+  return QStringLiteral(
+             "Alle Quellen (%1 %2);;Office-Dateien (%1);;VBA-Module und VB-Projekte (%2);;"
+             "Textexporte aus Access (*.txt);;Alle Dateien (*)")
       .arg(documents, modules);
 }
 

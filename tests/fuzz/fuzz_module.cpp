@@ -6,6 +6,7 @@
 #include <quillmate/export/rtf.h>
 #include <quillmate/navigation/code_view.h>
 #include <quillmate/office/module_file.h>
+#include <quillmate/office/text_export.h>
 #include <quillmate/text/markers.h>
 
 #include "fuzz.h"
@@ -13,7 +14,7 @@
 namespace quillmate::fuzz {
 namespace {
 
-constexpr std::array kExtensions{"bas", "cls", "frm", "ctl"};
+constexpr std::array kExtensions{"bas", "cls", "frm", "ctl", "txt"};
 
 /// Lines of a routine lie in the module and its header in them.
 void CheckScan(const analysis::ScanResult& scan) {
@@ -48,6 +49,8 @@ void Check(std::string_view bytes) {
   const office::ModuleFile file = office::ParseModuleFile(bytes, extension);
   const office::ModuleFile summary = office::SummarizeModuleFile(bytes, extension);
   Expect(file.lineCount == office::CountLines(file.code));
+  Expect(file.namePrefix == summary.namePrefix);
+  office::NamesCalledIn(bytes);
   Expect(file.name == summary.name && file.type == summary.type && file.lineCount == summary.lineCount);
 
   const analysis::ScanOptions options{.indent = (choice & 16) != 0,

@@ -59,6 +59,38 @@ TEST(DocumentHost, FolderInByteOrderFilesFirst) {
   EXPECT_EQ(host.Lines(1, "Zwei", 5, 1), "1");
 }
 
+TEST(DocumentHost, TextExportsOfAccessAreToldByTheirContent) {
+  const files::ScratchFolder temp("Export");
+  temp.Write("Module/mdlLager.txt", "Option Compare Database\r\nPublic Function Netto(a)\r\nEnd Function\r\n");
+  temp.Write("Module/Kunde.txt", "Attribute VB_Exposed = False\r\nOption Explicit\r\nDim a\r\n");
+  temp.Write("Formulare/Kunden.txt",
+             "Version =20\r\nBegin Form\r\nEnd\r\nCodeBehindForm\r\nSub Form_Load()\r\nEnd Sub\r\n");
+  temp.Write("Formulare/Form_Orte.txt", "Version =20\r\nBegin Form\r\nEnd\r\nCodeBehindForm\r\nDim a\r\n");
+  temp.Write("Berichte/Liste.txt", "Version =20\r\nBegin Report\r\nEnd\r\n");
+  temp.Write("Abfragen/qryPreise.txt",
+             "Operation =1\r\nBegin OutputColumns\r\n Expression =\"Netto([Preis])\"\r\nEnd\r\n");
+  temp.Write("Makros/Start.txt", "Version =196611\r\nBegin\r\n Action =\"RunCode\"\r\n Argument =\"Los()\"\r\nEnd\r\n");
+  temp.Write("Liesmich.txt", "Option Explicit steht in jedem Modul.\r\nSub A()\r\nEnd Sub\r\n");
+  temp.Write("Bild.txt", "\0\1\2"sv);
+  DocumentHost host;
+  host.SetSources({temp.Path()});
+  EXPECT_EQ(Listed(host, temp.Path()),
+            (Lines{"Export [.]", "  Report_Liste 100 0 Berichte/Liste.txt", "  Form_Orte 100 1 Formulare/Form_Orte.txt",
+                   "  Form_Kunden 100 2 Formulare/Kunden.txt", "  Kunde 2 2 Module/Kunde.txt",
+                   "  mdlLager 1 3 Module/mdlLager.txt"}));
+  std::string calls;
+  for (const codedb::BindingFact& binding : host.BindingsOfProject(1))
+    calls += binding.text + ": " + binding.place + "; ";
+  EXPECT_EQ(calls, "Netto: Abfrage 'qryPreise'; Los: Makro 'Start'; ");
+  // Alone one of them is a project; what is no code is not taken for it.
+  host.SetSources({temp.Path() / "Formulare" / "Kunden.txt", temp.Path() / "Liesmich.txt",
+                   temp.Path() / "Abfragen" / "qryPreise.txt"});
+  EXPECT_EQ(Listed(host, temp.Path()),
+            (Lines{"Kunden [Formulare/Kunden.txt]", "  Form_Kunden 100 2 Formulare/Kunden.txt",
+                   "Liesmich.txt: Diese Dateiart kann nicht eingelesen werden",
+                   "Abfragen/qryPreise.txt: Diese Dateiart kann nicht eingelesen werden"}));
+}
+
 TEST(DocumentHost, ModuleFilesAreProjectsOfTheirOwn) {
   const files::ScratchFolder temp;
   const fs::path file = temp.Write("Bericht.BAS", "Attribute VB_Name = \"Modul1\"\r\na\r\nb\r\nc\r\n");

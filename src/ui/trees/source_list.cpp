@@ -11,6 +11,7 @@
 #include <quillmate/files/paths.h>
 #include <quillmate/office/module_file.h>
 #include <quillmate/office/office_file.h>
+#include <quillmate/office/text_export.h>
 
 #include "qt_text.h"
 
@@ -124,7 +125,8 @@ bool IsIn(const std::string& file, const std::string& source) {
 bool IsReadInFolders(const std::string& path) {
   const QFileInfo file(FromUtf8(path));
   const std::string extension = ToUtf8(file.suffix().toLower());
-  return file.isDir() || extension == "vbp" || office::IsModuleFileExtension("." + extension) ||
+  return file.isDir() || extension == "vbp" || extension == office::kTextExportExtension ||
+         office::IsModuleFileExtension("." + extension) ||
          std::ranges::find(office::OfficeFileExtensions(), extension) != std::end(office::OfficeFileExtensions());
 }
 

@@ -56,8 +56,12 @@ struct ModuleFile : EditorText {
   /// From the first "Attribute VB_Name"; empty when the file has none (the caller knows the file's name).
   /// Windows-1252, and the same in UTF-8.
   std::string name, utf8Name;
-  /// ComponentType; from the extension and, for .cls, from the attributes of a document module.
+  /// ComponentType; from the extension and, for .cls, from the attributes of a document module. A text export of Access
+  /// (.txt) has the type that its content tells: forms and reports are documents.
   int type = 0;
+  /// What the module is called in front of the file's name where `name` is empty: "Form_" and "Report_" of a text
+  /// export.
+  std::string_view namePrefix;
 };
 
 /// `bytes` as they are in the file, `extension` with or without its dot, in upper or lower case.
@@ -72,7 +76,8 @@ ModuleFile SummarizeModuleFile(std::string_view bytes, std::string_view extensio
 /// A text without a header: only Attribute lines are hidden.
 EditorText TakeEditorText(const files::DecodedText& text);
 
-/// True for the extensions that are read as module files: bas, cls, frm, ctl, pag, dob, dsr.
+/// True for the extensions that are read as module files: bas, cls, frm, ctl, pag, dob, dsr. Text exports of Access are
+/// told by their content instead (text_export.h).
 bool IsModuleFileExtension(std::string_view extension);
 
 /// The code with every line dropped whose first ten characters after leading blanks are "Attribute ", regardless of
