@@ -32,6 +32,7 @@ int RunProgram(int selector, int argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setWindowIcon(LoadIcon(QStringLiteral("4A")));
   SpeakGerman(app);
+  UseProgramStyle();
   FollowDesktopLook(app);
 
   startup::AppGlobals globals;

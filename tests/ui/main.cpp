@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "desktop_look.h"
 #include "german.h"
 
 namespace {
@@ -20,6 +21,7 @@ int main(int argc, char** argv) {
   QApplication app(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   quillmate::ui::SpeakGerman(app);
+  quillmate::ui::UseProgramStyle();
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

@@ -2,7 +2,8 @@
 
 #include <QApplication>
 #include <QColor>
-#include <QStyle>
+#include <QProxyStyle>
+#include <QStyleOptionButton>
 
 namespace quillmate::ui {
 namespace {
@@ -37,8 +38,43 @@ constexpr DarkColour kDark[] = {
 
 constexpr QRgb kDisabledText = 0xff808080;
 
-/// The style makes the frame of a check box from the window's colour, darkened: on dark ground it would vanish.
-constexpr QRgb kBoxFrame = 0xffa8a8a8;
+/// Frames of check boxes and radio buttons, on light and on dark ground: 3:1 at least against what is around them.
+struct BoxFrame {
+  QStyle::PrimitiveElement element;
+  QRgb light;
+  QRgb dark;
+};
+/// The style darkens the window's colour to make these frames, each in its own way: this is what it is given instead.
+constexpr BoxFrame kBoxFrames[] = {
+    {QStyle::PE_IndicatorCheckBox, 0xff989898, 0xffa8a8a8},
+    {QStyle::PE_IndicatorRadioButton, 0xffa8a8a8, 0xffc0c0c0},
+};
+
+/// The desktop's style with visible frames around boxes, and with captions alone on the buttons of a dialog: standard
+/// buttons would have pictures beside others that have none.
+class ProgramStyle : public QProxyStyle {
+ public:
+  explicit ProgramStyle(const QString& name) : QProxyStyle(name) { setObjectName(name); }
+
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* answer) const override {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, answer);
+  }
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    const auto* box = qstyleoption_cast<const QStyleOptionButton*>(option);
+    for (const BoxFrame& frame : kBoxFrames) {
+      if (frame.element != element || box == nullptr) continue;
+      QStyleOptionButton framed(*box);
+      const QRgb colour = IsDark(box->palette) ? frame.dark : frame.light;
+      framed.palette.setColor(QPalette::Window, QColor::fromRgb(colour));
+      return QProxyStyle::drawPrimitive(element, &framed, painter, widget);
+    }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+  }
+};
 
 }  // namespace
 
@@ -53,16 +89,15 @@ QPalette DarkPalette() {
   return palette;
 }
 
+void UseProgramStyle() { QApplication::setStyle(new ProgramStyle(QApplication::style()->objectName())); }
+
 void UseLook(bool dark) {
   static const QPalette start = QApplication::palette();
   static const QString startStyle = QApplication::style()->objectName();
   if (dark == IsDark(QApplication::palette())) return;
   // The desktop's own style may paint parts in its light colours.
-  QApplication::setStyle(dark ? QStringLiteral("Fusion") : startStyle);
+  QApplication::setStyle(new ProgramStyle(dark ? QStringLiteral("fusion") : startStyle));
   QApplication::setPalette(dark ? DarkPalette() : start);
-  QPalette boxes = QApplication::palette();
-  if (dark) boxes.setColor(QPalette::Window, QColor::fromRgb(kBoxFrame));
-  QApplication::setPalette(boxes, "QCheckBox");
 }
 
 }  // namespace quillmate::ui

@@ -12,6 +12,9 @@ QPalette DarkPalette();
 /// Light text on dark ground.
 bool IsDark(const QPalette& palette);
 
+/// The desktop's style, improved where it hides things: see the class of the style. To be called once, at the start.
+void UseProgramStyle();
+
 /// Light or dark for the whole program. Light brings back the style and the colours of the start.
 void UseLook(bool dark);
 
