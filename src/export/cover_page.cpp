@@ -171,7 +171,7 @@ class Writer {
     for (const checks::Finding& finding : page_.findings) {
       ++counts[{checks::InfoOf(finding.check).severity, finding.check}];
     }
-    Table({"Schwere", "Befund", "Anzahl"});
+    Table({"Stufe", "Befund", "Anzahl"});
     for (const auto& [key, count] : counts) {
       Row().Cell(checks::Word(key.first)).Cell(checks::InfoOf(key.second).title).Number(count).EndRow();
     }

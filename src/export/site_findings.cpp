@@ -68,7 +68,7 @@ struct FindingList {
     if (order.empty()) return html.append("<p>Es gibt keine.</p>\n").append(kPageEnd);
     html +=
         "<p class=\"note\">Stellen, die falsch, gewagt oder wissenswert sind. Was eine Kennung prüft, steht im "
-        "Handbuch.</p>\n<table>\n<caption>Nach Schwere</caption>\n<thead>\n<tr><th scope=\"col\">Schwere</th>"
+        "Handbuch.</p>\n<table>\n<caption>Nach Stufe</caption>\n<thead>\n<tr><th scope=\"col\">Stufe</th>"
         "<th scope=\"col\">Befund</th><th scope=\"col\">Kennung</th><th scope=\"col\">Gruppe</th>"
         "<th scope=\"col\" class=\"number\">Anzahl</th></tr>\n</thead>\n<tbody>\n";
     for (std::size_t first = 0, last = 0; first < order.size(); first = last) {
@@ -142,7 +142,7 @@ void AppendFindings(std::string& html, const SiteContents& site, int module) {
   if (first == last) return;
   html +=
       "<h2 id=\"befunde\">Befunde</h2>\n<table class=\"declared\">\n<thead>\n<tr><th scope=\"col\">Zeile</th>"
-      "<th scope=\"col\">Schwere</th><th scope=\"col\">Befund</th></tr>\n</thead>\n<tbody>\n";
+      "<th scope=\"col\">Stufe</th><th scope=\"col\">Befund</th></tr>\n</thead>\n<tbody>\n";
   for (auto finding = first; finding != last; ++finding) {
     const checks::Check& check = checks::InfoOf(finding->check);
     html += "<tr><td>";

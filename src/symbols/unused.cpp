@@ -314,10 +314,10 @@ std::optional<UnusedSymbol> Grader::Of(SymbolId id) const {
     }
   }
   if (evidence.text != kNone)
-    return UnusedSymbol{id, Grade::kText, "Name in einer Zeichenfolge", PlaceOf(evidence.text, id)};
+    return UnusedSymbol{id, Grade::kText, "Name in einer Zeichenkette", PlaceOf(evidence.text, id)};
   if (const Mention* mention = MentionOf(id)) {
     const std::uint32_t line = data_.code[mention->module].strings[mention->string].line;
-    return UnusedSymbol{id, Grade::kText, "Name in einer Zeichenfolge", LinePlace(mention->module, line)};
+    return UnusedSymbol{id, Grade::kText, "Name in einer Zeichenkette", LinePlace(mention->module, line)};
   }
   if (evidence.ambiguous != kNone) {
     return UnusedSymbol{id, Grade::kPossible, "Name, der mehreres bedeuten kann", PlaceOf(evidence.ambiguous, id)};

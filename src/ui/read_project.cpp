@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <stdexcept>
 
 #include <quillmate/files/paths.h>
@@ -25,10 +26,14 @@ std::string NoDatabaseMessage(const std::filesystem::path& folder) {
 /// How many of the modules that are not in the project a message can hold.
 constexpr std::size_t kNamed = 8;
 
+std::string AndMore(std::size_t count) {
+  return "und " + std::to_string(count) + (count == 1 ? " weiteres" : " weitere");
+}
+
 std::string LeftOutText(const std::vector<std::string>& modules, std::size_t most) {
   std::string text;
   for (std::size_t i = 0; i < modules.size() && i < most; ++i) text += (i > 0 ? "\r\n" : "") + modules[i];
-  if (modules.size() > most) text += "\r\n... und " + std::to_string(modules.size() - most) + " weitere";
+  if (modules.size() > most) text += "\r\n... " + AndMore(modules.size() - most);
   return text;
 }
 
@@ -38,6 +43,16 @@ std::string ReplacedText(const std::vector<std::string>& modules) {
   if (others == 0) return modules.front();
   return modules.front() + ", ebenso in " + std::to_string(others) +
          (others == 1 ? " weiteren Modul" : " weiteren Modulen");
+}
+
+/// The last project of those that were read gives its name; the caption says that it is not the only one.
+std::string TitleOf(const host::ReadReport& report, const host::HostTree& tree) {
+  const auto isRead = [](const host::HostProjectNode& project) {
+    return project.checked && std::ranges::any_of(project.modules, &host::HostModuleNode::checked);
+  };
+  const auto count = static_cast<std::size_t>(std::ranges::count_if(tree.projects, isRead));
+  const std::string name = text::Utf8FromCode(report.projectText);
+  return count < 2 ? name : name + " " + AndMore(count - 1);
 }
 
 }  // namespace
@@ -89,7 +104,7 @@ void ProjectCommands::ReadProject(const Reader& read) {
     TellFailure(report);
     return;
   }
-  ReloadProject(globals_.RunTempFolder, text::Utf8FromCode(report.projectText), false);
+  ReloadProject(globals_.RunTempFolder, TitleOf(report, sources_.Projects()), false);
   if (!report.replacedCharacters.empty()) interaction_.ShowProgress(ReplacedText(report.replacedCharacters));
   if (!report.leftOut.empty()) {
     const std::size_t all = report.leftOut.size();

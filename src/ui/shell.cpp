@@ -277,9 +277,11 @@ void Shell::TakeKnowledge() {
   project_->SetKnowledge(known);
   if (known != nullptr && !known->Differences().empty()) {
     const std::size_t modules = known->Differences().size();
-    staBar_->SetText(StatusPanels::kProgress, modules == 1
-                                                  ? FromUtf8(project::DifferenceText(known->Differences().front()))
-                                                  : QStringLiteral("Gliederung abweichend in %1 Modulen").arg(modules));
+    staBar_->SetText(
+        StatusPanels::kProgress,
+        modules == 1 ? FromUtf8(project::DifferenceText(known->Differences().front()))
+                     : QStringLiteral("Gliederung abweichend in %1 Modulen: Ansicht – Genaue Gliederung zeigt alles")
+                           .arg(modules));
   }
   analysis_.DoWaiting();
 }

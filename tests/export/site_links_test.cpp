@@ -121,7 +121,7 @@ TEST_F(SiteTest, CallersAndCallsWithTheirLines) {
        "Ruft möglicherweise auf|Tot Text, Zeile 5, clsB.Nutzt dem Namen nach, Zeile 4||"},
       {"modul-mdlA.html", "Hilfe", "Aufgerufen von|Start Zeile 3, 4|Ruft auf|clsB.Wert (Get) Zeile 8||"},
       {"modul-mdlA.html", "Tot",
-       "Aufgerufen von|keiner Routine (Einstufung: per Text: Name in einer Zeichenfolge, mdlA:5)|Möglicherweise von|"
+       "Aufgerufen von|keiner Routine (Einstufung: per Text: Name in einer Zeichenkette, mdlA:5)|Möglicherweise von|"
        "Start Text, Zeile 5||"},
       {"modul-mdlA.html", "Auto_Open",
        "Aufgerufen von|keiner Routine (Einstufung: vom Host: Start durch den Host)|Von außerhalb|Start durch den "

@@ -158,7 +158,7 @@ TEST_F(SiteTest, GradesOfRoutinesWithoutCalls) {
   };
   EXPECT_EQ(Part(files.at("unbenutzt.html"), "<tbody>", "</tbody>"),
             "<tbody>\n" + row("Auto_Open", "vom Host: Start durch den Host") +
-                row("Los", "per Text: Name in einer Zeichenfolge, m1:2") + row("Tot", "sicher") +
+                row("Los", "per Text: Name in einer Zeichenkette, m1:2") + row("Tot", "sicher") +
                 row("Selbst", "nur selbst"));
 }
 

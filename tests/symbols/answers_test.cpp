@@ -72,7 +72,7 @@ const GradeCase kGrades[] = {
      "class "
      "K\nPublic Sub Los(): End Sub\nPrivate Sub Lass(): End Sub\n== module N\nPublic Sub Doppelt(): End Sub\n== module "
      "O\nPublic Sub Doppelt(): End Sub",
-     {"A@1 = text Name in einer Zeichenfolge M:3", "B@2 = text", "D@4 = text", "E@5 = certain",
+     {"A@1 = text Name in einer Zeichenkette M:3", "B@2 = text", "D@4 = text", "E@5 = certain",
       "Los@6 = possible Element eines Objekts", "Lass@7 = certain", "Doppelt@8 = possible Name, der mehreres"}},
     {"members of a type that two modules have",
      "== module A\nPublic Type T: x As Long: End Type\n== module B\nPublic Type T: x As Long: End Type\n== module "
@@ -105,7 +105,7 @@ const GradeCase kGrades[] = {
      "CallByName o, n, 2: v = Array(\"Alter\"): End Sub\n== class K\nProperty Get Alter(): End Property\nProperty Get "
      "Rest(): End Property\n== project Q\n== module N\nSub S(): CallByName o, \"Wert\", 2: v = Array(\"Alter\"): End "
      "Sub\n== class L\nProperty Get Alter(): End Property\nProperty Get Wert(): End Property",
-     {"A@1 = text", "B@2 = text", "C@3 = text", "D@4 = text", "E@5 = text Name in einer Zeichenfolge M:7",
+     {"A@1 = text", "B@2 = text", "C@3 = text", "D@4 = text", "E@5 = text Name in einer Zeichenkette M:7",
       "F@6 = certain", "Alter@8 = text", "Rest@9 = certain", "Alter@11 = certain", "Wert@12 = text"}},
     {"a sheet's own members behind a library's sheet, what may hold anything",
      "== project P excel\n== document Tabelle1\nSub A(): End Sub\n== class C\nSub B(): End Sub\nSub D(): End Sub\n== "

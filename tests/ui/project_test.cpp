@@ -74,6 +74,27 @@ TEST_F(ProjectTest, ReadsOnlyWhatIsTickedAndFromTheFilesToo) {
   }
 }
 
+TEST_F(ProjectTest, TitleSaysThatSeveralProjectsWereRead) {
+  for (const char* folder : {"Eins", "Zwei"}) {
+    std::filesystem::create_directories(Folder(folder));
+    std::filesystem::copy_file(Sources() / "Zebra.bas", Folder(folder) / "Zebra.bas");
+  }
+  settings::SaveSources(*settings,
+                        {files::PathText(Sources()), files::PathText(Folder("Eins")), files::PathText(Folder("Zwei"))});
+  const struct {
+    std::vector<int> ticked;
+    const char* projects;
+  } cases[] = {
+      {{0}, "Quelle [Quelle]"}, {{0, 2}, "Zwei [Zwei] und 1 weiteres"}, {{0, 1, 2}, "Zwei [Zwei] und 2 weitere"}};
+  for (const auto& each : cases) {
+    Start();
+    for (const int project : each.ticked) Tick(project);
+    Trigger("mnuBearbeiten_Code");
+    EXPECT_EQ(Window().windowTitle(),
+              QStringLiteral("Excel Quillmate 1.0 Projekt: %1 [nicht gespeichert !!!]").arg(each.projects));
+  }
+}
+
 TEST_F(ProjectTest, TellsWhatWasReplaced) {
   AddModule("Aa.bas", "Sub A()\n'\xD0\x9F\xD1\x80\nEnd Sub\n");
   AddModule("Ab.bas", "Sub B()\n'\xD0\x9F\nEnd Sub\n");

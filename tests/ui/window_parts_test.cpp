@@ -1,16 +1,25 @@
 #include <QAbstractItemModelTester>
 #include <QCheckBox>
 #include <QDialog>
+#include <QDialogButtonBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QSplitter>
+#include <QStandardItemModel>
 #include <QToolButton>
+#include <QToolTip>
 #include <QTreeView>
+#include <QVBoxLayout>
 
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
 
 #include "about_box.h"
+#include "code_colours.h"
+#include "cut_label.h"
 #include "desktop_look.h"
 #include "window_test.h"
 
@@ -224,6 +233,72 @@ TEST_F(PartsTest, UnusedRoutinesAreListedShownCopiedAndSaved) {
 
   LeaveProject();
   EXPECT_EQ(Dialog("frmUnbenutzt"), nullptr) << "the list goes with its project";
+}
+
+/// The strongest line in the part of a picture where a box is drawn, against the ground in its corner.
+double StrongestContrast(const QImage& image, QRect part) {
+  const QColor ground = image.pixelColor(part.topLeft());
+  double best = 1;
+  for (int y = part.top(); y <= part.bottom(); ++y) {
+    for (int x = part.left(); x <= part.right(); ++x) {
+      best = std::max(best, ui::ContrastOf(image.pixelColor(x, y), ground));
+    }
+  }
+  return best;
+}
+
+TEST(DesktopLook, ShowsBoxesThatAreNotTicked) {
+  for (const bool dark : {false, true}) {
+    ui::UseLook(dark);
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    QStandardItemModel model;
+    model.appendRow(new QStandardItem);
+    model.item(0)->setCheckable(true);
+    auto* tree = new QTreeView;
+    tree->setHeaderHidden(true);
+    tree->setRootIsDecorated(false);
+    tree->setModel(&model);
+    // A row in the colour of the selection would hide what the ground is.
+    tree->setFocusPolicy(Qt::NoFocus);
+    QWidget* const boxes[] = {new QCheckBox, new QRadioButton, tree};
+    for (QWidget* box : boxes) layout->addWidget(box);
+    window.show();
+    for (QWidget* box : boxes) {
+      const QRect part = box == tree ? tree->visualRect(model.index(0, 0)) : box->rect();
+      const QWidget& painted = box == tree ? *tree->viewport() : *box;
+      const QImage image = const_cast<QWidget&>(painted).grab().toImage();
+      const QRect looked = part.intersected(QRect(0, 0, 24, 24)).intersected(image.rect());
+      EXPECT_GE(StrongestContrast(image, looked), 3) << box->metaObject()->className() << (dark ? " dark" : " light");
+    }
+  }
+  ui::UseLook(false);
+}
+
+TEST(DesktopLook, ButtonsOfADialogHaveNoPictures) {
+  QDialogButtonBox box(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  for (const QAbstractButton* button : box.buttons())
+    EXPECT_TRUE(button->icon().isNull()) << button->text().toStdString();
+}
+
+TEST(CutLabel, SaysThatItIsCutAndKeepsItsText) {
+  ui::CutLabel label(QStringLiteral("Einlesen von einem Ordner mit sehr vielen Modulen"));
+  label.setToolTip(QStringLiteral("Aktueller Vorgang"));
+  const auto picture = [&label](int width) {
+    label.resize(width, 24);
+    return label.grab().toImage();
+  };
+  const QImage narrow = picture(120);
+  const QString all = label.text();
+  // The same picture as of the text with its "…", and another one than of the text that is cut in the middle.
+  label.setText(label.fontMetrics().elidedText(all, Qt::ElideRight, 120));
+  EXPECT_EQ(picture(120), narrow);
+  EXPECT_TRUE(label.text().endsWith(QChar(0x2026)));
+  label.setText(all);
+  QHelpEvent ask(QEvent::ToolTip, QPoint(3, 3), label.mapToGlobal(QPoint(3, 3)));
+  QApplication::sendEvent(&label, &ask);
+  EXPECT_EQ(QToolTip::text(), all + QStringLiteral("\n(Aktueller Vorgang)"));
+  QToolTip::hideText();
 }
 
 TEST(DesktopLook, IsReadableInTheDarkAndComesBack) {

@@ -8,6 +8,7 @@
 #include <quillmate/symbols/kinds.h>
 
 #include "compare_colours.h"
+#include "cut_label.h"
 #include "qt_text.h"
 
 namespace quillmate::ui {
@@ -19,10 +20,8 @@ constexpr std::size_t kMostText = 300;
 
 }  // namespace
 
-CompareUseList::CompareUseList(QWidget* parent) : QWidget(parent), title_(new QLabel), list_(new QTreeWidget) {
+CompareUseList::CompareUseList(QWidget* parent) : QWidget(parent), title_(new CutLabel), list_(new QTreeWidget) {
   title_->setObjectName(QStringLiteral("lblVerwendungen"));
-  title_->setTextFormat(Qt::PlainText);
-  title_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   list_->setObjectName(QStringLiteral("lstVergleichVerwendungen"));
   list_->setAccessibleName(QStringLiteral("Verwendungen des Geänderten"));
   list_->setRootIsDecorated(false);

@@ -12,6 +12,7 @@
 
 #include "button_row.h"
 #include "code_style.h"
+#include "cut_label.h"
 #include "qt_text.h"
 #include "save_dialog.h"
 
@@ -38,7 +39,7 @@ CompareWindow::CompareWindow(QWidget* parent, const ListDesk& desk, CompareSetup
       view_(new CompareView),
       uses_(new CompareUseList),
       whole_(new QCheckBox(QStringLiteral("&Gleiches zeigen"))),
-      place_(new QLabel),
+      place_(new CutLabel),
       previous_(MakeButton("cmdVorige", "&Vorige Änderung")),
       next_(MakeButton("cmdNaechste", "&Nächste Änderung")),
       report_(MakeButton("cmdBericht", "&Bericht ...")),
@@ -121,8 +122,6 @@ QWidget* CompareWindow::MakeSteps() {
   next_->setToolTip(QStringLiteral("F8 oder Alt+Ab"));
   whole_->setObjectName(QStringLiteral("chkGleiches"));
   place_->setObjectName(QStringLiteral("lblStelle"));
-  place_->setTextFormat(Qt::PlainText);
-  place_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   layout->addWidget(previous_);
   layout->addWidget(next_);
   layout->addWidget(whole_);

@@ -105,6 +105,15 @@ QWidget* Owner() {
   return found == windows.end() ? nullptr : *found;
 }
 
+/// What the user chooses. The toolkit's own dialog, where the system has none, keeps its size for all screens.
+QStringList ChosenIn(QFileDialog& dialog) {
+  dialog.resize(dialog.size().boundedTo(dialog.screen()->availableSize() * 9 / 10));
+  if (dialog.exec() != QDialog::Accepted) return {};
+  QStringList files = dialog.selectedFiles();
+  for (QString& file : files) file = QDir::toNativeSeparators(file);
+  return files;
+}
+
 /// The hourglass belongs to the work, not to a question in between.
 class ArrowCursor {
  public:
@@ -152,14 +161,16 @@ class RealPlatform : public Platform {
   }
 
   QString ChooseFolder(const QString& title, const QString& start) override {
-    return QDir::toNativeSeparators(
-        QFileDialog::getExistingDirectory(Owner(), DialogTitle(title), ExistingFolder(start)));
+    QFileDialog dialog(Owner(), DialogTitle(title), ExistingFolder(start));
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    return ChosenIn(dialog).value(0);
   }
 
   QStringList ChooseFiles(const QString& title, const QString& start, const QString& filter) override {
-    QStringList files = QFileDialog::getOpenFileNames(Owner(), title, ExistingFolder(start), filter);
-    for (QString& file : files) file = QDir::toNativeSeparators(file);
-    return files;
+    QFileDialog dialog(Owner(), title, ExistingFolder(start), filter);
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    return ChosenIn(dialog);
   }
 
   QString ChooseSaveFile(const SaveRequest& request) override {
@@ -173,8 +184,9 @@ class RealPlatform : public Platform {
       if (!extension.isEmpty() && extension != QLatin1String("*")) dialog.setDefaultSuffix(extension);
     });
     dialog.selectFile(request.fileName);
-    if (dialog.exec() != QDialog::Accepted) return {};
-    const QString file = QDir::toNativeSeparators(dialog.selectedFiles().value(0));
+    const QStringList chosen = ChosenIn(dialog);
+    if (chosen.isEmpty()) return {};
+    const QString& file = chosen.front();
     return HasExtension(file) ? file : WithExtension(file + QLatin1Char('.') + dialog.defaultSuffix());
   }
 

@@ -3,6 +3,8 @@
 #include <QEvent>
 #include <iterator>
 
+#include "cut_label.h"
+
 namespace quillmate::ui {
 namespace {
 
@@ -32,13 +34,9 @@ QToolButton* MakeButton(const Panel& panel) {
 }
 
 QLabel* MakeLabel(const Panel& panel) {
-  auto* label = new QLabel(QString::fromUtf8(panel.text));
-  label->setTextFormat(Qt::PlainText);
+  auto* label = new CutLabel(QString::fromUtf8(panel.text));
   label->setFrameStyle(QFrame::Panel | QFrame::Sunken);
   label->setContentsMargins(3, 0, 3, 0);
-  // A long name is cut off instead of widening the window.
-  label->setMinimumWidth(1);
-  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   return label;
 }
 

@@ -173,8 +173,8 @@ ListSource FindingList(const std::shared_ptr<const project::Understanding>& know
   list.title = QStringLiteral("Befunde");
   list.nothing = QStringLiteral("Es gibt keine Befunde.");
   list.waiting = QStringLiteral("Befunde werden ermittelt ...");
-  list.columns = {Ranked("Schwere", 12), Text("Modul", 22), Text("Routine", 30), Number("Zeile"),
-                  Text("Befund", 56),    Text("Rat", 44),   Text("Gruppe", 12),  Text("Kennung", 18)};
+  list.columns = {Ranked("Stufe", 12), Text("Modul", 22), Text("Routine", 30), Number("Zeile"),
+                  Text("Befund", 56),  Text("Rat", 44),   Text("Gruppe", 12),  Text("Kennung", 18)};
   list.find = [known](const std::atomic<bool>* cancelled) {
     return RowsOf(known, checks::RunChecks(known->Index(), {}, 0, cancelled));
   };

@@ -7,6 +7,8 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include "cut_label.h"
+
 namespace quillmate::ui {
 namespace {
 
@@ -25,10 +27,8 @@ NoteDialog::NoteDialog(QWidget* parent, const QString& place, const QString& cod
   heading->setTextFormat(Qt::PlainText);
   heading->setWordWrap(true);
   layout->addWidget(heading);
-  auto* line = new QLabel(code.left(kLongestCode));
-  line->setTextFormat(Qt::PlainText);
+  auto* line = new CutLabel(code.left(kLongestCode));
   line->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-  line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   layout->addWidget(line);
   text_->setObjectName(QStringLiteral("txtNotiz"));
   text_->setAccessibleName(QStringLiteral("Text der Notiz"));

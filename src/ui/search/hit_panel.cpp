@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <utility>
 
+#include "cut_label.h"
 #include "pattern_search.h"
 #include "qt_text.h"
 
@@ -50,10 +51,8 @@ QWidget* HitPanel::BuildField() {
   text_->setClearButtonEnabled(true);
   auto* search = new QPushButton(QStringLiteral("S&uchen"));
   search->setObjectName(QStringLiteral("cmdTreffer"));
-  message_ = new QLabel;
+  message_ = new CutLabel;
   message_->setObjectName(QStringLiteral("lblTreffer"));
-  message_->setTextFormat(Qt::PlainText);
-  message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   const auto run = [this] { interaction_.Guarded([this] { Search(); }); };
   connect(text_, &QLineEdit::returnPressed, this, run);
   connect(search, &QPushButton::clicked, this, run);

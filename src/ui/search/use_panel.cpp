@@ -6,6 +6,7 @@
 #include <array>
 #include <utility>
 
+#include "cut_label.h"
 #include "qt_text.h"
 #include "symbol_text.h"
 
@@ -43,7 +44,7 @@ void WriteUse(const project::Understanding& known, const symbols::Reference& use
 UsePanel::UsePanel()
     : Panel("fraVerwendungen", QStringLiteral("Alle Verwendungen")),
       kinds_(new QComboBox),
-      message_(new QLabel),
+      message_(new CutLabel),
       tree_(new QTreeView),
       model_(new UseModel(this)) {
   tree_->setObjectName(QStringLiteral("lstVerwendungen"));
@@ -71,8 +72,6 @@ QWidget* UsePanel::BuildBar() {
     Unfold();
   });
   message_->setObjectName(QStringLiteral("lblVerwendungen"));
-  message_->setTextFormat(Qt::PlainText);
-  message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   auto* bar = new QWidget;
   auto* layout = new QHBoxLayout(bar);
   layout->setContentsMargins(0, 0, 0, 0);

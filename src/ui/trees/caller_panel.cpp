@@ -4,14 +4,13 @@
 #include <memory>
 #include <utility>
 
+#include "cut_label.h"
+
 namespace quillmate::ui {
 
-CallerPanel::CallerPanel() : lblRoutSuche_(new QLabel), tree_(new NodeTree), model_(new ProjectTreeModel(this)) {
+CallerPanel::CallerPanel() : lblRoutSuche_(new CutLabel), tree_(new NodeTree), model_(new ProjectTreeModel(this)) {
   lblRoutSuche_->setObjectName(QStringLiteral("lblRoutSuche"));
-  lblRoutSuche_->setTextFormat(Qt::PlainText);
   lblRoutSuche_->setContentsMargins(4, 3, 4, 3);
-  // A long name is cut off instead of widening the column.
-  lblRoutSuche_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   SetUpTree(*tree_, QStringLiteral("treRoutSuche"));
   tree_->setModel(model_);
   setFocusProxy(tree_);

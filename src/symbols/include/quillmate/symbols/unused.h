@@ -11,7 +11,7 @@ namespace quillmate::symbols {
 struct UnusedSymbol {
   SymbolId symbol = kNone;
   Grade grade = Grade::kCertain;
-  /// German, one sentence part: "Ereignis Click von cmdOk", "Name in einer Zeichenfolge".
+  /// German, one sentence part: "Ereignis Click von cmdOk", "Name in einer Zeichenkette".
   std::string reason;
   /// Where that is: "Modul:Zeile" of the first weak use (editor's line), or the words of a binding; may be empty.
   std::string place;
