@@ -7,6 +7,7 @@
 #include <quillmate/text/operations.h>
 
 #include "messages.h"
+#include "option_table.h"
 
 namespace quillmate::cli {
 namespace {

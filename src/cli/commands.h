@@ -1,11 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 
-#include "command_line.h"
+#include "invocation.h"
 
 /// The commands of the program, one function each. They throw CommandFailure, UsageError, ReaderGone or any other
 /// std::exception; the caller turns these into messages and exit statuses.

@@ -4,7 +4,7 @@
 
 #include <quillmate/project/compared_state.h>
 
-#include "command_line.h"
+#include "invocation.h"
 
 namespace quillmate::cli {
 

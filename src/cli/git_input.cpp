@@ -14,7 +14,7 @@
 #include "git_objects.h"
 #include "git_paths.h"
 #include "messages.h"
-#include "project_input.h"
+#include "scratch_folder.h"
 
 namespace quillmate::cli {
 namespace {

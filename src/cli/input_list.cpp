@@ -16,8 +16,9 @@
 
 #include "commands.h"
 #include "messages.h"
-#include "project_input.h"
+#include "option_table.h"
 #include "read_files.h"
+#include "scratch_folder.h"
 
 namespace quillmate::cli {
 namespace {

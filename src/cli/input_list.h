@@ -1,6 +1,6 @@
 #pragma once
 
-#include "command_line.h"
+#include "invocation.h"
 
 /// Inputs that come from elsewhere than the command line.
 namespace quillmate::cli {

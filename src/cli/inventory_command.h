@@ -1,6 +1,6 @@
 #pragma once
 
-#include "command_line.h"
+#include "invocation.h"
 
 /// The commands after `inventory`; what they need from the command line is in the invocation, the first input is
 /// the command's name.

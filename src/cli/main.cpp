@@ -7,6 +7,7 @@
 #include <quillmate/inventory/scan.h>
 #include <quillmate/startup/edition.h>
 
+#include "command_line.h"
 #include "commands.h"
 #include "input_list.h"
 #include "messages.h"

@@ -1,7 +1,5 @@
 #include "project_input.h"
 
-#include <cstdint>
-#include <cstdlib>
 #include <optional>
 #include <string>
 #include <utility>
@@ -21,17 +19,13 @@
 #include "progress_line.h"
 #include "read_files.h"
 #include "run_options.h"
+#include "scratch_folder.h"
 #include "sources.h"
 
 namespace quillmate::cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// Throws FileError.
-std::unique_ptr<files::WorkFolder> MakeScratchFolderIn(const fs::path& place) {
-  return std::make_unique<files::WorkFolder>(place, files::WorkFolder::Access::kPrivate);
-}
 
 /// The facts tell where modules came from.
 void NameStandardInputIn(const fs::path& folder) {
@@ -50,29 +44,6 @@ void NameStandardInputIn(const fs::path& folder) {
 }
 
 }  // namespace
-
-std::unique_ptr<files::WorkFolder> MakeScratchFolder() {
-  constexpr std::uintmax_t kPlenty = std::uintmax_t{2} << 30U;
-  const fs::path memory = MemoryFolder();
-  const fs::path temporary = files::TemporaryFolder();
-  const char* const chosen = std::getenv("TMPDIR");
-  std::error_code error;
-  const bool hasRoom = !memory.empty() && fs::space(memory, error).available >= kPlenty && !error;
-  // What crashed runs left goes wherever they may have chosen to leave it.
-  if (!memory.empty()) files::MendFolder(memory);
-  files::MendFolder(temporary);
-  try {
-    if (hasRoom && (chosen == nullptr || *chosen == '\0')) return MakeScratchFolderIn(memory);
-  } catch (const files::FileError&) {
-    // There is still the other one.
-  }
-  try {
-    return MakeScratchFolderIn(temporary);
-  } catch (const files::FileError& failure) {
-    throw CommandFailure("Im Ordner für temporäre Dateien " + files::PathText(failure.Path()) +
-                         " lässt sich kein Ordner anlegen: " + files::ReasonText(failure.Code()));
-  }
-}
 
 void CheckOutput(const Invocation& invocation) {
   if (!invocation.output || *invocation.output == "-") {

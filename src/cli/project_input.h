@@ -9,7 +9,7 @@
 #include <quillmate/files/work_folder.h>
 #include <quillmate/settings/options.h>
 
-#include "command_line.h"
+#include "invocation.h"
 
 namespace quillmate::cli {
 
@@ -22,10 +22,6 @@ bool IsSavedProject(const Invocation& invocation);
 /// UsageError when the output file is one of the files that are read.
 bool ReadSources(const Invocation& invocation, const settings::Options& options, const std::filesystem::path& folder,
                  codedb::CodeDatabase& database);
-
-/// A folder that lives as long as the result: in memory, unless the user has chosen a place or it is short. Throws
-/// CommandFailure.
-std::unique_ptr<files::WorkFolder> MakeScratchFolder();
 
 /// Throws UsageError when the output is an input, before anything is read.
 void CheckOutput(const Invocation& invocation);

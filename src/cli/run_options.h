@@ -4,7 +4,7 @@
 
 #include <quillmate/settings/options.h>
 
-#include "command_line.h"
+#include "invocation.h"
 
 namespace quillmate::cli {
 

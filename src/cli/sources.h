@@ -8,7 +8,7 @@
 #include <quillmate/host/host_tree.h>
 #include <quillmate/host/joined_host.h>
 
-#include "command_line.h"
+#include "invocation.h"
 
 namespace quillmate::cli {
 

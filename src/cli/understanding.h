@@ -5,7 +5,7 @@
 #include <quillmate/symbols/project_sources.h>
 #include <quillmate/symbols/reference_index.h>
 
-#include "command_line.h"
+#include "invocation.h"
 #include "project_input.h"
 
 namespace quillmate::cli {
