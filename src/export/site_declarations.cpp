@@ -9,7 +9,7 @@
 
 #include "declaration_text_p.h"
 #include "site_declarations_p.h"
-#include "site_pages_p.h"
+#include "site_page_p.h"
 #include "site_parts_p.h"
 #include "site_text_p.h"
 

@@ -10,8 +10,6 @@
 /// Everything that the code declares, with its uses: by project and kind, then by name.
 namespace quillmate::output {
 
-inline constexpr const char* kDeclarationsFile = "deklarationen.html";
-
 class SiteDeclarations {
  public:
   /// Both must outlive this.

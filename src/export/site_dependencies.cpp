@@ -6,7 +6,7 @@
 #include <quillmate/symbols/cycles.h>
 
 #include "site_dependencies_p.h"
-#include "site_pages_p.h"
+#include "site_page_p.h"
 #include "site_parts_p.h"
 #include "site_text_p.h"
 

@@ -8,8 +8,6 @@
 /// Which module needs which others: the sure calls between routines, gathered by module.
 namespace quillmate::output {
 
-inline constexpr const char* kDependenciesFile = "abhaengigkeiten.html";
-
 /// Module `to` is called from module `from` by so many routines of it, each counted for every routine that it calls.
 struct SiteDependency {
   int from = 0;

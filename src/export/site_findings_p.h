@@ -3,12 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "site_pages_p.h"
+#include "site_contents_p.h"
+#include "site_page_p.h"
 
 /// What the checks of the program find, for a module and for all of them.
 namespace quillmate::output {
-
-inline constexpr const char* kFindingsFile = "befunde.html";
 
 /// An overview by check, then the places of each check; on pages of their own where there are many.
 std::vector<SitePage> FindingPages(const SiteContents& site);

@@ -3,12 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "site_pages_p.h"
+#include "site_contents_p.h"
+#include "site_page_p.h"
 
 /// Sizes, branching and coupling.
 namespace quillmate::output {
-
-inline constexpr const char* kMetricsFile = "kennzahlen.html";
 
 /// What the numbers mean, the routines that stand out, and the numbers of all modules.
 std::vector<SitePage> MetricPages(const SiteContents& site);

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "site_contents_p.h"
-#include "site_pages_p.h"
+#include "site_page_p.h"
 
 /// A search over the names and comments of everything that the code declares. It needs no server and no more of the
 /// files than it comes to: from a disk or a share a page can only fetch scripts, so everything is one.
@@ -20,7 +20,6 @@
 ///     suche-wN.js  for some of the words the entries whose comments have them
 namespace quillmate::output {
 
-inline constexpr const char* kSearchFile = "suche.html";
 inline constexpr const char* kSearchScript = "suche.js";
 inline constexpr std::uint32_t kEntriesPerPart = 2048;
 

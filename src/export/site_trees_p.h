@@ -3,12 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "site_pages_p.h"
+#include "site_contents_p.h"
+#include "site_page_p.h"
 
 /// Pictures of who calls whom.
 namespace quillmate::output {
-
-inline constexpr const char* kTreesFile = "aufrufe.html";
 
 /// Trees to unfold: from each routine that no other calls, what it calls, what that calls and so on, kDeepest levels.
 /// A routine is unfolded once in each tree; after the first nodes, once in all of them, so that the size stays
