@@ -22,8 +22,9 @@ std::string ShownText(const navigation::CodeView& view, std::size_t line) {
 
 }  // namespace
 
-Understanding::Understanding(symbols::ReferenceIndex index, std::vector<symbols::ModulePlaces> places)
-    : index_(std::move(index)), places_(std::move(places)) {
+Understanding::Understanding(symbols::ReferenceIndex index, std::vector<symbols::ModulePlaces> places,
+                             std::vector<OutlineDifference> differences)
+    : index_(std::move(index)), places_(std::move(places)), differences_(std::move(differences)) {
   for (std::size_t module = 0; module < places_.size(); ++module) {
     if (places_[module].Number() <= 0) continue;
     const auto view = static_cast<std::size_t>(places_[module].Number() - 1);
@@ -128,9 +129,7 @@ std::shared_ptr<const Understanding> MakeUnderstanding(const UnderstandingReques
   auto index = symbols::ReferenceIndex::Build(std::move(loaded.sources), options);
   if (progress.cancelled) return nullptr;
   std::vector<OutlineDifference> differences = CompareOutlines(index, loaded.places, records);
-  auto made = std::make_shared<Understanding>(std::move(index), std::move(loaded.places));
-  made->SetDifferences(std::move(differences));
-  return made;
+  return std::make_shared<Understanding>(std::move(index), std::move(loaded.places), std::move(differences));
 }
 
 }  // namespace quillmate::project

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <quillmate/project/declaration_tree.h>
+#include <quillmate/project/exact_tree.h>
 
 #include "interaction.h"
 

@@ -12,7 +12,7 @@
 
 #include <quillmate/navigation/code_view.h>
 #include <quillmate/navigation/search.h>
-#include <quillmate/project/exact_outline.h>
+#include <quillmate/project/outline_difference.h>
 #include <quillmate/symbols/project_sources.h>
 #include <quillmate/symbols/reference_index.h>
 
@@ -35,7 +35,8 @@ struct TextStretch {
 /// Immutable: any number of threads may ask.
 class Understanding {
  public:
-  Understanding(symbols::ReferenceIndex index, std::vector<symbols::ModulePlaces> places);
+  Understanding(symbols::ReferenceIndex index, std::vector<symbols::ModulePlaces> places,
+                std::vector<OutlineDifference> differences = {});
 
   const symbols::ReferenceIndex& Index() const noexcept { return index_; }
 
@@ -65,7 +66,6 @@ class Understanding {
 
   /// Where the routines of the index are others than those of the code, by view; most projects have none.
   const std::vector<OutlineDifference>& Differences() const noexcept { return differences_; }
-  void SetDifferences(std::vector<OutlineDifference> differences) { differences_ = std::move(differences); }
 
  private:
   std::uint32_t Characters(symbols::Index module, std::uint32_t offset, std::uint32_t length) const noexcept;
