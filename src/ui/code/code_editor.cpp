@@ -1,7 +1,5 @@
 #include "code_editor.h"
 
-#include <QApplication>
-#include <QFontInfo>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -11,94 +9,21 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-#include <quillmate/ui/platform.h>
-
-#include "code_clip.h"
-#include "code_document.h"
-#include "code_page_p.h"
 #include "match_strip.h"
 
 namespace quillmate::ui {
-namespace {
 
-/// Documents kept for modules looked at before. A line of a document costs more than ten times its text.
-constexpr std::size_t kKeptDocuments = 20;
-constexpr std::size_t kKeptLines = 60000;
-
-constexpr int kSmallestFont = 4;
-constexpr int kLargestFont = 72;
-
-/// The size that was asked for; what the screen makes of it may be another.
-int PointsOf(const QFont& font) { return font.pointSize() > 0 ? font.pointSize() : QFontInfo(font).pointSize(); }
-
-constexpr int kMargin = 5;
-/// A module that grows by a few lines must not shift its code.
-constexpr int kLeastNumber = 999;
-
-}  // namespace
-
-/// The column with the line numbers at the left edge of a code view. Numbers are 1-based, as the index counts lines.
-class LineNumbers : public QWidget {
- public:
-  explicit LineNumbers(CodeEditor& editor);
-
-  /// Pixels that the numbers of the text on screen need; 0 while they are switched off.
-  int Width() const;
-  QSize sizeHint() const override { return {Width(), 0}; }
-
-  bool isOn = false;
-  /// Number of the first line on screen's text: a zoomed routine keeps the numbers it has in its module.
-  int first = 1;
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-
- private:
-  CodeEditor& editor_;
-};
-
-LineNumbers::LineNumbers(CodeEditor& editor) : QWidget(&editor), editor_(editor) {
-  setObjectName(QStringLiteral("picZeilen"));
-}
-
-int LineNumbers::Width() const {
-  if (!isOn || !editor_.ShowsModule()) return 0;
-  const int last = std::max(kLeastNumber, first + editor_.blockCount() - 1);
-  const auto digits = QString::number(last).size();
-  return 2 * kMargin + editor_.fontMetrics().horizontalAdvance(QLatin1Char('9')) * static_cast<int>(digits);
-}
-
-void LineNumbers::paintEvent(QPaintEvent* event) {
-  QPainter painter(this);
-  painter.fillRect(event->rect(), editor_.Colours().margin);
-  painter.setFont(editor_.font());
-  const int caret = editor_.textCursor().blockNumber();
-  const int height = editor_.fontMetrics().height();
-  editor_.ForEachLineOnScreen([&](int line, int top) {
-    if (top + height < event->rect().top() || top > event->rect().bottom()) return;
-    painter.setPen(line == caret ? editor_.Colours().caretNumber : editor_.Colours().number);
-    painter.drawText(0, top, width() - kMargin, height, Qt::AlignRight, QString::number(first + line));
-  });
-}
-
-CodeEditor::CodeEditor(QWidget* parent) : QPlainTextEdit(parent) {
-  setReadOnly(true);
-  setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  setLineWrapMode(QPlainTextEdit::NoWrap);
-  setContextMenuPolicy(Qt::CustomContextMenu);
-  // Files dropped on the code are for the window.
-  setAcceptDrops(false);
-  viewport()->setAcceptDrops(false);
-  setMinimumWidth(1);
+CodeEditor::CodeEditor(QWidget* parent)
+    : CodeSheet(parent),
+      numbers_(new LineNumbers(*this)),
+      margin_(new CodeMargin(*this)),
+      header_(new StickyHeader(*this)),
+      strip_(new MatchStrip(this)) {
   viewport()->setMouseTracking(true);
-  numbers_ = new LineNumbers(*this);
-  strip_ = new MatchStrip(this);
   connect(strip_, &MatchStrip::LineChosen, this, [this](int line) {
     const int onScreen = viewport()->height() / std::max(1, fontMetrics().height());
     verticalScrollBar()->setValue(std::max(0, document()->findBlockByNumber(line).firstLineNumber() - onScreen / 2));
   });
-  margin_ = new CodeMargin(*this);
-  header_ = new StickyHeader(*this);
   connect(margin_, &CodeMargin::MarkClicked, this, &CodeEditor::MarkClicked);
   connect(margin_, &CodeMargin::FoldClicked, this, [this](int line) { SetFolded(line, !IsFolded(line)); });
   connect(header_, &StickyHeader::Clicked, this, &CodeEditor::LineWanted);
@@ -113,113 +38,40 @@ CodeEditor::CodeEditor(QWidget* parent) : QPlainTextEdit(parent) {
   });
   // The number of the caret's line stands out.
   connect(this, &QPlainTextEdit::cursorPositionChanged, numbers_, [this] { numbers_->update(); });
-  connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] { StoreSelection(); });
-  connect(this, &QPlainTextEdit::selectionChanged, this, [this] { StoreSelection(); });
+  connect(this, &CodeSheet::ModuleLeaves, this, &CodeEditor::ForgetModule);
+  connect(this, &CodeSheet::SidesChanged, this, &CodeEditor::PlaceSides);
 }
 
+// Before what its signals reach.
 CodeEditor::~CodeEditor() { Forget(); }
 
-void CodeEditor::SetStyle(CodeStyle style) {
-  style_ = std::move(style);
-  setPalette(PaperPalette(QApplication::palette(), style_.screen));
-  setFont(ShownFont());
-  if (view_ == nullptr) return;
-  const int index = pages_.front().index;
-  navigation::CodeView* view = view_;
-  const std::vector<navigation::StyleRun>* runs = runs_;
-  Page before = std::move(pages_.front());
-  std::vector<LineMark> marks = marks_;
-  const int top = verticalScrollBar()->value();
-  Forget();
-  ShowView(index, *view, *runs);
-  pages_.front().folded = std::move(before.folded);
-  if (before.hasStructure) SetStructure(std::move(before.folds), std::move(before.routines));
-  SetMarks(std::move(marks));
-  verticalScrollBar()->setValue(top);
-}
-
-void CodeEditor::ShowView(int index, navigation::CodeView& view, const std::vector<navigation::StyleRun>& runs) {
-  if (view_ == &view) return;
-  StoreScroll();
-  following_ = false;
+void CodeEditor::ForgetModule() {
   SetHighlights({});
   link_.reset();
   setExtraSelections({});
-  marks_.clear();
-  view_ = &view;
-  runs_ = &runs;
-  const Page& page = PageOf(index);
-  setDocument(page.document.get());
-  PlaceCursor();
-  verticalScrollBar()->setValue(page.scrollY);
-  horizontalScrollBar()->setValue(page.scrollX);
-  following_ = true;
-  PlaceNumbers();
-  Trim();
-}
-
-void CodeEditor::ShowSelection() {
-  if (view_ == nullptr) return;
-  following_ = false;
-  PlaceCursor();
-  ScrollToLine(static_cast<int>(view_->LineFromChar(view_->SelStart())));
-  horizontalScrollBar()->setValue(0);
-  following_ = true;
-}
-
-void CodeEditor::RevealSelection() {
-  if (view_ == nullptr) return;
-  following_ = false;
-  const int top = verticalScrollBar()->value();
-  PlaceCursor();
-  // A place that had to be scrolled to is shown with what is around it.
-  if (verticalScrollBar()->value() != top) centerCursor();
-  following_ = true;
-}
-
-void CodeEditor::Forget() {
-  following_ = false;
-  SetHighlights({});
-  link_.reset();
-  marks_.clear();
-  view_ = nullptr;
-  runs_ = nullptr;
-  setDocument(nullptr);
-  pages_.clear();
-  PlaceNumbers();
-}
-
-void CodeEditor::SetFontSteps(int steps) {
-  fontSteps_ = steps;
-  setFont(ShownFont());
-  for (const Page& page : pages_) UseFont(*page.document);
-  PlaceNumbers();
-}
-
-QFont CodeEditor::ShownFont() const {
-  QFont font = style_.font;
-  if (fontSteps_ != 0) font.setPointSize(std::clamp(PointsOf(font) + fontSteps_, kSmallestFont, kLargestFont));
-  return font;
-}
-
-void CodeEditor::UseFont(QTextDocument& document) const {
-  document.setDefaultFont(font());
-  QTextOption option = document.defaultTextOption();
-  option.setTabStopDistance(style_.tabStop * PointsOf(font()) / PointsOf(style_.font));
-  document.setDefaultTextOption(option);
 }
 
 void CodeEditor::ShowLineNumbers(bool on) {
   numbers_->isOn = on;
-  PlaceNumbers();
+  PlaceSides();
 }
 
 void CodeEditor::NumberFrom(codedb::Line first) {
   numbers_->first = first.value;
-  PlaceNumbers();
+  PlaceSides();
 }
 
-void CodeEditor::PlaceNumbers() {
+void CodeEditor::ShowMargin(bool on) {
+  margin_->isOn = on;
+  PlaceSides();
+}
+
+void CodeEditor::KeepHeader(bool on) {
+  header_->isOn = on;
+  PlaceSides();
+}
+
+void CodeEditor::PlaceSides() {
   const int width = numbers_->Width();
   const int signs = margin_->Width();
   const int head = header_->Height();
@@ -241,39 +93,29 @@ void CodeEditor::PlaceNumbers() {
   header_->update();
 }
 
-void CodeEditor::ForEachLineOnScreen(const std::function<void(int, int)>& line) const {
-  QTextBlock block = firstVisibleBlock();
-  double top = blockBoundingGeometry(block).translated(contentOffset()).top();
-  for (; block.isValid() && top <= viewport()->height(); block = block.next()) {
-    if (!block.isVisible()) continue;
-    line(block.blockNumber(), qRound(top));
-    top += blockBoundingRect(block).height();
-  }
-}
-
 void CodeEditor::SetHighlights(std::vector<navigation::TextMatch> matches) {
   const bool wasEmpty = highlights_.empty();
   if (wasEmpty && matches.empty()) return;
   highlights_ = std::move(matches);
   std::vector<int> lines;
   for (const navigation::TextMatch& match : highlights_) {
-    const int line = static_cast<int>(view_->LineFromChar(match.position));
+    const int line = static_cast<int>(View()->LineFromChar(match.position));
     if (lines.empty() || lines.back() != line) lines.push_back(line);
   }
   strip_->SetLines(std::move(lines), blockCount());
-  if (wasEmpty != highlights_.empty()) PlaceNumbers();
+  if (wasEmpty != highlights_.empty()) PlaceSides();
   viewport()->update();
 }
 
 /// Below the text of the lines that can be seen.
 void CodeEditor::PaintHighlights(const QRect& area) {
-  if (highlights_.empty() || view_ == nullptr) return;
+  if (highlights_.empty() || !ShowsModule()) return;
   QPainter painter(viewport());
   QTextBlock block = firstVisibleBlock();
   double top = blockBoundingGeometry(block).translated(contentOffset()).top();
   for (; block.isValid() && top <= area.bottom(); block = block.next()) {
     if (!block.isVisible()) continue;
-    const std::size_t start = view_->LineStart(static_cast<std::size_t>(block.blockNumber()));
+    const std::size_t start = View()->LineStart(static_cast<std::size_t>(block.blockNumber()));
     const std::size_t end = start + static_cast<std::size_t>(block.length());
     const QTextLine line = block.layout()->lineCount() > 0 ? block.layout()->lineAt(0) : QTextLine();
     auto match = std::lower_bound(highlights_.begin(), highlights_.end(), start,
@@ -282,7 +124,7 @@ void CodeEditor::PaintHighlights(const QRect& area) {
       const int from = static_cast<int>(match->position - start);
       const double left = line.cursorToX(from);
       const double right = line.cursorToX(from + static_cast<int>(match->length));
-      painter.fillRect(QRectF(contentOffset().x() + left, top, right - left, line.height()), style_.screen.occurrence);
+      painter.fillRect(QRectF(contentOffset().x() + left, top, right - left, line.height()), Colours().occurrence);
     }
     top += blockBoundingRect(block).height();
   }
@@ -290,12 +132,11 @@ void CodeEditor::PaintHighlights(const QRect& area) {
 
 void CodeEditor::paintEvent(QPaintEvent* event) {
   PaintHighlights(event->rect());
-  QPlainTextEdit::paintEvent(event);
-  PaintBehindLines(event->rect());
+  CodeSheet::paintEvent(event);
 }
 
 std::optional<std::size_t> CodeEditor::OffsetAt(const QPoint& place) const {
-  if (view_ == nullptr) return std::nullopt;
+  if (!ShowsModule()) return std::nullopt;
   const QTextCursor cursor = cursorForPosition(place);
   QTextCursor end = cursor;
   end.movePosition(QTextCursor::EndOfBlock);
@@ -305,7 +146,7 @@ std::optional<std::size_t> CodeEditor::OffsetAt(const QPoint& place) const {
 }
 
 bool CodeEditor::viewportEvent(QEvent* event) {
-  if (event->type() != QEvent::ToolTip || !answers_.description) return QPlainTextEdit::viewportEvent(event);
+  if (event->type() != QEvent::ToolTip || !answers_.description) return CodeSheet::viewportEvent(event);
   const auto* help = static_cast<QHelpEvent*>(event);
   const auto offset = OffsetAt(help->pos());
   const QString text = offset ? answers_.description(*offset) : QString();
@@ -336,26 +177,24 @@ void CodeEditor::ShowLink(const QPoint& place, bool wanted) {
     mark.cursor.setPosition(PositionOf(link_->position));
     mark.cursor.setPosition(PositionOf(link_->position + link_->length), QTextCursor::KeepAnchor);
     mark.format.setFontUnderline(true);
-    mark.format.setForeground(style_.screen.link);
+    mark.format.setForeground(Colours().link);
     marks.append(mark);
   }
   setExtraSelections(marks);
 }
 
 void CodeEditor::mouseMoveEvent(QMouseEvent* event) {
-  QPlainTextEdit::mouseMoveEvent(event);
+  CodeSheet::mouseMoveEvent(event);
   ShowLink(event->position().toPoint(), event->buttons() == Qt::NoButton && event->modifiers() == Qt::ControlModifier);
 }
 
 void CodeEditor::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Control) ShowLink(viewport()->mapFromGlobal(QCursor::pos()), true);
-  const int before = textCursor().position();
-  QPlainTextEdit::keyPressEvent(event);
-  if (!textCursor().block().isVisible()) LeaveFold(textCursor().position() > before);
+  CodeSheet::keyPressEvent(event);
 }
 
 void CodeEditor::keyReleaseEvent(QKeyEvent* event) {
-  QPlainTextEdit::keyReleaseEvent(event);
+  CodeSheet::keyReleaseEvent(event);
   if (event->key() == Qt::Key_Control) ShowLink({}, false);
   emit CaretMoved();
 }
@@ -369,7 +208,7 @@ void CodeEditor::mousePressEvent(QMouseEvent* event) {
     emit LinkFollowed();
     return;
   }
-  QPlainTextEdit::mousePressEvent(event);
+  CodeSheet::mousePressEvent(event);
   if (event->button() == Qt::RightButton) TakeCaretTo(event->position().toPoint());
 }
 
@@ -378,19 +217,19 @@ void CodeEditor::TakeCaretTo(const QPoint& place) {
   const QTextCursor now = textCursor();
   const QTextCursor there = cursorForPosition(place);
   const bool isSelected = there.position() >= now.selectionStart() && there.position() <= now.selectionEnd();
-  if (view_ == nullptr || (now.hasSelection() && isSelected)) return;
+  if (!ShowsModule() || (now.hasSelection() && isSelected)) return;
   setTextCursor(there);
   emit CaretMoved();
 }
 
 void CodeEditor::mouseReleaseEvent(QMouseEvent* event) {
-  QPlainTextEdit::mouseReleaseEvent(event);
+  CodeSheet::mouseReleaseEvent(event);
   if (event->button() == Qt::LeftButton) emit CaretMoved();
 }
 
 void CodeEditor::wheelEvent(QWheelEvent* event) {
   if (!event->modifiers().testFlag(Qt::ControlModifier)) {
-    QPlainTextEdit::wheelEvent(event);
+    CodeSheet::wheelEvent(event);
     return;
   }
   event->accept();
@@ -402,76 +241,8 @@ void CodeEditor::wheelEvent(QWheelEvent* event) {
 }
 
 void CodeEditor::resizeEvent(QResizeEvent* event) {
-  QPlainTextEdit::resizeEvent(event);
-  PlaceNumbers();
-}
-
-std::string_view CodeEditor::Code() const { return view_ == nullptr ? std::string_view() : view_->Text(); }
-
-std::string_view CodeEditor::SelectedCode() const { return view_ == nullptr ? std::string_view() : view_->SelText(); }
-
-CodeEditor::Page& CodeEditor::PageOf(int index) {
-  auto page = std::find_if(pages_.begin(), pages_.end(), [index](const Page& p) { return p.index == index; });
-  if (page != pages_.end()) {
-    pages_.splice(pages_.begin(), pages_, page);
-    return pages_.front();
-  }
-  pages_.push_front({index, BuildDocument(*view_, *runs_, style_)});
-  if (fontSteps_ != 0) UseFont(*pages_.front().document);
-  return pages_.front();
-}
-
-void CodeEditor::Trim() {
-  std::size_t kept = 0;
-  std::size_t lines = 0;
-  const auto fits = [&](const Page& page) {
-    lines += static_cast<std::size_t>(page.document->blockCount());
-    return ++kept == 1 || (kept <= kKeptDocuments && lines <= kKeptLines);
-  };
-  pages_.erase(std::find_if_not(pages_.begin(), pages_.end(), fits), pages_.end());
-}
-
-void CodeEditor::StoreScroll() {
-  if (view_ == nullptr) return;
-  pages_.front().scrollX = horizontalScrollBar()->value();
-  pages_.front().scrollY = verticalScrollBar()->value();
-}
-
-void CodeEditor::StoreSelection() {
-  if (!following_) return;
-  const QTextCursor cursor = textCursor();
-  const std::size_t start = OffsetOf(cursor.selectionStart());
-  view_->Select(start, OffsetOf(cursor.selectionEnd()) - start, cursor.position() == cursor.selectionEnd());
-}
-
-void CodeEditor::PlaceCursor() {
-  UnfoldAround(static_cast<int>(view_->LineFromChar(view_->SelStart())));
-  UnfoldAround(static_cast<int>(view_->LineFromChar(view_->SelStart() + view_->SelLength())));
-  QTextCursor cursor(document());
-  cursor.setPosition(PositionOf(view_->SelStart()));
-  cursor.setPosition(PositionOf(view_->SelStart() + view_->SelLength()), QTextCursor::KeepAnchor);
-  setTextCursor(cursor);
-}
-
-int CodeEditor::PositionOf(std::size_t offset) const {
-  const std::size_t line = view_->LineFromChar(offset);
-  const QTextBlock block = document()->findBlockByNumber(static_cast<int>(line));
-  const int column = static_cast<int>(offset - view_->LineStart(line));
-  return block.position() + std::min(column, block.length() - 1);
-}
-
-std::size_t CodeEditor::OffsetOf(int position) const {
-  const QTextBlock block = document()->findBlock(position);
-  return view_->LineStart(static_cast<std::size_t>(block.blockNumber())) +
-         static_cast<std::size_t>(position - block.position());
-}
-
-QMimeData* CodeEditor::createMimeDataFromSelection() const {
-  if (view_ == nullptr) return QPlainTextEdit::createMimeDataFromSelection();
-  const QTextCursor cursor = textCursor();
-  const std::size_t start = OffsetOf(cursor.selectionStart());
-  const std::size_t length = OffsetOf(cursor.selectionEnd()) - start;
-  return MakeMimeData(ClipOf({view_->Text(), *runs_, start, length}, style_)).release();
+  CodeSheet::resizeEvent(event);
+  PlaceSides();
 }
 
 }  // namespace quillmate::ui

@@ -5,8 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "code_editor.h"
-#include "code_page_p.h"
+#include "code_sheet.h"
 
 namespace quillmate::ui {
 namespace {
@@ -23,19 +22,9 @@ double TextWidth(const QTextBlock& block) {
 
 }  // namespace
 
-void CodeEditor::ShowMargin(bool on) {
-  margin_->isOn = on;
-  PlaceNumbers();
-}
-
-void CodeEditor::KeepHeader(bool on) {
-  header_->isOn = on;
-  PlaceNumbers();
-}
-
-void CodeEditor::SetStructure(std::vector<project::Fold> folds, std::vector<project::RoutineLines> routines) {
+void CodeSheet::SetStructure(std::vector<project::Fold> folds, std::vector<project::RoutineLines> routines) {
   if (view_ == nullptr) return;
-  Page& page = pages_.front();
+  CodePage& page = pages_.front();
   page.folds = std::move(folds);
   page.routines = std::move(routines);
   page.hasStructure = true;
@@ -43,23 +32,23 @@ void CodeEditor::SetStructure(std::vector<project::Fold> folds, std::vector<proj
   ApplyFolds();
 }
 
-bool CodeEditor::HasStructure() const { return view_ != nullptr && pages_.front().hasStructure; }
+bool CodeSheet::HasStructure() const { return view_ != nullptr && pages_.front().hasStructure; }
 
-const std::vector<project::RoutineLines>& CodeEditor::Routines() const {
+const std::vector<project::RoutineLines>& CodeSheet::Routines() const {
   static const std::vector<project::RoutineLines> none;
   return view_ == nullptr ? none : pages_.front().routines;
 }
 
-bool CodeEditor::CanFold(int line) const {
+bool CodeSheet::CanFold(int line) const {
   if (view_ == nullptr) return false;
   const std::vector<project::Fold>& folds = pages_.front().folds;
   const auto fold = std::lower_bound(folds.begin(), folds.end(), line, StartsBefore);
   return fold != folds.end() && fold->first == line;
 }
 
-bool CodeEditor::IsFolded(int line) const { return view_ != nullptr && pages_.front().folded.contains(line); }
+bool CodeSheet::IsFolded(int line) const { return view_ != nullptr && pages_.front().folded.contains(line); }
 
-void CodeEditor::SetFolded(int line, bool on) {
+void CodeSheet::SetFolded(int line, bool on) {
   if (view_ == nullptr || !CanFold(line) || IsFolded(line) == on) return;
   if (on) {
     pages_.front().folded.insert(line);
@@ -70,7 +59,7 @@ void CodeEditor::SetFolded(int line, bool on) {
   if (!textCursor().block().isVisible()) LeaveFold(false);
 }
 
-void CodeEditor::FoldAll(bool on) {
+void CodeSheet::FoldAll(bool on) {
   if (view_ == nullptr) return;
   pages_.front().folded.clear();
   if (on) {
@@ -81,7 +70,7 @@ void CodeEditor::FoldAll(bool on) {
   ensureCursorVisible();
 }
 
-bool CodeEditor::ToggleFoldAtCaret() {
+bool CodeSheet::ToggleFoldAtCaret() {
   const int line = textCursor().blockNumber();
   if (IsFolded(line)) {
     SetFolded(line, false);
@@ -101,7 +90,7 @@ bool CodeEditor::ToggleFoldAtCaret() {
 }
 
 /// Shows and hides lines as the folded stretches have it.
-void CodeEditor::ApplyFolds() {
+void CodeSheet::ApplyFolds() {
   const std::set<int>& folded = pages_.front().folded;
   int hiddenTo = -1;
   bool changed = false;
@@ -123,11 +112,11 @@ void CodeEditor::ApplyFolds() {
     emit layout->documentSizeChanged(layout->documentSize());
     layout->requestUpdate();
   }
-  PlaceNumbers();
+  emit SidesChanged();
   viewport()->update();
 }
 
-void CodeEditor::UnfoldAround(int line) {
+void CodeSheet::UnfoldAround(int line) {
   std::set<int>& folded = pages_.front().folded;
   if (folded.empty()) return;
   bool changed = false;
@@ -139,7 +128,7 @@ void CodeEditor::UnfoldAround(int line) {
 }
 
 /// A key has moved the caret into what is folded: it goes on to the next line that can be seen, or to the one before.
-void CodeEditor::LeaveFold(bool down) {
+void CodeSheet::LeaveFold(bool down) {
   QTextBlock block = textCursor().block();
   while (down && block.isValid() && !block.isVisible()) block = block.next();
   if (!block.isValid()) block = textCursor().block();
@@ -150,27 +139,8 @@ void CodeEditor::LeaveFold(bool down) {
   setTextCursor(cursor);
 }
 
-void CodeEditor::ScrollToLine(int line) {
-  verticalScrollBar()->setValue(document()->findBlockByNumber(line).firstLineNumber());
-}
-
-double CodeEditor::CodeLeft() const {
-  return viewport()->geometry().left() + contentOffset().x() + document()->documentMargin();
-}
-
-void CodeEditor::SetMarks(std::vector<LineMark> marks) {
-  marks_ = std::move(marks);
-  margin_->update();
-  viewport()->update();
-}
-
-const LineMark* CodeEditor::MarkAt(int line) const {
-  const auto mark = std::ranges::lower_bound(marks_, line, {}, &LineMark::line);
-  return mark == marks_.end() || mark->line != line ? nullptr : &*mark;
-}
-
 /// What is folded away after a line, and what the user has noted there.
-void CodeEditor::PaintBehindLines(const QRect& area) {
+void CodeSheet::PaintAfterLines(const QRect& area) {
   if (view_ == nullptr || (marks_.empty() && pages_.front().folded.empty())) return;
   QPainter painter(viewport());
   QFont italic = font();

@@ -8,10 +8,12 @@
 #include <QToolTip>
 #include <algorithm>
 
-#include "code_editor.h"
-
 namespace quillmate::ui {
 namespace {
+
+constexpr int kMargin = 5;
+/// A module that grows by a few lines must not shift its code.
+constexpr int kLeastNumber = 999;
 
 /// A bookmark: a flag with a notch at its right.
 void DrawBookmark(QPainter& painter, const QRectF& box) {
@@ -50,18 +52,42 @@ void DrawArrow(QPainter& painter, const QRectF& box, bool folded) {
 
 }  // namespace
 
-CodeMargin::CodeMargin(CodeEditor& editor) : QWidget(&editor), editor_(editor) {
+LineNumbers::LineNumbers(CodeSheet& sheet) : QWidget(&sheet), sheet_(sheet) {
+  setObjectName(QStringLiteral("picZeilen"));
+}
+
+int LineNumbers::Width() const {
+  if (!isOn || !sheet_.ShowsModule()) return 0;
+  const int last = std::max(kLeastNumber, first + sheet_.blockCount() - 1);
+  const auto digits = QString::number(last).size();
+  return 2 * kMargin + sheet_.fontMetrics().horizontalAdvance(QLatin1Char('9')) * static_cast<int>(digits);
+}
+
+void LineNumbers::paintEvent(QPaintEvent* event) {
+  QPainter painter(this);
+  painter.fillRect(event->rect(), sheet_.Colours().margin);
+  painter.setFont(sheet_.font());
+  const int caret = sheet_.textCursor().blockNumber();
+  const int height = sheet_.fontMetrics().height();
+  sheet_.ForEachLineOnScreen([&](int line, int top) {
+    if (top + height < event->rect().top() || top > event->rect().bottom()) return;
+    painter.setPen(line == caret ? sheet_.Colours().caretNumber : sheet_.Colours().number);
+    painter.drawText(0, top, width() - kMargin, height, Qt::AlignRight, QString::number(first + line));
+  });
+}
+
+CodeMargin::CodeMargin(CodeSheet& sheet) : QWidget(&sheet), sheet_(sheet) {
   setObjectName(QStringLiteral("picRand"));
   setAccessibleName(QStringLiteral("Lesezeichen, Notizen und Einklappen"));
 }
 
-int CodeMargin::Side() const { return std::max(8, editor_.fontMetrics().height() * 4 / 5); }
+int CodeMargin::Side() const { return std::max(8, sheet_.fontMetrics().height() * 4 / 5); }
 
-int CodeMargin::Width() const { return isOn && editor_.ShowsModule() ? 2 * Side() : 0; }
+int CodeMargin::Width() const { return isOn && sheet_.ShowsModule() ? 2 * Side() : 0; }
 
 int CodeMargin::LineAt(int y) const {
   int found = -1;
-  editor_.ForEachLineOnScreen([&](int line, int top) {
+  sheet_.ForEachLineOnScreen([&](int line, int top) {
     if (top <= y) found = line;
   });
   return found;
@@ -69,16 +95,16 @@ int CodeMargin::LineAt(int y) const {
 
 void CodeMargin::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
-  const CodeColours& colours = editor_.Colours();
+  const CodeColours& colours = sheet_.Colours();
   painter.fillRect(event->rect(), colours.margin);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  const int height = editor_.fontMetrics().height();
+  const int height = sheet_.fontMetrics().height();
   const int side = Side();
-  editor_.ForEachLineOnScreen([&](int line, int top) {
+  sheet_.ForEachLineOnScreen([&](int line, int top) {
     if (top + height < event->rect().top() || top > event->rect().bottom()) return;
     const double y = top + (height - side) / 2.0;
-    if (const LineMark* mark = editor_.MarkAt(line)) {
+    if (const LineMark* mark = sheet_.MarkAt(line)) {
       // Of a line with both the note is to be read after it.
       painter.setBrush(mark->isBookmark ? colours.sign : colours.note);
       const QRectF box(0, y, side, side);
@@ -88,9 +114,9 @@ void CodeMargin::paintEvent(QPaintEvent* event) {
         DrawNote(painter, box, colours.margin);
       }
     }
-    if (!editor_.CanFold(line)) return;
-    painter.setBrush(editor_.IsFolded(line) ? colours.caretNumber : colours.number);
-    DrawArrow(painter, QRectF(side, y, side, side), editor_.IsFolded(line));
+    if (!sheet_.CanFold(line)) return;
+    painter.setBrush(sheet_.IsFolded(line) ? colours.caretNumber : colours.number);
+    DrawArrow(painter, QRectF(side, y, side, side), sheet_.IsFolded(line));
   });
 }
 
@@ -107,22 +133,22 @@ void CodeMargin::mousePressEvent(QMouseEvent* event) {
 bool CodeMargin::event(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QWidget::event(event);
   const auto* help = static_cast<QHelpEvent*>(event);
-  const LineMark* mark = editor_.MarkAt(LineAt(help->pos().y()));
+  const LineMark* mark = sheet_.MarkAt(LineAt(help->pos().y()));
   QToolTip::showText(help->globalPos(), mark == nullptr ? QString() : mark->note.toHtmlEscaped(), this);
   return true;
 }
 
-StickyHeader::StickyHeader(CodeEditor& editor) : QWidget(&editor), editor_(editor) {
+StickyHeader::StickyHeader(CodeSheet& sheet) : QWidget(&sheet), sheet_(sheet) {
   setObjectName(QStringLiteral("lblKopf"));
   setCursor(Qt::PointingHandCursor);
   setToolTip(QStringLiteral("Kopf der Routine, die oben beginnt: Ein Klick führt hin"));
 }
 
-int StickyHeader::Height() const { return isOn && editor_.ShowsModule() ? editor_.fontMetrics().height() + 3 : 0; }
+int StickyHeader::Height() const { return isOn && sheet_.ShowsModule() ? sheet_.fontMetrics().height() + 3 : 0; }
 
 const project::RoutineLines* StickyHeader::Routine() const {
-  const std::vector<project::RoutineLines>& routines = editor_.Routines();
-  const int top = editor_.TopLine();
+  const std::vector<project::RoutineLines>& routines = sheet_.Routines();
+  const int top = sheet_.TopLine();
   const auto after = std::ranges::upper_bound(routines, top, {}, &project::RoutineLines::first);
   if (after == routines.begin()) return nullptr;
   const project::RoutineLines& routine = *std::prev(after);
@@ -131,22 +157,22 @@ const project::RoutineLines* StickyHeader::Routine() const {
 
 void StickyHeader::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  const CodeColours& colours = editor_.Colours();
+  const CodeColours& colours = sheet_.Colours();
   painter.fillRect(rect(), colours.margin);
   painter.setPen(colours.number);
   painter.drawLine(0, height() - 1, width(), height() - 1);
   const project::RoutineLines* routine = Routine();
   if (routine == nullptr) return;
-  const QTextBlock block = editor_.document()->findBlockByNumber(routine->first);
-  QTextLayout header(block.text(), editor_.font());
-  QTextOption option = editor_.document()->defaultTextOption();
+  const QTextBlock block = sheet_.document()->findBlockByNumber(routine->first);
+  QTextLayout header(block.text(), sheet_.font());
+  QTextOption option = sheet_.document()->defaultTextOption();
   header.setTextOption(option);
   header.setFormats(block.layout()->formats());
   header.beginLayout();
   header.createLine();
   header.endLayout();
   painter.setPen(colours.ink);
-  header.draw(&painter, QPointF(editor_.CodeLeft(), 1));
+  header.draw(&painter, QPointF(sheet_.CodeLeft(), 1));
 }
 
 void StickyHeader::mousePressEvent(QMouseEvent* event) {

@@ -1,21 +1,29 @@
 #pragma once
 
-#include <QString>
 #include <QWidget>
-#include <vector>
 
-#include <quillmate/project/folding.h>
+#include "code_sheet.h"
 
 namespace quillmate::ui {
 
-class CodeEditor;
+/// The column with the line numbers at the left edge of a code view. Numbers are 1-based, as the index counts lines.
+class LineNumbers : public QWidget {
+ public:
+  explicit LineNumbers(CodeSheet& sheet);
 
-/// What the user has put beside a line: 0-based.
-struct LineMark {
-  int line = 0;
-  bool isBookmark = false;
-  /// Empty for none.
-  QString note;
+  /// Pixels that the numbers of the text on screen need; 0 while they are switched off.
+  int Width() const;
+  QSize sizeHint() const override { return {Width(), 0}; }
+
+  bool isOn = false;
+  /// Number of the first line on screen's text: a zoomed routine keeps the numbers it has in its module.
+  int first = 1;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  CodeSheet& sheet_;
 };
 
 /// The column between line numbers and code: bookmarks and notes, and after them the signs that fold routines and
@@ -24,7 +32,7 @@ class CodeMargin : public QWidget {
   Q_OBJECT
 
  public:
-  explicit CodeMargin(CodeEditor& editor);
+  explicit CodeMargin(CodeSheet& sheet);
 
   /// Pixels that it needs; 0 where there is nothing to fold or to mark.
   int Width() const;
@@ -45,7 +53,7 @@ class CodeMargin : public QWidget {
   int LineAt(int y) const;
   int Side() const;
 
-  CodeEditor& editor_;
+  CodeSheet& sheet_;
 };
 
 /// The line above the code with the header of the routine whose inside is at the top of it.
@@ -53,7 +61,7 @@ class StickyHeader : public QWidget {
   Q_OBJECT
 
  public:
-  explicit StickyHeader(CodeEditor& editor);
+  explicit StickyHeader(CodeSheet& sheet);
 
   int Height() const;
   QSize sizeHint() const override { return {0, Height()}; }
@@ -69,7 +77,7 @@ class StickyHeader : public QWidget {
   void mousePressEvent(QMouseEvent* event) override;
 
  private:
-  CodeEditor& editor_;
+  CodeSheet& sheet_;
 };
 
 }  // namespace quillmate::ui

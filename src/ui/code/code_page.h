@@ -1,16 +1,17 @@
 #pragma once
 
+#include <QString>
 #include <QTextDocument>
 #include <memory>
 #include <set>
 #include <vector>
 
-#include "code_editor.h"
+#include <quillmate/project/folding.h>
 
 namespace quillmate::ui {
 
 /// What is built for the screen of one module.
-struct CodeEditor::Page {
+struct CodePage {
   int index = -1;
   std::unique_ptr<QTextDocument> document;
   int scrollX = 0;
@@ -21,6 +22,14 @@ struct CodeEditor::Page {
   bool hasStructure = false;
   /// First lines of what is folded.
   std::set<int> folded{};
+};
+
+/// What the user has put beside a line: 0-based.
+struct LineMark {
+  int line = 0;
+  bool isBookmark = false;
+  /// Empty for none.
+  QString note;
 };
 
 }  // namespace quillmate::ui
