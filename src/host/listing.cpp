@@ -384,6 +384,7 @@ void Lister::AddModules(std::vector<ListedModule> modules, ListedProject& projec
       project.modules.push_back(std::move(modules[i]));
     } else {
       AddProblem(modules[i].path, problems[i]);
+      listing_.problems.back().project = project.project.fileName.value_or(std::string());
     }
   }
 }

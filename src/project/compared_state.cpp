@@ -14,6 +14,7 @@
 #include <quillmate/project/compared_state.h>
 #include <quillmate/project/saved_projects.h>
 #include <quillmate/symbols/project_sources.h>
+#include <quillmate/text/operations.h>
 
 namespace quillmate::project {
 namespace {
@@ -29,6 +30,8 @@ std::string Shown(const StateRequest& request, std::string text) {
 void Complain(const StateRequest& request, std::string line) {
   if (request.complain) request.complain(Shown(request, std::move(line)));
 }
+
+std::string ExtensionOf(const std::string& file) { return files::PathText(files::PathFromText(file).extension()); }
 
 symbols::BuildOptions OptionsOf(const StateRequest& request) { return {.cancelled = request.cancelled}; }
 
@@ -53,7 +56,7 @@ class Gaps {
       : facts_(facts), partial_(facts.projects.size()) {
     for (const host::SourceProblem& problem : documents.Problems()) {
       Complain(request, problem.source + ": " + problem.Text());
-      Note(problem.source);
+      Note(problem);
     }
     std::size_t number = 0;
     for (int project = 1; project <= projects; ++project) {
@@ -76,14 +79,12 @@ class Gaps {
   }
 
  private:
-  /// A file that is a project of its own, or one of a folder's modules.
-  void Note(const std::string& source) {
+  /// A file that is a project of its own, or a module of one.
+  void Note(const host::SourceProblem& problem) {
     bool known = false;
-    const bool isModule = office::IsModuleFileExtension(files::PathText(files::PathFromText(source).extension()));
     for (std::size_t project = 0; project < partial_.size(); ++project) {
       const std::string& file = facts_.projects[project].file;
-      const bool holds = isModule && !file.empty() && source.size() > file.size() && source.starts_with(file);
-      if (file != source && !holds) continue;
+      if (file != problem.source && (file.empty() || file != problem.project)) continue;
       partial_[project] = true;
       known = true;
     }
@@ -138,11 +139,14 @@ class SavedGaps {
     if (!omission.module.empty()) line += ": " + omission.module;
     Complain(request_, line + ": " + omission.reason);
     bool known = false;
+    // Which VB projects name a file nobody has kept.
+    const bool isModule = office::IsModuleFileExtension(ExtensionOf(omission.file));
     for (std::size_t project = 0; project < partial_.size(); ++project) {
       const symbols::ProjectSource& source = loaded_.sources.projects[project];
+      const bool mayName = isModule && text::EqualsIgnoreCase(ExtensionOf(source.file), ".vbp");
       const bool isIt = !omission.module.empty() && !omission.project.empty() && omission.project == source.name;
       const bool holds = !source.file.empty() && omission.file.starts_with(source.file);
-      if (!isIt && !holds) continue;
+      if (!isIt && !holds && !mayName) continue;
       partial_[project] = true;
       known = true;
     }

@@ -32,6 +32,28 @@ struct Streams {
   int err;
 };
 
+/// Signals end the program whatever the caller of the tests lets pass: nohup ignores one, a job in the background
+/// another.
+class DefaultSignals {
+ public:
+  DefaultSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const Interruption& interruption : Interruptions()) sigaddset(&signals, interruption.kind);
+    posix_spawnattr_init(&attributes_);
+    posix_spawnattr_setsigdefault(&attributes_, &signals);
+    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF);
+  }
+  DefaultSignals(const DefaultSignals&) = delete;
+  DefaultSignals& operator=(const DefaultSignals&) = delete;
+  ~DefaultSignals() { posix_spawnattr_destroy(&attributes_); }
+
+  const posix_spawnattr_t* Attributes() const { return &attributes_; }
+
+ private:
+  posix_spawnattr_t attributes_;
+};
+
 pid_t Spawn(std::vector<std::string> command, const fs::path& folder, const Streams& streams) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
@@ -44,7 +66,7 @@ pid_t Spawn(std::vector<std::string> command, const fs::path& folder, const Stre
   for (std::string& word : command) words.push_back(word.data());
   words.push_back(nullptr);
   pid_t process = -1;
-  const int failed = posix_spawn(&process, words[0], &actions, nullptr, words.data(), environ);
+  const int failed = posix_spawn(&process, words[0], &actions, DefaultSignals().Attributes(), words.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
   if (failed != 0) throw std::runtime_error("posix_spawn " + command[0]);
   close(streams.out);

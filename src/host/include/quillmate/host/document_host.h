@@ -19,6 +19,8 @@ struct SourceProblem {
   std::string detail;
   /// The source gave nothing at all that can be read.
   bool isWholeSource = false;
+  /// File or folder of the project that a module is missing from, as Project() gives it; empty for anything else.
+  std::string project{};
 
   /// The reason, German, UTF-8, one line.
   std::string Text() const;

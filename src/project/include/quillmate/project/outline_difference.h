@@ -19,7 +19,7 @@ struct OutlineDifference {
   int shifted = 0;   ///< begin or end elsewhere
 };
 
-/// "Gliederung abweichend: 3 Routinen nicht erkannt, 1 mit anderem Umfang"; UTF-8.
+/// "Gliederung abweichend: 3 Routinen nicht erkannt, 1 Routine mit anderem Umfang"; UTF-8.
 std::string DifferenceText(const OutlineDifference& difference);
 
 /// The modules that differ, in the order of `records`, which are those of the index with their routines. `places` are
