@@ -109,6 +109,25 @@ TEST(SaveDialog, GivesANameTheExtensionOfItsKind) {
   }
 }
 
+TEST(SaveDialog, TakesBackAnExtensionThatTheSystemAdded) {
+  const struct {
+    const char* file;
+    const char* extension;
+    const char* path;
+  } kCases[] = {
+      {"C:/a/Liste.xlsx.csv", "csv", "C:/a/Liste.xlsx"},
+      {"C:/a/Liste.XLSX.csv", "csv", "C:/a/Liste.XLSX"},
+      {"C:/a/Liste.csv", "csv", "C:/a/Liste.csv"},
+      {"C:/a/Liste.log.csv", "csv", "C:/a/Liste.log.csv"},
+      {"C:/a.xlsx/Liste.csv", "csv", "C:/a.xlsx/Liste.csv"},
+      {"C:/a/Liste.csv.xlsx", "xlsx", "C:/a/Liste.csv"},
+      {"C:/a/x.(.csv", "csv", "C:/a/x.(.csv"},
+  };
+  for (const auto& c : kCases) {
+    EXPECT_EQ(WithoutAddedExtension(c.file, "CSV-Tabelle (*.csv);;Mappe (*.xlsm *.xlsx)", c.extension), c.path);
+  }
+}
+
 TEST(ErrorText, SpeaksGermanAboutFiles) {
   const fs::filesystem_error full("copy", "/x/M1.txt", std::make_error_code(std::errc::no_space_on_device));
   EXPECT_EQ(ErrorText(full), "/x/M1.txt\r\nDer Datenträger ist voll.");

@@ -186,7 +186,12 @@ class RealPlatform : public Platform {
     dialog.selectFile(request.fileName);
     const QStringList chosen = ChosenIn(dialog);
     if (chosen.isEmpty()) return {};
+#ifdef Q_OS_WIN
+    const QString file = WithoutAddedExtension(chosen.front(), request.filter, dialog.defaultSuffix());
+    if (file != chosen.front()) return WithExtension(file);
+#else
     const QString& file = chosen.front();
+#endif
     return HasExtension(file) ? file : WithExtension(file + QLatin1Char('.') + dialog.defaultSuffix());
   }
 
@@ -241,6 +246,16 @@ class RealPlatform : public Platform {
 };
 
 }  // namespace
+
+QString WithoutAddedExtension(const QString& file, const QString& filter, const QString& extension) {
+  const QString added = QLatin1Char('.') + extension;
+  if (!file.endsWith(added, Qt::CaseInsensitive)) return file;
+  const QString typed = file.chopped(added.size());
+  const QString suffix = QFileInfo(typed).suffix();
+  const QRegularExpression offered(QStringLiteral("\\*\\.%1[ )]").arg(QRegularExpression::escape(suffix)),
+                                   QRegularExpression::CaseInsensitiveOption);
+  return !suffix.isEmpty() && filter.contains(offered) ? typed : file;
+}
 
 std::unique_ptr<QMimeData> MakeMimeData(const ClipboardContent& content) {
   auto data = std::make_unique<QMimeData>();

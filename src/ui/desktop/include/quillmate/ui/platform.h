@@ -43,6 +43,10 @@ struct SaveRequest {
   QString extension;
 };
 
+/// Undoes what the system's own dialog may do where it doesn't know a kind of file: "Liste.xlsx.csv" is "Liste.xlsx"
+/// again where `filter` offers xlsx and `extension` is csv.
+QString WithoutAddedExtension(const QString& file, const QString& filter, const QString& extension);
+
 /// What goes onto the clipboard together. Empty parts are left out.
 struct ClipboardContent {
   QString text;
