@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextLayout>
 #include <QTreeWidget>
 
 #include "compare/compare_side.h"
@@ -146,6 +147,16 @@ TEST_F(CompareWindowTest, SidesScrollTogetherAndGiveTheirCode) {
   Choose("Sub Tue");
   QTest::keyClick(&Shown(), Qt::Key_F8);
   const QString line = LineAt("rtbNeu");
+  // Keywords have their colour on both sides, names have none.
+  for (const QPlainTextEdit* side : {&olds, &news}) {
+    const QTextBlock header = side->document()->find("Private Sub Tue").block();
+    QString coloured;
+    for (const auto& range : header.layout()->formats()) {
+      if (range.format.hasProperty(QTextFormat::ForegroundBrush))
+        coloured += header.text().mid(range.start, range.length);
+    }
+    EXPECT_EQ(coloured, "PrivateSub") << side->objectName().toStdString();
+  }
   const int before = news.blockCount();
   Part<QCheckBox>("chkGleiches").click();
   EXPECT_GT(news.blockCount(), before + 190);

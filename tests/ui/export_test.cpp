@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <map>
 
 #include <quillmate/export/html.h>
 #include <quillmate/export/site.h>
@@ -284,6 +285,46 @@ TEST_F(ExportTest, CodeIsPrintedAndSavedAsPdf) {
     EXPECT_NE(pdf.find("/ToUnicode"), std::string::npos) << "text stays text";
   }
   EXPECT_EQ(platform.TakeText(), "");
+}
+
+std::string Rounded(const QByteArray& numbers) {
+  QStringList rounded;
+  for (const QByteArray& number : numbers.split(' ')) rounded << QString::number(number.toDouble(), 'f', 1);
+  return rounded.join(u' ').toStdString();
+}
+
+/// How many characters a PDF draws in which colour, "red green blue" in tenths of the strongest.
+std::map<std::string, int> CharactersByColour(const std::string& pdf) {
+  std::map<std::string, int> counts;
+  for (std::size_t at = pdf.find("stream\n"); at != pdf.npos; at = pdf.find("stream\n", at)) {
+    at += 7;
+    const std::size_t end = pdf.find("endstream", at);
+    // Packed ones only; the size in front of the bytes is no more than a hint.
+    if (pdf[at] == 'x') {
+      const QByteArray packed = "\1\1\1\1" + QByteArray(pdf.data() + at, static_cast<qsizetype>(end - at));
+      std::string colour;
+      for (const QByteArray& line : qUncompress(packed).split('\n')) {
+        if (line.startsWith("/CSp cs ") && line.endsWith(" scn")) colour = Rounded(line.mid(8).chopped(4));
+        if (line.endsWith(" Tj")) ++counts[colour];
+      }
+    }
+    at = end;
+  }
+  return counts;
+}
+
+TEST_F(ExportTest, PrintedCodeHasTheColoursOfTheOptions) {
+  Click(Tree("treProjekt"), ProjectNode(1));
+  platform.saveFiles = {Text(Folder("Code.pdf"))};
+  Trigger("mnuDatei_Pdf");
+  auto* dialog = Window().findChild<QDialog*>("frmDrucken");
+  ASSERT_NE(dialog, nullptr);
+  dialog->findChild<QAbstractButton*>("optModul")->click();
+  dialog->findChild<QAbstractButton*>("cmdDrucken")->click();
+  std::map<std::string, int> counts = CharactersByColour(files::ReadWholeFile(Folder("Code.pdf")));
+  EXPECT_EQ(counts["0.0 0.0 0.5"], 49) << "keywords";
+  EXPECT_EQ(counts["0.0 0.5 0.0"], 5) << "the comment";
+  EXPECT_EQ(counts["0.5 0.0 0.0"], 3) << "the string";
 }
 
 TEST_F(ExportTest, SaveFilterIsReadOrRefused) {

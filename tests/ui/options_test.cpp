@@ -123,6 +123,11 @@ TEST_F(OptionsTest, ValuesOutsideOfTheListsAreKept) {
   settings->WriteSetting("optionen", "tab", "33");
   Start();
   EXPECT_EQ(Get<ui::ColourFrame>("fraKeyfarbe").palette().color(QPalette::Window), QColor(0x56, 0x34, 0x12));
+  EXPECT_EQ(Get<QLabel>("lblSchrift").font().family(), "Eigene Schrift");
+  EXPECT_EQ(Get<QLabel>("lblSchrift").font().pointSize(), 15);
+  Get<QComboBox>("cboSchriftGr").setCurrentText("16");
+  EXPECT_EQ(Get<QLabel>("lblSchrift").font().pointSize(), 16);
+  Get<QComboBox>("cboSchriftGr").setCurrentText("15");
   End("cmdOK");
   EXPECT_EQ(Stored("fkey"), "1193046");
   EXPECT_EQ(Stored("font"), "Eigene Schrift,15");

@@ -91,6 +91,11 @@ TEST_F(ReadingTest, RoutinesAndBlocksAreFolded) {
 TEST_F(ReadingTest, MarginFoldsAndScrollsWithWhatIsHidden) {
   QWidget& margin = *Code().findChild<QWidget*>("picRand");
   const int height = Code().fontMetrics().height();
+  QString signs;
+  for (int line = 0; line < 14; ++line) signs += Editor().CanFold(line) ? QLatin1Char('+') : QLatin1Char('.');
+  EXPECT_EQ(signs, "+..+++.......+") << "a sign beside the first lines only";
+  QTest::mouseClick(&margin, Qt::LeftButton, {}, QPoint(margin.width() * 3 / 4, 2 * height + height / 2));
+  EXPECT_EQ(Lines(), "1 2 3 4 5 6 7 8 9 10 11 12 13 14");
   QTest::mouseClick(&margin, Qt::LeftButton, {}, QPoint(margin.width() * 3 / 4, 3 * height + height / 2));
   EXPECT_EQ(Lines(), "1 2 3 4 13 14");
   Editor().FoldAll(true);

@@ -27,7 +27,10 @@ class SearchTest : public WindowTest {
   }
 
   QLineEdit& Field(const char* name) { return *Window().findChild<QLineEdit*>(QString::fromLatin1(name)); }
-  void SearchFor(const char* text) { Field("txtSuche").setText(QString::fromUtf8(text)); }
+  void SearchFor(const char* text) {
+    Field("txtSuche").setFocus();
+    Field("txtSuche").setText(QString::fromUtf8(text));
+  }
   /// Where the selection begins: module, 1-based line and column, and the selected text.
   QString Found() {
     const QTextCursor cursor = Code().textCursor();

@@ -53,6 +53,44 @@ TEST_F(StartTest, SaysThatTheHostIsNotOpenWhenAsked) {
   EXPECT_EQ(platform.messages[0].icon, MessageIcon::kInformation);
 }
 
+TEST_F(StartTest, LookingAgainFindsWhatIsNewAndKeepsTheTicks) {
+  Start();
+  Tick(0, 1);
+  QString listed = QStringLiteral("Quelle [Quelle]\n Form\n Zebra\n");
+  for (const char* command : {"refresh", "mnuAnsicht_App_Aktualisieren"}) {
+    // Another window has added a source meanwhile.
+    const std::string name = std::string(command) + ".bas";
+    std::filesystem::create_directories(Folder("daneben"));
+    files::WriteWholeFile(Folder("daneben") / name, "Sub A()\r\n  x = 1\r\nEnd Sub\r\n");
+    std::vector<std::string> sources = Remembered();
+    sources.push_back(files::PathText(Folder("daneben") / name));
+    settings::SaveSources(*settings, sources);
+    Trigger(command);
+    listed += QStringLiteral("%1 [%1.bas]\n %1\n").arg(QLatin1String(command));
+    EXPECT_EQ(TextOf(*Tree("treApp").model()), listed);
+    EXPECT_EQ(HostNode(0, 1).data(Qt::CheckStateRole), Qt::Checked) << command;
+    EXPECT_EQ(HostNode(0, 0).data(Qt::CheckStateRole), Qt::Unchecked) << command;
+  }
+}
+
+TEST_F(StartTest, AddedSourceIsInSightWhateverIsAroundIt) {
+  for (const char* name : {"alt", "neu"}) {
+    std::filesystem::create_directories(Folder(name));
+    for (int module = 0; module < 80; ++module) {
+      files::WriteWholeFile(Folder(name) / ("m" + std::to_string(module) + ".bas"), "Sub A()\r\n  x\r\nEnd Sub\r\n");
+    }
+  }
+  settings::SaveSources(*settings, {files::PathText(Folder("alt"))});
+  Start();
+  Drop({Text(Folder("neu"))});
+  const QTreeView& tree = Tree("treApp");
+  EXPECT_EQ(tree.currentIndex().data(), "neu [neu]");
+  for (const QModelIndex& shown : {tree.currentIndex(), HostNode(1, 0)}) {
+    EXPECT_TRUE(tree.viewport()->rect().contains(tree.visualRect(shown).center()))
+        << shown.data().toString().toStdString();
+  }
+}
+
 TEST_F(StartTest, UnreadableSourcesAreGreyAndGoOneByOne) {
   files::WriteWholeFile(Folder("leer.xlsm"), "");
   const std::vector<std::string> unreadable = {files::PathText(Folder("weg.bas")),

@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -28,8 +27,7 @@ uint SchemeOf(QVariant value) {
 
 }  // namespace
 
-PortalLook::PortalLook(QObject* parent) : QObject(parent) {
-  QDBusConnection bus = QDBusConnection::sessionBus();
+PortalLook::PortalLook(QDBusConnection bus, QObject* parent) : QObject(parent) {
   if (!bus.isConnected()) return;
   bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
               SLOT(OnChange(QString, QString, QDBusVariant)));
@@ -47,6 +45,6 @@ void PortalLook::OnChange(const QString& group, const QString& key, const QDBusV
   if (group == kGroup && key == kKey) UseLook(SchemeOf(value.variant()) == kPrefersDark);
 }
 
-void FollowDesktopLook(QApplication& app) { new PortalLook(&app); }
+void FollowDesktopLook(QApplication& app) { new PortalLook(QDBusConnection::sessionBus(), &app); }
 
 }  // namespace quillmate::ui

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QDBusVariant>
 #include <QObject>
 #include <QString>
@@ -11,7 +12,8 @@ class PortalLook : public QObject {
   Q_OBJECT
 
  public:
-  explicit PortalLook(QObject* parent);
+  /// `bus` is the one that the portal is on: the session's.
+  PortalLook(QDBusConnection bus, QObject* parent);
 
   Q_SLOT void OnChange(const QString& group, const QString& key, const QDBusVariant& value);
 };
