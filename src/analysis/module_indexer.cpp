@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <limits>
 
@@ -9,12 +10,20 @@
 namespace quillmate::analysis {
 namespace {
 
+using Words = files::ReasonWords<ModuleReason>;
+
+constexpr std::array kWords{
+    Words{ModuleReason::kManyRoutines, "Das Modul hat mehr als 1.000.000 Routinen, das sind zu viele"},
+    Words{ModuleReason::kLongHeader, "Der Kopf der Routine \"%1\" hat %2 Zeilen, das sind zu viele"},
+};
+static_assert(files::IsComplete(kWords, ModuleReason::kLongHeader));
+
 /// A header's lines are counted in 16 bits.
 void CheckFits(const ScanResult& scan) {
   for (const codedb::RoutineRecord& routine : scan.routines) {
     if (routine.headerLines <= std::numeric_limits<std::int16_t>::max()) continue;
-    throw ModuleError("Der Kopf der Routine \"" + text::Utf8FromCode(routine.name.substr(0, 40)) + "\" hat " +
-                      std::to_string(routine.headerLines) + " Zeilen, das sind zu viele");
+    throw files::Failure(ModuleReason::kLongHeader, {},
+                         {text::Utf8FromCode(routine.name.substr(0, 40)), std::to_string(routine.headerLines)});
   }
 }
 
@@ -33,6 +42,11 @@ void SetLines(ScanResult& scan) {
 }
 
 }  // namespace
+
+std::error_code make_error_code(ModuleReason reason) noexcept {
+  static const files::ReasonCategory category("analysis", kWords);
+  return {static_cast<int>(reason), category};
+}
 
 ScannedModule::ScannedModule(std::string_view code, const ScanOptions& options)
     : options_(options), scan_(ScanForIndex(code, options, {})) {

@@ -121,7 +121,7 @@ void RoutineWalks::BeginRoutine(std::size_t walk, Line& line) {
   const int kind = KindOf(flags, kWalks[walk].baseKind);
   if (kind == 0) return;
   if (settings_.numbered) {
-    if (++described_ > kMostRoutines) throw ModuleError("Das Modul hat mehr als 1.000.000 Routinen, das sind zu viele");
+    if (++described_ > kMostRoutines) throw files::Failure(ModuleReason::kManyRoutines);
     walks_[walk].routines.push_back(Describe(line, kind));
     walks_[walk].routines.back().number = walks_[walk].last;
   }

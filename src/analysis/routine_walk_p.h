@@ -47,8 +47,8 @@ class RoutineWalks {
   /// `before`.
   RoutineWalks(bool guarded, const WalkSettings& settings, const WalkNumbers& before);
 
-  /// The candidates in their order; `marked` is the line marked up. Throws ModuleError at the first routine that is one
-  /// too many.
+  /// The candidates in their order; `marked` is the line marked up. Throws files::Failure at the first routine that is
+  /// one too many.
   WrappedLine Visit(const RoutineCandidate& candidate, std::string_view marked);
 
   /// The routines of a walk in the order of their numbers, which go on from its number in `before`.

@@ -10,7 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/paths.h>
 
 #include "child_process.h"

@@ -7,7 +7,7 @@
 #include <windows.h>
 
 #include <quillmate/files/command_word.h>
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/text/wide.h>
 

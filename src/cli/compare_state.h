@@ -9,7 +9,7 @@
 namespace quillmate::cli {
 
 /// One side of a comparison: an Office file, a module file, a VB project, a folder, a saved project, "git:REV:PATH".
-/// What can't be read is named on standard error. Throws CommandFailure and std::runtime_error when there is nothing to
+/// What can't be read is named on standard error. Throws CommandFailure and files::Failure when there is nothing to
 /// compare.
 project::ReadState ReadComparedState(const Invocation& invocation, const std::string& input);
 

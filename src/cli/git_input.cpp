@@ -6,8 +6,8 @@
 #include <map>
 #include <utility>
 
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 
 #include "child_process.h"

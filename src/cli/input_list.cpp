@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/work_folder.h>
 #include <quillmate/text/operations.h>

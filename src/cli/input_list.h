@@ -5,7 +5,7 @@
 /// Inputs that come from elsewhere than the command line.
 namespace quillmate::cli {
 
-/// Appends the lines of the list that --files-from names. Throws CommandFailure when there are none, and FileError.
+/// Appends the lines of the list that --files-from names. Throws CommandFailure when there are none, and Failure.
 void AddListedInputs(Invocation& invocation);
 
 /// The input "-" is what comes from standard input: it becomes a file that lives as long as the run. Only for commands

@@ -3,7 +3,7 @@
 #include <system_error>
 
 #include <quillmate/export/csv.h>
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/inventory/report.h>
 
@@ -140,8 +140,7 @@ void RunInventoryReport(const Invocation& invocation) {
   if (invocation.xlsxFile) {
     const std::filesystem::path workbook = files::PathFromText(*invocation.xlsxFile);
     CheckNotRead(*invocation.xlsxFile, {workbook});
-    const auto problem = inventory::WriteReportWorkbook(stock, since, workbook);
-    if (problem) throw CommandFailure(*problem);
+    inventory::WriteReportWorkbook(stock, since, workbook);
   }
   if (invocation.htmlFile) {
     Output page(invocation.htmlFile);

@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/work_folder.h>
 #include <quillmate/inventory/scan.h>
 #include <quillmate/startup/edition.h>
@@ -64,7 +64,7 @@ int RunProgram(const std::vector<std::string>& arguments) {
     return end.status;
   } catch (const ReaderGone&) {
     return kExitDone;
-  } catch (const files::FileError& error) {
+  } catch (const files::Failure& error) {
     Complain(error.what());
   } catch (const std::exception& error) {
     Complain(files::FailureText(error));

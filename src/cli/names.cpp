@@ -38,7 +38,7 @@ std::vector<Candidate> Candidates(const std::filesystem::path& folder) {
       if (module.number > 0)
         candidates.push_back({module.number, project.name, project.file, module.name, module.file});
     }
-  } catch (const codedb::DatabaseError&) {
+  } catch (const files::Failure&) {
     candidates.clear();
   }
   return candidates;

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/text/windows1252.h>
 
@@ -34,7 +34,7 @@ void CheckStandardOutput(bool done) {
 template <typename Step>
 void Run(Step step) try {
   step();
-} catch (const files::FileError& error) {
+} catch (const files::Failure& error) {
   if (error.Code() == std::errc::broken_pipe) {
     throw ReaderGone();
   }

@@ -16,7 +16,7 @@ class ReaderGone : public std::exception {};
 enum class Encoding { kUtf8, kCode };
 
 /// Where the result of a command goes: standard output, or a file, which is replaced as a whole (files/replacement.h)
-/// and must be none that the run has read. Failures throw CommandFailure or FileError, which name the file, and
+/// and must be none that the run has read. Failures throw CommandFailure or Failure, which name the file, and
 /// UsageError.
 ///
 /// Files and pipes get the bytes as they are, a terminal gets UTF-8 without anything that it would obey

@@ -8,7 +8,7 @@
 #include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/project_folder.h>
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/host/project_reader.h>
 #include <quillmate/startup/session.h>
@@ -99,8 +99,8 @@ bool ReadSources(const Invocation& invocation, const settings::Options& options,
 
 void OpenIndex(codedb::CodeDatabase& database, const fs::path& folder) try {
   database.OpenCodeDatabase(folder);
-} catch (const codedb::DatabaseError& error) {
-  throw CommandFailure(codedb::BrokenProjectMessage(folder) + ": " + error.what());
+} catch (const files::Failure& error) {
+  throw codedb::BrokenProject(folder, error);
 }
 
 ProjectInput::ProjectInput(const Invocation& invocation, const settings::Options& options) {

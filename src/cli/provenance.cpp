@@ -65,7 +65,7 @@ void AppendSources(JsonObject& object, std::string& json, std::span<const symbol
 Provenance::Provenance(const std::filesystem::path& folder) {
   try {
     facts_ = codedb::ReadFacts(folder);
-  } catch (const codedb::DatabaseError&) {
+  } catch (const files::Failure&) {
     return;
   }
   if (!facts_) return;

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/paths.h>
 
 #include "messages.h"
@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Throws FileError.
+/// Throws files::Failure.
 std::unique_ptr<files::WorkFolder> MakeScratchFolderIn(const fs::path& place) {
   return std::make_unique<files::WorkFolder>(place, files::WorkFolder::Access::kPrivate);
 }
@@ -35,12 +35,12 @@ std::unique_ptr<files::WorkFolder> MakeScratchFolder() {
   files::MendFolder(temporary);
   try {
     if (hasRoom && (chosen == nullptr || *chosen == '\0')) return MakeScratchFolderIn(memory);
-  } catch (const files::FileError&) {
+  } catch (const files::Failure&) {
     // There is still the other one.
   }
   try {
     return MakeScratchFolderIn(temporary);
-  } catch (const files::FileError& failure) {
+  } catch (const files::Failure& failure) {
     throw CommandFailure("Im Ordner für temporäre Dateien " + files::PathText(failure.Path()) +
                          " lässt sich kein Ordner anlegen: " + files::ReasonText(failure.Code()));
   }

@@ -11,7 +11,7 @@
 namespace quillmate::cli {
 
 /// What the user has noted in a saved project, beside the lines where the window shows it: by module, then line. Notes
-/// of modules that the project no longer has are left out. Throws codedb::DatabaseError.
+/// of modules that the project no longer has are left out. Throws files::Failure.
 std::vector<output::SiteNote> ReadSiteNotes(const std::filesystem::path& folder,
                                             const std::vector<codedb::ModuleRecord>& modules,
                                             const IndexUnderstanding& understanding);

@@ -90,7 +90,8 @@ void Sources::AddLockedProjects(int projects, std::vector<std::string>& complain
     const host::HostProject project = Host().Project(i);
     if (!project.locked) continue;
     if (IsNamed(project.fileName.value_or(std::string()))) MarkIncomplete();
-    complaints.push_back(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": " + host::kProjectIsLocked);
+    complaints.push_back(project.fileName.value_or(text::Utf8FromCode(project.name)) + ": " +
+                         files::ReasonText(host::HostReason::kProjectLocked));
   }
 }
 
@@ -151,7 +152,7 @@ int Sources::ListAll() {
 
 bool Sources::ListsOffice(const host::HostTree& tree) const {
   return std::ranges::any_of(tree.projects, [this](const host::HostProjectNode& project) {
-    return joined_.IndexIn(office_, host::ProjectIndex(project.key)).has_value();
+    return joined_.IndexIn(office_, project.index).has_value();
   });
 }
 

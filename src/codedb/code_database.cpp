@@ -8,7 +8,7 @@
 #include <quillmate/text/windows1252.h>
 
 #include "connection_p.h"
-#include "database_error_p.h"
+#include "engine_failure_p.h"
 
 namespace quillmate::codedb {
 
@@ -23,17 +23,16 @@ struct Recordset::State {
   }
 
   sqlite3_stmt* Statement() const {
-    if (!connection->IsOpen())
-      throw DatabaseError(DatabaseReason::kMisuse, "Die Datenbank dieser Abfrage ist geschlossen");
+    if (!connection->IsOpen()) throw files::Failure(DatabaseReason::kClosed);
     return statement;
   }
 
   /// The column's value in the current record.
   sqlite3_stmt* StatementOnRecord(int column) const {
     sqlite3_stmt* const opened = Statement();
-    if (!onRecord) throw DatabaseError(DatabaseReason::kMisuse, "Die Abfrage steht auf keinem Datensatz");
+    if (!onRecord) throw files::Failure(DatabaseReason::kNoRecord);
     if (column < 0 || column >= sqlite3_column_count(opened)) {
-      throw DatabaseError(DatabaseReason::kMisuse, "Die Abfrage hat kein Feld Nummer " + std::to_string(column));
+      throw files::Failure(DatabaseReason::kNoColumn, {}, {std::to_string(column)});
     }
     return opened;
   }
@@ -44,7 +43,7 @@ struct Recordset::State {
     for (int i = 0; i < sqlite3_column_count(opened); ++i) {
       if (text::EqualsIgnoreCase(sqlite3_column_name(opened, i), name)) return i;
     }
-    throw DatabaseError(DatabaseReason::kMisuse, "Die Abfrage hat kein Feld \"" + name + "\"");
+    throw files::Failure(DatabaseReason::kNoField, {}, {name});
   }
 };
 
@@ -105,11 +104,13 @@ void CodeDatabase::ExecuteSql(std::string_view statement) {
   const bool isAction = sqlite3_column_count(prepared) == 0;
   const bool done = isAction && sqlite3_step(prepared) == SQLITE_DONE;
   sqlite3* const database = sqlite3_db_handle(prepared);
-  const DatabaseReason reason = EngineReason(database);
-  const std::string text = done ? std::string() : StatementText(database, statement);
+  std::optional<files::Failure> failure;
+  if (!isAction)
+    failure.emplace(DatabaseReason::kIsQuery);
+  else if (!done)
+    failure = StatementFailure(database, statement);
   sqlite3_finalize(prepared);
-  if (!isAction) throw DatabaseError(DatabaseReason::kMisuse, "Eine Abfrage lässt sich nicht als Anweisung ausführen");
-  if (!done) throw DatabaseError(reason, text);
+  if (failure) throw files::Failure(*failure);
 }
 
 Recordset CodeDatabase::OpenRecordset(std::string_view statement) {
@@ -117,21 +118,19 @@ Recordset CodeDatabase::OpenRecordset(std::string_view statement) {
   state_->Opened();
   state->connection = state_->connection;
   state->statement = state->connection->Prepare(statement);
-  if (sqlite3_column_count(state->statement) == 0)
-    throw DatabaseError(DatabaseReason::kMisuse, "Die Anweisung ist keine Abfrage");
+  if (sqlite3_column_count(state->statement) == 0) throw files::Failure(DatabaseReason::kNoQuery);
   return Recordset(std::move(state));
 }
 
 void CodeDatabase::Begin() {
   Connection& connection = state_->Opened();
-  if (connection.InTransaction()) throw DatabaseError(DatabaseReason::kMisuse, "Es wird schon ein Projekt gelesen");
+  if (connection.InTransaction()) throw files::Failure(DatabaseReason::kBegun);
   connection.Run("BEGIN IMMEDIATE");
 }
 
 void CodeDatabase::Commit() {
   Connection& connection = state_->Opened();
-  if (!connection.InTransaction())
-    throw DatabaseError(DatabaseReason::kMisuse, "Es gibt keine Änderungen zu übernehmen");
+  if (!connection.InTransaction()) throw files::Failure(DatabaseReason::kNotBegun);
   connection.Run("COMMIT");
 }
 
@@ -139,7 +138,7 @@ void CodeDatabase::Rollback() noexcept {
   if (!state_->connection || !state_->connection->InTransaction()) return;
   try {
     state_->connection->Run("ROLLBACK");
-  } catch (const DatabaseError&) {
+  } catch (const files::Failure&) {
     // The engine drops what is not committed when the file is closed.
     CloseCodeDatabase();
   }

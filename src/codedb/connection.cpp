@@ -13,7 +13,7 @@
 
 #include "collation_p.h"
 #include "connection_p.h"
-#include "database_error_p.h"
+#include "engine_failure_p.h"
 #include "foreign_file_p.h"
 
 namespace quillmate::codedb {
@@ -71,7 +71,7 @@ int BindText(sqlite3_stmt* prepared, int index, std::string_view utf8, Binding b
 Connection::Connection(const std::filesystem::path& file, Origin origin) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) {
-    throw DatabaseError(DatabaseReason::kMissing, "Die Datenbank " + files::PathText(file) + " existiert nicht", file);
+    throw files::Failure(DatabaseReason::kMissing, file);
   }
   // An absolute path: SQLite would take a name that begins with "file:" for an address.
   const std::string name = files::PathText(files::AbsolutePath(file));
@@ -86,12 +86,10 @@ Connection::Connection(const std::filesystem::path& file, Origin origin) {
       CheckPages();
       CheckNumbers();
     }
-  } catch (const DatabaseError& refused) {
+  } catch (const files::Failure& refused) {
     // The destructor of an object that never came to be does not run.
     Close();
-    throw DatabaseError(refused.Reason(),
-                        "Die Datenbank " + files::PathText(file) + " lässt sich nicht öffnen.\r\n" + refused.what(),
-                        file);
+    throw files::Failure(DatabaseReason::kNotOpened, refused, file);
   }
 }
 
@@ -109,16 +107,14 @@ void Connection::SetUp() {
   sqlite3_busy_timeout(db_, kBusyTimeout);
   SwitchOffForeign(db_);
   for (const int option : kQuotedTexts) sqlite3_db_config(db_, option, 0, nullptr);
-  if (!RegisterCollation(db_))
-    throw DatabaseError(DatabaseReason::kOther, "Die Sprachdaten für die deutsche Sortierung fehlen");
+  if (!RegisterCollation(db_)) throw files::Failure(DatabaseReason::kNoSorting);
   Run(kSettings);
 }
 
 void Connection::CheckTables() {
   for (const ExpectedTable& table : kExpectedTables) {
     const int result = sqlite3_exec(db_, table.query, nullptr, nullptr, nullptr);
-    if (result == SQLITE_ERROR)
-      throw DatabaseError(DatabaseReason::kDamaged, std::string("Die Tabelle ") + table.name + " fehlt darin");
+    if (result == SQLITE_ERROR) throw files::Failure(DatabaseReason::kNoTable, {}, {table.name});
     if (result != SQLITE_OK) Fail({});
   }
 }
@@ -129,8 +125,7 @@ void Connection::CheckNumbers() {
     sqlite3_stmt* const check = PrepareSqlite(query, {}, 0);
     const int step = sqlite3_step(check);
     sqlite3_finalize(check);
-    if (step != SQLITE_DONE)
-      throw DatabaseError(DatabaseReason::kDamaged, "Die Datenbank ist beschädigt: sie enthält unmögliche Nummern");
+    if (step != SQLITE_DONE) throw files::Failure(DatabaseReason::kBadNumbers);
   }
 }
 
@@ -140,10 +135,9 @@ void Connection::CheckPages() {
   const int step = sqlite3_step(check);
   const auto* const verdict = step == SQLITE_ROW ? sqlite3_column_text(check, 0) : nullptr;
   const bool whole = verdict != nullptr && std::strcmp(reinterpret_cast<const char*>(verdict), "ok") == 0;
-  const DatabaseReason reason = step == SQLITE_ROW ? DatabaseReason::kDamaged : EngineReason(db_);
-  const std::string text = step == SQLITE_ROW ? "Die Datenbank ist beschädigt" : EngineText(db_);
+  const files::Failure failure = step == SQLITE_ROW ? files::Failure(DatabaseReason::kDamaged) : EngineFailure(db_);
   sqlite3_finalize(check);
-  if (!whole) throw DatabaseError(reason, text);
+  if (!whole) throw files::Failure(failure);
 }
 
 void Connection::Run(const char* sql) {
@@ -152,7 +146,7 @@ void Connection::Run(const char* sql) {
 
 bool Connection::InTransaction() const noexcept { return db_ != nullptr && sqlite3_get_autocommit(db_) == 0; }
 
-void Connection::Fail(std::string_view statement) const { FailStatement(db_, statement); }
+void Connection::Fail(std::string_view statement) const { throw StatementFailure(db_, statement); }
 
 sqlite3_stmt* Connection::PrepareSqlite(const std::string& sql, std::string_view statement, unsigned flags) {
   sqlite3_stmt* prepared = nullptr;

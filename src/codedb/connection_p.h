@@ -23,7 +23,7 @@ enum class Binding { Borrowed, Copied };
 /// One open database file with its statements. Once closed it stays closed: who still holds it finds `IsOpen` false.
 class Connection {
  public:
-  /// Opens the file and checks that it is a whole index. Throws DatabaseError.
+  /// Opens the file and checks that it is a whole index. Throws files::Failure.
   /// What is in a file of `kOwn` is known.
   enum class Origin { kAnywhere, kOwn };
   Connection(const std::filesystem::path& file, Origin origin);
@@ -36,16 +36,16 @@ class Connection {
   void Close() noexcept;
 
   /// Prepares a statement of the dialect, which is the caller's to end as long as the connection is open. Throws
-  /// DatabaseError.
+  /// files::Failure.
   sqlite3_stmt* Prepare(std::string_view statement);
   /// A form's statement with its values bound; prepared once. One user at a time, who resets it. `form` is a literal of
-  /// the program: it is known by its address. Throws DatabaseError.
+  /// the program: it is known by its address. Throws files::Failure.
   sqlite3_stmt* Bind(std::string_view form, std::initializer_list<JetValue> values, Binding binding);
 
-  /// Runs a statement of SQLite's own. Throws DatabaseError.
+  /// Runs a statement of SQLite's own. Throws files::Failure.
   void Run(const char* sql);
   bool InTransaction() const noexcept;
-  /// Throws DatabaseError with what the database said last. `statement` is the text at fault, Windows-1252.
+  /// Throws files::Failure with what the database said last. `statement` is the text at fault, Windows-1252.
   [[noreturn]] void Fail(std::string_view statement) const;
 
  private:
@@ -71,7 +71,7 @@ struct CodeDatabase::State {
   std::shared_ptr<Connection> connection;
 
   Connection& Opened() const {
-    if (!connection) throw DatabaseError(DatabaseReason::kMisuse, "Es ist keine Datenbank geöffnet");
+    if (!connection) throw files::Failure(DatabaseReason::kNotOpen);
     return *connection;
   }
 };

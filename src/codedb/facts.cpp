@@ -6,11 +6,11 @@
 
 #include <sqlite3.h>
 
+#include <quillmate/codedb/database_reason.h>
 #include <quillmate/codedb/facts.h>
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
 
-#include "database_error_p.h"
 #include "foreign_file_p.h"
 
 namespace quillmate::codedb {
@@ -49,7 +49,7 @@ class Statement {
  public:
   Statement(sqlite3* database, const fs::path& file, const char* sql) : database_(database), file_(file) {
     sqlite3_stmt* prepared = nullptr;
-    if (sqlite3_prepare_v2(database, sql, -1, &prepared, nullptr) != SQLITE_OK) FailFile(database, file);
+    if (sqlite3_prepare_v2(database, sql, -1, &prepared, nullptr) != SQLITE_OK) throw EngineFailure(database, file);
     statement_.reset(prepared);
   }
 
@@ -73,14 +73,14 @@ class Statement {
   }
   /// Runs it with what was added and makes it ready for the next row.
   void Run() {
-    if (sqlite3_step(statement_.get()) != SQLITE_DONE) FailFile(database_, file_);
+    if (sqlite3_step(statement_.get()) != SQLITE_DONE) throw EngineFailure(database_, file_);
     sqlite3_reset(statement_.get());
     column_ = 0;
   }
 
   bool Next() {
     const int result = sqlite3_step(statement_.get());
-    if (result != SQLITE_ROW && result != SQLITE_DONE) FailFile(database_, file_);
+    if (result != SQLITE_ROW && result != SQLITE_DONE) throw EngineFailure(database_, file_);
     column_ = 0;
     return result == SQLITE_ROW;
   }
@@ -106,7 +106,7 @@ class Statement {
 
  private:
   void Check(int result) {
-    if (result != SQLITE_OK) FailFile(database_, file_);
+    if (result != SQLITE_OK) throw EngineFailure(database_, file_);
   }
 
   sqlite3* database_;
@@ -116,7 +116,7 @@ class Statement {
 };
 
 void RunAll(sqlite3* database, const fs::path& file, const char* sql) {
-  if (sqlite3_exec(database, sql, nullptr, nullptr, nullptr) != SQLITE_OK) FailFile(database, file);
+  if (sqlite3_exec(database, sql, nullptr, nullptr, nullptr) != SQLITE_OK) throw EngineFailure(database, file);
 }
 
 /// "1:1+3*20 22:21*5": shown, original, shift, count.
@@ -251,21 +251,21 @@ class Reader {
  private:
   Statement Select(const char* sql) { return {database_, file_, sql}; }
 
-  [[noreturn]] void Refuse(const char* why, DatabaseReason reason = DatabaseReason::kDamaged) const {
-    throw DatabaseError(reason, "Die Datei " + files::PathText(file_) + " " + why, file_);
+  [[noreturn]] void Refuse(DatabaseReason reason = DatabaseReason::kDamagedFacts) const {
+    throw files::Failure(reason, file_);
   }
 
   void CheckVersion() {
     Statement version = Select("PRAGMA user_version");
     if (version.Next() && version.Number() > kFactsVersion) {
-      Refuse("stammt von einer neueren Fassung des Programms", DatabaseReason::kNewer);
+      Refuse(DatabaseReason::kNewerFacts);
     }
   }
 
   /// Row numbers are consecutive from 1 on, as they were written.
   template <typename Rows>
   std::size_t Position(std::int64_t number, const Rows& rows) const {
-    if (number < 1 || static_cast<std::uint64_t>(number) > rows.size()) Refuse("ist beschädigt");
+    if (number < 1 || static_cast<std::uint64_t>(number) > rows.size()) Refuse();
     return static_cast<std::size_t>(number - 1);
   }
   int ProjectAt(std::int64_t number) const { return static_cast<int>(Position(number, facts_.projects)); }
@@ -274,7 +274,7 @@ class Reader {
   void ReadProjects() {
     Statement rows = Select("SELECT nr, name, datei, host, codepage, gesperrt, pruefsumme FROM projekt ORDER BY nr");
     while (rows.Next()) {
-      if (rows.Number() != static_cast<std::int64_t>(facts_.projects.size()) + 1) Refuse("ist beschädigt");
+      if (rows.Number() != static_cast<std::int64_t>(facts_.projects.size()) + 1) Refuse();
       ProjectFacts& project = facts_.projects.emplace_back();
       project.name = rows.Text();
       project.file = rows.Text();
@@ -317,7 +317,7 @@ class Reader {
         "SELECT nr, mod_num, projekt, name, datei, art, aussenname, praedeklariert, exponiert, steuerelemente_bekannt,"
         " ersetzte_zeichen, dateizeilen, zeilenplan, code FROM modul ORDER BY nr");
     while (rows.Next()) {
-      if (rows.Number() != static_cast<std::int64_t>(facts_.modules.size()) + 1) Refuse("ist beschädigt");
+      if (rows.Number() != static_cast<std::int64_t>(facts_.modules.size()) + 1) Refuse();
       ModuleFacts& module = facts_.modules.emplace_back();
       module.number = rows.NumberIfAny().value_or(0);
       module.project = ProjectAt(rows.Number());
@@ -331,7 +331,7 @@ class Reader {
       module.replacedCharacters = rows.Number();
       module.linesOfFile = rows.Flag();
       auto plan = ReadPlan(rows.Text());
-      if (!plan) Refuse("ist beschädigt");
+      if (!plan) Refuse();
       module.lines = std::move(*plan);
       if (!rows.IsNull()) module.code = rows.Text();
     }

@@ -1,8 +1,8 @@
 #include <sqlite3.h>
 
+#include <quillmate/codedb/database_reason.h>
 #include <quillmate/files/paths.h>
 
-#include "database_error_p.h"
 #include "foreign_file_p.h"
 
 namespace quillmate::codedb {
@@ -12,7 +12,7 @@ Database Open(const std::filesystem::path& file, const std::string& name, int fl
   sqlite3* opened = nullptr;
   const int result = sqlite3_open_v2(name.c_str(), &opened, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   Database database(opened);
-  if (result != SQLITE_OK) FailFile(opened, file);
+  if (result != SQLITE_OK) throw EngineFailure(opened, file);
   SwitchOffForeign(opened);
   return database;
 }

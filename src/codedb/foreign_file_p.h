@@ -18,7 +18,7 @@ using Database = std::unique_ptr<sqlite3, CloseDatabase>;
 /// Turns off triggers, views, functions in the schema and what could harm the file.
 void SwitchOffForeign(sqlite3* database) noexcept;
 
-/// `flags` are SQLITE_OPEN_...; a database in memory where `file` has no bytes yet. Throws DatabaseError.
+/// `flags` are SQLITE_OPEN_...; a database in memory where `file` has no bytes yet. Throws files::Failure.
 Database OpenForeign(const std::filesystem::path& file, int flags);
 Database OpenInMemory(const std::filesystem::path& file);
 

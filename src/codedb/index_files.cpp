@@ -8,8 +8,8 @@
 #include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/text/marked_walk.h>
 #include <quillmate/text/markers.h>
@@ -46,7 +46,7 @@ std::string MissingTemplateMessage(const fs::path& templateFile) {
 void Remove(const fs::path& file) {
   std::error_code error;
   files::RemovePath(file, error);
-  if (error) throw files::FileError(files::FileAction::kRemove, file, error);
+  if (error) throw files::Failure(files::FileAction::kRemove, file, error);
 }
 
 /// The earlier file goes first: a link is not written through, and the copy does not inherit a write protection.
@@ -109,10 +109,6 @@ void DeleteAllFiles(const fs::path& folder) noexcept {
   } catch (const std::exception&) {
     // What can't be listed stays; the next start cleans up.
   }
-}
-
-std::string BrokenProjectMessage(const fs::path& folder) {
-  return "Projekt in " + text::EnsureBackslash(files::PathText(folder)) + "\r\nist nicht mehr intakt";
 }
 
 }  // namespace quillmate::codedb

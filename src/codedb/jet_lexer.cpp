@@ -1,6 +1,6 @@
 #include <array>
 
-#include <quillmate/codedb/database_error.h>
+#include <quillmate/codedb/database_reason.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
@@ -56,22 +56,21 @@ std::size_t SkipNumber(std::string_view statement, std::size_t start) noexcept {
   return at == start ? start : SkipExponent(statement, at);
 }
 
-[[noreturn]] void Fail(std::string_view reason, std::string_view at) {
-  throw DatabaseError(DatabaseReason::kBadStatement,
-                      std::string(reason) + " bei: " + text::Utf8FromCode(at.substr(0, 40)));
+[[noreturn]] void Fail(DatabaseReason reason, std::string_view at) {
+  throw files::Failure(reason, {}, {text::Utf8FromCode(at.substr(0, 40))});
 }
 
 Token ScanText(std::string_view statement, std::size_t start) {
   const std::size_t end = SkipText(statement, start);
-  if (end == std::string_view::npos) Fail("Das schließende Anführungszeichen fehlt", statement.substr(start));
+  if (end == std::string_view::npos) Fail(DatabaseReason::kOpenText, statement.substr(start));
   return {TokenKind::Text, statement.substr(start, end - start)};
 }
 
 Token ScanBracketName(std::string_view statement, std::size_t start) {
   const std::size_t end = statement.find(']', start);
-  if (end == std::string_view::npos) Fail("Die schließende Klammer \"]\" fehlt", statement.substr(start));
+  if (end == std::string_view::npos) Fail(DatabaseReason::kOpenName, statement.substr(start));
   const std::string_view source = statement.substr(start, end + 1 - start);
-  if (source.size() == 2 || source.find('\0') != std::string_view::npos) Fail("Kein gültiger Name", source);
+  if (source.size() == 2 || source.find('\0') != std::string_view::npos) Fail(DatabaseReason::kBadName, source);
   return {TokenKind::BracketName, source};
 }
 
@@ -83,7 +82,8 @@ Token ScanWord(std::string_view statement, std::size_t start) {
 
 Token ScanNumber(std::string_view statement, std::size_t start) {
   const std::size_t end = SkipNumber(statement, start);
-  if (end < statement.size() && ContinuesWord(statement[end])) Fail("Keine gültige Zahl", statement.substr(start));
+  if (end < statement.size() && ContinuesWord(statement[end]))
+    Fail(DatabaseReason::kBadNumber, statement.substr(start));
   return {TokenKind::Number, statement.substr(start, end - start)};
 }
 
@@ -93,7 +93,7 @@ Token ScanOperator(std::string_view statement, std::size_t start, bool form) {
   for (const std::string_view candidate : kOperators) {
     if (rest.starts_with(candidate)) return {TokenKind::Operator, rest.substr(0, candidate.size())};
   }
-  Fail("Unerwartetes Zeichen", rest);
+  Fail(DatabaseReason::kBadCharacter, rest);
 }
 
 Token ScanToken(std::string_view statement, std::size_t start, bool form) {
@@ -115,7 +115,7 @@ std::vector<Token> ScanJet(std::string_view statement, bool form) {
   std::vector<Token> tokens;
   std::size_t at = 0;
   while ((at = statement.find_first_not_of(kBlanks, at)) != std::string_view::npos) {
-    if (!tokens.empty() && tokens.back().Is(";")) Fail("Mehr als eine Anweisung", statement.substr(at));
+    if (!tokens.empty() && tokens.back().Is(";")) Fail(DatabaseReason::kManyStatements, statement.substr(at));
     tokens.push_back(ScanToken(statement, at, form));
     at += tokens.back().source.size();
   }

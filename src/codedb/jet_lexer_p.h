@@ -16,7 +16,7 @@ struct Token {
   bool Is(std::string_view text) const noexcept;
 };
 
-/// All tokens of a statement, without the closing semicolon. In a form "?" is an operator. Throws DatabaseError.
+/// All tokens of a statement, without the closing semicolon. In a form "?" is an operator. Throws files::Failure.
 std::vector<Token> ScanJet(std::string_view statement, bool form);
 
 }  // namespace quillmate::codedb

@@ -2,7 +2,7 @@
 #include <array>
 #include <utility>
 
-#include <quillmate/codedb/database_error.h>
+#include <quillmate/codedb/database_reason.h>
 #include <quillmate/codedb/jet_sql.h>
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
@@ -55,17 +55,15 @@ void MatchParentheses(Statement& statement) {
   for (std::size_t i = 0; i < statement.size(); ++i) {
     statement.match.push_back(i);
     if (statement.tokens[i].Is(")")) {
-      if (open.empty())
-        throw DatabaseError(DatabaseReason::kBadStatement, "Eine Klammer wird geschlossen, die nicht offen ist");
+      if (open.empty()) throw files::Failure(DatabaseReason::kExtraBracket);
       statement.match[open.back()] = i;
       open.pop_back();
     }
     statement.depth.push_back(open.size());
     if (statement.tokens[i].Is("(")) open.push_back(i);
-    if (open.size() > kDeepestNesting)
-      throw DatabaseError(DatabaseReason::kBadStatement, "Zu viele Klammern ineinander");
+    if (open.size() > kDeepestNesting) throw files::Failure(DatabaseReason::kDeepBrackets);
   }
-  if (!open.empty()) throw DatabaseError(DatabaseReason::kBadStatement, "Eine Klammer wird nicht geschlossen");
+  if (!open.empty()) throw files::Failure(DatabaseReason::kOpenBracket);
 }
 
 bool IsTopLevel(const Statement& statement, std::size_t i, std::string_view word) {
@@ -219,7 +217,7 @@ std::string Translate(std::string_view source, bool form) {
   Statement statement;
   statement.tokens = ScanJet(source, form);
   if (statement.size() == 0 || !IsOneOf(statement.tokens[0], kStatements)) {
-    throw DatabaseError(DatabaseReason::kBadStatement, "Keine Anweisung INSERT, UPDATE, DELETE oder SELECT");
+    throw files::Failure(DatabaseReason::kNoStatement);
   }
   MatchParentheses(statement);
   statement.dropped.assign(statement.size(), false);

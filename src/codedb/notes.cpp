@@ -7,11 +7,10 @@
 
 #include <quillmate/codedb/code_database.h>
 #include <quillmate/codedb/notes.h>
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/replacement.h>
 
-#include "database_error_p.h"
 #include "foreign_file_p.h"
 
 namespace quillmate::codedb {
@@ -32,7 +31,7 @@ using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
 Statement Prepare(sqlite3* database, const fs::path& file, const char* sql) {
   sqlite3_stmt* prepared = nullptr;
-  if (sqlite3_prepare_v2(database, sql, -1, &prepared, nullptr) != SQLITE_OK) FailFile(database, file);
+  if (sqlite3_prepare_v2(database, sql, -1, &prepared, nullptr) != SQLITE_OK) throw EngineFailure(database, file);
   return Statement(prepared);
 }
 
@@ -47,7 +46,7 @@ void Bind(sqlite3_stmt* statement, int column, const std::string& text) {
 }
 
 void Fill(sqlite3* database, const fs::path& file, const std::vector<Note>& notes) {
-  if (sqlite3_exec(database, kSchema, nullptr, nullptr, nullptr) != SQLITE_OK) FailFile(database, file);
+  if (sqlite3_exec(database, kSchema, nullptr, nullptr, nullptr) != SQLITE_OK) throw EngineFailure(database, file);
   const Statement insert = Prepare(database, file, kInsert);
   for (const Note& note : notes) {
     sqlite3_reset(insert.get());
@@ -58,16 +57,16 @@ void Fill(sqlite3* database, const fs::path& file, const std::vector<Note>& note
     sqlite3_bind_int(insert.get(), ++column, note.occurrence);
     Bind(insert.get(), ++column, note.text);
     sqlite3_bind_int(insert.get(), ++column, note.isBookmark ? 1 : 0);
-    if (sqlite3_step(insert.get()) != SQLITE_DONE) FailFile(database, file);
+    if (sqlite3_step(insert.get()) != SQLITE_DONE) throw EngineFailure(database, file);
   }
 }
 
-/// Throws DatabaseError for what is there and no file: a pipe would be written into, a link lead out of the project.
+/// Throws files::Failure for what is there and no file: a pipe would be written into, a link lead out of the project.
 bool IsThere(const fs::path& file) {
   std::error_code error;
   if (fs::is_regular_file(file, error)) return true;
   if (fs::symlink_status(file, error).type() == fs::file_type::not_found) return false;
-  throw DatabaseError(DatabaseReason::kNoDatabase, files::PathText(file) + ": Das ist keine gewöhnliche Datei", file);
+  throw files::Failure(std::make_error_code(std::errc::not_supported), file);
 }
 
 struct FreeBytes {
@@ -93,7 +92,7 @@ std::vector<Note> LoadNotes(const fs::path& folder) {
     notes.push_back({TextAt(at, 0), TextAt(at, 1), TextAt(at, 2), TextAt(at, 3), sqlite3_column_int(at, 4),
                      TextAt(at, 5), sqlite3_column_int(at, 6) != 0});
   }
-  if (result != SQLITE_DONE) FailFile(database.get(), file);
+  if (result != SQLITE_DONE) throw EngineFailure(database.get(), file);
   return notes;
 }
 
@@ -102,14 +101,14 @@ void SaveNotes(const fs::path& folder, const std::vector<Note>& notes) {
   if (!IsThere(file) && notes.empty()) return;
   if (notes.empty()) {
     std::error_code error;
-    if (!fs::remove(file, error) && error) throw files::FileError(files::FileAction::kRemove, file, error);
+    if (!fs::remove(file, error) && error) throw files::Failure(files::FileAction::kRemove, file, error);
     return;
   }
   const Database database = OpenInMemory(file);
   Fill(database.get(), file, notes);
   sqlite3_int64 size = 0;
   const std::unique_ptr<unsigned char, FreeBytes> bytes(sqlite3_serialize(database.get(), "main", &size, 0));
-  if (bytes == nullptr) FailFile(database.get(), file);
+  if (bytes == nullptr) throw EngineFailure(database.get(), file);
   files::ReplaceFile(file, {reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size)});
 }
 

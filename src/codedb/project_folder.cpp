@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -8,8 +7,8 @@
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/project_folder.h>
 #include <quillmate/codedb/records.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/work_folder.h>
 
@@ -18,11 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void Fail(const fs::path& path, const char* why) {
-  throw std::runtime_error(files::PathText(path) + ": " + why);
-}
-
-/// The texts of the modules that the index lists. Throws DatabaseError.
+/// The texts of the modules that the index lists. Throws files::Failure.
 std::vector<fs::path> ModuleTexts(const fs::path& folder) {
   CodeDatabase database;
   database.OpenCodeDatabase(folder);
@@ -41,9 +36,9 @@ bool IsFile(const fs::path& path) {
 void CheckPlace(const fs::path& target) {
   switch (LookAtFolder(target)) {
     case FolderState::kNoFolder:
-      Fail(target, "Das ist kein Ordner");
+      throw files::Failure(files::FileReason::kNoFolder, target);
     case FolderState::kOther:
-      Fail(target, "Der Ordner ist kein Projekt und nicht leer; er wird nicht überschrieben");
+      throw files::Failure(DatabaseReason::kOccupied, target);
     default:
       return;
   }
@@ -73,7 +68,7 @@ std::vector<fs::path> ProjectFiles(const fs::path& folder) {
   try {
     const std::vector<fs::path> texts = ModuleTexts(folder);
     names.insert(names.end(), texts.begin(), texts.end());
-  } catch (const DatabaseError&) {
+  } catch (const files::Failure&) {
     // What it listed nobody knows.
   }
   return names;
@@ -83,8 +78,8 @@ void CopyAllFiles(const fs::path& from, const fs::path& to) {
   std::vector<fs::path> names;
   try {
     names = ModuleTexts(from);
-  } catch (const DatabaseError& error) {
-    throw DatabaseError(error.Reason(), BrokenProjectMessage(from) + ": " + error.what(), from);
+  } catch (const files::Failure& error) {
+    throw BrokenProject(from, error);
   }
   names.emplace_back(kDatabaseFile);
   if (IsFile(from / kFactsFile)) names.emplace_back(kFactsFile);
@@ -110,9 +105,9 @@ std::vector<fs::path> ProjectReplacement::Replaced() {
   return names;
 }
 
-void ProjectReplacement::Commit() try { folder_->Commit(OldNames()); } catch (const files::FileError& error) {
+void ProjectReplacement::Commit() try { folder_->Commit(OldNames()); } catch (const files::Failure& error) {
   if (error.Code() != std::errc::file_exists) throw;
-  Fail(error.Path(), "Das gehört nicht zum Projekt und wird nicht überschrieben");
+  throw files::Failure(DatabaseReason::kForeignFile, error.Path());
 }
 
 }  // namespace quillmate::codedb

@@ -25,7 +25,7 @@ void SiteContents::ReadCaptions() try {
       captions_.try_emplace(std::to_string(module.number) + "." + language::FoldName(control.name), control.caption);
     }
   }
-} catch (const codedb::DatabaseError&) {
+} catch (const files::Failure&) {
   // Nothing is known of captions then.
 }
 

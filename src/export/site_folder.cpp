@@ -1,12 +1,13 @@
+#include <array>
 #include <set>
-#include <stdexcept>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
+#include <quillmate/export/output_reason.h>
 #include <quillmate/export/site.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/work_folder.h>
 #include <quillmate/text/operations.h>
@@ -18,11 +19,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kListTitle = "Quillmate HTML-Dokumentation";
+using Words = files::ReasonWords<OutputReason>;
 
-[[noreturn]] void Fail(const fs::path& path, const std::string& what) {
-  throw std::runtime_error(files::PathText(path) + ": " + what);
-}
+constexpr std::array kWords{
+    Words{OutputReason::kNoSite, "Der Ordner ist nicht leer und keine HTML-Dokumentation"},
+    Words{OutputReason::kForeignFile, "Das gehört nicht zur HTML-Dokumentation und wird nicht überschrieben"},
+    Words{OutputReason::kNoWorkbook, "%c"},
+};
+static_assert(files::IsComplete(kWords, OutputReason::kNoWorkbook));
+
+constexpr std::string_view kListTitle = "Quillmate HTML-Dokumentation";
 
 bool IsPlainName(std::string_view name) {
   return !name.empty() && name != "." && name != ".." && name.find_first_of("/\\:") == std::string_view::npos;
@@ -50,13 +56,18 @@ void CheckTarget(const fs::path& target, bool force) {
   std::error_code error;
   const fs::file_status status = fs::status(target, error);
   if (!fs::exists(status)) return;
-  if (!fs::is_directory(status)) Fail(target, "Das ist kein Ordner");
+  if (!fs::is_directory(status)) throw files::Failure(files::FileReason::kNoFolder, target);
   files::MendFolder(target);
   if (force || IsSite(target) || (files::FolderEntries(target, error).empty() && !error)) return;
-  Fail(target, "Der Ordner ist nicht leer und keine HTML-Dokumentation");
+  throw files::Failure(OutputReason::kNoSite, target);
 }
 
 }  // namespace
+
+std::error_code make_error_code(OutputReason reason) noexcept {
+  static const files::ReasonCategory category("export", kWords);
+  return {static_cast<int>(reason), category};
+}
 
 void WriteSiteList(const fs::path& folder, const std::vector<std::string>& files) {
   std::string list(kListTitle);
@@ -86,9 +97,9 @@ std::vector<fs::path> SiteFolder::Replaced() const {
   return paths;
 }
 
-void SiteFolder::Commit() try { folder_->Commit(OwnNames()); } catch (const files::FileError& error) {
+void SiteFolder::Commit() try { folder_->Commit(OwnNames()); } catch (const files::Failure& error) {
   if (error.Code() != std::errc::file_exists) throw;
-  Fail(error.Path(), "Das gehört nicht zur HTML-Dokumentation und wird nicht überschrieben");
+  throw files::Failure(OutputReason::kForeignFile, error.Path());
 }
 
 }  // namespace quillmate::output

@@ -2,13 +2,15 @@
 #include <exception>
 #include <fstream>
 #include <new>
+#include <optional>
 #include <set>
 #include <utility>
 
 #include <xlsxwriter.h>
 
+#include <quillmate/export/output_reason.h>
 #include <quillmate/export/spreadsheet.h>
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/replacement.h>
 #include <quillmate/files/work_folder.h>
@@ -26,11 +28,6 @@ constexpr std::size_t kBlock = std::size_t{1} << 18U;
 /// The greatest whole number up to which every one has a place in a cell.
 constexpr std::int64_t kLargestNumber = std::int64_t{1} << 53U;
 
-std::string Full(const std::filesystem::path& target) {
-  return files::FileError(files::FileAction::kWrite, target, std::make_error_code(std::errc::no_space_on_device))
-      .what();
-}
-
 }  // namespace
 
 struct Spreadsheet::State {
@@ -42,7 +39,7 @@ struct Spreadsheet::State {
   lxw_worksheet* sheet = nullptr;
   lxw_format* bold = nullptr;
   /// Why the folder for what is not finished can't be made.
-  std::optional<std::string> problem;
+  std::exception_ptr problem;
 
   std::set<std::string> names;
   std::string name;
@@ -153,7 +150,7 @@ struct Spreadsheet::State {
         write(std::string_view(block).substr(0, static_cast<std::size_t>(in.gcount())));
       }
       if (in.bad()) {
-        throw files::FileError(files::FileAction::kRead, file, std::make_error_code(std::errc::io_error));
+        throw files::Failure(files::FileAction::kRead, file, std::make_error_code(std::errc::io_error));
       }
     });
   }
@@ -163,8 +160,8 @@ Spreadsheet::Spreadsheet(std::size_t rowsPerSheet) : state_(std::make_unique<Sta
   state_->mostRows = std::clamp<std::size_t>(rowsPerSheet, 2, kMostSheetRows);
   try {
     state_->Open();
-  } catch (const std::exception& failure) {
-    state_->problem = files::FailureText(failure);
+  } catch (const std::exception&) {
+    state_->problem = std::current_exception();
   }
 }
 
@@ -204,17 +201,15 @@ Spreadsheet& Spreadsheet::Empty() {
 
 void Spreadsheet::EndRow() { state_->EndRow(); }
 
-std::optional<std::string> Spreadsheet::Write(const std::filesystem::path& target) {
-  if (state_->problem) return files::PathText(target) + ": " + *state_->problem;
+void Spreadsheet::Write(const std::filesystem::path& target) {
   try {
-    if (!state_->Close()) return Full(target);
+    if (state_->problem) std::rethrow_exception(state_->problem);
+    if (!state_->Close()) throw files::Failure(std::make_error_code(std::errc::no_space_on_device), target);
     state_->Copy(target);
-  } catch (const std::exception& failure) {
-    const std::string text = files::FailureText(failure);
-    const std::string start = files::PathText(target);
-    return text.starts_with(start) ? text : start + ": " + text;
+  } catch (const files::Failure& failure) {
+    if (failure.Path() == target) throw;
+    throw files::Failure(OutputReason::kNoWorkbook, failure, target);
   }
-  return std::nullopt;
 }
 
 }  // namespace quillmate::output

@@ -10,7 +10,7 @@
 #include <zip.h>
 
 #include <quillmate/export/zip_folder.h>
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/replacement.h>
 #include <quillmate/files/work_folder.h>
@@ -41,7 +41,7 @@ struct Reporter {
 };
 
 [[noreturn]] void Fail(const fs::path& target, int systemCode) {
-  throw files::FileError(files::FileAction::kWrite, target, systemCode == 0 ? EIO : systemCode);
+  throw files::Failure(files::FileAction::kWrite, target, systemCode == 0 ? EIO : systemCode);
 }
 
 [[noreturn]] void Fail(const fs::path& target, zip_error_t* error) {

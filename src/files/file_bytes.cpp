@@ -2,8 +2,8 @@
 #include <cerrno>
 #include <optional>
 
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 
 #include "system_p.h"
@@ -18,8 +18,8 @@ constexpr std::size_t kFirstGuess = 4096;
 /// Some systems only say of a folder that it must not be opened.
 [[noreturn]] void Fail(FileAction action, const fs::path& file, const std::error_code& error) {
   std::error_code ignored;
-  if (fs::is_directory(file, ignored)) throw FileError(action, file, EISDIR);
-  throw FileError(action, file, error);
+  if (fs::is_directory(file, ignored)) throw Failure(action, file, EISDIR);
+  throw Failure(action, file, error);
 }
 
 }  // namespace
@@ -30,14 +30,14 @@ std::string ReadWholeFile(const fs::path& file, std::size_t most) {
   if (error) Fail(FileAction::kRead, file, error);
   const std::optional<std::size_t> size = in.PlainSize();
   if (!size) Fail(FileAction::kRead, file, std::make_error_code(std::errc::not_supported));
-  if (*size > most) throw FileError(FileAction::kRead, file, EFBIG);
+  if (*size > most) throw Failure(FileAction::kRead, file, EFBIG);
   // The size is a first guess: a file may grow meanwhile, and some that hold bytes have none. One byte more tells the
   // end.
   std::string bytes(std::min(std::max(*size + 1, kFirstGuess), most + 1), '\0');
   std::size_t used = 0;
   while (const std::size_t got = in.Read(bytes.data() + used, bytes.size() - used, error)) {
     used += got;
-    if (used > most) throw FileError(FileAction::kRead, file, EFBIG);
+    if (used > most) throw Failure(FileAction::kRead, file, EFBIG);
     if (used == *size && used < bytes.size()) break;
     if (used == bytes.size()) bytes.resize(std::min(2 * used, most + 1));
   }

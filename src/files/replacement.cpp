@@ -3,7 +3,7 @@
 #include <set>
 #include <utility>
 
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/replacement.h>
 #include <quillmate/files/work_folder.h>
@@ -24,7 +24,7 @@ constexpr std::size_t kManyFiles = 8;
 fs::path RealTarget(const fs::path& target) {
   std::error_code error;
   fs::path path = RealPath(target, error);
-  if (error) throw FileError(FileAction::kWrite, target, error);
+  if (error) throw Failure(FileAction::kWrite, target, error);
   return path.has_filename() ? path : path.parent_path();
 }
 
@@ -92,7 +92,7 @@ struct FileReplacement::State {
   OpenFile file;
   std::string buffer;
 
-  [[noreturn]] void Fail(const std::error_code& error) const { throw FileError(FileAction::kWrite, named, error); }
+  [[noreturn]] void Fail(const std::error_code& error) const { throw Failure(FileAction::kWrite, named, error); }
   void Check(const std::error_code& error) const {
     if (error) Fail(error);
   }
@@ -107,7 +107,7 @@ struct FileReplacement::State {
   void MakeWorkFolder() {
     try {
       work.emplace(target.parent_path());
-    } catch (const FileError& error) {
+    } catch (const Failure& error) {
       if (!existed) Fail(error.Code());
       writesOver = true;
       work.emplace(TemporaryFolder(), WorkFolder::Access::kPrivate);
@@ -184,7 +184,7 @@ struct FolderReplacement::State {
   std::optional<WorkFolder> work;
   fs::path fresh;
 
-  [[noreturn]] void Fail(const std::error_code& error) const { throw FileError(FileAction::kWrite, target, error); }
+  [[noreturn]] void Fail(const std::error_code& error) const { throw Failure(FileAction::kWrite, target, error); }
   void Check(const std::error_code& error) const {
     if (error) Fail(error);
   }
@@ -204,7 +204,7 @@ struct FolderReplacement::State {
   void CheckNames(const std::vector<fs::path>& names, const std::set<fs::path>& replaced) const {
     for (const fs::path& name : names) {
       if (replaced.contains(name) ? IsFolder(fresh / name) : Exists(target / name)) {
-        throw FileError(FileAction::kWrite, target / name, std::make_error_code(std::errc::file_exists));
+        throw Failure(FileAction::kWrite, target / name, std::make_error_code(std::errc::file_exists));
       }
     }
   }
@@ -238,7 +238,7 @@ FolderReplacement::FolderReplacement(const fs::path& target) : state_(std::make_
   state_->existed = Exists(state_->target);
   try {
     state_->work.emplace(state_->existed ? state_->target : state_->target.parent_path());
-  } catch (const FileError& error) {
+  } catch (const Failure& error) {
     state_->Fail(error.Code());
   }
   state_->fresh = state_->work->Path() / kFresh;

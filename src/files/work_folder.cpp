@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_lock.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/work_folder.h>
@@ -102,7 +102,7 @@ fs::path MakeFolderIn(const fs::path& place, WorkFolder::Access access) {
     fs::path folder = place / RandomName();
     const std::error_code error = make(folder);
     if (!error) return folder;
-    if (error != std::errc::file_exists) throw FileError(FileAction::kWrite, place, error);
+    if (error != std::errc::file_exists) throw Failure(FileAction::kWrite, place, error);
   }
 }
 

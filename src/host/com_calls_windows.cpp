@@ -85,15 +85,12 @@ HRESULT ComCalls::Patiently(Call call) const {
   return result;
 }
 
-void ComCalls::Check(HRESULT result, const std::string& otherwise, std::string_view hostsWords) const {
+void ComCalls::Check(HRESULT result, const files::Failure& otherwise, std::string_view hostsWords) const {
   if (SUCCEEDED(result)) return;
-  if (Holds(kBusy, result)) {
-    throw ComError(ComTrouble::kBusy,
-                   host_ + " ist beschäftigt: Vielleicht wird gerade eine Zelle bearbeitet, oder ein Dialog ist offen");
-  }
-  if (Holds(kGone, result)) throw ComError(ComTrouble::kGone, host_ + " antwortet nicht mehr");
-  throw ComError(ComTrouble::kRefused,
-                 hostsWords.empty() ? otherwise : otherwise + " (" + std::string(hostsWords) + ")");
+  if (Holds(kBusy, result)) throw files::Failure(HostReason::kBusy, {}, {host_});
+  if (Holds(kGone, result)) throw files::Failure(HostReason::kNoAnswer, {}, {host_});
+  const std::string explained = hostsWords.empty() ? std::string() : " (" + std::string(hostsWords) + ")";
+  throw files::Failure(HostReason::kRefused, otherwise, {}, {explained});
 }
 
 std::optional<ComObject> ComCalls::Running(const std::wstring& progId) {
@@ -101,17 +98,18 @@ std::optional<ComObject> ComCalls::Running(const std::wstring& progId) {
   if (FAILED(CLSIDFromProgID(progId.c_str(), &id))) return std::nullopt;
   ComPointer<IUnknown> running;
   const HRESULT found = Patiently([&] { return GetActiveObject(id, nullptr, running.Out()); });
-  if (Holds(kBusy, found)) Check(found, {});
+  const files::Failure notAsked(HostReason::kNotAsked, {}, {host_});
+  if (Holds(kBusy, found)) Check(found, notAsked);
   if (FAILED(found)) return std::nullopt;
   ComObject application;
   Check(Patiently([&] {
           return running->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(application.dispatch.Out()));
         }),
-        host_ + " lässt sich nicht abfragen");
+        notAsked);
   return application;
 }
 
-DISPID ComCalls::Member(const ComObject& object, const wchar_t* name, const std::string& otherwise) {
+DISPID ComCalls::Member(const ComObject& object, const wchar_t* name, const files::Failure& otherwise) {
   const std::pair<ComType, std::wstring> key(object.type, name);
   const auto known = members_.find(key);
   if (known != members_.end()) return known->second;
@@ -123,7 +121,7 @@ DISPID ComCalls::Member(const ComObject& object, const wchar_t* name, const std:
   return member;
 }
 
-ComValue ComCalls::Invoke(const ComObject& object, DISPID member, const std::string& otherwise,
+ComValue ComCalls::Invoke(const ComObject& object, DISPID member, const files::Failure& otherwise,
                           const std::vector<VARIANT>& arguments) {
   // A call takes its arguments from the last to the first. They stay the caller's.
   std::vector<VARIANT> reversed(arguments.rbegin(), arguments.rend());
@@ -138,12 +136,12 @@ ComValue ComCalls::Invoke(const ComObject& object, DISPID member, const std::str
   return value;
 }
 
-ComValue ComCalls::Get(const ComObject& object, const wchar_t* member, const std::string& otherwise,
+ComValue ComCalls::Get(const ComObject& object, const wchar_t* member, const files::Failure& otherwise,
                        const std::vector<VARIANT>& arguments) {
   return Invoke(object, Member(object, member, otherwise), otherwise, arguments);
 }
 
-ComObject ComCalls::ObjectOf(const ComValue& value, ComType type, const std::string& otherwise) const {
+ComObject ComCalls::ObjectOf(const ComValue& value, ComType type, const files::Failure& otherwise) const {
   ComObject object;
   object.type = type;
   const VARIANT& given = value.Get();
@@ -156,21 +154,22 @@ ComObject ComCalls::ObjectOf(const ComValue& value, ComType type, const std::str
 }
 
 ComObject ComCalls::GetObject(const ComObject& object, const wchar_t* member, ComType type,
-                              const std::string& otherwise) {
+                              const files::Failure& otherwise) {
   return ObjectOf(Get(object, member, otherwise), type, otherwise);
 }
 
-ComObject ComCalls::Item(const ComObject& collection, const ComValue& key, ComType type, const std::string& otherwise) {
+ComObject ComCalls::Item(const ComObject& collection, const ComValue& key, ComType type,
+                         const files::Failure& otherwise) {
   return ObjectOf(Invoke(collection, DISPID_VALUE, otherwise, {key.Get()}), type, otherwise);
 }
 
-int ComCalls::GetNumber(const ComObject& object, const wchar_t* member, const std::string& otherwise) {
+int ComCalls::GetNumber(const ComObject& object, const wchar_t* member, const files::Failure& otherwise) {
   ComValue value = Get(object, member, otherwise);
   if (!value.Become(VT_I4)) Check(DISP_E_TYPEMISMATCH, otherwise);
   return static_cast<int>(value.Get().lVal);
 }
 
-std::wstring ComCalls::GetText(const ComObject& object, const wchar_t* member, const std::string& otherwise) {
+std::wstring ComCalls::GetText(const ComObject& object, const wchar_t* member, const files::Failure& otherwise) {
   ComValue value = Get(object, member, otherwise);
   if (!value.Become(VT_BSTR)) Check(DISP_E_TYPEMISMATCH, otherwise);
   return std::wstring(value.Text());

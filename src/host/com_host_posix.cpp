@@ -7,7 +7,7 @@ namespace quillmate::host {
 /// No host runs on this system.
 struct ComHost::State {
   std::string name;
-  [[noreturn]] void Fail() const { throw HostError(name + " ist nicht geöffnet"); }
+  [[noreturn]] void Fail() const { throw files::Failure(HostReason::kNotRunning, {}, {name}); }
 };
 
 ComHost::ComHost(std::string name, Patience) : state_(std::make_unique<State>(State{std::move(name)})) {}

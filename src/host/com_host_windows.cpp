@@ -18,9 +18,9 @@
 namespace quillmate::host {
 namespace {
 
-constexpr const char* kProjectGone = "Das Projekt ist nicht mehr vorhanden";
-constexpr const char* kModulesWithheld = "Das Projekt gibt seine Module nicht heraus";
-constexpr const char* kModuleGone = "Das Modul ist nicht mehr vorhanden";
+files::Failure ProjectGone() { return files::Failure(HostReason::kProjectGone); }
+files::Failure ModuleGone() { return files::Failure(HostReason::kModuleGone); }
+files::Failure ModulesWithheld() { return files::Failure(HostReason::kModulesWithheld); }
 
 std::string CodeOf(std::wstring_view wide) { return text::CodeFromUtf16(std::u16string(wide.begin(), wide.end())); }
 
@@ -91,7 +91,7 @@ bool ComHost::State::AttachHost() {
   const std::optional<ComObject> application = calls.Running(progId);
   if (!application.has_value()) return false;
   version = ReadVersion(*application);
-  const std::string refused = name + " verweigert den Zugriff auf seine Projekte";
+  const files::Failure refused(HostReason::kNoAccess, {}, {name});
   const ComObject editor = calls.GetObject(*application, L"VBE", ComType::kEditor, refused);
   projects = calls.GetObject(editor, L"VBProjects", ComType::kProjects, refused);
   return true;
@@ -107,21 +107,21 @@ void ComHost::State::Release() noexcept {
 
 /// "16.0": a text with a point whatever the user's language; some hosts give a number.
 float ComHost::State::ReadVersion(const ComObject& application) {
-  const std::wstring value = calls.GetText(application, L"Version", name + " sagt seine Version nicht");
+  const std::wstring value = calls.GetText(application, L"Version", files::Failure(HostReason::kNoVersion, {}, {name}));
   return static_cast<float>(text::LeadingNumber(text::Utf8FromWide(value)));
 }
 
 const ComObject& ComHost::State::Projects() const {
-  if (!projects.has_value()) throw HostError(name + " ist nicht mehr geöffnet");
+  if (!projects.has_value()) throw files::Failure(HostReason::kEnded, {}, {name});
   return *projects;
 }
 
 /// Nothing when the collection has no such item.
 std::optional<ComObject> ComHost::State::Item(const ComObject& collection, const ComValue& key, ComType type) {
   try {
-    return calls.Item(collection, key, type, {});
-  } catch (const ComError& error) {
-    if (error.Trouble() != ComTrouble::kRefused) throw;
+    return calls.Item(collection, key, type, ModuleGone());
+  } catch (const files::Failure& failure) {
+    if (!failure.Is(HostReason::kRefused)) throw;
     return std::nullopt;
   }
 }
@@ -129,10 +129,10 @@ std::optional<ComObject> ComHost::State::Item(const ComObject& collection, const
 /// A project that was never saved refuses to name its file, or names none.
 std::optional<std::string> ComHost::State::FileNameOf(const ComObject& project) {
   try {
-    std::string file = text::Utf8FromWide(calls.GetText(project, L"FileName", {}));
+    std::string file = text::Utf8FromWide(calls.GetText(project, L"FileName", ProjectGone()));
     return file.empty() ? std::nullopt : std::optional(std::move(file));
-  } catch (const ComError& error) {
-    if (error.Trouble() != ComTrouble::kRefused) throw;
+  } catch (const files::Failure& failure) {
+    if (!failure.Is(HostReason::kRefused)) throw;
     return std::nullopt;
   }
 }
@@ -140,8 +140,8 @@ std::optional<std::string> ComHost::State::FileNameOf(const ComObject& project) 
 HostProject ComHost::State::Describe(const ComObject& project) {
   HostProject info;
   info.fileName = FileNameOf(project);
-  info.name = CodeOf(calls.GetText(project, L"Name", kProjectGone));
-  info.locked = calls.GetNumber(project, L"Protection", kProjectGone) != 0;
+  info.name = CodeOf(calls.GetText(project, L"Name", ProjectGone()));
+  info.locked = calls.GetNumber(project, L"Protection", ProjectGone()) != 0;
   return info;
 }
 
@@ -154,9 +154,9 @@ void ComHost::State::Remember(int project, const HostProject& info) {
 /// Projects move up when one before them is closed: the place alone would lead to another project's modules, which
 /// often have the same names.
 ComObject ComHost::State::FindProject(int project) {
-  if (project < 1 || static_cast<std::size_t>(project) > listed.size()) throw HostError(kProjectGone);
+  if (project < 1 || static_cast<std::size_t>(project) > listed.size()) throw ProjectGone();
   const HostProject& wanted = listed[static_cast<std::size_t>(project) - 1];
-  const int count = calls.GetNumber(Projects(), L"Count", kProjectGone);
+  const int count = calls.GetNumber(Projects(), L"Count", ProjectGone());
   // Of projects that were never saved often several have the same name; they are told apart only while all are there.
   const auto twins =
       std::count_if(listed.begin(), listed.end(), [&](const HostProject& each) { return Same(each, wanted); });
@@ -170,8 +170,8 @@ ComObject ComHost::State::FindProject(int project) {
     object = Item(Projects(), ComValue(place), ComType::kProject);
     if (fits(object)) return *object;
   }
-  throw HostError("Das Projekt " + text::Utf8FromCode(wanted.name) + " [" +
-                  wanted.fileName.value_or("Nicht gespeichert") + "] ist nicht mehr geöffnet");
+  throw files::Failure(HostReason::kProjectClosed, {},
+                       {text::Utf8FromCode(wanted.name), wanted.fileName.value_or("Nicht gespeichert")});
 }
 
 ComHost::State::OpenProject& ComHost::State::Open(int project) {
@@ -183,7 +183,7 @@ ComHost::State::OpenProject& ComHost::State::Open(int project) {
 const ComObject& ComHost::State::Components(int project) {
   OpenProject& opened = Open(project);
   if (!opened.components.has_value()) {
-    opened.components = calls.GetObject(opened.project, L"VBComponents", ComType::kComponents, kModulesWithheld);
+    opened.components = calls.GetObject(opened.project, L"VBComponents", ComType::kComponents, ModulesWithheld());
   }
   return *opened.components;
 }
@@ -192,32 +192,32 @@ const ComObject& ComHost::State::Components(int project) {
 ComObject ComHost::State::FindComponent(int project, const std::string& component, int position) {
   const ComObject& components = Components(project);
   std::optional<ComObject> object = Item(components, ComValue(position), ComType::kComponent);
-  if (object && CodeOf(calls.GetText(*object, L"Name", kModuleGone)) == component) return *object;
+  if (object && CodeOf(calls.GetText(*object, L"Name", ModuleGone())) == component) return *object;
   object = Item(components, ComValue(text::Utf16FromCode(component)), ComType::kComponent);
-  if (!object.has_value()) throw HostError(kModuleGone);
+  if (!object.has_value()) throw ModuleGone();
   return *object;
 }
 
 /// A project that keeps its modules to itself must not hide the others.
 int ComHost::State::ComponentCount(int project) {
   try {
-    return calls.GetNumber(Components(project), L"Count", kModulesWithheld);
-  } catch (const ComError& error) {
-    if (error.Trouble() != ComTrouble::kRefused) throw;
-    AddProblem(text::Utf8FromCode(listed.at(static_cast<std::size_t>(project) - 1).name) + ": " + error.what());
+    return calls.GetNumber(Components(project), L"Count", ModulesWithheld());
+  } catch (const files::Failure& failure) {
+    if (!failure.Is(HostReason::kRefused)) throw;
+    AddProblem(text::Utf8FromCode(listed.at(static_cast<std::size_t>(project) - 1).name) + ": " + failure.what());
     return 0;
   }
 }
 
 /// A component that gives no code is nothing to read; neither must it hide the others.
 int ComHost::State::LineCount(const ComObject& component, const std::string& called) {
-  const std::string refused = "Das Modul " + text::Utf8FromCode(called) + " gibt seinen Code nicht heraus";
+  const files::Failure refused(HostReason::kCodeWithheld, {}, {text::Utf8FromCode(called)});
   try {
     return calls.GetNumber(calls.GetObject(component, L"CodeModule", ComType::kCodeModule, refused), L"CountOfLines",
                            refused);
-  } catch (const ComError& error) {
-    if (error.Trouble() != ComTrouble::kRefused) throw;
-    AddProblem(error.what());
+  } catch (const files::Failure& failure) {
+    if (!failure.Is(HostReason::kRefused)) throw;
+    AddProblem(failure.what());
     return 0;
   }
 }
@@ -247,7 +247,8 @@ std::vector<codedb::OmissionFact> ComHost::Omissions() const {
   std::vector<codedb::OmissionFact> omissions = HostAutomation::Omissions();
   for (const HostProject& info : state_->listed) {
     if (!info.locked) continue;
-    omissions.push_back({info.fileName.value_or(""), text::Utf8FromCode(info.name), {}, kProjectIsLocked});
+    omissions.push_back(
+        {info.fileName.value_or(""), text::Utf8FromCode(info.name), {}, files::ReasonText(HostReason::kProjectLocked)});
   }
   return omissions;
 }
@@ -257,11 +258,11 @@ int ComHost::ProjectCount() {
   state_->listed.clear();
   state_->open.clear();
   return state_->calls.GetNumber(state_->Projects(), L"Count",
-                                 state_->name + " verweigert den Zugriff auf seine Projekte");
+                                 files::Failure(HostReason::kNoAccess, {}, {state_->name}));
 }
 
 HostProject ComHost::Project(int project) {
-  ComObject object = state_->calls.Item(state_->Projects(), ComValue(project), ComType::kProject, kProjectGone);
+  ComObject object = state_->calls.Item(state_->Projects(), ComValue(project), ComType::kProject, ProjectGone());
   HostProject info = state_->Describe(object);
   state_->Remember(project, info);
   state_->open.insert_or_assign(project, State::OpenProject{std::move(object), std::nullopt});
@@ -273,10 +274,10 @@ int ComHost::ComponentCount(int project) { return state_->ComponentCount(project
 HostComponent ComHost::Component(int project, int component) {
   ComCalls& calls = state_->calls;
   const ComObject object =
-      calls.Item(state_->Components(project), ComValue(component), ComType::kComponent, kModuleGone);
+      calls.Item(state_->Components(project), ComValue(component), ComType::kComponent, ModuleGone());
   HostComponent info;
-  info.name = CodeOf(calls.GetText(object, L"Name", kModuleGone));
-  info.type = calls.GetNumber(object, L"Type", kModuleGone);
+  info.name = CodeOf(calls.GetText(object, L"Name", ModuleGone()));
+  info.type = calls.GetNumber(object, L"Type", ModuleGone());
   info.lineCount = state_->LineCount(object, info.name);
   return info;
 }
@@ -286,9 +287,9 @@ HostComponent ComHost::ComponentByName(int project, const std::string& name, int
   const ComObject object = state_->FindComponent(project, name, position);
   HostComponent info;
   info.name = name;
-  info.type = calls.GetNumber(object, L"Type", kModuleGone);
-  ComObject codeModule = calls.GetObject(object, L"CodeModule", ComType::kCodeModule, kModuleGone);
-  info.lineCount = calls.GetNumber(codeModule, L"CountOfLines", kModuleGone);
+  info.type = calls.GetNumber(object, L"Type", ModuleGone());
+  ComObject codeModule = calls.GetObject(object, L"CodeModule", ComType::kCodeModule, ModuleGone());
+  info.lineCount = calls.GetNumber(codeModule, L"CountOfLines", ModuleGone());
   state_->found = State::FoundModule{project, name, position, std::move(codeModule)};
   return info;
 }
@@ -304,12 +305,12 @@ std::string ComHost::Lines(int project, const std::string& name, int position, i
 
   const ComValue first(1);
   const ComValue number(count);
-  ComValue lines = calls.Get(codeModule, L"Lines", kModuleGone, {first.Get(), number.Get()});
-  if (!lines.Become(VT_BSTR)) throw HostError(kModuleGone);
+  ComValue lines = calls.Get(codeModule, L"Lines", ModuleGone(), {first.Get(), number.Get()});
+  if (!lines.Become(VT_BSTR)) throw ModuleGone();
   std::string code = AskedLines(lines.Text(), count);
   // Fewer lines are fine only while there are no more: a host counts a last line without text or not.
-  if (office::CountLines(code) != count && calls.GetNumber(codeModule, L"CountOfLines", kModuleGone) != count) {
-    throw HostError("Das Modul wurde geändert, während es gelesen wurde");
+  if (office::CountLines(code) != count && calls.GetNumber(codeModule, L"CountOfLines", ModuleGone()) != count) {
+    throw files::Failure(HostReason::kModuleChanged);
   }
   return code;
 }

@@ -18,40 +18,33 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kProjectGone = "Projekt ist nicht mehr vorhanden";
-constexpr const char* kModuleGone = "Modul ist nicht mehr vorhanden";
-
 template <typename Items>
-auto& At(Items& items, int position, const char* missing) {
-  if (position < 1 || static_cast<std::size_t>(position) > items.size()) throw HostError(missing);
+auto& At(Items& items, int position, HostReason missing) {
+  if (position < 1 || static_cast<std::size_t>(position) > items.size()) throw files::Failure(missing);
   return items[static_cast<std::size_t>(position) - 1];
 }
 
 ListedModule& FindModule(ListedProject& project, const std::string& name, int position) {
   if (position >= 1 && static_cast<std::size_t>(position) <= project.modules.size()) {
-    ListedModule& listed = At(project.modules, position, kModuleGone);
+    ListedModule& listed = At(project.modules, position, HostReason::kModuleGone);
     if (listed.component.name == name) return listed;
   }
   for (ListedModule& module : project.modules) {
     if (module.component.name == name) return module;
   }
-  throw HostError(kModuleGone);
-}
-
-std::string WithFile(const ListedModule& module, const HostError& error) {
-  return files::PathText(module.path) + ": " + error.what();
+  throw files::Failure(HostReason::kModuleGone);
 }
 
 /// A file that turned into another module is not the one that was ticked.
 office::ModuleFile LoadOwnFile(const ListedModule& module, std::optional<KeptModule> kept) {
   office::ModuleFile file = LoadModule(module, std::move(kept));
-  if (NameOf(module, file) != module.component.name) throw HostError("Datei enthält jetzt ein anderes Modul");
+  if (NameOf(module, file) != module.component.name) throw files::Failure(HostReason::kOtherModule);
   return file;
 }
 
 /// The module where it was listed, or wherever it has moved to by its name.
 office::ModuleFile FindInProject(const ListedModule& module, const office::VbaProject& project) {
-  if (project.protection.Locked()) throw HostError(kProjectIsLocked);
+  if (project.protection.Locked()) throw files::Failure(HostReason::kProjectLocked);
   if (*module.inOfficeFile < project.modules.size()) {
     office::ModuleFile file = ModuleFileOf(project.modules[*module.inOfficeFile]);
     if (file.name == module.component.name) return file;
@@ -59,7 +52,7 @@ office::ModuleFile FindInProject(const ListedModule& module, const office::VbaPr
   for (const office::VbaModule& candidate : project.modules) {
     if (text::CodeFromUtf8(candidate.name) == module.component.name) return ModuleFileOf(candidate);
   }
-  throw HostError("Modul ist nicht mehr in der Datei");
+  throw files::Failure(HostReason::kNotInFile);
 }
 
 HostComponent ComponentNow(const ListedModule& module, const office::ModuleFile& file) {
@@ -141,7 +134,8 @@ struct DocumentHost::State {
       officeFile = OpenOfficeFile{path, std::move(unpacked->project)};
     } else {
       office::OfficeFile file = office::ReadOfficeFile(path, {.facts = excel4, .excel4 = excel4});
-      if (file.state != office::OfficeFile::State::kRead) throw HostError(file.ReasonText());
+      if (file.state != office::OfficeFile::State::kRead)
+        throw files::Failure(HostReason::kNoCode, {}, {file.ReasonText()});
       officeFile = OpenOfficeFile{path, std::move(file.project)};
     }
     return officeFile->project;
@@ -154,8 +148,8 @@ struct DocumentHost::State {
       loaded =
           Loaded{&module, module.inOfficeFile.has_value() ? FindInProject(module, OfficeProject(project, module.path))
                                                           : LoadOwnFile(module, TakeKept(module))};
-    } catch (const HostError& error) {
-      throw HostError(WithFile(module, error));
+    } catch (const files::Failure& failure) {
+      throw failure.At(module.path);
     }
   }
   std::optional<KeptModule> TakeKept(ListedModule& module) noexcept {
@@ -164,7 +158,7 @@ struct DocumentHost::State {
   }
   ListedProject& Project(int project) {
     if (!listed) List();
-    return At(listing.projects, project, kProjectGone);
+    return At(listing.projects, project, HostReason::kProjectGone);
   }
   void ForgetUnpacked() noexcept {
     for (ListedProject& project : listing.projects) {
@@ -202,7 +196,8 @@ std::vector<codedb::OmissionFact> DocumentHost::Omissions() const {
   if (!state_->attached) return omissions;
   for (const SourceProblem& problem : Problems()) omissions.push_back({problem.source, {}, {}, problem.Text()});
   for (const ListedProject& listed : state_->listing.projects) {
-    if (listed.project.locked) omissions.push_back({listed.facts.file, listed.facts.name, {}, kProjectIsLocked});
+    if (listed.project.locked)
+      omissions.push_back({listed.facts.file, listed.facts.name, {}, files::ReasonText(HostReason::kProjectLocked)});
   }
   return omissions;
 }
@@ -231,7 +226,7 @@ HostProject DocumentHost::Project(int project) { return state_->Project(project)
 int DocumentHost::ComponentCount(int project) { return static_cast<int>(state_->Project(project).modules.size()); }
 
 HostComponent DocumentHost::Component(int project, int component) {
-  return At(state_->Project(project).modules, component, kModuleGone).component;
+  return At(state_->Project(project).modules, component, HostReason::kModuleGone).component;
 }
 
 HostComponent DocumentHost::ComponentByName(int project, const std::string& name, int position) {
@@ -281,8 +276,8 @@ std::function<WholeComponent()> DocumentHost::StartReading(int project, const st
   return [&listed, &module, kept] {
     try {
       return TakeWhole(listed, module, LoadOwnFile(module, std::move(*kept)));
-    } catch (const HostError& error) {
-      throw HostError(WithFile(module, error));
+    } catch (const files::Failure& failure) {
+      throw failure.At(module.path);
     }
   };
 }

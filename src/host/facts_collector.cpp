@@ -114,7 +114,7 @@ codedb::Facts CollectFacts(HostAutomation& host, int projects, std::vector<std::
         module.project = static_cast<int>(facts.projects.size()) - 1;
         if (!module.code) module.code = text::Utf8FromCode(code);
         facts.modules.push_back(std::move(module));
-      } catch (const HostError& error) {
+      } catch (const files::Failure& error) {
         problems.emplace_back(error.what());
         const codedb::ProjectFacts& owner = facts.projects.back();
         std::string file = component.file.empty() ? owner.file : component.file;
@@ -148,13 +148,13 @@ codedb::ModuleFacts WithOriginal(codedb::ModuleFacts facts, const text::CodeLayo
 }
 
 int FactsCollector::NumberOf(const HostProjectNode& project, HostAutomation* host) {
-  const auto [known, added] = numbers_.try_emplace(project.key, static_cast<int>(projects_.size()));
+  const auto [known, added] = numbers_.try_emplace(project.index, static_cast<int>(projects_.size()));
   if (added) {
     codedb::ProjectFacts facts;
     facts.name = text::Utf8FromCode(text::TextBefore(project.text, " ["));
-    projects_.push_back(host != nullptr ? host->FactsOfProject(ProjectIndex(project.key)) : std::move(facts));
+    projects_.push_back(host != nullptr ? host->FactsOfProject(project.index) : std::move(facts));
     moduleCounts_.push_back(0);
-    if (host != nullptr) TakeBindings(*host, ProjectIndex(project.key), known->second, bindings_);
+    if (host != nullptr) TakeBindings(*host, project.index, known->second, bindings_);
   }
   return known->second;
 }
@@ -165,7 +165,7 @@ void FactsCollector::Add(const HostProjectNode& project, HostAutomation* host, i
 }
 
 void FactsCollector::AddShortModules(const HostProjectNode& project, HostAutomation& host) {
-  const int index = ProjectIndex(project.key);
+  const int index = project.index;
   const int number = NumberOf(project, &host);
   const int count = host.ComponentCount(index);
   moduleCounts_[static_cast<std::size_t>(number)] = count;
@@ -183,7 +183,7 @@ void FactsCollector::AddShort(int project, HostAutomation& host, int index, int 
     Added added{project, position, ReadComponent(host, index, position, component, code)};
     if (!added.facts.code) added.facts.code = text::Utf8FromCode(code);
     modules_.push_back(std::move(added));
-  } catch (const HostError&) {
+  } catch (const files::Failure&) {
     return;
   }
 }
@@ -199,7 +199,7 @@ void FactsCollector::AddOmissionsOf(HostAutomation& host, const HostTree& tree) 
   if (omissions.empty()) return;
   std::set<std::string> unwanted;
   for (const HostProjectNode& project : tree.projects) {
-    if (!project.checked) unwanted.insert(host.Project(ProjectIndex(project.key)).fileName.value_or(""));
+    if (!project.checked) unwanted.insert(host.Project(project.index).fileName.value_or(""));
   }
   unwanted.erase(std::string());
   for (codedb::OmissionFact& omission : omissions) {

@@ -40,7 +40,7 @@ class FactsCollector {
   void AddOmission(const Ticked& ticked, HostAutomation* host, std::string_view reason);
   /// Takes what the listing left out, but nothing of projects that the user has left out.
   void AddOmissionsOf(HostAutomation& host, const HostTree& tree);
-  /// Throws codedb::DatabaseError.
+  /// Throws files::Failure.
   void Write();
 
   /// German lines, UTF-8: a module each that has lost characters.
@@ -56,7 +56,7 @@ class FactsCollector {
   void AddShort(int project, HostAutomation& host, int index, int position, const HostComponent& component);
 
   const std::filesystem::path folder_;
-  std::map<std::string, int> numbers_;
+  std::map<int, int> numbers_;
   std::vector<codedb::ProjectFacts> projects_;
   /// By project; 0 for one that was not read as a whole.
   std::vector<int> moduleCounts_;

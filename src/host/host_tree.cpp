@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <exception>
 
 #include <quillmate/codedb/codes.h>
@@ -61,6 +60,11 @@ const ComponentKind& KindOf(int componentType) noexcept {
   return found == kComponentKinds.end() ? kOther : *found;
 }
 
+int KindOfNode(int componentType, bool accessEdition, std::string_view name) noexcept {
+  const bool isForm = componentType == kHostDocument && accessEdition && name.starts_with(kFormPrefix);
+  return isForm ? codedb::kForm : KindOf(componentType).moduleKind;
+}
+
 /// What the tree shows for a component: Access gives form and report modules a prefix.
 std::string NodeText(int componentType, bool accessEdition, const std::string& name) {
   if (componentType != kHostDocument || !accessEdition) return name;
@@ -82,9 +86,11 @@ std::string ProjectText(const HostProject& project) {
 HostModuleNode ModuleNode(const std::string& projectKey, const HostComponent& component, int position,
                           bool accessEdition) {
   HostModuleNode node;
+  node.name = component.name;
   node.key = projectKey + component.name;
   node.text = NodeText(component.type, accessEdition, component.name);
   node.image = HostImageKey(component.type, accessEdition, component.name);
+  node.kind = KindOfNode(component.type, accessEdition, component.name);
   node.file = component.file;
   node.position = position;
   return node;
@@ -93,6 +99,7 @@ HostModuleNode ModuleNode(const std::string& projectKey, const HostComponent& co
 HostProjectNode ProjectNode(HostAutomation& host, int index, const HostProject& project, bool accessEdition,
                             bool withSmall) {
   HostProjectNode node;
+  node.index = index;
   node.key = "A" + std::to_string(index) + "\\";
   node.text = ProjectText(project);
   const int components = host.ComponentCount(index);
@@ -166,14 +173,6 @@ std::string RefreshMessage(const ListResult& result, const HostTree& tree, std::
 }
 
 bool IsListed(const HostComponent& component) noexcept { return component.lineCount >= kFewestLines; }
-
-int ProjectIndex(const std::string& projectKey) {
-  int index = 0;
-  if (projectKey.starts_with('A')) {
-    std::from_chars(projectKey.data() + 1, projectKey.data() + projectKey.size(), index);
-  }
-  return index;
-}
 
 int ModuleKindOf(int componentType) noexcept { return KindOf(componentType).moduleKind; }
 

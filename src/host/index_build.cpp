@@ -41,21 +41,23 @@ void IndexBuild::Add(const Ticked& ticked, std::string name, HostAutomation* hos
   if (request_.progress) request_.progress("Modul: " + text::Utf8FromCode(name));
   const auto pending = std::make_shared<Pending>(Pending{ticked, std::move(name), host});
   const auto finish = [this, pending](const std::exception_ptr& failure) { Take(*pending, failure); };
+  Reading reading;
   try {
-    work_.Add(
-        [pending, reading = start()] {
-          pending->module.emplace(reading());
-          return pending->module->scan.Size();
-        },
-        finish);
-  } catch (const HostError&) {
-    work_.Add([failure = std::current_exception()]() -> std::size_t { std::rethrow_exception(failure); }, finish);
+    reading = start();
+  } catch (const files::Failure&) {
+    reading = [failure = std::current_exception()]() -> ReadModule { std::rethrow_exception(failure); };
   }
+  work_.Add(
+      [pending, reading = std::move(reading)] {
+        pending->module.emplace(reading());
+        return pending->module->scan.Size();
+      },
+      finish);
 }
 
 void IndexBuild::Finish() {
   work_.FinishAll();
-  if (modules_ == 0 && !leftOut_.empty()) throw HostError(leftOut_.back());
+  if (modules_ == 0 && !leftOut_.empty()) throw files::Failure(HostReason::kNothingRead, {}, {leftOut_.back()});
 }
 
 std::string IndexBuild::Detail(std::string_view reason) const {
@@ -65,13 +67,15 @@ std::string IndexBuild::Detail(std::string_view reason) const {
 
 void IndexBuild::Take(Pending& pending, const std::exception_ptr& failure) {
   subject_ = SubjectOf(*pending.ticked.module);
-  try {
-    if (failure) std::rethrow_exception(failure);
+  if (failure) {
+    // What comes later, rows and texts that can't be written, ends the read.
+    try {
+      std::rethrow_exception(failure);
+    } catch (const files::Failure& error) {
+      LeaveOut(pending, error.what());
+    }
+  } else {
     Insert(pending);
-  } catch (const HostError& error) {
-    LeaveOut(pending, error.what());
-  } catch (const analysis::ModuleError& error) {
-    LeaveOut(pending, error.what());
   }
   subject_.clear();
 }

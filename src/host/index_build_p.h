@@ -36,10 +36,10 @@ class IndexBuild {
 
   FactsCollector& Facts() noexcept { return facts_; }
 
-  /// Reads the next module: `start` on this thread at once, what it hands back on any. A HostError or ModuleError of
-  /// either costs the module. `host` is the project's, if it comes from one. May throw for earlier modules.
+  /// Reads the next module: `start` on this thread at once, what it hands back on any. A files::Failure of either
+  /// costs the module. `host` is the project's, if it comes from one. May throw for earlier modules.
   void Add(const Ticked& ticked, std::string name, HostAutomation* host, const std::function<Reading()>& start);
-  /// Waits for all modules. Throws HostError when none could be read.
+  /// Waits for all modules. Throws files::Failure when none could be read.
   void Finish();
   /// Nothing is written any more.
   void Stop() noexcept { work_.Stop(); }

@@ -9,8 +9,8 @@ namespace quillmate::host {
 namespace {
 
 template <typename Item>
-const Item& At(const std::vector<Item>& items, int position, const char* missing) {
-  if (position < 1 || static_cast<std::size_t>(position) > items.size()) throw HostError(missing);
+const Item& At(const std::vector<Item>& items, int position, HostReason missing) {
+  if (position < 1 || static_cast<std::size_t>(position) > items.size()) throw files::Failure(missing);
   return items[static_cast<std::size_t>(position) - 1];
 }
 
@@ -107,7 +107,7 @@ int JoinedHost::ProjectCount() {
 }
 
 const JoinedHost::ListedProject& JoinedHost::Listed(int project) const {
-  return At(projects_, project, "Das Projekt ist nicht mehr vorhanden");
+  return At(projects_, project, HostReason::kProjectGone);
 }
 
 HostProject JoinedHost::Project(int project) { return Listed(project).info; }
@@ -115,7 +115,7 @@ HostProject JoinedHost::Project(int project) { return Listed(project).info; }
 int JoinedHost::ComponentCount(int project) { return static_cast<int>(Listed(project).components.size()); }
 
 HostComponent JoinedHost::Component(int project, int component) {
-  return At(Listed(project).components, component, "Das Modul ist nicht mehr vorhanden");
+  return At(Listed(project).components, component, HostReason::kModuleGone);
 }
 
 HostComponent JoinedHost::ComponentByName(int project, const std::string& name, int position) {

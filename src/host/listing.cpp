@@ -432,7 +432,7 @@ office::ModuleFile LoadModule(const ListedModule& module, std::optional<KeptModu
   if (kept && files::IsUnchanged(module.path, kept->stamp)) return std::move(kept->file);
   std::string buffer;
   const SourceBytes content = ReadSourceFile(module.path, buffer, module.codePage);
-  if (content.problem != office::Reason::kNone) throw HostError(office::ReasonText(content.problem));
+  if (content.problem != office::Reason::kNone) throw files::Failure(content.problem);
   return office::ParseModuleFile(content.bytes, module.extension);
 }
 

@@ -72,8 +72,8 @@ Listing ListSources(const std::vector<std::filesystem::path>& sources, bool exce
 /// A module's name, Windows-1252: as the project file gives it, as the file says itself, or the file name's stem.
 std::string NameOf(const ListedModule& module, const office::ModuleFile& file);
 
-/// The text of a file that holds a module, from the file again when it has changed since `kept`. Throws HostError (the
-/// reason alone).
+/// The text of a file that holds a module, from the file again when it has changed since `kept`. Throws files::Failure
+/// (the reason alone).
 office::ModuleFile LoadModule(const ListedModule& module, std::optional<KeptModule> kept);
 
 }  // namespace quillmate::host

@@ -10,7 +10,6 @@
 #include <quillmate/files/source_text.h>
 #include <quillmate/host/project_reader.h>
 #include <quillmate/office/module_file.h>
-#include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
 #include "component_facts_p.h"
@@ -142,9 +141,8 @@ ReadModule Scan(const ReadRequest& request, WholeComponent whole) {
 
 void ReadThroughHost(HostAutomation& host, const ReadRequest& request, const Ticked& ticked, IndexBuild& build) {
   const auto& [project, node] = ticked;
-  std::string name = node->key.substr(project->key.size());
-  build.Add(ticked, name, &host, [&, project = project, node = node]() -> IndexBuild::Reading {
-    auto reading = host.StartReading(ProjectIndex(project->key), name, node->position);
+  build.Add(ticked, node->name, &host, [&, project = project, node = node]() -> IndexBuild::Reading {
+    auto reading = host.StartReading(project->index, node->name, node->position);
     build.Facts().NumberOf(*project, &host);
     return [&request, reading = std::move(reading)] { return Scan(request, reading()); };
   });
@@ -156,34 +154,25 @@ void ReadRest(HostAutomation& host, const HostTree& tree, FactsCollector& facts)
   for (const HostProjectNode& project : tree.projects) {
     try {
       if (project.checked) facts.AddShortModules(project, host);
-    } catch (const HostError&) {
+    } catch (const files::Failure&) {
       continue;
     }
   }
   try {
     facts.AddOmissionsOf(host, tree);
-  } catch (const HostError&) {
+  } catch (const files::Failure&) {
     return;
   }
 }
 
-/// The kind that is in an image key; a report module of Access, which has an image of its own, is a document.
-int KindOfImage(const std::string& image) {
-  constexpr int kReportImage = 6;
-  const int kind =
-      static_cast<int>(text::LeadingNumber(std::string_view(image).substr(image.empty() ? 0 : image.size() - 1)));
-  if (kind == kReportImage) return codedb::kDocument;
-  return kind == 0 ? codedb::kOtherKind : kind;
-}
-
 ReadModule ReadFromFile(const ReadRequest& request, const HostModuleNode& node) {
-  if (node.file.empty()) throw HostError("Modul liegt nicht in einer Datei");
+  if (node.file.empty()) throw files::Failure(HostReason::kNoFile);
   const fs::path path = files::PathFromText(node.file);
   std::string buffer;
   const SourceBytes content = ReadSourceFile(path, buffer);
-  if (content.problem != office::Reason::kNone) throw HostError(office::ReasonText(content.problem));
+  if (content.problem != office::Reason::kNone) throw files::Failure(content.problem);
   const std::string code = office::DropAttributeLines(files::DecodeSourceText(content.bytes));
-  ReadModule module{KindOfImage(node.image), {code, request.options}, {}};
+  ReadModule module{node.kind, {code, request.options}, {}};
   office::ModuleFile file = office::ParseModuleFile(content.bytes, files::PathText(path.extension()));
   const std::string editorCode = std::move(file.code);
   codedb::ModuleFacts facts = FactsOfFile(std::move(file));

@@ -3,8 +3,8 @@
 #include <system_error>
 #include <utility>
 
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/file_error.h>
 #include <quillmate/office/byte_source.h>
 #include <quillmate/office/code_pages.h>
 
@@ -57,7 +57,7 @@ bool HasTooManyLines(std::string_view bytes) noexcept {
 SourceBytes ReadSourceFile(const fs::path& file, std::string& buffer, int codePage) {
   try {
     buffer = files::ReadWholeFile(file, kLargestSourceFile);
-  } catch (const files::FileError& error) {
+  } catch (const files::Failure& error) {
     if (error.Code() == std::errc::file_too_large) return {{}, office::Reason::kModuleTooLarge};
     return {{}, office::ProblemOfPath(file)};
   }

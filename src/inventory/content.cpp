@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <array>
 
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/host/office_facts.h>
 #include <quillmate/host/vb_project.h>
@@ -114,7 +114,7 @@ std::string LargeFile(const std::filesystem::path& file) {
   constexpr std::size_t kMost = std::size_t{128} << 20U;
   try {
     return files::ReadWholeFile(file, kMost);
-  } catch (const files::FileError&) {
+  } catch (const files::Failure&) {
     return {};
   }
 }

@@ -2,6 +2,7 @@
 
 #include <quillmate/files/paths.h>
 #include <quillmate/inventory/merge.h>
+#include <quillmate/inventory/reason.h>
 
 #include "link_targets_p.h"
 #include "schema_p.h"
@@ -171,10 +172,7 @@ void Merge(const std::filesystem::path& database, const std::vector<std::filesys
            const std::function<void(const std::filesystem::path&)>& done) {
   for (const std::filesystem::path& part : parts) {
     std::error_code error;
-    if (std::filesystem::equivalent(database, part, error)) {
-      throw codedb::DatabaseError(codedb::DatabaseReason::kOther,
-                                  files::PathText(part) + ": Dieser Teil ist der Bestand selbst");
-    }
+    if (std::filesystem::equivalent(database, part, error)) throw files::Failure(InventoryReason::kIsTarget, part);
   }
   Database whole(NoSource(database), Database::Mode::kCreate);
   PrepareSchema(whole);

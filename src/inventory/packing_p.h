@@ -10,6 +10,7 @@
 #include <vector>
 
 #include <quillmate/inventory/content.h>
+#include <quillmate/inventory/reason.h>
 
 /// Contents as bytes, on their way from one process of the program to another: numbers as they are in memory, texts
 /// after their length.
@@ -80,7 +81,7 @@ class Packer {
   std::string bytes_;
 };
 
-/// Throws std::runtime_error when the bytes break off.
+/// Throws files::Failure when the bytes break off.
 class Unpacker {
  public:
   explicit Unpacker(std::string_view bytes) noexcept : bytes_(bytes) {}
@@ -91,7 +92,7 @@ class Unpacker {
 
  private:
   std::string_view Cut(std::size_t count) {
-    if (count > bytes_.size()) throw std::runtime_error("Die Antwort des Lesers bricht ab");
+    if (count > bytes_.size()) throw files::Failure(InventoryReason::kBrokenAnswer);
     const std::string_view cut = bytes_.substr(0, count);
     bytes_.remove_prefix(count);
     return cut;

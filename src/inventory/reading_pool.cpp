@@ -1,5 +1,7 @@
 #include <cstring>
 
+#include <quillmate/inventory/reason.h>
+
 #include "packing_p.h"
 #include "reader_p.h"
 #include "reading_pool_p.h"
@@ -111,7 +113,7 @@ void ReadingPool::WatchTimes() {
 void ReadingPool::Start(Slot& slot) {
   std::unique_ptr<WorkerProcess> process = WorkerProcess::Start(options_.readerCommand, options_.memoryLimit);
   if (!process) {
-    throw ScanError(options_.readerCommand.front() + " lässt sich nicht als Leser starten");
+    throw files::Failure(InventoryReason::kNoReader, {}, {options_.readerCommand.front()});
   }
   const std::lock_guard lock(slot.mutex);
   slot.process = std::move(process);

@@ -64,8 +64,7 @@ std::string ChangesText(Inventory& inventory, std::int64_t since) {
 
 }  // namespace
 
-std::optional<std::string> WriteReportWorkbook(Inventory& inventory, std::int64_t since,
-                                               const std::filesystem::path& target) {
+void WriteReportWorkbook(Inventory& inventory, std::int64_t since, const std::filesystem::path& target) {
   output::Spreadsheet book;
   if (since == 0) AddOverview(book, inventory.Summarize());
   for (std::size_t table = 0; table < Inventory::TableCount(since); ++table) {
@@ -78,7 +77,7 @@ std::optional<std::string> WriteReportWorkbook(Inventory& inventory, std::int64_
       book.EndRow();
     });
   }
-  return book.Write(target);
+  book.Write(target);
 }
 
 std::string ReportText(Inventory& inventory, std::int64_t since) {

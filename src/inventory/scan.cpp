@@ -4,7 +4,7 @@
 #include <thread>
 #include <unordered_set>
 
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/identity.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/inventory/scan.h>

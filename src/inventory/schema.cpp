@@ -7,6 +7,7 @@
 
 #include <quillmate/checks/checks.h>
 #include <quillmate/files/paths.h>
+#include <quillmate/inventory/reason.h>
 #include <quillmate/inventory/schema.h>
 #include <quillmate/office/module_file.h>
 #include <quillmate/office/office_file.h>
@@ -155,21 +156,13 @@ void WriteChecks(Database& database) {
   }
 }
 
-[[noreturn]] void RefuseFile(const std::string& name) {
-  throw codedb::DatabaseError(codedb::DatabaseReason::kNoDatabase, name + ": Die Datei ist kein Bestand");
-}
-
 /// The version of the tables; 0 for an empty file.
 std::int64_t VersionOf(Database& database) {
   const std::int64_t application = Ask(database, "PRAGMA application_id");
   const std::int64_t version = Ask(database, "PRAGMA user_version");
   if (application == 0 && version == 0 && Ask(database, "SELECT count(*) FROM sqlite_master") == 0) return 0;
-  if (application != kApplication) RefuseFile(database.Name());
-  if (version < 1 || version > kSchemaVersion) {
-    throw codedb::DatabaseError(
-        codedb::DatabaseReason::kNewer,
-        database.Name() + ": Der Bestand stammt von einer neueren Fassung des Programms und wird nicht angefasst");
-  }
+  if (application != kApplication) throw files::Failure(InventoryReason::kNoInventory, database.File());
+  if (version < 1 || version > kSchemaVersion) throw files::Failure(InventoryReason::kNewer, database.File());
   return version;
 }
 
@@ -212,7 +205,7 @@ const std::filesystem::path& NoSource(const std::filesystem::path& file) {
     return !extension.empty() && text::EqualsIgnoreCase(known, std::string_view(extension).substr(1));
   };
   if (office::IsModuleFileExtension(extension) || std::ranges::any_of(office::OfficeFileExtensions(), isOffice)) {
-    RefuseFile(files::PathText(file));
+    throw files::Failure(InventoryReason::kNoInventory, file);
   }
   return file;
 }
@@ -256,14 +249,8 @@ void DropIndexes(Database& database) {
 
 void CheckSchema(Database& database) {
   const std::int64_t version = VersionOf(database);
-  if (version == 0) RefuseFile(database.Name());
-  if (version < kSchemaVersion) {
-    throw codedb::DatabaseError(
-        codedb::DatabaseReason::kOther,
-        database.Name() +
-            ": Der Bestand stammt von einer älteren Fassung des Programms; ein Lauf von inventory scan bringt "
-            "ihn auf den neuen Stand");
-  }
+  if (version == 0) throw files::Failure(InventoryReason::kNoInventory, database.File());
+  if (version < kSchemaVersion) throw files::Failure(InventoryReason::kOlder, database.File());
 }
 
 }  // namespace quillmate::inventory

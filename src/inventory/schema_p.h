@@ -8,13 +8,13 @@
 namespace quillmate::inventory {
 
 /// Takes the file for this program alone, makes the tables and views of an empty database, or sees that they are there,
-/// and bounds the memory for its pages: 32 MB, however much is written. Throws codedb::DatabaseError for a file of
+/// and bounds the memory for its pages: 32 MB, however much is written. Throws files::Failure for a file of
 /// another kind or of a newer version.
 void PrepareSchema(Database& database);
 /// The same for a database that is only read, or merged from: it must be an inventory.
 void CheckSchema(Database& database);
 
-/// The file itself. Throws codedb::DatabaseError where there is an empty file that has the name of a module or
+/// The file itself. Throws files::Failure where there is an empty file that has the name of a module or
 /// document: it is somebody's, and could not be told from a database that nothing was written to yet.
 const std::filesystem::path& NoSource(const std::filesystem::path& file);
 

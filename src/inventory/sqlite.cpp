@@ -1,38 +1,57 @@
+#include <array>
 #include <mutex>
 #include <utility>
 
 #include <sqlite3.h>
 
+#include <quillmate/codedb/database_reason.h>
 #include <quillmate/files/paths.h>
+#include <quillmate/inventory/reason.h>
 
 #include "sqlite_p.h"
 
 namespace quillmate::inventory {
 namespace {
 
+using enum InventoryReason;
 using codedb::DatabaseReason;
+using Words = files::ReasonWords<InventoryReason>;
 
-/// What happens to an inventory has words of its own; what is the system's has the system's.
-std::string Words(sqlite3* database) {
-  switch (codedb::EngineReason(database)) {
-    case DatabaseReason::kBusy:
-      return "Ein anderes Programm schreibt gerade in diesen Bestand";
-    case DatabaseReason::kFull:
-      return codedb::EngineText(database) +
-             "; was bis hierher gelesen wurde, ist gesichert, und der nächste Lauf macht weiter";
-    case DatabaseReason::kNoDatabase:
-      return "Die Datei ist kein Bestand";
-    case DatabaseReason::kDamaged:
-      return "Der Bestand ist beschädigt";
-    case DatabaseReason::kCannotOpen:
-      return "Die Datei kann nicht geöffnet werden";
-    case DatabaseReason::kReadOnly:
-      return "Die Datei ist schreibgeschützt";
-    case DatabaseReason::kInputOutput:
-      return "Der Datenträger lässt sich nicht lesen oder beschreiben";
-    default:
-      return codedb::EngineText(database);
+constexpr std::array kWords{
+    Words{kBusy, "Ein anderes Programm schreibt gerade in diesen Bestand"},
+    Words{kFull, "%c; was bis hierher gelesen wurde, ist gesichert, und der nächste Lauf macht weiter"},
+    Words{kNoInventory, "Die Datei ist kein Bestand"},
+    Words{kDamaged, "Der Bestand ist beschädigt"},
+    Words{kCannotOpen, "Die Datei kann nicht geöffnet werden"},
+    Words{kReadOnly, "Die Datei ist schreibgeschützt"},
+    Words{kInputOutput, "Der Datenträger lässt sich nicht lesen oder beschreiben"},
+    Words{kNewer, "Der Bestand stammt von einer neueren Fassung des Programms und wird nicht angefasst"},
+    Words{kOlder,
+          "Der Bestand stammt von einer älteren Fassung des Programms; ein Lauf von inventory scan bringt ihn auf den "
+          "neuen Stand"},
+    Words{kIsTarget, "Dieser Teil ist der Bestand selbst"},
+    Words{kNoReader, "%1 lässt sich nicht als Leser starten"},
+    Words{kBrokenAnswer, "Die Antwort des Lesers bricht ab"},
+};
+static_assert(files::IsComplete(kWords, kBrokenAnswer));
+
+constexpr auto kOfEngine = std::to_array<std::pair<DatabaseReason, InventoryReason>>({
+    {DatabaseReason::kBusy, kBusy},
+    {DatabaseReason::kQueryOpen, kBusy},
+    {DatabaseReason::kNoDatabase, kNoInventory},
+    {DatabaseReason::kDamaged, kDamaged},
+    {DatabaseReason::kCannotOpen, kCannotOpen},
+    {DatabaseReason::kReadOnly, kReadOnly},
+    {DatabaseReason::kInputOutput, kInputOutput},
+});
+
+files::Failure FailureOf(sqlite3* database, const std::filesystem::path& file) {
+  const files::Failure failure = codedb::EngineFailure(database);
+  if (failure.Code() == std::errc::no_space_on_device) return files::Failure(kFull, failure, file);
+  for (const auto& [engines, reason] : kOfEngine) {
+    if (failure.Code() == engines) return files::Failure(reason, file);
   }
+  return failure.At(file);
 }
 
 constexpr int FlagsOf(Database::Mode mode) {
@@ -48,15 +67,19 @@ constexpr int FlagsOf(Database::Mode mode) {
 
 }  // namespace
 
-Database::Database(const std::filesystem::path& file, Mode mode) : name_(files::PathText(file)) {
+std::error_code make_error_code(InventoryReason reason) noexcept {
+  static const files::ReasonCategory category("inventory", kWords);
+  return {static_cast<int>(reason), category};
+}
+
+Database::Database(const std::filesystem::path& file, Mode mode) : file_(file) {
   // Nobody asks how much memory is in use, and counting it takes a lock for each value that is copied. Too late, and
   // without effect, where the program has used the library before.
   static std::once_flag once;
   std::call_once(once, [] { sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); });
   const std::string path = files::PathText(files::AbsolutePath(file));
   if (sqlite3_open_v2(path.c_str(), &handle_, FlagsOf(mode) | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK) {
-    reason_ = codedb::EngineReason(handle_);
-    failure_ = name_ + ": " + Words(handle_);
+    failure_ = FailureOf(handle_, file_);
     sqlite3_close(handle_);
     CheckUsable();
   }
@@ -79,13 +102,12 @@ std::int64_t Database::LastRow() const noexcept { return sqlite3_last_insert_row
 bool Database::InTransaction() const noexcept { return sqlite3_get_autocommit(handle_) == 0; }
 
 void Database::Fail() {
-  reason_ = codedb::EngineReason(handle_);
-  failure_ = name_ + ": " + Words(handle_);
-  throw codedb::DatabaseError(reason_, failure_, files::PathFromText(name_));
+  failure_ = FailureOf(handle_, file_);
+  throw files::Failure(*failure_);
 }
 
 void Database::CheckUsable() const {
-  if (!failure_.empty()) throw codedb::DatabaseError(reason_, failure_, files::PathFromText(name_));
+  if (failure_) throw files::Failure(*failure_);
 }
 
 Statement::Statement(Database& database, std::string_view sql) : database_(&database) {

@@ -7,14 +7,14 @@
 #include <string>
 #include <string_view>
 
-#include <quillmate/codedb/database_error.h>
+#include <quillmate/files/failure.h>
 
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace quillmate::inventory {
 
-/// An open database file. Failures are codedb::DatabaseError. After the first failure every further step fails too, so
+/// An open database file. Failures are files::Failure. After the first failure every further step fails too, so
 /// that what has gone wrong halfway is never made lasting. Used by one thread at a time.
 class Database {
  public:
@@ -25,7 +25,7 @@ class Database {
   Database& operator=(const Database&) = delete;
 
   sqlite3* Handle() const noexcept { return handle_; }
-  const std::string& Name() const noexcept { return name_; }
+  const std::filesystem::path& File() const noexcept { return file_; }
   /// Statements without values, any number of them.
   void Run(const char* sql);
   std::int64_t LastRow() const noexcept;
@@ -34,10 +34,9 @@ class Database {
   void CheckUsable() const;
 
  private:
-  std::string name_;
-  /// What failed first.
-  std::string failure_;
-  codedb::DatabaseReason reason_ = codedb::DatabaseReason::kOther;
+  std::filesystem::path file_;
+  /// The last that failed.
+  std::optional<files::Failure> failure_;
   sqlite3* handle_ = nullptr;
 };
 

@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include <quillmate/codedb/database_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/inventory/content.h>
 
 #include "folder_walk_p.h"

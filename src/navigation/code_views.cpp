@@ -1,7 +1,7 @@
 #include <cerrno>
 
 #include <quillmate/codedb/index_files.h>
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/navigation/code_views.h>
 
 namespace quillmate::navigation {
@@ -12,7 +12,7 @@ void CheckModuleFiles(const std::filesystem::path& folder, int moduleCount) {
     const std::filesystem::path file = codedb::ModuleTextPath(folder, {number});
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error)) {
-      throw files::FileError(files::FileAction::kRead, file, ENOENT);
+      throw files::Failure(files::FileAction::kRead, file, ENOENT);
     }
   }
 }

@@ -1,7 +1,6 @@
 #include <algorithm>
-#include <stdexcept>
 
-#include <quillmate/codedb/database_error.h>
+#include <quillmate/codedb/database_reason.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/navigation/project_texts.h>
@@ -22,10 +21,7 @@ void ProjectTexts::MoveTo(const std::filesystem::path& folder) {
 void ProjectTexts::CheckFolder() const {
   const auto now = TimeOfIndex(folder_);
   if (now == time_ || now == std::filesystem::file_time_type::min()) return;
-  throw codedb::DatabaseError(
-      codedb::DatabaseReason::kReplaced,
-      "Das Projekt in " + files::PathText(folder_) + " wurde inzwischen von einem anderen Programm neu geschrieben.",
-      folder_);
+  throw files::Failure(codedb::DatabaseReason::kReplaced, folder_);
 }
 
 void ProjectTexts::Load(const std::filesystem::path& folder, int moduleCount) {
@@ -51,7 +47,7 @@ bool ProjectTexts::ReadAhead(std::size_t bytes, std::size_t most) {
   for (; ahead_ < texts_.size() && kept_ < enough; ++ahead_) {
     try {
       Text({static_cast<std::int32_t>(ahead_) + 1});
-    } catch (const std::runtime_error&) {
+    } catch (const files::Failure&) {
       // Perhaps nobody asks for it.
     }
   }

@@ -56,10 +56,8 @@ void FillModuleNodes(codedb::CodeDatabase& database, ProjectTree& tree) {
 void FillRoutineNodes(codedb::CodeDatabase& database, ProjectTree& tree) {
   database.TreeRoutines([&](codedb::RoutineRecord&& routine) {
     const int parent = tree.Find(routine.module);
-    if (parent == kNone) {
-      throw codedb::DatabaseError(codedb::DatabaseReason::kDamaged,
-                                  "Das Modul " + codedb::ModuleKey(routine.module) + " fehlt im Projekt.");
-    }
+    if (parent == kNone)
+      throw files::Failure(codedb::DatabaseReason::kNoModule, {}, {codedb::ModuleKey(routine.module)});
     tree.Add({routine.module, routine.number, std::move(routine.name),
               codedb::RoutineImageKey(routine.kind, routine.visibility), parent});
   });

@@ -1,5 +1,6 @@
 #include <array>
 #include <cstddef>
+#include <string>
 
 #include <quillmate/office/reason.h>
 
@@ -54,10 +55,21 @@ constexpr bool IsInOrder() {
 }
 static_assert(IsInOrder() && kWords.size() == static_cast<std::size_t>(Reason::kBrokenProject) + 1);
 
+class Category final : public std::error_category {
+ public:
+  const char* name() const noexcept override { return "office"; }
+  std::string message(int code) const override { return ReasonText(static_cast<Reason>(code)); }
+};
+
 }  // namespace
 
 Cause CauseOf(Reason reason) noexcept { return kWords[static_cast<std::size_t>(reason)].cause; }
 
 const char* ReasonText(Reason reason) noexcept { return kWords[static_cast<std::size_t>(reason)].text; }
+
+std::error_code make_error_code(Reason reason) noexcept {
+  static const Category category;
+  return {static_cast<int>(reason), category};
+}
 
 }  // namespace quillmate::office

@@ -1,7 +1,7 @@
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <utility>
 
 #include <quillmate/codedb/code_database.h>
@@ -21,7 +21,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kNothing = ": enthält kein lesbares Modul";
+using Words = files::ReasonWords<CompareReason>;
+
+constexpr std::array kWords{
+    Words{CompareReason::kNoModule, "%1: enthält kein lesbares Modul"},
+    Words{CompareReason::kNotRead, "%1"},
+};
+static_assert(files::IsComplete(kWords, CompareReason::kNotRead));
+
+[[noreturn]] void FailEmpty(const std::string& shown) { throw files::Failure(CompareReason::kNoModule, {}, {shown}); }
 
 std::string Shown(const StateRequest& request, std::string text) {
   return request.shown ? request.shown(std::move(text)) : text;
@@ -62,7 +70,8 @@ class Gaps {
     for (int project = 1; project <= projects; ++project) {
       const host::HostProject info = documents.Project(project);
       if (info.locked) {
-        Complain(request, info.fileName.value_or(std::string()) + ": " + std::string(host::kProjectIsLocked));
+        Complain(request,
+                 info.fileName.value_or(std::string()) + ": " + files::ReasonText(host::HostReason::kProjectLocked));
         lacksProjects_ = true;
         continue;
       }
@@ -104,15 +113,16 @@ ReadState ReadSource(const StateRequest& request) {
   if (request.opened) std::ranges::for_each(documents.Files(), request.opened);
   if (projects == 0) {
     const auto& problems = documents.Problems();
-    throw std::runtime_error(problems.empty() ? input + kNothing
-                                              : Shown(request, problems.back().source + ": " + problems.back().Text()));
+    if (problems.empty()) FailEmpty(input);
+    throw files::Failure(CompareReason::kNotRead, {},
+                         {Shown(request, problems.back().source + ": " + problems.back().Text())});
   }
   std::vector<std::string> problems;
   codedb::Facts facts = host::CollectFacts(documents, projects, problems, request.step);
   Gaps gaps(documents, facts, projects, request);
   for (std::string& problem : problems) Complain(request, std::move(problem));
   documents.Release();
-  if (facts.modules.empty()) throw std::runtime_error(input + kNothing);
+  if (facts.modules.empty()) FailEmpty(input);
   for (codedb::ProjectFacts& project : facts.projects) project.file = Shown(request, std::move(project.file));
   for (codedb::ModuleFacts& module : facts.modules) module.file = Shown(request, std::move(module.file));
   ReadState read{Understood(std::move(facts), request), !gaps.Any() && problems.empty()};
@@ -180,8 +190,8 @@ ReadState ReadSaved(const StateRequest& request) {
   codedb::CodeDatabase database;
   try {
     database.OpenCodeDatabase(folder);
-  } catch (const codedb::DatabaseError& error) {
-    throw codedb::DatabaseError(error.Reason(), codedb::BrokenProjectMessage(folder) + ": " + error.what(), folder);
+  } catch (const files::Failure& error) {
+    throw codedb::BrokenProject(folder, error);
   }
   symbols::ProjectSources loaded = symbols::LoadSources(database, folder, request.assumed);
   ReadState read;
@@ -191,7 +201,7 @@ ReadState ReadSaved(const StateRequest& request) {
       read.state.facts = *std::move(facts);
       read.state.hasFacts = true;
     }
-  } catch (const codedb::DatabaseError& error) {
+  } catch (const files::Failure& error) {
     // The index was asked instead; what was left out of the project nobody knows then.
     Complain(request, error.what());
     read.isWhole = false;
@@ -199,11 +209,16 @@ ReadState ReadSaved(const StateRequest& request) {
   SavedGaps(request, loaded, read).Find();
   read.state.index = symbols::ReferenceIndex::Build(std::move(loaded.sources), OptionsOf(request));
   const bool gaveUp = request.cancelled != nullptr && *request.cancelled;
-  if (read.state.index.Modules().empty() && !gaveUp) throw std::runtime_error(files::PathText(folder) + kNothing);
+  if (read.state.index.Modules().empty() && !gaveUp) FailEmpty(files::PathText(folder));
   return read;
 }
 
 }  // namespace
+
+std::error_code make_error_code(CompareReason reason) noexcept {
+  static const files::ReasonCategory category("project", kWords);
+  return {static_cast<int>(reason), category};
+}
 
 ReadState ReadComparedState(const StateRequest& request) {
   ReadState read = IsProjectFolder(request.path) ? ReadSaved(request) : ReadSource(request);

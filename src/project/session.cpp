@@ -105,8 +105,7 @@ void Session::SetPlace(std::string module, std::string routine) {
 }
 
 void Session::ShowModule(codedb::ViewIndex view) {
-  if (view.value < 0 || view.value >= Views().Count())
-    throw codedb::DatabaseError(codedb::DatabaseReason::kDamaged, codedb::BrokenProjectMessage(folder_), folder_);
+  if (view.value < 0 || view.value >= Views().Count()) throw codedb::BrokenProject(folder_);
   Views().View(view);
   Views().SetCurrent(view);
 }

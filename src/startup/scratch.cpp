@@ -3,7 +3,7 @@
 #include <vector>
 
 #include <quillmate/codedb/index_files.h>
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/startup/session.h>
 
@@ -59,7 +59,7 @@ std::optional<fs::path> MakeFolderElsewhere(AppGlobals& globals) try {
       std::make_unique<files::WorkFolder>(files::TemporaryFolder(), files::WorkFolder::Access::kPrivate);
   const fs::path folder = globals.scratchElsewhere->Path() / kScratchRoot;
   return files::MakePrivateFolder(folder) ? std::nullopt : std::optional(folder);
-} catch (const files::FileError&) {
+} catch (const files::Failure&) {
   return std::nullopt;
 }
 

@@ -209,7 +209,7 @@ ProjectSources FromIndex(codedb::CodeDatabase& database, const std::filesystem::
 std::optional<codedb::Facts> FactsIfReadable(const std::filesystem::path& folder, std::string& damage) {
   try {
     return codedb::ReadFacts(folder);
-  } catch (const codedb::DatabaseError& error) {
+  } catch (const files::Failure& error) {
     damage = error.what();
     return std::nullopt;
   }

@@ -103,7 +103,7 @@ class HandOverJob::Maker {
     AddList(book, unused, unused.find(&job_.cancelled_), 2);
     AddList(book, metrics, RowsOf(order_.known, metrics_), 3);
     output::AddTable(book, ModuleMatrix(order_.known, nullptr).AsTable());
-    if (const auto problem = book.Write(folder_ / kListFile)) throw std::runtime_error(*problem);
+    book.Write(folder_ / kListFile);
     parts_.push_back({kListFile, "Listen: Befunde, Unbenutztes, Kennzahlen, Abhängigkeiten"});
   }
 

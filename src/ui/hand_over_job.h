@@ -47,7 +47,7 @@ class HandOverJob : public QObject {
   Q_OBJECT
 
  public:
-  /// Throws files::FileError where nothing can be made in the target's place.
+  /// Throws files::Failure where nothing can be made in the target's place.
   explicit HandOverJob(HandOverChoice choice, std::filesystem::path target, QObject* parent);
   /// Gives it up, and waits until the thread has ended.
   ~HandOverJob() override;

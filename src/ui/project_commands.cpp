@@ -77,7 +77,7 @@ bool ProjectCommands::ReloadProject(const fs::path& folder, const std::string& t
     session_.ReloadProject(folder, title, isSaved);
     return true;
   } catch (const std::exception&) {
-    interaction_.Show(codedb::BrokenProjectMessage(folder), MessageIcon::kExclamation);
+    interaction_.Show(codedb::BrokenProject(folder).what(), MessageIcon::kExclamation);
     return false;
   }
 }

@@ -5,7 +5,7 @@
 #include <system_error>
 #include <utility>
 
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 
 #include "qt_text.h"
 
@@ -19,7 +19,7 @@ constexpr QMarginsF kMargins(20, 15, 15, 15);
   const std::errc code = file.error() == QFileDevice::ResourceError      ? std::errc::no_space_on_device
                          : file.error() == QFileDevice::PermissionsError ? std::errc::permission_denied
                                                                          : std::errc::io_error;
-  throw files::FileError(files::FileAction::kWrite, ToPath(file.fileName()), std::make_error_code(code));
+  throw files::Failure(files::FileAction::kWrite, ToPath(file.fileName()), std::make_error_code(code));
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ struct ProjectPdf {
 };
 
 /// Makes a new file from the project in `folder`, which holds `moduleCount` modules. False when `progress` ended it.
-/// Throws files::FileError.
+/// Throws files::Failure.
 bool WriteProjectPdf(const ProjectPdf& project, const std::filesystem::path& folder, int moduleCount,
                      const std::filesystem::path& file, std::function<bool(int page, int pages)> progress);
 

@@ -94,7 +94,10 @@ void ProjectCommands::ReadProject(const Reader& read) {
   }
   if (sources_.Projects().AnyChecked() && !LeaveProject()) return;
   if (!session_.IsLoaded()) startup::EnsureRunFolder(globals_);
-  if (globals_.RunTempFolder.empty()) throw std::runtime_error(NoFolderMessage(globals_));
+  if (globals_.RunTempFolder.empty()) {
+    interaction_.Show(NoFolderMessage(globals_), MessageIcon::kExclamation);
+    return;
+  }
   host::ReadReport report;
   {
     const Working working(interaction_);

@@ -174,7 +174,7 @@ TEST(Scanner, TakesSoManyRoutinesAndNoMore) {
   add(kMostRoutines / 2, "Sub\r\nSub\r\n");
   add(kMostRoutines / 2, "Declare Function\r\n");
   EXPECT_EQ(ScanForIndex(code, {}, {}).routines.size(), std::size_t{kMostRoutines});
-  EXPECT_THROW(ScanForIndex(code + "Sub A()", {}, {}), ModuleError);
+  EXPECT_THROW(ScanForIndex(code + "Sub A()", {}, {}), files::Failure);
   EXPECT_NO_THROW(ScanForDisplay(code + "Sub A()", {}));
 }
 

@@ -211,7 +211,7 @@ TEST(UnusedRoutines, NeedTheModulesTexts) {
   FreshIndex index;
   EXPECT_TRUE(FindUnusedRoutines(index.database, index.folder.Path()).empty());
   index.AddModule(1, "M", "2");
-  EXPECT_THROW(FindUnusedRoutines(index.database, index.folder.Path()), std::runtime_error);
+  EXPECT_THROW(FindUnusedRoutines(index.database, index.folder.Path()), files::Failure);
 }
 
 }  // namespace

@@ -10,8 +10,8 @@
 
 #include <quillmate/codedb/code_database.h>
 #include <quillmate/codedb/codes.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 
 #include "scratch.h"
@@ -163,19 +163,19 @@ TEST(CodeDatabase, ColumnsRefuseWhatDoesNotFit) {
   for (const auto& c : cases) {
     const std::string statement = "INSERT INTO td_mod(mod_num,mod_name,mod_typ,mod_zeilen) SELECT '" + c.number +
                                   "' AS AX1, 'N' AS AX2, '" + c.kind + "' AS AX3, '" + c.lines + "' AS AX4";
-    const std::string message = MessageOf<DatabaseError>([&] { index.database.ExecuteSql(statement); });
+    const std::string message = MessageOf([&] { index.database.ExecuteSql(statement); });
     EXPECT_NE(message.find(c.named), std::string::npos) << statement << "\n" << message;
   }
   index.AddRoutine(1, 1, "R");
-  const std::string refused = MessageOf<DatabaseError>([&] {
+  const std::string refused = MessageOf([&] {
     index.database.InsertRoutine({{2}, {1}, "S's", kSub, kPublic, 40000, {}, {}});
   });
   EXPECT_NE(refused.find("\"anz_dec_zeilen\""), std::string::npos) << refused;
   EXPECT_NE(refused.find("SELECT '1' AS AX1, '1' AS AX2, '40000' AS AX3, 'S''s' AS AX4, '2' AS AX5, '1' AS AX6, "),
             std::string::npos)
       << refused;
-  EXPECT_THROW(index.SetLine("rou_start", "3000000000", 1), DatabaseError);
-  EXPECT_THROW(index.SetLine("rou_ende", "2.5", 1), DatabaseError);
+  EXPECT_THROW(index.SetLine("rou_start", "3000000000", 1), files::Failure);
+  EXPECT_THROW(index.SetLine("rou_ende", "2.5", 1), files::Failure);
   EXPECT_EQ(index.Rows("SELECT Count(*) FROM td_mod", 1) + index.Rows("SELECT Count(*) FROM td_rout", 1), "31");
 }
 
@@ -183,10 +183,10 @@ TEST(CodeDatabase, WrongStatementsAreNamed) {
   FreshIndex index;
   for (const char* const statement : {"SELECT nichts FROM td_mod", "SELECT mod_num FROM td_gibtsnicht",
                                       "SELECT mod_num FROM", "CREATE TABLE x (y)", "SELECT 'a' & & 'b'"}) {
-    EXPECT_NE(MessageOf<DatabaseError>([&] { index.database.OpenRecordset(statement); }), "") << statement;
+    EXPECT_NE(MessageOf([&] { index.database.OpenRecordset(statement); }), "") << statement;
   }
-  EXPECT_THROW(index.database.ExecuteSql("SELECT mod_num FROM td_mod"), DatabaseError);
-  EXPECT_THROW(index.database.OpenRecordset("DELETE FROM td_mod"), DatabaseError);
+  EXPECT_THROW(index.database.ExecuteSql("SELECT mod_num FROM td_mod"), files::Failure);
+  EXPECT_THROW(index.database.OpenRecordset("DELETE FROM td_mod"), files::Failure);
   index.AddModule(1, "A", "2");
   EXPECT_EQ(index.Rows("SELECT mod_num FROM td_mod", 1), "1");
 }
@@ -198,15 +198,15 @@ TEST(CodeDatabase, TransactionsShowAllOrNothing) {
   const auto count = [](CodeDatabase& database) { return database.ReadIndex().size(); };
 
   index.database.Begin();
-  EXPECT_THROW(index.database.Begin(), DatabaseError);
+  EXPECT_THROW(index.database.Begin(), files::Failure);
   index.AddModule(1, "A", "2");
-  EXPECT_THROW(index.AddModule(1, "A", "2"), DatabaseError);
+  EXPECT_THROW(index.AddModule(1, "A", "2"), files::Failure);
   index.AddModule(2, "B", "2");
   EXPECT_EQ(count(index.database), 2U);
   EXPECT_EQ(count(reader), 0U);
   index.database.Commit();
   EXPECT_EQ(count(reader), 2U);
-  EXPECT_THROW(index.database.Commit(), DatabaseError);
+  EXPECT_THROW(index.database.Commit(), files::Failure);
 
   index.database.Begin();
   Recordset open = index.database.OpenRecordset(kModuleTree);
@@ -231,20 +231,20 @@ TEST(CodeDatabase, RecordsetsStandAloneAndOutliveTheDatabase) {
   };
   Recordset first = open(1);
   Recordset second = open(2);
-  EXPECT_THROW(static_cast<void>(first.Text(0)), DatabaseError);
+  EXPECT_THROW(static_cast<void>(first.Text(0)), files::Failure);
   ASSERT_TRUE(first.Next());
   ASSERT_TRUE(second.Next());
   EXPECT_EQ(first.Text("mod_name") + second.Text("mod_name"), "Modul1Modul2");
   EXPECT_EQ(first.Number("mod_num"), 1);
   EXPECT_EQ(first.Number("leer"), std::nullopt);
   EXPECT_EQ(first.Text("LEER"), "");
-  EXPECT_THROW(static_cast<void>(first.Text("fehlt")), DatabaseError);
-  EXPECT_THROW(static_cast<void>(first.Number(3)), DatabaseError);
-  EXPECT_THROW(static_cast<void>(first.Text(-1)), DatabaseError);
+  EXPECT_THROW(static_cast<void>(first.Text("fehlt")), files::Failure);
+  EXPECT_THROW(static_cast<void>(first.Number(3)), files::Failure);
+  EXPECT_THROW(static_cast<void>(first.Text(-1)), files::Failure);
   ASSERT_TRUE(second.Next());
   EXPECT_FALSE(second.Next());
   EXPECT_FALSE(second.Next());
-  EXPECT_THROW(static_cast<void>(second.Text(0)), DatabaseError);
+  EXPECT_THROW(static_cast<void>(second.Text(0)), files::Failure);
 
   second = open(3);
   ASSERT_TRUE(first.Next());
@@ -253,12 +253,12 @@ TEST(CodeDatabase, RecordsetsStandAloneAndOutliveTheDatabase) {
     const Recordset unfinished = std::move(first);
     index.database.CloseCodeDatabase();
     index.database.CloseCodeDatabase();
-    EXPECT_THROW(static_cast<void>(unfinished.Text(1)), DatabaseError);
+    EXPECT_THROW(static_cast<void>(unfinished.Text(1)), files::Failure);
   }
-  EXPECT_THROW(second.Next(), DatabaseError);
+  EXPECT_THROW(second.Next(), files::Failure);
   EXPECT_FALSE(index.database.IsOpen());
-  EXPECT_THROW(index.AddModule(9, "A", "2"), DatabaseError);
-  EXPECT_THROW(index.database.Begin(), DatabaseError);
+  EXPECT_THROW(index.AddModule(9, "A", "2"), files::Failure);
+  EXPECT_THROW(index.database.Begin(), files::Failure);
   index.database.Rollback();
 }
 
@@ -291,7 +291,7 @@ TEST(OpenDatabase, WhatIsNoWholeIndexIsRefused) {
   CodeDatabase database;
   for (const auto& c : cases) {
     WriteBytes(file, c.bytes);
-    const std::string message = MessageOf<DatabaseError>([&] { database.OpenCodeDatabase(file.parent_path()); });
+    const std::string message = MessageOf([&] { database.OpenCodeDatabase(file.parent_path()); });
     EXPECT_NE(message.find("Prüf Ordner"), std::string::npos) << c.name << message;
     EXPECT_FALSE(database.IsOpen()) << c.name;
     EXPECT_EQ(files::ReadWholeFile(file), c.bytes) << c.name;
@@ -303,11 +303,11 @@ TEST(OpenDatabase, WhatIsNoWholeIndexIsRefused) {
 
   database.CloseCodeDatabase();
   fs::remove(file);
-  EXPECT_THROW(database.OpenCodeDatabase(folder.Path()), DatabaseError);
+  EXPECT_THROW(database.OpenCodeDatabase(folder.Path()), files::Failure);
   EXPECT_FALSE(fs::exists(file));
   EXPECT_FALSE(database.IsOpen());
   fs::create_directory(file);
-  EXPECT_THROW(database.OpenCodeDatabase(folder.Path()), DatabaseError);
+  EXPECT_THROW(database.OpenCodeDatabase(folder.Path()), files::Failure);
 }
 
 using Raw = std::unique_ptr<sqlite3, decltype(&sqlite3_close)>;
@@ -319,17 +319,18 @@ Raw OpenRaw(const fs::path& file, const char* statements) {
   return {opened, sqlite3_close};
 }
 
-TEST(EngineText, SaysTheSameThingInTheSameWordsEverywhere) {
+TEST(EngineFailure, SaysTheSameThingInTheSameWordsEverywhere) {
   const Raw raw =
       OpenRaw(":memory:", "PRAGMA max_page_count = 4; CREATE TABLE t (zahl INTEGER PRIMARY KEY CHECK (zahl < 9))");
   const struct {
     const char* before;
     const char* statement;
-    DatabaseReason reason;
+    std::error_code code;
     std::string text;
   } cases[] = {
-      {"", "CREATE TABLE u AS SELECT zeroblob(99999)", DatabaseReason::kFull, files::ReasonText(ENOSPC)},
-      {"", "INSERT INTO t VALUES(10)", DatabaseReason::kBadValue,
+      {"", "CREATE TABLE u AS SELECT zeroblob(99999)", std::make_error_code(std::errc::no_space_on_device),
+       "Der Datenträger ist voll"},
+      {"", "INSERT INTO t VALUES(10)", DatabaseReason::kOutOfRange,
        "Der Wert ist zu groß oder zu klein für das Feld \"9\""},
       {"INSERT INTO t VALUES(1)", "INSERT INTO t VALUES(1)", DatabaseReason::kTaken,
        "Es gibt schon einen Datensatz mit dieser Nummer im Feld \"zahl\""},
@@ -339,10 +340,11 @@ TEST(EngineText, SaysTheSameThingInTheSameWordsEverywhere) {
   for (const auto& c : cases) {
     sqlite3_exec(raw.get(), c.before, nullptr, nullptr, nullptr);
     EXPECT_NE(sqlite3_exec(raw.get(), c.statement, nullptr, nullptr, nullptr), SQLITE_OK) << c.statement;
-    EXPECT_EQ(EngineReason(raw.get()), c.reason) << c.statement;
-    EXPECT_EQ(EngineText(raw.get()), c.text) << c.statement;
+    const files::Failure failure = EngineFailure(raw.get());
+    EXPECT_EQ(failure.Code(), c.code) << c.statement;
+    EXPECT_STREQ(failure.what(), c.text.c_str()) << c.statement;
   }
-  EXPECT_EQ(EngineReason(nullptr), DatabaseReason::kOutOfMemory);
+  EXPECT_EQ(EngineFailure(nullptr).Code(), std::errc::not_enough_memory);
 }
 
 TEST(OpenDatabase, MissingTablesAndLocksAreNamed) {
@@ -351,17 +353,17 @@ TEST(OpenDatabase, MissingTablesAndLocksAreNamed) {
   CodeDatabase database;
   const auto open = [&] { database.OpenCodeDatabase(file.parent_path()); };
   OpenRaw(file, "CREATE TABLE td_mod (mod_num, mod_name, mod_typ, mod_zeilen)");
-  EXPECT_NE(MessageOf<DatabaseError>(open).find("td_rout"), std::string::npos);
+  EXPECT_NE(MessageOf(open).find("td_rout"), std::string::npos);
   // A view can't stand in for a table.
   OpenRaw(file,
           "CREATE VIEW td_rout AS SELECT mod_num, 1 AS rou_num, '' AS rou_name, 1 AS rou_typ, 1 AS rou_open, 1 AS "
           "anz_dec_zeilen, 1 AS rou_start, 1 AS rou_ende FROM td_mod");
-  EXPECT_NE(MessageOf<DatabaseError>(open).find("td_rout"), std::string::npos);
+  EXPECT_NE(MessageOf(open).find("td_rout"), std::string::npos);
 
   FilledIndex(folder.Path());
   {
     const Raw writer = OpenRaw(file, "BEGIN EXCLUSIVE");
-    EXPECT_NE(MessageOf<DatabaseError>(open).find("gesperrt"), std::string::npos);
+    EXPECT_NE(MessageOf(open).find("gesperrt"), std::string::npos);
   }
   open();
   EXPECT_TRUE(database.IsOpen());
@@ -401,7 +403,7 @@ TEST(OpenDatabase, ReadOnlyFilesAreRead) {
     if (std::ofstream(file, std::ios::app)) GTEST_SKIP() << "write protection does not bind this user";
     index.database.OpenCodeDatabase(file.parent_path());
     EXPECT_EQ(index.Rows("SELECT mod_name FROM td_mod", 1), "A");
-    const std::string message = MessageOf<DatabaseError>([&] { index.AddModule(2, "B", "2"); });
+    const std::string message = MessageOf([&] { index.AddModule(2, "B", "2"); });
     EXPECT_NE(message.find("schreibgeschützt"), std::string::npos) << message;
     index.database.CloseCodeDatabase();
   }

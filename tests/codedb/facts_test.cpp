@@ -90,10 +90,10 @@ TEST_F(FactsTest, NonsenseIsRefused) {
     ASSERT_EQ(sqlite3_open(files::PathText(FactsPath(Folder())).c_str(), &database), SQLITE_OK);
     ASSERT_EQ(sqlite3_exec(database, change, nullptr, nullptr, nullptr), SQLITE_OK) << change;
     sqlite3_close(database);
-    EXPECT_THROW(ReadFacts(Folder()), DatabaseError) << change;
+    EXPECT_THROW(ReadFacts(Folder()), files::Failure) << change;
   }
   files::WriteWholeFile(FactsPath(Folder()), "no database at all, but long enough to look like one to a hasty reader");
-  EXPECT_THROW(ReadFacts(Folder()), DatabaseError);
+  EXPECT_THROW(ReadFacts(Folder()), files::Failure);
 }
 
 TEST(FactLines, HiddenLinesAreBackInTheirPlaces) {

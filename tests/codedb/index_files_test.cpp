@@ -141,7 +141,7 @@ TEST(DeleteAllFiles, OnlyFilesOfTheScratchRoot) {
 TEST(BrokenProject, FolderWithASeparator) {
   const std::string separator(1, static_cast<char>(fs::path::preferred_separator));
   for (const std::string& folder : {"/P" + separator, std::string("/P")}) {
-    EXPECT_EQ(BrokenProjectMessage(folder), "Projekt in /P" + separator + "\r\nist nicht mehr intakt");
+    EXPECT_EQ(BrokenProject(folder).what(), "Projekt in /P" + separator + "\r\nist nicht mehr intakt");
   }
 }
 

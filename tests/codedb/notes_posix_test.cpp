@@ -28,9 +28,9 @@ TEST(NotesFile, IsAFileOrNotThere) {
   for (const auto& [name, make] : cases) {
     const files::ScratchFolder folder;
     make(folder / std::string(kNotesFile));
-    EXPECT_THROW(LoadNotes(folder.Path()), DatabaseError) << name;
-    EXPECT_THROW(SaveNotes(folder.Path(), some), DatabaseError) << name;
-    EXPECT_THROW(SaveNotes(folder.Path(), {}), DatabaseError) << name;
+    EXPECT_THROW(LoadNotes(folder.Path()), files::Failure) << name;
+    EXPECT_THROW(SaveNotes(folder.Path(), some), files::Failure) << name;
+    EXPECT_THROW(SaveNotes(folder.Path(), {}), files::Failure) << name;
     EXPECT_FALSE(fs::exists(folder / "woanders")) << name;
   }
   const files::ScratchFolder folder;

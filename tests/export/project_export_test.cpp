@@ -76,10 +76,9 @@ TEST_F(ProjectExport, FilesAreReplacedWholeOrNotAtAll) {
   ExportModuleRtf(folder_, {1}, look, target);
   const std::string module = RtfDocument(std::string(kFirst) + "\r\n", look);
   EXPECT_EQ(files::ReadWholeFile(target), module);
-  EXPECT_THROW(ExportProjectRtf(folder_, {modules_[0], {{3}, "weg", "M2"}}, true, look, target), std::runtime_error);
-  EXPECT_THROW(ExportModuleRtf(folder_, {1}, look, folder_ / "fehlt" / "a.RTF"), std::runtime_error);
-  const std::string message =
-      codedb::MessageOf<std::runtime_error>([&] { ExportModuleRtf(folder_, {1}, look, folder_); });
+  EXPECT_THROW(ExportProjectRtf(folder_, {modules_[0], {{3}, "weg", "M2"}}, true, look, target), files::Failure);
+  EXPECT_THROW(ExportModuleRtf(folder_, {1}, look, folder_ / "fehlt" / "a.RTF"), files::Failure);
+  const std::string message = codedb::MessageOf([&] { ExportModuleRtf(folder_, {1}, look, folder_); });
   EXPECT_TRUE(message.ends_with("Das ist ein Ordner")) << message;
   EXPECT_EQ(files::ReadWholeFile(target), module);
   EXPECT_EQ(files::Names(folder_), "M1.txt M2.txt projekt.RTF");

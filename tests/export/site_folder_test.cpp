@@ -1,7 +1,7 @@
 #include <stdexcept>
 
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/file_error.h>
 #include <quillmate/files/paths.h>
 
 #include "site_folder_fixture.h"
@@ -23,7 +23,7 @@ class SiteFolderTest : public SiteTest {
   void Export(bool force = false) const { ExportSite(project_, {}, Target(), force); }
 
   std::string Refusal(bool force = false) const {
-    return codedb::MessageOf<std::runtime_error>([&] { Export(force); });
+    return codedb::MessageOf([&] { Export(force); });
   }
 
   fs::path Target() const { return folder_ / "oben" / "ziel"; }
@@ -37,7 +37,7 @@ constexpr const char* kSite =
     "unbenutzt.html";
 
 TEST_F(SiteFolderTest, NewEmptyAndEarlierFolders) {
-  EXPECT_THROW(Export(), files::FileError);
+  EXPECT_THROW(Export(), files::Failure);
   fs::create_directories(folder_ / "oben");
   Export();
   EXPECT_EQ(Names(Target()), kSite);
@@ -115,8 +115,7 @@ TEST_F(SiteFolderTest, AFailureLeavesTheTargetAsItWas) {
   EXPECT_EQ(Names(Target()), kSite);
   EXPECT_EQ(Names(folder_ / "oben"), "ziel");
   files::WriteWholeFile(folder_ / "datei", "bleibt");
-  const std::string message =
-      codedb::MessageOf<std::runtime_error>([&] { ExportSite(project_, {}, folder_ / "datei", true); });
+  const std::string message = codedb::MessageOf([&] { ExportSite(project_, {}, folder_ / "datei", true); });
   EXPECT_EQ(message, files::PathText(folder_ / "datei") + ": Das ist kein Ordner");
   EXPECT_EQ(files::ReadWholeFile(folder_ / "datei"), "bleibt");
 }

@@ -8,7 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/identity.h>
 #include <quillmate/files/replacement.h>
 #include <quillmate/files/work_folder.h>
@@ -102,7 +102,7 @@ std::optional<int> RunChild(const Scenario& scenario, const fs::path& base, Faul
     int report[2] = {0, 0};
     try {
       scenario.run(base / "ziel");
-    } catch (const FileError&) {
+    } catch (const Failure&) {
       report[1] = 1;
     }
     report[0] = faults::PointsPassed();

@@ -57,12 +57,12 @@ TEST(WholeFile, FailuresNameFileAndReason) {
     const char* reason;
   } cases[] = {{missing, "existiert nicht"}, {folder.Path(), "Das ist ein Ordner"}};
   for (const auto& c : cases) {
-    const std::string message = MessageOf<std::runtime_error>([&] { WriteWholeFile(c.file, "x"); });
+    const std::string message = MessageOf([&] { WriteWholeFile(c.file, "x"); });
     EXPECT_NE(message.find(PathText(c.file)), std::string::npos) << message;
     EXPECT_NE(message.find(c.reason), std::string::npos) << message;
   }
   for (const fs::path& file : {missing, folder.Path()}) {
-    const std::string message = MessageOf<std::runtime_error>([&] { ReadWholeFile(file); });
+    const std::string message = MessageOf([&] { ReadWholeFile(file); });
     EXPECT_NE(message.find(PathText(file)), std::string::npos) << message;
   }
 }
@@ -82,7 +82,7 @@ TEST(WholeFile, FullDisk) {
   const fs::path full = folder.Path() / "voll.txt";
   fs::create_symlink("/dev/full", full);
   for (const std::size_t size : {1U, 1U << 20U}) {
-    const std::string message = MessageOf<std::runtime_error>([&] { WriteWholeFile(full, std::string(size, 'x')); });
+    const std::string message = MessageOf([&] { WriteWholeFile(full, std::string(size, 'x')); });
     EXPECT_NE(message.find("ist voll"), std::string::npos) << message;
   }
   EXPECT_TRUE(fs::exists("/dev/full"));

@@ -7,7 +7,7 @@
 #include <unistd.h>
 #endif
 
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/identity.h>
 #include <quillmate/files/replacement.h>
 #include <quillmate/files/stamp.h>
@@ -49,7 +49,7 @@ TEST(FolderReplacement, OwnFilesAndNoOthers) {
     try {
       Replace(target, {{"a", "3"}, {taken, "3"}}, {"a", "d", "c"});
       ADD_FAILURE() << taken;
-    } catch (const FileError& error) {
+    } catch (const Failure& error) {
       EXPECT_EQ(error.Code(), std::errc::file_exists);
       EXPECT_EQ(error.Path().filename(), taken);
     }
@@ -69,7 +69,7 @@ TEST(FolderReplacement, FoldersComeInANewFolderOnly) {
     if (isNew) {
       made.Commit();
     } else {
-      EXPECT_THROW(made.Commit({"oben", "tief"}), FileError);
+      EXPECT_THROW(made.Commit({"oben", "tief"}), Failure);
     }
   }
   EXPECT_EQ(FilesIn(target / "tief" / "tiefer"), (Files{{"a", "1"}, {"b", "2"}}));
@@ -97,8 +97,8 @@ TEST(FileReplacement, WithoutCommitNothingHappens) {
   }
   EXPECT_EQ(FilesIn(folder.Path()), (Files{{"alt", "bleibt"}}));
   EXPECT_EQ(Names(folder.Path()), "alt");
-  EXPECT_THROW(ReplaceFile(folder.Path(), "x"), FileError);
-  EXPECT_THROW(ReplaceFile(folder / "fehlt/x", "x"), FileError);
+  EXPECT_THROW(ReplaceFile(folder.Path(), "x"), Failure);
+  EXPECT_THROW(ReplaceFile(folder / "fehlt/x", "x"), Failure);
   ReplaceFile(file, "neu");
   EXPECT_EQ(ReadWholeFile(file), "neu");
 }

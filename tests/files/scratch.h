@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
 
@@ -63,13 +64,13 @@ inline std::map<std::string, std::string> FilesIn(const std::filesystem::path& f
   return files;
 }
 
-/// The message of the exception that an action throws; empty when it throws none.
-template <typename Error, typename Action>
+/// The message of the failure that an action throws; empty when it throws none.
+template <typename Action>
 std::string MessageOf(Action action) {
   try {
     action();
-  } catch (const Error& error) {
-    return error.what();
+  } catch (const Failure& failure) {
+    return failure.what();
   }
   return {};
 }

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <vector>
 
-#include <quillmate/codedb/database_error.h>
+#include <quillmate/codedb/database_reason.h>
 #include <quillmate/codedb/jet_sql.h>
 
 #include "fuzz.h"
@@ -17,7 +17,7 @@ void Check(std::string_view bytes) try {
   const std::string translated = codedb::TranslateJet(filled);
   const std::size_t hole = form.find('?');
   Expect(translated.starts_with(form.substr(0, hole)) && translated.ends_with(form.substr(hole + 1)));
-} catch (const codedb::DatabaseError&) {
+} catch (const files::Failure&) {
 }
 
 }  // namespace quillmate::fuzz

@@ -29,8 +29,8 @@ TEST(DocumentHost, AttachesWhenASourceIsKnown) {
   EXPECT_TRUE(host.AttachHost());
   EXPECT_EQ(host.ProjectCount(), 0);
   EXPECT_EQ(host.HostVersion(), 0.0F);
-  EXPECT_THROW(host.Project(1), HostError);
-  EXPECT_THROW(host.ComponentByName(1, "x", 1), HostError);
+  EXPECT_THROW(host.Project(1), files::Failure);
+  EXPECT_THROW(host.ComponentByName(1, "x", 1), files::Failure);
   host.SetSources({});
   EXPECT_FALSE(host.AttachHost());
 }
@@ -199,10 +199,10 @@ TEST(DocumentHost, ReadsTheFileAsItIsThen) {
   EXPECT_EQ(Reason(host, "A", 1), files::PathText(file) + ": Datei existiert nicht");
   temp.Write("a.bas", "Attribute VB_Name = \"Neu\"\n1\n2\n3");
   EXPECT_EQ(Reason(host, "A", 1), files::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
-  EXPECT_THROW(host.Lines(1, "A", 1, 3), HostError);
+  EXPECT_THROW(host.Lines(1, "A", 1, 3), files::Failure);
   temp.Write("b.bas", "\0\0"sv);
   EXPECT_EQ(Reason(host, "b", 2), files::PathText(other) + ": Datei enthält keinen Text");
-  EXPECT_EQ(Reason(host, "C", 1), "Modul ist nicht mehr vorhanden");
+  EXPECT_EQ(Reason(host, "C", 1), "Das Modul ist nicht mehr vorhanden");
   EXPECT_EQ(Reason(host, "A", 9), files::PathText(file) + ": Datei enthält jetzt ein anderes Modul");
   // A few NUL bytes are blanks, those at the end nothing.
   temp.Write("a.bas", "Attribute VB_Name = \"A\"\nx\0= 1 ' as long as it takes for one to be one of many\n2\0\0\0"sv);

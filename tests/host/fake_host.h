@@ -64,12 +64,12 @@ class FakeHost : public HostAutomation {
   }
   const FakeComponent& ByName(int project, const std::string& name, int position) const {
     const FakeComponent& component = Nth(Nth(projects, project).components, position);
-    if (component.name != name) throw HostError("Modul fehlt");
+    if (component.name != name) throw files::Failure(HostReason::kModuleGone);
     return component;
   }
   void Note(std::string call) {
     calls.push_back(std::move(call));
-    if (calls.back() == failAt) throw HostError("Aufruf abgelehnt");
+    if (calls.back() == failAt) throw files::Failure(HostReason::kNoCode, {}, {"Aufruf abgelehnt"});
   }
 };
 

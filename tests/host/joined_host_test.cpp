@@ -56,8 +56,8 @@ TEST_F(JoinedHosts, IndicesRunThroughAndLeadBack) {
   EXPECT_EQ(joined_.Lines(3, "Beleg", 2, 3), kCode);
   EXPECT_EQ(excel_.calls, Texts{});
   EXPECT_EQ(files_.calls, (Texts{"ComponentByName 1 Beleg", "Lines Beleg 3"}));
-  EXPECT_THROW(joined_.Lines(4, "Beleg", 2, 3), HostError);
-  EXPECT_THROW(joined_.Component(3, 3), HostError);
+  EXPECT_THROW(joined_.Lines(4, "Beleg", 2, 3), files::Failure);
+  EXPECT_THROW(joined_.Component(3, 3), files::Failure);
 }
 
 TEST_F(JoinedHosts, OnePartIsEnough) {

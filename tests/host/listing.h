@@ -36,7 +36,7 @@ inline Lines Listed(DocumentHost& host, const std::filesystem::path& root) {
 
 /// Why a module can't be read; empty when it can.
 inline std::string Reason(DocumentHost& host, const std::string& module, int position) {
-  return codedb::MessageOf<HostError>([&] { host.ComponentByName(1, module, position); });
+  return codedb::MessageOf([&] { host.ComponentByName(1, module, position); });
 }
 
 }  // namespace quillmate::host

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <quillmate/codedb/codes.h>
 #include <quillmate/codedb/facts.h>
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/codedb/records.h>
@@ -272,20 +273,19 @@ TEST_F(ProjectReader, ModuleFilesAreReadWithTheirHeaders) {
   HostTree tree;
   tree.projects.resize(2);
   tree.projects[0].text = "P [p]";
-  // The name is the node's text, whatever the file says; the kind is the image's digit. No project needs a tick here.
+  // The name is the node's text, whatever the file says; the kind is the node's. No project needs a tick here.
   const std::string file = files::PathText(sources_.Write(
       "a.cls", "VERSION 1.0 CLASS\nBEGIN\nEND\nAttribute VB_Name = \"X\"\nSub A()\n attribute A.b = 1\nEnd Sub\n"));
-  for (const char* image : {"M1", "M2", "M3", "M5", "M6", "XXX"}) {
-    tree.projects[0].modules.push_back({"A1\\X", std::string("N") + image, image, file, 1, true});
+  for (const int kind : {1, 2, 3, 5, 32}) {
+    tree.projects[0].modules.push_back({"X", "A1\\X", "N" + std::to_string(kind), "M1", kind, file, 1, true});
   }
-  tree.projects[1].modules.push_back({"A2\\Y", "Y", "M2", "", 1, false});
+  tree.projects[1].modules.push_back({"Y", "A2\\Y", "Y", "M2", codedb::kStandard, "", 1, false});
   const ReadReport report = ReadModuleFiles(tree, database_, request_);
   EXPECT_EQ(report.outcome, ReadOutcome::kDone) << report.detail;
   EXPECT_EQ(report.projectText, "P [p]");
-  EXPECT_EQ(report.modules, 6);
+  EXPECT_EQ(report.modules, 5);
   Texts modules = Index();
-  EXPECT_EQ(modules, (Texts{"1 NM1 1 6: 1A", "2 NM2 2 6: 2A", "3 NM3 3 6: 3A", "4 NM5 5 6: 4A", "5 NM6 5 6: 5A",
-                            "6 NXXX 32 6: 6A"}));
+  EXPECT_EQ(modules, (Texts{"1 N1 1 6: 1A", "2 N2 2 6: 2A", "3 N3 3 6: 3A", "4 N5 5 6: 4A", "5 N32 32 6: 5A"}));
   const std::string stored = codedb::ReadModuleText(scratch_.Path(), {1});
   EXPECT_TRUE(stored.starts_with("VERSION 1.0 CLASS\r\nBEGIN\r\n")) << stored;
   EXPECT_EQ(stored.find("ttribute"), std::string::npos);

@@ -133,7 +133,7 @@ TEST(Scan, RefusesWhatIsNotItsToWrite) {
   const files::ScratchFolder scratch;
   const fs::path root = scratch.Write("r/a.bas", "x").parent_path();
   const auto failure = [&](const fs::path& database) {
-    return files::MessageOf<codedb::DatabaseError>([&] { Scan(database, Options({root})); });
+    return files::MessageOf([&] { Scan(database, Options({root})); });
   };
   Scan(scratch / "neuer", Options({root}));
   EXPECT_FALSE(fs::exists(scratch / "neuer-journal"));
@@ -155,7 +155,7 @@ TEST(Scan, RefusesWhatIsNotItsToWrite) {
   Scan(scratch / "zugleich", options);
   EXPECT_NE(second.find("Ein anderes Programm schreibt"), std::string::npos) << second;
   options.readerCommand = {files::PathText(scratch / "gibt es nicht")};
-  EXPECT_THROW(Scan(scratch / "leser", options), ScanError);
+  EXPECT_THROW(Scan(scratch / "leser", options), files::Failure);
 }
 
 TEST(Scan, GoesOnWhereItWasCancelled) {

@@ -89,7 +89,7 @@ TEST_F(Project, CallersOfARoutine) {
   EXPECT_EQ(Describe(ScanCallers(database, texts, "Foo", {1}, {3})), expected);
   std::filesystem::remove(codedb::ModuleTextPath(folder.Path(), {2}));
   texts.Load(folder.Path(), 3);
-  EXPECT_THROW(ScanCallers(database, texts, "Foo", {1}, {3}), std::runtime_error);
+  EXPECT_THROW(ScanCallers(database, texts, "Foo", {1}, {3}), files::Failure);
 }
 
 std::string Blank(std::string text) {

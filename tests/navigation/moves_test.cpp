@@ -149,7 +149,7 @@ TEST_F(Project, RoutinePanelFollowsTheCaret) {
   EXPECT_EQ(tracker.Track(database, CodeView(), {0}), unchanged);
   database.CloseCodeDatabase();
   EXPECT_EQ(trackAt(26, 0), unchanged);  // no query for the same line
-  EXPECT_THROW(trackAt(0, 0), codedb::DatabaseError);
+  EXPECT_THROW(trackAt(0, 0), files::Failure);
 }
 
 TEST_F(Project, ZoomShowsTheRoutineOrTheDeclarations) {

@@ -33,7 +33,7 @@ TEST_F(Project, TreeOfModulesAndRoutines) {
 
   AddRoutine(4, 7, "Lost", "1", "1");
   FillModuleNodes(database, tree);
-  EXPECT_THROW(FillRoutineNodes(database, tree), codedb::DatabaseError);
+  EXPECT_THROW(FillRoutineNodes(database, tree), files::Failure);
 }
 
 TEST_F(Project, ViewsAreReadWhenLookedAt) {
@@ -51,7 +51,7 @@ TEST_F(Project, ViewsAreReadWhenLookedAt) {
   EXPECT_TRUE(views.IsRead({0}));
   EXPECT_FALSE(views.IsRead({1}));
 
-  EXPECT_THROW(views.Load(folder.Path(), 3), std::runtime_error);
+  EXPECT_THROW(views.Load(folder.Path(), 3), files::Failure);
   EXPECT_EQ(views.Count(), 2);
   EXPECT_EQ(views.Current().value, 1);
   EXPECT_EQ(views.View({1}).Text(), "x\r\n");

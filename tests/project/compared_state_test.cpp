@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <quillmate/codedb/facts.h>
-#include <quillmate/files/file_error.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/project/compared_state.h>
 
@@ -67,7 +67,7 @@ TEST(ComparedState, WhatASourceLacksIsAGapOfItsProjectAlone) {
     std::string told;
     try {
       told = Describe(folder / row.path, folder.Path());
-    } catch (const std::runtime_error& error) {
+    } catch (const files::Failure& error) {
       told = error.what();
     }
     EXPECT_TRUE(told.starts_with(row.state)) << row.path << ": " << told;

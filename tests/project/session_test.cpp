@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <quillmate/files/failure.h>
 #include <quillmate/files/file_bytes.h>
-#include <quillmate/files/file_error.h>
 #include <quillmate/project/session.h>
 
 #include "project/read_project.h"
@@ -139,8 +139,8 @@ TEST_F(SessionTest, WhatCantBeLoadedLeavesEverything) {
   broken.Write("Quillmate.mdb", "x");
   fs::copy_file(codedb::CodeDbPath(read_.Folder()), codedb::CodeDbPath(textless.Path()));
   log_.Take();
-  EXPECT_THROW(session_.ReloadProject(broken.Path(), "x", true), codedb::DatabaseError);
-  EXPECT_THROW(session_.ReloadProject(textless.Path(), "x", true), files::FileError);
+  EXPECT_THROW(session_.ReloadProject(broken.Path(), "x", true), files::Failure);
+  EXPECT_THROW(session_.ReloadProject(textless.Path(), "x", true), files::Failure);
   EXPECT_EQ(Place(), before);
   EXPECT_EQ(session_.Title() + log_.Take(), "Quelle [Lager.xls]");
   EXPECT_EQ(folder_, read_.Folder());
@@ -153,13 +153,13 @@ TEST_F(SessionTest, WhatCantBeLoadedLeavesEverything) {
   session_.ReloadProject(read_.Folder(), "Quelle", false);
   fs::remove(codedb::ModuleTextPath(read_.Folder(), {2}));
   log_.Take();
-  EXPECT_THROW(session_.GoToNode(Node("Ende")), files::FileError);
+  EXPECT_THROW(session_.GoToNode(Node("Ende")), files::Failure);
   EXPECT_EQ(log_.Take(), "");
   EXPECT_EQ(session_.VisibleModule().value, 1);
-  EXPECT_THROW(session_.GoToMatch({2}, {0, 1}), codedb::DatabaseError) << "no such view";
+  EXPECT_THROW(session_.GoToMatch({2}, {0, 1}), files::Failure) << "no such view";
 
   session_.Leave(scratch_.Path());
-  EXPECT_THROW(session_.ReloadProject(broken.Path(), "x", true), codedb::DatabaseError);
+  EXPECT_THROW(session_.ReloadProject(broken.Path(), "x", true), files::Failure);
   EXPECT_FALSE(index_.IsOpen() || session_.IsLoaded());
 }
 
@@ -177,7 +177,7 @@ TEST_F(SessionTest, AFolderThatIsWrittenAnewIsNoticedOnce) {
     EXPECT_TRUE(session_.WasReplaced());
     EXPECT_FALSE(session_.WasReplaced()) << "one question is enough";
   }
-  EXPECT_THROW(session_.Files(), codedb::DatabaseError) << "they are another project's";
+  EXPECT_THROW(session_.Files(), files::Failure) << "they are another project's";
   session_.GoToNode(Node("Suche"));
   EXPECT_TRUE(session_.View().Text().starts_with("Sub Ende")) << "what was read ahead is its own";
   fs::remove(codedb::CodeDbPath(read_.Folder()));

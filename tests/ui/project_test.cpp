@@ -229,7 +229,7 @@ TEST_F(ProjectTest, DamagedIndexIsToldAndTheHostTreeStays) {
     if (std::filesystem::exists(index) && !globals.CodeDb.IsOpen()) files::WriteWholeFile(index, "x");
   };
   Trigger("mnuBearbeiten_Code");
-  ExpectMessage(QString::fromStdString(codedb::BrokenProjectMessage(globals.TempFolder)), MessageIcon::kExclamation);
+  ExpectMessage(QString::fromStdString(codedb::BrokenProject(globals.TempFolder).what()), MessageIcon::kExclamation);
   EXPECT_TRUE(Tree("treApp").isVisible());
   EXPECT_EQ(Window().windowTitle(), "Excel Quillmate 1.0");
   EXPECT_TRUE(Action("doit").isEnabled());

@@ -61,7 +61,7 @@ TEST_F(SavedProjectTest, WhatIsNoProjectOrBrokenLeavesEverythingAsItWas) {
     std::string text;
   } kCases[] = {
       {Sources(), "Kein Gültiges Projekt"},
-      {Folder("kaputt"), codedb::BrokenProjectMessage(Folder("kaputt"))},
+      {Folder("kaputt"), codedb::BrokenProject(Folder("kaputt")).what()},
   };
   // After the question whether to save what is on screen, where that gets as far.
   const auto told = [this] {

@@ -1,8 +1,7 @@
 #include "read_files.h"
 
-#include <stdexcept>
-
 #include <quillmate/codedb/project_folder.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/files/identity.h>
 #include <quillmate/files/paths.h>
 
@@ -17,9 +16,7 @@ void ReadFiles::Check(const std::vector<std::filesystem::path>& written,
     for (const auto& name : codedb::ProjectFiles(session_.Folder())) read.Add(session_.Folder() / name);
   }
   for (const auto& path : written) {
-    if (!read.Contains(path)) continue;
-    throw std::runtime_error("Aus dieser Datei wird gelesen, sie wird nicht überschrieben:\r\n" +
-                             files::PathText(path));
+    if (read.Contains(path)) throw files::Failure(files::FileReason::kIsInput, path);
   }
 }
 

@@ -16,7 +16,7 @@ class ReadFiles {
   ReadFiles(const host::DocumentHost& documents, const project::Session& session)
       : documents_(documents), session_(session) {}
 
-  /// Throws std::runtime_error (German) when one of the paths `written`, which are to be written, leads to such a file
+  /// Throws files::Failure when one of the paths `written`, which are to be written, leads to such a file
   /// or to one of `alsoRead`.
   void Check(const std::vector<std::filesystem::path>& written,
              const std::vector<std::filesystem::path>& alsoRead = {}) const;

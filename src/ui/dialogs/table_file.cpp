@@ -1,7 +1,5 @@
 #include "table_file.h"
 
-#include <stdexcept>
-
 #include <quillmate/files/replacement.h>
 
 #include "qt_text.h"
@@ -15,7 +13,7 @@ std::string TextOf(const ListTexts& list) { return list.text ? list.text() : out
 void WriteWorkbook(const std::filesystem::path& file, const output::Table& table) {
   output::Spreadsheet book;
   output::AddTable(book, table);
-  if (const auto problem = book.Write(file)) throw std::runtime_error(*problem);
+  book.Write(file);
 }
 
 }  // namespace

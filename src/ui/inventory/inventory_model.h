@@ -16,7 +16,7 @@ class InventoryModel : public QAbstractTableModel {
  public:
   using QAbstractTableModel::QAbstractTableModel;
 
-  /// Throws codedb::DatabaseError; shows what it showed before then.
+  /// Throws files::Failure; shows what it showed before then.
   void Open(const std::filesystem::path& database);
   /// Nobody reads the file any more.
   void Close();

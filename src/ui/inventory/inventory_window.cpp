@@ -350,8 +350,7 @@ void InventoryWindow::WriteWorkbook() {
   const QString file = AskReport(QStringLiteral("xlsx"), "Arbeitsmappe:xlsx;");
   if (file.isEmpty()) return;
   const Working working(desk_.interaction);
-  const auto problem = inventory::WriteReportWorkbook(*model_->Stock(), 0, ToPath(file));
-  if (problem) throw std::runtime_error(*problem);
+  inventory::WriteReportWorkbook(*model_->Stock(), 0, ToPath(file));
 }
 
 }  // namespace quillmate::ui

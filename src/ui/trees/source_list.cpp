@@ -215,8 +215,7 @@ void SourceList::Remember(const Paths& sources) {
 
 std::optional<int> SourceList::DocumentIndex(int project) const {
   if (project < 0) return std::nullopt;
-  const std::string& key = model_->Tree().projects[static_cast<std::size_t>(project)].key;
-  return services_.host.IndexIn(services_.documents, host::ProjectIndex(key));
+  return services_.host.IndexIn(services_.documents, model_->Tree().projects[static_cast<std::size_t>(project)].index);
 }
 
 void SourceList::ListAtStart() {

@@ -19,12 +19,12 @@ struct ReadState {
 /// A module scanned for the index, on any thread and before it is known which numbers its routines get.
 class ScannedModule {
  public:
-  /// Throws ModuleError when a routine's header has more lines than the index can count, or the module too many
+  /// Throws files::Failure when a routine's header has more lines than the index can count, or the module too many
   /// routines.
   ScannedModule(std::string_view code, const ScanOptions& options);
 
   /// Numbers the routines on from those of the modules before it and writes its rows into the open database. Once.
-  /// Throws codedb::DatabaseError; the caller abandons the read then.
+  /// Throws files::Failure; the caller abandons the read then.
   void Insert(codedb::CodeDatabase& database, ReadState& state);
 
   /// The marked-up text; in a module with ScanResult::numbersInText not before Insert.

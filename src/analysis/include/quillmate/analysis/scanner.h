@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <quillmate/codedb/records.h>
+#include <quillmate/files/failure.h>
 #include <quillmate/text/code_options.h>
 
 /// Marks up a module and finds its routines. Texts are Windows-1252 with CR LF line breaks; the markers are those of
@@ -18,11 +18,12 @@ using ScanOptions = text::CodeLayout;
 /// A module of more routines is none that somebody wrote: an editor takes 65,534 lines.
 inline constexpr std::int32_t kMostRoutines = 1'000'000;
 
-/// A module that the index can't hold. what() is German, UTF-8.
-class ModuleError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
+/// Why the index can't hold a module.
+enum class ModuleReason {
+  kManyRoutines = 1,
+  kLongHeader  // of the routine %1: %2 lines
 };
+std::error_code make_error_code(ModuleReason reason) noexcept;
 
 /// First or last line of a routine, in the order of the lines of the stored text.
 struct RoutineLine {
@@ -47,11 +48,14 @@ struct ScanResult {
 };
 
 /// Marks up a module and numbers its routines on from `last`, the last number given so far (0 before a project's first
-/// module). The marked-up text ends with one CR LF more than the input. Throws ModuleError at the first routine beyond
-/// kMostRoutines.
+/// module). The marked-up text ends with one CR LF more than the input. Throws files::Failure at the first routine
+/// beyond kMostRoutines.
 ScanResult ScanForIndex(std::string_view code, const ScanOptions& options, codedb::RoutineNumber last);
 
 /// Marks up a piece of code for showing: no numbers, no line break added.
 std::string ScanForDisplay(std::string_view code, const ScanOptions& options);
 
 }  // namespace quillmate::analysis
+
+template <>
+struct std::is_error_code_enum<quillmate::analysis::ModuleReason> : std::true_type {};

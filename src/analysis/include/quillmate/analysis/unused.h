@@ -31,8 +31,8 @@ struct UnusedRoutine {
 
 /// The candidates without a reference by module; within a module first the public ones by name, then the others in the
 /// order of their routine numbers. `folder` holds the index's module texts. The time it takes grows with the size of
-/// the project, not with the number of names. Throws codedb::DatabaseError, and files::FileError when a
-/// module's text can't be read. Once `cancelled`, which may be null, is true, it ends soon and returns nothing.
+/// the project, not with the number of names. Throws files::Failure, also when a module's text can't be
+/// read. Once `cancelled`, which may be null, is true, it ends soon and returns nothing.
 std::vector<UnusedRoutine> FindUnusedRoutines(codedb::CodeDatabase& database, const std::filesystem::path& folder,
                                               const std::atomic<bool>* cancelled = nullptr);
 

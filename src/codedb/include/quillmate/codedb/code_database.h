@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include <quillmate/codedb/database_error.h>
+#include <quillmate/codedb/database_reason.h>
 #include <quillmate/codedb/jet_sql.h>
 #include <quillmate/codedb/records.h>
 
@@ -27,7 +27,7 @@ namespace quillmate::codedb {
 /// Version of the database engine, for instance "3.40.1".
 std::string EngineVersion();
 
-/// A forward-readable result. It may outlive its database: once that is closed, every call throws DatabaseError. So
+/// A forward-readable result. It may outlive its database: once that is closed, every call throws files::Failure. So
 /// does reading a field before the first or after the last record.
 class Recordset {
  public:
@@ -38,7 +38,7 @@ class Recordset {
   /// Steps to the next record (the first call steps to the first one); false after the last.
   bool Next();
   /// A field of the current record as Windows-1252 text; NULL reads as empty. Names compare without regard to case.
-  /// An unknown name throws DatabaseError.
+  /// An unknown name throws files::Failure.
   std::string Text(std::string_view field) const;
   /// A field as a number; nothing when it is NULL.
   std::optional<std::int64_t> Number(std::string_view field) const;
@@ -54,8 +54,8 @@ class Recordset {
 };
 
 /// The open database (there is one at a time). What is read and written has an operation here, whose statement is a
-/// form that is prepared once; other statements are texts (Windows-1252). All operations throw DatabaseError, also when
-/// nothing is open.
+/// form that is prepared once; other statements are texts (Windows-1252). All operations throw files::Failure, also
+/// when nothing is open.
 class CodeDatabase {
  public:
   CodeDatabase();
@@ -64,7 +64,7 @@ class CodeDatabase {
   CodeDatabase& operator=(const CodeDatabase&) = delete;
 
   /// Opens a folder's database shared and writable (read-only where the medium allows no more) and looks through all of
-  /// it. Throws DatabaseError when the file is missing, damaged, locked, or lacks one of the two tables; it is never
+  /// it. Throws files::Failure when the file is missing, damaged, locked, or lacks one of the two tables; it is never
   /// created. An earlier database is closed first. A mere reader writes nothing, neither into the file nor beside it.
   void OpenCodeDatabase(const std::filesystem::path& folder);
   /// The same for a file that this process has just written: only its tables are looked for.
@@ -79,7 +79,7 @@ class CodeDatabase {
   Recordset OpenRecordset(std::string_view statement);
 
   /// One read is one transaction: everything up to Commit becomes visible at once, Rollback (or closing) drops it.
-  /// Begin within a transaction and Commit without one throw DatabaseError; Rollback without one does nothing.
+  /// Begin within a transaction and Commit without one throw files::Failure; Rollback without one does nothing.
   void Begin();
   void Commit();
   void Rollback() noexcept;

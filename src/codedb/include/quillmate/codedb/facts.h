@@ -177,11 +177,11 @@ struct Facts {
 /// The folder's facts.
 std::filesystem::path FactsPath(const std::filesystem::path& folder);
 
-/// Writes the file anew. Throws DatabaseError and files::FileError; a file that is not whole is removed then.
+/// Writes the file anew. Throws files::Failure; a file that is not whole is removed then.
 void WriteFacts(const std::filesystem::path& folder, const Facts& facts);
 
-/// Nothing when there is no such file. Throws DatabaseError when it is damaged, holds nonsense (a module of no project)
-/// or is of a later version: the caller goes on without.
+/// Nothing when there is no such file. Throws files::Failure when it is damaged, holds nonsense (a module of no
+/// project) or is of a later version: the caller goes on without.
 std::optional<Facts> ReadFacts(const std::filesystem::path& folder);
 
 /// The text of the module's file again: hidden lines and code, whose lines end in LF or CR LF and keep that.

@@ -31,9 +31,9 @@ std::filesystem::path CodeDbPath(const std::filesystem::path& folder);
 std::filesystem::path ModuleTextPath(const std::filesystem::path& folder, ModuleNumber module);
 
 /// Writes a module's marked-up text as a line-printing write does: the text and one CR LF. Throws
-/// files::FileError when the file can't be written whole.
+/// files::Failure when the file can't be written whole.
 void WriteModuleText(const std::filesystem::path& folder, ModuleNumber module, std::string_view markedText);
-/// The file's bytes. Throws files::FileError.
+/// The file's bytes. Throws files::Failure.
 std::string ReadModuleText(const std::filesystem::path& folder, ModuleNumber module);
 
 /// The code that was scanned, out of a module's marked-up text as the file holds it: without markers, and without the
@@ -44,8 +44,5 @@ std::string StoredCode(std::string_view fileText);
 /// written and with all links and ".." followed, and that `folder` itself is no link. Errors are ignored, symbolic
 /// links in it are removed, never followed; sub-folders stay.
 void DeleteAllFiles(const std::filesystem::path& folder) noexcept;
-
-/// The message for an index that can't be opened: "Projekt in " + folder + CR LF + "ist nicht mehr intakt". UTF-8.
-std::string BrokenProjectMessage(const std::filesystem::path& folder);
 
 }  // namespace quillmate::codedb

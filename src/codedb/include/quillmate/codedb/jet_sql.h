@@ -37,7 +37,7 @@ struct JetValue {
   bool isNull = false;
 };
 
-/// A statement (Windows-1252) as SQLite takes it (UTF-8). Throws DatabaseError (kBadStatement) for what is no
+/// A statement (Windows-1252) as SQLite takes it (UTF-8). Throws files::Failure for what is no
 /// statement of the dialect.
 std::string TranslateJet(std::string_view statement);
 /// The same for a form; each hole becomes a parameter, in their order.

@@ -27,10 +27,10 @@ struct Note {
   bool SamePlace(const Note& other) const;
 };
 
-/// Empty where the folder has no such file. Throws DatabaseError when it can't be read, or is no regular file.
+/// Empty where the folder has no such file. Throws files::Failure when it can't be read, or is no regular file.
 std::vector<Note> LoadNotes(const std::filesystem::path& folder);
 
-/// Replaces the file as a whole; without notes it goes. Throws files::FileError or DatabaseError, and the file is what
+/// Replaces the file as a whole; without notes it goes. Throws files::Failure, and the file is what
 /// it was.
 void SaveNotes(const std::filesystem::path& folder, const std::vector<Note>& notes);
 

@@ -27,11 +27,11 @@ FolderState LookAtFolder(const std::filesystem::path& folder);
 /// The names of the project's files, whether or not they exist.
 std::vector<std::filesystem::path> ProjectFiles(const std::filesystem::path& folder);
 
-/// Copies a project's files into an existing folder. Throws files::FileError, DatabaseError for a damaged index.
+/// Copies a project's files into an existing folder. Throws files::Failure, also for a damaged index.
 void CopyAllFiles(const std::filesystem::path& from, const std::filesystem::path& to);
 
-/// A project that is being written. Failures are files::FileError, and std::runtime_error (German, UTF-8, led by the
-/// path) for what is in the way and not to be overwritten.
+/// A project that is being written. Failures are files::Failure, also for what is in the way and not to be
+/// overwritten.
 class ProjectReplacement {
  public:
   /// The target must be missing, empty or a project.

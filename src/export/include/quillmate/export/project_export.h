@@ -10,7 +10,7 @@
 
 /// Exports of a whole module or a whole project, read from the module text files of an index folder. They hold one
 /// module's text and 64 KB pieces of the result at a time. A module file that can't be read ends them with
-/// files::FileError.
+/// files::Failure.
 namespace quillmate::output {
 
 /// A module as project exports need it.
@@ -22,7 +22,7 @@ struct ModuleEntry {
   std::string imageKey;
 };
 
-/// All modules of an index by number, the order of project exports. Throws codedb::DatabaseError.
+/// All modules of an index by number, the order of project exports. Throws files::Failure.
 std::vector<ModuleEntry> ReadModules(codedb::CodeDatabase& database);
 
 void ModuleRtf(const std::filesystem::path& folder, codedb::ModuleNumber module, const text::CodeLook& look,
@@ -38,7 +38,7 @@ void ProjectText(const std::filesystem::path& folder, const std::vector<ModuleEn
                  const Sink& sink);
 
 /// The RTF into a file. An earlier file stays as it was until the new one is whole. A target that is no plain file (a
-/// device, a pipe) is written to directly. Throws files::FileError.
+/// device, a pipe) is written to directly. Throws files::Failure.
 void ExportModuleRtf(const std::filesystem::path& folder, codedb::ModuleNumber module, const text::CodeLook& look,
                      const std::filesystem::path& target);
 void ExportProjectRtf(const std::filesystem::path& folder, const std::vector<ModuleEntry>& modules, bool headers,

@@ -43,12 +43,12 @@ inline constexpr const char* kSiteListFile = "quillmate-site.txt";
 
 /// Writes all files into an existing folder. Of the look the colours and the bold lines count, of the colours 24 bits;
 /// on dark ground they are made light enough to be read. Linear in the size of the project; pages are made on all
-/// cores, a few at a time. Throws files::FileError and what `progress` throws.
+/// cores, a few at a time. Throws files::Failure and what `progress` throws.
 void WriteSite(const SiteProject& project, const text::CodeLook& look, const std::filesystem::path& folder,
                const SiteProgress& progress = {});
 
 /// A site that is being written into a folder, whose earlier site it replaces; other files there stay. Failures are
-/// files::FileError, and std::runtime_error (German, UTF-8, led by the path) for a place that is not to be overwritten.
+/// files::Failure, also for a place that is not to be overwritten.
 class SiteFolder {
  public:
   /// A target that exists must be a folder: an empty one, an earlier site or, with `force`, any other.

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,7 +20,7 @@ inline constexpr std::size_t kMostSheetRows = 1048576;
 ///     Spreadsheet book;
 ///     book.AddSheet("Dateien", {"Datei", "Zeilen"});
 ///     book.Text("a.xlsm").Number(12).EndRow();
-///     if (const auto problem = book.Write(target)) ...
+///     book.Write(target);
 ///
 /// All texts are UTF-8. Text stays text: "=1+1" is no formula, "www.x" no link, "00123" no number. What a cell can't
 /// hold is replaced (control characters by their pictures, bytes that are no UTF-8 by U+FFFD) or cut at 32,767
@@ -42,10 +41,9 @@ class Spreadsheet {
   Spreadsheet& Empty();
   void EndRow();
 
-  /// Puts the file in place, through the one way to write (files/replacement.h): until it returns without a reason the
-  /// target is what it was. The reason is one German line that begins with the target's path, without a full stop.
-  /// Ends the book: nothing may be added after it.
-  [[nodiscard]] std::optional<std::string> Write(const std::filesystem::path& target);
+  /// Puts the file in place, through the one way to write (files/replacement.h). Throws files::Failure of the target,
+  /// which is what it was then. Ends the book: nothing may be added after it.
+  void Write(const std::filesystem::path& target);
 
  private:
   struct State;

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// Whole files as bytes. Failures are FileError.
+/// Whole files as bytes. Failures are Failure.
 namespace quillmate::files {
 
 /// More than any text or index of a project takes; what is larger is somebody's trap.

@@ -27,7 +27,7 @@
 /// What is replaced hands its rights, owner and group on as far as the system lets it. New files follow the process's
 /// rules, but among files that are replaced none is open to more people than these.
 ///
-/// Failures are FileError and name the target; until Commit has returned the target is what it was.
+/// Failures are Failure and name the target; until Commit has returned the target is what it was.
 namespace quillmate::files {
 
 using Writer = std::function<void(std::string_view bytes)>;

@@ -14,7 +14,7 @@ namespace quillmate::files {
 
 class WorkFolder {
  public:
-  /// Makes one in `place`, and clears there what crashed runs left. Throws FileError, which names the place.
+  /// Makes one in `place`, and clears there what crashed runs left. Throws Failure, which names the place.
   /// `kPrivate` is for folders that many users share, where nobody else may look in; elsewhere the folder hands the
   /// rights of the place on to what is made in it.
   enum class Access { kAsPlace, kPrivate };

@@ -14,7 +14,8 @@ namespace quillmate::host {
 ///
 /// Everything happens on the calling thread, which becomes a single-threaded apartment unless it is an apartment
 /// already. A program that is busy (a cell being edited, a dialog open) is asked again, and one that does not answer a
-/// call waited for, as long as the patience lasts; both are a HostError then, as is a program that ends in the middle.
+/// call waited for, as long as the patience lasts; both are a files::Failure then, as is a program that ends in the
+/// middle.
 ///
 /// Attaching fails when the program does not run and when it refuses the access to its projects; Version tells the two
 /// apart, and Problem says what it is. A module that gives no code is listed with 0 lines, a project that gives no

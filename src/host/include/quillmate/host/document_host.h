@@ -55,7 +55,7 @@ struct SourceProblem {
 ///
 /// ProjectCount looks through the sources anew, as the first step of a listing; all positions belong to that listing,
 /// also those of a later read. What is read is the file as it is then; a file that is gone, or that holds a module of
-/// another name by then, is a HostError, whose text names the file.
+/// another name by then, is a files::Failure of the file.
 class DocumentHost : public HostAutomation {
  public:
   DocumentHost();

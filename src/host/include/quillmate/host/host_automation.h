@@ -2,29 +2,21 @@
 
 #include <functional>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <quillmate/codedb/facts.h>
+#include <quillmate/host/host_reason.h>
 #include <quillmate/office/component_type.h>
 
 /// The object model of a running Office host, as far as the program reads it. Nothing here ever starts a host, writes
-/// to it or runs a macro. Names and code are Windows-1252, file names UTF-8, messages (what()) UTF-8.
+/// to it or runs a macro. Names and code are Windows-1252, file names UTF-8, messages UTF-8. What
+/// a host refuses, or what comes too late, throws files::Failure (host_reason.h).
 namespace quillmate::host {
-
-/// A call that the host refused or that came too late (project closed, component gone, file vanished).
-class HostError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 
 /// A component's type is a module's.
 using office::ComponentType;
 using enum office::ComponentType;
-
-/// Why a locked project gives no code.
-inline constexpr const char* kProjectIsLocked = "Das Projekt ist gesperrt";
 
 struct HostProject {
   std::string name;
@@ -72,7 +64,7 @@ class HostAutomation {
   virtual int ComponentCount(int project) = 0;
   virtual HostComponent Component(int project, int component) = 0;
 
-  /// Type and line count of a component as they are now, by its name as listed. Throws HostError when it is gone.
+  /// Type and line count of a component as they are now, by its name as listed. Throws when it is gone.
   /// `position` is where it was listed; it decides where a source holds several components of one name.
   virtual HostComponent ComponentByName(int project, const std::string& name, int position) = 0;
   /// The first `count` lines of a component, separated by CR LF, without a trailing line break.
@@ -84,7 +76,7 @@ class HostAutomation {
   /// lost characters; `project` and `number` are the caller's. Throws as Lines does.
   virtual codedb::ModuleFacts FactsOfComponent(int project, const std::string& name, int position);
   /// Reads a component as ComponentByName, Lines and FactsOfComponent do in turn. What any thread can do of it is left
-  /// to the function that comes back: to be called once, and before the next listing. Both throw HostError.
+  /// to the function that comes back: to be called once, and before the next listing.
   virtual std::function<WholeComponent()> StartReading(int project, const std::string& name, int position);
 
   /// What starts routines of the project from outside of its code, as far as the host knows; their `project` is the

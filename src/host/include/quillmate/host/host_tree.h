@@ -11,12 +11,16 @@
 namespace quillmate::host {
 
 struct HostModuleNode {
-  /// Project key + module name.
+  /// The component's, Windows-1252.
+  std::string name;
+  /// Project key + name.
   std::string key;
   /// What the tree shows, Windows-1252.
   std::string text;
   /// Image key: "M1", "M2", "M3", "M5", "M6" or "XXX".
   std::string image;
+  /// The `mod_typ` that the image stands for: in the Access edition a module of a form counts as a form.
+  int kind = 0;
   /// Full path of the module's file, UTF-8; empty when the code is not in a file of its own.
   std::string file;
   /// Position in the host's component collection, 1-based.
@@ -25,7 +29,9 @@ struct HostModuleNode {
 };
 
 struct HostProjectNode {
-  /// "A" + index of the project in the host's collection, 1-based + "\".
+  /// In the host's collection, 1-based.
+  int index = 0;
+  /// "A" + index + "\".
   std::string key;
   /// Project name + " [" + file name without folder + "]", Windows-1252.
   std::string text;
@@ -66,9 +72,6 @@ std::string RefreshMessage(const ListResult& result, const HostTree& tree, std::
 
 /// True for a component that is listed and indexed: one of 2 lines or fewer holds no routine.
 bool IsListed(const HostComponent& component) noexcept;
-
-/// The project index in a project key: the digits between "A" and "\".
-int ProjectIndex(const std::string& projectKey);
 
 /// `mod_typ` of a component type.
 int ModuleKindOf(int componentType) noexcept;

@@ -10,12 +10,12 @@
 #include <string_view>
 #include <vector>
 
-#include <quillmate/codedb/database_error.h>
 #include <quillmate/inventory/content.h>
+#include <quillmate/inventory/reason.h>
 
 /// What an inventory answers. Only read: a scan or a merge into the same file may follow, but not run meanwhile. All
 /// texts are UTF-8, paths as they are stored (schema.h); PathOf gives the path itself. Failures are
-/// codedb::DatabaseError.
+/// files::Failure.
 namespace quillmate::inventory {
 
 /// The questions that are answered out of the box.

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include <quillmate/codedb/database_error.h>
+#include <quillmate/inventory/reason.h>
 
 namespace quillmate::inventory {
 
@@ -17,7 +17,7 @@ namespace quillmate::inventory {
 /// Of a content the one that could be read, else the one by the newer program.
 ///
 /// Each part is one step: a failure leaves the ones before it in. `done` is called after each. Throws
-/// codedb::DatabaseError.
+/// files::Failure.
 void Merge(const std::filesystem::path& database, const std::vector<std::filesystem::path>& parts,
            const std::function<void(const std::filesystem::path&)>& done = {});
 

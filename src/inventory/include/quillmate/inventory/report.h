@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,10 +12,8 @@
 /// gone since the run of that number.
 namespace quillmate::inventory {
 
-/// A workbook: an overview, then a sheet for each table. The reason when it can't be written, as Spreadsheet gives it;
-/// the target is untouched then. Throws codedb::DatabaseError.
-[[nodiscard]] std::optional<std::string> WriteReportWorkbook(Inventory& inventory, std::int64_t since,
-                                                             const std::filesystem::path& target);
+/// A workbook: an overview, then a sheet for each table. Throws files::Failure; the target is untouched then.
+void WriteReportWorkbook(Inventory& inventory, std::int64_t since, const std::filesystem::path& target);
 
 /// A page that needs nothing beside it: the overview with bars, and tables that sort at a click on a head. Of each
 /// table the first 5,000 rows, and how many there are. HTML in UTF-8.

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include <quillmate/codedb/database_error.h>
+#include <quillmate/inventory/reason.h>
 
 /// Brings an inventory up to date with the files below some roots.
 ///
@@ -65,14 +65,7 @@ struct ScanResult {
   std::vector<std::string> problems;
 };
 
-/// No reader can be started. what() is German, one line.
-class ScanError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-/// Makes the database where there is none. Throws codedb::DatabaseError and ScanError; what was read up to then is
-/// kept.
+/// Makes the database where there is none. Throws files::Failure; what was read up to then is kept.
 ScanResult Scan(const std::filesystem::path& database, const ScanOptions& options);
 
 /// Ends all scans of this process and waits until their databases are in order, ten seconds at most: for a thread that

@@ -34,7 +34,7 @@ std::string_view ScopeMessage(CallerScope scope) noexcept;
 /// A routine comes again when its mentions are interrupted by those of another one that is within it, as it happens
 /// around routines written on one line; `tree.Find` then leads to the first of the nodes.
 ///
-/// Throws codedb::DatabaseError, and files::FileError when a module's file can't be read.
+/// Throws files::Failure, also when a module's file can't be read.
 ProjectTree ScanCallers(codedb::CodeDatabase& database, ProjectTexts& texts, std::string_view name,
                         codedb::ModuleNumber first, codedb::ModuleNumber last);
 

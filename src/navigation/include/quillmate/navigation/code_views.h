@@ -15,7 +15,7 @@ class CodeViews {
  public:
   CodeViews();
 
-  /// Makes one view per module of the project in `folder`. Throws files::FileError when one of the module
+  /// Makes one view per module of the project in `folder`. Throws files::Failure when one of the module
   /// text files is missing; the views are those of before then.
   void Load(const std::filesystem::path& folder, int moduleCount);
   /// The same with texts that are kept anyway, for other questions; they must outlive the views.
@@ -28,7 +28,7 @@ class CodeViews {
   codedb::ViewIndex Current() const noexcept { return current_; }
   void SetCurrent(codedb::ViewIndex index) noexcept { current_ = index; }
 
-  /// The view, its text read at the first call. Throws files::FileError when the file can't be read.
+  /// The view, its text read at the first call. Throws files::Failure when the file can't be read.
   CodeView& View(codedb::ViewIndex index);
   /// The colouring of that view's text.
   const std::vector<StyleRun>& Runs(codedb::ViewIndex index);

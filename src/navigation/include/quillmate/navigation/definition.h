@@ -32,7 +32,7 @@ struct Definition {
 
 /// Looks a name (Windows-1252) up as seen from a module: first among all routines of that module, private ones
 /// included, then among the routines of any module that are not private. Of several the first record that the database
-/// returns counts. Throws codedb::DatabaseError.
+/// returns counts. Throws files::Failure.
 std::optional<Definition> FindDefinition(codedb::CodeDatabase& database, codedb::ViewIndex view, std::string_view name);
 
 }  // namespace quillmate::navigation

@@ -26,7 +26,7 @@ class ProjectTexts {
   void MoveTo(const std::filesystem::path& folder);
   /// When the index was written that the texts belong to.
   std::filesystem::file_time_type Time() const noexcept { return time_; }
-  /// Throws codedb::DatabaseError (kReplaced) when the folder holds another project by now.
+  /// Throws files::Failure (DatabaseReason::kReplaced) when the folder holds another project by now.
   void CheckFolder() const;
 
   /// Reads texts that nobody has asked for yet, in the order of their numbers, until `bytes` or more have been read.
@@ -36,8 +36,8 @@ class ProjectTexts {
 
   const std::filesystem::path& Folder() const noexcept { return folder_; }
   int Count() const noexcept { return static_cast<int>(texts_.size()); }
-  /// Text of the module with that `mod_num`, 1 to Count(). Valid until the next Load. Throws files::FileError
-  /// when the file can't be read, codedb::DatabaseError (kReplaced) when it belongs to another project by now.
+  /// Text of the module with that `mod_num`, 1 to Count(). Valid until the next Load. Throws files::Failure
+  /// when the file can't be read, or belongs to another project by now (DatabaseReason::kReplaced).
   std::string_view Text(codedb::ModuleNumber module);
 
  private:

@@ -47,12 +47,12 @@ struct ProjectTree {
   std::unordered_map<codedb::RoutineNumber, int> routines_;
 };
 
-/// The two fills. Throw codedb::DatabaseError.
+/// The two fills. Throw files::Failure.
 void FillModuleNodes(codedb::CodeDatabase& database, ProjectTree& tree);
 void FillRoutineNodes(codedb::CodeDatabase& database, ProjectTree& tree);
 
 /// The start line of each node of a tree that is filled; 0 for modules, and where the index has none. Throws
-/// codedb::DatabaseError.
+/// files::Failure.
 std::vector<codedb::Line> StartLines(codedb::CodeDatabase& database, const ProjectTree& tree);
 
 }  // namespace quillmate::navigation

@@ -28,7 +28,7 @@ class LineWalk {
 };
 
 /// Keeps the routine panel of the status bar in step with the caret. The database is asked only when the caret has
-/// come to another line, whichever view that line is in. Both calls throw codedb::DatabaseError.
+/// come to another line, whichever view that line is in. Both calls throw files::Failure.
 class CaretTracker {
  public:
   /// After a key or the left mouse button was released in a code view: the text for the panel, which is empty outside

@@ -54,7 +54,7 @@ struct SearchResult {
 /// after the start of the current view's selection. The top is position 1: neither finds what a module begins with.
 /// In a project Find next goes through the views after the current one and then through those from the first one to
 /// the current one; in a module it stops at the end. Both leave views and selections as they are. Throw
-/// files::FileError when a view's text can't be read.
+/// files::Failure when a view's text can't be read.
 SearchResult FindFirst(CodeViews& views, const SearchRequest& request);
 SearchResult FindNext(CodeViews& views, const SearchRequest& request);
 
@@ -105,13 +105,12 @@ struct ModuleHits {
   std::vector<Hit> hits;
 };
 
-/// Lines and routines of matches in a view, which come in text order; from whatever search. Throws
-/// codedb::DatabaseError.
+/// Lines and routines of matches in a view, which come in text order; from whatever search. Throws files::Failure.
 ModuleHits DescribeHits(codedb::CodeDatabase& database, const CodeView& view, codedb::ViewIndex index,
                         const std::vector<TextMatch>& matches);
 
-/// Every hit of the project, by view and position; modules without one are left out. Throws codedb::DatabaseError, and
-/// files::FileError when a view's text can't be read.
+/// Every hit of the project, by view and position; modules without one are left out. Throws files::Failure, also
+/// when a view's text can't be read.
 std::vector<ModuleHits> AllHits(codedb::CodeDatabase& database, CodeViews& views, const HitRequest& request);
 
 /// The most that a list shows of a line, in characters. A line may be megabytes long and be found at every place.

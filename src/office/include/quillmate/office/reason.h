@@ -1,5 +1,7 @@
 #pragma once
 
+#include <system_error>
+
 /// Why a file or a folder gave no code. Whoever finds out says it by a code; the words for it are in reason.cpp and
 /// nowhere else.
 namespace quillmate::office {
@@ -45,5 +47,9 @@ Cause CauseOf(Reason reason) noexcept;
 
 /// German, UTF-8, one line, without the file's name and without a full stop; "" for kNone.
 const char* ReasonText(Reason reason) noexcept;
+std::error_code make_error_code(Reason reason) noexcept;
 
 }  // namespace quillmate::office
+
+template <>
+struct std::is_error_code_enum<quillmate::office::Reason> : std::true_type {};

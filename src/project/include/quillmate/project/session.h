@@ -42,7 +42,7 @@ class SessionListener {
   virtual void OnMoved(Reveal reveal) = 0;
 };
 
-/// What loading takes: failures throw codedb::DatabaseError or files::FileError and leave everything as it
+/// What loading takes: failures throw files::Failure and leave everything as it
 /// was, unless something else is said. Names in code are Windows-1252.
 class Session {
  public:

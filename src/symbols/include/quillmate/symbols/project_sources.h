@@ -61,7 +61,7 @@ Sources SourcesFrom(codedb::Facts facts, Host assumed = Host::kUnknown);
 
 /// What the folder's Fakten.db and module texts tell; without the former, or with one that can't be read, what the open
 /// index tells: one project, its stored texts taken for the originals. A text that can't be read counts as empty.
-/// Throws codedb::DatabaseError when the index can't be read either.
+/// Throws files::Failure when the index can't be read either.
 ProjectSources LoadSources(codedb::CodeDatabase& database, const std::filesystem::path& folder,
                            Host assumed = Host::kUnknown);
 
