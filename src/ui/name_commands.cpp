@@ -122,7 +122,7 @@ void NameCommands::ShowDeclaration() {
   if (meant.targets.empty()) {
     const QString name = NameAtCaret();
     Say(name.isEmpty() ? QStringLiteral("An der Schreibmarke steht kein Name.")
-                       : QStringLiteral("\"%1\" ist im Projekt nicht deklariert: ein Name der Sprache, des Hosts "
+                       : QStringLiteral("„%1“ ist im Projekt nicht deklariert: ein Name der Sprache, des Hosts "
                                         "oder einer Bibliothek.")
                              .arg(name));
   } else if (meant.targets.size() == 1) {
@@ -197,7 +197,7 @@ void NameCommands::ShowUses() {
   }
   const QString name = NameAtCaret();
   Say(name.isEmpty() ? QStringLiteral("An der Schreibmarke steht kein Name.")
-                     : QStringLiteral("\"%1\" ist im Projekt nicht deklariert.").arg(name));
+                     : QStringLiteral("„%1“ ist im Projekt nicht deklariert.").arg(name));
 }
 
 void NameCommands::ListUsesBetween(symbols::Index from, symbols::Index to) {

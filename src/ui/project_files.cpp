@@ -79,8 +79,8 @@ bool ProjectCommands::SaveProject() {
   if (name.empty()) return false;
   const fs::path folder = path / files::PathFromText(name);
   if (IsInScratchRoot(folder)) {
-    interaction_.Show("Im Ordner \"" + std::string(startup::kScratchRoot) +
-                          "\" räumt das Programm selbst auf.\r\nBitte wählen Sie einen anderen Projektpfad.",
+    interaction_.Show("Im Ordner „" + std::string(startup::kScratchRoot) +
+                          "“ räumt das Programm selbst auf.\r\nBitte wählen Sie einen anderen Projektpfad.",
                       MessageIcon::kExclamation);
     return false;
   }

@@ -280,8 +280,7 @@ void Shell::TakeKnowledge() {
     staBar_->SetText(
         StatusPanels::kProgress,
         modules == 1 ? FromUtf8(project::DifferenceText(known->Differences().front()))
-                     : QStringLiteral("Gliederung abweichend in %1 Modulen: Ansicht – Genaue Gliederung zeigt alles")
-                           .arg(modules));
+                     : QStringLiteral("Gliederung abweichend in %1 Modulen: Ansicht – Genaue Gliederung").arg(modules));
   }
   analysis_.DoWaiting();
 }

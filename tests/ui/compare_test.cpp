@@ -86,6 +86,7 @@ class CompareWindowTest : public WindowTest {
 
 TEST_F(CompareWindowTest, TreeAndItsFilters) {
   CompareFolders();
+  EXPECT_EQ(TooLarge(Shown()).toStdString(), "");
   const QAbstractItemModelTester tester(Changes().model());
   const std::string all =
       "M\n Außerhalb der Routinen\n Konstante Grenze\n Sub Tue\nW\n Sub Weg\nN\n Sub Frisch\nJetzt unbenutzt\n"

@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QScreen>
 #include <QTest>
 #include <QTimer>
 #include <stdexcept>
@@ -65,6 +66,8 @@ TEST(FolderDialog, HasATitleOfOneLine) {
     auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
     ASSERT_NE(dialog, nullptr);
     EXPECT_EQ(dialog->windowTitle(), "Ordner, in dem");
+    EXPECT_EQ(dialog->labelText(QFileDialog::FileName), "Ordner:");
+    EXPECT_LT(dialog->height(), dialog->screen()->availableSize().height());
     dialog->reject();
   });
   EXPECT_EQ(QtPlatform()->ChooseFolder("Ordner,\r\nin dem", {}), "");

@@ -2,6 +2,8 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDockWidget>
+#include <QHash>
+#include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
@@ -62,6 +64,29 @@ class KeyboardTest : public WindowTest {
   }
 };
 
+/// The access keys that two controls of a window share.
+QString SharedKeys(const QWidget& window) {
+  QHash<QChar, QStringList> captions;
+  const auto add = [&captions](const QString& caption) {
+    const QKeySequence key = QKeySequence::mnemonic(caption);
+    if (!key.isEmpty()) captions[key.toString().back()] << caption;
+  };
+  for (const auto* button : window.findChildren<QAbstractButton*>()) {
+    if (button->isVisible()) add(button->text());
+  }
+  for (const auto* label : window.findChildren<QLabel*>()) {
+    if (label->isVisible() && label->buddy() != nullptr) add(label->text());
+  }
+  for (const auto* tabs : window.findChildren<QTabBar*>()) {
+    for (int i = 0; tabs->isVisible() && i < tabs->count(); ++i) add(tabs->tabText(i));
+  }
+  QString shared;
+  for (const QStringList& each : captions) {
+    if (each.size() > 1) shared += each.join(u'|') + u'\n';
+  }
+  return shared;
+}
+
 struct Opened {
   const char* command;
   const char* window;
@@ -104,6 +129,8 @@ TEST_F(KeyboardTest, EveryWindowIsWalkedThroughAndLeft) {
       }
     }
     EXPECT_EQ(Unreached(window).join(u'\n').toStdString(), "") << opened.window;
+    EXPECT_EQ(SharedKeys(window).toStdString(), "") << opened.window;
+    EXPECT_EQ(TooLarge(window).toStdString(), "") << opened.window;
     QTest::keyClick(window.focusWidget() != nullptr ? window.focusWidget() : &window, Qt::Key_Escape);
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(OtherWindows().size(), 0) << opened.window << " is left by Esc";

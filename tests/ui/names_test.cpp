@@ -105,7 +105,7 @@ TEST_F(NamesTest, EveryNameLeadsToItsDeclaration) {
   }
   PutCaret("Suche", 5, 4);
   QTest::keyClick(&Window(), Qt::Key_F2, Qt::ShiftModifier);
-  EXPECT_TRUE(Panel("Vorgang").startsWith("\"MsgBox\" ist im Projekt nicht deklariert"))
+  EXPECT_TRUE(Panel("Vorgang").startsWith("„MsgBox“ ist im Projekt nicht deklariert"))
       << Panel("Vorgang").toStdString();
   EXPECT_EQ(platform.TakeText(), "");
 }
@@ -297,7 +297,7 @@ TEST_F(NamesTest, ListsAreSortedFilteredAndLead) {
     severities << findings.model()->index(row, 0).data().toString();
   }
   severities.erase(std::unique(severities.begin(), severities.end()), severities.end());
-  EXPECT_EQ(severities.join(' '), "warnung hinweis") << "the most severe come first";
+  EXPECT_EQ(severities.join(' '), "Warnung Hinweis") << "the most severe come first";
   Trigger("mnuAnalyse_Unbenutztes");
   QWidget& unused = AwaitList("frmUnbenutztes");
   QTreeView& all = *unused.findChild<QTreeView*>("lstListe");

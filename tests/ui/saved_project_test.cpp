@@ -127,7 +127,7 @@ TEST_F(SavedProjectTest, AScratchFolderIsNoPlaceForAProject) {
   StartWithProject();
   for (const fs::path& path : {globals.RunTempFolder, globals.ProgramFolder / "TempDateien"}) {
     SaveAs("Lager", path);
-    EXPECT_TRUE(platform.TakeText().startsWith("Im Ordner \"TempDateien\" räumt das Programm selbst auf."));
+    EXPECT_TRUE(platform.TakeText().startsWith("Im Ordner „TempDateien“ räumt das Programm selbst auf."));
     EXPECT_FALSE(fs::exists(path / "Lager"));
   }
   EXPECT_TRUE(Window().windowTitle().contains('['));

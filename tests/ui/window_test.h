@@ -90,6 +90,17 @@ class WindowTest : public ::testing::Test {
   void Trigger(const char* name) { Action(name).trigger(); }
   QTreeView& Tree(const char* name) { return *window_->findChild<QTreeView*>(QString::fromLatin1(name)); }
   QPlainTextEdit& Code() { return *window_->findChild<QPlainTextEdit*>(QStringLiteral("rtbHaupt")); }
+  /// The smallest that the window can be, in characters and lines: "" when it fits a screen of 1366x768 at twice the
+  /// scale.
+  static QString TooLarge(const QWidget& window) {
+    constexpr int kCharacters = 105;
+    constexpr int kLines = 25;
+    const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
+    const int characters = least.width() / window.fontMetrics().averageCharWidth();
+    const int lines = least.height() / window.fontMetrics().lineSpacing();
+    const bool fits = characters <= kCharacters && lines <= kLines;
+    return fits ? QString() : QStringLiteral("%1 characters, %2 lines").arg(characters).arg(lines);
+  }
   QString Panel(const char* key) { return window_->findChild<QLabel*>(QString::fromLatin1(key))->text(); }
 
   /// A node of the host tree by its position: project, module in it (-1: the project itself).

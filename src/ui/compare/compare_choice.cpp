@@ -7,7 +7,9 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "qt_text.h"
@@ -66,7 +68,8 @@ CompareChoice::CompareChoice(QWidget* parent, Platform& platform, std::vector<St
   SetPath(1, newPath);
   Judge();
   fields_[oldPath.isEmpty() ? 0 : 1]->setFocus();
-  resize(fontMetrics().averageCharWidth() * 90, sizeHint().height());
+  resize(std::min(fontMetrics().averageCharWidth() * 120, screen()->availableSize().width() * 9 / 10),
+         sizeHint().height());
 }
 
 QWidget* CompareChoice::MakeSide(std::size_t side, const QString& caption) {
@@ -122,7 +125,10 @@ QString CompareChoice::PathOf(std::size_t side) const {
 
 void CompareChoice::SetPath(std::size_t side, const QString& path) {
   for (const StateOffer& offer : offers_) {
-    if (offer.path == path && !path.isEmpty()) return fields_[side]->setEditText(offer.name);
+    if (offer.path != path || path.isEmpty()) continue;
+    fields_[side]->setEditText(offer.name);
+    // Of a path the end tells most, of a title its beginning.
+    return fields_[side]->lineEdit()->home(false);
   }
   fields_[side]->setEditText(path);
 }

@@ -74,10 +74,6 @@ QWidget* CompareWindow::MakeResult() {
   connect(tree_, &CompareTree::NodeReached, this, &CompareWindow::ShowNode);
   connect(tree_, &CompareTree::Activated, this, [this] { view_->FocusSide().setFocus(); });
   connect(tree_, &CompareTree::Filtered, this, &CompareWindow::TellPlace);
-  auto* right = new QWidget;
-  auto* rightLayout = new QVBoxLayout(right);
-  rightLayout->setContentsMargins(0, 0, 0, 0);
-  rightLayout->addWidget(MakeSteps());
   auto* below = new QSplitter(Qt::Vertical);
   below->addWidget(view_);
   below->addWidget(uses_);
@@ -85,10 +81,9 @@ QWidget* CompareWindow::MakeResult() {
   below->setStretchFactor(1, 1);
   below->setSizes({560, 150});
   below->setChildrenCollapsible(false);
-  rightLayout->addWidget(below, 1);
   auto* sides = new QSplitter(Qt::Horizontal);
   sides->addWidget(tree_);
-  sides->addWidget(right);
+  sides->addWidget(below);
   sides->setStretchFactor(1, 1);
   sides->setSizes({420, 860});
   sides->setChildrenCollapsible(false);
@@ -102,6 +97,8 @@ QWidget* CompareWindow::MakeResult() {
   top->addWidget(summary_, 1);
   top->addWidget(problems_);
   layout->addLayout(top);
+  // Above both, so that a narrow window need not be as wide as tree and buttons side by side.
+  layout->addWidget(MakeSteps());
   layout->addWidget(sides, 1);
   const CodeStyle style = StyleOf(desk_.globals.Options, logicalDpiX());
   view_->SetCodeFont(style.font, style.tabStop);

@@ -164,6 +164,7 @@ class RealPlatform : public Platform {
     QFileDialog dialog(Owner(), DialogTitle(title), ExistingFolder(start));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
+    dialog.setLabelText(QFileDialog::FileName, QStringLiteral("Ordner:"));
     return ChosenIn(dialog).value(0);
   }
 

@@ -8,6 +8,7 @@
 
 #include "qt_text.h"
 #include "symbol_text.h"
+#include "unused_classes.h"
 
 namespace quillmate::ui {
 namespace {
@@ -30,6 +31,9 @@ qlonglong ShownLine(const project::Understanding& known, symbols::Index module, 
 }
 
 /// How surely it can go: what somebody outside the code may use comes last.
+/// A word of the command line as a table shows it.
+QString Capitalized(const QString& word) { return word.left(1).toUpper() + word.mid(1); }
+
 int CertaintyRank(symbols::Grade grade) {
   using enum symbols::Grade;
   constexpr symbols::Grade kOrder[] = {kCertain, kSelf, kWritten, kInactive, kPossible, kText, kHost};
@@ -51,7 +55,7 @@ QVariant UnusedCell(const project::Understanding& known, const symbols::UnusedSy
     case 4:
       return ShownLine(known, symbol.module, symbol.line);
     case 5:
-      return FromUtf8(symbols::GermanWord(unused.grade));
+      return GradeCaption(unused.grade);
     case 6:
       return FromUtf8(unused.reason);
     default:
@@ -82,7 +86,7 @@ QVariant FindingCell(const project::Understanding& known, const checks::Finding&
   const checks::Check& check = checks::InfoOf(finding.check);
   switch (column) {
     case 0:
-      return FromUtf8(checks::Word(check.severity));
+      return Capitalized(FromUtf8(checks::Word(check.severity)));
     case 1:
       return ModuleText(index, finding.module);
     case 2: {

@@ -335,7 +335,8 @@ bool SourceList::MayRemove(const std::string& source, const std::string& file, c
     question +=
         QStringLiteral("\r\n\r\nMit ihr verschwinden:\r\n") + projects.mid(0, kNamed).join(QStringLiteral("\r\n"));
   }
-  if (projects.size() > kNamed) question += QStringLiteral("\r\n... und %1 weitere").arg(projects.size() - kNamed);
+  if (projects.size() == kNamed + 1) question += QStringLiteral("\r\n... und 1 weiteres");
+  if (projects.size() > kNamed + 1) question += QStringLiteral("\r\n... und %1 weitere").arg(projects.size() - kNamed);
   if (file != source) {
     question +=
         QStringLiteral("\r\n\r\n") + FromUtf8(file) + QStringLiteral("\r\nliegt darin und hat keinen eigenen Eintrag.");
