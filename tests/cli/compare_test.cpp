@@ -58,6 +58,26 @@ TEST_F(CompareTest, Json) {
   }
 }
 
+/// A routine that is gone has its name from the old state; a caller that is in the report has a link.
+TEST_F(CompareTest, GoneRoutinesAndCallers) {
+  Write("vor/m.bas",
+        "Attribute VB_Name = \"M\"\nSub Start()\n  Eins 1\nEnd Sub\nPrivate Sub Eins(x)\n  y = x\nEnd Sub\n"
+        "Function Weg()\n  Start\nEnd Function\n");
+  Write("nach/m.bas",
+        "Attribute VB_Name = \"M\"\nSub Start()\n  Eins 2\nEnd Sub\nPrivate Sub Eins(x, Optional z)\n  y = x\n"
+        "End Sub\n");
+  const Result result = Run("compare --json --html bericht.html vor nach");
+  EXPECT_EQ(result.status, 1);
+  for (const char* const part :
+       {"{\"routine\":\"Weg\",\"routine_kind\":\"function\",\"state\":\"gone\",\"old_name\":null,\"old_module\":null,"
+        "\"old_line\":7,\"line\":null,",
+        "\"module\":\"M\",\"routine\":\"Start\",\"routine_kind\":\"sub\",\"line\":1,\"certainty\":\"sure\",\"lines\":["
+        "2]}]"}) {
+    EXPECT_NE(result.out.find(part), std::string::npos) << part << result.out;
+  }
+  EXPECT_NE(Read("bericht.html").find("Aufrufer: <a href=\"#r1\">M.Start (Zeile 2)</a></p>"), std::string::npos);
+}
+
 /// The report needs nothing beside it and says nothing on standard output.
 TEST_F(CompareTest, HtmlReport) {
   EXPECT_EQ(Run("compare --html bericht.html alt neu"), (Result{1}));

@@ -43,6 +43,15 @@ TEST_F(GitTest, RevisionsAreInputs) {
   EXPECT_NE(json.out.find("\"file\":\"git:HEAD:code/M.bas\""), std::string::npos) << json.out;
   Git("add code/M.bas");
   EXPECT_EQ(Run("compare git::code code").status, 0);
+  // A VB project with what it names.
+  Write("vb/P.vbp", "Type=Exe\r\nModule=T; T.bas\r\nName=\"Kasse\"\r\n");
+  Write("vb/T.bas", "Attribute VB_Name = \"T\"\nSub T()\nEnd Sub\n");
+  Commit();
+  const Result project = Run("compare --json git:HEAD:vb vb");
+  EXPECT_EQ(project.status, 0) << project.err;
+  EXPECT_NE(project.out.find("\"project\":\"Kasse\",\"state\":\"same\",\"old_file\":\"git:HEAD:vb/P.vbp\""),
+            std::string::npos)
+      << project.out;
   const struct {
     const char* line;
     const char* message;

@@ -123,8 +123,13 @@ TEST_F(CliTest, ATerminalGetsNothingThatItObeys) {
     EXPECT_EQ(terminal.Shown(), c.shown) << c.line;
     EXPECT_EQ(Run(c.line).out, c.kept) << c.line;
   }
-  EXPECT_EQ(Run("text weg\302\233\342\200\256\033\377.bas"),
-            Refusal(1, {Full("weg") + "\\u009b\\u202e\\u001b\\xff.bas: Datei existiert nicht"}));
+  // A control, all kinds of signs that turn the direction with their neighbours that don't, and what is no character.
+  EXPECT_EQ(
+      Run("text "
+          "weg\302\233\330\234\342\200\216\342\200\252\342\200\256\342\201\246\342\201\251\342\200\257\033\377.bas"),
+      Refusal(
+          1, {Full("weg") +
+              "\\u009b\\u061c\\u200e\\u202a\\u202e\\u2066\\u2069\342\200\257\\u001b\\xff.bas: Datei existiert nicht"}));
 }
 
 }  // namespace

@@ -17,6 +17,16 @@ constexpr const char* kSite =
     "routinen.html stil.css "
     "suche-e1.js suche.html suche.js unbenutzt.html";
 
+/// A module that is too short for the index is named with its own file.
+TEST_F(CliTest, SiteNamesShortModules) {
+  Write("q/a.bas", kGreeting);
+  Write("q/kurz.bas", "Option Explicit\r\n");
+  EXPECT_EQ(Run("site -o doku q"), Success());
+  EXPECT_NE(Read("doku/index.html").find("<tr><td>" + Full("q/kurz.bas") + "</td><td>q</td><td>kurz</td>"),
+            std::string::npos)
+      << Read("doku/index.html");
+}
+
 TEST_F(CliTest, SiteOfSourcesAndOfTheSavedProject) {
   Write("q/a.bas", kGreeting);
   Write("q/b.cls", kCard);

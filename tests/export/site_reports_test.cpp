@@ -55,9 +55,20 @@ TEST_F(SiteReportsTest, CallTreesAndPictures) {
   EXPECT_EQ(files.at("modul-D.html").find("<svg"), std::string::npos);
 }
 
+/// Routines of one name are told apart in the trees as everywhere.
+TEST_F(SiteReportsTest, PropertiesInCallTrees) {
+  AddModule("E", codedb::kStandard,
+            Marked("<Sub Fuenf()>\nx = Wert\n[End Sub]\n<Property Get Wert()>\n[End Property]\n"));
+  AddRoutine("Fuenf", {1, 3});
+  AddRoutine("Wert", {4, 5}, codedb::kGet);
+  EXPECT_NE(Write().at("aufrufe.html").find(">Wert (Get)</a>"), std::string::npos);
+}
+
 /// No matrix where nobody could read it.
 TEST_F(SiteReportsTest, ManyModules) {
-  for (int i = 0; i < 60; ++i) AddModule("M" + std::to_string(i), codedb::kStandard, "x\n");
+  for (int i = 4; i < 60; ++i) AddModule("M" + std::to_string(i), codedb::kStandard, "x\n");
+  EXPECT_NE(Write().at("abhaengigkeiten.html").find("<h2>Matrix"), std::string::npos) << "60 can be read";
+  AddModule("M60", codedb::kStandard, "x\n");
   const std::string page = Write().at("abhaengigkeiten.html");
   EXPECT_EQ(page.find("<h2>Matrix"), std::string::npos);
   EXPECT_NE(page.find("<h2>Nach Modulen"), std::string::npos);

@@ -95,6 +95,17 @@ TEST(ComparedState, AGapIsNoChange) {
   }
 }
 
+TEST(ComparedState, GivingUpIsNoFailure) {
+  const ReadProject read(SourceFiles{{"Eins.bas", kEins}});
+  for (const std::filesystem::path& path : {read.Folder(), read.Sources().Path()}) {
+    CompareProgress progress;
+    progress.cancelled = true;
+    ComparedProjects result;
+    EXPECT_FALSE(CompareProjects({path, path, {}, {}}, progress, result));
+    EXPECT_EQ(progress.stage, CompareProgress::kDone);
+  }
+}
+
 TEST(ComparedState, WhatASavedProjectLacksIsAGapOfItsProjectAlone) {
   const ReadProject read(SourceFiles{{"a/A.vbp", "Module=Eins; Eins.bas\r\nName=\"A\"\r\n"},
                                      {"a/Eins.bas", kEins},

@@ -110,12 +110,18 @@ TEST(Session, SavedProjectIsNotTouchedAtTheEnd) {
 
 TEST(Session, WithoutAScratchRootTheRunUsesTheSystemsTemporaryFolder) {
   const files::ScratchFolder folder;
+  // Left there by a run that was killed.
+  const fs::path dead =
+      fs::temp_directory_path() / (".Quillmate-TempDateien-" + folder.Path().parent_path().filename().string());
+  fs::create_directory(dead);
+  Write(dead / "M1.txt");
   Write(folder.Path() / "file");
   ProgramRun run(folder.Path() / "file");
   EXPECT_FALSE(run.mark->IsAlone());
   run.MakeFolder();
   const fs::path made = run.globals.RunTempFolder;
   EXPECT_TRUE(fs::exists(made / "M1.txt"));
+  EXPECT_FALSE(fs::exists(dead));
   EXPECT_TRUE(fs::equivalent(made.parent_path().parent_path(), fs::temp_directory_path() / "."));
 #ifndef _WIN32  // where the temporary folder is the user's own
   EXPECT_EQ(fs::status(made.parent_path()).permissions(), fs::perms::owner_all);

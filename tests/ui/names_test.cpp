@@ -251,6 +251,9 @@ TEST_F(NamesTest, HierarchyUnfoldsCallersAndCallees) {
     return TextOf(*tree.model());
   };
   EXPECT_EQ(unfold(), "Zugang\n Suchen (Wurzel)\n");
+  QTest::keyClick(&tree, Qt::Key_Return);
+  EXPECT_TRUE(Here().endsWith(" Zugang")) << Here().toStdString();
+  tree.setFocus();
   QTest::keyClick(&tree, Qt::Key_Down);
   QTest::keyClick(&tree, Qt::Key_Return);
   EXPECT_EQ(Here(), "Suche 4:3 ");

@@ -158,7 +158,8 @@ TEST_F(StartTest, FileAndItsFolderAreOneSource) {
     Tree("treApp").setCurrentIndex(HostNode(1));
     Trigger("mnuPopUpEinlesen_Entfernen");
     const QString text = platform.TakeText();
-    for (const QString& part : {Text(Sources()), QStringLiteral("Quelle [Quelle]"), QStringLiteral("Eins [Eins.vbp]")})
+    for (const QString& part : {Text(Sources()), QStringLiteral("Quelle [Quelle]"), QStringLiteral("Eins [Eins.vbp]"),
+                                Text(Sources() / "Eins.vbp") + "\r\nliegt darin"})
       EXPECT_TRUE(text.contains(part)) << text.toStdString();
     EXPECT_EQ(Remembered().size(), answer == Answer::kNo ? 1U : 0U);
   }
