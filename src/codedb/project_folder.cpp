@@ -57,13 +57,18 @@ FolderState LookAtFolder(const fs::path& folder) {
   return isEmpty ? FolderState::kEmpty : FolderState::kOther;
 }
 
-std::vector<fs::path> ProjectFiles(const fs::path& folder) {
+std::vector<fs::path> DatabaseFiles() {
   std::vector<fs::path> names;
   for (const std::string_view file : {kDatabaseFile, kFactsFile}) {
     for (const std::string_view companion : {"", "-journal", "-wal", "-shm"}) {
       names.push_back(fs::path(file) += companion);
     }
   }
+  return names;
+}
+
+std::vector<fs::path> ProjectFiles(const fs::path& folder) {
+  std::vector<fs::path> names = DatabaseFiles();
   if (!IsFile(CodeDbPath(folder))) return names;
   try {
     const std::vector<fs::path> texts = ModuleTexts(folder);

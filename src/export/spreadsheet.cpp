@@ -201,11 +201,11 @@ Spreadsheet& Spreadsheet::Empty() {
 
 void Spreadsheet::EndRow() { state_->EndRow(); }
 
-void Spreadsheet::Write(const std::filesystem::path& target) {
+void Spreadsheet::Write(const std::filesystem::path& target, const std::atomic<bool>* cancelled) {
   try {
     if (state_->problem) std::rethrow_exception(state_->problem);
     if (!state_->Close()) throw files::Failure(std::make_error_code(std::errc::no_space_on_device), target);
-    state_->Copy(target);
+    if (cancelled == nullptr || !*cancelled) state_->Copy(target);
   } catch (const files::Failure& failure) {
     if (failure.Path() == target) throw;
     throw files::Failure(OutputReason::kNoWorkbook, failure, target);

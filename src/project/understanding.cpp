@@ -119,8 +119,7 @@ std::shared_ptr<const Understanding> MakeUnderstanding(const UnderstandingReques
   }
   const bool isSame = navigation::TimeOfIndex(request.folder) == request.time;
   progress.steps = 2 * loaded.sources.modules.size();
-  progress.hasRead = true;
-  progress.hasRead.notify_all();
+  if (progress.readingEnded) progress.readingEnded();
   if (!isSame || progress.cancelled) return nullptr;
 
   symbols::BuildOptions options;

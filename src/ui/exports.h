@@ -3,6 +3,7 @@
 #include <QString>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,7 @@
 #include <quillmate/project/understanding.h>
 #include <quillmate/startup/app_globals.h>
 
+#include "background_tasks.h"
 #include "code_area.h"
 #include "interaction.h"
 #include "read_files.h"
@@ -24,7 +26,7 @@ class Exports {
  public:
   /// Everything must outlive it.
   Exports(Interaction& interaction, project::Session& session, const CodeArea& code, startup::AppGlobals& globals,
-          const ReadFiles& readFiles);
+          const ReadFiles& readFiles, BackgroundTasks& tasks);
 
   // HTML
   void ExportClipboardHtml();
@@ -32,14 +34,15 @@ class Exports {
   void ExportModuleHtml();
   void ExportProjectHtml();
   void ExportZoomHtml();
-  /// `known` is what the code means, made on the spot where it isn't there yet.
-  void WriteDocumentation(const project::Understanding* known);
+  /// In the background. `known` is what the code means.
+  void WriteDocumentation(std::shared_ptr<const project::Understanding> known);
 
   /// Where the notes for the documentation come from, by module and line.
   void TakeNotes(std::function<std::vector<output::SiteNote>()> notes) { notes_ = std::move(notes); }
 
-  /// What the documentation says, as long as `known` lives; its pages are made from the files of the loaded project.
-  output::SiteProject SiteOf(const project::Understanding& known) { return ReadSite(known.Index(), known.Places()); }
+  /// What the documentation says, as long as `known` lives. Folder and modules are missing: they come from the files
+  /// that it is made of.
+  output::SiteProject SiteOf(const project::Understanding& known) const;
 
   // RTF
   void ExportModuleRtf();
@@ -63,8 +66,6 @@ class Exports {
   void ExportRtf(const std::string& fileName, std::string_view activity,
                  const std::function<void(const text::CodeLook&, const std::filesystem::path&)>& run);
 
-  output::SiteProject ReadSite(const symbols::ReferenceIndex& understanding,
-                               std::span<const symbols::ModulePlaces> places);
   void PutOnClipboard(const QString& text, std::string_view message);
 
   Interaction& interaction_;
@@ -72,6 +73,7 @@ class Exports {
   const CodeArea& code_;
   startup::AppGlobals& globals_;
   const ReadFiles& readFiles_;
+  BackgroundTasks& tasks_;
   std::function<std::vector<output::SiteNote>()> notes_;
 };
 

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QPointer>
-#include <QProgressDialog>
-#include <QString>
-#include <QTimer>
+#include <QObject>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -15,7 +12,7 @@
 
 #include "exports.h"
 #include "hand_over_choice.h"
-#include "hand_over_job.h"
+#include "hand_over_maker.h"
 #include "print_commands.h"
 #include "table_file.h"
 
@@ -27,42 +24,28 @@ namespace quillmate::ui {
 /// page, and as chosen the documentation, the code as PDF, the lists and the saved project. Made in the background; the
 /// user may go on, and leave the project.
 class HandOver : public QObject {
-  Q_OBJECT
-
  public:
   /// Everything must outlive it. Dialogs appear over `window`.
-  HandOver(QWidget& window, const ListDesk& desk, codedb::CodeDatabase& database, Exports& exports,
-           PrintCommands& printing);
+  HandOver(QWidget& window, const ListDesk& desk, Exports& exports, PrintCommands& printing);
 
   /// Where the user's notes come from.
   void TakeNotes(std::function<std::vector<codedb::Note>()> notes) { notes_ = std::move(notes); }
   /// Asks what, then where, and begins. While one is being made, that one is shown.
   void Ask(std::shared_ptr<const project::Understanding> known);
 
- signals:
-  /// The project's files are about to be copied: nobody may read them meanwhile.
-  void AboutToCopy();
-
  private:
   void Run(const HandOverChoice& choice);
   std::filesystem::path ChooseTarget(bool zipped);
-  void CopyProject(const std::filesystem::path& folder);
-  HandOverOrder OrderFor(const HandOverChoice& choice);
-  void ShowProgress();
-  void TakeResult();
+  HandOverOrder OrderFor(const HandOverChoice& choice) const;
 
   QWidget& window_;
   ListDesk desk_;
-  codedb::CodeDatabase& database_;
   Exports& exports_;
   PrintCommands& printing_;
   std::function<std::vector<codedb::Note>()> notes_;
   std::shared_ptr<const project::Understanding> known_;
   /// As chosen last.
   HandOverChoice choice_;
-  QPointer<HandOverJob> job_;
-  QPointer<QProgressDialog> progress_;
-  QTimer clock_;
 };
 
 }  // namespace quillmate::ui

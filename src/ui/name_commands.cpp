@@ -92,9 +92,7 @@ NameCommands::NameCommands(const ListDesk& desk, CodeArea& code, CodeKnowledge& 
                     }});
 }
 
-ListTexts NameCommands::Texts() {
-  return {uses_.AsTable(), [this] { return uses_.AsText(); }};
-}
+ListTexts NameCommands::Texts() { return {uses_.AsTable(), uses_.AsText(), uses_.Count()}; }
 
 std::shared_ptr<const project::Understanding> NameCommands::Known() {
   auto known = knowledge_.Get();

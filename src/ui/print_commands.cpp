@@ -1,17 +1,25 @@
 #include "print_commands.h"
 
-#include <QBuffer>
-#include <QPdfWriter>
+#include <QApplication>
+#include <QPaintEngine>
+#include <QPrinter>
+#include <QProgressDialog>
 #include <utility>
 #include <vector>
-
-#include <quillmate/files/replacement.h>
 
 #include "project_pdf.h"
 #include "qt_text.h"
 #include "save_dialog.h"
 
 namespace quillmate::ui {
+namespace {
+
+/// In characters.
+constexpr int kProgressWidth = 40;
+/// Nobody pages through more.
+constexpr int kMostPreviewed = 300;
+
+}  // namespace
 
 PrintCommands::PrintCommands(QWidget& window, const ListDesk& desk, const CodeArea& code)
     : window_(window), desk_(desk), code_(code) {}
@@ -57,72 +65,108 @@ PrintedPart PrintCommands::VisiblePart(PrintedWhat what) {
   return part;
 }
 
-PrintJob PrintCommands::JobOf(const PrintChoice& choice) {
+PrintJob PrintCommands::LookOf(const PrintChoice& choice) const {
   PrintJob job;
   job.project = FromUtf8(desk_.session.Name());
   job.time = QDateTime::currentDateTime();
+  job.contents = choice.what == PrintedWhat::kProject;
   job.lineNumbers = choice.lineNumbers;
   job.colours = choice.colours;
   job.style = StyleOf(desk_.globals.Options, window_.logicalDpiX());
-  if (choice.what == PrintedWhat::kProject) {
-    job.contents = true;
-    job.parts = static_cast<std::size_t>(desk_.session.Tree()->moduleCount);
-    job.part = [this](std::size_t part) {
-      const navigation::TreeNode& node = desk_.session.Tree()->nodes[part];
-      return ModulePart(codedb::ViewOf(node.module), FromCode(node.text));
-    };
-  } else {
+  return job;
+}
+
+PrintJob PrintCommands::JobOf(const PrintChoice& choice) {
+  PrintJob job = LookOf(choice);
+  if (choice.what != PrintedWhat::kProject) {
     job.parts = 1;
     job.part = [this, what = choice.what](std::size_t) { return VisiblePart(what); };
+    return job;
   }
-  job.progress = [this](int page, int pages) {
-    desk_.interaction.ShowProgress("Seite " + std::to_string(page) + " von " + std::to_string(pages));
-    return true;
+  job.parts = static_cast<std::size_t>(desk_.session.Tree()->moduleCount);
+  job.part = [this](std::size_t part) {
+    const navigation::TreeNode& node = desk_.session.Tree()->nodes[part];
+    return ModulePart(codedb::ViewOf(node.module), FromCode(node.text));
   };
   return job;
 }
 
+void PrintCommands::PrintOn(QPagedPaintDevice& device, const PrintChoice& choice) {
+  const Working working(desk_.interaction);
+  PrintJob job = JobOf(choice);
+  QProgressDialog progress(QStringLiteral("Zähle die Seiten"), QStringLiteral("Abbrechen"), 0, 0,
+                           QApplication::activeModalWidget() != nullptr ? QApplication::activeModalWidget() : &window_);
+  progress.setObjectName(QStringLiteral("frmDruckFortschritt"));
+  progress.setWindowTitle(QStringLiteral("Drucken"));
+  progress.setWindowModality(Qt::ApplicationModal);
+  progress.setMinimumWidth(kProgressWidth * progress.fontMetrics().averageCharWidth());
+  // A modal one lets events come in between, so that it can be cancelled.
+  const auto tell = [&](int done, int all) {
+    progress.setMaximum(all + 1);
+    progress.setValue(done);
+    if (!progress.wasCanceled()) return true;
+    if (auto* printer = dynamic_cast<QPrinter*>(&device)) printer->abort();
+    return false;
+  };
+  job.counted = [&](std::size_t parts) { return tell(static_cast<int>(parts), static_cast<int>(job.parts)); };
+  job.progress = [&](int page, int pages) {
+    const std::string text = "Seite " + std::to_string(page) + " von " + std::to_string(pages);
+    desk_.interaction.ShowProgress(text);
+    progress.setLabelText(FromUtf8(text));
+    return tell(page, pages);
+  };
+  // What a preview is drawn on keeps all of its pages.
+  const bool isPreview = device.paintEngine() != nullptr && device.paintEngine()->type() == QPaintEngine::Picture;
+  if (isPreview) job.mostPages = kMostPreviewed;
+  PrintCode(device, job);
+}
+
 void PrintCommands::RunPrint(const PrintChoice& choice) {
-  desk_.interaction.Desktop().Print(FromUtf8(desk_.session.Name()), [this, choice](QPagedPaintDevice& device) {
-    const Working working(desk_.interaction);
-    PrintCode(device, JobOf(choice));
-  });
+  desk_.interaction.Desktop().Print(FromUtf8(desk_.session.Name()),
+                                    [this, choice](QPagedPaintDevice& device) { PrintOn(device, choice); });
 }
 
 void PrintCommands::RunPreview(const PrintChoice& choice) {
-  desk_.interaction.Desktop().Preview(FromUtf8(desk_.session.Name()), [this, choice](QPagedPaintDevice& device) {
-    const Working working(desk_.interaction);
-    PrintCode(device, JobOf(choice));
-  });
+  desk_.interaction.Desktop().Preview(FromUtf8(desk_.session.Name()),
+                                      [this, choice](QPagedPaintDevice& device) { PrintOn(device, choice); });
 }
 
 void PrintCommands::RunPdf(const PrintChoice& choice) {
-  const PrintJob job = JobOf(choice);
-  const QString name = choice.what == PrintedWhat::kProject ? job.project : job.part(0).title;
+  const QString task = QStringLiteral("frmPdfFortschritt");
+  if (!desk_.tasks.IsFree(task)) return;
+  ProjectPdf pdf = PdfOf(choice);
+  const QString name = choice.what == PrintedWhat::kProject ? pdf.job.project : pdf.modules.front().title;
   const QString file = SaveFileDialog(desk_.interaction, QStringLiteral("pdf"), "PDF:pdf;",
                                       FromUtf8(desk_.globals.LastProjectFolder), name);
   if (file.isEmpty()) return;
-  const Working working(desk_.interaction);
-  QBuffer bytes;
-  bytes.open(QIODevice::WriteOnly);
-  {
-    QPdfWriter writer(&bytes);
-    SetUpPdf(writer, name);
-    PrintCode(writer, job);
-  }
   desk_.readFiles.Check({ToPath(file)});
-  files::ReplaceFile(ToPath(file), bytes.data().toStdString());
+  const auto make = [pdf = std::move(pdf), source = desk_.session.Files(), target = ToPath(file)](BackgroundJob& job) {
+    SaveAsPdf(pdf, source, target, job);
+  };
+  desk_.tasks.Start({task, QStringLiteral("PDF speichern"), make,
+                     [this, file] { desk_.interaction.ShowProgress("Gespeichert: " + ToUtf8(file)); }});
 }
 
-ProjectPdf PrintCommands::WholeProject() {
+ProjectPdf PrintCommands::PdfOf(const PrintChoice& choice) {
+  if (choice.what == PrintedWhat::kProject) {
+    ProjectPdf whole = WholeProject();
+    whole.job = LookOf(choice);
+    return whole;
+  }
+  PrintedPart part = VisiblePart(choice.what);
+  const bool isWhole = choice.what == PrintedWhat::kModule;
+  return {{{desk_.session.Views().Current(), part.title, std::move(part.notes), part.firstLine,
+            isWhole ? 0 : part.endLine}},
+          LookOf(choice)};
+}
+
+ProjectPdf PrintCommands::WholeProject() const {
   PrintChoice choice;
   choice.what = PrintedWhat::kProject;
   ProjectPdf project;
-  project.job = JobOf(choice);
-  project.job.part = nullptr;
-  project.job.progress = nullptr;
-  for (std::size_t i = 0; i < project.job.parts; ++i) {
-    const navigation::TreeNode& node = desk_.session.Tree()->nodes[i];
+  project.job = LookOf(choice);
+  for (int i = 0; i < desk_.session.Tree()->moduleCount; ++i) {
+    const navigation::TreeNode& node = desk_.session.Tree()->nodes[static_cast<std::size_t>(i)];
     const codedb::ViewIndex view = codedb::ViewOf(node.module);
     project.modules.push_back({view, FromCode(node.text), notes_ ? notes_(view) : std::vector<LineMark>()});
   }

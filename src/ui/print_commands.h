@@ -31,7 +31,7 @@ class PrintCommands : public QObject {
   void Preview();
   void SavePdf();
   /// The loaded project for a PDF that is made elsewhere.
-  ProjectPdf WholeProject();
+  ProjectPdf WholeProject() const;
 
  private:
   using Work = void (PrintCommands::*)(const PrintChoice& choice);
@@ -40,7 +40,12 @@ class PrintCommands : public QObject {
   void RunPrint(const PrintChoice& choice);
   void RunPreview(const PrintChoice& choice);
   void RunPdf(const PrintChoice& choice);
+  /// On paper or in a preview, in the window's thread, page by page, until the user ends it.
+  void PrintOn(QPagedPaintDevice& device, const PrintChoice& choice);
+  /// Without parts.
+  PrintJob LookOf(const PrintChoice& choice) const;
   PrintJob JobOf(const PrintChoice& choice);
+  ProjectPdf PdfOf(const PrintChoice& choice);
   PrintedPart ModulePart(codedb::ViewIndex view, const QString& title);
   PrintedPart VisiblePart(PrintedWhat what);
 

@@ -70,6 +70,7 @@ Shell::Shell(QMainWindow& window, const Services& services)
       interaction_(services.platform, FromUtf8(services.globals.AppTitle)),
       session_(services.globals.CodeDb, services.globals.TempFolder),
       readFiles_(services.documents, session_),
+      tasks_(window, interaction_),
       staBar_(new StatusPanels(&window)),
       commands_(new CommandSet(window)),
       sources_(interaction_, ServicesOfSources(services)),
@@ -78,7 +79,7 @@ Shell::Shell(QMainWindow& window, const Services& services)
       code_(new CodeArea(session_)),
       knowledge_(session_, AssumedHost(services.globals.hostSelector)),
       txtSuche_(new SearchField),
-      exports_(interaction_, session_, *code_, services.globals, readFiles_),
+      exports_(interaction_, session_, *code_, services.globals, readFiles_, tasks_),
       navigation_(interaction_, session_, *code_, *txtSuche_, switches_),
       trees_(new QStackedWidget),
       project_(new ProjectPanel(session_)),
@@ -98,7 +99,7 @@ Shell::Shell(QMainWindow& window, const Services& services)
       printing_(window, Desk(), *code_),
       comparing_(window, Desk(), AssumedHost(services.globals.hostSelector)),
       inventories_(window, Desk()),
-      handOver_(window, Desk(), services.globals.CodeDb, exports_, printing_),
+      handOver_(window, Desk(), exports_, printing_),
       container_(new Splitter),
       view_(services.settings, *code_, *project_, *commands_) {
   window_.setStatusBar(staBar_);
@@ -191,6 +192,7 @@ void Shell::Load(bool mini) {
 }
 
 void Shell::Unload() {
+  tasks_.GiveUp();
   // The run's folder is about to go.
   knowledge_.Drop();
   comparing_.CloseAll();
@@ -200,8 +202,16 @@ void Shell::Unload() {
 
 bool Shell::MayClose() {
   bool may = true;
-  interaction_.Attempt([&] { may = projects_.ConfirmUnsaved(); });
+  interaction_.Attempt([&] { may = MayEndTasks() && projects_.ConfirmUnsaved(); });
   return may;
+}
+
+/// Asks about what is not made yet.
+bool Shell::MayEndTasks() {
+  const QStringList titles = tasks_.Titles();
+  return titles.isEmpty() || interaction_.Show("Noch nicht fertig: " + ToUtf8(titles.join(QStringLiteral(", "))) +
+                                                   ".\r\nAbbrechen und beenden ?",
+                                               MessageIcon::kQuestion, Buttons::kYesNo) == Answer::kYes;
 }
 
 void Shell::TakeDropped(const QStringList& files) {
@@ -288,6 +298,11 @@ void Shell::TakeKnowledge() {
 void Shell::HandProjectOver() {
   const auto known = names_.Known();
   if (known != nullptr) handOver_.Ask(known);
+}
+
+void Shell::WriteDocumentation() {
+  const auto known = names_.Known();
+  if (known != nullptr) exports_.WriteDocumentation(known);
 }
 
 void Shell::ApplyOptions() {

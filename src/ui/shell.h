@@ -10,6 +10,7 @@
 #include <quillmate/ui/services.h>
 
 #include "analysis_commands.h"
+#include "background_tasks.h"
 #include "call_panel.h"
 #include "caller_panel.h"
 #include "code_area.h"
@@ -102,8 +103,10 @@ class Shell : public QObject {
   void ListHits();
   void Toggle(CommandId command, bool& on);
   void TakeKnowledge();
-  ListDesk Desk() { return {interaction_, services_.globals, session_, readFiles_}; }
+  ListDesk Desk() { return {interaction_, services_.globals, session_, readFiles_, tasks_}; }
   void HandProjectOver();
+  void WriteDocumentation();
+  bool MayEndTasks();
   void ShowOptions();
   void ShowAbout();
   void ShowMini();
@@ -115,6 +118,7 @@ class Shell : public QObject {
   Interaction interaction_;
   ProjectSession session_;
   ReadFiles readFiles_;
+  BackgroundTasks tasks_;
   SearchSwitches switches_;
 
   StatusPanels* staBar_;

@@ -226,7 +226,7 @@ void Shell::Carry(CommandId command) {
     case kExportProjectHtml:
       return exports_.ExportProjectHtml();
     case kWriteDocumentation:
-      return exports_.WriteDocumentation(knowledge_.Get().get());
+      return analysis_.WhenKnown([this] { WriteDocumentation(); });
     case kExportZoomHtml:
       return exports_.ExportZoomHtml();
     case kExportProjectRtf:

@@ -6,6 +6,7 @@ namespace quillmate::ui {
 void Shell::ConnectSession() {
   connect(&session_, &ProjectSession::ProjectLeaves, this, [this] {
     window_.setUpdatesEnabled(false);
+    tasks_.FinishReading();
     analysis_.CloseAll();
     comparing_.ForgetLoaded();
     knowledge_.Drop();
@@ -106,6 +107,7 @@ void Shell::ConnectNames() {
   exports_.TakeNotes([this] { return notes_.NotesOfSite(); });
   printing_.TakeNotes([this](codedb::ViewIndex view) { return notes_.MarksOf(view); });
   connect(&projects_, &ProjectCommands::AboutToCopy, this, [this] {
+    tasks_.FinishReading();
     knowledge_.FinishReading();
     analysis_.FinishReading();
     comparing_.FinishReading();
@@ -119,10 +121,6 @@ void Shell::ConnectNames() {
     window_.activateWindow();
   });
   handOver_.TakeNotes([this] { return notes_.Notes(); });
-  connect(&handOver_, &HandOver::AboutToCopy, this, [this] {
-    knowledge_.FinishReading();
-    analysis_.FinishReading();
-  });
 }
 
 void Shell::ConnectStatusBar() {

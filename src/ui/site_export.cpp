@@ -1,13 +1,13 @@
 #include <filesystem>
-#include <span>
+#include <memory>
 #include <string>
 #include <utility>
 
-#include <quillmate/codedb/records.h>
 #include <quillmate/export/site.h>
 #include <quillmate/files/paths.h>
 
 #include "exports.h"
+#include "project_copy.h"
 #include "qt_text.h"
 
 namespace quillmate::ui {
@@ -26,46 +26,41 @@ fs::path TargetIn(const fs::path& chosen, const std::string& title) {
 
 }  // namespace
 
-output::SiteProject Exports::ReadSite(const symbols::ReferenceIndex& understanding,
-                                      std::span<const symbols::ModulePlaces> places) {
+output::SiteProject Exports::SiteOf(const project::Understanding& known) const {
   output::SiteProject project;
   project.title = session_.Name();
-  project.indexFolder = session_.Files();
-  project.modules = session_.Index().ReadIndex();
-  project.understanding = &understanding;
-  project.places = places;
+  project.understanding = &known.Index();
+  project.places = known.Places();
   if (notes_) project.notes = notes_();
   return project;
 }
 
-void Exports::WriteDocumentation(const project::Understanding* known) {
+void Exports::WriteDocumentation(std::shared_ptr<const project::Understanding> known) {
+  const QString task = QStringLiteral("frmDokumentationFortschritt");
+  if (!tasks_.IsFree(task)) return;
   const QString chosen = interaction_.Desktop().ChooseFolder(
       QStringLiteral("Bitte Ordner für die HTML-Dokumentation auswählen"), FromUtf8(globals_.LastProjectFolder));
   if (chosen.isEmpty()) return;
   const fs::path target = TargetIn(ToPath(chosen), session_.Name());
-  {
-    const Working working(interaction_);
-    interaction_.ShowProgress("Erzeuge HTML-Dokumentation");
+  const auto make = [source = session_.Files(), target, site = SiteOf(*known), known,
+                     look = settings::LookOf(globals_.Options), read = readFiles_.Known()](BackgroundJob& job) {
     output::SiteFolder folder(target, false);
-    symbols::ProjectSources loaded;
-    symbols::ReferenceIndex made;
-    if (known == nullptr) {
-      loaded = symbols::LoadSources(session_.Index(), session_.Files(), symbols::HostOfProgram(globals_.HostName));
-      made = symbols::ReferenceIndex::Build(std::move(loaded.sources));
-    }
-    const output::SiteProject project = known == nullptr ? ReadSite(made, loaded.places) : SiteOf(*known);
-    output::WriteSite(project, settings::LookOf(globals_.Options), folder.Path(),
-                      [this](std::size_t done, std::size_t total) {
-                        interaction_.ShowProgress("HTML-Dokumentation: Modul " + std::to_string(done) + " von " +
-                                                  std::to_string(total));
-                      });
-    readFiles_.Check(folder.Replaced());
+    const ProjectCopy copy(source, job);
+    output::SiteProject project = site;
+    project.indexFolder = copy.Path();
+    project.modules = copy.ReadIndex();
+    job.Begin("HTML-Dokumentation");
+    output::WriteSite(project, look, folder.Path(),
+                      [&job](std::size_t done, std::size_t total) { job.Tell(done, total); });
+    job.Begin("Lege die Seiten ab");
+    read.Check(folder.Replaced());
     folder.Commit();
-  }
-  const fs::path start = target / "index.html";
-  if (!interaction_.Desktop().OpenInBrowser(FromPath(start))) {
-    interaction_.Show("Die Dokumentation steht in\r\n" + files::PathText(start), MessageIcon::kInformation);
-  }
+  };
+  tasks_.Start({task, QStringLiteral("HTML-Dokumentation"), make, [this, start = target / "index.html"] {
+                  if (interaction_.Desktop().OpenInBrowser(FromPath(start))) return;
+                  interaction_.Show("Die Dokumentation steht in\r\n" + files::PathText(start),
+                                    MessageIcon::kInformation);
+                }});
 }
 
 }  // namespace quillmate::ui

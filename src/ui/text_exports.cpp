@@ -9,8 +9,13 @@
 namespace quillmate::ui {
 
 Exports::Exports(Interaction& interaction, project::Session& session, const CodeArea& code,
-                 startup::AppGlobals& globals, const ReadFiles& readFiles)
-    : interaction_(interaction), session_(session), code_(code), globals_(globals), readFiles_(readFiles) {}
+                 startup::AppGlobals& globals, const ReadFiles& readFiles, BackgroundTasks& tasks)
+    : interaction_(interaction),
+      session_(session),
+      code_(code),
+      globals_(globals),
+      readFiles_(readFiles),
+      tasks_(tasks) {}
 
 void Exports::PutOnClipboard(const QString& text, std::string_view message) {
   interaction_.Desktop().ClearClipboard();

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <chrono>
-#include <semaphore>
 
 #include <gtest/gtest.h>
 
@@ -8,7 +7,7 @@
 #include <quillmate/navigation/code_views.h>
 #include <quillmate/project/exact_tree.h>
 #include <quillmate/project/folding.h>
-#include <quillmate/project/understanding_builder.h>
+#include <quillmate/project/understanding.h>
 #include <quillmate/text/windows1252.h>
 
 #include "project/read_project.h"
@@ -137,53 +136,26 @@ TEST(Understanding, TellsWhereTheIndexLacksRoutines) {
   for (const auto& c : kTexts) EXPECT_EQ(DifferenceText(c.difference), c.text);
 }
 
-class Builder : public testing::Test {
- protected:
-  /// Waits for the thread and takes what it has made.
-  void Await() {
-    done_.acquire();
-    builder_.Take();
-  }
-  UnderstandingRequest Request() const { return {read_.Folder(), navigation::TimeOfIndex(read_.Folder())}; }
-
-  ReadProject read_{SourceFiles{{"a.bas", kLager}}};
-  std::binary_semaphore done_{0};
-  UnderstandingBuilder builder_{[this] { done_.release(); }};
-};
-
-TEST_F(Builder, MakesTellsAndForgets) {
-  using State = UnderstandingBuilder::State;
-  EXPECT_EQ(builder_.Now(), State::kNone);
-  builder_.Take();
-  EXPECT_EQ(builder_.Now(), State::kNone) << "nothing was asked for";
-  builder_.Start(Request());
-  builder_.FinishReading();
-  // Nothing reads the folder any more, and the work goes on.
-  std::filesystem::remove_all(read_.Folder());
-  Await();
-  ASSERT_EQ(builder_.Now(), State::kReady) << builder_.Error();
-  EXPECT_EQ(builder_.Percent(), 100);
-  EXPECT_EQ(builder_.Made()->Index().Modules().size(), 1U);
-
-  builder_.Start(Request());
-  EXPECT_EQ(builder_.Made(), nullptr) << "what was there is dropped";
-  Await();
-  EXPECT_EQ(builder_.Now(), State::kFailed);
-  EXPECT_NE(builder_.Error(), "") << "the index is gone";
-  EXPECT_EQ(builder_.Percent(), 0);
-  builder_.Drop();
-  EXPECT_EQ(builder_.Now(), State::kNone);
-  EXPECT_EQ(builder_.Error(), "");
+TEST(Understanding, IsMadeWithoutTheFolderOnceThatIsRead) {
+  const ReadProject read(SourceFiles{{"a.bas", kLager}});
+  const UnderstandingRequest request{read.Folder(), navigation::TimeOfIndex(read.Folder())};
+  UnderstandingProgress progress;
+  progress.readingEnded = [&read] { std::filesystem::remove_all(read.Folder()); };
+  const auto known = MakeUnderstanding(request, progress);
+  ASSERT_NE(known, nullptr);
+  EXPECT_EQ(known->Index().Modules().size(), 1U);
+  EXPECT_THROW(MakeUnderstanding(request, progress), std::exception) << "the index is gone";
 }
 
-TEST_F(Builder, AnotherProjectInTheFolderIsNotTaken) {
-  UnderstandingRequest request = Request();
+TEST(Understanding, IsNotMadeOfAnotherProjectOrWhenGivenUp) {
+  const ReadProject read(SourceFiles{{"a.bas", kLager}});
+  UnderstandingRequest request{read.Folder(), navigation::TimeOfIndex(read.Folder())};
+  UnderstandingProgress progress;
+  progress.cancelled = true;
+  EXPECT_EQ(MakeUnderstanding(request, progress), nullptr);
   request.time -= std::chrono::hours(1);
-  builder_.Start(request);
-  Await();
-  EXPECT_EQ(builder_.Now(), UnderstandingBuilder::State::kFailed);
-  EXPECT_EQ(builder_.Made(), nullptr);
-  EXPECT_EQ(builder_.Error(), "") << "no fault of the folder's";
+  UnderstandingProgress another;
+  EXPECT_EQ(MakeUnderstanding(request, another), nullptr);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <quillmate/export/site.h>
 #include <quillmate/files/file_bytes.h>
 
+#include "project_pdf.h"
 #include "save_dialog.h"
 #include "window_test.h"
 
@@ -216,10 +217,12 @@ TEST_F(ExportTest, ZoomGivesItsOwnText) {
 }
 
 TEST_F(ExportTest, DocumentationIsWrittenAndOpened) {
+  AwaitKnowledge();
   const auto write = [this](const std::filesystem::path& chosen) {
     platform.folders = {Text(chosen)};
     platform.opened.clear();
     Trigger("mnuHtml_Dokumentation");
+    AwaitTasks();
     return platform.opened.value(0);
   };
   std::filesystem::create_directories(Folder("leer"));
@@ -244,7 +247,7 @@ TEST_F(ExportTest, ExportsSayWhatTheyDoUnderTheHourglass) {
   } kCases[] = {
       {"mnuHtml_Clipboard", "Erzeuge Html Code"}, {"mnuHtml_Modul", "Erzeuge Html Code"},
       {"mnuHtml_projekt", "Erzeuge Html Code"},   {"mnuRtf_Modul", "Erzeuge RTF-Modul"},
-      {"mnuRtf_Projekt", "Erzeuge RTF-Projekt"},  {"mnuHtml_Dokumentation", "HTML-Dokumentation: Modul 2 von 2"},
+      {"mnuRtf_Projekt", "Erzeuge RTF-Projekt"},
   };
   AwaitKnowledge();
   for (const auto& c : kCases) {
@@ -276,6 +279,7 @@ TEST_F(ExportTest, CodeIsPrintedAndSavedAsPdf) {
       ASSERT_NE(dialog, nullptr);
       dialog->findChild<QAbstractButton*>(c.what)->click();
       dialog->findChild<QAbstractButton*>("cmdDrucken")->click();
+      AwaitTasks();
       QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
       EXPECT_EQ(platform.prompts.size(), QLatin1String(command) == QLatin1String("mnuDatei_Pdf") ? 0 : 1);
     }
@@ -321,10 +325,43 @@ TEST_F(ExportTest, PrintedCodeHasTheColoursOfTheOptions) {
   ASSERT_NE(dialog, nullptr);
   dialog->findChild<QAbstractButton*>("optModul")->click();
   dialog->findChild<QAbstractButton*>("cmdDrucken")->click();
+  AwaitTasks();
   std::map<std::string, int> counts = CharactersByColour(files::ReadWholeFile(Folder("Code.pdf")));
   EXPECT_EQ(counts["0.0 0.0 0.5"], 49) << "keywords";
   EXPECT_EQ(counts["0.0 0.5 0.0"], 5) << "the comment";
   EXPECT_EQ(counts["0.5 0.0 0.0"], 3) << "the string";
+}
+
+TEST_F(ExportTest, PdfThatIsGivenUpLeavesTheFileThatIsThere) {
+  const std::filesystem::path file = Folder("Code.pdf");
+  ui::ProjectPdf pdf;
+  pdf.modules = {{codedb::ViewIndex{0}, QStringLiteral("Form"), {}},
+                 {codedb::ViewIndex{1}, QStringLiteral("Zebra"), {}}};
+  for (const bool atOnce : {true, false}) {
+    files::WriteWholeFile(file, "das frühere");
+    ui::BackgroundJob job([&](ui::BackgroundJob& run) {
+      if (atOnce) run.Cancel();
+      ui::SaveAsPdf(pdf, globals.TempFolder, file, run);
+    });
+    job.Start();
+    job.FinishReading();
+    job.Cancel();
+    job.Wait();
+    EXPECT_EQ(job.Error(), "");
+    // Nobody knows how far it has come.
+    EXPECT_FALSE(atOnce && job.IsMade());
+    EXPECT_EQ(files::ReadWholeFile(file).starts_with("%PDF"), job.IsMade());
+  }
+}
+
+TEST_F(ExportTest, PdfTakesWhatWasOnScreenWhenItWasWanted) {
+  Click(Tree("treProjekt"), ProjectNode(1, 0));
+  platform.saveFiles = {Text(Folder("Code.pdf"))};
+  Trigger("mnuDatei_Pdf");
+  Window().findChild<QDialog*>("frmDrucken")->findChild<QAbstractButton*>("cmdDrucken")->click();
+  LeaveProject();
+  AwaitTasks();
+  EXPECT_TRUE(files::ReadWholeFile(Folder("Code.pdf")).starts_with("%PDF-"));
 }
 
 TEST_F(ExportTest, SaveFilterIsReadOrRefused) {

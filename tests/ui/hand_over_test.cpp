@@ -27,10 +27,6 @@ class HandOverTest : public WindowTest {
     if (zipped) dialog.findChild<QRadioButton*>("optUebergabeZip")->setChecked(true);
     dialog.findChild<QAbstractButton*>("cmdUebergabe")->click();
   }
-  /// It is made in the background.
-  void Await() {
-    ASSERT_TRUE(QTest::qWaitFor([&] { return Window().findChild<QProgressDialog*>() == nullptr; }, 60'000));
-  }
   std::vector<std::string> Names(const char* folder) {
     std::vector<std::string> names;
     for (const auto& entry : fs::directory_iterator(Folder("Ziel") / files::PathFromText(folder))) {
@@ -60,7 +56,7 @@ TEST_F(HandOverTest, FolderHoldsEverythingAndOpensAgain) {
   Click(Tree("treProjekt"), ProjectNode(0));
   Trigger("mnuLesen_Lesezeichen");
   HandOver(false);
-  Await();
+  AwaitTasks();
   const std::vector<std::string> folders = Names("");
   ASSERT_EQ(folders.size(), 1U);
   EXPECT_TRUE(platform.TakeText().startsWith("Die Übergabe steht in"));
@@ -77,7 +73,7 @@ TEST_F(HandOverTest, FolderHoldsEverythingAndOpensAgain) {
   Trigger("mnuBearbeiten_Suchen_Alle");
 
   HandOver(false, {"chkUebergabeSeiten", "chkUebergabePdf", "chkUebergabeProjekt"});
-  Await();
+  AwaitTasks();
   EXPECT_EQ(Names("").size(), 2U) << "an earlier one stays";
   EXPECT_EQ(Names((folders[0] + " (2)").c_str()), (std::vector<std::string>{"Listen.xlsx", "Übersicht.html"}));
   LeaveProject();
@@ -95,11 +91,11 @@ TEST_F(HandOverTest, ZipIsWholeOrNotThere) {
   Window().findChild<QProgressDialog*>()->findChild<QAbstractButton*>()->click();
   Trigger("mnuDatei_Uebergabe");
   EXPECT_EQ(Window().findChild<QDialog*>("frmUebergabe"), nullptr) << "one at a time";
-  Await();
+  AwaitTasks();
   EXPECT_EQ(Names(""), std::vector<std::string>());
   EXPECT_EQ(platform.TakeText(), "") << "who cancels needs no message";
   HandOver(true);
-  Await();
+  AwaitTasks();
   EXPECT_EQ(Names(""), std::vector<std::string>{"Alles.zip"});
   const std::string bytes = files::ReadWholeFile(zip);
   for (const char* name : {"Alles/Code.pdf", "Alles/Dokumentation/index.html", "Alles/Projekt/Quillmate.mdb"}) {
@@ -113,7 +109,7 @@ TEST_F(HandOverTest, TheProjectMayBeLeftMeanwhile) {
   LeaveProject();
   EXPECT_EQ(Tree("treProjekt").model()->rowCount(), 0);
   platform.messages.clear();
-  Await();
+  AwaitTasks();
   EXPECT_TRUE(platform.TakeText().startsWith("Die Übergabe steht in"));
   const fs::path made = Folder("Ziel") / files::PathFromText(Names("").at(0));
   platform.folders = {Text(made / "Projekt")};
@@ -122,10 +118,32 @@ TEST_F(HandOverTest, TheProjectMayBeLeftMeanwhile) {
   EXPECT_TRUE(fs::exists(made / "Dokumentation" / "index.html"));
 }
 
+TEST_F(HandOverTest, TheWindowAsksBeforeItEndsWhatIsNotDone) {
+  platform.folders = {Text(Folder("Ziel"))};
+  HandOver(false, {"chkUebergabeSeiten", "chkUebergabePdf"});
+  // Nothing is done for the window before it hears of it.
+  platform.answers = {ui::Answer::kNo};
+  Window().close();
+  EXPECT_TRUE(Window().isVisible());
+  EXPECT_EQ(platform.TakeText(), "Noch nicht fertig: Übergabe.\r\nAbbrechen und beenden ?");
+  AwaitTasks();
+  EXPECT_EQ(Names("").size(), 1U) << "it goes on";
+
+  platform.messages.clear();
+  platform.folders = {Text(Folder("Ziel"))};
+  HandOver(false, {"chkUebergabeSeiten", "chkUebergabePdf"});
+  platform.answers = {ui::Answer::kYes, ui::Answer::kNo};
+  Window().close();
+  EXPECT_FALSE(Window().isVisible());
+  EXPECT_EQ(Window().findChild<QProgressDialog*>(), nullptr);
+  for (const std::string& name : Names("")) EXPECT_FALSE(name.starts_with('.')) << "what was begun is gone";
+}
+
 TEST_F(HandOverTest, WhatCantBeMadeLeavesNothing) {
   platform.folders = {Text(Folder("Ziel"))};
   fs::remove(globals.TempFolder / codedb::ModuleTextPath({}, {1}));
   HandOver(false);
+  AwaitTasks();
   EXPECT_EQ(platform.messages.size(), 1U);
   EXPECT_EQ(Names(""), std::vector<std::string>());
   EXPECT_EQ(Window().findChild<QProgressDialog*>(), nullptr);

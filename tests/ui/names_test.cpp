@@ -13,8 +13,8 @@
 #include <array>
 #include <tuple>
 
+#include "background_job.h"
 #include "code_editor.h"
-#include "list_job.h"
 #include "list_model.h"
 #include "name_matcher.h"
 #include "window_test.h"
@@ -320,7 +320,7 @@ TEST_F(NamesTest, ListsAreFoundInTheBackground) {
   EXPECT_FALSE(save.isEnabled());
   Trigger("mnuAnalyse_Kennzahlen");
   EXPECT_EQ(Window().findChildren<QWidget*>("frmKennzahlen"), QList<QWidget*>{window}) << "the same";
-  const auto jobs = [this] { return Window().findChildren<ui::ListJob*>().size(); };
+  const auto jobs = [this] { return Window().findChildren<ui::BackgroundJob*>(Qt::FindDirectChildrenOnly).size(); };
   EXPECT_EQ(jobs(), 1);
   list.sortByColumn(3, Qt::DescendingOrder);
   window->findChild<QLineEdit*>("txtListe")->setText("lager");

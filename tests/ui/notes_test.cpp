@@ -155,6 +155,7 @@ TEST_F(NotesTest, StandInTheDocumentation) {
   std::filesystem::create_directories(Folder("Doku"));
   platform.folders = {Text(Folder("Doku"))};
   Trigger("mnuHtml_Dokumentation");
+  AwaitTasks();
   const std::string page = files::ReadWholeFile(Folder("Doku") / "modul-Lager.html");
   EXPECT_NE(page.find("<a href=\"#z2\">Zeile 2</a></td><td>mit &lt;Lager&gt; klären<br>bis Freitag</td>"), page.npos);
   EXPECT_NE(page.find("id=\"z2\""), page.npos);
@@ -169,6 +170,7 @@ TEST_F(NotesTest, ArePrintedBelowTheirLines) {
   ASSERT_NE(dialog, nullptr);
   dialog->findChild<QAbstractButton*>("optModul")->click();
   dialog->findChild<QAbstractButton*>("cmdDrucken")->click();
+  AwaitTasks();
   const std::string pdf = files::ReadWholeFile(Folder("Code.pdf"));
   const std::size_t pages = pdf.find("/Count ");
   ASSERT_NE(pages, std::string::npos);

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QProgressDialog>
 #include <QStringList>
 #include <QTest>
 #include <QTreeView>
@@ -83,6 +84,11 @@ class WindowTest : public ::testing::Test {
   void AwaitKnowledge() {
     auto& knowledge = *window_->findChild<ui::CodeKnowledge*>();
     ASSERT_TRUE(QTest::qWaitFor([&] { return knowledge.Get() != nullptr; }, 60'000));
+  }
+
+  /// Long commands go on in the background, each with a window that tells how far it is.
+  void AwaitTasks() {
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window_->findChild<QProgressDialog*>() == nullptr; }, 60'000));
   }
 
   ui::MainWindow& Window() { return *window_; }

@@ -4,9 +4,12 @@
 #include <QString>
 #include <QTimer>
 #include <memory>
+#include <string>
 
 #include <quillmate/project/session.h>
-#include <quillmate/project/understanding_builder.h>
+#include <quillmate/project/understanding.h>
+
+#include "background_job.h"
 
 namespace quillmate::ui {
 
@@ -17,18 +20,19 @@ class CodeKnowledge : public QObject {
  public:
   /// `assumed`: where a project runs that does not tell.
   CodeKnowledge(project::Session& session, symbols::Host assumed);
+  ~CodeKnowledge() override { Drop(); }
 
   /// Begins to make that of the session's project.
   void Start();
   /// Forgets everything; the project's files may go away.
   void Drop();
   /// The project's files may be copied and removed.
-  void FinishReading() { builder_.FinishReading(); }
+  void FinishReading() const;
 
-  /// Null while there is none. Made now where it could not be made beside the window's work.
-  std::shared_ptr<const project::Understanding> Get();
+  /// Null while there is none.
+  std::shared_ptr<const project::Understanding> Get() const { return made_; }
   /// True while it is being made.
-  bool IsOnTheWay() const { return builder_.Now() == project::UnderstandingBuilder::State::kBuilding; }
+  bool IsOnTheWay() const { return job_ != nullptr; }
   /// Why there is none, for the user.
   QString MissingText() const;
 
@@ -40,13 +44,18 @@ class CodeKnowledge : public QObject {
 
  private:
   void TakeOver();
+  int Percent() const;
 
   project::Session& session_;
   symbols::Host assumed_;
   /// Tells the status bar how far it is.
   QTimer clock_;
   bool hasTold_ = false;
-  project::UnderstandingBuilder builder_;
+  /// Shared with the thread; with the job.
+  std::shared_ptr<project::UnderstandingProgress> progress_;
+  std::unique_ptr<BackgroundJob> job_;
+  std::shared_ptr<const project::Understanding> made_;
+  std::string error_;
 };
 
 }  // namespace quillmate::ui

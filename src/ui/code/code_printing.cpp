@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QTextLayout>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "qt_text.h"
@@ -18,6 +19,9 @@ using navigation::StyleRun;
 constexpr double kGap = 1.6;
 /// A line as thin as that part of a row.
 constexpr double kHairLine = 24;
+/// What a line that is broken goes on behind, beside its own blanks: columns, and at most that part of the page.
+constexpr double kFurtherIn = 4;
+constexpr double kMostIn = 0.4;
 
 /// One job on one device. The device's pages are what they are when it begins.
 class Printing {
@@ -33,6 +37,9 @@ class Printing {
   bool PrintContents();
   bool PrintPart(const PrintedPart& part);
   bool BeginPage(const QString& title);
+  bool HasRoom() const { return job_.mostPages == 0 || printed_ < job_.mostPages; }
+  void DrawHead(const QString& title);
+  double IndentOf(const QString& line) const;
   void LayOut(QTextLayout& layout, const PrintedPart& part, std::size_t line) const;
   QList<QTextLayout::FormatRange> Formats(const PrintedPart& part, std::size_t line) const;
   double LineHeight() const { return height_; }
@@ -47,6 +54,7 @@ class Printing {
   double height_ = 0;
   double left_ = 0;
   double tab_ = 0;
+  double blank_ = 0;
   int printed_ = 0;
   int pages_ = 0;
   std::vector<std::pair<QString, int>> contents_;
@@ -66,7 +74,8 @@ void Printing::Measure() {
   height_ = metrics.lineSpacing();
   page_ = QSizeF(device_.width(), device_.height());
   left_ = job_.lineNumbers ? metrics.horizontalAdvance(QStringLiteral("999999 ")) : 0;
-  tab_ = 4 * metrics.horizontalAdvance(QLatin1Char(' '));
+  blank_ = metrics.horizontalAdvance(QLatin1Char(' '));
+  tab_ = 4 * blank_;
 }
 
 QList<QTextLayout::FormatRange> Printing::Formats(const PrintedPart& part, std::size_t line) const {
@@ -90,6 +99,21 @@ QList<QTextLayout::FormatRange> Printing::Formats(const PrintedPart& part, std::
   return formats;
 }
 
+/// How far the blanks at the begin of a line reach.
+double Printing::IndentOf(const QString& line) const {
+  double reach = 0;
+  for (const QChar character : line) {
+    if (character == QLatin1Char('\t')) {
+      reach = (std::floor(reach / tab_) + 1) * tab_;
+    } else if (character == QLatin1Char(' ')) {
+      reach += blank_;
+    } else {
+      break;
+    }
+  }
+  return reach;
+}
+
 void Printing::LayOut(QTextLayout& layout, const PrintedPart& part, std::size_t line) const {
   QTextOption option;
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -97,10 +121,12 @@ void Printing::LayOut(QTextLayout& layout, const PrintedPart& part, std::size_t 
   layout.setTextOption(option);
   layout.setFormats(Formats(part, line));
   layout.beginLayout();
-  double y = 0;
+  const double width = page_.width() - left_;
+  double y = 0, in = 0;
   for (QTextLine row = layout.createLine(); row.isValid(); row = layout.createLine()) {
-    row.setLineWidth(page_.width() - left_);
-    row.setPosition(QPointF(0, y));
+    row.setLineWidth(width - in);
+    row.setPosition(QPointF(in, y));
+    if (y == 0) in = std::min(IndentOf(layout.text()) + kFurtherIn * blank_, kMostIn * width);
     y += height_;
   }
   layout.endLayout();
@@ -155,17 +181,25 @@ int Printing::PagesOf(const PrintedPart& part) {
   return pages;
 }
 
+/// The name of what is printed, as far as there is room for it, and the date.
+void Printing::DrawHead(const QString& title) {
+  const QString date = QLocale(QLocale::German).toString(job_.time.date(), QStringLiteral("dd.MM.yyyy"));
+  const QFontMetricsF metrics(font_, &device_);
+  const QString name = title.isEmpty() ? job_.project : job_.project + QStringLiteral(" – ") + title;
+  const QRectF head(0, 0, page_.width(), height_);
+  const double room = page_.width() - metrics.horizontalAdvance(date) - 2 * blank_;
+  painter_.drawText(head, Qt::AlignLeft | Qt::TextSingleLine, metrics.elidedText(name, Qt::ElideMiddle, room));
+  painter_.drawText(head, Qt::AlignRight, date);
+}
+
 bool Printing::BeginPage(const QString& title) {
+  if (!HasRoom()) return false;
   if (job_.progress && !job_.progress(printed_ + 1, pages_)) return false;
   if (printed_ > 0 && !device_.newPage()) return false;
   ++printed_;
   painter_.setFont(font_);
   painter_.setPen(Qt::black);
-  const QRectF head(0, 0, page_.width(), height_);
-  const QString name = title.isEmpty() ? job_.project : job_.project + QStringLiteral(" – ") + title;
-  painter_.drawText(head, Qt::AlignLeft, name);
-  painter_.drawText(head, Qt::AlignRight,
-                    QLocale(QLocale::German).toString(job_.time.date(), QStringLiteral("dd.MM.yyyy")));
+  DrawHead(title);
   painter_.setPen(QPen(Qt::gray, height_ / kHairLine));
   painter_.drawLine(QPointF(0, kGap * height_ * 0.8), QPointF(page_.width(), kGap * height_ * 0.8));
   painter_.setPen(Qt::black);
@@ -175,6 +209,7 @@ bool Printing::BeginPage(const QString& title) {
 }
 
 bool Printing::PrintContents() {
+  const QFontMetricsF metrics(font_, &device_);
   double y = page_.height();
   for (const auto& [title, page] : contents_) {
     if (y + height_ > Bottom()) {
@@ -182,8 +217,10 @@ bool Printing::PrintContents() {
       y = Top();
     }
     const QRectF row(0, y, page_.width(), height_);
-    painter_.drawText(row, Qt::AlignLeft, title);
-    painter_.drawText(row, Qt::AlignRight, QString::number(page));
+    const QString number = QString::number(page);
+    const double room = page_.width() - metrics.horizontalAdvance(number) - 2 * blank_;
+    painter_.drawText(row, Qt::AlignLeft | Qt::TextSingleLine, metrics.elidedText(title, Qt::ElideMiddle, room));
+    painter_.drawText(row, Qt::AlignRight, number);
     y += height_;
   }
   return true;
@@ -206,7 +243,7 @@ bool Printing::PrintPart(const PrintedPart& part) {
         painter_.setPen(Qt::black);
       }
       const QTextLine text = layout.lineAt(row);
-      text.draw(&painter_, QPointF(left_ - text.x(), y - text.y()));
+      text.draw(&painter_, QPointF(left_, y - text.y()));
       y += height_;
     }
     for (const QString& row : NoteRows(part, line)) {
@@ -232,6 +269,7 @@ bool Printing::Run() {
     const PrintedPart part = job_.part(i);
     contents_.emplace_back(part.title, pages_ + 1);
     pages_ += PagesOf(part);
+    if (job_.counted && !job_.counted(i + 1)) return false;
   }
   if (job_.contents) {
     const int rows = std::max(1, static_cast<int>((Bottom() - Top()) / height_));

@@ -37,12 +37,16 @@ struct PrintJob {
   bool lineNumbers = true;
   bool colours = true;
   CodeStyle style;
+  /// The pages of so many parts are counted; false ends the job.
+  std::function<bool(std::size_t parts)> counted{};
   /// Told before each page; false ends the job.
-  std::function<bool(int page, int pages)> progress;
+  std::function<bool(int page, int pages)> progress{};
+  /// Of no more than these pages anything is printed; 0 for all of them.
+  int mostPages = 0;
 };
 
 /// Prints on a printer, into a PDF or a preview: a head line with project, part and date on each page, page numbers
-/// below, long lines broken. Text stays text. False when it was ended early.
+/// below; long lines are broken, and go on a step further in. Text stays text. False when it was ended early.
 bool PrintCode(QPagedPaintDevice& device, const PrintJob& job);
 
 }  // namespace quillmate::ui

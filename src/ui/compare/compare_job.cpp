@@ -1,57 +1,33 @@
 #include "compare_job.h"
 
 #include <QLocale>
-#include <exception>
-#include <system_error>
 #include <utility>
-
-#include "error_text.h"
 
 namespace quillmate::ui {
 
 CompareJob::CompareJob(project::CompareRequest request, QObject* parent)
-    : QObject(parent), request_(std::move(request)) {}
-
-CompareJob::~CompareJob() {
-  Cancel();
-  if (thread_.joinable()) thread_.join();
+    : QObject(parent), request_(std::move(request)), job_([this](BackgroundJob&) { Run(); }) {
+  connect(&job_, &BackgroundJob::Finished, this, &CompareJob::Finished);
 }
 
-void CompareJob::Start() {
-  const auto run = [this] {
-    Run();
-    QMetaObject::invokeMethod(this, &CompareJob::TakeOver, Qt::QueuedConnection);
+CompareJob::~CompareJob() { Cancel(); }
+
+void CompareJob::Run() {
+  /// However it ends, nothing is read any more.
+  struct End {
+    project::CompareProgress& progress;
+    ~End() {
+      progress.stage = project::CompareProgress::kDone;
+      progress.stage.notify_all();
+    }
   };
-  try {
-    thread_ = std::thread(run);
-  } catch (const std::system_error&) {
-    run();
-  }
-}
-
-void CompareJob::Run() noexcept {
-  try {
-    auto made = std::make_shared<project::ComparedProjects>();
-    if (project::CompareProjects(request_, progress_, *made)) result_ = std::move(made);
-  } catch (const std::exception& error) {
-    error_ = ErrorText(error);
-  } catch (...) {
-    error_ = "Unbekannter Fehler";
-  }
-  // What was thrown before anything was read.
-  progress_.stage = project::CompareProgress::kDone;
-  progress_.stage.notify_all();
-}
-
-void CompareJob::TakeOver() {
-  if (thread_.joinable()) thread_.join();
-  isDone_ = true;
-  emit Finished();
+  const End end{progress_};
+  auto made = std::make_shared<project::ComparedProjects>();
+  if (project::CompareProjects(request_, progress_, *made)) result_ = std::move(made);
 }
 
 void CompareJob::FinishReading() {
   using Progress = project::CompareProgress;
-  if (!thread_.joinable()) return;
   for (auto stage = progress_.stage.load(); stage < Progress::kCompares; stage = progress_.stage.load()) {
     progress_.stage.wait(stage);
   }

@@ -21,6 +21,9 @@ class ListModel : public QAbstractTableModel {
   /// The row of the source for one of the model.
   std::size_t SourceRow(int row) const { return shown_[static_cast<std::size_t>(row)]; }
 
+  /// All that are shown, in their order.
+  const std::vector<std::uint32_t>& Shown() const noexcept { return shown_; }
+
   /// Leaves the rows that have the text in one of their cells, regardless of case; an empty text leaves all.
   void SetFilter(const QString& text);
 

@@ -8,8 +8,9 @@
 #include <memory>
 #include <utility>
 
+#include "background_job.h"
 #include "button_row.h"
-#include "list_job.h"
+#include "qt_text.h"
 
 namespace quillmate::ui {
 namespace {
@@ -68,12 +69,13 @@ ListWindow::ListWindow(QWidget* parent, const ListDesk& desk, ListSource source)
 void ListWindow::Search() {
   // Not the window's: when that is closed, nobody waits for the end of the thread.
   const auto rows = std::make_shared<ListRows>();
-  auto* job = new ListJob(
-      [rows, find = model_->Source().find](const std::atomic<bool>& cancelled) { *rows = find(&cancelled); }, parent());
-  connect(this, &QObject::destroyed, job, [job] { job->Cancel(); });
-  connect(job, &ListJob::Finished, this, [this, rows](const QString& error) {
+  auto* job = new BackgroundJob(
+      [rows, find = model_->Source().find](BackgroundJob& run) { *rows = find(&run.CancelFlag()); }, parent());
+  connect(this, &QObject::destroyed, job, &BackgroundJob::Cancel);
+  connect(job, &BackgroundJob::Finished, job, &QObject::deleteLater);
+  connect(job, &BackgroundJob::Finished, this, [this, job, rows] {
     isFound_ = true;
-    error_ = error;
+    error_ = FromUtf8(job->Error());
     model_->SetRows(std::move(*rows));
     const QHeaderView& header = *list_->header();
     if (header.sortIndicatorSection() >= 0) {
@@ -117,12 +119,10 @@ void ListWindow::Choose(const QModelIndex& index) {
 
 ListTexts ListWindow::Texts() const {
   output::Table table = TableOf(model_->Source(), model_->Rows());
-  table.rows = [this](output::TableSink& sink) {
-    for (int row = 0; row < model_->rowCount(); ++row) {
-      WriteRow(model_->Source(), model_->Rows(), model_->SourceRow(row), sink);
-    }
+  table.rows = [list = model_->Source(), rows = model_->Rows(), shown = model_->Shown()](output::TableSink& sink) {
+    for (const std::uint32_t row : shown) WriteRow(list, rows, row, sink);
   };
-  return {table};
+  return {table, {}, model_->Shown().size()};
 }
 
 bool ListWindow::eventFilter(QObject* watched, QEvent* event) {

@@ -10,8 +10,8 @@
 #include <quillmate/codedb/codes.h>
 #include <quillmate/text/windows1252.h>
 
+#include "background_job.h"
 #include "button_row.h"
-#include "list_job.h"
 #include "qt_text.h"
 
 namespace quillmate::ui {
@@ -95,12 +95,13 @@ QWidget* UnusedWindow::MakeButtons() {
 void UnusedWindow::Search(FindUnused find) {
   const auto found = std::make_shared<std::vector<JudgedRoutine>>();
   // Not the window's: when that is closed, nobody waits for the end of the thread.
-  auto* job = new ListJob(
-      [found, find = std::move(find)](const std::atomic<bool>& cancelled) { *found = find(cancelled); }, parent());
+  auto* job = new BackgroundJob(
+      [found, find = std::move(find)](BackgroundJob& run) { *found = find(run.CancelFlag()); }, parent());
   job->setObjectName(QString::fromLatin1(kJobName));
-  connect(this, &QObject::destroyed, job, [job] { job->Cancel(); });
-  connect(job, &ListJob::Finished, this, [this, found](const QString& error) {
-    lblErgebnis_->setText(error.isEmpty() ? Summary(*found) : error);
+  connect(this, &QObject::destroyed, job, &BackgroundJob::Cancel);
+  connect(job, &BackgroundJob::Finished, job, &QObject::deleteLater);
+  connect(job, &BackgroundJob::Finished, this, [this, job, found] {
+    lblErgebnis_->setText(job->Error().empty() ? Summary(*found) : FromUtf8(job->Error()));
     copy_->setDisabled(found->empty());
     save_->setDisabled(found->empty());
     model_->SetRoutines(std::move(*found));
@@ -111,9 +112,8 @@ void UnusedWindow::Search(FindUnused find) {
 }
 
 void UnusedWindow::FinishReading(QWidget& parent) {
-  for (ListJob* job : parent.findChildren<ListJob*>(QString::fromLatin1(kJobName), Qt::FindDirectChildrenOnly)) {
-    job->Wait();
-  }
+  const auto jobs = parent.findChildren<BackgroundJob*>(QString::fromLatin1(kJobName), Qt::FindDirectChildrenOnly);
+  for (const BackgroundJob* job : jobs) job->FinishReading();
 }
 
 void UnusedWindow::ShowRoutine(const QModelIndex& index) {
@@ -126,15 +126,20 @@ void UnusedWindow::ShowRoutine(const QModelIndex& index) {
 }
 
 ListTexts UnusedWindow::Texts() const {
-  return {{"ohne Aufruf", {"Modul", "Routine", "Klasse"}, [this](output::TableSink& sink) {
-             for (std::size_t i = 0; i < model_->ShownCount(); ++i) {
-               const JudgedRoutine& judged = model_->Shown(i);
+  const auto shown = std::make_shared<std::vector<JudgedRoutine>>();
+  for (std::size_t i = 0; i < model_->ShownCount(); ++i) shown->push_back(model_->Shown(i));
+  return {{"ohne Aufruf",
+           {"Modul", "Routine", "Klasse"},
+           [shown](output::TableSink& sink) {
+             for (const JudgedRoutine& judged : *shown) {
                sink.Text(text::Utf8FromCode(judged.routine.moduleName))
                    .Text(text::Utf8FromCode(judged.routine.routineName))
                    .Text(ToUtf8(GradeCaption(judged.grade)))
                    .EndRow();
              }
-           }}};
+           }},
+          {},
+          shown->size()};
 }
 
 }  // namespace quillmate::ui

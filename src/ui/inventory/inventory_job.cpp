@@ -1,18 +1,16 @@
 #include "inventory_job.h"
 
 #include <QLocale>
-#include <exception>
-#include <system_error>
 #include <utility>
 
 #include <quillmate/startup/edition.h>
 
-#include "error_text.h"
-
 namespace quillmate::ui {
 
 InventoryJob::InventoryJob(InventoryOrder order, const std::filesystem::path& programFolder, QObject* parent)
-    : QObject(parent), order_(std::move(order)) {
+    : QObject(parent),
+      order_(std::move(order)),
+      job_([this](BackgroundJob&) { result_ = inventory::Scan(order_.database, options_); }) {
   options_.roots = order_.roots;
   options_.exclude = order_.exclude;
   options_.readerCommand = inventory::ReaderCommand(programFolder);
@@ -22,40 +20,10 @@ InventoryJob::InventoryJob(InventoryOrder order, const std::filesystem::path& pr
     const std::lock_guard lock(mutex_);
     progress_ = progress;
   };
+  connect(&job_, &BackgroundJob::Finished, this, &InventoryJob::Finished);
 }
 
-InventoryJob::~InventoryJob() {
-  Cancel();
-  if (thread_.joinable()) thread_.join();
-}
-
-void InventoryJob::Start() {
-  const auto run = [this] {
-    Run();
-    QMetaObject::invokeMethod(this, &InventoryJob::TakeOver, Qt::QueuedConnection);
-  };
-  try {
-    thread_ = std::thread(run);
-  } catch (const std::system_error&) {
-    run();
-  }
-}
-
-void InventoryJob::Run() noexcept {
-  try {
-    result_ = inventory::Scan(order_.database, options_);
-  } catch (const std::exception& error) {
-    error_ = ErrorText(error);
-  } catch (...) {
-    error_ = "Unbekannter Fehler";
-  }
-}
-
-void InventoryJob::TakeOver() {
-  if (thread_.joinable()) thread_.join();
-  isDone_ = true;
-  emit Finished();
-}
+InventoryJob::~InventoryJob() { Cancel(); }
 
 QString InventoryJob::StatusText(int& percent) const {
   inventory::ScanProgress now;

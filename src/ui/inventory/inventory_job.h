@@ -6,10 +6,11 @@
 #include <filesystem>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <quillmate/inventory/scan.h>
+
+#include "background_job.h"
 
 namespace quillmate::ui {
 
@@ -30,10 +31,10 @@ class InventoryJob : public QObject {
   /// Ends the scan; what was read is kept.
   ~InventoryJob() override;
 
-  void Start();
+  void Start() { job_.Start(); }
   void Cancel() { cancelled_ = true; }
 
-  bool IsDone() const noexcept { return isDone_; }
+  bool IsDone() const noexcept { return job_.IsDone(); }
   const InventoryOrder& Order() const noexcept { return order_; }
   /// How far it is, for the user; percent is -1 while nobody can know.
   QString StatusText(int& percent) const;
@@ -41,24 +42,20 @@ class InventoryJob : public QObject {
   QString ResultText() const;
   const std::vector<std::string>& Problems() const noexcept { return result_.problems; }
   /// Why it failed; empty when it didn't.
-  const std::string& Error() const noexcept { return error_; }
+  const std::string& Error() const noexcept { return job_.Error(); }
 
  signals:
   void Finished();
 
  private:
-  void Run() noexcept;
-  void TakeOver();
-
   const InventoryOrder order_;
   inventory::ScanOptions options_;
   std::atomic<bool> cancelled_ = false;
   mutable std::mutex mutex_;
   inventory::ScanProgress progress_;
   inventory::ScanResult result_;
-  std::string error_;
-  std::thread thread_;
-  bool isDone_ = false;
+  // The last member: what its thread writes to goes after it.
+  BackgroundJob job_;
 };
 
 }  // namespace quillmate::ui

@@ -97,7 +97,9 @@ QWidget* MatrixWindow::MakeFilter() {
 QWidget* MatrixWindow::MakeButtons() {
   auto* row = new ButtonRow;
   const auto guarded = [this](void (*work)(const ListDesk&, const ListTexts&)) {
-    return [this, work] { desk_.interaction.Guarded([this, work] { work(desk_, {matrix_->AsTable()}); }); };
+    return [this, work] {
+      desk_.interaction.Guarded([this, work] { work(desk_, {matrix_->AsTable(), {}, matrix_->Uses().size()}); });
+    };
   };
   QPushButton* copy = row->Add("cmdKopieren", "K&opieren", guarded(CopyList));
   QPushButton* save = row->Add("cmdSpeichern", "S&peichern ...", guarded(SaveList));

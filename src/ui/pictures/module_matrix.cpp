@@ -24,6 +24,10 @@ constexpr double kPalestShade = 0.12;
 constexpr float kOwnShade = 0.3F;
 constexpr double kShadeRange = 0.4;
 
+bool IsPartOf(const symbols::ModuleUse& use, const std::vector<symbols::Index>& cycles) {
+  return cycles[use.from] != symbols::kNone && cycles[use.from] == cycles[use.to];
+}
+
 bool IsDark() { return QApplication::palette().color(QPalette::Base).lightness() < 128; }
 
 }  // namespace
@@ -55,9 +59,7 @@ const symbols::ModuleUse* ModuleMatrix::UseAt(const QModelIndex& index) const {
   return found == end || found->to != to ? nullptr : &*found;
 }
 
-bool ModuleMatrix::IsInCycle(const symbols::ModuleUse& use) const {
-  return cycles_[use.from] != symbols::kNone && cycles_[use.from] == cycles_[use.to];
-}
+bool ModuleMatrix::IsInCycle(const symbols::ModuleUse& use) const { return IsPartOf(use, cycles_); }
 
 QString ModuleMatrix::CellText(const QModelIndex& index) const {
   if (!index.isValid()) return {};
@@ -84,12 +86,14 @@ void ModuleMatrix::SetFilter(const QString& text, bool cyclesOnly) {
 }
 
 output::Table ModuleMatrix::AsTable() const {
-  return {"Abhängigkeiten", {"Modul", "benutzt", "Anzahl", "Kreis"}, [this](output::TableSink& sink) {
-            for (const symbols::ModuleUse& use : uses_) {
-              sink.Text(ToUtf8(ModuleText(known_->Index(), use.from)))
-                  .Text(ToUtf8(ModuleText(known_->Index(), use.to)))
+  return {"Abhängigkeiten",
+          {"Modul", "benutzt", "Anzahl", "Kreis"},
+          [known = known_, uses = uses_, cycles = cycles_](output::TableSink& sink) {
+            for (const symbols::ModuleUse& use : uses) {
+              sink.Text(ToUtf8(ModuleText(known->Index(), use.from)))
+                  .Text(ToUtf8(ModuleText(known->Index(), use.to)))
                   .Number(use.count);
-              IsInCycle(use) ? sink.Number(cycles_[use.from] + 1) : sink.Text("");
+              IsPartOf(use, cycles) ? sink.Number(cycles[use.from] + 1) : sink.Text("");
               sink.EndRow();
             }
           }};

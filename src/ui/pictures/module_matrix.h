@@ -30,7 +30,7 @@ class ModuleMatrix : public QAbstractTableModel {
   /// Leaves the modules that have the text in their names, regardless of case, and those that belong to a cycle, or
   /// all.
   void SetFilter(const QString& text, bool cyclesOnly);
-  /// Every use: from, to, how often, the cycle that it belongs to.
+  /// Every use: from, to, how often, the cycle that it belongs to. Good after the matrix has gone, in any thread.
   output::Table AsTable() const;
 
   int rowCount(const QModelIndex& parent = {}) const override;

@@ -26,7 +26,7 @@ class UseModel : public QAbstractItemModel {
   std::size_t Count() const noexcept { return shown_.size(); }
   const std::vector<symbols::Reference>& Uses() const noexcept { return uses_; }
   const symbols::Reference& Shown(std::size_t position) const { return uses_[shown_[position]]; }
-  const project::Understanding& Known() const { return *known_; }
+  const std::shared_ptr<const project::Understanding>& Known() const noexcept { return known_; }
   /// The position of a node's use: of a module or a routine the first one; nothing for no node.
   std::optional<std::size_t> PositionOf(const QModelIndex& index) const;
   QModelIndex IndexOf(std::size_t position) const;

@@ -39,6 +39,14 @@ void WriteUse(const project::Understanding& known, const symbols::Reference& use
       .EndRow();
 }
 
+std::string TextOf(const project::Understanding& known, const symbols::Reference& use) {
+  const symbols::ReferenceIndex& index = known.Index();
+  return ToUtf8(QStringList{ModuleText(index, use.module), RoutineText(index, use.inRoutine),
+                            QString::number(LineOf(known, use)), FromUtf8(symbols::GermanWord(use.use)),
+                            FromUtf8(symbols::GermanWord(use.certainty)), LineText(index, use.module, use.line)}
+                    .join(QLatin1Char('\t')));
+}
+
 }  // namespace
 
 UsePanel::UsePanel()
@@ -147,28 +155,27 @@ bool UsePanel::TakeKey(QObject&, int key) {
   return true;
 }
 
-std::string UsePanel::AsText() const {
-  std::string text;
-  for (std::size_t i = 0; i < model_->Count(); ++i) {
-    const symbols::Reference& use = model_->Shown(i);
-    const symbols::ReferenceIndex& index = model_->Known().Index();
-    const QString row = QStringList{ModuleText(index, use.module),
-                                    RoutineText(index, use.inRoutine),
-                                    QString::number(LineOf(model_->Known(), use)),
-                                    FromUtf8(symbols::GermanWord(use.use)),
-                                    FromUtf8(symbols::GermanWord(use.certainty)),
-                                    LineText(index, use.module, use.line)}
-                            .join(QLatin1Char('\t'));
-    text += ToUtf8(row) + '\n';
-  }
-  return text;
+std::shared_ptr<const UsePanel::List> UsePanel::ShownUses() const {
+  auto list = std::make_shared<List>();
+  list->known = model_->Known();
+  list->uses.reserve(Count());
+  for (std::size_t i = 0; i < Count(); ++i) list->uses.push_back(model_->Shown(i));
+  return list;
+}
+
+std::function<std::string()> UsePanel::AsText() const {
+  return [list = ShownUses()] {
+    std::string text;
+    for (const symbols::Reference& use : list->uses) text += TextOf(*list->known, use) + '\n';
+    return text;
+  };
 }
 
 output::Table UsePanel::AsTable() const {
   return {"Verwendungen",
           {"Projekt", "Modul", "Routine", "Zeile", "Spalte", "Art", "Gewissheit", "Text"},
-          [this](output::TableSink& sink) {
-            for (std::size_t i = 0; i < model_->Count(); ++i) WriteUse(model_->Known(), model_->Shown(i), sink);
+          [list = ShownUses()](output::TableSink& sink) {
+            for (const symbols::Reference& use : list->uses) WriteUse(*list->known, use, sink);
           }};
 }
 

@@ -28,9 +28,11 @@ class UsePanel : public Panel {
   void Clear();
   /// Makes the use `steps` after the current one, once around, the current one. Null when there is none.
   const symbols::Reference* Step(int steps);
-  /// What the filter leaves, a line or row each: module, routine, line, kind, certainty, text. UTF-8.
-  std::string AsText() const;
+  /// What the filter leaves, a line or row each: module, routine, line, kind, certainty, text. UTF-8. Both are good in
+  /// any thread, whatever the panel shows then.
+  std::function<std::string()> AsText() const;
   output::Table AsTable() const;
+  std::size_t Count() const { return model_->Count(); }
 
  signals:
   /// A use is to be shown.
@@ -40,6 +42,13 @@ class UsePanel : public Panel {
   bool TakeKey(QObject& control, int key) override;
 
  private:
+  /// Uses with what they belong to.
+  struct List {
+    std::shared_ptr<const project::Understanding> known;
+    std::vector<symbols::Reference> uses;
+  };
+
+  std::shared_ptr<const List> ShownUses() const;
   QWidget* BuildBar();
   void FillKinds();
   void ShowCount();

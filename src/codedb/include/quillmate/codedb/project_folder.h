@@ -24,7 +24,10 @@ enum class FolderState {
 /// What is at a place. What a killed run left half exchanged there is brought to its end first.
 FolderState LookAtFolder(const std::filesystem::path& folder);
 
-/// The names of the project's files, whether or not they exist.
+/// The names of the files of the database engine that a project may have.
+std::vector<std::filesystem::path> DatabaseFiles();
+
+/// The names of the project's files, whether or not they exist. Checks the whole index.
 std::vector<std::filesystem::path> ProjectFiles(const std::filesystem::path& folder);
 
 /// Copies a project's files into an existing folder. Throws files::Failure, also for a damaged index.

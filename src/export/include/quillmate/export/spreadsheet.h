@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -42,8 +43,9 @@ class Spreadsheet {
   void EndRow();
 
   /// Puts the file in place, through the one way to write (files/replacement.h). Throws files::Failure of the target,
-  /// which is what it was then. Ends the book: nothing may be added after it.
-  void Write(const std::filesystem::path& target);
+  /// which is what it was then. Ends the book: nothing may be added after it. Where `cancelled`, which may be null, is
+  /// true when the file is made, it is not put in place.
+  void Write(const std::filesystem::path& target, const std::atomic<bool>* cancelled = nullptr);
 
  private:
   struct State;

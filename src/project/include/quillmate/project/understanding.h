@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -88,8 +89,8 @@ struct UnderstandingRequest {
 /// How far a thread is that makes an understanding, for those who wait for it.
 struct UnderstandingProgress {
   std::atomic<bool> cancelled = false;
-  /// The folder is not read any more: its files may be replaced.
-  std::atomic<bool> hasRead = false;
+  /// Called when the folder is not read any more: its files may be replaced. Not before a failure.
+  std::function<void()> readingEnded{};
   /// Up to `steps`, which is 0 while the folder is being read.
   std::atomic<std::size_t> done = 0;
   std::atomic<std::size_t> steps = 0;

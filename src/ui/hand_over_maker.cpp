@@ -1,4 +1,4 @@
-#include "hand_over_job.h"
+#include "hand_over_maker.h"
 
 #include <exception>
 #include <optional>
@@ -15,7 +15,6 @@
 #include <quillmate/export/zip_folder.h>
 #include <quillmate/files/paths.h>
 
-#include "error_text.h"
 #include "list_source.h"
 #include "module_matrix.h"
 #include "qt_text.h"
@@ -30,9 +29,6 @@ constexpr const char* kSiteFolder = "Dokumentation";
 constexpr const char* kPdfFile = "Code.pdf";
 constexpr const char* kListFile = "Listen.xlsx";
 constexpr const char* kProjectFolder = "Projekt";
-
-/// The user has had enough.
-class Cancelled : public std::exception {};
 
 output::CoverNote CoverNoteOf(const codedb::Note& note) {
   output::CoverNote cover;
@@ -54,19 +50,18 @@ std::optional<codedb::Facts> FactsIn(const fs::path& folder) {
   }
 }
 
-}  // namespace
-
 /// The parts of what is handed over, one after the other, in one folder.
-class HandOverJob::Maker {
+class HandOverMaker {
  public:
-  Maker(HandOverJob& job, fs::path folder) : job_(job), order_(job.order_), folder_(std::move(folder)) {}
+  HandOverMaker(const HandOverOrder& order, const ProjectCopy& copy, fs::path folder, BackgroundJob& job)
+      : order_(order), copy_(copy), folder_(std::move(folder)), job_(job) {}
 
   void Make() {
     const HandOverChoice& choice = order_.choice;
     if (choice.site) MakeSite();
     if (choice.pdf) MakePdf();
     job_.Begin("Befunde und Kennzahlen");
-    findings_ = checks::RunChecks(order_.known->Index(), {}, 0, &job_.cancelled_);
+    findings_ = checks::RunChecks(order_.known->Index(), {}, 0, &job_.CancelFlag());
     metrics_ = std::make_shared<const checks::Metrics>(checks::Measure(order_.known->Index()));
     if (choice.lists) MakeLists();
     if (choice.project) MakeProject();
@@ -78,18 +73,15 @@ class HandOverJob::Maker {
     job_.Begin("HTML-Dokumentation");
     fs::create_directory(folder_ / kSiteFolder);
     output::SiteProject site = order_.site;
-    site.indexFolder = job_.copy_;
+    site.indexFolder = copy_.Path();
+    site.modules = copy_.ReadIndex();
     output::WriteSite(site, order_.look, folder_ / kSiteFolder,
                       [this](std::size_t done, std::size_t total) { job_.Tell(done, total); });
     parts_.push_back({std::string(kSiteFolder) + "/index.html", "HTML-Dokumentation"});
   }
 
   void MakePdf() {
-    job_.Begin("Code als PDF");
-    WriteProjectPdf(order_.pdf, job_.copy_, order_.moduleCount, folder_ / kPdfFile, [this](int page, int pages) {
-      job_.Tell(static_cast<std::size_t>(page), static_cast<std::size_t>(pages));
-      return true;
-    });
+    WriteProjectPdf(order_.pdf, copy_.Path(), order_.moduleCount, folder_ / kPdfFile, job_);
     parts_.push_back({kPdfFile, "Code als PDF"});
   }
 
@@ -100,10 +92,10 @@ class HandOverJob::Maker {
     const ListSource unused = UnusedList(order_.known);
     const ListSource metrics = MetricList(order_.known);
     AddList(book, findings, RowsOf(order_.known, findings_), 1);
-    AddList(book, unused, unused.find(&job_.cancelled_), 2);
+    AddList(book, unused, unused.find(&job_.CancelFlag()), 2);
     AddList(book, metrics, RowsOf(order_.known, metrics_), 3);
     output::AddTable(book, ModuleMatrix(order_.known, nullptr).AsTable());
-    book.Write(folder_ / kListFile);
+    book.Write(folder_ / kListFile, &job_.CancelFlag());
     parts_.push_back({kListFile, "Listen: Befunde, Unbenutztes, Kennzahlen, Abhängigkeiten"});
   }
 
@@ -115,111 +107,48 @@ class HandOverJob::Maker {
   void MakeProject() {
     job_.Begin("Projekt");
     fs::create_directory(folder_ / kProjectFolder);
-    codedb::CopyAllFiles(job_.copy_, folder_ / kProjectFolder);
+    codedb::CopyAllFiles(copy_.Path(), folder_ / kProjectFolder);
     if (!order_.notes.empty()) codedb::SaveNotes(folder_ / kProjectFolder, order_.notes);
     parts_.push_back({std::string(kProjectFolder) + "/", "Gespeichertes Projekt, mit Quillmate zu öffnen"});
   }
 
   void MakeCover() {
     job_.Begin("Übersicht");
-    const std::optional<codedb::Facts> facts = FactsIn(job_.copy_);
+    const std::optional<codedb::Facts> facts = FactsIn(copy_.Path());
     output::CoverPage page{order_.title, order_.time, facts ? &*facts : nullptr, order_.known->Index(),
                            *metrics_,    findings_,   std::move(parts_),         {}};
     for (const codedb::Note& note : order_.notes) page.notes.push_back(CoverNoteOf(note));
     files::ReplaceFile(folder_ / files::PathFromText(kCoverFile), output::CoverHtml(page));
   }
 
-  HandOverJob& job_;
   const HandOverOrder& order_;
+  const ProjectCopy& copy_;
   const fs::path folder_;
+  BackgroundJob& job_;
   std::vector<output::CoverPart> parts_;
   std::vector<checks::Finding> findings_;
   std::shared_ptr<const checks::Metrics> metrics_;
 };
 
-HandOverJob::HandOverJob(HandOverChoice choice, fs::path target, QObject* parent)
-    : QObject(parent),
-      target_(std::move(target)),
-      replacement_(choice.zipped ? nullptr : std::make_unique<files::FolderReplacement>(target_)),
-      work_(files::TemporaryFolder(), files::WorkFolder::Access::kPrivate),
-      copy_(work_.Path() / "stand") {
-  order_.choice = choice;
-  fs::create_directory(copy_);
-}
+}  // namespace
 
-HandOverJob::~HandOverJob() {
-  Cancel();
-  if (thread_.joinable()) thread_.join();
-}
-
-void HandOverJob::Start(HandOverOrder order) {
-  order_ = std::move(order);
-  const auto run = [this] {
-    Run();
-    QMetaObject::invokeMethod(this, &HandOverJob::TakeOver, Qt::QueuedConnection);
-  };
-  try {
-    thread_ = std::thread(run);
-  } catch (const std::system_error&) {
-    run();
-  }
-}
-
-void HandOverJob::Run() noexcept {
-  try {
-    Make();
-    isMade_ = true;
-  } catch (const Cancelled&) {
-    // Nobody waits for it any more.
-  } catch (const std::exception& error) {
-    error_ = ErrorText(error);
-  } catch (...) {
-    error_ = "Unbekannter Fehler";
-  }
-}
-
-void HandOverJob::Make() {
-  if (replacement_ != nullptr) {
-    Maker(*this, replacement_->Path()).Make();
-    Begin("Ordner");
-    replacement_->Commit();
+void HandProjectOver(const HandOverOrder& order, BackgroundJob& job) {
+  if (!order.choice.zipped) {
+    files::FolderReplacement folder(order.target);
+    const ProjectCopy copy(order.source, job);
+    HandOverMaker(order, copy, folder.Path(), job).Make();
+    job.Begin("Lege den Ordner ab");
+    folder.Commit();
     return;
   }
-  const fs::path made = work_.Path() / "zip" / target_.stem();
+  const files::WorkFolder work(files::TemporaryFolder(), files::WorkFolder::Access::kPrivate);
+  // Its name is that of the folder in the file.
+  const fs::path made = work.Path() / "zip" / order.target.stem();
   fs::create_directories(made);
-  Maker(*this, made).Make();
-  Begin("Packe");
-  output::ZipFolder(made, target_, [this](int percent) { Tell(static_cast<std::size_t>(percent), 100); });
-}
-
-void HandOverJob::TakeOver() {
-  if (thread_.joinable()) thread_.join();
-  // The copy and what was begun go now, and not with the window.
-  emit Finished();
-  deleteLater();
-}
-
-void HandOverJob::Begin(const char* step) {
-  {
-    const std::lock_guard lock(mutex_);
-    step_ = step;
-    percent_ = 0;
-  }
-  if (cancelled_) throw Cancelled();
-}
-
-void HandOverJob::Tell(std::size_t done, std::size_t total) {
-  {
-    const std::lock_guard lock(mutex_);
-    percent_ = total == 0 ? 0 : static_cast<int>(done * 100 / total);
-  }
-  if (cancelled_) throw Cancelled();
-}
-
-QString HandOverJob::StatusText(int& percent) const {
-  const std::lock_guard lock(mutex_);
-  percent = percent_;
-  return cancelled_ ? QStringLiteral("Wird abgebrochen ...") : FromUtf8(step_);
+  const ProjectCopy copy(order.source, job);
+  HandOverMaker(order, copy, made, job).Make();
+  job.Begin("Packe");
+  output::ZipFolder(made, order.target, [&job](int percent) { job.Tell(static_cast<std::size_t>(percent), 100); });
 }
 
 }  // namespace quillmate::ui
