@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <exception>
-#include <fstream>
 #include <new>
 #include <optional>
 #include <set>
@@ -11,6 +10,7 @@
 #include <quillmate/export/output_reason.h>
 #include <quillmate/export/spreadsheet.h>
 #include <quillmate/files/failure.h>
+#include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/replacement.h>
 #include <quillmate/files/work_folder.h>
@@ -24,7 +24,6 @@ namespace {
 
 constexpr std::size_t kWidest = 60;
 constexpr std::size_t kNarrowest = 8;
-constexpr std::size_t kBlock = std::size_t{1} << 18U;
 /// The greatest whole number up to which every one has a place in a cell.
 constexpr std::int64_t kLargestNumber = std::int64_t{1} << 53U;
 
@@ -143,16 +142,7 @@ struct Spreadsheet::State {
   }
 
   void Copy(const std::filesystem::path& target) const {
-    files::ReplaceFile(target, [&](const files::Writer& write) {
-      std::ifstream in(file, std::ios::binary);
-      std::string block(kBlock, '\0');
-      while (in.read(block.data(), static_cast<std::streamsize>(block.size())) || in.gcount() > 0) {
-        write(std::string_view(block).substr(0, static_cast<std::size_t>(in.gcount())));
-      }
-      if (in.bad()) {
-        throw files::Failure(files::FileAction::kRead, file, std::make_error_code(std::errc::io_error));
-      }
-    });
+    files::ReplaceFile(target, [&](const files::Writer& write) { files::ReadInPieces(file, write); });
   }
 };
 

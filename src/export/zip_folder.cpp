@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <exception>
-#include <fstream>
 #include <memory>
 #include <new>
 #include <string>
@@ -11,6 +10,7 @@
 
 #include <quillmate/export/zip_folder.h>
 #include <quillmate/files/failure.h>
+#include <quillmate/files/file_bytes.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/files/replacement.h>
 #include <quillmate/files/work_folder.h>
@@ -49,11 +49,23 @@ struct Reporter {
   Fail(target, zip_error_system_type(error) == ZIP_ET_SYS ? zip_error_code_system(error) : 0);
 }
 
-/// In the order of their names, so that the same folder gives the same order.
+/// In the order of their names, so that the same folder gives the same order. Links are left out.
 std::vector<fs::path> FilesIn(const fs::path& folder) {
   std::vector<fs::path> found;
-  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
-    if (!entry.is_symlink() && entry.is_regular_file()) found.push_back(entry.path());
+  std::vector<fs::path> waiting{folder};
+  while (!waiting.empty()) {
+    const fs::path next = std::move(waiting.back());
+    waiting.pop_back();
+    std::error_code error;
+    for (const files::FolderEntry& entry : files::FolderEntries(next, error)) {
+      if (entry.isLink) continue;
+      if (entry.isFolder) {
+        waiting.push_back(entry.path);
+      } else if (fs::is_regular_file(entry.path)) {
+        found.push_back(entry.path);
+      }
+    }
+    if (error) throw files::Failure(files::FileAction::kList, next, error);
   }
   std::sort(found.begin(), found.end());
   return found;
@@ -71,20 +83,11 @@ void Add(zip_t* zip, const fs::path& folder, const fs::path& file, const fs::pat
   }
 }
 
-void CopyInto(const fs::path& made, files::FileReplacement& replacement) {
-  std::ifstream stream(made, std::ios::binary);
-  std::vector<char> piece(1U << 16U);
-  while (stream) {
-    stream.read(piece.data(), static_cast<std::streamsize>(piece.size()));
-    replacement.Write({piece.data(), static_cast<std::size_t>(stream.gcount())});
-  }
-}
-
 }  // namespace
 
 void ZipFolder(const fs::path& folder, const fs::path& target, const std::function<void(int)>& progress) {
   files::FileReplacement replacement(target);
-  const files::WorkFolder work(fs::temp_directory_path(), files::WorkFolder::Access::kPrivate);
+  const files::WorkFolder work(files::TemporaryFolder(), files::WorkFolder::Access::kPrivate);
   const fs::path made = work.Path() / "gepackt.zip";
   int code = 0;
   Zip zip(zip_open(files::PathText(made).c_str(), ZIP_CREATE | ZIP_EXCL, &code));
@@ -104,7 +107,7 @@ void ZipFolder(const fs::path& folder, const fs::path& target, const std::functi
     Fail(target, zip_get_error(finished));
   }
   if (reporter.failure) std::rethrow_exception(reporter.failure);
-  CopyInto(made, replacement);
+  files::ReadInPieces(made, [&replacement](std::string_view piece) { replacement.Write(piece); });
   replacement.Commit();
 }
 

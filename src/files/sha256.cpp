@@ -1,10 +1,11 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
-#include <fstream>
 #include <iterator>
-#include <system_error>
+#include <string>
 
+#include <quillmate/files/failure.h>
+#include <quillmate/files/file_bytes.h>
 #include <quillmate/files/sha256.h>
 
 #include "sha256_p.h"
@@ -142,17 +143,12 @@ std::string Sha256::Digits() {
   return digits;
 }
 
-std::string FileHash(const std::filesystem::path& file) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(file, error)) return {};
-  std::ifstream in(file, std::ios::binary);
+std::string FileHash(const std::filesystem::path& file) try {
   Sha256 sum;
-  std::string buffer(std::size_t{1} << 16U, '\0');
-  while (in) {
-    in.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-    sum.Add(std::string_view(buffer).substr(0, static_cast<std::size_t>(in.gcount())));
-  }
-  return in.eof() && !in.bad() ? sum.Digits() : std::string();
+  ReadInPieces(file, [&sum](std::string_view piece) { sum.Add(piece); });
+  return sum.Digits();
+} catch (const Failure&) {
+  return {};
 }
 
 }  // namespace quillmate::files

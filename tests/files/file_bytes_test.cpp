@@ -1,5 +1,6 @@
 #include <array>
 #include <random>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
@@ -70,10 +71,21 @@ TEST(WholeFile, FailuresNameFileAndReason) {
 TEST(WholeFile, SizesAroundTheBuffer) {
   const ScratchFolder folder;
   const fs::path file = folder.Path() / "Datei";
-  for (const std::size_t size : {0U, 1U, 4095U, 4096U, 4097U, 8191U, 8192U, 100000U}) {
-    WriteWholeFile(file, std::string(size, 'x'));
-    EXPECT_EQ(ReadWholeFile(file).size(), size);
+  for (const std::size_t size : {0U, 1U, 4095U, 4096U, 4097U, 8191U, 8192U, 65536U, 200000U}) {
+    std::string bytes(size, 'x');
+    for (std::size_t at = 0; at < size; at += 1000) bytes[at] = static_cast<char>('a' + at / 1000 % 26);
+    WriteWholeFile(file, bytes);
+    EXPECT_EQ(ReadWholeFile(file), bytes);
+    std::string pieces;
+    ReadInPieces(file, [&pieces](std::string_view piece) {
+      EXPECT_FALSE(piece.empty());
+      pieces += piece;
+    });
+    EXPECT_EQ(pieces, bytes);
   }
+  EXPECT_THROW(ReadInPieces(folder.Path(), [](std::string_view) {}), Failure);
+  EXPECT_THROW(ReadInPieces(file, [](std::string_view) { throw std::logic_error("genug"); }), std::logic_error);
+  EXPECT_EQ(FileHash(folder.Path()), "");
 }
 
 #ifndef _WIN32  // where files are on disks and links need rights

@@ -187,8 +187,8 @@ std::optional<char32_t> CharacterAt(std::string_view bytes, std::size_t length) 
 }
 
 TEST(Generated, BytesThatMayBeUtf8) {
-  Texts texts({"a", "\x80", "\x9F", "\xA0", "\xBF", "\xC1", "\xC2", "\xC3\xA4", "\xE0", "\xE2\x82\xAC", "\xED", "\xEF",
-               "\xF0", "\xF0\x9F\x98\x80", "\xF4", "\xF5", "\xFF"});
+  Texts texts({"a", "abcdefgh", "\x80", "\x9F", "\xA0", "\xBF", "\xC1", "\xC2", "\xC3\xA4", "\xE0", "\xE2\x82\xAC",
+               "\xED", "\xEF", "\xF0", "\xF0\x9F\x98\x80", "\xF4", "\xF5", "\xFF"});
   for (int round = 0; round < kRounds * 3; ++round) {
     const std::string bytes = texts.Next(6);
     std::string wellFormed;
@@ -210,10 +210,34 @@ TEST(Generated, BytesThatMayBeUtf8) {
     std::size_t counted = 0;
     const std::string shown = ::testing::PrintToString(bytes);
     EXPECT_EQ(IsValidUtf8(bytes), isValid) << shown;
+    EXPECT_EQ(IsAscii(bytes), std::ranges::all_of(bytes, [](char c) { return (c & 0x80) == 0; })) << shown;
     EXPECT_EQ(WellFormedUtf8(bytes), wellFormed) << shown;
     EXPECT_EQ(CodeFromUtf8(bytes, &counted), code) << shown;
     EXPECT_EQ(counted, replaced) << shown;
     EXPECT_EQ(CountReplaced(bytes), replaced) << shown;
+  }
+}
+
+TEST(Generated, UnitsThatMayBeUtf16) {
+  constexpr std::array<char16_t, 8> kUnits{u'A', 0xD7FF, 0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xE000, 0xE4};
+  std::mt19937 random(16);
+  for (int round = 0; round < kRounds; ++round) {
+    std::u16string units;
+    for (std::size_t count = random() % 6; count > 0; --count) units += kUnits[random() % kUnits.size()];
+    std::string expected;
+    for (std::size_t at = 0; at < units.size(); ++at) {
+      const bool isHigh = units[at] >= 0xD800 && units[at] <= 0xDBFF;
+      const bool isLow = units[at] >= 0xDC00 && units[at] <= 0xDFFF;
+      const bool isPair = isHigh && at + 1 < units.size() && units[at + 1] >= 0xDC00 && units[at + 1] <= 0xDFFF;
+      if (isPair) {
+        AppendUtf8(expected, 0x10000U + ((units[at] - 0xD800U) << 10U) + (units[at + 1] - 0xDC00U));
+        ++at;
+      } else {
+        AppendUtf8(expected, isHigh || isLow ? kReplacementCharacter : units[at]);
+      }
+    }
+    EXPECT_EQ(Utf8FromUtf16(units), expected);
+    EXPECT_TRUE(IsValidUtf8(expected));
   }
 }
 

@@ -33,8 +33,9 @@ TEST(Operations, LeadingNumberReadsWhatStandsInFront) {
   const struct {
     std::string_view text;
     double value;
-  } cases[] = {{"5", 5},   {" -12abc", -12}, {"3.5;7", 3.5}, {"abc", 0},  {"", 0},    {"nan", 0}, {"+8", 8},
-               {"inf", 0}, {"1e3", 1000},    {"-", 0},       {".5", 0.5}, {"8,5", 8}, {"0x10", 0}};
+  } cases[] = {{"5", 5},    {" -12abc", -12}, {"3.5;7", 3.5}, {"abc", 0},    {"", 0},
+               {"nan", 0},  {"+8", 8},        {"inf", 0},     {"1e3", 1000}, {"-", 0},
+               {".5", 0.5}, {"8,5", 8},       {"0x10", 0},    {"0.5", 0.5},  {"09", 9}};
   for (const auto& c : cases) EXPECT_EQ(LeadingNumber(c.text), c.value) << c.text;
 }
 
