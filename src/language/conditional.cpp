@@ -266,7 +266,7 @@ double NumberOf(std::string_view literal) {
 
 }  // namespace
 
-void ConditionalConstants::Start(std::string_view text, const NameTable& names, const ParseOptions& options) {
+void ConditionalConstants::Start(std::string_view text, const NamePool& names, const ParseOptions& options) {
   text_ = text;
   names_ = &names;
   options_ = &options;

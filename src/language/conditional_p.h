@@ -27,7 +27,7 @@ struct ConditionalValue {
 
 class ConditionalConstants {
  public:
-  void Start(std::string_view text, const NameTable& names, const ParseOptions& options);
+  void Start(std::string_view text, const NamePool& names, const ParseOptions& options);
 
   /// Sets a constant of the module.
   void Define(NameId name, ConditionalValue value) { own_[name] = value; }
@@ -44,7 +44,7 @@ class ConditionalConstants {
   ConditionalValue Joined(const ConditionalValue& a, const ConditionalValue& b);
 
   std::string_view text_;
-  const NameTable* names_ = nullptr;
+  const NamePool* names_ = nullptr;
   const ParseOptions* options_ = nullptr;
   std::unordered_map<NameId, ConditionalValue> own_;
   std::vector<ConditionalValue> values_;

@@ -118,7 +118,7 @@ std::size_t FindHeaderEnd(std::string_view text, std::size_t from) {
 
 class HeaderReader {
  public:
-  HeaderReader(std::string_view text, NameTable& names, Module& module) : text_(text), names_(names), module_(module) {}
+  HeaderReader(std::string_view text, NamePool& names, Module& module) : text_(text), names_(names), module_(module) {}
 
   /// The lines from `from` to `to`.
   void Read(std::size_t from, std::size_t to, bool access) {
@@ -237,7 +237,7 @@ class HeaderReader {
   }
 
   std::string_view text_;
-  NameTable& names_;
+  NamePool& names_;
   Module& module_;
   std::vector<Block> blocks_;
   std::uint32_t properties_ = 0;  ///< BeginProperty without its EndProperty
@@ -263,7 +263,7 @@ std::size_t FindAccessCode(std::string_view text, std::size_t from) {
 
 }  // namespace
 
-std::size_t ReadFileHeader(std::string_view text, std::size_t from, NameTable& names, Module& module) {
+std::size_t ReadFileHeader(std::string_view text, std::size_t from, NamePool& names, Module& module) {
   const bool access = IsAccessVersion(FirstLine(text, from));
   const std::size_t end = access ? FindAccessCode(text, from) : FindHeaderEnd(text, from);
   if (end == from) return from;

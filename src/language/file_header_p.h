@@ -11,6 +11,6 @@ namespace quillmate::language {
 
 /// Reads the header at `from`, writes its lines, controls and facts to `module`, and gives the offset of what follows:
 /// `from` itself when there is none.
-std::size_t ReadFileHeader(std::string_view text, std::size_t from, NameTable& names, Module& module);
+std::size_t ReadFileHeader(std::string_view text, std::size_t from, NamePool& names, Module& module);
 
 }  // namespace quillmate::language

@@ -21,7 +21,7 @@ std::size_t FindTail(std::string_view text) noexcept {
 
 }  // namespace
 
-void Lexer::Open(std::string_view text, NameTable& names, Module& module, bool keepComments) {
+void Lexer::Open(std::string_view text, NamePool& names, Module& module, bool keepComments) {
   text_ = text;
   tailFrom_ = FindTail(text);
   tail_.assign(text.begin() + static_cast<std::ptrdiff_t>(tailFrom_), text.end());

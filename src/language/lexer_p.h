@@ -16,7 +16,7 @@ namespace quillmate::language {
 class Lexer {
  public:
   /// Takes up a text, which must stay until it is read. Its lines are appended to those that the module has.
-  void Open(std::string_view text, NameTable& names, Module& module, bool keepComments);
+  void Open(std::string_view text, NamePool& names, Module& module, bool keepComments);
   /// Goes to the line that begins at `offset`.
   void Seek(std::size_t offset);
 
@@ -77,7 +77,7 @@ class Lexer {
   const char* at_ = nullptr;
   const char* columnBase_ = nullptr;       ///< a token at p has column p - columnBase_ + 1
   const char* noBracketBefore_ = nullptr;  ///< between `at_` and there is no "]"
-  NameTable* names_ = nullptr;
+  NamePool* names_ = nullptr;
   Module* module_ = nullptr;
   std::vector<Token> tokens_ = std::vector<Token>(kFirstTokens);  ///< room; those of the line come first
   std::uint32_t count_ = 0;                                       ///< so many

@@ -23,7 +23,7 @@ constexpr std::string_view kSuffixes = "%&^!#@$";
 
 }  // namespace
 
-NameTable::NameTable()
+NamePool::NamePool()
     : slots_(kFirstSlots, Slot{0, kNone}), folded_(kReadAhead), mask_(kFirstSlots - 1), known_(kKnown) {
   Module words;
   module_ = &words;
@@ -39,7 +39,7 @@ NameTable::NameTable()
   module_ = nullptr;
 }
 
-void NameTable::Start(Module& module) {
+void NamePool::Start(Module& module) {
   slots_.assign(words_.begin(), words_.end());
   mask_ = slots_.size() - 1;
   spellings_.resize(kWordCount);
@@ -48,7 +48,7 @@ void NameTable::Start(Module& module) {
   module_ = &module;
 }
 
-NameId NameTable::Add(std::size_t slot, std::uint64_t hash, std::string_view name, bool plain) {
+NameId NamePool::Add(std::size_t slot, std::uint64_t hash, std::string_view name, bool plain) {
   const auto id = static_cast<NameId>(spellings_.size());
   const auto offset = static_cast<std::uint32_t>(foldedSize_);
   const auto length = static_cast<std::uint32_t>(name.size());
@@ -62,14 +62,14 @@ NameId NameTable::Add(std::size_t slot, std::uint64_t hash, std::string_view nam
   return id;
 }
 
-NameId NameTable::Other(std::string_view name) {
+NameId NamePool::Other(std::string_view name) {
   const std::uint64_t hash = HashOther(name.data(), name.size());
   Known& known = known_[hash & (kKnown - 1)];
   if (known.id == kNone || known.hash != hash || known.spelling != name) known = {hash, Fold(name), std::string(name)};
   return known.id;
 }
 
-NameId NameTable::Fold(std::string_view name) {
+NameId NamePool::Fold(std::string_view name) {
   scratch_.clear();
   AppendFolded(scratch_, name);
   const std::size_t length = scratch_.size();
@@ -87,7 +87,7 @@ NameId NameTable::Fold(std::string_view name) {
   return Add(slot, hash, folded, false);
 }
 
-void NameTable::Grow() {
+void NamePool::Grow() {
   std::vector<Slot> larger(slots_.size() * 2, Slot{0, kNone});
   mask_ = larger.size() - 1;
   for (const Slot& entry : slots_) {

@@ -58,9 +58,10 @@ inline std::uint64_t HashOther(const char* folded, std::size_t length) noexcept 
   return HashReadable<0>(folded, length);
 }
 
-class NameTable {
+/// The names of a module, each kept once.
+class NamePool {
  public:
-  NameTable();
+  NamePool();
 
   /// Forgets all names but the words; those that come next are written to `module`.
   void Start(Module& module);

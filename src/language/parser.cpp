@@ -12,7 +12,7 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 }  // namespace
 
-void Parser::Parse(std::string_view text, const ParseOptions& options, NameTable& names, Lexer& lexer, Module& module) {
+void Parser::Parse(std::string_view text, const ParseOptions& options, NamePool& names, Lexer& lexer, Module& module) {
   text_ = text;
   options_ = &options;
   names_ = &names;

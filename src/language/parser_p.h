@@ -16,7 +16,7 @@ namespace quillmate::language {
 
 class Parser {
  public:
-  void Parse(std::string_view text, const ParseOptions& options, NameTable& names, Lexer& lexer, Module& module);
+  void Parse(std::string_view text, const ParseOptions& options, NamePool& names, Lexer& lexer, Module& module);
 
  private:
   // ------------------------------------------------------------------------------------------- expressions.cpp
@@ -298,7 +298,7 @@ class Parser {
 
   std::string_view text_;
   const ParseOptions* options_ = nullptr;
-  NameTable* names_ = nullptr;
+  NamePool* names_ = nullptr;
   Lexer* lexer_ = nullptr;
   Module* module_ = nullptr;
   ConditionalConstants constants_;

@@ -9,7 +9,7 @@
 namespace quillmate::language {
 
 struct Workspace::Data {
-  NameTable names;
+  NamePool names;
   Lexer lexer;
   Parser parser;
 };

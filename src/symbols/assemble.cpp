@@ -172,7 +172,7 @@ void SetMembers(const ReferenceIndex::Data& data, const SetRequest& request, std
 /// Gives equal requests of all modules one number each: by module, the numbers of its sets.
 std::vector<std::vector<Index>> NumberSets(const ReferenceIndex::Data& data, std::vector<SetRequest>& all) {
   std::vector<std::vector<Index>> numbers(data.references.size());
-  NameTable known;
+  HashTable known;
   for (std::size_t module = 0; module < numbers.size(); ++module) {
     for (const SetRequest& request : data.references[module].sets) {
       for (NameHash key = request.Key();; ++key) {

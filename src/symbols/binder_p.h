@@ -42,7 +42,7 @@ struct Scratch {
   std::vector<Index> locals, labels, pendings;
   std::vector<Local> picked;
   /// What was picked from long groups: to numbers of `picks`.
-  NameTable pickNumbers;
+  HashTable pickNumbers;
   std::vector<Local> picks;  ///< kNone: several
 };
 
@@ -151,7 +151,7 @@ class Binder {
   std::uint32_t stamp_ = 0;
   std::size_t routineFirst_ = 0;  ///< its first reference
   std::vector<Pending> pendings_;
-  NameTable setNumbers_;
+  HashTable setNumbers_;
   Index lastArgumentName_ = kNone;
 };
 

@@ -18,8 +18,8 @@ constexpr NameHash Within(NameHash name, std::uint64_t owner) noexcept {
   return mixed ^ (mixed >> 32);
 }
 
-/// Keys to numbers, open addressing.
-class NameTable {
+/// Keys that are hashes already to numbers, open addressing. Names of equal keys count as one.
+class HashTable {
  public:
   /// To be called once, with at least as many names as will be added.
   void Reserve(std::size_t names) {

@@ -40,7 +40,7 @@ class Table {
   }
 
  private:
-  NameTable names_;
+  HashTable names_;
   std::vector<Record> records_;
 };
 

@@ -5,7 +5,7 @@
 
 #include <quillmate/symbols/kinds.h>
 
-#include "name_table_p.h"
+#include "hash_table_p.h"
 #include "types_p.h"
 
 /// What the hosts' libraries bring along, as far as it changes what a name of the sources means: which names are taken,

@@ -43,7 +43,7 @@ std::uint16_t BasesOf(language::ModuleKind kind, const language::Module& code, H
   return 0;
 }
 
-void AddControl(ModuleTable& table, NameTable& known, ControlTable control) {
+void AddControl(ModuleTable& table, HashTable& known, ControlTable control) {
   if (control.name.empty()) return;
   control.hash = HashOf(control.name);
   if (control.hash == table.nameHash) return;  // the form itself
@@ -96,7 +96,7 @@ std::string ControlType(std::string_view type) {
 }
 
 void CollectControls(ModuleTable& table, const ModuleSource& source) {
-  NameTable known;
+  HashTable known;
   const language::Module& code = *table.code;
   for (const language::Control& control : code.controls) {
     AddControl(table, known,
@@ -295,7 +295,7 @@ Local ModuleTable::FindParameter(Local routine, NameHash name) const noexcept {
 namespace {
 
 /// Adds a module's group to what a project shows under a name.
-void Export(Tables& tables, NameTable& names, NameHash name, Exported group) {
+void Export(Tables& tables, HashTable& names, NameHash name, Exported group) {
   Index& first = names.Grow(name);
   group.next = first;
   first = static_cast<Index>(tables.exports.size());

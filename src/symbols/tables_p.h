@@ -8,7 +8,7 @@
 #include <quillmate/language/module.h>
 #include <quillmate/symbols/reference_index.h>
 
-#include "name_table_p.h"
+#include "hash_table_p.h"
 #include "types_p.h"
 
 /// What each module declares and what projects show of it: everything that binding looks names up in.
@@ -55,16 +55,16 @@ struct ModuleTable {
   std::uint16_t bases = 0;   ///< library::base
   NameHash nameHash = 0;
   std::vector<ControlTable> controls;
-  NameTable eventPrefixes;           ///< to the local numbers of those controls that have one
+  HashTable eventPrefixes;           ///< to the local numbers of those controls that have one
   std::vector<std::uint8_t> status;  ///< by declaration
   std::vector<TypeRef> types;        ///< by local number
   std::vector<Local> next;           ///< by local number: the next one of the same name and space
-  NameTable names;                   ///< to the first local number
+  HashTable names;                   ///< to the first local number
   Local defaultMember = language::kNone;
   Local enumerator = language::kNone;
   std::vector<Index> interfaceUses;  ///< uses after Implements, last names
   std::vector<Index> interfaces;     ///< ... the modules that they mean, kNone for others
-  NameTable interfaceNames;          ///< to the numbers of both
+  HashTable interfaceNames;          ///< to the numbers of both
 
   std::size_t LocalCount() const noexcept { return 1 + code->declarations.size() + controls.size(); }
   bool IsDeclaration(Local local) const noexcept { return local - 1 < code->declarations.size(); }
@@ -115,12 +115,12 @@ struct ProjectTable {
 
   // Each project has tables of its own: a module's names are looked up in few of many, which stay in the cache. All but
   // the first lead to Tables::exports.
-  NameTable moduleNames;    ///< first module
-  NameTable exportNames;    ///< public names of standard modules, public enums
-  NameTable exportTypes;    ///< public types and enums
-  NameTable memberNames;    ///< public members of class-like modules, controls
-  NameTable documentNames;  ///< the same of documents alone
-  NameTable macroNames;     ///< Subs and Functions of all modules, private ones too
+  HashTable moduleNames;    ///< first module
+  HashTable exportNames;    ///< public names of standard modules, public enums
+  HashTable exportTypes;    ///< public types and enums
+  HashTable memberNames;    ///< public members of class-like modules, controls
+  HashTable documentNames;  ///< the same of documents alone
+  HashTable macroNames;     ///< Subs and Functions of all modules, private ones too
 };
 
 /// Everything together; filled step by step, then only read.
