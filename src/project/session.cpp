@@ -21,11 +21,13 @@ constexpr std::size_t kMostAhead = 256 * 1024 * 1024;
 Session::Session(codedb::CodeDatabase& index, fs::path& folder, SessionListener& listener)
     : index_(index), folder_(folder), listener_(listener) {}
 
-std::unique_ptr<Session::Content> Session::ReadContent(codedb::CodeDatabase& index, const fs::path& folder) {
+std::unique_ptr<Session::Content> Session::ReadContent(codedb::CodeDatabase& index, const fs::path& folder,
+                                                       std::size_t mostModules) {
   auto content = std::make_unique<Content>();
   auto tree = std::make_shared<navigation::ProjectTree>();
   index.OpenCodeDatabase(folder);
   navigation::FillModuleNodes(index, *tree);
+  if (tree->nodes.size() > mostModules) throw TooManyModules(std::to_string(tree->nodes.size()));
   content->texts.Load(folder, tree->moduleCount);
   if (tree->moduleCount > 0) content->views.Load(content->texts);
   navigation::FillRoutineNodes(index, *tree);
@@ -35,10 +37,10 @@ std::unique_ptr<Session::Content> Session::ReadContent(codedb::CodeDatabase& ind
   return content;
 }
 
-void Session::ReloadProject(const fs::path& folder, std::string title, bool isSaved) {
+void Session::ReloadProject(const fs::path& folder, std::string title, bool isSaved, std::size_t mostModules) {
   std::unique_ptr<Content> content;
   try {
-    content = ReadContent(index_, folder);
+    content = ReadContent(index_, folder, mostModules);
   } catch (...) {
     index_.CloseCodeDatabase();
     if (isLoaded_) index_.OpenCodeDatabase(folder_);

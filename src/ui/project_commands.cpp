@@ -74,12 +74,19 @@ bool ProjectCommands::ReloadProject(const fs::path& folder, const std::string& t
   const Working working(interaction_);
   interaction_.ShowProgress("Lese Projekt");
   try {
-    session_.ReloadProject(folder, title, isSaved);
+    session_.ReloadProject(folder, title, isSaved, globals_.MostViews);
     return true;
+  } catch (const project::TooManyModules&) {
+    interaction_.Show(TooManyModulesText() + "\r\n" + files::PathText(folder), MessageIcon::kExclamation);
+    return false;
   } catch (const std::exception&) {
     interaction_.Show(codedb::BrokenProject(folder).what(), MessageIcon::kExclamation);
     return false;
   }
+}
+
+std::string ProjectCommands::TooManyModulesText() const {
+  return "Mehr als " + std::to_string(globals_.MostViews) + " Module kann das Fenster nicht zeigen.";
 }
 
 void ProjectCommands::ResetProject() {

@@ -75,6 +75,7 @@ class ProjectCommands : public QObject {
   void OpenProjectFolder(const std::filesystem::path& folder);
   /// The same for an index that is there. False after telling that it can't be used.
   bool ReloadProject(const std::filesystem::path& folder, const std::string& title, bool isSaved);
+  std::string TooManyModulesText() const;
   /// Back to the state without a project: the run's scratch folder is emptied and current again.
   void ResetProject();
   /// The project on screen gives way, after a question when it is not saved. False when the user wants to keep it.

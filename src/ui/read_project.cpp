@@ -9,11 +9,6 @@
 namespace quillmate::ui {
 namespace {
 
-std::string TooManyModulesText(std::size_t most) {
-  return "Mehr als " + std::to_string(most) +
-         " Module kann das Fenster nicht zeigen.\r\nBitte wählen Sie weniger aus !";
-}
-
 std::string NoFolderMessage(const startup::AppGlobals& globals) {
   return "Der Arbeitsordner konnte nicht angelegt werden in\r\n" +
          files::PathText(globals.ProgramFolder / startup::kScratchRoot);
@@ -89,7 +84,7 @@ void ProjectCommands::TellFailure(const host::ReadReport& report) {
 /// folder that its modules may be in.
 void ProjectCommands::ReadProject(const Reader& read) {
   if (sources_.Projects().CheckedModules() > globals_.MostViews) {
-    interaction_.Show(TooManyModulesText(globals_.MostViews), MessageIcon::kExclamation);
+    interaction_.Show(TooManyModulesText() + "\r\nBitte wählen Sie weniger aus !", MessageIcon::kExclamation);
     return;
   }
   if (sources_.Projects().AnyChecked() && !LeaveProject()) return;

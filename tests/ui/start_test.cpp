@@ -234,6 +234,14 @@ TEST_F(StartTest, MoreModulesThanViewsAreNotRead) {
   globals.MostViews = 2;
   Trigger("doit");
   EXPECT_FALSE(Tree("treApp").isVisible());
+  // The command line saves projects of any size.
+  SaveAs("Lager", Folder("Ziel"));
+  globals.MostViews = 1;
+  platform.messages.clear();
+  Drop({Text(Folder("Ziel") / "Lager")});
+  ExpectMessage("Mehr als 1 Module kann das Fenster nicht zeigen.\r\n" + Text(Folder("Ziel") / "Lager"),
+                MessageIcon::kExclamation);
+  EXPECT_EQ(TextOf(*Tree("treProjekt").model()), "Form\n Laden\nZebra\n Adler\n Zahl\n") << "what was there stays";
 }
 
 TEST_F(StartTest, AddingASourceLeavesTheProject) {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
+#include <limits>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,6 +45,12 @@ class SessionListener {
   virtual void OnMoved(Reveal reveal) = 0;
 };
 
+/// A project has more modules than can be shown.
+class TooManyModules : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 /// What loading takes: failures throw files::Failure and leave everything as it
 /// was, unless something else is said. Names in code are Windows-1252.
 class Session {
@@ -51,8 +60,10 @@ class Session {
 
   /// Opens the index in `folder`, reads its tree and checks that its texts are there; `folder` is the current one then.
   /// `title` is the project as the window's title names it (UTF-8): "Lager [Lager.xls]" for one just read, the name of
-  /// the folder for a saved one. Nothing of the project before stays, its history neither.
-  void ReloadProject(const std::filesystem::path& folder, std::string title, bool isSaved);
+  /// the folder for a saved one. Nothing of the project before stays, its history neither. Throws TooManyModules
+  /// where there are more than `mostModules`.
+  void ReloadProject(const std::filesystem::path& folder, std::string title, bool isSaved,
+                     std::size_t mostModules = std::numeric_limits<std::size_t>::max());
   /// No project any more: the index is closed, `scratch` is the current folder.
   void Leave(const std::filesystem::path& scratch);
   /// The project was saved: it is the same one in another folder. Its index there is opened.
@@ -117,7 +128,8 @@ class Session {
     navigation::CodeViews views;
     std::vector<codedb::Line> startLines;
   };
-  static std::unique_ptr<Content> ReadContent(codedb::CodeDatabase& index, const std::filesystem::path& folder);
+  static std::unique_ptr<Content> ReadContent(codedb::CodeDatabase& index, const std::filesystem::path& folder,
+                                              std::size_t mostModules);
 
   void Replace(std::unique_ptr<Content> content);
   void SetTitle(std::string title, bool isSaved);
