@@ -8,7 +8,6 @@
 #include <quillmate/text/windows1252.h>
 
 #include "connection_p.h"
-#include "engine_failure_p.h"
 
 namespace quillmate::codedb {
 

@@ -13,7 +13,6 @@
 
 #include "collation_p.h"
 #include "connection_p.h"
-#include "engine_failure_p.h"
 #include "foreign_file_p.h"
 
 namespace quillmate::codedb {

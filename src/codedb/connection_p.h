@@ -17,6 +17,9 @@ struct sqlite3_stmt;
 
 namespace quillmate::codedb {
 
+/// What the engine said last of a statement (Windows-1252), which is quoted unless it is empty.
+files::Failure StatementFailure(sqlite3* database, std::string_view statement);
+
 /// Whether the bound values point into the caller's text or are copied.
 enum class Binding { Borrowed, Copied };
 

@@ -9,7 +9,7 @@
 #include <quillmate/text/operations.h>
 #include <quillmate/text/windows1252.h>
 
-#include "engine_failure_p.h"
+#include "connection_p.h"
 
 namespace quillmate::codedb {
 namespace {

@@ -125,6 +125,42 @@ TEST(OrderedWork, HoldsNoMoreThanItsBound) {
   EXPECT_FALSE(work.IsFull()) << "what is finished is held no longer";
 }
 
+/// First the owner has nothing to do any more and waits until the helper is done, then the helper waits for the owner.
+TEST(OrderedWork, WhoeverWaitsIsWoken) {
+  if (std::thread::hardware_concurrency() < 2) GTEST_SKIP() << "there is no helper";
+  OrderedWork work;
+  std::atomic<bool> begun = false;
+  std::atomic<bool> others = false;
+  std::string told;
+  work.Add(
+      [&] {
+        begun = true;
+        while (!others) std::this_thread::yield();
+        for (std::size_t turn = 0; turn < 2000; ++turn) Turn(turn);
+        return std::size_t{0};
+      },
+      [&told](const std::exception_ptr&) { told += "1"; });
+  work.Add(
+      [&others] {
+        others = true;
+        return std::size_t{0};
+      },
+      [&told](const std::exception_ptr&) { told += "2"; });
+  while (!begun) std::this_thread::yield();
+  work.FinishAll();
+  EXPECT_EQ(told, "12");
+  begun = false;
+  work.Add(
+      [&begun] {
+        begun = true;
+        return std::size_t{0};
+      },
+      [&told](const std::exception_ptr&) { told += "3"; });
+  while (!begun) std::this_thread::yield();
+  work.FinishAll();
+  EXPECT_EQ(told, "123");
+}
+
 TEST(OrderedWork, KeepsNothingOfWhatIsDone) {
   OrderedWork work;
   const auto used = std::make_shared<int>(0);
