@@ -357,7 +357,6 @@ TEST(ListModel, EachColumnHasItsOrder) {
     return QString::fromUtf8(column == 0 ? words[static_cast<std::size_t>(rank)] : name);
   };
   rows.rank = [&](std::size_t row) { return std::get<0>(cells[row]); };
-  model.SetRows(rows);
   const struct {
     int column;
     Qt::SortOrder order;
@@ -367,11 +366,24 @@ TEST(ListModel, EachColumnHasItsOrder) {
                  {1, Qt::AscendingOrder, "1000 20 9 100 9"},
                  {2, Qt::AscendingOrder, "9 9 20 100 1000"},
                  {-1, Qt::AscendingOrder, "9 100 20 9 1000"}};
-  for (const auto& order : kOrders) {
-    model.sort(order.column, order.order);
-    QStringList lines;
-    for (int row = 0; row < model.rowCount(); ++row) lines << model.index(row, 2).data().toString();
-    EXPECT_EQ(lines.join(u' '), order.lines) << order.column << ' ' << order.order;
+  const auto lines = [&model] {
+    QStringList all;
+    for (int row = 0; row < model.rowCount(); ++row) all << model.index(row, 2).data().toString();
+    return all.join(u' ');
+  };
+  // Whether its keys are made when they are needed or before.
+  for (const bool before : {false, true}) {
+    model.SetRows(rows);
+    if (before) model.SetKeys(ui::KeysOf(source, rows, nullptr));
+    for (const auto& order : kOrders) {
+      model.sort(order.column, order.order);
+      EXPECT_EQ(lines(), order.lines) << order.column << ' ' << order.order;
+    }
+    model.SetFilter(QStringLiteral("OFEN"));
+    EXPECT_EQ(lines(), "20 9");
+    model.sort(2, Qt::AscendingOrder);
+    EXPECT_EQ(lines(), "9 20");
+    model.SetFilter({});
   }
 }
 

@@ -1,7 +1,9 @@
 #include "list_model.h"
 
 #include <algorithm>
+#include <functional>
 #include <numeric>
+#include <unordered_map>
 #include <utility>
 
 #include <quillmate/codedb/collation.h>
@@ -20,7 +22,54 @@ void SortBy(std::vector<std::uint32_t>& order, const std::vector<Key>& keys, Qt:
   });
 }
 
+QString FoldedRow(const ListSource& source, const ListRows& rows, std::size_t row) {
+  QString text;
+  for (std::size_t column = 0; column < source.columns.size(); ++column) {
+    text += rows.cell(row, static_cast<int>(column)).toString() + QLatin1Char('\n');
+  }
+  return text.toCaseFolded();
+}
+
+/// Most texts of a column are there many times: only the different ones are compared.
+std::vector<std::uint32_t> RanksOf(const ListRows& rows, int column, const std::atomic<bool>* cancelled) {
+  std::unordered_map<std::string, std::uint32_t> numbers;
+  std::vector<const std::string*> texts;
+  std::vector<std::uint32_t> ranks(rows.count);
+  for (std::size_t row = 0; row < rows.count; ++row) {
+    if (cancelled != nullptr && *cancelled) return ranks;
+    const auto [text, isNew] =
+        numbers.try_emplace(ToUtf8(rows.cell(row, column).toString()), static_cast<std::uint32_t>(texts.size()));
+    if (isNew) texts.push_back(&text->first);
+    ranks[row] = text->second;
+  }
+  std::vector<std::uint32_t> order(texts.size());
+  std::iota(order.begin(), order.end(), 0U);
+  std::ranges::sort(order,
+                    [&](std::uint32_t a, std::uint32_t b) { return codedb::CompareText(*texts[a], *texts[b]) < 0; });
+  std::vector<std::uint32_t> rankOf(texts.size());
+  for (std::size_t i = 1; i < order.size(); ++i) {
+    const bool isSame = codedb::CompareText(*texts[order[i - 1]], *texts[order[i]]) == 0;
+    rankOf[order[i]] = rankOf[order[i - 1]] + (isSame ? 0 : 1);
+  }
+  for (std::uint32_t& rank : ranks) rank = rankOf[rank];
+  return ranks;
+}
+
 }  // namespace
+
+ListKeys KeysOf(const ListSource& source, const ListRows& rows, const std::atomic<bool>* cancelled) {
+  ListKeys keys;
+  keys.ranks.resize(source.columns.size());
+  for (std::size_t row = 0; row < rows.count; ++row) {
+    if (cancelled != nullptr && *cancelled) return keys;
+    keys.folded.push_back(FoldedRow(source, rows, row));
+  }
+  for (std::size_t column = 0; column < source.columns.size(); ++column) {
+    const ListColumn& of = source.columns[column];
+    if (!of.isNumber && !of.isRanked) keys.ranks[column] = RanksOf(rows, static_cast<int>(column), cancelled);
+  }
+  return keys;
+}
 
 ListModel::ListModel(ListSource source, QObject* parent) : QAbstractTableModel(parent), source_(std::move(source)) {}
 
@@ -29,22 +78,16 @@ void ListModel::SetRows(ListRows rows) {
   rows_ = std::move(rows);
   order_.resize(rows_.count);
   std::iota(order_.begin(), order_.end(), 0U);
-  folded_.clear();
+  keys_ = {};
   if (!filter_.isEmpty()) ReadRows();
   Show();
   endResetModel();
 }
 
 void ListModel::ReadRows() {
-  if (!folded_.empty()) return;
-  folded_.reserve(rows_.count);
-  for (std::size_t row = 0; row < rows_.count; ++row) {
-    QString text;
-    for (int column = 0; column < columnCount(); ++column) {
-      text += rows_.cell(row, column).toString() + QLatin1Char('\n');
-    }
-    folded_.push_back(text.toCaseFolded());
-  }
+  if (!keys_.folded.empty()) return;
+  keys_.folded.reserve(rows_.count);
+  for (std::size_t row = 0; row < rows_.count; ++row) keys_.folded.push_back(FoldedRow(source_, rows_, row));
 }
 
 void ListModel::SetFilter(const QString& text) {
@@ -58,7 +101,7 @@ void ListModel::SetFilter(const QString& text) {
 void ListModel::Show() {
   shown_.clear();
   for (const std::uint32_t row : order_) {
-    if (filter_.isEmpty() || folded_[row].contains(filter_)) shown_.push_back(row);
+    if (filter_.isEmpty() || keys_.folded[row].contains(filter_)) shown_.push_back(row);
   }
 }
 
@@ -84,6 +127,13 @@ QVariant ListModel::headerData(int section, Qt::Orientation orientation, int rol
   return role == Qt::ToolTipRole && !column.explanation.isEmpty() ? column.explanation : QVariant();
 }
 
+void ListModel::SortByText(int column, Qt::SortOrder direction) {
+  const auto at = static_cast<std::size_t>(column);
+  keys_.ranks.resize(source_.columns.size());
+  if (keys_.ranks[at].empty()) keys_.ranks[at] = RanksOf(rows_, column, nullptr);
+  SortBy(order_, keys_.ranks[at], direction, std::less<>());
+}
+
 void ListModel::sort(int column, Qt::SortOrder direction) {
   emit layoutAboutToBeChanged();
   std::iota(order_.begin(), order_.end(), 0U);
@@ -97,10 +147,7 @@ void ListModel::sort(int column, Qt::SortOrder direction) {
     for (std::size_t row = 0; row < rows_.count; ++row) keys.push_back(rows_.cell(row, column).toLongLong());
     SortBy(order_, keys, direction, std::less<>());
   } else if (by != nullptr) {
-    std::vector<std::string> keys;
-    for (std::size_t row = 0; row < rows_.count; ++row) keys.push_back(ToUtf8(rows_.cell(row, column).toString()));
-    SortBy(order_, keys, direction,
-           [](const std::string& a, const std::string& b) { return codedb::CompareText(a, b) < 0; });
+    SortByText(column, direction);
   }
   const QModelIndexList before = persistentIndexList();
   std::vector<std::uint32_t> rows;

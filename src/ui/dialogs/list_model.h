@@ -1,12 +1,26 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <atomic>
+#include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "list_source.h"
 
 namespace quillmate::ui {
+
+/// What sorting and filtering a list need of its rows, which takes a second or two for a hundred thousand of them.
+struct ListKeys {
+  /// The cells of each row in lower case.
+  std::vector<QString> folded;
+  /// By column, of those that hold text: the place of each row's text in the order of all; equal texts share one.
+  std::vector<std::vector<std::uint32_t>> ranks;
+};
+
+/// In any thread. Not whole when `cancelled`, which may be null, becomes true.
+ListKeys KeysOf(const ListSource& source, const ListRows& rows, const std::atomic<bool>* cancelled);
 
 /// A list as a model that sorts and filters by itself: what is not seen is no row.
 class ListModel : public QAbstractTableModel {
@@ -15,6 +29,8 @@ class ListModel : public QAbstractTableModel {
   ListModel(ListSource source, QObject* parent);
 
   void SetRows(ListRows rows);
+  /// Of these rows; without them they are made when they are first needed.
+  void SetKeys(ListKeys keys) { keys_ = std::move(keys); }
 
   const ListSource& Source() const noexcept { return source_; }
   const ListRows& Rows() const noexcept { return rows_; }
@@ -36,6 +52,7 @@ class ListModel : public QAbstractTableModel {
  private:
   void ReadRows();
   void Show();
+  void SortByText(int column, Qt::SortOrder direction);
 
   ListSource source_;
   ListRows rows_;
@@ -43,8 +60,7 @@ class ListModel : public QAbstractTableModel {
   std::vector<std::uint32_t> order_;
   std::vector<std::uint32_t> shown_;
   QString filter_;
-  /// The cells of each row in lower case, made when the first filter is typed.
-  std::vector<QString> folded_;
+  ListKeys keys_;
 };
 
 }  // namespace quillmate::ui

@@ -16,6 +16,8 @@ namespace quillmate::ui {
 namespace {
 
 constexpr QSize kStartSize(1000, 560);
+/// So many rows are sorted and filtered in no time.
+constexpr std::size_t kKeysAtOnce = 2000;
 
 }  // namespace
 
@@ -84,6 +86,21 @@ void ListWindow::Search() {
     copy_->setDisabled(model_->Rows().count == 0);
     save_->setDisabled(model_->Rows().count == 0);
     ShowCount();
+    if (model_->Rows().count > kKeysAtOnce) MakeKeys();
+  });
+  job->Start();
+}
+
+/// Before they are needed, so that typing and sorting don't wait for them.
+void ListWindow::MakeKeys() {
+  const auto keys = std::make_shared<ListKeys>();
+  auto* job = new BackgroundJob([keys, list = model_->Source(), rows = model_->Rows()](
+                                    BackgroundJob& run) { *keys = KeysOf(list, rows, &run.CancelFlag()); },
+                                parent());
+  connect(this, &QObject::destroyed, job, &BackgroundJob::Cancel);
+  connect(job, &BackgroundJob::Finished, job, &QObject::deleteLater);
+  connect(job, &BackgroundJob::Finished, this, [this, job, keys] {
+    if (job->IsMade() && !job->IsCancelled()) model_->SetKeys(std::move(*keys));
   });
   job->Start();
 }

@@ -29,6 +29,7 @@ class ListWindow : public QDialog {
  private:
   QWidget* MakeButtons();
   void Search();
+  void MakeKeys();
   void ShowCount();
   void Choose(const QModelIndex& index);
   ListTexts Texts() const;
