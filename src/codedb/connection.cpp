@@ -145,6 +145,15 @@ void Connection::Run(const char* sql) {
 
 bool Connection::InTransaction() const noexcept { return db_ != nullptr && sqlite3_get_autocommit(db_) == 0; }
 
+files::Failure StatementFailure(sqlite3* database, std::string_view statement) {
+  constexpr std::size_t kQuoted = 200;
+  files::Failure failure = EngineFailure(database);
+  if (statement.empty()) return failure;
+  const char* const more = statement.size() > kQuoted ? " ..." : "";
+  return files::Failure(DatabaseReason::kStatement, failure, {},
+                        {text::Utf8FromCode(statement.substr(0, kQuoted)) + more});
+}
+
 void Connection::Fail(std::string_view statement) const { throw StatementFailure(db_, statement); }
 
 sqlite3_stmt* Connection::PrepareSqlite(const std::string& sql, std::string_view statement, unsigned flags) {

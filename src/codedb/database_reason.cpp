@@ -5,11 +5,9 @@
 
 #include <sqlite3.h>
 
+#include <quillmate/codedb/database_reason.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/text/operations.h>
-#include <quillmate/text/windows1252.h>
-
-#include "connection_p.h"
 
 namespace quillmate::codedb {
 namespace {
@@ -135,14 +133,6 @@ files::Failure EngineFailure(sqlite3* database, const std::filesystem::path& fil
       return files::Failure(meaning.reason, file, DetailsOf(database, meaning.detail));
   }
   return files::Failure(kOther, file, DetailsOf(database, Detail::kEngine));
-}
-
-files::Failure StatementFailure(sqlite3* database, std::string_view statement) {
-  constexpr std::size_t kQuoted = 200;
-  files::Failure failure = EngineFailure(database);
-  if (statement.empty()) return failure;
-  const char* const more = statement.size() > kQuoted ? " ..." : "";
-  return files::Failure(kStatement, failure, {}, {text::Utf8FromCode(statement.substr(0, kQuoted)) + more});
 }
 
 files::Failure BrokenProject(const std::filesystem::path& folder) {
