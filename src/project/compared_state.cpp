@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -21,15 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Words = files::ReasonWords<CompareReason>;
-
-constexpr std::array kWords{
-    Words{CompareReason::kNoModule, "%1: enthält kein lesbares Modul"},
-    Words{CompareReason::kNotRead, "%1"},
-};
-static_assert(files::IsComplete(kWords, CompareReason::kNotRead));
-
-[[noreturn]] void FailEmpty(const std::string& shown) { throw files::Failure(CompareReason::kNoModule, {}, {shown}); }
+[[noreturn]] void FailEmpty(const std::string& shown) { throw files::Failure(ProjectReason::kNoModule, {}, {shown}); }
 
 std::string Shown(const StateRequest& request, std::string text) {
   return request.shown ? request.shown(std::move(text)) : text;
@@ -114,7 +105,7 @@ ReadState ReadSource(const StateRequest& request) {
   if (projects == 0) {
     const auto& problems = documents.Problems();
     if (problems.empty()) FailEmpty(input);
-    throw files::Failure(CompareReason::kNotRead, {},
+    throw files::Failure(ProjectReason::kNotRead, {},
                          {Shown(request, problems.back().source + ": " + problems.back().Text())});
   }
   std::vector<std::string> problems;
@@ -214,11 +205,6 @@ ReadState ReadSaved(const StateRequest& request) {
 }
 
 }  // namespace
-
-std::error_code make_error_code(CompareReason reason) noexcept {
-  static const files::ReasonCategory category("project", kWords);
-  return {static_cast<int>(reason), category};
-}
 
 ReadState ReadComparedState(const StateRequest& request) {
   ReadState read = IsProjectFolder(request.path) ? ReadSaved(request) : ReadSource(request);

@@ -4,6 +4,7 @@
 
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/navigation/definition.h>
+#include <quillmate/project/reason.h>
 #include <quillmate/project/session.h>
 
 namespace quillmate::project {
@@ -27,7 +28,8 @@ std::unique_ptr<Session::Content> Session::ReadContent(codedb::CodeDatabase& ind
   auto tree = std::make_shared<navigation::ProjectTree>();
   index.OpenCodeDatabase(folder);
   navigation::FillModuleNodes(index, *tree);
-  if (tree->nodes.size() > mostModules) throw TooManyModules(std::to_string(tree->nodes.size()));
+  if (tree->nodes.size() > mostModules)
+    throw files::Failure(ProjectReason::kManyModules, {}, {std::to_string(mostModules)});
   content->texts.Load(folder, tree->moduleCount);
   if (tree->moduleCount > 0) content->views.Load(content->texts);
   navigation::FillRoutineNodes(index, *tree);

@@ -7,6 +7,7 @@
 #include <quillmate/codedb/index_files.h>
 #include <quillmate/files/paths.h>
 #include <quillmate/office/office_file.h>
+#include <quillmate/project/reason.h>
 #include <quillmate/project/saved_projects.h>
 
 #include "qt_text.h"
@@ -76,8 +77,11 @@ bool ProjectCommands::ReloadProject(const fs::path& folder, const std::string& t
   try {
     session_.ReloadProject(folder, title, isSaved, globals_.MostViews);
     return true;
-  } catch (const project::TooManyModules&) {
-    interaction_.Show(TooManyModulesText() + "\r\n" + files::PathText(folder), MessageIcon::kExclamation);
+  } catch (const files::Failure& failure) {
+    const bool isTooLarge = failure.Is(project::ProjectReason::kManyModules);
+    const std::string text = isTooLarge ? std::string(failure.what()) + "\r\n" + files::PathText(folder)
+                                        : codedb::BrokenProject(folder).what();
+    interaction_.Show(text, MessageIcon::kExclamation);
     return false;
   } catch (const std::exception&) {
     interaction_.Show(codedb::BrokenProject(folder).what(), MessageIcon::kExclamation);
@@ -86,7 +90,7 @@ bool ProjectCommands::ReloadProject(const fs::path& folder, const std::string& t
 }
 
 std::string ProjectCommands::TooManyModulesText() const {
-  return "Mehr als " + std::to_string(globals_.MostViews) + " Module kann das Fenster nicht zeigen.";
+  return files::Failure(project::ProjectReason::kManyModules, {}, {std::to_string(globals_.MostViews)}).what();
 }
 
 void ProjectCommands::ResetProject() {

@@ -141,6 +141,8 @@ TEST_F(SessionTest, WhatCantBeLoadedLeavesEverything) {
   log_.Take();
   EXPECT_THROW(session_.ReloadProject(broken.Path(), "x", true), files::Failure);
   EXPECT_THROW(session_.ReloadProject(textless.Path(), "x", true), files::Failure);
+  EXPECT_EQ(files::MessageOf([&] { session_.ReloadProject(read_.Folder(), "x", true, 1); }),
+            "Mehr als 1 Module kann das Fenster nicht zeigen.");
   EXPECT_EQ(Place(), before);
   EXPECT_EQ(session_.Title() + log_.Take(), "Quelle [Lager.xls]");
   EXPECT_EQ(folder_, read_.Folder());

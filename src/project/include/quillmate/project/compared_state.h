@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include <quillmate/files/failure.h>
+#include <quillmate/project/reason.h>
 #include <quillmate/symbols/compare.h>
 #include <quillmate/symbols/compare_words.h>
 #include <quillmate/symbols/sources.h>
@@ -39,13 +39,6 @@ struct ReadState {
   /// The modules have the numbers of Understanding. Not where the text of one of a saved project is gone.
   bool hasAllModules = true;
 };
-
-/// Why there is nothing to compare.
-enum class CompareReason {
-  kNoModule = 1,  // %1, the place as the user knows it
-  kNotRead        // %1, that with the reason
-};
-std::error_code make_error_code(CompareReason reason) noexcept;
 
 /// Throws files::Failure when there is nothing to compare, and for a saved project that is damaged.
 ReadState ReadComparedState(const StateRequest& request);
@@ -83,6 +76,3 @@ struct ComparedProjects {
 bool CompareProjects(const CompareRequest& request, CompareProgress& progress, ComparedProjects& result);
 
 }  // namespace quillmate::project
-
-template <>
-struct std::is_error_code_enum<quillmate::project::CompareReason> : std::true_type {};

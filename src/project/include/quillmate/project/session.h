@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <limits>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,12 +44,6 @@ class SessionListener {
   virtual void OnMoved(Reveal reveal) = 0;
 };
 
-/// A project has more modules than can be shown.
-class TooManyModules : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
 /// What loading takes: failures throw files::Failure and leave everything as it
 /// was, unless something else is said. Names in code are Windows-1252.
 class Session {
@@ -60,8 +53,8 @@ class Session {
 
   /// Opens the index in `folder`, reads its tree and checks that its texts are there; `folder` is the current one then.
   /// `title` is the project as the window's title names it (UTF-8): "Lager [Lager.xls]" for one just read, the name of
-  /// the folder for a saved one. Nothing of the project before stays, its history neither. Throws TooManyModules
-  /// where there are more than `mostModules`.
+  /// the folder for a saved one. Nothing of the project before stays, its history neither. Throws
+  /// ProjectReason::kManyModules where there are more than `mostModules`.
   void ReloadProject(const std::filesystem::path& folder, std::string title, bool isSaved,
                      std::size_t mostModules = std::numeric_limits<std::size_t>::max());
   /// No project any more: the index is closed, `scratch` is the current folder.
