@@ -74,6 +74,11 @@ TEST(Session, LastProjectFolderComesFromTheSettings) {
 
 TEST(Session, RunFolderIsMadeBelowTheRootAndRemovedAtTheEnd) {
   const files::ScratchFolder folder;
+  // Left by a run that had to go elsewhere and was killed.
+  const fs::path dead =
+      fs::temp_directory_path() / (".Quillmate-TempDateien-" + folder.Path().parent_path().filename().string());
+  fs::create_directory(dead);
+  Write(dead / "M1.txt");
   ProgramRun run(folder.Path() / "neu");
   const fs::path root = folder.Path() / "neu" / "TempDateien";
   EXPECT_EQ(run.globals.TempFolder, root);
@@ -83,6 +88,7 @@ TEST(Session, RunFolderIsMadeBelowTheRootAndRemovedAtTheEnd) {
   run.store->WriteSetting("optionen", "tab", "9");
   run.MakeFolder();
   EXPECT_EQ(run.globals.Options.tab, 9);
+  EXPECT_FALSE(fs::exists(dead));
   EXPECT_EQ(run.globals.TempFolder, run.globals.RunTempFolder);
   EXPECT_EQ(run.globals.RunTempFolder.parent_path(), root);
   const std::string name = run.globals.RunTempFolder.filename().string();
@@ -110,18 +116,12 @@ TEST(Session, SavedProjectIsNotTouchedAtTheEnd) {
 
 TEST(Session, WithoutAScratchRootTheRunUsesTheSystemsTemporaryFolder) {
   const files::ScratchFolder folder;
-  // Left there by a run that was killed.
-  const fs::path dead =
-      fs::temp_directory_path() / (".Quillmate-TempDateien-" + folder.Path().parent_path().filename().string());
-  fs::create_directory(dead);
-  Write(dead / "M1.txt");
   Write(folder.Path() / "file");
   ProgramRun run(folder.Path() / "file");
   EXPECT_FALSE(run.mark->IsAlone());
   run.MakeFolder();
   const fs::path made = run.globals.RunTempFolder;
   EXPECT_TRUE(fs::exists(made / "M1.txt"));
-  EXPECT_FALSE(fs::exists(dead));
   EXPECT_TRUE(fs::equivalent(made.parent_path().parent_path(), fs::temp_directory_path() / "."));
 #ifndef _WIN32  // where the temporary folder is the user's own
   EXPECT_EQ(fs::status(made.parent_path()).permissions(), fs::perms::owner_all);
