@@ -306,6 +306,14 @@ void PieceMarker::MarkPiece(MarkedPiece& piece) {
   rest_ = {p, static_cast<std::size_t>(end - p)};
 }
 
+std::size_t FindStatementStart(std::string_view code, std::size_t from) noexcept {
+  for (std::size_t at = code.find('\n', from); at != std::string_view::npos; at = code.find('\n', at + 1)) {
+    const bool isBreak = at > 0 && code[at - 1] == '\r';
+    if (isBreak && !(at > 1 && code[at - 2] == '_')) return at + 1;
+  }
+  return code.size();
+}
+
 std::string MarkLineGuarded(std::string_view statementLine, bool closed) {
   MarkBuffer buffer;
   buffer.Ensure(kSlack);

@@ -76,6 +76,9 @@ class PieceMarker {
   bool atEnd_ = false;
 };
 
+/// The first start of a statement line at `from` or later that has one in front of it; the code's size where none has.
+std::size_t FindStatementStart(std::string_view code, std::size_t from) noexcept;
+
 /// One statement line (without its closing line break) marked up, with stand-ins. `closed` tells whether it has one.
 std::string MarkLineGuarded(std::string_view statementLine, bool closed);
 

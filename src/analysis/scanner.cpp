@@ -1,12 +1,15 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <exception>
 #include <iterator>
+#include <memory>
 #include <utility>
 
 #include <quillmate/analysis/reflow.h>
 #include <quillmate/analysis/scanner.h>
 #include <quillmate/text/markers.h>
+#include <quillmate/workers/ordered_work.h>
 
 #include "line_marker_p.h"
 #include "routine_walk_p.h"
@@ -74,6 +77,10 @@ std::int32_t CountBreaks(std::string_view text) noexcept {
   return count;
 }
 
+/// A module of that size is worth several cores, which take a part each.
+constexpr std::size_t kLong = std::size_t{1} << 20U;
+constexpr std::size_t kPartSize = std::size_t{32} << 10U;
+
 /// Puts the marked lines and what the walks make of them together.
 class Assembler {
  public:
@@ -83,8 +90,12 @@ class Assembler {
 
   ScanResult Run(const PreparedCode& code, bool guarded) {
     result_.markedText.reserve(code.Text().size() + code.Text().size() / 2);
-    PieceMarker marker(code.Text(), code.Closed(), guarded, settings_.bodyTabs);
-    for (MarkedPiece piece; marker.Next(piece);) AppendPiece(piece);
+    if (code.Text().size() >= kLong && !guarded && !settings_.bodyTabs) {
+      MarkOnAllCores(code);
+    } else {
+      PieceMarker marker(code.Text(), code.Closed(), guarded, settings_.bodyTabs);
+      for (MarkedPiece piece; marker.Next(piece);) AppendPiece(piece);
+    }
     result_.lineCount = lines_;
     return std::move(result_);
   }
@@ -93,6 +104,36 @@ class Assembler {
   std::size_t WalkOfLine(std::size_t line) const { return walkOfLine_[line]; }
 
  private:
+  /// Marks parts of whole statement lines at the same time; what the walks make of them goes on in order.
+  void MarkOnAllCores(const PreparedCode& code) {
+    workers::OrderedWork work;
+    std::string_view rest = code.Text();
+    for (bool last = false; !last;) {
+      const std::string_view part = rest.substr(0, FindStatementStart(rest, kPartSize));
+      rest.remove_prefix(part.size());
+      last = rest.empty();
+      while (work.IsFull()) work.FinishFirst();
+      const auto pieces = std::make_shared<std::vector<MarkedPiece>>();
+      work.Add([pieces, part, closed = last && code.Closed()] { return MarkPart(part, closed, *pieces); },
+               [this, pieces](const std::exception_ptr& failure) {
+                 if (failure) std::rethrow_exception(failure);
+                 for (const MarkedPiece& piece : *pieces) AppendPiece(piece);
+               });
+    }
+    work.FinishAll();
+  }
+
+  /// How many bytes the pieces hold.
+  static std::size_t MarkPart(std::string_view part, bool closed, std::vector<MarkedPiece>& pieces) {
+    PieceMarker marker(part, closed, false, false);
+    std::size_t bytes = 0;
+    for (MarkedPiece piece; marker.Next(piece); piece = {}) {
+      bytes += piece.text.Size();
+      pieces.push_back(std::move(piece));
+    }
+    return bytes;
+  }
+
   void AppendPiece(const MarkedPiece& piece) {
     const std::string_view text = piece.text.View();
     std::size_t done = 0;
