@@ -19,13 +19,13 @@ namespace {
 
 /// What was read; which files the paths name is found out when it matters.
 struct FilesRead {
-  std::vector<std::filesystem::path> paths;
+  std::vector<std::filesystem::path::string_type> paths;
   std::set<files::FileIdentity> known;
 
   bool Contain(const std::filesystem::path& path) {
     const auto identity = files::IdentityOf(path);
     if (!identity) return false;
-    for (const std::filesystem::path& read : std::exchange(paths, {})) {
+    for (const auto& read : std::exchange(paths, {})) {
       if (const auto readIdentity = files::IdentityOf(read)) known.insert(*readIdentity);
     }
     return known.contains(*identity);
@@ -46,7 +46,7 @@ bool IsModuleText(std::string_view name) {
 
 }  // namespace
 
-void NoteRead(const std::filesystem::path& path) { TheFiles().paths.push_back(path); }
+void NoteRead(const std::filesystem::path& path) { TheFiles().paths.push_back(path.native()); }
 
 void NoteProjectRead(const std::filesystem::path& folder) {
   std::error_code ignored;

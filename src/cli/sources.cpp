@@ -105,9 +105,7 @@ void Sources::MarkMissing(bool anyComplaint) {
 
 /// A document that is open in a host is a file that is read, too.
 void Sources::NoteFiles(int projects) {
-  for (const fs::path& file : documents_.Files()) {
-    NoteRead(file);
-  }
+  for (const auto& file : documents_.Files()) NoteRead(file);
   for (int i = 1; withOffice_ && i <= projects; ++i) {
     const std::optional<std::string> file = Host().Project(i).fileName;
     if (file) {

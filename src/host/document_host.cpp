@@ -189,7 +189,7 @@ void DocumentHost::SetCodePage(int number) noexcept { state_->codePage = number;
 
 const std::vector<SourceProblem>& DocumentHost::Problems() const noexcept { return state_->listing.problems; }
 
-const std::vector<fs::path>& DocumentHost::Files() const noexcept { return state_->listing.files; }
+const std::vector<fs::path::string_type>& DocumentHost::Files() const noexcept { return state_->listing.files; }
 
 std::vector<codedb::OmissionFact> DocumentHost::Omissions() const {
   std::vector<codedb::OmissionFact> omissions;

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <atomic>
+#include <cstdint>
 #include <optional>
 #include <system_error>
 #include <unordered_set>
@@ -26,21 +26,34 @@ std::string CodeOfPath(const fs::path& path) { return text::CodeFromUtf8(files::
 std::string ExtensionOf(const fs::path& file) { return files::PathText(file.extension()); }
 
 /// How much text of a listing is kept for the read that mostly follows.
-constexpr std::size_t kMostKeptText = std::size_t{32} << 20U;
+constexpr std::uintmax_t kMostKeptText = std::uintmax_t{40} << 20U;
 
-/// Counts the texts that are kept; on all threads.
+/// Counts the texts that are kept.
 class KeptText {
  public:
   /// False when there is no room for them.
-  bool Keep(std::size_t size) noexcept {
-    if (size_.fetch_add(size) + size <= kMostKeptText) return true;
-    size_ -= size;
-    return false;
+  bool Keep(std::uintmax_t size) noexcept {
+    if (size > kMostKeptText - size_) return false;
+    size_ += size;
+    return true;
   }
 
  private:
-  std::atomic<std::size_t> size_ = 0;
+  std::uintmax_t size_ = 0;
 };
+
+std::vector<files::FileStamp> StampsOf(const std::vector<ListedModule>& modules) {
+  std::vector<files::FileStamp> stamps;
+  stamps.reserve(modules.size());
+  for (const ListedModule& module : modules) stamps.push_back(files::StampOf(module.path));
+  return stamps;
+}
+
+std::uintmax_t SizeOf(const std::vector<files::FileStamp>& stamps) {
+  std::uintmax_t size = 0;
+  for (const files::FileStamp& stamp : stamps) size += stamp.size;
+  return size;
+}
 
 std::size_t TextSize(const office::VbaProject& project) {
   std::size_t size = 0;
@@ -141,13 +154,11 @@ fs::path FullPath(const fs::path& source) {
   return full.has_filename() || full == full.root_path() ? full : full.parent_path();
 }
 
-/// Fills in what the module's file says of it, or says why it can't be read.
-office::Reason LookAt(ListedModule& module, KeptText& keptText) {
-  const files::FileStamp stamp = files::StampOf(module.path);
+/// Fills in what the module's file says of it, and all of its text where `keep` is set, or says why it can't be read.
+office::Reason LookAt(ListedModule& module, const files::FileStamp& stamp, bool keep) {
   std::string buffer;
   const SourceBytes content = ReadSourceFile(module.path, buffer, module.codePage);
   if (content.problem != office::Reason::kNone) return content.problem;
-  const bool keep = stamp.settled && keptText.Keep(content.bytes.size());
   office::ModuleFile file = keep ? office::ParseModuleFile(content.bytes, module.extension)
                                  : office::SummarizeModuleFile(content.bytes, module.extension);
   module.component = {NameOf(module, file), file.type, file.lineCount, files::PathText(module.path)};
@@ -213,12 +224,12 @@ void Lister::ListPath(const fs::path& full) {
 }
 
 SourceBytes Lister::ReadBytes(const fs::path& file) {
-  listing_.files.push_back(file);
+  listing_.files.push_back(file.native());
   return ReadSourceFile(file, buffer_, codePage_);
 }
 
 office::OfficeFile Lister::ReadOffice(const fs::path& file) {
-  listing_.files.push_back(file);
+  listing_.files.push_back(file.native());
   return office::ReadOfficeFile(file, options_);
 }
 
@@ -360,18 +371,21 @@ void Lister::CollectFolder(const fs::path& folder, FolderContent& all) {
   for (const fs::path& inner : content.folders) CollectFolder(inner, all);
 }
 
-/// Looks at the files on all cores.
+/// Looks at the files on all cores. Their texts are kept all or none: a part of many would need the memory and hardly
+/// save time.
 void Lister::AddModules(std::vector<ListedModule> modules, ListedProject& project) {
+  const std::vector<files::FileStamp> stamps = StampsOf(modules);
+  const bool keepAll = keptText_.Keep(SizeOf(stamps));
   std::vector<office::Reason> problems(modules.size());
   workers::OrderedWork work;
   for (std::size_t i = 0; i < modules.size(); ++i) {
     while (work.IsFull()) work.FinishFirst();
     ListedModule& module = modules[i];
-    listing_.files.push_back(module.path);
+    listing_.files.push_back(module.path.native());
     module.codePage = codePage_;
     work.Add(
-        [this, &module, &problem = problems[i]] {
-          problem = LookAt(module, keptText_);
+        [&module, &stamp = stamps[i], keepAll, &problem = problems[i]] {
+          problem = LookAt(module, stamp, keepAll && stamp.settled);
           return std::size_t{0};
         },
         [&](const std::exception_ptr& failure) {

@@ -61,8 +61,8 @@ struct ListedProject {
 struct Listing {
   std::vector<ListedProject> projects;
   std::vector<SourceProblem> problems;
-  /// Those that were opened.
-  std::vector<std::filesystem::path> files;
+  /// Those that were opened. A path takes ten times the room of its text.
+  std::vector<std::filesystem::path::string_type> files;
 };
 
 /// Looks through the sources; a source that holds no readable module becomes a problem instead of a project. With

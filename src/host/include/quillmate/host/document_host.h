@@ -71,8 +71,8 @@ class DocumentHost : public HostAutomation {
   void SetCodePage(int number) noexcept;
   /// Sources and files that the last listing had to leave out.
   const std::vector<SourceProblem>& Problems() const noexcept;
-  /// Every file that the last listing has opened, those without code too: nobody may write to them.
-  const std::vector<std::filesystem::path>& Files() const noexcept;
+  /// The path of every file that the last listing has opened, those without code too: nobody may write to them.
+  const std::vector<std::filesystem::path::string_type>& Files() const noexcept;
 
   bool AttachHost() override;
   void Release() noexcept override;
