@@ -84,6 +84,11 @@ void CodeDatabase::OpenCodeDatabase(const std::filesystem::path& folder) {
   state_->connection = std::make_shared<Connection>(CodeDbPath(folder), Connection::Origin::kAnywhere);
 }
 
+void CodeDatabase::OpenModules(const std::filesystem::path& folder) {
+  CloseCodeDatabase();
+  state_->connection = std::make_shared<Connection>(CodeDbPath(folder), Connection::Origin::kModulesOfAnywhere);
+}
+
 void CodeDatabase::OpenOwnCodeDatabase(const std::filesystem::path& folder) {
   CloseCodeDatabase();
   state_->connection = std::make_shared<Connection>(CodeDbPath(folder), Connection::Origin::kOwn);

@@ -27,8 +27,8 @@ enum class Binding { Borrowed, Copied };
 class Connection {
  public:
   /// Opens the file and checks that it is a whole index. Throws files::Failure.
-  /// What is in a file of `kOwn` is known.
-  enum class Origin { kAnywhere, kOwn };
+  /// What is in a file of `kOwn` is known; of one that is `kModulesOfAnywhere` only the modules are wanted.
+  enum class Origin { kAnywhere, kModulesOfAnywhere, kOwn };
   Connection(const std::filesystem::path& file, Origin origin);
   ~Connection();
   Connection(const Connection&) = delete;
@@ -54,8 +54,8 @@ class Connection {
  private:
   void SetUp();
   void CheckTables();
-  void CheckNumbers();
-  void CheckPages();
+  void CheckNumbers(const char* query);
+  void CheckPages(const char* pragma);
   sqlite3_stmt* PrepareSqlite(const std::string& sql, std::string_view statement, unsigned flags);
   sqlite3_stmt* PrepareForm(std::string_view form);
 

@@ -18,9 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// The texts of the modules that the index lists. Throws files::Failure.
-std::vector<fs::path> ModuleTexts(const fs::path& folder) {
-  CodeDatabase database;
-  database.OpenCodeDatabase(folder);
+std::vector<fs::path> ModuleTexts(CodeDatabase& database) {
   std::vector<fs::path> names;
   for (const ModuleRecord& module : database.Modules()) {
     names.push_back(ModuleTextPath({}, module.number));
@@ -71,7 +69,9 @@ std::vector<fs::path> ProjectFiles(const fs::path& folder) {
   std::vector<fs::path> names = DatabaseFiles();
   if (!IsFile(CodeDbPath(folder))) return names;
   try {
-    const std::vector<fs::path> texts = ModuleTexts(folder);
+    CodeDatabase database;
+    database.OpenModules(folder);
+    const std::vector<fs::path> texts = ModuleTexts(database);
     names.insert(names.end(), texts.begin(), texts.end());
   } catch (const files::Failure&) {
     // What it listed nobody knows.
@@ -82,7 +82,9 @@ std::vector<fs::path> ProjectFiles(const fs::path& folder) {
 void CopyAllFiles(const fs::path& from, const fs::path& to) {
   std::vector<fs::path> names;
   try {
-    names = ModuleTexts(from);
+    CodeDatabase database;
+    database.OpenCodeDatabase(from);
+    names = ModuleTexts(database);
   } catch (const files::Failure& error) {
     throw BrokenProject(from, error);
   }

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <optional>
 #include <set>
+#include <unordered_set>
 #include <utility>
 
 #include <quillmate/files/failure.h>
@@ -39,13 +40,24 @@ fs::path NewTarget(const fs::path& named) {
   return path;
 }
 
-bool IsFolder(const fs::path& path) noexcept {
+bool IsFileOrLink(const fs::path& path) noexcept {
   std::error_code ignored;
-  return fs::is_directory(fs::symlink_status(path, ignored));
+  const fs::file_status status = fs::symlink_status(path, ignored);
+  return fs::exists(status) && !fs::is_directory(status);
 }
 
 /// The old state is gone already, and a power cut leaves one of the two whole either way.
 void KeepName(const fs::path& path) { static_cast<void>(FlushFolder(path.parent_path())); }
+
+/// The names of a folder without those of its sub-folders, from one look: asking for each costs as much again.
+std::unordered_set<fs::path::string_type> FileNames(const fs::path& folder) {
+  std::error_code ignored;
+  std::unordered_set<fs::path::string_type> names;
+  for (const FolderEntry& entry : FolderEntries(folder, ignored)) {
+    if (!entry.isFolder || entry.isLink) names.insert(entry.path.filename().native());
+  }
+  return names;
+}
 
 /// The folder itself and all that is in it.
 struct FolderContent {
@@ -191,19 +203,20 @@ struct FolderReplacement::State {
 
   /// Those of the names that a file or link in the target has.
   std::vector<fs::path> InTarget(const std::vector<fs::path>& names) const {
+    const auto listed = FileNames(target);
     std::vector<fs::path> found;
-    std::error_code ignored;
     for (const fs::path& name : names) {
-      const fs::file_status status = fs::symlink_status(target / name, ignored);
-      if (fs::exists(status) && !fs::is_directory(status)) found.push_back(name);
+      // A file system may know a file by more names than it lists.
+      if (listed.contains(name.native()) || IsFileOrLink(target / name)) found.push_back(name);
     }
     return found;
   }
 
   /// `replaced` are the own names that a file or link in the target has.
   void CheckNames(const std::vector<fs::path>& names, const std::set<fs::path>& replaced) const {
+    const auto files = FileNames(fresh);
     for (const fs::path& name : names) {
-      if (replaced.contains(name) ? IsFolder(fresh / name) : Exists(target / name)) {
+      if (replaced.contains(name) ? !files.contains(name.native()) : Exists(target / name)) {
         throw Failure(FileAction::kWrite, target / name, std::make_error_code(std::errc::file_exists));
       }
     }

@@ -267,6 +267,7 @@ void WriteBytes(const fs::path& file, const std::string& bytes) { std::ofstream(
 /// A filled index of some dozen pages.
 std::string FilledIndex(const fs::path& folder) {
   FreshIndex index;
+  index.AddModule(1, "Modul1", "2");
   for (int i = 1; i <= 500; ++i) index.AddRoutine(i, 1, std::string(60, 'x') + std::to_string(i));
   index.database.CloseCodeDatabase();
   std::string bytes = files::ReadWholeFile(CodeDbPath(index.folder.Path()));
@@ -280,17 +281,27 @@ TEST(OpenDatabase, WhatIsNoWholeIndexIsRefused) {
   const std::string whole = FilledIndex(folder.Path());
   std::string scribbled = whole;
   scribbled.replace(whole.size() / 2, 4096, 4096, 'x');
+  std::string modulesScribbled = whole;
+  modulesScribbled.replace(4096, 4096, 4096, 'x');  // the second page
   const struct {
     const char* name;
     std::string bytes;
-  } cases[] = {{"empty", ""},
-               {"text", std::string(9000, 'x')},
-               {"cut off", whole.substr(0, whole.size() / 2)},
-               {"cut in the header", whole.substr(0, 60)},
-               {"scribbled over", scribbled}};
+    bool holdsModules;
+  } cases[] = {{"empty", "", false},
+               {"text", std::string(9000, 'x'), false},
+               {"cut off", whole.substr(0, whole.size() / 2), false},
+               {"cut in the header", whole.substr(0, 60), false},
+               {"modules scribbled over", modulesScribbled, false},
+               {"routines scribbled over", scribbled, true}};
   CodeDatabase database;
   for (const auto& c : cases) {
     WriteBytes(file, c.bytes);
+    if (c.holdsModules) {
+      database.OpenModules(file.parent_path());
+      EXPECT_EQ(database.Modules().size(), std::size_t{1}) << c.name;
+    } else {
+      EXPECT_THROW(database.OpenModules(file.parent_path()), files::Failure) << c.name;
+    }
     const std::string message = MessageOf([&] { database.OpenCodeDatabase(file.parent_path()); });
     EXPECT_NE(message.find("Prüf Ordner"), std::string::npos) << c.name << message;
     EXPECT_FALSE(database.IsOpen()) << c.name;

@@ -67,6 +67,8 @@ class CodeDatabase {
   /// it. Throws files::Failure when the file is missing, damaged, locked, or lacks one of the two tables; it is never
   /// created. An earlier database is closed first. A mere reader writes nothing, neither into the file nor beside it.
   void OpenCodeDatabase(const std::filesystem::path& folder);
+  /// The same for who wants nothing but `Modules`: the rest of the file is not looked through.
+  void OpenModules(const std::filesystem::path& folder);
   /// The same for a file that this process has just written: only its tables are looked for.
   void OpenOwnCodeDatabase(const std::filesystem::path& folder);
   /// Never fails; also when nothing is open.
