@@ -17,17 +17,14 @@ using text::Marker;
 /// again: `closed_` is where the last one was.
 class MarkupWriter {
  public:
-  MarkupWriter(char* buffer, const Markup& markup) : begin_(buffer), out_(buffer), closed_(buffer), markup_(markup) {}
+  MarkupWriter(char* buffer, const Markup& markup, const ByteSlots& bytes)
+      : begin_(buffer), out_(buffer), closed_(buffer), markup_(markup), bytes_(bytes) {}
 
   void Code(std::string_view code) noexcept {
-    const bool plain = !markup_.headersVanish && markup_.lineFeed.empty();
     char* out = out_;
     for (const char c : code) {
-      if (!plain && (c == '\n' || c == '|')) {
-        out = PutSpecial(c, out);
-      } else {
-        out = markup_.bytes[static_cast<unsigned char>(c)].Put(out);
-      }
+      const auto& slot = bytes_[static_cast<unsigned char>(c)];
+      out = slot.length == 0 ? PutSpecial(c, out) : slot.Put(out);
     }
     out_ = out;
   }
@@ -58,7 +55,16 @@ class MarkupWriter {
   char* out_;
   char* closed_;
   const Markup& markup_;
+  const ByteSlots& bytes_;
 };
+
+/// The bytes that depend on what is in front of them have an empty slot, so that one look tells them from the others.
+ByteSlots SlotsOf(const Markup& markup) noexcept {
+  ByteSlots bytes = markup.bytes;
+  if (markup.headersVanish) bytes['|'].Set({});
+  if (!markup.lineFeed.empty()) bytes['\n'].Set({});
+  return bytes;
+}
 
 /// Room for what a piece becomes, and for the rest of the last slot.
 std::size_t RoomFor(std::size_t pieceSize, const Markup& markup) noexcept {
@@ -72,12 +78,13 @@ std::size_t RoomFor(std::size_t pieceSize, const Markup& markup) noexcept {
 void WriteMarkup(std::string_view markedText, const Markup& markup, const Sink& sink) {
   std::size_t size = 0;
   std::unique_ptr<char[]> buffer;
+  const ByteSlots bytes = SlotsOf(markup);
   ForEachPiece(markedText, [&](std::string_view piece) {
     if (piece.size() > size) {
       size = piece.size();
       buffer = std::make_unique_for_overwrite<char[]>(RoomFor(size, markup));
     }
-    MarkupWriter writer(buffer.get(), markup);
+    MarkupWriter writer(buffer.get(), markup, bytes);
     text::WalkMarkedText(piece, writer);
     sink(writer.Written());
   });

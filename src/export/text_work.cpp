@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 /// A longer text is cut, so that several can work on it and only pieces of the result are held.
 constexpr std::size_t kLong = std::size_t{1} << 19U;
-constexpr std::size_t kPart = std::size_t{1} << 18U;
+constexpr std::size_t kPart = std::size_t{1} << 17U;
 
 }  // namespace
 
@@ -47,7 +47,8 @@ void TextWork::Finish() {
 
 void TextWork::Add(std::function<void(const Sink&)> produce) {
   while (work_.IsFull()) work_.FinishFirst();
-  const auto result = std::make_shared<std::string>(std::exchange(bytes_, {}));
+  const auto result = std::make_shared<std::string>(TakeSpare());
+  result->swap(bytes_);
   work_.Add(
       [produce = std::move(produce), result] {
         produce([&result](std::string_view bytes) { result->append(bytes); });
@@ -56,7 +57,17 @@ void TextWork::Add(std::function<void(const Sink&)> produce) {
       [this, result](const std::exception_ptr& failure) {
         if (failure) std::rethrow_exception(failure);
         sink_(*result);
+        result->clear();
+        spare_.push_back(std::move(*result));
       });
+}
+
+/// Room that was written to once costs nothing more.
+std::string TextWork::TakeSpare() {
+  if (spare_.empty()) return {};
+  std::string spare = std::move(spare_.back());
+  spare_.pop_back();
+  return spare;
 }
 
 }  // namespace quillmate::output

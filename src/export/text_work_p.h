@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <quillmate/codedb/numbers.h>
 #include <quillmate/export/sink.h>
@@ -30,11 +31,14 @@ class TextWork {
 
  private:
   void Add(std::function<void(const Sink&)> produce);
+  std::string TakeSpare();
 
   Converter convert_;
   const Sink& sink_;
   /// What goes out in front of the next text.
   std::string bytes_;
+  /// Results that the sink has had.
+  std::vector<std::string> spare_;
   workers::OrderedWork work_;
 };
 
