@@ -23,10 +23,15 @@ Session::Session(codedb::CodeDatabase& index, fs::path& folder, SessionListener&
     : index_(index), folder_(folder), listener_(listener) {}
 
 std::unique_ptr<Session::Content> Session::ReadContent(codedb::CodeDatabase& index, const fs::path& folder,
-                                                       std::size_t mostModules) {
+                                                       bool isSaved, std::size_t mostModules) {
   auto content = std::make_unique<Content>();
   auto tree = std::make_shared<navigation::ProjectTree>();
-  index.OpenCodeDatabase(folder);
+  // What has not been saved was written by the read right before.
+  if (isSaved) {
+    index.OpenCodeDatabase(folder);
+  } else {
+    index.OpenOwnCodeDatabase(folder);
+  }
   navigation::FillModuleNodes(index, *tree);
   if (tree->nodes.size() > mostModules)
     throw files::Failure(ProjectReason::kManyModules, {}, {std::to_string(mostModules)});
@@ -42,7 +47,7 @@ std::unique_ptr<Session::Content> Session::ReadContent(codedb::CodeDatabase& ind
 void Session::ReloadProject(const fs::path& folder, std::string title, bool isSaved, std::size_t mostModules) {
   std::unique_ptr<Content> content;
   try {
-    content = ReadContent(index_, folder, mostModules);
+    content = ReadContent(index_, folder, isSaved, mostModules);
   } catch (...) {
     index_.CloseCodeDatabase();
     if (isLoaded_) index_.OpenCodeDatabase(folder_);

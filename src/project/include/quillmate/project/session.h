@@ -122,7 +122,7 @@ class Session {
     std::vector<codedb::Line> startLines;
   };
   static std::unique_ptr<Content> ReadContent(codedb::CodeDatabase& index, const std::filesystem::path& folder,
-                                              std::size_t mostModules);
+                                              bool isSaved, std::size_t mostModules);
 
   void Replace(std::unique_ptr<Content> content);
   void SetTitle(std::string title, bool isSaved);
