@@ -179,9 +179,12 @@ std::vector<ModuleHits> AllHits(codedb::CodeDatabase& database, CodeViews& views
   std::vector<ModuleHits> modules;
   if (request.text.empty()) return modules;
   Finder finder(request.text, request.wholeWord, request.matchCase);
+  // One room for all modules: what is freed between their hits would be lost to millions of them.
+  std::vector<TextMatch> matches;
   for (codedb::ViewIndex i; i.value < views.Count(); ++i.value) {
     const CodeView& view = views.View(i);
-    std::vector<TextMatch> matches = finder.FindAll(view.Text());
+    matches.clear();
+    finder.ForEach(view.Text(), [&](const TextMatch& match) { matches.push_back(match); });
     if (matches.empty()) continue;
     if (request.within != MatchWithin::kEverything) KeepMatchesWithin(matches, views.Runs(i), request.within);
     if (!matches.empty()) modules.push_back(DescribeHits(database, view, i, matches));
