@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include <quillmate/export/html.h>
+#include <quillmate/export/project_export.h>
 #include <quillmate/export/site.h>
 #include <quillmate/project/session.h>
 #include <quillmate/project/understanding.h>
@@ -63,6 +64,8 @@ class Exports {
   void ShowPreview(std::string_view html);
 
   QString WithExtension(const QString& chosen);
+  void WriteRtfInBackground(std::vector<output::ModuleEntry> modules, const text::CodeLook& look,
+                            const std::filesystem::path& target);
   void ExportRtf(const std::string& fileName, std::string_view activity,
                  const std::function<void(const text::CodeLook&, const std::filesystem::path&)>& run);
 

@@ -85,7 +85,7 @@ void WriteProjectPdf(const ProjectPdf& project, const fs::path& folder, int modu
   if (!pdf.open(QIODevice::WriteOnly)) Fail(pdf);
   {
     QPdfWriter writer(&pdf);
-    SetUpPdf(writer, print.project);
+    SetUpPdf(writer, print.contents || print.parts != 1 ? print.project : project.modules.front().title);
     PrintCode(writer, print);
   }
   if (!pdf.flush() || pdf.error() != QFileDevice::NoError) Fail(pdf);

@@ -2,8 +2,11 @@
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
+#include <utility>
 
 #include <quillmate/export/project_export.h>
+#include <quillmate/files/paths.h>
+#include <quillmate/files/replacement.h>
 
 #include "exports.h"
 #include "qt_text.h"
@@ -13,6 +16,9 @@ namespace quillmate::ui {
 namespace {
 
 const QString kExtension = QStringLiteral("RTF");
+constexpr const char* kProjectActivity = "Erzeuge RTF-Projekt";
+/// A project of more modules is written in the background.
+constexpr std::size_t kModulesAtOnce = 200;
 
 }  // namespace
 
@@ -50,10 +56,31 @@ void Exports::ExportModuleRtf() {
 }
 
 void Exports::ExportProjectRtf() {
-  ExportRtf(
-      session_.Name(), "Erzeuge RTF-Projekt", [this](const text::CodeLook& look, const std::filesystem::path& target) {
-        output::ExportProjectRtf(session_.Files(), output::ReadModules(session_.Index()), kModuleHeaders, look, target);
+  ExportRtf(session_.Name(), kProjectActivity, [this](const text::CodeLook& look, const std::filesystem::path& target) {
+    std::vector<output::ModuleEntry> modules = output::ReadModules(session_.Index());
+    if (modules.size() <= kModulesAtOnce) {
+      output::ExportProjectRtf(session_.Files(), modules, kModuleHeaders, look, target);
+    } else {
+      WriteRtfInBackground(std::move(modules), look, target);
+    }
+  });
+}
+
+void Exports::WriteRtfInBackground(std::vector<output::ModuleEntry> modules, const text::CodeLook& look,
+                                   const std::filesystem::path& target) {
+  const QString task = QStringLiteral("frmRtfFortschritt");
+  if (!tasks_.IsFree(task)) return;
+  const auto make = [source = session_.Files(), modules = std::move(modules), look, target](BackgroundJob& job) {
+    job.Begin(kProjectActivity);
+    files::ReplaceFile(target, [&](const files::Writer& write) {
+      output::ProjectRtf(source, modules, kModuleHeaders, look, [&](std::string_view piece) {
+        if (job.IsCancelled()) throw BackgroundJob::Cancelled();
+        write(piece);
       });
+    });
+  };
+  tasks_.Start({task, QStringLiteral("RTF-Projekt"), make,
+                [this, target] { interaction_.ShowProgress("Gespeichert: " + files::PathText(target)); }});
 }
 
 }  // namespace quillmate::ui

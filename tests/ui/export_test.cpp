@@ -146,6 +146,28 @@ TEST_F(ExportTest, RtfGoesIntoTheFileWithTheForcedExtension) {
   EXPECT_EQ(platform.saveRequests.back().fileName, "Lager [alt]");
 }
 
+TEST_F(ExportTest, RtfOfManyModulesIsMadeBesideTheWindow) {
+  LeaveProject();
+  for (int number = 0; number < 210; ++number) {
+    const std::string name = "Viele" + std::to_string(number);
+    AddModule((name + ".bas").c_str(), "Attribute VB_Name = \"" + name + "\"\r\nSub A()\r\n  x = 1\r\nEnd Sub\r\n");
+  }
+  Trigger("mnuAnsicht_App_Aktualisieren");
+  Tick(0);
+  Trigger("mnuBearbeiten_Code");
+  platform.messages.clear();
+  const std::filesystem::path file = Folder("viele.RTF");
+  platform.saveFiles = {Text(file)};
+  Trigger("mnuRtf_Projekt");
+  EXPECT_NE(Window().findChild<QProgressDialog*>("frmRtfFortschritt"), nullptr);
+  // Its files are read before they go.
+  LeaveProject();
+  AwaitTasks();
+  const std::string rtf = files::ReadWholeFile(file);
+  EXPECT_TRUE(rtf.starts_with("{\\rtf"));
+  EXPECT_NE(rtf.find("Viele209"), std::string::npos);
+}
+
 TEST_F(ExportTest, WordProcessorReadsTheRtf) {
   const QString office = QStandardPaths::findExecutable(QStringLiteral("soffice"));
   // The office programs come one by one; their launcher is the same.
