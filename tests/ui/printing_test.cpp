@@ -49,14 +49,14 @@ class Paper : public QPdfWriter {
   int metric(PaintDeviceMetric metric) const override {
     switch (metric) {
       case PdmWidth:
-        return kWidth;
+        return kWidth * fineness;
       case PdmHeight:
-        return kHeight;
+        return kHeight * fineness;
       case PdmDpiX:
       case PdmDpiY:
       case PdmPhysicalDpiX:
       case PdmPhysicalDpiY:
-        return 96;
+        return 96 * fineness;
       case PdmDevicePixelRatio:
         return 1;
       case PdmDevicePixelRatioScaled:
@@ -68,6 +68,8 @@ class Paper : public QPdfWriter {
 
  public:
   static constexpr int kWidth = 700, kHeight = 900;
+  /// A printer has more dots than the desktop.
+  int fineness = 1;
 };
 
 class PrintingTest : public ::testing::Test {
@@ -105,6 +107,18 @@ TEST_F(PrintingTest, BrokenLinesGoOnFurtherIn) {
   EXPECT_EQ(PlaceOf("End Sub").left(), left);
   for (const Printed& one : paper.engine.printed) {
     EXPECT_LE(one.place.right(), Paper::kWidth + 1) << one.text.toStdString();
+  }
+}
+
+TEST_F(PrintingTest, TabsAreAsWideAsFourBlanksOnEveryDevice) {
+  for (const int fineness : {1, 10}) {
+    paper.engine.printed.clear();
+    paper.fineness = fineness;
+    Print("Sub A()\r\n\tLeft\r\n    tfeL\r\n\t\tOnce\r\n        ecnO\r\n", "Modul");
+    // Blanks are drawn with the word after them, tabs are not: the ends are compared, the words have the same letters.
+    const auto rightOf = [this](const char* piece) { return PlaceOf(QString::fromLatin1(piece)).right(); };
+    EXPECT_NEAR(rightOf("Left"), rightOf("tfeL"), 2.0 * fineness);
+    EXPECT_NEAR(rightOf("Once"), rightOf("ecnO"), 2.0 * fineness);
   }
 }
 

@@ -54,6 +54,7 @@ class Printing {
   double height_ = 0;
   double left_ = 0;
   double tab_ = 0;
+  double tabStop_ = 0;
   double blank_ = 0;
   int printed_ = 0;
   int pages_ = 0;
@@ -76,6 +77,16 @@ void Printing::Measure() {
   left_ = job_.lineNumbers ? metrics.horizontalAdvance(QStringLiteral("999999 ")) : 0;
   blank_ = metrics.horizontalAdvance(QLatin1Char(' '));
   tab_ = 4 * blank_;
+  // A layout takes tab stops in the desktop's points and scales them to the font's: what comes of them is tried.
+  QTextLayout probe(QStringLiteral("\t."), font_, &device_);
+  QTextOption option;
+  option.setTabStopDistance(tab_);
+  probe.setTextOption(option);
+  probe.beginLayout();
+  const QTextLine row = probe.createLine();
+  probe.endLayout();
+  const double reached = row.cursorToX(1);
+  tabStop_ = reached > 0 ? tab_ * tab_ / reached : tab_;
 }
 
 QList<QTextLayout::FormatRange> Printing::Formats(const PrintedPart& part, std::size_t line) const {
@@ -117,7 +128,7 @@ double Printing::IndentOf(const QString& line) const {
 void Printing::LayOut(QTextLayout& layout, const PrintedPart& part, std::size_t line) const {
   QTextOption option;
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-  option.setTabStopDistance(tab_);
+  option.setTabStopDistance(tabStop_);
   layout.setTextOption(option);
   layout.setFormats(Formats(part, line));
   layout.beginLayout();
