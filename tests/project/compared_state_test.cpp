@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include <quillmate/codedb/facts.h>
@@ -13,6 +15,11 @@ namespace {
 constexpr const char* kEins = "Attribute VB_Name = \"Eins\"\r\nSub A()\r\n  x = 1\r\nEnd Sub\r\n";
 constexpr const char* kZwei = "Attribute VB_Name = \"Zwei\"\r\nSub B()\r\n  x = 1\r\nEnd Sub\r\n";
 constexpr const char* kVbp = "Type=Exe\r\nModule=Eins; Eins.bas\r\nModule=Zwei; Zwei.bas\r\nName=\"P\"\r\n";
+
+std::string WithSlashes(std::string text) {
+  std::ranges::replace(text, '\\', '/');
+  return text;
+}
 
 /// A state as a line: its modules, "partial" for each project that is, what it lacks, and what was complained of with
 /// paths from the folder on.
@@ -33,7 +40,7 @@ std::string Describe(const std::filesystem::path& path, const std::filesystem::p
   if (read.state.lacksProjects) line += "lacks ";
   if (!read.isWhole) line += "gaps ";
   if (!read.hasAllModules) line += "numbers ";
-  return line + complaints;
+  return WithSlashes(line + complaints);
 }
 
 TEST(ComparedState, WhatASourceLacksIsAGapOfItsProjectAlone) {
@@ -68,7 +75,7 @@ TEST(ComparedState, WhatASourceLacksIsAGapOfItsProjectAlone) {
     try {
       told = Describe(folder / row.path, folder.Path());
     } catch (const files::Failure& error) {
-      told = error.what();
+      told = WithSlashes(error.what());
     }
     EXPECT_TRUE(told.starts_with(row.state)) << row.path << ": " << told;
   }

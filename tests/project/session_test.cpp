@@ -169,6 +169,7 @@ TEST_F(SessionTest, AFolderThatIsWrittenAnewIsNoticedOnce) {
   Load();
   WriteAnew(1);
   EXPECT_FALSE(session_.WasReplaced()) << "nobody else writes where a project is that is not saved";
+  index_.CloseCodeDatabase();
   read_.Read();
   session_.ReloadProject(read_.Folder(), "Lager", true);
   while (session_.ReadAhead()) continue;
@@ -182,8 +183,10 @@ TEST_F(SessionTest, AFolderThatIsWrittenAnewIsNoticedOnce) {
   EXPECT_THROW(session_.Files(), files::Failure) << "they are another project's";
   session_.GoToNode(Node("Suche"));
   EXPECT_TRUE(session_.View().Text().starts_with("Sub Ende")) << "what was read ahead is its own";
+#ifndef _WIN32  // which keeps a file that somebody has open
   fs::remove(codedb::CodeDbPath(read_.Folder()));
   EXPECT_FALSE(session_.WasReplaced()) << "an index that is gone is another matter";
+#endif
 }
 
 }  // namespace
