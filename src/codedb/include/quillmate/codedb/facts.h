@@ -24,9 +24,8 @@
 ///   attribut          what those say, member by member
 ///   steuerelement     controls of forms, sheets and documents
 ///   bindung           what calls a routine from outside: buttons, event properties, ribbons, formulas ...
-///   ausgelassen       what of the sources could not be read, or not whole, with the reason; modules that are merely
-///   too
-///                     short for the index are in modul
+///   ausgelassen       what of the sources could not be read, or not whole, with the reason; not modules that are
+///                     merely too short for the index: they are in modul
 ///
 /// PRAGMA user_version holds kFactsVersion. A project without the file opens all the same and knows less.
 namespace quillmate::codedb {
