@@ -9,7 +9,7 @@ using enum ProjectReason;
 using Words = files::ReasonWords<ProjectReason>;
 
 constexpr std::array kWords{
-    Words{kNoModule, "%1: enthält kein lesbares Modul"},
+    Words{kNoModule, "%1 enthält kein lesbares Modul"},
     Words{kNotRead, "%1"},
     Words{kManyModules, "Mehr als %1 Module kann das Fenster nicht zeigen."},
 };

@@ -74,7 +74,7 @@ void HandOver::Run(const HandOverChoice& choice) {
   desk_.tasks.Start({TaskName(), QStringLiteral("Übergabe"),
                      [order = std::move(order)](BackgroundJob& job) { HandProjectOver(order, job); },
                      [this, target] {
-                       desk_.interaction.Show("Die Übergabe steht in\r\n" + files::PathText(target),
+                       desk_.interaction.Show("Die Übergabe liegt in\r\n" + files::PathText(target),
                                               MessageIcon::kInformation);
                      }});
 }

@@ -58,7 +58,7 @@ void Exports::WriteDocumentation(std::shared_ptr<const project::Understanding> k
   };
   tasks_.Start({task, QStringLiteral("HTML-Dokumentation"), make, [this, start = target / "index.html"] {
                   if (interaction_.Desktop().OpenInBrowser(FromPath(start))) return;
-                  interaction_.Show("Die Dokumentation steht in\r\n" + files::PathText(start),
+                  interaction_.Show("Die Dokumentation liegt in\r\n" + files::PathText(start),
                                     MessageIcon::kInformation);
                 }});
 }

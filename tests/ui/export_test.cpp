@@ -258,7 +258,7 @@ TEST_F(ExportTest, DocumentationIsWrittenAndOpened) {
 
   platform.canOpen = false;
   write(Folder("leer"));
-  EXPECT_EQ(platform.TakeText(), "Die Dokumentation steht in\r\n" + Text(Folder("leer") / "index.html"));
+  EXPECT_EQ(platform.TakeText(), "Die Dokumentation liegt in\r\n" + Text(Folder("leer") / "index.html"));
   EXPECT_EQ(write({}), QString());
 }
 

@@ -59,7 +59,7 @@ TEST_F(HandOverTest, FolderHoldsEverythingAndOpensAgain) {
   AwaitTasks();
   const std::vector<std::string> folders = Names("");
   ASSERT_EQ(folders.size(), 1U);
-  EXPECT_TRUE(platform.TakeText().startsWith("Die Übergabe steht in"));
+  EXPECT_TRUE(platform.TakeText().startsWith("Die Übergabe liegt in"));
   EXPECT_EQ(Names(folders[0].c_str()),
             (std::vector<std::string>{"Code.pdf", "Dokumentation", "Listen.xlsx", "Projekt", "Übersicht.html"}));
   const fs::path made = Folder("Ziel") / files::PathFromText(folders[0]);
@@ -110,7 +110,7 @@ TEST_F(HandOverTest, TheProjectMayBeLeftMeanwhile) {
   EXPECT_EQ(Tree("treProjekt").model()->rowCount(), 0);
   platform.messages.clear();
   AwaitTasks();
-  EXPECT_TRUE(platform.TakeText().startsWith("Die Übergabe steht in"));
+  EXPECT_TRUE(platform.TakeText().startsWith("Die Übergabe liegt in"));
   const fs::path made = Folder("Ziel") / files::PathFromText(Names("").at(0));
   platform.folders = {Text(made / "Projekt")};
   Trigger("mnuÖffnen");
